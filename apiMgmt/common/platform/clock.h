@@ -1,0 +1,16 @@
+#pragma once
+
+#include <sys/time.h>
+
+#include <cstdint>
+
+/** The one way to the wall clock and to sleep. Tests link a clock of their own in place of clock.cpp. */
+
+/** Wall clock, seconds and microseconds. */
+timeval ClockNow();
+
+/** Wall clock in milliseconds since the epoch. */
+int64_t ClockNowMs();
+
+/** Sleeps on the calling thread; signals do not cut it short. */
+void ClockSleepMicroseconds(int64_t duration_us);

@@ -1,0 +1,113 @@
+#pragma once
+
+#include <sys/socket.h>
+
+#include <stdexcept>
+#include <string>
+
+namespace google::protobuf {
+class Message;
+}
+
+/**
+ * Messages over a local stream socket. A frame is the length of its body in 4 bytes, unsigned and
+ * big-endian, and then the body, one serialised protobuf message. Everything that goes wrong is
+ * thrown as WireLinkError; SIGPIPE is never raised. No object here is shared between threads.
+ */
+class WireLinkError : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+/** Where a peer listens, and the limits of a conversation with it. Copies freely; connects nothing. */
+class WireLinkEndpoint {
+  public:
+    /**
+     * path: the local socket. timeout_s: limit in seconds for each blocking step (connect, send,
+     * receive). size_bytes: memory for a body is taken as its bytes arrive, never more than this ahead
+     * of them; the greatest body sent or accepted is 16 times this size.
+     */
+    static WireLinkEndpoint CreateLocalEndpoint(const std::string& path, long timeout_s,
+                                                unsigned long size_bytes);
+
+    /**
+     * The trusted session key under which this process talks to the API manager: the first line of
+     * /etc/wirelink.key, white space trimmed. Empty when there is no key that may be trusted: no
+     * regular file, not owned by the effective user, readable or writable by group or others, or a
+     * character outside A-Z a-z 0-9 . _ ~ + / = -.
+     */
+    static std::string GetAccessKey();
+
+    const std::string& path() const { return path_; }
+    long timeout_s() const { return timeout_s_; }
+    unsigned long size_bytes() const { return size_bytes_; }
+    unsigned long greatest_body() const { return 16 * size_bytes_; }
+
+  private:
+    WireLinkEndpoint(std::string path, long timeout_s, unsigned long size_bytes);
+
+    std::string path_;
+    long timeout_s_;
+    unsigned long size_bytes_;
+};
+
+/** One connected descriptor, owned: closed by the destructor. */
+class WireLinkSocket {
+  public:
+    WireLinkSocket(const WireLinkSocket&) = delete;
+    WireLinkSocket& operator=(const WireLinkSocket&) = delete;
+
+    /** Blocks for one whole message. Returns the bytes of its frame (4 + body), 0 when the peer has
+        closed between two frames. Throws on a torn frame, a body that is too long or does not parse,
+        and at the time limit. */
+    size_t RecvGPBMsg(google::protobuf::Message& message);
+
+    /** Sends one whole message. Throws when it cannot be serialised, is too long, or at the time limit. */
+    void SendGPBMsg(const google::protobuf::Message& message);
+
+    int descriptor() const { return descriptor_; }
+
+  protected:
+    WireLinkSocket(const WireLinkEndpoint& endpoint, int descriptor);
+    virtual ~WireLinkSocket();
+
+  private:
+    WireLinkEndpoint endpoint_;
+    int descriptor_;
+};
+
+/** The calling side. The constructor connects and throws when nobody listens. */
+class WireLinkClient : public WireLinkSocket {
+  public:
+    explicit WireLinkClient(const WireLinkEndpoint& endpoint);
+
+    /** Sends the request and blocks for the one answer. Throws also when the peer closes instead. */
+    void SendReceiveMessage(const google::protobuf::Message& request, google::protobuf::Message& response);
+};
+
+/** The listening side. A stale socket file is replaced; a path that is no socket is left alone and the
+    constructor throws. The socket file has mode 0600. The destructor closes and removes it. */
+class WireLinkServer {
+  public:
+    explicit WireLinkServer(const WireLinkEndpoint& endpoint);
+    ~WireLinkServer();
+    WireLinkServer(const WireLinkServer&) = delete;
+    WireLinkServer& operator=(const WireLinkServer&) = delete;
+
+    /** Blocks until a peer connects; returns its descriptor, owned by the caller. The arguments are
+        those of accept4(2). Throws on failure. */
+    int Accept(sockaddr* address, unsigned* address_length, int flags);
+
+    int descriptor() const { return descriptor_; }
+
+  private:
+    WireLinkEndpoint endpoint_;
+    int descriptor_;
+};
+
+/** One accepted peer: takes ownership of the descriptor. */
+class WireLinkServerConnection : public WireLinkSocket {
+  public:
+    WireLinkServerConnection(const WireLinkEndpoint& endpoint, int descriptor);
+    ~WireLinkServerConnection() override = default;
+};

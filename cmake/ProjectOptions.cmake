@@ -1,0 +1,24 @@
+# Language level, warnings and sanitizers: the same for every target of the project.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 12)
+  message(FATAL_ERROR "The compiler is too old: GCC 12 or newer is needed, this is ${CMAKE_CXX_COMPILER_VERSION}.")
+endif()
+
+set(SNMPSUBAGENT_SANITIZE "" CACHE STRING
+    "Sanitizers to build with, as -fsanitize takes them (for example address,undefined or thread)")
+
+add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
+                    -Wformat=2 -Werror)
+if(SNMPSUBAGENT_SANITIZE)
+  add_compile_options(-fsanitize=${SNMPSUBAGENT_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=${SNMPSUBAGENT_SANITIZE})
+  if(SNMPSUBAGENT_SANITIZE MATCHES "thread")
+    # GCC warns that ThreadSanitizer does not see std::atomic_thread_fence; none is used here.
+    add_compile_options(-Wno-tsan)
+  endif()
+endif()
