@@ -12,5 +12,8 @@ timeval ClockNow();
 /** Wall clock in milliseconds since the epoch. */
 int64_t ClockNowMs();
 
+/** The same in microseconds. */
+int64_t ClockNowUs();
+
 /** Sleeps on the calling thread; signals do not cut it short. */
 void ClockSleepMicroseconds(int64_t duration_us);

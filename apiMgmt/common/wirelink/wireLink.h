@@ -1,7 +1,10 @@
 #pragma once
 
 #include <sys/socket.h>
+#include <sys/types.h>
 
+#include <cstddef>
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 
@@ -12,7 +15,8 @@ class Message;
 /**
  * Messages over a local stream socket. A frame is the length of its body in 4 bytes, unsigned and
  * big-endian, and then the body, one serialised protobuf message. Everything that goes wrong is
- * thrown as WireLinkError; SIGPIPE is never raised. No object here is shared between threads.
+ * thrown as WireLinkError, whose text begins with the path of the socket; SIGPIPE is never raised. No object
+ * here is shared between threads.
  */
 class WireLinkError : public std::runtime_error {
   public:
@@ -41,10 +45,14 @@ class WireLinkEndpoint {
     const std::string& path() const { return path_; }
     long timeout_s() const { return timeout_s_; }
     unsigned long size_bytes() const { return size_bytes_; }
-    unsigned long greatest_body() const { return 16 * size_bytes_; }
+    unsigned long greatest_body() const {
+        return size_bytes_ < kLongestMessage / 16 ? 16 * size_bytes_ : kLongestMessage;
+    }
 
   private:
     WireLinkEndpoint(std::string path, long timeout_s, unsigned long size_bytes);
+
+    static constexpr unsigned long kLongestMessage = INT32_MAX;  // what protobuf can serialise
 
     std::string path_;
     long timeout_s_;
@@ -59,7 +67,8 @@ class WireLinkSocket {
 
     /** Blocks for one whole message. Returns the bytes of its frame (4 + body), 0 when the peer has
         closed between two frames. Throws on a torn frame, a body that is too long or does not parse,
-        and at the time limit. */
+        and at the time limit, which counts from the call to the frame's last byte. After a throw the
+        connection is of no more use: where the next frame begins is not known. */
     size_t RecvGPBMsg(google::protobuf::Message& message);
 
     /** Sends one whole message. Throws when it cannot be serialised, is too long, or at the time limit. */
@@ -70,6 +79,8 @@ class WireLinkSocket {
   protected:
     WireLinkSocket(const WireLinkEndpoint& endpoint, int descriptor);
     virtual ~WireLinkSocket();
+
+    const WireLinkEndpoint& endpoint() const { return endpoint_; }
 
   private:
     WireLinkEndpoint endpoint_;
@@ -94,8 +105,8 @@ class WireLinkServer {
     WireLinkServer(const WireLinkServer&) = delete;
     WireLinkServer& operator=(const WireLinkServer&) = delete;
 
-    /** Blocks until a peer connects; returns its descriptor, owned by the caller. The arguments are
-        those of accept4(2). Throws on failure. */
+    /** Blocks, without a time limit, until a peer connects; returns its descriptor, owned by the caller. The
+       arguments are those of accept4(2). Throws on failure. */
     int Accept(sockaddr* address, unsigned* address_length, int flags);
 
     int descriptor() const { return descriptor_; }
@@ -103,6 +114,9 @@ class WireLinkServer {
   private:
     WireLinkEndpoint endpoint_;
     int descriptor_;
+    /** Which file at the path is this server's. */
+    dev_t device_;
+    ino_t inode_;
 };
 
 /** One accepted peer: takes ownership of the descriptor. */

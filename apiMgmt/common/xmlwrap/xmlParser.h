@@ -9,7 +9,9 @@
 /**
  * Documents of the API, parsed once into a compact tree: all text in one block, tags interned, elements
  * in one vector. Over expat, which stays hidden behind this header. Document type declarations are
- * refused, so that entities cannot expand; so are documents nested too deep or with too many elements.
+ * refused, so that entities cannot expand; so are more than 128 levels, 4000000 elements or 65536 tags.
+ * Attributes, comments and processing instructions are passed over; so is the text of an element that
+ * has child elements. White space around a text is kept.
  */
 namespace parser {
 
@@ -76,6 +78,7 @@ class XMLParser {
   private:
     std::unique_ptr<XMLDocument> document_;
     std::string encoding_;
+    std::string error_;
 };
 
 }  // namespace parser

@@ -1,0 +1,81 @@
+#include "apiMgmt/apiStub/base/apiObjects/base/baseApiMethod.h"
+
+#include "apiMgmt/common/utils/stringUtil.h"
+
+namespace {
+
+constexpr char kLiteObj[] = "LiteObj";
+
+/** More than the fixed markup of a call takes. */
+constexpr size_t kFixedMarkup = 224;
+
+void AppendElement(std::string& out, std::string_view name, std::string_view text) {
+    out += '<';
+    out += name;
+    out += '>';
+    out += text;
+    out += "</";
+    out += name;
+    out += '>';
+}
+
+}  // namespace
+
+BASEApiMethod::BASEApiMethod(bool association) : isAssociation(association) {}
+
+BASEApiMethod::BASEApiMethod(bool association, const std::map<std::string, std::string>& initial)
+    : isAssociation(association), attributes(initial.begin(), initial.end()) {
+    attributes.erase("");
+}
+
+const std::vector<BASEApiAttribute*>& BASEApiMethod::GetAttributeList() const {
+    static const std::vector<BASEApiAttribute*> none;
+    return none;
+}
+
+std::string BASEApiMethod::GenerateXml(bool async, bool xmlObjects) const {
+    const std::string& object = GetObjectName();
+    const std::string& command = GetCommandName();
+    size_t size = kFixedMarkup + object.size() + command.size();
+    for (const auto& [name, text] : attributes)
+        size += 2 * name.size() + text.size() + 5;
+
+    std::string xml;
+    xml.reserve(size);
+    xml += "<ApiMethod>";
+    AppendElement(xml, "CommandType", isAssociation ? "Association" : "Method");
+    AppendElement(xml, "Object", object);
+    AppendElement(xml, "Command", command);
+    AppendElement(xml, "Async", async ? "true" : "false");
+    AppendElement(xml, "ObjectEncodeType", xmlObjects ? "xml" : "csv");
+    if (!attributes.empty()) {
+        xml += "<Attributes>";
+        for (const auto& [name, text] : attributes)
+            AppendElement(xml, name, text);
+        xml += "</Attributes>";
+    }
+    xml += "</ApiMethod>";
+    return xml;
+}
+
+void BASEApiMethod::SetAttribute(const std::string& name, const std::string& text) {
+    if (!name.empty())
+        attributes.insert_or_assign(name, text);
+}
+
+std::string BASEApiMethod::GetAttribute(std::string_view name) const {
+    const auto found = attributes.find(name);
+    return found == attributes.end() ? std::string() : found->second;
+}
+
+bool BASEApiMethod::HasAttribute(std::string_view name) const {
+    return attributes.contains(name);
+}
+
+void BASEApiMethod::SetLiteObj() {
+    SetAttribute(kLiteObj, "1");
+}
+
+bool BASEApiMethod::IsLiteObj() const {
+    return ParseBool(GetAttribute(kLiteObj));
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <pthread.h>
+
+/** Owns a POSIX mutex. The operations return the codes of the POSIX calls and raise nothing. */
+class MUTEXWrapper {
+  public:
+    /** Without an attribute: the default kind, not recursive. */
+    explicit MUTEXWrapper(const pthread_mutexattr_t* attribute = nullptr);
+    virtual ~MUTEXWrapper();
+    MUTEXWrapper(const MUTEXWrapper&) = delete;
+    MUTEXWrapper& operator=(const MUTEXWrapper&) = delete;
+
+    int Lock();
+    int TryLock();
+    int Unlock();
+
+    /** For waiting on a condition; still owned by the wrapper. */
+    pthread_mutex_t* native() { return &mutex_; }
+
+  private:
+    pthread_mutex_t mutex_;
+};

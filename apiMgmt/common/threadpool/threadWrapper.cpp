@@ -1,0 +1,52 @@
+#include "apiMgmt/common/threadpool/threadWrapper.h"
+
+#include <memory>
+
+#include "apiMgmt/common/platform/process.h"
+
+namespace {
+
+struct ThreadStart {
+    std::string name;
+    THREADWrapper::Routine routine;
+    void* argument;
+};
+
+// The thread names itself: its handle is of no use to others once it has returned, which may be at once.
+void* NameAndRun(void* argument) {
+    const std::unique_ptr<ThreadStart> start(static_cast<ThreadStart*>(argument));
+    if (!start->name.empty()) {
+        NameThisThread(start->name.c_str());
+    }
+    return start->routine(start->argument);
+}
+
+int CreateDetached(pthread_t* handle, std::unique_ptr<ThreadStart> start) {
+    pthread_attr_t attributes;
+    int code = pthread_attr_init(&attributes);
+    if (code != 0) {
+        return code;
+    }
+    pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
+    code = pthread_create(handle, &attributes, NameAndRun, start.get());
+    pthread_attr_destroy(&attributes);
+    if (code != 0) {
+        *handle = pthread_t{};  // a failed call leaves it undefined
+        return code;
+    }
+    (void)start.release();  // now the thread's
+    return 0;
+}
+
+}  // namespace
+
+int THREADWrapper::Run(const std::string& name, Routine routine, void* argument) {
+    if (handle_ != pthread_t{}) {
+        return 0;
+    }
+    if (routine == nullptr) {
+        return -1;
+    }
+    name_ = name;
+    return CreateDetached(&handle_, std::make_unique<ThreadStart>(ThreadStart{name, routine, argument}));
+}

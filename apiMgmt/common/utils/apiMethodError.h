@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "apiMgmt/common/utils/generalError.h"
+#include "apiMgmt/common/utils/tsResponseStatus.h"
+
+/** A failure of the API object library or of the array behind it. The states are the values of
+    gErrorStateEnumIdStrList. */
+class APIMethodError : public GENERALError {
+  public:
+    /** Library form: summary, code and parameter descriptor as in the long form of GENERALError. */
+    [[gnu::format(printf, 7, 8)]] APIMethodError(const std::string& summary, int32_t state,
+                                                 const std::string& sourceFile, uint32_t sourceLine,
+                                                 int32_t errorCode, const char* descriptor, ...);
+
+    /** Location form, with and without a summary. */
+    APIMethodError(int32_t state, const std::string& sourceFile, uint32_t sourceLine,
+                   const std::string& message);
+    APIMethodError(int32_t state, const std::string& sourceFile, uint32_t sourceLine,
+                   const std::string& message, const std::string& summary);
+
+    /** Response form: texts and codes come from an array's response. */
+    APIMethodError(const TSResponseStatus& status, const std::string& sourceFile, uint32_t sourceLine);
+
+    ~APIMethodError() override;
+    std::string ToText() const override;
+
+    int32_t GetErrorState() const { return errorState; }
+    int32_t GetResponseCode() const { return responseCode; }
+    int32_t GetExtendedCode() const { return extendedCode; }
+    uint32_t GetSubsystem() const { return subsystem; }
+    const std::string& GetCauseText() const { return causeText; }
+
+  private:
+    int32_t errorState;
+    int32_t responseCode = 0;
+    int32_t extendedCode = 0;
+    uint32_t subsystem = 0;
+    std::string causeText;
+};

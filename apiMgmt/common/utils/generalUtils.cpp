@@ -1,0 +1,34 @@
+#include "apiMgmt/common/utils/generalUtils.h"
+
+#include <stdexcept>
+
+#include "apiMgmt/common/utils/pathConstants.h"
+
+namespace {
+
+// Made once and never destroyed: threads that use it may outlive the static objects at exit.
+const WireLinkEndpoint* NewEndpoint(const char* path, unsigned long size_bytes) {
+    constexpr long timeout_s = 900;
+    return new WireLinkEndpoint(WireLinkEndpoint::CreateLocalEndpoint(path, timeout_s, size_bytes));
+}
+
+}  // namespace
+
+const WireLinkEndpoint& GENERALUtils::GetEndpoint(int index) {
+    switch (index) {
+        case ENDPOINT_APIMGR: {
+            static const WireLinkEndpoint* const endpoint = NewEndpoint(kApiMgrSocket, 5242880);
+            return *endpoint;
+        }
+        case ENDPOINT_MCSHIM: {
+            static const WireLinkEndpoint* const endpoint = NewEndpoint(kMcShimSocket, 2097152);
+            return *endpoint;
+        }
+        case ENDPOINT_SNMPSUBAGENT: {
+            static const WireLinkEndpoint* const endpoint = NewEndpoint(kSnmpSubagentSocket, 2097152);
+            return *endpoint;
+        }
+        default:
+            throw std::invalid_argument("GENERALUtils::GetEndpoint: unknown endpoint");
+    }
+}

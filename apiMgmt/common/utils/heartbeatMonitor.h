@@ -1,0 +1,15 @@
+#pragma once
+
+/**
+ * Proof of life for a watcher: a 4-byte echo on a TCP port of the loopback address, served by a thread
+ * of its own that knows nothing of the daemon's state.
+ */
+
+/** Port of the heartbeat monitor. Constant after start. */
+extern int gPingListenPort;
+
+/** Starts the thread. 0, or the error number of the thread's creation. */
+int StartHeartbeatMonitor(int port);
+
+/** The thread: argument is the address of the port. Returns only when it cannot listen. */
+void* HeartbeatThreadRoutine(void* argument);

@@ -1,0 +1,38 @@
+#include "apiMgmt/common/utils/netUtil.h"
+
+#include <arpa/inet.h>
+
+#include "apiMgmt/common/utils/stringUtil.h"
+
+namespace {
+
+constexpr int kGreatestPrefix = 128;
+
+int ParsePrefixLength(const std::string& text) {
+    const int length = text.empty() ? kGreatestPrefix : ParseInt(text);
+    return length > kGreatestPrefix ? -1 : length;
+}
+
+bool IsIPv6Address(const std::string& text) {
+    in6_addr parsed;
+    const bool holds_zero = text.find('\0') != std::string::npos;  // inet_pton would stop there
+    return !holds_zero && inet_pton(AF_INET6, text.c_str(), &parsed) == 1;
+}
+
+}  // namespace
+
+bool ParseIPv6Address(const std::string& text, std::string& address, int& prefix_length) {
+    const std::string whole = text;  // text and address may be one object
+    prefix_length = kGreatestPrefix;
+    address.clear();
+    const size_t slash = whole.rfind('/');
+    if (slash != std::string::npos) {
+        prefix_length = ParsePrefixLength(whole.substr(slash + 1));
+    }
+    const std::string candidate = whole.substr(0, slash);
+    if (!IsIPv6Address(candidate)) {
+        return false;
+    }
+    address = candidate;
+    return true;
+}

@@ -1,0 +1,164 @@
+#include "apiMgmt/common/utils/resourceMgmt.h"
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <syslog.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include "apiMgmt/common/utils/pathConstants.h"
+
+std::string RESOURCEmgmt::service_name;
+int RESOURCEmgmt::my_pid = 0;
+
+namespace {
+
+void SetServiceName(int daemon_id) {
+    switch (daemon_id) {
+        case DAEMON_ID_API_SERVICE_MANAGER:
+            RESOURCEmgmt::service_name = "apiServiceManager";
+            break;
+        case DAEMON_ID_SNMP_SUBAGENT:
+            RESOURCEmgmt::service_name = "snmpSubagent";
+            break;
+        default:
+            syslog(LOG_ALERT, "invalid daemonID: %d\n", daemon_id);
+            break;
+    }
+}
+
+class PidFilePath {
+  public:
+    PidFilePath() {
+        snprintf(text_, sizeof text_, "%s/%s.pid", kPidFileFolder, RESOURCEmgmt::service_name.c_str());
+    }
+    const char* c_str() const { return text_; }
+
+  private:
+    char text_[1024];
+};
+
+// Goes on in a child; the parent ends with status 0. False when there is no child.
+bool ContinueInChild() {
+    const pid_t child = fork();
+    if (child > 0) {
+        _exit(0);  // not exit: the child carries on with the objects that exit would destroy
+    }
+    return child == 0;
+}
+
+void CloseAllDescriptors(const rlimit& open_files) {
+    const rlim_t count = open_files.rlim_max == RLIM_INFINITY ? 1024 : open_files.rlim_max;
+    const rlim_t greatest = std::min<rlim_t>(count, INT_MAX);  // descriptors are never above
+    if (close_range(0, static_cast<unsigned>(greatest), 0) == 0) {
+        return;
+    }
+    for (rlim_t descriptor = 0; descriptor <= greatest; ++descriptor) {  // a kernel without close_range
+        close(static_cast<int>(descriptor));
+    }
+}
+
+// All descriptors must be closed before, so that the three get the numbers 0, 1 and 2.
+int OpenNullAsStandardDescriptors() {
+    const int input = open("/dev/null", O_RDWR);
+    const int output = dup(input);
+    const int errors = dup(input);
+    if (input == STDIN_FILENO && output == STDOUT_FILENO && errors == STDERR_FILENO) {
+        return 0;
+    }
+    for (const int descriptor : {input, output, errors}) {
+        close(descriptor);
+    }
+    return 1;
+}
+
+int LeaveTerminal() {
+    umask(0);
+    rlimit open_files{};
+    if (getrlimit(RLIMIT_NOFILE, &open_files) != 0) {
+        return 1;
+    }
+    fflush(nullptr);  // what is buffered would be lost with the descriptors
+    if (!ContinueInChild()) {
+        return 1;
+    }
+    setsid();
+    // Must be ignored before the second fork: the session leader's end sends it to the session.
+    if (signal(SIGHUP, SIG_IGN) == SIG_ERR) {
+        return 1;
+    }
+    // No longer the session's leader, the process can never get a terminal again.
+    if (!ContinueInChild()) {
+        return 1;
+    }
+    CloseAllDescriptors(open_files);
+    return OpenNullAsStandardDescriptors();
+}
+
+bool IsDeploymentFolder(const char* path) {
+    return path[0] != '\0' && strncmp(path + 1, "dep", 3) == 0;
+}
+
+}  // namespace
+
+int DaemonizeSelf(int daemon_id, int* own_pid, int* parent_pid, bool stay_in_foreground) {
+    SetServiceName(daemon_id);
+    *parent_pid = getppid();
+    if (!stay_in_foreground && LeaveTerminal() != 0) {
+        return 1;
+    }
+    RESOURCEmgmt::my_pid = getpid();
+
+    openlog("DaemonizeSelf", LOG_CONS | LOG_PERROR, LOG_DAEMON);
+    syslog(LOG_ALERT, "service_name: %s\n", RESOURCEmgmt::service_name.c_str());
+    const std::unique_ptr<char, decltype(&free)> folder(getcwd(nullptr, 0), &free);
+    if (folder == nullptr) {
+        syslog(LOG_ALERT, "couldn't getcwd(): errno: %d\n", errno);
+        return 1;
+    }
+    if (IsDeploymentFolder(folder.get())) {
+        closelog();
+        return 0;
+    }
+    if (chdir(kDaemonFolder) != 0 || WritePidFile() != 0) {
+        return 1;
+    }
+    *own_pid = RESOURCEmgmt::my_pid;
+    closelog();
+    return 0;
+}
+
+int WritePidFile() {
+    const int file = open(PidFilePath().c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+    if (file < 0) {
+        syslog(LOG_ALERT, "Unable to open subagent pid file\n");
+        return 1;
+    }
+    struct stat status {};
+    if (fstat(file, &status) != 0) {
+        syslog(LOG_ALERT, "Unable to stat subagent pid file\n");
+        close(file);
+        return 1;
+    }
+    const bool written = dprintf(file, "%d", RESOURCEmgmt::my_pid) > 0;
+    if (close(file) != 0 || !written) {
+        syslog(LOG_ALERT, "Unable to write subagent pid file\n");
+        return 1;
+    }
+    return 0;
+}
+
+int ShutdownSelf(int daemon_id) {
+    SetServiceName(daemon_id);
+    unlink(PidFilePath().c_str());
+    return 0;
+}

@@ -1,0 +1,155 @@
+#include "apiMgmt/common/utils/stringUtil.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+constexpr std::string_view kWhiteSpace = " \f\n\r\t\v";
+
+// Not tolower: its answer follows the process's locale.
+char LowerCase(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+}  // namespace
+
+char* SafeStrncpy(char* destination, const char* source, size_t size) {
+    if (size == 0) {
+        return destination;
+    }
+    const size_t length = source == nullptr ? 0 : strnlen(source, size - 1);
+    if (length != 0) {
+        memmove(destination, source, length);
+    }
+    destination[length] = '\0';
+    return destination;
+}
+
+std::string FormatString(const char* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    std::string text = FormatStringV(format, arguments);
+    va_end(arguments);
+    return text;
+}
+
+std::string FormatStringV(const char* format, va_list arguments) {
+    char short_text[100] = {};
+    va_list first_try;
+    va_copy(first_try, arguments);
+    const int length = vsnprintf(short_text, sizeof short_text, format, first_try);
+    va_end(first_try);
+    if (length < 0) {
+        return std::string("Error in format string: \"") + format + "\"";
+    }
+    if (static_cast<size_t>(length) < sizeof short_text) {
+        return {short_text, static_cast<size_t>(length)};
+    }
+    std::string text(static_cast<size_t>(length), '\0');
+    vsnprintf(text.data(), text.size() + 1, format, arguments);
+    return text;
+}
+
+void TrimLeft(std::string& text) {
+    text.erase(0, text.find_first_not_of(kWhiteSpace));
+}
+
+void TrimRight(std::string& text) {
+    text.erase(text.find_last_not_of(kWhiteSpace) + 1);
+}
+
+void Trim(std::string& text) {
+    TrimRight(text);
+    TrimLeft(text);
+}
+
+std::string ToLower(std::string_view text) {
+    std::string lower(text);
+    std::transform(lower.begin(), lower.end(), lower.begin(), LowerCase);
+    return lower;
+}
+
+int CompareNoCase(std::string_view left, std::string_view right) {
+    const size_t common = std::min(left.size(), right.size());
+    for (size_t i = 0; i < common; ++i) {
+        const auto l = static_cast<unsigned char>(LowerCase(left[i]));
+        const auto r = static_cast<unsigned char>(LowerCase(right[i]));
+        if (l != r) {
+            return l < r ? -1 : 1;
+        }
+    }
+    if (left.size() == right.size()) {
+        return 0;
+    }
+    return left.size() < right.size() ? -1 : 1;
+}
+
+int ParseInt(const std::string& text) {
+    const long value = strtol(text.c_str(), nullptr, 10);  // saturates at the range of long
+    return static_cast<int>(std::clamp<long>(value, INT_MIN, INT_MAX));
+}
+
+bool ParseBool(const std::string& text) {
+    return CompareNoCase(text, "true") == 0 || ParseInt(text) == 1;
+}
+
+bool IsNumeric(const std::string& text) {
+    std::string number = text;
+    Trim(number);
+    if (number.empty()) {
+        return false;
+    }
+    char* end = nullptr;
+    strtod(number.c_str(), &end);
+    return end == number.c_str() + number.size();
+}
+
+void ReplaceAll(std::string& text, const std::string& old_text, const std::string& new_text) {
+    if (old_text.empty()) {
+        return;
+    }
+    std::string result;
+    size_t position = 0;
+    for (size_t found = text.find(old_text); found != std::string::npos;
+         found = text.find(old_text, position)) {
+        result.append(text, position, found - position).append(new_text);
+        position = found + old_text.size();
+    }
+    result.append(text, position);
+    text = std::move(result);
+}
+
+void Split(const std::string& text, const std::string& delimiter, std::vector<std::string>& pieces,
+           size_t limit) {
+    std::vector<std::string> result;  // text may be one of the old pieces
+    size_t position = 0;
+    while (!text.empty()) {
+        const bool takes_the_rest = delimiter.empty() || (limit != 0 && result.size() + 1 == limit);
+        const size_t found = takes_the_rest ? std::string::npos : text.find(delimiter, position);
+        result.push_back(text.substr(position, found - position));
+        if (found == std::string::npos) {
+            break;
+        }
+        position = found + delimiter.size();
+        if (position == text.size()) {
+            result.emplace_back();
+            break;
+        }
+    }
+    pieces = std::move(result);
+}
+
+void SplitChar(const std::string& text, char delimiter, std::vector<std::string>& pieces) {
+    std::vector<std::string> result;  // text may be one of the old pieces
+    size_t position = 0;
+    while (position < text.size()) {
+        const size_t end = std::min(text.find(delimiter, position), text.size());
+        result.push_back(text.substr(position, end - position));
+        position = end + 1;
+    }
+    pieces = std::move(result);
+}

@@ -1,0 +1,39 @@
+#include "apiMgmt/common/wirelink/frameBody.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr size_t kGreatestPiece = 256 * 1024;  // what the parser has read is given back in such steps
+
+}  // namespace
+
+FrameBody::FrameBody(size_t length, size_t piece_size)
+    : length_(length), piece_size_(std::clamp<size_t>(piece_size, 1, kGreatestPiece)) {}
+
+std::span<char> FrameBody::Room() {
+    const size_t used = arrived_ % piece_size_;
+    const size_t size = std::min(piece_size_, length_ - (arrived_ - used));
+    if (used == 0)
+        pieces_.push_back(std::make_unique_for_overwrite<char[]>(size));
+    return {pieces_.back().get() + used, size - used};
+}
+
+bool FrameBody::Next(const void** data, int* size) {
+    if (read_ == arrived_)
+        return false;
+    for (; freed_pieces_ < read_ / piece_size_; ++freed_pieces_)
+        pieces_.pop_front();
+    const size_t used = read_ % piece_size_;
+    const size_t count = std::min(piece_size_ - used, arrived_ - read_);
+    *data = pieces_.front().get() + used;
+    *size = static_cast<int>(count);
+    read_ += count;
+    return true;
+}
+
+bool FrameBody::Skip(int count) {
+    const size_t step = std::min(static_cast<size_t>(count), arrived_ - read_);
+    read_ += step;
+    return step == static_cast<size_t>(count);
+}

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <sys/un.h>
+
+#include <chrono>
+#include <string>
+
+#include "apiMgmt/common/wirelink/wireLink.h"
+
+/** What the parts of the channel share: owned descriptors, time limits, addresses, errors. */
+
+/** A descriptor that is closed unless it is handed on. */
+class OwnedDescriptor {
+  public:
+    explicit OwnedDescriptor(int descriptor) : descriptor_(descriptor) {}
+    ~OwnedDescriptor();
+    OwnedDescriptor(const OwnedDescriptor&) = delete;
+    OwnedDescriptor& operator=(const OwnedDescriptor&) = delete;
+
+    int get() const { return descriptor_; }
+    bool valid() const { return descriptor_ >= 0; }
+    int Release();
+
+  private:
+    int descriptor_;
+};
+
+/** The end of one blocking step. It is set once for the whole step, so that a peer cannot stretch the step
+    by giving or taking a byte now and then. Goes by the monotonic clock. */
+class StepDeadline {
+  public:
+    explicit StepDeadline(long limit_s);
+
+    /** 0 when the end is reached, else at least 1. */
+    int RemainingMs() const;
+
+    /** Waits for poll(2) events. False when the end was reached first. */
+    bool WaitFor(int descriptor, short events) const;
+
+  private:
+    std::chrono::steady_clock::time_point end_;
+};
+
+/** Throws when the path is empty or does not fit. */
+sockaddr_un LocalAddress(const WireLinkEndpoint& endpoint);
+
+/** A stream socket that programs started by this process do not inherit. Throws. */
+OwnedDescriptor NewLocalSocket(const WireLinkEndpoint& endpoint);
+
+/** Errors name the path, since a process talks over several. */
+[[noreturn]] void ThrowWireLinkError(const WireLinkEndpoint& endpoint, const std::string& what);
+/** Adds the text of an errno value. */
+[[noreturn]] void ThrowWireLinkError(const WireLinkEndpoint& endpoint, const std::string& what, int error);
+[[noreturn]] void ThrowTimeLimit(const WireLinkEndpoint& endpoint, const char* step);

@@ -1,0 +1,30 @@
+#include "apiMgmt/common/xmlwrap/xmlParser.h"
+
+#include "apiMgmt/common/xmlwrap/xmlDocument.h"
+#include "apiMgmt/common/xmlwrap/xmlTreeBuilder.h"
+
+namespace parser {
+
+XMLParser::XMLParser(const char* encoding) : encoding_(encoding ? encoding : "") {}
+
+XMLParser::~XMLParser() = default;
+
+bool XMLParser::ParseXMLString(std::string_view text) {
+    document_.reset();  // first, so that two trees are never held at a time
+    document_ = XMLTreeBuilder(encoding_.empty() ? nullptr : encoding_.c_str()).Build(text, error_);
+    return document_ != nullptr;
+}
+
+XMLElement XMLParser::GetDocumentElement() const {
+    return document_ ? XMLElement(document_.get(), 0) : XMLElement();
+}
+
+XMLTag XMLParser::FindTag(std::string_view name) const {
+    return document_ ? document_->FindTag(name) : kNoTag;
+}
+
+const std::string& XMLParser::GetError() const {
+    return error_;
+}
+
+}  // namespace parser

@@ -1,0 +1,188 @@
+#include "apiMgmt/common/xmlwrap/xmlTreeBuilder.h"
+
+#include <expat.h>
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+namespace parser {
+namespace {
+
+constexpr size_t kGreatestText = size_t{1} << 30;  // offsets stay in 32 bits even when UTF-8 trebles it
+constexpr size_t kGreatestElements = 4'000'000;
+constexpr size_t kGreatestTags = 65'536;
+constexpr size_t kChunk = 64 * 1024;
+
+/** How much of the text goes to expat next. Cut behind a '>' where there is one: what expat has not
+    used up of a chunk it copies together with the next. */
+size_t LengthOfNextChunk(std::string_view rest) {
+    if (rest.size() <= kChunk)
+        return rest.size();
+    const size_t last = rest.substr(0, kChunk).rfind('>');
+    return last == std::string_view::npos ? kChunk : last + 1;
+}
+
+}  // namespace
+
+XMLTreeBuilder::XMLTreeBuilder(const char* encoding) : expat_(XML_ParserCreate(encoding)) {
+    if (!expat_)
+        throw std::bad_alloc();
+    XML_SetUserData(expat_, this);
+    XML_SetElementHandler(expat_, OnStart, OnEnd);
+    XML_SetCharacterDataHandler(expat_, OnText);
+    XML_SetStartDoctypeDeclHandler(expat_, OnDoctype);
+}
+
+XMLTreeBuilder::~XMLTreeBuilder() {
+    XML_ParserFree(expat_);
+}
+
+std::unique_ptr<XMLDocument> XMLTreeBuilder::Build(std::string_view text, std::string& error) {
+    if (text.empty())
+        error = "the text is empty";
+    else if (text.size() > kGreatestText)
+        error = "the text is longer than 1 GiB";
+    else if (ParseInChunks(text))
+        error.clear();
+    else
+        error = refusal_.empty() ? WithPosition(XML_ErrorString(XML_GetErrorCode(expat_))) : refusal_;
+    return error.empty() ? std::move(document_) : nullptr;
+}
+
+bool XMLTreeBuilder::ParseInChunks(std::string_view text) {
+    size_t parsed = 0;
+    while (parsed < text.size()) {
+        const size_t length = LengthOfNextChunk(text.substr(parsed));
+        const bool last = parsed + length == text.size();
+        if (XML_Parse(expat_, text.data() + parsed, static_cast<int>(length), last) != XML_STATUS_OK)
+            return false;
+        if (parsed == 0 && !last)
+            ReserveForRest(length, text.size());
+        parsed += length;
+    }
+    return true;
+}
+
+/** The first chunk tells how dense the text is. Growing by doubling would hold the tree twice for a while,
+    reserving for the worst case would be many times the text. */
+void XMLTreeBuilder::ReserveForRest(size_t parsed, size_t total) {
+    const double chunks = 1.05 * static_cast<double>(total) / static_cast<double>(parsed);
+    const auto scaled = [chunks](size_t used) {
+        return static_cast<size_t>(static_cast<double>(used) * chunks);
+    };
+    document_->nodes.reserve(std::min(scaled(document_->nodes.size()), kGreatestElements));
+    document_->text.reserve(scaled(document_->text.size()));
+}
+
+// The handlers are called by C code, which an exception must not cross; and some are still called after a
+// refusal.
+
+void XMLTreeBuilder::OnStart(void* self, const char* name, const char** /*attributes*/) {
+    auto* builder = static_cast<XMLTreeBuilder*>(self);
+    try {
+        if (builder->refusal_.empty())
+            builder->StartElement(name);
+    } catch (const std::bad_alloc&) {
+        builder->Refuse("out of memory");
+    }
+}
+
+void XMLTreeBuilder::OnEnd(void* self, const char* /*name*/) {
+    auto* builder = static_cast<XMLTreeBuilder*>(self);
+    if (builder->refusal_.empty())
+        builder->EndElement();
+}
+
+void XMLTreeBuilder::OnText(void* self, const char* text, int length) {
+    auto* builder = static_cast<XMLTreeBuilder*>(self);
+    try {
+        if (builder->refusal_.empty())
+            builder->AppendText(text, static_cast<size_t>(length));
+    } catch (const std::bad_alloc&) {
+        builder->Refuse("out of memory");
+    }
+}
+
+void XMLTreeBuilder::OnDoctype(void* self, const char* /*name*/, const char* /*system_id*/,
+                               const char* /*public_id*/, int /*subset*/) {
+    static_cast<XMLTreeBuilder*>(self)->Refuse("a document type declaration is not accepted");
+}
+
+void XMLTreeBuilder::StartElement(const char* name) {
+    XMLDocument& document = *document_;
+    if (depth_ == kGreatestDepth)
+        return Refuse("elements are nested too deep");
+    if (document.nodes.size() == kGreatestElements)
+        return Refuse("too many elements");
+    const XMLTag tag = TagNumber(name);
+    if (tag == kNoTag)
+        return Refuse("too many different tags");
+
+    const auto node = static_cast<uint32_t>(document.nodes.size());
+    if (depth_ > 0) {
+        OpenElement& parent = open_[depth_ - 1];
+        if (parent.last_child == kNoNode) {
+            document.nodes[parent.node].first_child = node;
+            document.text.resize(document.nodes[parent.node].text_offset);  // only leaves have text
+        } else {
+            document.nodes[parent.last_child].next_sibling = node;
+        }
+        parent.last_child = node;
+    }
+    document.nodes.push_back({.tag = tag, .text_offset = static_cast<uint32_t>(document.text.size())});
+    open_[depth_++] = {.node = node, .last_child = kNoNode};
+}
+
+/** The number of a tag, kNoTag when there are too many. */
+XMLTag XMLTreeBuilder::TagNumber(const char* name) {
+    XMLDocument& document = *document_;
+    if (!document.tag_names.empty()) {
+        const XMLTag guess = follower_[previous_tag_];
+        if (std::strcmp(document.tag_names[guess]->c_str(), name) == 0)
+            return previous_tag_ = guess;
+    }
+    XMLTag tag = document.FindTag(name);
+    if (tag == kNoTag)
+        tag = NewTagNumber(name);
+    if (tag == kNoTag)
+        return kNoTag;
+    follower_[previous_tag_] = tag;
+    return previous_tag_ = tag;
+}
+
+XMLTag XMLTreeBuilder::NewTagNumber(const char* name) {
+    XMLDocument& document = *document_;
+    const auto tag = static_cast<XMLTag>(document.tag_names.size());
+    if (tag == kGreatestTags)
+        return kNoTag;
+    const auto entry = document.tag_numbers.emplace(name, tag).first;
+    document.tag_names.push_back(&entry->first);
+    follower_.push_back(0);
+    return tag;
+}
+
+void XMLTreeBuilder::EndElement() {
+    const OpenElement& closed = open_[--depth_];
+    if (closed.last_child != kNoNode)
+        return;
+    XMLNode& leaf = document_->nodes[closed.node];
+    leaf.text_length = static_cast<uint32_t>(document_->text.size()) - leaf.text_offset;
+}
+
+void XMLTreeBuilder::AppendText(const char* text, size_t length) {
+    if (open_[depth_ - 1].last_child == kNoNode)
+        document_->text.append(text, length);
+}
+
+void XMLTreeBuilder::Refuse(const char* reason) {
+    refusal_ = WithPosition(reason);
+    XML_StopParser(expat_, XML_FALSE);
+}
+
+std::string XMLTreeBuilder::WithPosition(const char* reason) const {
+    return "line " + std::to_string(XML_GetCurrentLineNumber(expat_)) + ", column " +
+           std::to_string(XML_GetCurrentColumnNumber(expat_) + 1) + ": " + reason;
+}
+
+}  // namespace parser

@@ -1,0 +1,183 @@
+#include "apiMgmt/snmpSubagent/snmpSubagentComm/snmpSubagentComm.h"
+
+#include <exception>
+
+#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiDaemonMethods.h"
+#include "apiMgmt/common/platform/clock.h"
+#include "apiMgmt/common/utils/generalUtils.h"
+#include "apiMgmt/common/utils/timeUtil.h"
+#include "apiMgmt/common/wirelink/wireLink.h"
+#include "apiMgmt/common/xmlwrap/xmlParser.h"
+#include "apiMgmt/proto/apiMgrMsg.pb.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
+
+SnmpSubagentComm* snmpSubagentComm = nullptr;
+std::string apiRequestPrefix;
+const char* const apiDocumentEnd = "</lumapi>";
+
+namespace {
+
+constexpr const char* apiRequestHeader = "<lumapi><ApiConnection><SessionKey>";
+constexpr const char* apiSessionTrailer = "</SessionKey></ApiConnection>";
+constexpr const char* kPingText = "ping from snmpSubagent to ApiMgr";
+constexpr const char* kDocumentRoot = "lumapi";
+
+// Shared by both threads: each request gets a number of its own, the first one 1.
+std::atomic<uint32_t> request_sequence_number{0};
+
+timeval to_timeval(int64_t time_us) {
+    return {.tv_sec = static_cast<time_t>(time_us / 1000000),
+            .tv_usec = static_cast<suseconds_t>(time_us % 1000000)};
+}
+
+// False when the exchange could not be made; the reason is logged.
+bool exchange(const protoIPCMsg::GPBIPCMsg& request, protoIPCMsg::GPBIPCMsg& response) {
+    try {
+        WireLinkClient client(GENERALUtils::GetEndpoint(ENDPOINT_APIMGR));
+        client.SendReceiveMessage(request, response);
+        return true;
+    } catch (const std::exception& error) {
+        SUBAGENT_LOG(4, "Caught std::exception processing request: %s\n", error.what());
+    } catch (...) {
+        SUBAGENT_LOG(4, "Caught unknown exception processing request\n");
+    }
+    return false;
+}
+
+// Judges the envelope alone.
+bool is_answer(const protoIPCMsg::GPBIPCMsg& response, uint32_t req_seqnum) {
+    if (response.sequencenum() != req_seqnum) {
+        SUBAGENT_LOG(4, "> > seqNum mismatch: req_seqnum=%u: resp_seqnum=%u\n", req_seqnum,
+                     response.sequencenum());
+        return false;
+    }
+    if (response.msgtype() != protoIPCMsg::APIResp) {
+        SUBAGENT_LOG(
+            4, "msgResponse.msgtype != protoIPCMsg::APIResp: msgtype: %u, req_seqnum=%u: resp_seqnum=%u\n",
+            static_cast<unsigned>(response.msgtype()), req_seqnum, response.sequencenum());
+        return false;
+    }
+    if (!response.has_apirespmsg()) {
+        SUBAGENT_LOG(4, "msgResponse did Not have apirespmsg\n");
+        return false;
+    }
+    return true;
+}
+
+// A document whose contents nobody looks at: well-formed, with the right root, it proves access.
+bool is_api_document(const std::string& text) {
+    parser::XMLParser document(nullptr);
+    document.ParseXMLString(text);
+    const parser::XMLElement root = document.GetDocumentElement();
+    if (!root) {
+        SUBAGENT_LOG(4, "response from ApiMgr does not parse: %s\n", text.c_str());
+        return false;
+    }
+    if (root.GetTagName() != kDocumentRoot) {
+        SUBAGENT_LOG(4, "response from ApiMgr does not contain 'lumapi': %s\n", text.c_str());
+        return false;
+    }
+    return true;
+}
+
+protoIPCMsg::GPBIPCMsg access_test_request() {
+    protoIPCMsg::GPBIPCMsg request;
+    request.set_msgtype(protoIPCMsg::APIRequest);
+    request.mutable_apireqmsg()->set_cmdtype(protoIPCMsg::Command);
+    request.mutable_apireqmsg()->mutable_cmd()->set_cmddata(
+        apiRequestPrefix + APITsController::APITsControllerGetListMethod().GenerateXml(false, true) +
+        apiDocumentEnd);
+    return request;
+}
+
+}  // namespace
+
+int SnmpSubagentComm::TryOpenSocketToApiMgr() {
+    try {
+        WireLinkClient client(GENERALUtils::GetEndpoint(ENDPOINT_APIMGR));
+        return 0;
+    } catch (const std::exception& error) {
+        SUBAGENT_LOG(4, "Exception: %s\n", error.what());
+        SUBAGENT_LOG(4, " ---- Can't connect to ApiMgr's socket ----\n");
+        return 1;
+    }
+}
+
+int SnmpSubagentComm::SendRequestToAPIManager(protoIPCMsg::GPBIPCMsg& request,
+                                              protoIPCMsg::GPBIPCMsg& response) {
+    const uint32_t req_seqnum = ++request_sequence_number;
+    request.set_sequencenum(req_seqnum);
+    const bool good = exchange(request, response) && is_answer(response, req_seqnum);
+    set_apimgr_state(good);
+    return good ? 0 : 1;
+}
+
+int SnmpSubagentComm::SendPingToApiMgr() {
+    protoIPCMsg::GPBIPCMsg request;
+    protoIPCMsg::GPBIPCMsg response;
+    request.set_msgtype(protoIPCMsg::APIRequest);
+    request.mutable_apireqmsg()->set_cmdtype(protoIPCMsg::Ping);
+    request.mutable_apireqmsg()->mutable_ping()->set_pingdata(kPingText);
+    if (SendRequestToAPIManager(request, response) == 0 && response.apirespmsg().has_ping() &&
+        response.apirespmsg().ping().pingdata())
+        return 0;
+    set_apimgr_state(false);
+    return 1;
+}
+
+int SnmpSubagentComm::TestAccessToApiMgr() {
+    protoIPCMsg::GPBIPCMsg request = access_test_request();
+    protoIPCMsg::GPBIPCMsg response;
+    bool good = SendRequestToAPIManager(request, response) == 0;
+    if (good && !response.apirespmsg().has_cmd()) {
+        SUBAGENT_LOG(4, "msgResponse did Not have cmd\n");
+        good = false;
+    }
+    good = good && is_api_document(response.apirespmsg().cmd().respdata());
+    set_apimgr_state(good);
+    return good ? 0 : 1;
+}
+
+void SnmpSubagentComm::set_apimgr_state(bool ok) {
+    if (ok)
+        apimgr_ok_time_us_ = ClockNowUs();
+    apimgr_ok_ = ok;
+}
+
+void SnmpSubagentComm::set_agentx_state(bool ok) {
+    if (ok)
+        agentx_ok_time_us_ = ClockNowUs();
+    agentx_ok_ = ok;
+}
+
+void SnmpSubagentComm::time_since_apimgr_ok(timeval* elapsed) const {
+    TimeSince(to_timeval(apimgr_ok_time_us_), elapsed);
+}
+
+void SnmpSubagentComm::time_since_agentx_ok(timeval* elapsed) const {
+    TimeSince(to_timeval(agentx_ok_time_us_), elapsed);
+}
+
+void build_api_request_prefix(const std::string& session_key) {
+    apiRequestPrefix = apiRequestHeader + session_key + apiSessionTrailer;
+}
+
+int check_apimgr_socket() {
+    return snmpSubagentComm->TryOpenSocketToApiMgr();
+}
+
+int test_apimgr() {
+    if (check_apimgr_socket() != 0) {
+        SUBAGENT_LOG(4, "Could not open socket to ApiMgr.\n");
+        return 1;
+    }
+    if (snmpSubagentComm->SendPingToApiMgr() != 0) {
+        SUBAGENT_LOG(4, "Failed 1st try to SendPingToApiMgr()\n");
+        return 1;
+    }
+    if (snmpSubagentComm->TestAccessToApiMgr() != 0) {
+        SUBAGENT_LOG(4, "Failed TestAccessToApiMgr()\n");
+        return 1;
+    }
+    return 0;
+}

@@ -1,0 +1,152 @@
+#include <string>
+
+#include "apiMgmt/common/platform/clock.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/agentLibrary.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/masterAgent.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/agentAddress.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/registration.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
+
+// The ordered procedure that brings up snmpd, fills the store, attaches to the master agent and proves by a
+// real GET that all of it works.
+
+namespace {
+
+constexpr int64_t kMillisecondUs = 1000;
+constexpr int64_t kSecondUs = 1000 * kMillisecondUs;
+constexpr int kSessionWaitSeconds = 20;
+constexpr int kSelfTestPasses = 2000;
+
+bool start_master() {
+    kill_snmpd();
+    if (start_snmpd() != 0) {
+        SUBAGENT_LOG(4, "could not start_snmpd()\n");
+        return false;
+    }
+    SUBAGENT_LOG(7, "start of snmpd is successful()\n");
+    return true;
+}
+
+bool build_store() {
+    SUBAGENT_LOG(7, "initialize vars array...\n");
+    if (init_all_oids() != 0)
+        return false;
+    SUBAGENT_LOG(7, "total_vars: %d\n", total_vars);
+    return true;
+}
+
+// The controllers come first: they say which parent a row of the controller tables belongs to.
+bool fill_store() {
+    SUBAGENT_LOG(7, "forcing a Get for the controller table...\n");
+    if (force_get_table_info(COLID_tsCtlrNbr, false) != 0) {
+        SUBAGENT_LOG(4, "error on getting info from api for controller table\n");
+        return false;
+    }
+    SUBAGENT_LOG(7, "forcing a Get for all the oids...\n");
+    if (force_get_table_info_all() != 0) {
+        SUBAGENT_LOG(4, "error on getting all other info from api\n");
+        return false;
+    }
+    return true;
+}
+
+// The address is not kept: without one no notification could leave, so there is no use in going on.
+bool has_agent_address() {
+    std::string address;
+    bool is_leader = false;
+    bool is_ipv4 = false;
+    if (get_array_ip_addr(&address, &is_leader, &is_ipv4) == 0)
+        return true;
+    SUBAGENT_LOG(4, "Unable to get a non-zero IPAddr from the TS API\n");
+    return false;
+}
+
+bool start_agent_library() {
+    SUBAGENT_LOG(7, "initialize the agent library...\n");
+    if (agent_init() != 0) {
+        SUBAGENT_LOG(4, "could not init_agent()\n");
+        return false;
+    }
+    SUBAGENT_LOG(7, "init_snmp()...\n");
+    agent_init_snmp();
+    return true;
+}
+
+bool wait_for_main_session() {
+    SUBAGENT_LOG(7, "waiting for main_seesion...\n");
+    ClockSleepMicroseconds(kSecondUs);
+    if (agent_has_main_session())
+        return true;
+    SUBAGENT_LOG(4, "no main_session, calling agent_check_and_process() to see if we can kick-start\n");
+    for (int countdown = kSessionWaitSeconds;;) {
+        process_agent_events();
+        SUBAGENT_LOG(7, "waiting for main_session: countdown:%2d\n", countdown);
+        if (agent_has_main_session()) {
+            SUBAGENT_LOG(4, "main_session started, after waiting %d sec\n", kSessionWaitSeconds - countdown);
+            return true;
+        }
+        if (--countdown == 0) {
+            SUBAGENT_LOG(4, "Error: timeout waiting for main_session\n");
+            return false;
+        }
+        ClockSleepMicroseconds(kSecondUs);
+    }
+}
+
+bool register_all() {
+    SUBAGENT_LOG(7, "registering lumivant subtree...\n");
+    if (register_subtree() != 0) {
+        SUBAGENT_LOG(4, "error on registering subtree\n");
+        return false;
+    }
+    SUBAGENT_LOG(7, "registering sysvars...\n");
+    if (register_all_sysvars() != 0) {
+        SUBAGENT_LOG(4, "error on registering sysvars\n");
+        return false;
+    }
+    return true;
+}
+
+bool ping_master() {
+    SUBAGENT_LOG(7, "doing ping_agentx_master()...\n");
+    if (ping_agentx_master() == 0)
+        return true;
+    SUBAGENT_LOG(4, "error on initial agentx ping.\n");
+    return false;
+}
+
+// The value has to come from the array once more, and a real snmpget has to fetch it through snmpd.
+bool prove_chain() {
+    SUBAGENT_LOG(7, "testing snmp-GET...\n");
+    variable_entry& self_test = vars[cols[COLID_selfTestVersion].first_var];
+    self_test.str.clear();
+    const column_record& controllers = cols[COLID_tsCtlrNbr];
+    if (controllers.get_fn(controllers.head_var, false) != 0 || self_test.str.empty()) {
+        SUBAGENT_LOG(4, "ERROR: couldn't get self-test oid.\n");
+        return false;
+    }
+    self_test.flags &= static_cast<uint8_t>(~VAR_FLAG_delivered);
+    if (exec_snmpget() != 0)
+        return false;
+    for (int pass = 0; pass < kSelfTestPasses; ++pass) {
+        ClockSleepMicroseconds(kMillisecondUs);
+        process_agent_events();
+        if ((self_test.flags & VAR_FLAG_delivered) != 0)
+            return true;
+    }
+    SUBAGENT_LOG(4, "ERROR: timed out waiting to receive snmp-GET of self-test oid.\n");
+    return false;
+}
+
+}  // namespace
+
+int start_snmp_agent_and_subagent() {
+    if (!start_master())
+        return 1;
+    agent_become_subagent();
+    // The store is full before the first request can reach it.
+    const bool is_up = build_store() && fill_store() && has_agent_address() && start_agent_library() &&
+                       wait_for_main_session() && register_all() && ping_master() && prove_chain();
+    return is_up ? 0 : 1;
+}

@@ -1,0 +1,118 @@
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/backgroundUpdate.h"
+
+#include "apiMgmt/common/platform/clock.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentComm/snmpSubagentComm.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
+
+std::atomic<int> bgUpdateState{BGUPDATE_STATE_idle};
+int bgUpdateTable = 0;
+std::string bgUpdateApiName;
+int bgUpdateMapSize = 0;
+const attribute_map_entry* bgUpdateMap = nullptr;
+std::string bgUpdateResponse;
+int bgUpdateColumn = 0;
+int64_t bgUpdateLastFetch_us = 0;
+
+namespace {
+
+constexpr int64_t kSecondUs = 1000 * 1000;
+constexpr int64_t kScanGateUs = kSecondUs;
+constexpr int64_t kScalarPacingFactor = 20;
+constexpr int64_t kTablePacingFactor = 10;
+constexpr uint32_t kForegroundRowLimit = 10;
+
+// 120 seconds, and the column's share of one more minute, which spreads the tables of a cycle.
+int64_t background_minimum_age_us(int col_id) {
+    return 120 * kSecondUs + int64_t{col_id} * (60 * kSecondUs) / NUMBER_OF_COLUMNS;
+}
+
+// One row, but the array counts long for it.
+bool is_foreground_table(int col_id) {
+    return cols[col_id].maxNumOfRows <= kForegroundRowLimit && col_id != COLID_tsObjectCountNbr;
+}
+
+// What the scan does after a column: look at the next one, or end here, with this column or the next one
+// first in line.
+enum class scan { next_column, ends_here, ends_behind };
+
+scan refresh_in_foreground(int col_id) {
+    bgUpdateLastFetch_us = ClockNowUs();
+    force_get_table_info(col_id, false);
+    return scan::ends_behind;
+}
+
+// Takes what the GetList task has left; false while it is busy. The state is idle afterwards.
+bool take_background_answer() {
+    const int state = bgUpdateState.load(std::memory_order_acquire);
+    switch (state) {
+        case BGUPDATE_STATE_idle:
+            return true;
+        case BGUPDATE_STATE_getlist_requested:
+            return false;
+        case BGUPDATE_STATE_getlist_done:
+            process_table_info(bgUpdateTable, bgUpdateApiName.c_str(), bgUpdateMapSize, bgUpdateMap,
+                               bgUpdateResponse);
+            std::string().swap(bgUpdateResponse);  // many megabytes for a full array
+            break;
+        case BGUPDATE_STATE_error_on_getlist:
+            SUBAGENT_LOG(7, "BGUPDATE_STATE_error_on_getlist for bgUpdateTable: %d, bgUpdateApiName: %s\n",
+                         bgUpdateTable, bgUpdateApiName.c_str());
+            break;
+        default:
+            SUBAGENT_LOG(4, "Error: invalid bgUpdateState: %d\n", state);
+            break;
+    }
+    bgUpdateState.store(BGUPDATE_STATE_idle, std::memory_order_release);
+    return true;
+}
+
+scan serve_background_table(int col_id, int64_t elapsed_us) {
+    if (!take_background_answer())
+        return scan::ends_here;
+    if (elapsed_us < background_minimum_age_us(col_id))
+        return scan::next_column;
+    bgUpdateLastFetch_us = ClockNowUs();
+    bgUpdateTable = col_id;
+    bgUpdateState.store(BGUPDATE_STATE_getlist_requested, std::memory_order_release);
+    return scan::ends_behind;
+}
+
+scan serve_column(int col_id) {
+    const column_record& column = cols[col_id];
+    if (column.get_fn == nullptr || (column.is_table() && !column.stands_for_itself()))
+        return scan::next_column;
+    const int64_t elapsed_us = ClockNowUs() - column.last_fetch_time_us;
+    const int64_t duration_us = column.last_fetch_duration_us;
+    const int64_t pacing_factor = column.is_table() ? kTablePacingFactor : kScalarPacingFactor;
+    if (elapsed_us < pacing_factor * duration_us)
+        return scan::ends_here;
+    if (!column.is_table() || is_foreground_table(col_id))
+        return refresh_in_foreground(col_id);
+    return serve_background_table(col_id, elapsed_us);
+}
+
+}  // namespace
+
+void check_for_table_changes() {
+    if (!snmpSubagentComm->apimgr_ok() || ClockNowUs() - bgUpdateLastFetch_us < kScanGateUs)
+        return;
+    scan verdict = scan::next_column;
+    while (verdict == scan::next_column) {
+        verdict = serve_column(bgUpdateColumn);
+        if (verdict == scan::ends_here)
+            break;
+        ++bgUpdateColumn;
+        if (bgUpdateColumn == NUMBER_OF_COLUMNS || !snmpSubagent_is_active)
+            break;
+    }
+    if (bgUpdateColumn == NUMBER_OF_COLUMNS)
+        bgUpdateColumn = 0;
+}
+
+void park_fetch_arguments(const char* apiName, int map_size, const attribute_map_entry* map) {
+    bgUpdateApiName = apiName;
+    bgUpdateMapSize = map_size;
+    bgUpdateMap = map;
+}

@@ -1,0 +1,189 @@
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/mainLoop.h"
+
+#include <sched.h>
+
+#include "apiMgmt/common/platform/clock.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentComm/snmpSubagentComm.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/agentLibrary.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/backgroundUpdate.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/masterAgent.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/shellCommand.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/signals.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
+
+// One pass:
+//   rest             no time after packets, little for a second after them, longer otherwise; when nothing
+//                    came, one scan for a table to refresh
+//   other threads    what they have asked for
+//   log file         follow one that was moved, cut one that is too long
+//   links            the API manager, then the master agent; tested when silent for more than 2 seconds
+//   memory           of snmpd, now and then
+//   requests         the window in which SNMP is served
+
+namespace {
+
+constexpr int64_t kSecondUs = 1000 * 1000;
+constexpr int64_t kIdleSleepUs = 10 * 1000;
+constexpr int64_t kBusySleepUs = 100;
+constexpr time_t kSilence_s = 2;
+constexpr int kGreatestStrikes = 3;
+constexpr int64_t kStrikeSleepUs = 15 * kSecondUs;
+
+int leave(int result) {
+    log_caught_signals();
+    SUBAGENT_LOG(7, "exiting main_loop\n");
+    return result;
+}
+
+void rest_and_scan_tables() {
+    const int64_t now_us = ClockNowUs();
+    if (pdu_was_processed) {
+        last_pdu_time_us = now_us;
+        pdu_was_processed = false;
+        return;
+    }
+    ClockSleepMicroseconds(now_us - last_pdu_time_us >= kSecondUs ? kIdleSleepUs : kBusySleepUs);
+    check_for_table_changes();
+}
+
+void serve_other_threads() {
+    if (tempTest_requested)
+        SnmpSubagentMibHandlers::handleTempTest();
+}
+
+void care_for_log() {
+    log_caught_signals();
+    reopen_redirected_log();
+    truncate_subagent_log();
+}
+
+bool apimgr_was_silent() {
+    timeval silence{};
+    snmpSubagentComm->time_since_apimgr_ok(&silence);
+    return silence.tv_sec > kSilence_s;
+}
+
+bool agentx_was_silent() {
+    timeval silence{};
+    snmpSubagentComm->time_since_agentx_ok(&silence);
+    return silence.tv_sec > kSilence_s;
+}
+
+// What a look at the links tells the loop.
+enum class links {
+    good,        // go on with the pass
+    stop,        // SIGTERM came meanwhile
+    struck,      // the API manager did not answer; begin the next pass
+    struck_out,  // it did not answer for the third time: end, without a new copy
+    agent_lost,  // end, and start a new copy
+};
+
+// The link to the API manager is down: test it whole. A good test leaves the strikes as they are, so that
+// the next pass tells of the recovery.
+links test_lost_apimgr(int* strikes_against_apimgr) {
+    SUBAGENT_LOG(7, "connection to apimgr is Not okay\n");
+    if (!snmpSubagent_is_active)
+        return links::stop;
+    if (test_apimgr() == 0)
+        return links::good;
+    if (++*strikes_against_apimgr == kGreatestStrikes) {
+        SUBAGENT_LOG(4, "failed interface test to apimgr: 3 retries and no connect.\n");
+        return links::struck_out;
+    }
+    SUBAGENT_LOG(4,
+                 "failed interface test to apimgr: strikes_against_apimgr = %d out of 3: we'll retry after a "
+                 "sleep of 15 "
+                 "sec\n",
+                 *strikes_against_apimgr);
+    ClockSleepMicroseconds(kStrikeSleepUs);
+    return links::struck;
+}
+
+links test_master_agent() {
+    bool is_due = agentx_was_silent();
+    if (!agent_has_main_session()) {
+        SUBAGENT_LOG(4, "main-session went down\n");
+        if (!snmpSubagent_is_active)
+            return links::stop;
+        if (!agent_has_main_session())
+            return links::agent_lost;
+        is_due = true;  // it has come back: test it at once
+    }
+    if (is_due && (ping_agentx_master() != 0 || check_snmpget() != 0))
+        return links::agent_lost;
+    return links::good;
+}
+
+links check_links(int* strikes_against_apimgr) {
+    if (!snmpSubagentComm->apimgr_ok())
+        return test_lost_apimgr(strikes_against_apimgr);
+    if (!snmpSubagent_is_active)
+        return links::stop;
+    if (apimgr_was_silent() && snmpSubagentComm->TestAccessToApiMgr() != 0) {
+        SUBAGENT_LOG(4, "Error on ApiMgr-ping.\n");
+        if (!snmpSubagent_is_active)
+            return links::stop;
+    }
+    if (!snmpSubagentComm->apimgr_ok())
+        return test_lost_apimgr(strikes_against_apimgr);
+    if (*strikes_against_apimgr != 0)
+        SUBAGENT_LOG(4, "interface to apimgr has been recovered before reached 3 strikes\n");
+    const links verdict = test_master_agent();
+    if (verdict == links::good)
+        *strikes_against_apimgr = 0;
+    return verdict;
+}
+
+// The new copy kills and starts snmpd anew; a broken chain is never repaired in place.
+void start_new_copy() {
+    SUBAGENT_LOG(4,
+                 "main-session down, or error on agentx-ping, or failed self-test: will try a restart...\n");
+    if (snmpSubagent_is_active)
+        run_command(restart_command);
+}
+
+void watch_snmpd_memory() {
+    const int64_t now_us = ClockNowUs();
+    if ((now_us - last_mem_check_time_us) / kSecondUs <= kSilence_s)
+        return;
+    if (snmpd_using_too_much_mem())
+        kill_snmpd();
+    last_mem_check_time_us = ClockNowUs();
+}
+
+}  // namespace
+
+int main_loop() {
+    int strikes_against_apimgr = 0;
+    last_pdu_time_us = ClockNowUs();
+    while (snmpSubagent_is_active && !abort_snmpSubagent) {
+        sched_yield();
+        rest_and_scan_tables();
+        if (!snmpSubagent_is_active)
+            return leave(1);
+        serve_other_threads();
+        if (!snmpSubagent_is_active)
+            return leave(1);
+        care_for_log();
+        switch (check_links(&strikes_against_apimgr)) {
+            case links::good:
+                break;
+            case links::struck:
+                continue;
+            case links::stop:
+            case links::struck_out:
+                return leave(1);
+            case links::agent_lost:
+                start_new_copy();
+                return leave(1);
+        }
+        watch_snmpd_memory();
+        pdu_was_processed = process_agent_events();
+    }
+    log_caught_signals();
+    SUBAGENT_LOG(4, "popped out of main_loop: snmpSubagent_is_active=%d, abort_snmpSubagent=%d\n",
+                 snmpSubagent_is_active.load(), abort_snmpSubagent.load());
+    return leave(0);
+}

@@ -1,0 +1,258 @@
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/masterAgent.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+
+#include "apiMgmt/common/platform/clock.h"
+#include "apiMgmt/common/platform/process.h"
+#include "apiMgmt/common/utils/pathConstants.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentComm/snmpSubagentComm.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/agentLibrary.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/shellCommand.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
+
+int snmpd_pid = -1;
+
+namespace {
+
+constexpr int64_t kShortSleepUs = 10 * 1000;
+constexpr int64_t kSecondUs = 1000 * 1000;
+constexpr int kPidFileTries = 11;
+constexpr int kMemoryLimitKb = 50000;
+constexpr size_t kOidTextSize = 191;
+
+const char* const snmpdArgs[] = {kSnmpdProgram,   "-c", kSnmpdConfigFile, "-p", kSnmpdPidFile, "-LS 5d",
+                                 "-Lf /dev/null", "-u", "daemon",         "-r", nullptr};
+
+// Reads up to 10 bytes into a zeroed buffer; negative on an error.
+ssize_t read_pid_text(int descriptor, char (&text)[11]) {
+    memset(text, 0, sizeof text);
+    return read(descriptor, text, sizeof text - 1);
+}
+
+int open_pid_file(const char* path) {
+    for (int tries = 1;; ++tries) {
+        const int descriptor = open(path, O_RDONLY | O_CLOEXEC);
+        if (descriptor >= 0 || tries == kPidFileTries)
+            return descriptor;
+        SUBAGENT_LOG(7, "Retry opening file: %s.\n", path);
+        ClockSleepMicroseconds(kShortSleepUs);
+    }
+}
+
+int pid_from_open_file(int descriptor, const char* path) {
+    char temp_buf[11];
+    ssize_t count = read_pid_text(descriptor, temp_buf);
+    // snmpd has created the file and not yet written it.
+    if (count == 0) {
+        SUBAGENT_LOG(4, "PID file read was zero, so we'll sleep and then try it one more time\n");
+        ClockSleepMicroseconds(kSecondUs);
+        count = read_pid_text(descriptor, temp_buf);
+    }
+    if (count < 0) {
+        SUBAGENT_LOG(7, "Unable to read file: %s\n", path);
+        return -1;
+    }
+    if (count < 1 || count > 9) {
+        SUBAGENT_LOG(4, "PID file read has invalid byte count: %d, temp_buf: %s\n", static_cast<int>(count),
+                     temp_buf);
+        return -1;
+    }
+    const int pid = atoi(temp_buf);
+    if (pid < 1 || pid > GreatestProcessNumber()) {
+        SUBAGENT_LOG(4, "invalid PID in pid file: %d, temp_buf: %s\n", pid, temp_buf);
+        return -1;
+    }
+    return pid;
+}
+
+void log_output(FILE* output) {
+    char line[100];
+    while (fgets(line, sizeof line, output) != nullptr)
+        SUBAGENT_LOG(7, "    %s", line);
+}
+
+std::string killall_command(int signal_number) {
+    return std::string(kKillallProgram) + " -" + std::to_string(signal_number) + " -v snmpd" + kKillallOutput;
+}
+
+// Whether the data line of ps, a process id and a resident size, speaks for a process that may stay.
+bool shows_sane_memory(const char* ps_output) {
+    char copy[200];
+    snprintf(copy, sizeof copy, "%s", ps_output);
+    char* rest = nullptr;
+    const char* pid = strtok_r(copy, " \n", &rest);
+    if (pid == nullptr) {
+        SUBAGENT_LOG(4, "found no space-separated tokens: %s, snmpd_pid: %d\n", ps_output, snmpd_pid);
+        return false;
+    }
+    if (atoi(pid) != snmpd_pid) {
+        SUBAGENT_LOG(4, "1st token did not match: ps_output: %s: snmpd_pid: %d\n", ps_output, snmpd_pid);
+        return false;
+    }
+    const char* rss = strtok_r(nullptr, " \n", &rest);
+    if (rss == nullptr) {
+        SUBAGENT_LOG(4, "found no 2nd token: %s, snmpd_pid: %d\n", ps_output, snmpd_pid);
+        return false;
+    }
+    const int resident_kb = atoi(rss);
+    if (resident_kb <= 0) {
+        SUBAGENT_LOG(4, "failed to find res mem usage: %s, snmpd_pid: %d\n", ps_output, snmpd_pid);
+        return false;
+    }
+    if (resident_kb > kMemoryLimitKb) {
+        SUBAGENT_LOG(4, "snmpd mem usage too high: %d\n", resident_kb);
+        return false;
+    }
+    return true;
+}
+
+const std::string& self_test_community() {
+    static const std::string kPublic = "public";
+    if (!conf_rocommunity.empty())
+        return conf_rocommunity;
+    return conf_rwcommunity.empty() ? kPublic : conf_rwcommunity;
+}
+
+// Built at the first use, so the community is fixed from then on.
+const std::string& self_test_command() {
+    static const std::string command = [] {
+        char oid_text[kOidTextSize];
+        agent_oid_text(COLID_selfTestVersion, oid_text, sizeof oid_text);
+        return std::string(kSnmpgetProgram) + " -r 0 -v2c -c " + shell_word(self_test_community()) +
+               " localhost " + oid_text + ".0 &";
+    }();
+    return command;
+}
+
+}  // namespace
+
+int read_pid_file(const char* path) {
+    const int descriptor = open_pid_file(path);
+    if (descriptor < 0) {
+        SUBAGENT_LOG(4, "Unable to open file: %s\n", path);
+        return -1;
+    }
+    const int pid = pid_from_open_file(descriptor, path);
+    close(descriptor);
+    return pid;
+}
+
+int start_snmpd() {
+    unlink(kSnmpdPidFile);
+    snmpd_pid = -1;
+    const StartFailure failure = StartDetachedProgram(kSnmpdProgram, const_cast<char* const*>(snmpdArgs));
+    if (failure.step == StartFailure::Step::fork) {
+        SUBAGENT_LOG(4, "error on rfork(): errno=%d \n", failure.error_number);
+        return 1;
+    }
+    // The child holds no descriptor to write a line with, so its failure is told here.
+    if (failure.step == StartFailure::Step::exec) {
+        SUBAGENT_LOG(4, "***** child failed execv(snmpdArgs...) errno=%d\n", failure.error_number);
+        SUBAGENT_LOG(4, "***** child _exit(-1)\n");
+    }
+    ClockSleepMicroseconds(kShortSleepUs);
+    snmpd_pid = read_pid_file(kSnmpdPidFile);
+    if (snmpd_pid == -1) {
+        SUBAGENT_LOG(4, "Unable to read_pid_file()\n");
+        return 1;
+    }
+    return 0;
+}
+
+void kill_snmpd() {
+    SUBAGENT_LOG(7, "calling popen() for killall -6...\n");
+    command_output output = open_command(killall_command(6));
+    if (!output) {
+        SUBAGENT_LOG(4, "failed to popen for killall -6: errno: %d\n", errno);
+        ClockSleepMicroseconds(kShortSleepUs);
+        return;
+    }
+    SUBAGENT_LOG(7, "output from killall -6:\n");
+    log_output(output.get());
+    output.reset();
+    ClockSleepMicroseconds(kShortSleepUs);
+
+    SUBAGENT_LOG(7, "calling popen() for killall -9...\n");
+    output = open_command(killall_command(9));
+    if (output) {
+        SUBAGENT_LOG(7, "output from killall -9:\n");
+        log_output(output.get());
+        output.reset();
+    } else {
+        SUBAGENT_LOG(4, "failed to popen for killall -9: errno: %d\n", errno);
+    }
+    ClockSleepMicroseconds(kShortSleepUs);
+}
+
+bool snmpd_using_too_much_mem() {
+    if (snmpd_pid == -1)
+        return true;
+    const command_output output =
+        open_command(std::string(kPsProgram) + " -o pid,rss " + std::to_string(snmpd_pid));
+    if (!output) {
+        SUBAGENT_LOG(4, "failed to popen: errno: %d\n", errno);
+        return true;
+    }
+    char ps_output[200] = "";
+    if (fgets(ps_output, sizeof ps_output, output.get()) == nullptr ||
+        fgets(ps_output, sizeof ps_output, output.get()) == nullptr) {
+        SUBAGENT_LOG(4, "no 1st or 2nd line of output from ps command: %s\n", ps_output);
+        return true;
+    }
+    return !shows_sane_memory(ps_output);
+}
+
+int exec_snmpget() {
+    // The command ends in an ampersand: the shell returns at once and snmpget runs on by itself.
+    if (!open_command(self_test_command())) {
+        SUBAGENT_LOG(4, "failed popen(): args: %s\n", self_test_command().c_str());
+        return 1;
+    }
+    return 0;
+}
+
+int check_snmpget() {
+    variable_entry& self_test = vars[cols[COLID_selfTestVersion].first_var];
+    if ((self_test.flags & VAR_FLAG_delivered) == 0) {
+        SUBAGENT_LOG(4, "Did not get results from previous execute of snmpget of self-test oid\n");
+        snmpSubagentComm->set_agentx_state(false);
+        return 1;
+    }
+    self_test.flags &= static_cast<uint8_t>(~VAR_FLAG_delivered);
+    if (exec_snmpget() != 0) {
+        snmpSubagentComm->set_agentx_state(false);
+        return 1;
+    }
+    return 0;
+}
+
+int ping_agentx_master() {
+    if (!agent_has_main_session()) {
+        SUBAGENT_LOG(4, "main_session is NULL\n");
+        snmpSubagentComm->set_agentx_state(false);
+        return 1;
+    }
+    const bool answered = agent_send_ping() != 0;
+    if (!answered)
+        SUBAGENT_LOG(4, "Error on ping to master agent\n");
+    snmpSubagentComm->set_agentx_state(answered);
+    return answered ? 0 : 1;
+}
+
+bool process_agent_events() {
+    begin_agent_tick();
+    mib_mutex.Unlock();
+    const int handled = agent_check();
+    mib_mutex.Lock();
+    end_agent_tick();
+    return handled > 0;
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <string>
+
+#include "apiMgmt/common/threadpool/mutexWrapper.h"
+
+/** Process-wide state of the daemon's spine, by owner. */
+
+// ---- flags between threads: single bytes, each with one meaning; a late reader acts one pass later ----
+
+/** Set by main before main_loop, cleared by catch_sigterm alone. Main loop, GetList task. */
+extern std::atomic<bool> snmpSubagent_is_active;
+
+/** The listener for management messages could not be set up; ends main_loop. */
+extern std::atomic<bool> abort_snmpSubagent;
+
+// ---- main thread only ----
+
+/** The last process_agent_events handled at least one packet. */
+extern bool pdu_was_processed;
+
+/** Microseconds since the epoch: the last pass that followed handled packets; the last memory check. */
+extern int64_t last_pdu_time_us;
+extern int64_t last_mem_check_time_us;
+
+// ---- constant after start ----
+
+/** Shell command that starts a fresh copy of the daemon with the same arguments, one second from now. */
+extern std::string restart_command;
+
+// ---- locks ----
+
+/**
+ * Gate of SNMP service: held by the main thread at all times except during agent_check_and_process.
+ * The request handler tries it, so a request delivered at any other moment is refused and does not wait.
+ */
+extern MUTEXWrapper& mib_mutex;

@@ -1,0 +1,61 @@
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/signals.h"
+
+#include <csignal>
+
+#include <atomic>
+#include <cstdint>
+#include <ctime>
+
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
+
+namespace {
+
+constexpr int64_t kSigpipeQuiet_s = 10;
+
+// Lines that the main thread still has to write.
+std::atomic<int> sigterms_to_log{0};
+std::atomic<int> sigints_to_log{0};
+std::atomic<bool> sigpipe_to_log{false};
+
+// Written by catch_sigpipe alone. Whole seconds since the epoch.
+std::atomic<int64_t> last_sigpipe_time_s{0};
+
+static_assert(std::atomic<int>::is_always_lock_free && std::atomic<int64_t>::is_always_lock_free &&
+                  std::atomic<bool>::is_always_lock_free,
+              "a handler may touch lock-free atomics only");
+
+}  // namespace
+
+void catch_sigterm(int) {
+    ++sigterms_to_log;
+    snmpSubagent_is_active = false;
+}
+
+void catch_sigint(int) {
+    ++sigints_to_log;
+}
+
+void catch_sigpipe(int) {
+    timespec now{};
+    clock_gettime(CLOCK_REALTIME, &now);
+    if (now.tv_sec - last_sigpipe_time_s < kSigpipeQuiet_s)
+        return;
+    last_sigpipe_time_s = now.tv_sec;
+    sigpipe_to_log = true;
+}
+
+void install_signal_handlers() {
+    signal(SIGTERM, catch_sigterm);
+    signal(SIGINT, catch_sigint);
+    signal(SIGPIPE, catch_sigpipe);
+}
+
+void log_caught_signals() {
+    for (int count = sigterms_to_log.exchange(0); count > 0; --count)
+        SUBAGENT_LOG(4, "(((((((((((((((((( SIGTERM ))))))))))))))))))))\n");
+    for (int count = sigints_to_log.exchange(0); count > 0; --count)
+        SUBAGENT_LOG(4, "(((((((((((((((((( SIGINT ))))))))))))))))))))\n");
+    if (sigpipe_to_log.exchange(false))
+        SUBAGENT_LOG(7, "(((((((((((((((((( SIGPIPE ))))))))))))))))))))\n");
+}

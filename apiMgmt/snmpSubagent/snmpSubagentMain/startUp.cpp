@@ -1,0 +1,182 @@
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/startUp.h"
+
+#include <syslog.h>
+
+#include <cstdlib>
+#include <map>
+#include <new>
+#include <string>
+
+#include "apiMgmt/common/utils/configFile.h"
+#include "apiMgmt/common/utils/heartbeatMonitor.h"
+#include "apiMgmt/common/utils/pathConstants.h"
+#include "apiMgmt/common/utils/resourceMgmt.h"
+#include "apiMgmt/common/utils/stringUtil.h"
+#include "apiMgmt/common/wirelink/wireLink.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentComm/snmpSubagentComm.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/agentLibrary.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/backgroundUpdate.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/mainLoop.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/masterAgent.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/signals.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
+
+namespace {
+
+constexpr const char* kSyslogIdent = "snmpSubagent";
+constexpr int kHeartbeatPort = 35003;
+
+// A directory without configuration files: /etc/snmpd.conf alone counts for snmpd.
+constexpr const char* kNoConfigurationFiles = "/var/empty/snmpSubagent";
+
+// Lives until exit, like the comm object.
+SnmpSubagentMibHandlers* snmpSubagentMibHandlers = nullptr;
+
+// Neither snmpd nor snmpget, nor this process, parses MIB files: it would take them most of a second, and
+// snmpd is given a tenth of one.
+void set_environment() {
+    setenv("MIBS", "", 1);
+    setenv("SNMPCONFPATH", kNoConfigurationFiles, 1);
+}
+
+std::string build_restart_command(int argc, char* argv[]) {
+    std::string command = "sleep 1; ";
+    for (int i = 0; i < argc; ++i)
+        command.append(argv[i]).append(" ");
+    return command + "&";
+}
+
+bool start_heartbeat() {
+    SUBAGENT_LOG(7, "opening listening socket for heartbeat pings on port(%d)...\n", kHeartbeatPort);
+    if (StartHeartbeatMonitor(kHeartbeatPort) == 0)
+        return true;
+    SUBAGENT_LOG(4, "Failed to start listener for heartbeats, port : %d\n", kHeartbeatPort);
+    return false;
+}
+
+void open_logs(bool is_debug_mode) {
+    openlog(kSyslogIdent, LOG_CONS, LOG_DAEMON);
+    if (is_debug_mode)
+        redirect_stdout_to_log();
+    agent_log_to_stderr();
+}
+
+void read_settings() {
+    // Start-up goes on without the file, with the values that the process began with.
+    read_snmpSubagent_conf();
+    SUBAGENT_LOG(7, "\n\n++++++++++++++++ main last compiled: %s, %s ++++++++++++++++\n", __DATE__, __TIME__);
+    SUBAGENT_LOG(4, "snmpSubagent is initializing...\n");
+}
+
+bool fetch_session_key() {
+    const std::string key = WireLinkEndpoint::GetAccessKey();
+    if (key.empty()) {
+        SUBAGENT_LOG(3, "Error reading in the trusted session key\n");
+        return false;
+    }
+    SUBAGENT_LOG(7, "trustedsessionkey: %s\n", key.c_str());
+    build_api_request_prefix(key);
+    return true;
+}
+
+void init_trap_session() {
+    SUBAGENT_LOG(7, "calling snmp_sess_init()...\n");
+    agent_init_trap_session();
+}
+
+bool create_objects() {
+    snmpSubagentComm = new (std::nothrow) SnmpSubagentComm;
+    if (snmpSubagentComm == nullptr) {
+        SUBAGENT_LOG(4, "Could not get new SnmpSubagentComm.\n");
+        return false;
+    }
+    snmpSubagentMibHandlers = new (std::nothrow) SnmpSubagentMibHandlers;
+    if (snmpSubagentMibHandlers == nullptr) {
+        SUBAGENT_LOG(4, "Could not get new SnmpSubagentMibHandlers.\n");
+        return false;
+    }
+    return true;
+}
+
+bool start_get_list_task() {
+    SUBAGENT_LOG(7, "starting task to watch for GetList work...\n");
+    if (StartGetListTask() == 0)
+        return true;
+    SUBAGENT_LOG(4, "Failed to start GetListTask\n");
+    return false;
+}
+
+bool apimgr_answers() {
+    SUBAGENT_LOG(7, "testing apimgr...\n");
+    if (test_apimgr() == 0)
+        return true;
+    SUBAGENT_LOG(4, "error on testing interface to apimgr.\n");
+    return false;
+}
+
+bool start_agents() {
+    SUBAGENT_LOG(7, "starting agent and subgagent...\n");
+    if (start_snmp_agent_and_subagent() == 0)
+        return true;
+    SUBAGENT_LOG(4, "could not start_snmp_agent_and_subagent()\n");
+    return false;
+}
+
+// Everything between daemonising and the main loop. False: a step failed and told why.
+bool start_services(bool is_debug_mode) {
+    if (!start_heartbeat())
+        return false;
+    open_logs(is_debug_mode);
+    read_settings();
+    if (!fetch_session_key())
+        return false;
+    init_trap_session();
+    install_signal_handlers();
+    return create_objects() && start_get_list_task() && apimgr_answers() && start_agents();
+}
+
+void shut_down_agents() {
+    SUBAGENT_LOG(7, "snmpd (master agent) is being killed...\n");
+    kill_snmpd();
+    SUBAGENT_LOG(7, "snmpSubagent is being shutdown...\n");
+    agent_shutdown();
+}
+
+int finish(int status) {
+    log_caught_signals();
+    ShutdownSelf(DAEMON_ID_SNMP_SUBAGENT);
+    SUBAGENT_LOG(4, "snmpSubagent is exiting.\n");
+    close_redirected_log();
+    return status;
+}
+
+}  // namespace
+
+int run_subagent(int argc, char* argv[]) {
+    const std::map<std::string, std::string> settings = ReadConfigFile(kStartConfigFile);
+    if (settings.empty())
+        return 1;
+    const auto debug_mode = settings.find("isdebugmode");
+    const bool is_debug_mode = debug_mode != settings.end() && ParseBool(debug_mode->second);
+
+    mib_mutex.Lock();
+    set_environment();
+    restart_command = build_restart_command(argc, argv);
+
+    int own_pid = 0;
+    int parent_pid = 0;
+    if (DaemonizeSelf(DAEMON_ID_SNMP_SUBAGENT, &own_pid, &parent_pid, is_debug_mode) != 0) {
+        SUBAGENT_LOG(4, "Failed to daenmonize\n");
+        return finish(-1);
+    }
+    if (start_services(is_debug_mode)) {
+        SUBAGENT_LOG(4, "snmpSubagent is up and running.\n");
+        snmpSubagent_is_active = true;  // from here the GetList task runs
+        main_loop();
+    }
+    shut_down_agents();
+    return finish(0);
+}

@@ -1,0 +1,153 @@
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/columnMerge.h"
+
+#include <algorithm>
+
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/numericText.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
+
+namespace {
+
+constexpr const char* kNoApiObject = "no api object";
+constexpr uint32_t kNoApiObjectNumber = 666;
+
+void store_row_number(int32_t var_index, int32_t row) {
+    vars[var_index].uint = static_cast<uint32_t>(row);
+    set_cached(var_index);
+}
+
+void store_missing_attribute(int32_t var_index, post_process_type post_process) {
+    vars[var_index].str = kNoApiObject;
+    if (post_process != nullptr)
+        post_process(var_index);
+    else
+        vars[var_index].uint = kNoApiObjectNumber;
+}
+
+// Stores a text as the column's type has it; a text that did not change costs no conversion. 0 or 1.
+int store_attribute(int32_t var_index, uint32_t data_type, std::string_view text) {
+    variable_entry& entry = vars[var_index];
+    switch (data_type) {
+        case SMI_BASETYPE_OCTET_STRING:
+            if (text != entry.str)
+                entry.str = text;
+            return 0;
+        case SMI_BASETYPE_INTEGER32:
+        case SMI_BASETYPE_UNSIGNED32:
+        case SMI_BASETYPE_ENUM:
+        case 11:
+            if (text != entry.str) {
+                entry.str = text;
+                entry.uint = number_from_text(text, data_type);
+            }
+            return 0;
+        case SMI_BASETYPE_UNKNOWN:
+            SUBAGENT_LOG(4, "got SMI_BASETYPE_UNKNOWN\n");
+            return 1;
+        case 3:
+        case 5:
+        case 6:
+            SUBAGENT_LOG(4, "col-id:%d, this data type is not yet handled: %d\n", entry.col_id,
+                         static_cast<int>(data_type));
+            return 1;
+        default:
+            SUBAGENT_LOG(4, "temp_var_index:%d, can't process unknown header type: %d\n", var_index,
+                         static_cast<int>(data_type));
+            return 1;
+    }
+}
+
+struct merge_of_column {
+    int col_id;
+    int32_t first_var;
+    const element_table& elements;
+    int map_place;
+    post_process_type post_process;
+};
+
+// Both can only follow a change of the layout; a wrong place in `vars` would damage another column.
+bool is_own_variable(const merge_of_column& merge, int32_t var_index, uint32_t parent, int32_t row,
+                     int32_t element) {
+    if (var_index >= total_vars) {
+        SUBAGENT_LOG(
+            7,
+            "pointing past vars array holds: col_id:%d, index_to_soc:%d, parentIndex:%d, maxNumOfRows:%d, "
+            "child_index:%d\n",
+            merge.col_id, merge.first_var, static_cast<int>(parent),
+            static_cast<int>(cols[merge.col_id].maxNumOfRows), row);
+        return false;
+    }
+    if (vars[var_index].col_id != merge.col_id) {
+        SUBAGENT_LOG(4,
+                     "more api elements than var table holds: col_id:%d, temp_var_index:%d, uu:%d, "
+                     "vars[temp_var_index].col_id :%d\n",
+                     merge.col_id, var_index, element, vars[var_index].col_id);
+        return false;
+    }
+    return true;
+}
+
+int merge_variable(const merge_of_column& merge, int32_t var_index, int32_t row, int32_t element) {
+    clear_cached(var_index);
+    if (merge.map_place == kRowColumn) {
+        store_row_number(var_index, row + 1);
+        return 0;
+    }
+    const std::string_view text = merge.elements.value(element, merge.map_place);
+    if (text.data() == nullptr) {
+        store_missing_attribute(var_index, merge.post_process);
+        return 0;
+    }
+    if (store_attribute(var_index, cols[merge.col_id].data_type, text) != 0)
+        return 1;
+    set_cached(var_index);
+    if (merge.post_process != nullptr)
+        merge.post_process(var_index);
+    return 0;
+}
+
+int merge_parent(const merge_of_column& merge, uint32_t parent) {
+    const auto rows = static_cast<int32_t>(cols[merge.col_id].maxNumOfRows);
+    const auto first_of_parent = static_cast<int32_t>(merge.first_var + static_cast<int64_t>(parent) * rows);
+    const std::vector<int32_t>& elements = merge.elements.rows_of_parent(parent);
+    const auto used = static_cast<int32_t>(elements.size());
+    for (int32_t row = 0; row < used; ++row) {
+        const int32_t element = elements[static_cast<size_t>(row)];
+        if (!is_own_variable(merge, first_of_parent + row, parent, row, element) ||
+            merge_variable(merge, first_of_parent + row, row, element) != 0)
+            return 1;
+    }
+    clear_cached_range(first_of_parent + used, first_of_parent + rows);
+    return 0;
+}
+
+// A scalar takes its value from the first object of the list.
+int merge_scalar(const merge_of_column& merge) {
+    if (merge.elements.element_count() == 0)
+        return 0;
+    return merge_variable(merge, merge.first_var, 0, 0);
+}
+
+}  // namespace
+
+int get_col_info(int col_id, int32_t first_var, const element_table& elements, int map_place,
+                 post_process_type post_process) {
+    const column_record& column = cols[col_id];
+    const merge_of_column merge{col_id, first_var, elements, map_place, post_process};
+    if (!column.is_table())
+        return merge_scalar(merge);
+    const uint32_t parents = std::max(column.maxNumOfParents, 1U);
+    if (elements.element_count() > static_cast<int64_t>(parents) * column.maxNumOfRows) {
+        SUBAGENT_LOG(7,
+                     "too many elements received from api: col_id:%d, index_to_soc:%d, "
+                     "number_of_elems_of_interest:%d, "
+                     "temp_maxNumOfParents:%d, maxNumOfRows:%d\n",
+                     col_id, first_var, elements.element_count(), static_cast<int>(parents),
+                     static_cast<int>(column.maxNumOfRows));
+        return 1;
+    }
+    for (uint32_t parent = 0; parent < parents; ++parent) {
+        if (merge_parent(merge, parent) != 0)
+            return 1;
+    }
+    return 0;
+}

@@ -1,0 +1,123 @@
+#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdarg>
+#include <cstdio>
+#include <ctime>
+
+#include "apiMgmt/common/platform/clock.h"
+#include "apiMgmt/common/threadpool/mutexWrapper.h"
+#include "apiMgmt/common/threadpool/scopedMutex.h"
+#include "apiMgmt/common/utils/pathConstants.h"
+
+std::atomic<bool> verbose{false};
+
+namespace {
+
+constexpr int kRawLevel = 0;
+constexpr off_t kGreatestLogSize = 3000000;
+constexpr off_t kLogSizeAfterCut = 2000000;
+
+// Debug lines carry the session key, so that nobody but the owner may read the file.
+constexpr mode_t kLogFileMode = 0600;
+
+// Guarded by subagent_log_mutex: any thread writes lines.
+char message_buffer[4000];
+FILE* redirected_stdout = nullptr;
+
+// A line may be written while static objects are destroyed, so the mutex never is.
+MUTEXWrapper& subagent_log_mutex() {
+    static auto* mutex = new MUTEXWrapper;
+    return *mutex;
+}
+
+FILE* open_log() {
+    const int descriptor = open(kSubagentLogFile, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, kLogFileMode);
+    if (descriptor < 0)
+        return nullptr;
+    FILE* stream = fdopen(descriptor, "a");
+    if (stream == nullptr)
+        close(descriptor);
+    return stream;
+}
+
+void write_header(FILE* stream, const char* file, const char* operation, int line) {
+    const time_t now_s = ClockNow().tv_sec;
+    tm local{};
+    localtime_r(&now_s, &local);
+    fprintf(stream, "%i/%i/20%i %02i:%02i:%02i  %s: %s(%d): ", local.tm_mon + 1, local.tm_mday,
+            local.tm_year + 1900 - 2000, local.tm_hour, local.tm_min, local.tm_sec, file, operation, line);
+}
+
+// freopen would close standard output for good when the log cannot be opened; a duplicate leaves it alone.
+void redirect_locked() {
+    const int descriptor = open(kSubagentLogFile, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, kLogFileMode);
+    if (descriptor < 0) {
+        redirected_stdout = nullptr;
+        return;
+    }
+    fflush(stdout);
+    redirected_stdout = dup2(descriptor, STDOUT_FILENO) < 0 ? nullptr : stdout;
+    close(descriptor);
+}
+
+void reopen_locked() {
+    if (redirected_stdout == nullptr)
+        return;
+    fflush(redirected_stdout);
+    redirect_locked();
+}
+
+}  // namespace
+
+void subagent_log(int level, const char* file, const char* operation, int line, const char* format, ...) {
+    scopedMutex lock(subagent_log_mutex());
+    va_list arguments;
+    va_start(arguments, format);
+    vsnprintf(message_buffer, sizeof message_buffer, format, arguments);
+    va_end(arguments);
+
+    reopen_locked();
+    const bool through_stdout = redirected_stdout != nullptr;
+    FILE* stream = through_stdout ? redirected_stdout : open_log();
+    if (stream != nullptr) {
+        if (level != kRawLevel)
+            write_header(stream, file, operation, line);
+        fputs(message_buffer, stream);
+        if (through_stdout)
+            reopen_locked();
+        else
+            fclose(stream);
+    }
+    truncate_subagent_log();
+}
+
+void redirect_stdout_to_log() {
+    scopedMutex lock(subagent_log_mutex());
+    redirect_locked();
+}
+
+void reopen_redirected_log() {
+    scopedMutex lock(subagent_log_mutex());
+    reopen_locked();
+}
+
+void close_redirected_log() {
+    scopedMutex lock(subagent_log_mutex());
+    if (redirected_stdout == nullptr)
+        return;
+    fclose(redirected_stdout);
+    redirected_stdout = nullptr;
+}
+
+void truncate_subagent_log() {
+    struct stat status {};
+    if (stat(kSubagentLogFile, &status) != 0 || !S_ISREG(status.st_mode) ||
+        status.st_size <= kGreatestLogSize)
+        return;
+    // A cut that fails is tried again with the next line.
+    [[maybe_unused]] const int result = truncate(kSubagentLogFile, kLogSizeAfterCut);
+}

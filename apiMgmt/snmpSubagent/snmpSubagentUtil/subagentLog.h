@@ -1,0 +1,38 @@
+#pragma once
+
+#include <atomic>
+#include <string>
+
+/**
+ * The subagent log: one formatted call that every unit of the daemon writes through. Levels are syslog
+ * numbers (3 error, 4 warning, 7 debug); level 0 is a raw line without header.
+ */
+
+/** Debug logging: level 7 lines are written only while this is set. Any thread. */
+extern std::atomic<bool> verbose;
+
+/**
+ * Writes one line, cut to 3999 characters, with time, file, operation and line in front of it unless the
+ * level is 0. A log file that cannot be opened loses the line and nothing else. Any thread; throws
+ * GENERALError when the log's lock fails. Callers use the macro below.
+ */
+void subagent_log(int level, const char* file, const char* operation, int line, const char* format, ...)
+    __attribute__((format(printf, 5, 6)));
+
+/** A log line from here. The arguments of a level 7 line are not evaluated while `verbose` is off. */
+#define SUBAGENT_LOG(level, ...)                                                   \
+    do {                                                                           \
+        if ((level) != 7 || verbose.load(std::memory_order_relaxed))               \
+            subagent_log((level), __FILE_NAME__, __func__, __LINE__, __VA_ARGS__); \
+    } while (false)
+
+/** Debug mode: standard output goes to the log file from now on, and log lines go through it. */
+void redirect_stdout_to_log();
+
+/** Takes the log file up anew, so that one that was moved or cut is followed. Nothing without redirection. */
+void reopen_redirected_log();
+
+void close_redirected_log();
+
+/** Cuts a log of 3000001 bytes or more to its first 2000000: the oldest lines stay. */
+void truncate_subagent_log();

@@ -1,0 +1,74 @@
+"""The simulated array, a process beside the daemon."""
+
+import json
+import os
+import subprocess
+
+from . import machine, waiting
+
+OUTPUT = "/var/log/arraySim.log"
+DUMP = "/tmp/arraySim.dump"
+
+
+class Array:
+    def __init__(self):
+        self.process = None
+
+    def start(self, preset="small", *options):
+        with open(OUTPUT, "ab") as output:
+            begin = output.tell()
+            self.process = subprocess.Popen([machine.ARRAY_SIM, "serve", "--preset", preset, *options],
+                                            stdin=subprocess.DEVNULL, stdout=output, stderr=output)
+        waiting.wait_until(lambda: self.is_ready(begin), "the simulated array is ready", 60)
+        return self
+
+    def is_ready(self, begin):
+        if self.process.poll() is not None:
+            raise AssertionError(f"arraySim ended with {self.process.returncode}: {machine.read_file(OUTPUT)}")
+        return "ready" in machine.read_file(OUTPUT)[begin:]
+
+    def is_running(self):
+        return self.process is not None and self.process.poll() is None
+
+    def stop(self):
+        """Ends the process: nobody listens any more."""
+        if self.is_running():
+            self.process.terminate()
+            self.process.wait(30 * waiting.PATIENCE)
+        self.process = None
+
+    def tell(self, *words):
+        """One command of arraySim; returns what it answers."""
+        return machine.run(machine.ARRAY_SIM, "tell", *words)
+
+    def set(self, kind, index, attribute, value):
+        self.tell("set", kind, index, attribute, value)
+
+    def get(self, kind, index, attribute):
+        return self.objects(kind, index)[attribute]
+
+    def fail(self, kind, index, status="Down"):
+        self.tell("fail", kind, index, status)
+
+    def recover(self, kind, index):
+        self.tell("recover", kind, index)
+
+    def fault(self, *words):
+        self.tell("fault", *words)
+
+    def clear_faults(self):
+        self.tell("clear")
+
+    def dump(self):
+        """All objects: {kind: [{attribute: text}]}, in the order of the array's answers."""
+        self.tell("dump", DUMP)
+        with open(DUMP, encoding="utf-8") as file:
+            whole = json.load(file)
+        os.unlink(DUMP)
+        return whole["objects"]
+
+    def objects(self, kind, index):
+        for each in self.dump()[kind]:
+            if each.get("Index") == str(index):
+                return each
+        raise AssertionError(f"the array has no {kind} {index}")

@@ -1,0 +1,130 @@
+"""The daemon, found as a supervisor finds it: by its pid file and its log."""
+
+import glob
+import os
+import signal
+import subprocess
+
+from . import machine, waiting
+
+LOG = "/var/log/snmpSubagent.log"
+PID_FILE = "/var/run/snmpSubagent.pid"
+SNMPD_PID_FILE = "/var/run/snmpd.pid"
+SANITIZER_REPORTS = "/var/log/sanitizer"
+
+UP = "snmpSubagent is up and running."
+ENDED = "snmpSubagent is exiting."
+
+
+class Daemon:
+    def __init__(self):
+        self.foreground = None  # the process, when the daemon was started in debug mode
+        self.log_begin = 0
+
+    # --- starting
+
+    def start(self, wait=True):
+        """Starts it as a service: the call returns when it has gone into the background."""
+        machine.write_file(machine.MODE_CONF, "isdebugmode=false\n")
+        self.begin_log()
+        self.foreground = None
+        status = subprocess.run([machine.DAEMON], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                                stderr=subprocess.DEVNULL, env=self.environment(), check=False).returncode
+        if status != 0:
+            raise AssertionError(f"the daemon did not go into the background: status {status}")
+        return self.wait_until_served() if wait else self
+
+    def start_in_foreground(self, wait=True, configure=True):
+        """Starts it in debug mode, so that its exit status can be read with wait_for_exit_status."""
+        if configure:
+            machine.write_file(machine.MODE_CONF, "isdebugmode=true\n")
+        self.begin_log()
+        self.foreground = subprocess.Popen([machine.DAEMON], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                                           stderr=subprocess.DEVNULL, env=self.environment())
+        return self.wait_until_served() if wait else self
+
+    @staticmethod
+    def environment():
+        options = f"log_path={SANITIZER_REPORTS}:exitcode=99"
+        return {**os.environ, "ASAN_OPTIONS": options, "UBSAN_OPTIONS": options + ":print_stacktrace=1",
+                "TSAN_OPTIONS": options}
+
+    def wait_until_served(self, limit_s=60):
+        def is_up():
+            if UP in self.log():
+                return True
+            if ENDED in self.log():
+                raise AssertionError("the daemon ended during its start")
+            return False
+
+        waiting.wait_until(is_up, "the daemon is up and running", limit_s)
+        return self
+
+    # --- processes
+
+    @staticmethod
+    def pid():
+        text = machine.read_file(PID_FILE)
+        return int(text) if text.isdigit() else None
+
+    def is_running(self):
+        return self.pid() is not None and machine.is_running(self.pid())
+
+    @staticmethod
+    def snmpd_pid():
+        text = machine.read_file(SNMPD_PID_FILE).strip()
+        return int(text) if text.isdigit() else None
+
+    def signal(self, number):
+        os.kill(self.pid(), number)
+
+    def stop(self, limit_s=60):
+        """Ends it in the orderly way and waits until it has ended."""
+        pid = self.pid()
+        if pid is None or not machine.is_running(pid):
+            return
+        os.kill(pid, signal.SIGTERM)
+        waiting.wait_until(lambda: not machine.is_running(pid), "the daemon ends on SIGTERM", limit_s)
+        if self.foreground:
+            self.foreground.wait(30)
+        self.check_sanitizers()
+
+    def wait_until_ended(self, limit_s=60):
+        waiting.wait_until(lambda: not machine.processes_named("snmpSubagent"), "the daemon has ended", limit_s)
+
+    def wait_for_exit_status(self, limit_s=60):
+        """Of a daemon in the foreground."""
+        waiting.wait_until(lambda: self.foreground.poll() is not None, "the daemon ends", limit_s)
+        return self.foreground.returncode
+
+    @staticmethod
+    def check_sanitizers():
+        reports = glob.glob(SANITIZER_REPORTS + ".*")
+        if reports:
+            raise AssertionError("sanitizer report:\n" + "\n".join(machine.read_file(path) for path in reports))
+
+    # --- the log
+
+    def begin_log(self):
+        """What is in the log now belongs to an earlier daemon."""
+        self.log_begin = os.path.getsize(LOG) if os.path.exists(LOG) else 0
+
+    def log(self):
+        """What the daemon has logged since it was started, or since begin_log."""
+        try:
+            with open(LOG, "rb") as file:
+                file.seek(self.log_begin)
+                return file.read().decode("utf-8", "replace")
+        except FileNotFoundError:
+            return ""
+
+    def lines_with(self, text):
+        return [line for line in self.log().splitlines() if text in line]
+
+    def wait_for_log(self, text, limit_s=30, times=1):
+        return waiting.wait_until(lambda: len(self.lines_with(text)) >= times and self.lines_with(text),
+                                  f"the log holds '{text}'" + (f" {times} times" if times > 1 else ""), limit_s)
+
+    @staticmethod
+    def log_tail(count=60):
+        return "\n".join(machine.read_file(LOG).splitlines()[-count:])

@@ -1,0 +1,214 @@
+"""What a manager must read, worked out from the array's objects alone and by rules written here anew, so that
+the daemon and its test cannot share a mistake. Only names, OIDs, types and sources of columns are read from
+the project's list."""
+
+import re
+
+from .mib import COLUMNS, MIB, TABLES
+
+SERVER_KINDS = ("TsPhysicalServer", "TsRemoteTessera", "TsServerCluster", "TsVirtualServer")
+STANDARD_FOLDERS = (1, 69696969)
+BLOCKS_PER_GB = 1953125
+BLOCKS_PER_GIB = 2097152
+WEB_ADDRESS = "https://www.vorn-lumivant.example/tessera"
+
+STATUS = {"Up": 1, "Down": 2, "Degraded": 3}
+CONNECTIVITY = {"Up": 1, "Down": 2, "Partial": 3}
+BATTERY = {"NoBattery": 0, "Normal": 1, "ExpirationPending": 2, "Expired": 3}
+CATEGORY = {name: number for number, name in enumerate(("Connectivity", "Disk", "Hardware", "Storage", "System"))}
+ALERT_STATUS = {name: number for number, name in enumerate(
+    ("Complete", "Critical", "Degraded", "Deleting", "Down", "Emergency", "Inform", "Okay", "Unavailable"))}
+PORT_TYPE = {"fibrechannel": 1, "iscsi": 2, "fibrechanneloverethernet": 3, "sas": 4}
+SEVERITY = {0: 0, 1: 2, 2: 1, 3: 0, 4: 2, 5: 2, 6: 0, 7: 0, 8: 1, 9: 1}
+
+PROCESS_TEXT = b"empty"
+LEADING_NUMBER = re.compile(r"[ \t\n\v\f\r]*([+-]?\d+)")
+
+
+def leading_number(text, column_type):
+    match = LEADING_NUMBER.match(text)
+    number = int(match.group(1)) if match else 0
+    low, high = (0, 2**32 - 1) if column_type == "unsigned" else (-(2**31), 2**31 - 1)
+    return min(max(number, low), high)
+
+
+def truth_value(text):
+    return {"1": 1, "true": 1, "0": 2, "false": 2}.get(text.lower(), 0)
+
+
+def cut_version(text):
+    return text.rpartition(".")[0] if "." in text else text
+
+
+def blocks(text):
+    return leading_number_wide(text)
+
+
+def leading_number_wide(text):
+    match = LEADING_NUMBER.match(text)
+    return max(int(match.group(1)), 0) if match else 0
+
+
+# What a column's text becomes; every other column is the text itself or its leading number.
+POST_PROCESS = {
+    "tsstatus_enum": lambda text: STATUS.get(text, -1),
+    "connectivity_enum": lambda text: CONNECTIVITY.get(text, -1),
+    "battery_status": lambda text: BATTERY.get(text, -1),
+    "alert_category": lambda text: CATEGORY.get(text, 5),
+    "alert_status": lambda text: ALERT_STATUS.get(text, 9),
+    "io_port_type": lambda text: PORT_TYPE.get(text.lower(), 5),
+    "truth_value": truth_value,
+    "size": lambda text: blocks(text) // BLOCKS_PER_GB,
+    "version": cut_version,
+    "force_trap": lambda text: "Empty",
+}
+
+WIRE_TYPE = {"string": "STRING", "integer": "INTEGER", "enumeration": "INTEGER", "unsigned": "Gauge32"}
+
+
+class Expectation:
+    """self.values: {OID text: (type, value)} for every instance of the store that must be served."""
+
+    def __init__(self, objects):
+        self.objects = objects
+        self.values = {}
+        self.add_tables()
+        self.add_folder_usage()
+        self.add_scalars()
+
+    def put(self, column, instance, value):
+        if column.type == "string":
+            value = value.encode() if isinstance(value, str) else value
+        self.values[".".join(map(str, column.oid + instance))] = (WIRE_TYPE[column.type], value)
+
+    def put_named(self, name, instance, value):
+        self.put(COLUMNS[name], instance, value)
+
+    def value(self, name, *instance):
+        found = self.values.get(".".join(map(str, COLUMNS[name].oid + instance)))
+        return found[1] if found else None
+
+    # --- tables
+
+    def elements(self, object_name):
+        kinds = SERVER_KINDS if object_name == "tsServer" else (object_name[0].upper() + object_name[1:],)
+        return [each for kind in kinds for each in self.objects.get(kind, [])]
+
+    def groups(self, table, elements):
+        """(instance part before the row, its elements) for each parent."""
+        if table.parent == "none":
+            return [((), elements)]
+        tag = {"controller": "ControllerIndex", "enclosure": "EnclosureIndex"}[table.parent]
+        owner = {"controller": "tsController", "enclosure": "tsEnclosure"}[table.parent]
+        parents = [leading_number(each["Index"], "integer") for each in self.elements(owner)][:table.parents]
+        return [((number,), [each for each in elements if leading_number(each[tag], "integer") == index])
+                for number, index in enumerate(parents, 1)]
+
+    def add_tables(self):
+        for refresh in MIB.refreshes:
+            elements = self.elements(refresh.object_name)
+            for prefix, rows in self.groups(refresh.table, elements):
+                for row, element in enumerate(rows[:refresh.table.rows], 1):
+                    self.add_row(refresh, prefix + (row,), element)
+            self.add_first_element(refresh, elements)
+
+    def add_row(self, refresh, instance, element):
+        self.put(refresh.table.columns[0], instance, instance[-1])
+        for entry in refresh.entries:
+            if entry.column.table and entry.attribute in element:
+                self.put(entry.column, instance, self.converted(entry, element))
+
+    def add_first_element(self, refresh, elements):
+        """Scalars that a table's answer fills too."""
+        for entry in refresh.entries if elements else ():
+            if not entry.column.table and entry.attribute in elements[0]:
+                self.put(entry.column, (0,), self.converted(entry, elements[0]))
+
+    def converted(self, entry, element):
+        text = element[entry.attribute]
+        if entry.post_process in POST_PROCESS:
+            return POST_PROCESS[entry.post_process](text)
+        if entry.post_process == "vendor_product":
+            return f"{element['Vendor']} {element['Product']}"
+        if entry.post_process == "management_url":
+            return self.management_url()
+        return text if entry.column.type == "string" else leading_number(text, entry.column.type)
+
+    def management_url(self):
+        tessera, controller = self.elements("Tessera")[0], self.elements("tsController")[0]
+        candidates = [tessera.get("ManagementIp", "")]
+        if leading_number(tessera.get("IPv6ManagementIPPrefix", ""), "unsigned"):
+            return "https://" + tessera["IPv6ManagementIP"] if self.is_no_address(candidates[0]) \
+                else "https://" + candidates[0]
+        candidates.append(controller.get("IpAddress", ""))
+        for address in candidates:
+            if not self.is_no_address(address):
+                return "https://" + address
+        return WEB_ADDRESS
+
+    @staticmethod
+    def is_no_address(text):
+        return text == "" or text.startswith("0")
+
+    def add_folder_usage(self):
+        usages = {leading_number(each["Index"], "unsigned"): each
+                  for each in self.objects.get("TsDiskFolderStorageUsage", [])}
+        rows = len(self.elements("tsDiskFolder")[:TABLES["tsDiskFolder"].rows])
+        for row in range(1, rows + 1):
+            index = self.value("tsDiskFolderApiIndex", row)
+            self.put_named("tsFolderUsageNbr", (row,), row)
+            if index in STANDARD_FOLDERS:
+                self.add_usage_row(row, {})
+            elif index in usages:
+                self.add_usage_row(row, usages[index])
+
+    def add_usage_row(self, row, usage):
+        def value(attribute, unit):
+            return blocks(usage.get(attribute, "0")) // unit
+
+        total, used = value("TotalSpace", BLOCKS_PER_GB), value("UsedSpace", BLOCKS_PER_GB)
+        self.put_named("tsFolderUsageTotalGb", (row,), total)
+        self.put_named("tsFolderUsageUsedGb", (row,), used)
+        for name, attribute in (("Total", "TotalSpace"), ("Used", "UsedSpace"), ("Allocated", "AllocatedSpace"),
+                                ("Free", "FreeSpace"), ("Spare", "SpareSpace")):
+            self.put_named(f"tsFolderUsage{name}Gib", (row,), value(attribute, BLOCKS_PER_GIB))
+        self.put_named("tsDiskFolderFreePercent", (row,), (total - used) * 100 // total if total else 0)
+        self.put_named("tsDiskFolderFreeGib", (row,), self.value("tsFolderUsageFreeGib", row))
+
+    # --- scalars
+
+    def add_scalars(self):
+        status, worst = self.global_status()
+        for column in MIB.columns:
+            if column.table or column.name == "sysServices":  # sysServices is snmpd's own
+                continue
+            if column.source == "constant":
+                self.put(column, (0,), column.argument if column.type == "string" else int(column.argument))
+            elif column.source == "copy":
+                self.put(column, (0,), self.value(column.argument, 1))
+            elif column.source == "process":
+                self.put(column, (0,), PROCESS_TEXT if column.type == "string" else 0)
+        self.put_named("worstAlertNbr", (0,), worst)
+        self.put_named("globalStatus", (0,), status)
+
+    def global_status(self):
+        """The array's status, and the row of the alert that it comes from (0: none)."""
+        severity, worst = 0, 0
+        for parent, row in self.walked_alerts():
+            if self.value("tsAlertActive", parent, row) != 1 or self.value("tsAlertAcknowledged", parent, row) == 1:
+                continue
+            own = SEVERITY[self.value("tsAlertStatus", parent, row)]
+            if own > severity:
+                severity, worst = own, row
+            if severity == 2:
+                break
+        return 3 + severity, worst
+
+    def walked_alerts(self):
+        """The alerts that are looked at: up to the first row that is not there."""
+        table = TABLES["tsAlert"]
+        for parent in range(1, table.parents + 1):
+            for row in range(1, table.rows + 1):
+                if self.value("tsAlertStatus", parent, row) is None:
+                    return
+                yield parent, row

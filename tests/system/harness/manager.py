@@ -1,0 +1,139 @@
+"""An SNMP manager made of Net-SNMP's own tools."""
+
+import os
+import re
+import subprocess
+from collections import namedtuple
+
+from . import machine, waiting
+
+HOME = "/tmp/manager"
+
+# type: INTEGER, Gauge32, STRING (value: bytes), OID, Timeticks, ..., or noSuchInstance, noSuchObject,
+# endOfMibView (value None).
+Binding = namedtuple("Binding", "oid type value")
+
+EXCEPTIONS = {
+    "No Such Instance currently exists at this OID": "noSuchInstance",
+    "No Such Object available on this agent at this OID": "noSuchObject",
+    "No more variables left in this MIB View (It is past the end of the MIB tree)": "endOfMibView",
+}
+REASON = re.compile(r"^Reason: \(?(\w+)", re.MULTILINE)
+FAILED_OBJECT = re.compile(r"^Failed object: (\S+)", re.MULTILINE)
+
+
+class Answer:
+    """What a tool said: bindings, or the error and the object that it names."""
+
+    def __init__(self, status, output, complaints):
+        self.status = status
+        self.output = output
+        self.complaints = complaints
+        self.bindings = parse_bindings(output)
+        reason = REASON.search(output + complaints)
+        failed = FAILED_OBJECT.search(output + complaints)
+        self.error = reason.group(1) if reason else ""
+        self.failed_oid = failed.group(1).lstrip(".") if failed else ""
+
+    def __repr__(self):
+        return f"status {self.status}: {self.output}{self.complaints}"
+
+    def by_oid(self):
+        return {binding.oid: binding for binding in self.bindings}
+
+    def oids(self):
+        return [binding.oid for binding in self.bindings]
+
+
+def parse_bindings(output):
+    bindings = []
+    for line in output.splitlines():
+        name, found, text = line.partition(" = ")
+        if found and name.startswith("."):
+            bindings.append(parse_binding(name.lstrip("."), text.strip()))
+    return bindings
+
+
+def parse_binding(oid, text):
+    if text in EXCEPTIONS:
+        return Binding(oid, EXCEPTIONS[text], None)
+    if text == '""':
+        return Binding(oid, "STRING", b"")
+    kind, _, value = text.partition(": ")
+    if kind == "Hex-STRING":
+        return Binding(oid, "STRING", bytes.fromhex(value))
+    if kind in ("INTEGER", "Gauge32", "Counter32"):
+        return Binding(oid, kind, int(value))
+    return Binding(oid, kind, value)
+
+
+class Manager:
+    """community and version: those of its requests, as the tools take them ("1", "2c")."""
+
+    def __init__(self, community="public", version="2c", timeout_s=10, retries=3):
+        self.community = community
+        self.version = version
+        self.timeout_s = timeout_s
+        self.retries = retries
+        os.makedirs(HOME, exist_ok=True)
+        # Octets come in hexadecimal and on one line, so that every value can be read back exactly.
+        machine.write_file(os.path.join(HOME, "snmp.conf"), "mibs :\nhexOutputLength 0\n")
+
+    def command(self, tool, *arguments):
+        return [tool, f"-v{self.version}", "-c", self.community, "-On", "-Ox", "-t",
+                str(int(self.timeout_s * waiting.PATIENCE)), "-r", str(self.retries), *map(str, arguments)]
+
+    @staticmethod
+    def environment():
+        return {**os.environ, "SNMPCONFPATH": HOME, "MIBS": "", "SNMP_PERSISTENT_DIR": HOME}
+
+    def start(self, tool, *arguments):
+        """Starts a tool and returns its process; see finish."""
+        return subprocess.Popen(self.command(tool, *arguments), stdin=subprocess.DEVNULL, env=self.environment(),
+                                stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, errors="replace")
+
+    @staticmethod
+    def finish(process, limit_s=300):
+        output, complaints = process.communicate(timeout=limit_s * waiting.PATIENCE)
+        return Answer(process.returncode, output, complaints)
+
+    def ask(self, tool, *arguments, limit_s=300):
+        return self.finish(self.start(tool, *arguments), limit_s)
+
+    def get(self, *oids):
+        """Every binding of one GET; with an error the tool does not repeat the request without the culprit."""
+        return self.ask("snmpget", "-Cf", "127.0.0.1", *oids)
+
+    def get_next(self, *oids):
+        return self.ask("snmpgetnext", "-Cf", "127.0.0.1", *oids)
+
+    def get_bulk(self, repetitions, *oids, non_repeaters=0):
+        return self.ask("snmpbulkget", f"-Cn{non_repeaters}", f"-Cr{repetitions}", "127.0.0.1", *oids)
+
+    def walk(self, oid, *options):
+        return self.ask("snmpwalk", *options, "127.0.0.1", oid)
+
+    def bulk_walk(self, oid, *options, limit_s=300):
+        return self.ask("snmpbulkwalk", *options, "127.0.0.1", oid, limit_s=limit_s)
+
+    def set(self, *assignments):
+        """assignments: (oid, type letter of snmpset, value), all in one SET."""
+        return self.ask("snmpset", "127.0.0.1", *(word for each in assignments for word in each))
+
+    def value(self, oid):
+        """The value of one instance that must be there; texts as str."""
+        answer = self.get(oid)
+        if answer.status != 0 or len(answer.bindings) != 1 or answer.bindings[0].value is None:
+            raise AssertionError(f"no value at {oid}: {answer}")
+        value = answer.bindings[0].value
+        return value.decode("utf-8", "replace") if isinstance(value, bytes) else value
+
+    def wait_for_value(self, oid, value, limit_s=30):
+        """Waits until an instance has a value; a missing instance counts as another value."""
+
+        def has_value():
+            bindings = self.get(oid).bindings
+            wanted = value.encode() if isinstance(value, str) else value
+            return len(bindings) == 1 and bindings[0].value == wanted
+
+        waiting.wait_until(has_value, f"{oid} becomes {value!r}", limit_s)

@@ -1,0 +1,49 @@
+"""The MIB by name, read from the project's one list of columns."""
+
+import os
+import sys
+
+from . import machine
+
+PARSER = os.path.join(machine.REPOSITORY, "apiMgmt", "snmpSubagent", "snmpSubagentMibParser")
+sys.path.insert(0, PARSER)
+from generator import model, reader  # noqa: E402  (found through the line above)
+
+ENTERPRISE = "1.3.6.1.4.1.913.11000.2000.500.1"
+OLD_ENTERPRISE = "1.3.6.1.4.1.27405"
+ROOT = ENTERPRISE + ".2"
+END_OF_STORE = ROOT + ".46"  # the last table
+
+
+def load():
+    data = os.path.join(PARSER, "data")
+    return model.build(reader.read_lines(os.path.join(data, "columns.def")),
+                       reader.read_lines(os.path.join(data, "refresh.def")))
+
+
+MIB = load()
+COLUMNS = {column.name: column for column in MIB.columns}
+TABLES = {table.name: table for table in MIB.tables}
+
+
+def oid(name, *instance):
+    """The OID of a column, or of an instance: parent and row, row, or 0."""
+    return ".".join(map(str, COLUMNS[name].oid + instance))
+
+
+def scalar(name):
+    return oid(name, 0)
+
+
+def table_oid(name):
+    return ".".join(map(str, TABLES[name].oid))
+
+
+def old_form(text):
+    """The same instance below the older enterprise number."""
+    assert text.startswith(ENTERPRISE + ".")
+    return OLD_ENTERPRISE + text[len(ENTERPRISE):]
+
+
+def arcs(text):
+    return tuple(int(arc) for arc in text.split("."))

@@ -1,0 +1,75 @@
+"""The frame of a test file: one array, one daemon, one manager for all its tests, or fresh ones for each."""
+
+import sys
+import unittest
+
+from . import array, daemon, machine, manager
+
+
+class Story(unittest.TestCase):
+    """Each test starts what it needs; afterwards nothing of it is left. A failed test prints the log's end."""
+
+    def setUp(self):
+        self.begin()
+
+    def tearDown(self):
+        self.end()
+
+    def run(self, result=None):
+        before = len(result.failures) + len(result.errors) if result else 0
+        super().run(result)
+        if result and len(result.failures) + len(result.errors) > before:
+            print(f"--- the daemon's log at the end of {self.id()}\n{daemon.Daemon.log_tail()}", file=sys.stderr)
+        return result
+
+    @classmethod
+    def begin(cls):
+        machine.configure_daemon()
+        machine.remove_file(daemon.LOG)
+        cls.array = array.Array()
+        cls.daemon = daemon.Daemon()
+        cls.manager = manager.Manager()
+        cls.writer = manager.Manager(community="private")
+
+    @classmethod
+    def end(cls):
+        try:
+            cls.daemon.stop()
+        finally:
+            cls.array.stop()
+            machine.end_processes_named("snmpSubagent", "snmpd", "arraySim")
+            machine.remove_file(daemon.PID_FILE)
+            cls.daemon.check_sanitizers()
+
+
+class SharedStory(Story):
+    """One array and one daemon serve all tests of the class, which must leave them as they found them."""
+
+    PRESET = "small"
+
+    def setUp(self):
+        pass
+
+    def tearDown(self):
+        pass
+
+    @classmethod
+    def setUpClass(cls):
+        try:
+            cls.begin()
+            cls.array.start(cls.PRESET)
+            cls.daemon.start()
+        except BaseException:
+            print(f"--- the daemon's log\n{daemon.Daemon.log_tail()}", file=sys.stderr)
+            cls.end()
+            raise
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.end()
+
+
+def tell():
+    """Runs the tests of the file: what a test file calls at its end."""
+    machine.require_sandbox()
+    unittest.main(verbosity=2)

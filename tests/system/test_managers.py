@@ -1,0 +1,214 @@
+"""Requests as managers really send them, with Net-SNMP's own tools, over both enterprise numbers."""
+
+import unittest
+
+from harness import manager, mib, mibModule, story, waiting
+
+EVERYTHING_PRIVATE = "1.3.6.1.4.1"
+WALKERS = 12
+
+
+def in_store(oids):
+    return [oid for oid in oids if oid.startswith(mib.ENTERPRISE + ".")]
+
+
+class ReadingManagers(story.SharedStory):
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        cls.version1 = manager.Manager(version="1")
+        cls.manager.wait_for_value(mib.scalar("sysName"), cls.array.get("Tessera", 1, "Name"), 120)
+        cls.store = cls.manager.bulk_walk(mib.ENTERPRISE, "-Cr20").by_oid()
+        cls.order = list(cls.store)
+
+    def setUp(self):
+        # A walk in the old form that follows the end of the store ends at once, by design.
+        self.manager.value(mib.scalar("productName"))
+
+    def test_both_enterprise_numbers_answer_every_kind_of_read(self):
+        name, following = mib.oid("tsCtlrName", 1), mib.oid("tsCtlrName", 2)
+        for form in (str, mib.old_form):
+            for asking in (self.manager, self.version1):
+                with self.subTest(version=asking.version, oid=form(name)):
+                    self.assertEqual(asking.get(form(name)).bindings, [self.as_form(form, name)])
+                    self.assertEqual(asking.get_next(form(name)).bindings, [self.as_form(form, following)])
+                    walked = asking.walk(form(mib.table_oid("tsCtlr")))
+                    self.assertEqual(walked.bindings, self.table(form, "tsCtlr"))
+            bulk = self.manager.get_bulk(4, form(name))
+            begin = self.order.index(following)
+            self.assertEqual(bulk.bindings, [self.as_form(form, oid) for oid in self.order[begin:begin + 4]])
+            for options in ((), ("-Cr50",), ("-Cn0", "-Cr1")):
+                walked = self.manager.bulk_walk(form(mib.table_oid("tsDisk")), *options)
+                self.assertEqual(walked.bindings, self.table(form, "tsDisk"), options)
+
+    def as_form(self, form, oid):
+        return self.store[oid]._replace(oid=form(oid))
+
+    def table(self, form, name):
+        root = mib.table_oid(name) + "."
+        return [self.as_form(form, oid) for oid in self.order if oid.startswith(root)]
+
+    def test_snmptable_shows_a_table_with_names(self):
+        options = mibModule.write(manager.HOME)
+        answer = self.manager.ask("snmptable", *options, "-Cf", "|", "-Ci", "127.0.0.1",
+                                  f"{mibModule.NAME}::tsCtlrTable")
+        self.assertEqual(answer.status, 0, answer)
+        lines = [line for line in answer.output.splitlines() if "|" in line]
+        head = lines[0].split("|")
+        self.assertEqual(head[1:], [column.name for column in mib.TABLES["tsCtlr"].columns])
+        rows = {cells[0]: dict(zip(head, cells)) for cells in (line.split("|") for line in lines[1:])}
+        self.assertEqual(sorted(rows), ["1", "2"])
+        self.assertEqual(int(rows["2"]["tsCtlrStatus"]), self.store[mib.oid("tsCtlrStatus", 2)].value)
+        self.assertEqual(bytes.fromhex(rows["2"]["tsCtlrName"].strip('"')),
+                         self.store[mib.oid("tsCtlrName", 2)].value)
+
+    def test_one_request_over_several_registrations(self):
+        oids = [mib.scalar("sysContact"), mib.scalar("productName"), "1.3.6.1.2.1.1.3.0", mib.oid("tsDiskName", 3),
+                mib.old_form(mib.oid("tsCtlrName", 2)), mib.scalar("sysLocation"), mib.oid("tsCtlrFanStatus", 2, 1)]
+        answer = self.manager.get(*oids)
+        self.assertEqual(answer.oids(), oids)
+        for asked, binding in zip(oids, answer.bindings):
+            new_form = asked.replace(mib.OLD_ENTERPRISE, mib.ENTERPRISE)
+            if new_form in self.store:
+                self.assertEqual(binding.value, self.store[new_form].value)
+
+    def test_one_getnext_over_several_registrations(self):
+        steps = [("1.3.6.1.2.1.1.4", mib.scalar("sysContact")),
+                 (mib.scalar("sysContact"), mib.scalar("sysName")),
+                 (mib.oid("tsDiskName", 1), mib.oid("tsDiskName", 2)),
+                 ("1.3.6.1.4.1.913", mib.scalar("productName")),
+                 (mib.OLD_ENTERPRISE + ".2.13.1.3", mib.old_form(mib.oid("tsCtlrStatus", 1))),
+                 ("1.3.6.1.2.1.1.5.0", mib.scalar("sysLocation"))]
+        for asking in (self.manager, self.version1):
+            answer = asking.get_next(*(begin for begin, _ in steps))
+            self.assertEqual(answer.oids(), [end for _, end in steps], asking.version)
+
+    def test_one_getbulk_over_several_registrations(self):
+        columns = [mib.oid("tsCtlrStatus"), mib.oid("tsDiskName"), mib.old_form(mib.oid("tsVolumeName"))]
+        answer = self.manager.get_bulk(3, mib.scalar("sysContact"), *columns, non_repeaters=1)
+        oids = answer.oids()
+        self.assertEqual(oids[0], mib.scalar("sysName"))
+        for number, column in enumerate(columns):
+            new_form = column.replace(mib.OLD_ENTERPRISE, mib.ENTERPRISE)
+            begin = self.order.index(new_form + ".1")
+            wanted = self.order[begin:begin + 3]
+            if column != new_form:
+                wanted = [mib.old_form(oid) for oid in wanted]
+            self.assertEqual(oids[1 + number::3], wanted)
+
+    def test_unknown_instances_beside_known_ones(self):
+        known = [mib.scalar("productName"), mib.oid("tsDiskName", 1), mib.scalar("sysName")]
+        unknown = [mib.oid("tsDiskName", 1999), mib.oid("tsCtlrName", 3), mib.ROOT + ".99.0",
+                   mib.old_form(mib.oid("tsVolumeName", 2000)), mib.oid("tsCtlrFanName", 3, 1), mib.oid("productName")]
+        for stranger in unknown:
+            for place in range(len(known) + 1):
+                oids = known[:place] + [stranger] + known[place:]
+                with self.subTest(stranger=stranger, place=place):
+                    answer = self.manager.get(*oids)
+                    self.assertEqual([(b.oid, b.value is None) for b in answer.bindings],
+                                     [(oid, oid == stranger) for oid in oids], answer)
+                    self.assertIn(answer.bindings[place].type, ("noSuchInstance", "noSuchObject"))
+                    refused = self.version1.get(*oids)
+                    self.assertEqual((refused.error, refused.failed_oid), ("noSuchName", stranger))
+
+    def test_several_unknown_instances_in_one_request(self):
+        oids = [mib.oid("tsDiskName", 1990), mib.oid("tsDiskName", 1), mib.oid("tsDiskName", 1991),
+                mib.old_form(mib.oid("tsDiskName", 1992)), mib.scalar("sysName"), mib.oid("tsDiskName", 1993),
+                mib.oid("tsDiskName", 1994), mib.oid("tsDiskName", 2)]
+        answer = self.manager.get(*oids)
+        self.assertEqual([b.value is None for b in answer.bindings],
+                         [True, False, True, True, False, True, True, False])
+        refused = self.version1.get(*oids)
+        self.assertEqual((refused.error, refused.failed_oid), ("noSuchName", oids[0]))
+
+    def test_two_walks_of_everything_private_in_a_row(self):
+        for number in (1, 2):
+            with self.subTest(walk=number):
+                answer = self.manager.walk(EVERYTHING_PRIVATE)
+                self.assertEqual(answer.status, 0, answer.complaints)
+                self.assertEqual(in_store(answer.oids()), self.order)
+                self.check_old_part(answer)
+
+    def test_two_bulk_walks_of_everything_private_in_a_row(self):
+        for number in (1, 2):
+            with self.subTest(walk=number):
+                answer = self.manager.bulk_walk(EVERYTHING_PRIVATE)
+                self.assertEqual(answer.status, 0, answer.complaints)
+                self.assertEqual(in_store(answer.oids()), self.order)
+                self.check_old_part(answer)
+
+    def check_old_part(self, answer):
+        """A walk that reaches the older number right behind the end of the store ends there; one that somebody
+        else's answer came between goes through the store once more, in the old form."""
+        old = [oid for oid in answer.oids() if oid.startswith(mib.OLD_ENTERPRISE + ".")]
+        self.assertIn(old, ([], [mib.old_form(oid) for oid in self.order]))
+
+    def test_getbulk_over_ten_columns_past_the_end_of_the_store(self):
+        reference = self.manager.walk("1.3.6.1.4").oids()
+        following = dict(zip(reference, reference[1:]))
+        table = mib.TABLES["tsAlert"]
+        last_row = max((oid for oid in self.order if oid.startswith(mib.oid(table.columns[0].name) + ".")),
+                       key=mib.arcs)
+        instance = mib.arcs(last_row)[-2:]
+        begins = [mib.oid(column.name, *instance) for column in table.columns]
+        self.assertEqual(len(begins), 10)
+        repetitions = 15
+        answer = self.manager.get_bulk(repetitions, *begins)
+        self.assertEqual(answer.status, 0, answer)
+        self.assertEqual(len(answer.bindings) % 10, 0)
+        self.assertGreaterEqual(len(answer.bindings), 10)
+        for number, current in enumerate(begins):
+            for oid in answer.oids()[number::10]:
+                if oid.startswith(mib.OLD_ENTERPRISE):
+                    break
+                self.assertEqual(oid, following[current])
+                current = oid
+
+    def test_twelve_bulk_walkers_at_once(self):
+        patient = manager.Manager(timeout_s=20)
+        walkers = [patient.start("snmpbulkwalk", "127.0.0.1", mib.ENTERPRISE) for _ in range(WALKERS)]
+        answers = [patient.finish(walker, 600) for walker in walkers]
+        for number, answer in enumerate(answers):
+            with self.subTest(walker=number):
+                self.assertEqual(answer.status, 0, answer.complaints)
+                self.assertEqual(answer.complaints, "")
+                self.assertEqual(answer.bindings, list(self.store.values()))
+        self.assertTrue(self.daemon.is_running())
+
+    def test_a_burst_of_failing_requests_harms_no_other(self):
+        """Failures close the window for a tick; requests that come then must wait and not fail."""
+        strangers = [self.version1.start("snmpget", "-Cf", "127.0.0.1", mib.oid("tsDiskName", 1900 + number))
+                     for number in range(30)]
+        good = [self.manager.start("snmpget", "-Cf", "127.0.0.1", oid) for oid in self.order[:10]]
+        for process, oid in zip(good, self.order):
+            self.assertEqual(self.manager.finish(process).bindings, [self.store[oid]])
+        for process in strangers:
+            self.assertEqual(self.version1.finish(process).error, "noSuchName")
+
+    def test_names_between_the_variables_lead_to_the_next_one(self):
+        first_fan = mib.oid("tsCtlrFanStatus", 1, 1)
+        second_parent = mib.oid("tsCtlrFanName", 1, 1)
+        for begin, end in ((mib.ENTERPRISE, mib.scalar("productName")),
+                           (mib.ROOT + ".13", mib.oid("tsCtlrNbr", 1)),
+                           (mib.oid("tsCtlrNbr", 0), mib.oid("tsCtlrNbr", 1)),
+                           (mib.oid("tsCtlrNbr", 2, 5), mib.oid("tsCtlrStatus", 1)),
+                           (mib.oid("tsCtlrNbr", 4294967295), None),
+                           (mib.oid("tsCtlrFanStatus"), first_fan),
+                           (mib.oid("tsCtlrFanStatus", 1), second_parent),
+                           (mib.oid("tsCtlrFanStatus", 1, 1, 7), None)):
+            with self.subTest(begin=begin):
+                answer = self.manager.get_next(begin).bindings[0]
+                if end is None:
+                    self.assertGreater(mib.arcs(answer.oid), mib.arcs(begin))
+                else:
+                    self.assertEqual(answer, self.store[end])
+
+    def test_no_error_was_logged(self):
+        waiting.wait_until(self.daemon.is_running, "the daemon runs")
+        self.assertEqual(self.daemon.lines_with("GETBULK"), [])
+        self.assertEqual(self.daemon.lines_with("UNKNOWN MODE"), [])
+
+
+if __name__ == "__main__":
+    unittest.TestLoader.sortTestMethodsUsing = None
+    story.tell()

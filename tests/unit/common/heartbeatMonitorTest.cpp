@@ -1,0 +1,126 @@
+#include "apiMgmt/common/utils/heartbeatMonitor.h"
+
+#include <arpa/inet.h>
+#include <gmock/gmock.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <string>
+
+#include "apiMgmt/common/platform/clock.h"
+#include "tests/unit/common/fakeSyslog.h"
+
+namespace {
+
+std::atomic<int> listening_port{0};
+std::atomic<int> sleeps{0};
+
+void LimitDescriptors(rlim_t count) {
+    rlimit limit{};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    limit.rlim_cur = count;
+    setrlimit(RLIMIT_NOFILE, &limit);
+}
+
+uint16_t StartOnFreePort() {
+    EXPECT_EQ(StartHeartbeatMonitor(0), 0);
+    listening_port.wait(0);
+    return static_cast<uint16_t>(listening_port);
+}
+
+class Watcher {
+  public:
+    Watcher() : descriptor_(socket(AF_INET, SOCK_STREAM, 0)) {}
+    ~Watcher() { close(descriptor_); }
+    Watcher(const Watcher&) = delete;
+    Watcher& operator=(const Watcher&) = delete;
+
+    // What comes back up to the monitor's end of the connection.
+    std::string Ping(uint16_t port, const std::string& bytes, bool waits = true) const {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_port = htons(port);
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        if (connect(descriptor_, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) {
+            return "no connection";
+        }
+        send(descriptor_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+        if (!waits) {
+            shutdown(descriptor_, SHUT_WR);
+        }
+        std::string answer;
+        char byte = 0;
+        while (recv(descriptor_, &byte, 1, 0) == 1) {
+            answer += byte;
+        }
+        return answer;
+    }
+
+  private:
+    int descriptor_;
+};
+
+}  // namespace
+
+extern "C" int listen(int descriptor, int backlog) noexcept {
+    const int result = static_cast<int>(syscall(SYS_listen, descriptor, backlog));
+    sockaddr_in address{};
+    socklen_t length = sizeof address;
+    getsockname(descriptor, reinterpret_cast<sockaddr*>(&address), &length);
+    listening_port = ntohs(address.sin_port);
+    listening_port.notify_all();
+    return result;
+}
+
+timeval ClockNow() {
+    return {};
+}
+int64_t ClockNowMs() {
+    return 0;
+}
+void ClockSleepMicroseconds(int64_t duration_us) {
+    EXPECT_GT(duration_us, 0);
+    ++sleeps;
+    LimitDescriptors(100);
+}
+
+TEST(HeartbeatMonitor, EchoesFourBytesToOnePeerAfterTheOther) {
+    const uint16_t port = StartOnFreePort();
+    const struct {
+        std::string bytes;
+        bool waits;
+        std::string answer;
+    } cases[] = {
+        {"ping", true, "ping"},  {std::string("\0\xff\0\1", 4), true, std::string("\0\xff\0\1", 4)},
+        {"12345", true, "1234"}, {"123", false, ""},  // ends before the fourth byte
+        {"", false, ""},         {"1234", false, "1234"},
+        {"last", true, "last"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(Watcher().Ping(port, c.bytes, c.waits), c.answer) << c.bytes;
+    }
+    EXPECT_THAT(SyslogLines(), testing::IsEmpty());
+}
+
+TEST(HeartbeatMonitor, PausesWhileAcceptFailsAndThenServes) {
+    const uint16_t port = StartOnFreePort();
+    const Watcher first, second;
+    LimitDescriptors(3);  // lifted by the first pause
+    // The first peer may still get the descriptor of an accept that had begun before.
+    EXPECT_EQ(first.Ping(port, "1234"), "1234");
+    EXPECT_EQ(second.Ping(port, "5678"), "5678");
+    EXPECT_GE(sleeps, 1);
+}
+
+TEST(HeartbeatMonitor, WithoutItsPortTheThreadEndsWithALogLine) {
+    const int taken = StartOnFreePort();
+    int port = taken;
+    EXPECT_EQ(HeartbeatThreadRoutine(&port), nullptr);
+    EXPECT_EQ(HeartbeatThreadRoutine(nullptr), nullptr);
+    EXPECT_THAT(SyslogLines(), testing::ElementsAre("4|Heartbeat monitor ends: Bind failed at port [" +
+                                                        std::to_string(taken) + "]",
+                                                    "4|Heartbeat monitor listener port not specified"));
+}

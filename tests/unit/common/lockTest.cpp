@@ -1,0 +1,50 @@
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <thread>
+#include <vector>
+
+#include "apiMgmt/common/threadpool/scopedMutex.h"
+#include "apiMgmt/common/utils/generalError.h"
+
+TEST(Locks, AGuardThatFailedReleasesNothing) {
+    pthread_mutexattr_t attribute;
+    pthread_mutexattr_init(&attribute);
+    pthread_mutexattr_settype(&attribute, PTHREAD_MUTEX_ERRORCHECK);
+    MUTEXWrapper mutex(&attribute);
+    pthread_mutexattr_destroy(&attribute);
+    {
+        const scopedMutex guard(mutex);
+        try {
+            const scopedMutex second(mutex);
+            ADD_FAILURE() << "locked twice";
+        } catch (const GENERALError& error) {
+            EXPECT_EQ(error.GetSourceFile(), "apiMgmt/common/threadpool/scopedMutex");
+            EXPECT_EQ(error.GetSourceLine(), 16U);
+            EXPECT_EQ(error.what(),
+                      "Error acquiring scoped mutex, error code[" + std::to_string(EDEADLK) + "]");
+        }
+        EXPECT_EQ(mutex.TryLock(), EBUSY);  // the first guard still holds it
+    }
+    EXPECT_EQ(mutex.TryLock(), 0);
+    EXPECT_EQ(mutex.Lock(), EDEADLK);
+    EXPECT_EQ(mutex.Unlock(), 0);
+}
+
+TEST(Locks, TheGuardKeepsThreadsApart) {
+    MUTEXWrapper mutex;
+    int count = 0;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([&] {
+            for (int n = 0; n < 10000; ++n) {
+                const scopedMutex guard(mutex);
+                ++count;
+            }
+        });
+    }
+    for (auto& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(count, 40000);
+}

@@ -1,0 +1,132 @@
+#include "apiMgmt/common/platform/process.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <pthread.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <string>
+
+#include "tests/unit/common/tempFolder.h"
+
+namespace {
+
+StartFailure RunShell(const std::string& script, const std::string& argument) {
+    std::string name = "sh", option = "-c", text = script, zero = "probe", one = argument;
+    char* argv[] = {name.data(), option.data(), text.data(), zero.data(), one.data(), nullptr};
+    return StartDetachedProgram("/bin/sh", argv);
+}
+
+StartFailure RunWithoutArguments(const char* path) {
+    std::string name = "program";
+    char* argv[] = {name.data(), nullptr};
+    return StartDetachedProgram(path, argv);
+}
+
+// The shell's own table: what writes it down is a subshell's affair.
+constexpr char kListDescriptors[] = "(find /proc/$$/fd -type l -printf '%f %l\\n' > \"$1\"); exit 0";
+constexpr char kThreeNullDevices[] = "0 /dev/null\n1 /dev/null\n2 /dev/null\n";
+
+int FirstFreeDescriptor() {
+    const int descriptor = open("/dev/null", O_RDONLY);
+    close(descriptor);
+    return descriptor;
+}
+
+void ExpectNoChildren() {
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+    EXPECT_EQ(errno, ECHILD);
+}
+
+}  // namespace
+
+TEST(StartDetachedProgram, TheProgramGetsNullDevicesAndNothingElse) {
+    const TempFolder folder;
+    const NewsPipe news(folder.path("news"));
+    ASSERT_GT(fcntl(STDERR_FILENO, F_DUPFD, 500), 0);
+    const StartFailure failure = RunShell(kListDescriptors, news.path());
+    EXPECT_EQ(failure.step, StartFailure::Step::none);
+    EXPECT_EQ(news.ReadAll(), kThreeNullDevices);
+    ExpectNoChildren();
+}
+
+TEST(StartDetachedProgram, WorksInACallerWithoutStandardDescriptors) {
+    const TempFolder folder;
+    const NewsPipe news(folder.path("news"));
+    const pid_t child = fork();
+    if (child == 0) {
+        close(0);
+        close(1);
+        close(2);
+        const bool missing_is_told = RunWithoutArguments("/no/such/program").error_number == ENOENT;
+        const bool started = RunShell(kListDescriptors, news.path()).step == StartFailure::Step::none;
+        _exit(missing_is_told && started ? 0 : 1);
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(news.ReadAll(), kThreeNullDevices);
+}
+
+TEST(StartDetachedProgram, TheProgramStartsWithDefaultSignals) {
+    const TempFolder folder;
+    const NewsPipe news(folder.path("news"));
+    signal(SIGHUP, SIG_IGN);
+    signal(SIGPIPE, SIG_IGN);
+    sigset_t blocked;
+    sigfillset(&blocked);
+    sigprocmask(SIG_BLOCK, &blocked, nullptr);
+    RunShell("exec grep -E '^Sig(Blk|Ign)' /proc/self/status > \"$1\"", news.path());
+    EXPECT_EQ(news.ReadAll(), "SigBlk:\t0000000000000000\nSigIgn:\t0000000000000000\n");
+}
+
+TEST(StartDetachedProgram, AFailedExecIsToldAndLeavesNothingBehind) {
+    const TempFolder folder;
+    const std::string no_program = folder.Write("text", "no program");
+    const struct {
+        std::string path;
+        int error_number;
+    } cases[] = {
+        {"/no/such/program", ENOENT},
+        {no_program, EACCES},
+        {folder.path(""), EACCES},
+        {std::string(5000, 'x'), ENAMETOOLONG},
+    };
+    const int free_before = FirstFreeDescriptor();
+    for (const auto& c : cases) {
+        const StartFailure failure = RunWithoutArguments(c.path.c_str());
+        EXPECT_EQ(failure.step, StartFailure::Step::exec) << c.path;
+        EXPECT_EQ(failure.error_number, c.error_number) << c.path;
+    }
+    EXPECT_EQ(FirstFreeDescriptor(), free_before);
+    ExpectNoChildren();
+}
+
+TEST(StartDetachedProgram, WithoutDescriptorsTheForkStepFails) {
+    rlimit usual{};
+    getrlimit(RLIMIT_NOFILE, &usual);
+    const rlimit none{3, usual.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+    const StartFailure failure = RunWithoutArguments("/bin/true");
+    setrlimit(RLIMIT_NOFILE, &usual);  // sanitizers need descriptors, too
+    EXPECT_EQ(failure.step, StartFailure::Step::fork);
+    EXPECT_EQ(failure.error_number, EMFILE);
+}
+
+TEST(NameThisThread, CutsALongNameInsteadOfLosingIt) {
+    char name[64] = {};
+    for (const char* given : {"short", "fifteen letters", "HeartBeat Monitor", ""}) {
+        NameThisThread(given);
+        ASSERT_EQ(pthread_getname_np(pthread_self(), name, sizeof name), 0);
+        EXPECT_EQ(name, std::string(given).substr(0, 15));
+    }
+}
+
+TEST(GreatestProcessNumber, CoversTheNumbersThatTheSystemGivesOut) {
+    EXPECT_GE(GreatestProcessNumber(), 99999);
+    EXPECT_GE(GreatestProcessNumber(), getpid());
+}

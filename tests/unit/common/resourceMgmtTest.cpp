@@ -1,0 +1,207 @@
+#include "apiMgmt/common/utils/resourceMgmt.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdarg>
+#include <cstring>
+#include <string>
+
+#include "tests/unit/common/fakeSyslog.h"
+#include "tests/unit/common/tempFolder.h"
+
+using testing::ElementsAre;
+
+// The daemon's fixed paths are kept away from the real system: its folder is only noted, and its pid
+// file lies in a folder of the test.
+
+namespace {
+
+std::string working_folder = "/";
+std::string changed_folder;
+bool folder_can_be_changed = true;
+std::string pid_folder = "/nonexistent";
+std::string removed_file;
+
+constexpr char kPidFolder[] = "/var/run/";
+
+}  // namespace
+
+extern "C" {
+
+char* getcwd(char* buffer, size_t size) noexcept {
+    if (working_folder.empty()) {
+        errno = ENOENT;
+        return nullptr;
+    }
+    if (buffer == nullptr) {
+        return strdup(working_folder.c_str());
+    }
+    return working_folder.size() < size ? strcpy(buffer, working_folder.c_str()) : nullptr;
+}
+
+int chdir(const char* path) noexcept {
+    changed_folder = path;
+    return folder_can_be_changed ? 0 : -1;
+}
+
+int open(const char* path, int flags, ...) {
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
+    va_end(arguments);
+    std::string real_path = path;
+    if (real_path.starts_with(kPidFolder)) {
+        real_path.replace(0, strlen(kPidFolder), pid_folder);
+    }
+    return openat(AT_FDCWD, real_path.c_str(), flags, mode);
+}
+
+int unlink(const char* path) noexcept {
+    removed_file = path;
+    return -1;
+}
+}
+
+namespace {
+
+class DaemonizeSelfInForeground : public testing::Test {
+  protected:
+    DaemonizeSelfInForeground() { pid_folder = folder.path(""); }
+
+    int Run(int daemon_id = DAEMON_ID_SNMP_SUBAGENT) {
+        return DaemonizeSelf(daemon_id, &own_pid, &parent_pid, true);
+    }
+
+    const TempFolder folder;
+    int own_pid = -7;
+    int parent_pid = -7;
+};
+
+bool IsNullDevice(int descriptor) {
+    struct stat expected {};
+    struct stat actual {};
+    return stat("/dev/null", &expected) == 0 && fstat(descriptor, &actual) == 0 &&
+           expected.st_rdev == actual.st_rdev && S_ISCHR(actual.st_mode);
+}
+
+int CountOpenDescriptors() {
+    int count = 0;
+    for (int descriptor = 0; descriptor < 1024; ++descriptor) {
+        count += fcntl(descriptor, F_GETFD) != -1 ? 1 : 0;
+    }
+    return count;
+}
+
+// Written by the daemon itself, with what a daemon must have.
+std::string DescribeSelf(int result, int own_pid, int parent_pid, pid_t caller, pid_t caller_session) {
+    struct sigaction hangup {};
+    sigaction(SIGHUP, nullptr, &hangup);
+    std::string text = "result " + std::to_string(result) + ", own pid " + std::to_string(own_pid);
+    const auto fact = [&text](const char* name, bool holds) {
+        text += std::string(", ") + (holds ? "" : "NOT ") + name;
+    };
+    fact("parent told", parent_pid == caller);
+    fact("null devices", IsNullDevice(0) && IsNullDevice(1) && IsNullDevice(2));
+    fact("nothing else open", CountOpenDescriptors() == 3);
+    fact("own session", getsid(0) != caller_session);
+    fact("not its leader", getsid(0) != getpid());
+    fact("ignores SIGHUP", hangup.sa_handler == SIG_IGN);
+    fact("umask 0", umask(0) == 0);
+    fact("my_pid", RESOURCEmgmt::my_pid == getpid());
+    return text;
+}
+
+}  // namespace
+
+TEST_F(DaemonizeSelfInForeground, WritesItsPidFileAndNothingElse) {
+    folder.Write("snmpSubagent.pid", "a longer text of a predecessor");
+    EXPECT_EQ(Run(), 0);
+    EXPECT_EQ(folder.Read("snmpSubagent.pid"), std::to_string(getpid()));
+    EXPECT_EQ(own_pid, getpid());
+    EXPECT_EQ(parent_pid, getppid());
+    EXPECT_EQ(changed_folder, "/mnt/root");
+    EXPECT_THAT(SyslogLines(), ElementsAre("1|service_name: snmpSubagent\n"));
+
+    EXPECT_EQ(ShutdownSelf(DAEMON_ID_API_SERVICE_MANAGER), 0);
+    EXPECT_EQ(removed_file, "/var/run/apiServiceManager.pid");
+}
+
+TEST_F(DaemonizeSelfInForeground, BelowADeploymentFolderItStaysAndWritesNoPidFile) {
+    const struct {
+        const char* folder;
+        bool stays;
+    } cases[] = {
+        {"/dep", true},    {"/deploy/x", true}, {"/de", false},  {"/", false},
+        {"/x/dep", false}, {"/Dep", false},     {"/dxp", false},
+    };
+    for (const auto& c : cases) {
+        working_folder = c.folder;
+        changed_folder = "";
+        own_pid = -7;
+        EXPECT_EQ(Run(), 0) << c.folder;
+        EXPECT_EQ(own_pid, c.stays ? -7 : getpid()) << c.folder;
+        EXPECT_EQ(changed_folder, c.stays ? "" : "/mnt/root") << c.folder;
+        EXPECT_EQ(folder.Read("snmpSubagent.pid").empty(), c.stays) << c.folder;
+        std::ignore = remove(folder.path("snmpSubagent.pid").c_str());
+    }
+}
+
+TEST_F(DaemonizeSelfInForeground, EachFailedStepGivesOneAndItsLine) {
+    working_folder = "";
+    EXPECT_EQ(Run(), 1);
+    working_folder = "/";
+    folder_can_be_changed = false;
+    EXPECT_EQ(Run(), 1);
+    folder_can_be_changed = true;
+    pid_folder = folder.path("missing/");
+    EXPECT_EQ(Run(), 1);
+    EXPECT_EQ(own_pid, -7);
+    const std::string name = "1|service_name: snmpSubagent\n";
+    EXPECT_THAT(SyslogLines(),
+                ElementsAre(name, "1|couldn't getcwd(): errno: " + std::to_string(ENOENT) + "\n", name, name,
+                            "1|Unable to open subagent pid file\n"));
+}
+
+TEST_F(DaemonizeSelfInForeground, AFullDiskIsNoGoodPidFile) {
+    ASSERT_EQ(symlink("/dev/full", folder.path("snmpSubagent.pid").c_str()), 0);
+    EXPECT_EQ(Run(), 1);
+    EXPECT_EQ(SyslogLines().back(), "1|Unable to write subagent pid file\n");
+}
+
+TEST_F(DaemonizeSelfInForeground, AnUnknownDaemonKeepsTheName) {
+    RESOURCEmgmt::service_name = "before";
+    EXPECT_EQ(Run(3), 0);
+    EXPECT_THAT(SyslogLines(), ElementsAre("1|invalid daemonID: 3\n", "1|service_name: before\n"));
+    EXPECT_EQ(folder.Read("before.pid"), std::to_string(getpid()));
+}
+
+TEST(DaemonizeSelf, TheGrandchildIsADaemonAndTheParentsEndWell) {
+    const TempFolder folder;
+    const NewsPipe news(folder.path("news"));
+    working_folder = "/depot";
+    ASSERT_GT(fcntl(STDERR_FILENO, F_DUPFD, 300), 0);
+    const pid_t caller = getpid();
+    const pid_t caller_session = getsid(0);
+    const pid_t child = fork();
+    if (child == 0) {
+        int own_pid = -7;
+        int parent_pid = -7;
+        const int result = DaemonizeSelf(DAEMON_ID_SNMP_SUBAGENT, &own_pid, &parent_pid, false);
+        const std::string text = DescribeSelf(result, own_pid, parent_pid, caller, caller_session);
+        const int pipe = open(news.path().c_str(), O_WRONLY);
+        const bool written = write(pipe, text.data(), text.size()) == static_cast<ssize_t>(text.size());
+        _exit(written ? 0 : 1);
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(news.ReadAll(),
+              "result 0, own pid -7, parent told, null devices, nothing else open, own session, "
+              "not its leader, ignores SIGHUP, umask 0, my_pid");
+}

@@ -1,0 +1,119 @@
+#include <gmock/gmock.h>
+
+#include <thread>
+
+#include "tests/unit/layers/rawPeer.h"
+
+namespace {
+
+using namespace std::string_literals;
+using testing::HasSubstr;
+
+// Envelopes as they stand on the wire.
+const std::string kPing =
+    "\x08\x02"        // msgType APIRequest
+    "\x12\x08"        // apiReqMsg
+    "\x08\x02"        //   cmdtype Ping
+    "\x2a\x04"        //   ping
+    "\x0a\x02hi"      //     pingData
+    "\x38\xac\x02"s;  // sequenceNum 300
+const std::string kAnswer =
+    "\x08\x03"       // msgType APIResp
+    "\x1a\x09"       // apiRespMsg
+    "\x08\x01"       //   cmdtype Command
+    "\x12\x05"       //   cmd
+    "\x0a\x03<a>"s;  //     respData
+const std::string kNotice =
+    "\x08\x06"                          // msgType MGMT
+    "\x32\x0b"                          // mgmtMsg
+    "\x08\x01\x10\x02\x18\x00\x20\x05"  // serviceId 1, msgType 2, cmdType 0, cmdSpecific 5
+    "\x2a\x01t"                         //   addlArg
+    "\xf8\x3f\x2a"s;                    // field 1023, which nobody knows
+
+TEST(Frame, IsALengthAndTheSerialisedMessage) {
+    Conversation c;
+    c.message.set_msgtype(protoIPCMsg::APIRequest);
+    c.message.mutable_apireqmsg()->set_cmdtype(protoIPCMsg::Ping);
+    c.message.mutable_apireqmsg()->mutable_ping()->set_pingdata("hi");
+    c.message.set_sequencenum(300);
+    c.connection.SendGPBMsg(c.message);
+    EXPECT_EQ(c.peer.Read(4 + kPing.size()), "\0\0\0\x0f"s + kPing);
+}
+
+TEST(Frame, SeveralInOneWriteAreReadOneByOne) {
+    Conversation c;
+    ASSERT_TRUE(c.peer.Write(Frame(kAnswer) + Frame(kNotice) + Frame(kPing)));
+    c.peer.Close();
+
+    EXPECT_EQ(c.connection.RecvGPBMsg(c.message), 4 + kAnswer.size());
+    EXPECT_EQ(c.message.apirespmsg().cmd().respdata(), "<a>");
+    EXPECT_EQ(c.connection.RecvGPBMsg(c.message), 4 + kNotice.size());
+    EXPECT_FALSE(c.message.has_apirespmsg()) << "left over from the message before";
+    EXPECT_EQ(c.message.mgmtmsg().cmdspecific(), 5u);
+    EXPECT_EQ(c.message.mgmtmsg().addlarg(), "t");
+    EXPECT_EQ(c.connection.RecvGPBMsg(c.message), 4 + kPing.size());
+    EXPECT_EQ(c.message.sequencenum(), 300u);
+    EXPECT_EQ(c.connection.RecvGPBMsg(c.message), 0u);
+    EXPECT_EQ(c.connection.RecvGPBMsg(c.message), 0u);
+}
+
+TEST(Frame, TornAtAnyByteThrows) {
+    const std::string frame = Frame(kPing);
+    for (size_t length = 0; length <= frame.size(); ++length) {
+        Conversation c;
+        ASSERT_TRUE(c.peer.Write(frame.substr(0, length)));
+        c.peer.Close();
+        const std::string error = c.ReceiveError();
+        if (length == 0 || length == frame.size())
+            EXPECT_EQ(error, "") << length;
+        else
+            EXPECT_THAT(error, HasSubstr("/here: the peer closed inside ")) << length;
+    }
+}
+
+TEST(Frame, ABodyThatDoesNotParseThrows) {
+    const std::string bodies[] = {
+        "",                                  // msgType is required
+        "\x38\x01",                          // still without it
+        "\x08\x02\x12\x00"s,                 // apiReqMsg without its cmdtype
+        "\x08\x63",                          // no value of the enumeration, so that msgType is absent
+        kPing + "\x07",                      // no wire type 7
+        kPing + "\x12",                      // a field without a value
+        kPing.substr(0, 8),                  // torn inside a field
+        "\x08\x02\x12\xff\xff\xff\x7f\x08",  // a length far beyond the body
+        std::string(100, '\xff'),
+    };
+    for (const std::string& body : bodies) {
+        Conversation c;
+        ASSERT_TRUE(c.peer.Write(Frame(body)));
+        EXPECT_THAT(c.ReceiveError(), HasSubstr("/here: the body does not parse"))
+            << testing::PrintToString(body);
+    }
+}
+
+TEST(Frame, TooLongABodyIsRefusedBeforeAByteOfItIsRead) {
+    for (const std::string& length :
+         {"\x00\x01\x00\x01"s, "\x01\x00\x00\x00"s, "\x80\x00\x00\x00"s, "\xff\xff\xff\xff"s}) {
+        Conversation c;  // 16 * 4096 is 0x10000
+        ASSERT_TRUE(c.peer.Write(length + "body"));
+        EXPECT_THAT(c.ReceiveError(), HasSubstr("too long, the greatest is 65536"));
+        char rest[8];
+        EXPECT_EQ(recv(c.connection.descriptor(), rest, sizeof rest, MSG_DONTWAIT), 4);
+    }
+}
+
+TEST(Frame, TheGreatestBodyPassesAndOneByteMoreIsNotSent) {
+    Conversation c;
+    std::thread echo([&c] { c.peer.Write(c.peer.Read(4 + 65'536)); });
+    c.connection.SendGPBMsg(MessageOfSize(65'536));
+    EXPECT_EQ(c.connection.RecvGPBMsg(c.message), 4u + 65'536u);
+    EXPECT_EQ(c.message.SerializeAsString(), MessageOfSize(65'536).SerializeAsString());
+    echo.join();
+
+    EXPECT_THROW(c.connection.SendGPBMsg(MessageOfSize(65'537)), WireLinkError);
+    EXPECT_THROW(c.connection.SendGPBMsg(protoIPCMsg::GPBIPCMsg()), WireLinkError) << "without msgType";
+    char byte;
+    EXPECT_EQ(recv(c.peer.descriptor(), &byte, 1, MSG_DONTWAIT), -1) << "a frame that failed was begun";
+}
+
+}  // namespace

@@ -1,0 +1,105 @@
+#include <gmock/gmock.h>
+
+#include "apiMgmt/common/xmlwrap/xmlParser.h"
+
+namespace parser {
+namespace {
+
+using namespace std::string_literals;
+
+std::string Repeated(const std::string& text, size_t count) {
+    std::string all;
+    all.reserve(text.size() * count);
+    while (count-- > 0)
+        all += text;
+    return all;
+}
+
+TEST(XmlRefusal, SaysWhyATextIsNoDocument) {
+    const std::pair<std::string, std::string> cases[] = {
+        {"", "empty"},
+        {" \n", "no element found"},
+        {"text", "line 1, column 1: "},
+        {"<a>", "no element found"},
+        {"<a><b></a></b>", "line 1, column 9: mismatched tag"},
+        {"<a></A>", "mismatched tag"},
+        {"<a/>\n<b/>", "line 2, column 1: junk after document element"},
+        {"<a/>text", "junk after document element"},
+        {"<a x=1/>", "not well-formed"},
+        {"<a x='1' x='2'/>", "duplicate attribute"},
+        {"<a>\0</a>"s, "not well-formed"},
+        {"<a>\x01</a>", "not well-formed"},
+        {"<a>&#0;</a>", "invalid character"},
+        {"<a>&nbsp;</a>", "undefined entity"},
+        {"<a>\xff</a>", "not well-formed"},
+        {"<a>\xc0\xaf</a>", "not well-formed"},
+        {"<a>\xed\xa0\x80</a>", "not well-formed"},
+        {"<a>\xe2\x82", "partial character"},
+        {"<a>]]></a>", "not well-formed"},
+        {"<a><![CDATA[x</a>", "unclosed CDATA section"},
+        {"<?xml version='1.0' encoding='klingon'?><a/>", "unknown encoding"},
+        {"<!DOCTYPE a><a/>", "document type"},
+        {"<!DOCTYPE a SYSTEM 'file:///etc/passwd'><a/>", "document type"},
+        {"<!DOCTYPE a [<!ENTITY e SYSTEM 'file:///etc/passwd'>]><a>&e;</a>", "document type"},
+        {"<!DOCTYPE a [<!ENTITY b 'ha'><!ENTITY c '&b;&b;&b;&b;&b;&b;&b;&b;'>"
+         "<!ENTITY d '&c;&c;&c;&c;&c;&c;&c;&c;'>]><a>&d;</a>",
+         "document type"},
+    };
+    XMLParser parser;
+    for (const auto& [text, reason] : cases) {
+        EXPECT_FALSE(parser.ParseXMLString(text)) << text;
+        EXPECT_THAT(parser.GetError(), testing::HasSubstr(reason)) << text;
+        EXPECT_FALSE(parser.GetDocumentElement()) << text;
+        EXPECT_EQ(parser.FindTag("a"), kNoTag) << text;
+    }
+    EXPECT_TRUE(parser.ParseXMLString("<a/>"));
+    EXPECT_TRUE(parser.GetDocumentElement());
+}
+
+TEST(XmlRefusal, ADocumentCutAtAnyByteIsNone) {
+    const std::string whole =
+        "<?xml version=\"1.0\"?><lumapi><!-- c --><a x='1'>\xc3\xa4&amp;<b/><![CDATA[t]]></a></lumapi>";
+    XMLParser parser;
+    for (size_t length = 0; length < whole.size(); ++length)
+        EXPECT_FALSE(parser.ParseXMLString(whole.substr(0, length))) << length;
+    EXPECT_TRUE(parser.ParseXMLString(whole));
+}
+
+struct Limit {
+    std::string at_the_limit;
+    std::string one_beyond;
+    std::string reason;
+};
+
+std::string Nested(size_t levels) {
+    return Repeated("<a>", levels) + "x" + Repeated("</a>", levels);
+}
+
+std::string WithElements(size_t count) {
+    return "<r>" + Repeated("<a/>", count - 1) + "</r>";
+}
+
+std::string WithTags(size_t count) {
+    std::string text = "<r>";
+    for (size_t i = 1; i < count; ++i)
+        text += "<t" + std::to_string(i) + "/>";
+    return text + "</r>";
+}
+
+TEST(XmlRefusal, HoldsItsLimits) {
+    const Limit limits[] = {
+        {Nested(128), Nested(129), "nested too deep"},
+        {Nested(128), "<a>" + Repeated("<a>", 127) + "<a/>", "nested too deep"},
+        {WithElements(4'000'000), WithElements(4'000'001), "too many elements"},
+        {WithTags(65'536), WithTags(65'537), "too many different tags"},
+    };
+    XMLParser parser;
+    for (const Limit& limit : limits) {
+        EXPECT_TRUE(parser.ParseXMLString(limit.at_the_limit)) << parser.GetError();
+        EXPECT_FALSE(parser.ParseXMLString(limit.one_beyond));
+        EXPECT_THAT(parser.GetError(), testing::HasSubstr(limit.reason));
+    }
+}
+
+}  // namespace
+}  // namespace parser

@@ -1,0 +1,124 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace arraysim {
+
+/** How the value of an attribute is made. The words are those of data/objects.def, which explains them. */
+struct Rule {
+    enum class Verb {
+        kIndex,
+        kParent,
+        kKind,
+        kEmpty,
+        kText,
+        kNumber,
+        kBool,
+        kFirst,
+        kPick,
+        kSize,
+        kTemperature,
+        kRail,
+        kDate,
+        kSame,
+        kCount
+    };
+
+    Verb verb = Verb::kEmpty;
+    int64_t low = 0;
+    int64_t high = 0;
+    std::string text;                  ///< template, attribute of `same`, list of `count`
+    std::vector<std::string> choices;  ///< of `pick`; attribute and value of `count`
+};
+
+struct Attribute {
+    std::string name;
+    Rule rule;
+    bool in_reduced = false;  ///< part of the reduced object that LiteObj asks for
+};
+
+struct ObjectList;
+
+/** One kind of object and its attributes, in the order of the answers. */
+struct Kind {
+    std::string name;
+    const ObjectList* list = nullptr;
+    std::vector<Attribute> attributes;
+    std::optional<size_t> key;     ///< attribute that holds the API index; none when only one object exists
+    std::optional<size_t> parent;  ///< attribute with rule `parent`
+    bool alone = false;            ///< a list member that can be asked for by its own name
+
+    /** Position of an attribute, without regard to letter case. */
+    std::optional<size_t> FindAttribute(std::string_view attribute) const;
+    bool HasAttribute(std::string_view attribute) const { return FindAttribute(attribute).has_value(); }
+    /** "TsController" or "TsEnclosure" for a kind with a parent. */
+    std::string_view ParentKind() const;
+};
+
+enum class ParentKind { kNone, kController, kEnclosure };
+
+/** Objects that one GetList answers together: all of one kind, or several kinds mixed. */
+struct ObjectList {
+    std::string name;
+    size_t position = 0;  ///< place among the lists
+    uint32_t rows = 0;    ///< capacity of the daemon's table, for each parent
+    ParentKind per = ParentKind::kNone;
+    bool unlisted = false;
+    bool mixed = false;
+
+    /** Objects that the daemon's table takes altogether. */
+    size_t Capacity() const;
+};
+
+/** What a name of an object stands for: a whole list, or one kind in it. */
+struct Selection {
+    const ObjectList* list = nullptr;
+    const Kind* kind = nullptr;  ///< null: every kind of the list
+
+    bool Matches(const Kind& candidate) const { return kind == nullptr || kind == &candidate; }
+    const std::string& Name() const { return kind == nullptr ? list->name : kind->name; }
+};
+
+/** A mistake in a data file, with its line. */
+class CatalogueError : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+/** All kinds and lists. Constant once it is made; kinds and lists keep their addresses. */
+class Catalogue {
+  public:
+    /** Reads the text of an objects.def; throws CatalogueError. */
+    explicit Catalogue(std::string_view text);
+    Catalogue(const Catalogue&) = delete;
+    Catalogue& operator=(const Catalogue&) = delete;
+
+    /** The catalogue that is part of the program. */
+    static const Catalogue& Builtin();
+
+    const std::deque<Kind>& kinds() const { return kinds_; }
+    const std::deque<ObjectList>& lists() const { return lists_; }
+
+    /** By the name of a list or kind, without regard to letter case, so that `tsDisk` is found too. */
+    std::optional<Selection> Find(std::string_view name) const;
+    /** A name that the program itself uses: it must exist. */
+    const Kind& KindOf(std::string_view name) const;
+
+    /** What a request may name as its Object; compares exactly. */
+    std::optional<Selection> FindRequestable(std::string_view name) const;
+    static bool IsRequestable(const Selection& selection);
+
+  private:
+    friend class CatalogueReader;
+    std::deque<Kind> kinds_;
+    std::deque<ObjectList> lists_;
+};
+
+}  // namespace arraysim

@@ -1,0 +1,312 @@
+#include "tools/arraySim/catalogueReader.h"
+
+#include <algorithm>
+#include <charconv>
+#include <iterator>
+#include <sstream>
+
+#include "apiMgmt/common/utils/stringUtil.h"
+
+namespace arraysim {
+
+namespace {
+
+struct VerbName {
+    const char* name;
+    Rule::Verb verb;
+    enum class Form { kNothing, kText, kRange, kChoices, kBool, kCount } form;
+};
+
+constexpr VerbName kVerbs[] = {
+    {"index", Rule::Verb::kIndex, VerbName::Form::kNothing},
+    {"parent", Rule::Verb::kParent, VerbName::Form::kNothing},
+    {"kind", Rule::Verb::kKind, VerbName::Form::kNothing},
+    {"empty", Rule::Verb::kEmpty, VerbName::Form::kNothing},
+    {"first", Rule::Verb::kFirst, VerbName::Form::kNothing},
+    {"text", Rule::Verb::kText, VerbName::Form::kText},
+    {"same", Rule::Verb::kSame, VerbName::Form::kText},
+    {"number", Rule::Verb::kNumber, VerbName::Form::kRange},
+    {"size", Rule::Verb::kSize, VerbName::Form::kRange},
+    {"temperature", Rule::Verb::kTemperature, VerbName::Form::kRange},
+    {"rail", Rule::Verb::kRail, VerbName::Form::kRange},
+    {"date", Rule::Verb::kDate, VerbName::Form::kRange},
+    {"pick", Rule::Verb::kPick, VerbName::Form::kChoices},
+    {"bool", Rule::Verb::kBool, VerbName::Form::kBool},
+    {"count", Rule::Verb::kCount, VerbName::Form::kCount},
+};
+
+bool ReadNumber(std::string_view text, int64_t& number) {
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc() && end == text.data() + text.size();
+}
+
+/** "A" or "A..B". */
+bool ReadRange(const std::string& text, Rule& rule) {
+    const size_t dots = text.find("..");
+    if (dots == std::string::npos) {
+        rule.high = 0;
+        if (!ReadNumber(text, rule.low)) {
+            return false;
+        }
+        rule.high = rule.low;
+        return true;
+    }
+    return ReadNumber(std::string_view(text).substr(0, dots), rule.low) &&
+           ReadNumber(std::string_view(text).substr(dots + 2), rule.high) && rule.low <= rule.high;
+}
+
+/** true, false or 1/N: kept as N, with 1 for always and 0 for never. */
+bool ReadBool(const std::string& text, Rule& rule) {
+    if (text == "true" || text == "false") {
+        rule.low = text == "true" ? 1 : 0;
+        return true;
+    }
+    return text.starts_with("1/") && ReadNumber(std::string_view(text).substr(2), rule.low) && rule.low > 1;
+}
+
+/** LIST or LIST ATTR=VALUE. */
+bool ReadCount(const std::string& text, Rule& rule) {
+    const size_t blank = text.find(' ');
+    rule.text = text.substr(0, blank);
+    if (blank == std::string::npos) {
+        return !rule.text.empty();
+    }
+    const size_t equals = text.find('=', blank);
+    if (equals == std::string::npos) {
+        return false;
+    }
+    rule.choices = {text.substr(blank + 1, equals - blank - 1), text.substr(equals + 1)};
+    return true;
+}
+
+/** Attributes that name an object or its parent are never left out of a reduced object. */
+bool IsKey(const std::string& attribute) {
+    return attribute == "Index" || attribute == "ControllerIndex" || attribute == "EnclosureIndex" ||
+           attribute == "DiskIndex";
+}
+
+std::vector<std::string> WordsOf(const std::string& line) {
+    std::istringstream stream(line);
+    return {std::istream_iterator<std::string>(stream), std::istream_iterator<std::string>()};
+}
+
+/** What stands behind the first `count` words. */
+std::string RestOf(const std::string& line, size_t count) {
+    size_t at = line.find_first_not_of(' ');
+    for (size_t i = 0; i < count && at != std::string::npos; ++i) {
+        at = line.find(' ', at);
+        at = at == std::string::npos ? at : line.find_first_not_of(' ', at);
+    }
+    return at == std::string::npos ? std::string() : line.substr(at);
+}
+
+}  // namespace
+
+void CatalogueReader::Fail(const std::string& why) const {
+    throw CatalogueError("objects.def:" + std::to_string(line_number_) + ": " + why);
+}
+
+void CatalogueReader::Read(std::string_view text) {
+    std::istringstream stream{std::string(text)};
+    for (std::string line; std::getline(stream, line);) {
+        ++line_number_;
+        TrimRight(line);
+        if (!line.empty() && line[0] != '#') {
+            ReadLine(line);
+        }
+    }
+    for (Kind& kind : catalogue_.kinds_) {
+        FinishKind(kind);
+    }
+}
+
+void CatalogueReader::ReadLine(const std::string& line) {
+    const Words words = WordsOf(line);
+    if (words.size() < 2) {
+        Fail("a line has at least two words");
+    }
+    if (words[0] == "object") {
+        StartObject(words);
+    } else if (words[0] == "list") {
+        StartList(words);
+    } else if (words[0] == "attributes") {
+        StartRun(words);
+    } else if (words[0] == "use") {
+        UseRun(words);
+    } else if (words[0] == "read" || words[0] == "also") {
+        ReadAttribute(words, RestOf(line, 2));
+    } else {
+        Fail("unknown word '" + words[0] + "'");
+    }
+}
+
+ObjectList& CatalogueReader::AddList(const std::string& name) {
+    if (catalogue_.Find(name)) {
+        Fail("'" + name + "' stands already");
+    }
+    ObjectList& list = catalogue_.lists_.emplace_back();
+    list.name = name;
+    list.position = catalogue_.lists_.size() - 1;
+    return list;
+}
+
+void CatalogueReader::StartObject(const Words& words) {
+    Kind kind;
+    kind.name = words[1];
+    ObjectList* own_list = nullptr;
+    for (size_t i = 2; i < words.size(); ++i) {
+        const std::string argument = i + 1 < words.size() ? words[i + 1] : "";
+        if (words[i] == "alone") {
+            kind.alone = true;
+        } else if (words[i] == "unlisted" && own_list != nullptr) {
+            own_list->unlisted = true;
+        } else if (words[i] == "rows" && own_list == nullptr) {
+            own_list = &AddList(kind.name);
+            own_list->rows = static_cast<uint32_t>(ParseInt(argument));
+            kind.list = own_list;
+            ++i;
+        } else if (words[i] == "per" && own_list != nullptr &&
+                   (argument == "controller" || argument == "enclosure")) {
+            own_list->per = argument == "controller" ? ParentKind::kController : ParentKind::kEnclosure;
+            ++i;
+        } else if (words[i] == "keyed" && !argument.empty()) {
+            keys_[kind.name] = argument;
+            ++i;
+        } else if (words[i] == "in" && own_list == nullptr) {
+            const std::optional<Selection> found = catalogue_.Find(argument);
+            if (!found || found->kind != nullptr) {
+                Fail("no list '" + argument + "' stands above");
+            }
+            kind.list = found->list;
+            ++i;
+        } else {
+            Fail("'" + words[i] + "' does not fit here");
+        }
+    }
+    if (kind.list == nullptr || kind.list->rows == 0) {
+        Fail("'" + kind.name + "' needs `rows N` or `in LIST`");
+    }
+    target_ = &catalogue_.kinds_.emplace_back(std::move(kind)).attributes;
+}
+
+void CatalogueReader::StartList(const Words& words) {
+    if (words.size() != 4 || words[2] != "rows" || ParseInt(words[3]) <= 0) {
+        Fail("a list reads: list NAME rows N");
+    }
+    ObjectList& list = AddList(words[1]);
+    list.rows = static_cast<uint32_t>(ParseInt(words[3]));
+    list.mixed = true;
+    target_ = nullptr;
+}
+
+void CatalogueReader::StartRun(const Words& words) {
+    target_ = &runs_[words[1]];
+    if (!target_->empty()) {
+        Fail("'" + words[1] + "' stands already");
+    }
+}
+
+std::vector<Attribute>& CatalogueReader::Target() {
+    if (target_ == nullptr) {
+        Fail("no object or run of attributes is open");
+    }
+    return *target_;
+}
+
+void CatalogueReader::UseRun(const Words& words) {
+    const auto run = runs_.find(words[1]);
+    if (run == runs_.end() || &run->second == target_) {
+        Fail("no run '" + words[1] + "' stands above");
+    }
+    for (const Attribute& attribute : run->second) {
+        Put(attribute);
+    }
+}
+
+void CatalogueReader::ReadAttribute(const Words& words, const std::string& rule) {
+    std::vector<Attribute>& attributes = Target();
+    const auto known = std::find_if(attributes.begin(), attributes.end(),
+                                    [&](const Attribute& each) { return each.name == words[1]; });
+    if (known == attributes.end()) {
+        Put({words[1], ParseRule(rule), words[0] == "read" || IsKey(words[1])});
+        return;
+    }
+    known->in_reduced |= words[0] == "read";
+    if (!rule.empty()) {
+        known->rule = ParseRule(rule);
+    }
+}
+
+void CatalogueReader::Put(const Attribute& attribute) {
+    for (const Attribute& each : Target()) {
+        if (each.name == attribute.name) {
+            Fail("attribute '" + attribute.name + "' stands already");
+        }
+    }
+    Target().push_back(attribute);
+}
+
+Rule CatalogueReader::ParseRule(const std::string& text) const {
+    const size_t blank = text.find(' ');
+    const std::string name = text.substr(0, blank);
+    const std::string argument = blank == std::string::npos ? "" : text.substr(blank + 1);
+    const VerbName* verb =
+        std::find_if(std::begin(kVerbs), std::end(kVerbs), [&](const VerbName& each) { return name == each.name; });
+    if (verb == std::end(kVerbs)) {
+        Fail("unknown rule '" + text + "'");
+    }
+    Rule rule;
+    rule.verb = verb->verb;
+    bool good = false;
+    switch (verb->form) {
+        case VerbName::Form::kNothing:
+            good = argument.empty();
+            break;
+        case VerbName::Form::kText:
+            rule.text = argument;
+            good = !argument.empty();
+            break;
+        case VerbName::Form::kRange:
+            good = ReadRange(argument, rule);
+            break;
+        case VerbName::Form::kChoices:
+            Split(argument, "|", rule.choices);
+            good = !rule.choices.empty();
+            break;
+        case VerbName::Form::kBool:
+            good = ReadBool(argument, rule);
+            break;
+        case VerbName::Form::kCount:
+            good = ReadCount(argument, rule);
+            break;
+    }
+    if (!good) {
+        Fail("rule '" + text + "' is not complete");
+    }
+    return rule;
+}
+
+void CatalogueReader::FinishKind(Kind& kind) {
+    const std::string key = keys_.count(kind.name) > 0 ? keys_[kind.name] : "Index";
+    if (key != "nothing") {
+        kind.key = kind.FindAttribute(key);
+        if (!kind.key) {
+            Fail(kind.name + " has no attribute '" + key + "' to be keyed by");
+        }
+    }
+    for (size_t i = 0; i < kind.attributes.size(); ++i) {
+        const Rule& rule = kind.attributes[i].rule;
+        if (rule.verb == Rule::Verb::kParent) {
+            kind.parent = i;
+        }
+        const std::optional<size_t> source = kind.FindAttribute(rule.text);
+        if (rule.verb == Rule::Verb::kSame && (!source || *source >= i)) {
+            Fail(kind.name + ": '" + rule.text + "' does not stand above " + kind.attributes[i].name);
+        }
+        if (rule.verb == Rule::Verb::kCount && !catalogue_.Find(rule.text)) {
+            Fail(kind.name + ": nothing to count is named '" + rule.text + "'");
+        }
+    }
+}
+
+}  // namespace arraysim
