@@ -1,0 +1,60 @@
+"""A change in the array is seen over SNMP after the refresh that the schedule gives: what is read every few
+seconds, what the second thread fetches every few minutes, rows that come and go."""
+
+import unittest
+
+from harness import mib, story, waiting
+from harness.expected import Expectation
+
+FOREGROUND_LIMIT_S = 180
+BACKGROUND_LIMIT_S = 420
+
+
+class AChangingArray(story.SharedStory):
+    def served(self, root):
+        return {b.oid: (b.type, b.value) for b in self.manager.bulk_walk(root, "-Cr20").bindings}
+
+    def expected(self, root):
+        return {oid: value for oid, value in Expectation(self.array.dump()).values.items()
+                if oid.startswith(root + ".")}
+
+    def wait_until_it_shows(self, table, limit_s):
+        root = mib.table_oid(table)
+        expected = self.expected(root)
+        waiting.wait_until(lambda: self.served(root) == expected, f"table {table} shows the change", limit_s)
+
+    def test_changes_show(self):
+        """One long test: the waits for all tables run side by side."""
+        disks = [each["Index"] for each in self.array.dump()["TsDisk"]]
+        last_row = len(disks)
+        self.array.set("TsController", 2, "Name", "Renamed controller")
+        self.array.fail("TsController", 2, "Degraded")
+        self.array.fail("TsDisk", disks[2])
+        self.array.tell("remove", "TsDisk", disks[1])  # the rows behind it move up
+        self.array.tell("add", "TsVolume")
+        self.array.set("TsUps", self.array.dump()["TsUps"][0]["Index"], "BatteryLife", "3")
+        self.array.set("Tessera", 1, "ManagementIp", "192.0.2.77")
+
+        for table in ("tsCtlr", "tsTs"):
+            self.wait_until_it_shows(table, FOREGROUND_LIMIT_S)
+        self.manager.wait_for_value(mib.scalar("managementUrl"), "https://192.0.2.77", FOREGROUND_LIMIT_S)
+        # Every row is still served as it was: the background tables have not been read again yet, or whole.
+        self.assertIn(len(self.served(mib.oid("tsDiskNbr"))), (last_row, last_row - 1))
+
+        for table in ("tsDisk", "tsVolume", "tsUPS", "tsObjectCount"):
+            self.wait_until_it_shows(table, BACKGROUND_LIMIT_S)
+        gone = self.manager.get(mib.oid("tsDiskName", last_row), mib.oid("tsDiskName", last_row - 1))
+        self.assertEqual([b.type for b in gone.bindings], ["noSuchInstance", "STRING"])
+        after = self.manager.get_next(mib.oid("tsDiskNbr", last_row - 1)).bindings[0]
+        self.assertEqual(after.oid, mib.oid("tsDiskStatus", 1))
+        self.assertEqual(self.daemon.lines_with("Error"), [])
+
+        self.array.recover("TsController", 2)
+        self.array.recover("TsDisk", disks[2])
+        self.wait_until_it_shows("tsCtlr", FOREGROUND_LIMIT_S)
+        self.wait_until_it_shows("tsDisk", BACKGROUND_LIMIT_S)
+
+
+if __name__ == "__main__":
+    unittest.TestCase.maxDiff = None
+    story.tell()

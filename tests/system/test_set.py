@@ -1,0 +1,99 @@
+"""SET: what reaches the array, what reads back, what is refused and with which error on which binding."""
+
+import unittest
+
+from harness import manager, mib, story, waiting
+
+SYSTEM_GROUP = (("sysContact", "Contact"), ("sysName", "Name"), ("sysLocation", "Location"))
+FORCE_TRAP_TABLES = ("tsCtlr", "tsDisk", "tsEncl", "tsDiskFolder", "tsVolume", "tsServer", "tsCache", "tsTs", "tsUPS")
+
+
+class SettingManagers(story.SharedStory):
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        cls.version1 = manager.Manager(community="private", version="1")
+        for name, attribute in SYSTEM_GROUP:
+            cls.manager.wait_for_value(mib.scalar(name), cls.array.get("Tessera", 1, attribute), 120)
+
+    def set_text(self, oid, text, asking=None):
+        return (asking or self.writer).set((oid, "s", text))
+
+    def test_the_system_group_reaches_the_array_and_reads_back(self):
+        texts = {"sysContact": "Ida Quill <ida@example.net>", "sysName": "north \"array\" & co", "sysLocation": "Hall 9"}
+        for name, attribute in SYSTEM_GROUP:
+            with self.subTest(name=name):
+                answer = self.set_text(mib.scalar(name), texts[name])
+                self.assertEqual(answer.status, 0, answer)
+                self.assertEqual(self.manager.value(mib.scalar(name)), texts[name])
+                waiting.wait_until(lambda: self.array.get("Tessera", 1, attribute) == texts[name],
+                                   "the array has the new text")
+        # Until the array's own table is read again the old text may show once more; then the new one stays.
+        for name, attribute in SYSTEM_GROUP:
+            self.manager.wait_for_value(mib.oid("tsTs" + attribute, 1), texts[name], 120)
+            self.manager.wait_for_value(mib.scalar(name), texts[name], 120)
+
+    def test_an_empty_text_is_taken(self):
+        self.assertEqual(self.set_text(mib.scalar("sysLocation"), "").status, 0)
+        waiting.wait_until(lambda: self.array.get("Tessera", 1, "Location") == "", "the array has the empty text")
+
+    def test_one_set_over_several_registrations(self):
+        trigger = mib.oid("tsDiskForceTrap", 1)
+        answer = self.writer.set((mib.scalar("sysContact"), "s", "one of three"),
+                                 (mib.old_form(mib.oid("tsCtlrForceTrap", 1)), "s", "ForceTrap"),
+                                 (mib.scalar("sysLocation"), "s", "three of three"), (trigger, "s", "ForceTrap"))
+        self.assertEqual(answer.status, 0, answer)
+        for attribute, text in (("Contact", "one of three"), ("Location", "three of three")):
+            waiting.wait_until(lambda: self.array.get("Tessera", 1, attribute) == text, "the array has both texts")
+
+    def test_a_set_is_all_or_nothing(self):
+        before = self.array.get("Tessera", 1, "Contact")
+        answer = self.writer.set((mib.scalar("sysContact"), "s", "must not arrive"),
+                                 (mib.oid("tsCtlrName", 1), "s", "x"), (mib.scalar("sysLocation"), "s", "nor this"))
+        self.assertEqual((answer.error, answer.failed_oid), ("notWritable", mib.oid("tsCtlrName", 1)))
+        self.assertEqual(self.array.get("Tessera", 1, "Contact"), before)
+        self.assertNotEqual(self.manager.value(mib.scalar("sysContact")), "must not arrive")
+
+    def test_refusals_name_their_reason_and_their_binding(self):
+        good = (mib.scalar("sysContact"), "s", "good")
+        for oid, kind, value, error, error_v1 in (
+                (mib.oid("tsCtlrName", 1), "s", "x", "notWritable", "noSuchName"),
+                (mib.scalar("productName"), "s", "x", "notWritable", "noSuchName"),
+                (mib.scalar("worstAlertNbr"), "u", "1", "notWritable", "noSuchName"),
+                (mib.oid("tsDiskForceTrap", 1), "s", "forcetrap", "badValue", "badValue"),
+                (mib.oid("tsDiskForceTrap", 1), "s", "ForceTrap ", "badValue", "badValue"),
+                (mib.oid("tsDiskForceTrap", 1), "s", "ForceTra", "badValue", "badValue"),
+                (mib.oid("tsDiskForceTrap", 1), "s", "", "badValue", "badValue"),
+                (mib.oid("tsDiskForceTrap", 1999), "s", "ForceTrap", "noSuchName", "noSuchName"),
+                (mib.oid("tsDiskForceTrap"), "s", "ForceTrap", "noSuchName", "noSuchName"),
+                (mib.ROOT + ".99.0", "s", "x", "noSuchName", "noSuchName")):
+            for form in (str, mib.old_form):
+                for place in (0, 1):
+                    with self.subTest(oid=form(oid), value=value, place=place):
+                        culprit = (form(oid), kind, value)
+                        assignments = (culprit, good) if place == 0 else (good, culprit)
+                        answer = self.writer.set(*assignments)
+                        self.assertEqual((answer.error, answer.failed_oid), (error, form(oid)), answer)
+                        answer = self.version1.set(*assignments)
+                        self.assertEqual((answer.error, answer.failed_oid), (error_v1, form(oid)), answer)
+        self.assertTrue(self.daemon.is_running())
+
+    def test_every_force_trap_column_takes_its_one_word(self):
+        for name in FORCE_TRAP_TABLES:
+            oid = mib.oid(name + "ForceTrap", 1)
+            if self.manager.get(oid).bindings[0].value is None:
+                continue  # the array has no such object
+            with self.subTest(table=name):
+                self.assertEqual(self.manager.value(oid), "Empty")
+                answer = self.set_text(oid, "ForceTrap")
+                self.assertEqual(answer.status, 0, answer)
+        self.assertEqual(self.manager.value(mib.scalar("trapAlertState")), 2)
+
+    def test_who_may_only_read_cannot_set(self):
+        answer = self.set_text(mib.scalar("sysContact"), "intruder", self.manager)
+        self.assertNotEqual(answer.status, 0)
+        self.assertNotEqual(self.array.get("Tessera", 1, "Contact"), "intruder")
+
+
+if __name__ == "__main__":
+    story.tell()

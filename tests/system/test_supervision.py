@@ -1,0 +1,103 @@
+"""The master agent under the daemon's eyes: killed, stuck, grown too large, and an older one in the way."""
+
+import contextlib
+import os
+import signal
+import subprocess
+
+from harness import daemon, machine, manager, mib, story, waiting
+
+RESTART = "main-session down, or error on agentx-ping, or failed self-test: will try a restart..."
+TOO_MUCH = "snmpd mem usage too high: %d"
+PS = "/usr/bin/ps"
+FAKE_PS = "/tmp/fake-ps"
+
+
+@contextlib.contextmanager
+def ps_that_shows(rss):
+    """In this machine alone, ps tells of this resident size whatever process it is asked about."""
+    machine.write_file(FAKE_PS, f'#!/bin/sh\nfor last; do :; done\necho "    PID   RSS"\necho "  $last $(cat {FAKE_PS}.rss)"\n',
+                       0o755)
+    machine.write_file(FAKE_PS + ".rss", f"{rss}\n")
+    subprocess.run(["mount", "--bind", FAKE_PS, PS], check=True)
+    try:
+        yield
+    finally:
+        subprocess.run(["umount", PS], check=True)
+
+
+class TheMasterAgent(story.Story):
+    def setUp(self):
+        self.begin()
+        self.array.start()
+
+    def start(self):
+        self.daemon.start()
+        self.before = (self.daemon.pid(), self.daemon.snmpd_pid())
+        self.name = self.array.get("TsController", 1, "Name")
+
+    def assert_served_by_a_new_daemon(self):
+        old_daemon, old_snmpd = self.before
+        self.daemon.wait_for_log(RESTART, 90)
+        self.daemon.wait_for_log(daemon.UP, 90, times=2)
+        waiting.wait_until(lambda: not machine.is_running(old_daemon), "the old daemon has ended")
+        self.assertNotEqual(self.daemon.pid(), old_daemon)
+        self.assertNotEqual(self.daemon.snmpd_pid(), old_snmpd)
+        self.assertEqual(len(machine.processes_named("snmpd")), 1)
+        self.assertEqual(self.manager.value(mib.oid("tsCtlrName", 1)), self.name)
+
+    def test_snmpd_is_killed(self):
+        self.start()
+        os.kill(self.daemon.snmpd_pid(), signal.SIGKILL)
+        self.assert_served_by_a_new_daemon()
+
+    def test_snmpd_hangs(self):
+        self.start()
+        os.kill(self.daemon.snmpd_pid(), signal.SIGSTOP)
+        self.assert_served_by_a_new_daemon()
+
+    def test_snmpd_grows_too_large(self):
+        with ps_that_shows(50000):
+            self.start()
+            # Exactly the limit is still good: two rounds of the other test pass, and nothing happens.
+            checks = self.array.stats_total()
+            waiting.wait_until(lambda: self.array.stats_total() >= checks + 4, "time passes", 60)
+            self.assertEqual(self.daemon.lines_with("mem usage"), [])
+            machine.write_file(FAKE_PS + ".rss", "50001\n")
+            self.daemon.wait_for_log(TOO_MUCH % 50001, 60)
+            machine.write_file(FAKE_PS + ".rss", "9000\n")
+            self.assert_served_by_a_new_daemon()
+
+    def test_the_restart_keeps_the_arguments(self):
+        arguments = ["first", "--second=2"]
+        self.daemon.start(arguments=arguments)
+        self.before = (self.daemon.pid(), self.daemon.snmpd_pid())
+        self.name = self.array.get("TsController", 1, "Name")
+        os.kill(self.daemon.snmpd_pid(), signal.SIGKILL)
+        self.assert_served_by_a_new_daemon()
+        words = machine.read_file(f"/proc/{self.daemon.pid()}/cmdline").split("\0")
+        self.assertEqual(words[1:3], arguments)
+
+    def test_an_older_snmpd_is_replaced(self):
+        older = subprocess.Popen(["/usr/local/sbin/snmpd", "-f", "-C", "-c", machine.SNMPD_CONF, "-Lf", "/dev/null"],
+                                 stdin=subprocess.DEVNULL)
+        waiting.wait_until(lambda: manager.Manager(timeout_s=1, retries=0).get("1.3.6.1.2.1.1.3.0").bindings,
+                           "the older snmpd answers")
+        self.start()
+        self.assertIn(older.wait(30), (-signal.SIGABRT, -signal.SIGKILL))
+        self.assertEqual(machine.processes_named("snmpd"), [self.daemon.snmpd_pid()])
+        self.assertEqual(self.manager.value(mib.oid("tsCtlrName", 1)), self.name)
+
+    def test_snmpd_runs_as_it_should(self):
+        self.start()
+        words = machine.read_file(f"/proc/{self.daemon.snmpd_pid()}/cmdline").rstrip("\0").split("\0")
+        self.assertEqual(words, ["/usr/local/sbin/snmpd", "-c", "/etc/snmpd.conf", "-p", "/var/run/snmpd.pid",
+                                 "-LS 5d", "-Lf /dev/null", "-u", "daemon", "-r"])
+        links = [os.readlink(f"/proc/{self.daemon.snmpd_pid()}/fd/{number}") for number in range(3)]
+        self.assertEqual(links, ["/dev/null"] * 3)
+        self.daemon.stop()
+        self.assertEqual(machine.processes_named("snmpd"), [])
+
+
+if __name__ == "__main__":
+    story.tell()
