@@ -42,6 +42,17 @@ void CheckForm(const ApiRequest& request) {
     throw ApiFailure("MethodNotAvailable", selection.Name() + " has no command '" + command + "'");
 }
 
+/** Objects one after the other, the first in a style of its own. */
+void AppendObjects(std::string& xml, const std::vector<const Object*>& objects, const ObjectStyle& style,
+                   const ListBend& bend) {
+    ObjectStyle first_style = style;
+    first_style.replaced.insert(first_style.replaced.begin(), bend.replaced_in_first.begin(),
+                                bend.replaced_in_first.end());
+    for (const Object* object : objects) {
+        AppendObject(xml, *object, object == objects.front() ? first_style : style);
+    }
+}
+
 /** A list that takes the objects of a selection in turn until it is full, and then some. */
 std::vector<const Object*> ObjectsToList(const Model& model, const Selection& selection, const ListBend& bend) {
     std::vector<const Object*> objects;
@@ -83,15 +94,18 @@ ApiAnswer GetList(const Model& model, const ApiRequest& request, const Selection
         return answer;
     }
     answer.result = "<ReturnObjectArray>";
-    for (const Object* object : objects) {
-        AppendObject(answer.result, *object, style);
-    }
+    AppendObjects(answer.result, objects, style, bend);
     answer.result += "</ReturnObjectArray>";
     return answer;
 }
 
-/** The API index in an instance id "<serial>.<index>" of this array. */
-uint32_t IndexInInstanceId(const Model& model, const std::string& instance_id) {
+/** The API index in an instance id of this array: "<serial>.<index>", or "<serial>" where only one object
+    exists. */
+uint32_t IndexInInstanceId(const Model& model, const Selection& selection, const std::string& instance_id) {
+    const bool single = selection.kind != nullptr && !selection.kind->key;
+    if (single && ReadUint32(instance_id) == model.serial()) {
+        return 1;
+    }
     const size_t dot = instance_id.find('.');
     const std::optional<uint32_t> serial = ReadUint32(std::string_view(instance_id).substr(0, dot));
     const std::optional<uint32_t> index =
@@ -114,16 +128,16 @@ std::string RequiredInstanceId(const ApiRequest& request) {
 }
 
 ApiAnswer Get(const Model& model, const ApiRequest& request, const Selection& selection,
-              const ObjectStyle& style) {
+              const ObjectStyle& style, const ListBend& bend) {
     const std::string instance_id = RequiredInstanceId(request);
-    const Object* object = model.Find(selection, IndexInInstanceId(model, instance_id));
+    const Object* object = model.Find(selection, IndexInInstanceId(model, selection, instance_id));
     if (object == nullptr) {
         throw ApiFailure("ObjectNotAvailable", selection.Name() + " " + instance_id + " does not exist");
     }
     ApiAnswer answer;
     answer.objects = 1;
     answer.result = "<ReturnObject>";
-    AppendObject(answer.result, *object, style);
+    AppendObjects(answer.result, {object}, style, bend);
     answer.result += "</ReturnObject>";
     return answer;
 }
@@ -149,6 +163,17 @@ void CheckValue(const Changeable& bounds, const std::string& value) {
     }
 }
 
+/** Every object carries the array's name. */
+void SpreadArrayName(Model& model, Object& array) {
+    const std::string name(array.Text("Name"));
+    array.Put("InstanceName", name);
+    for (const ObjectList& list : model.catalogue().lists()) {
+        for (Object& object : model.Objects(list)) {
+            object.Put("TsName", name);
+        }
+    }
+}
+
 /** All attributes are checked before the first is changed. */
 ApiAnswer ModifyArray(Model& model, const ApiRequest& request) {
     const std::string instance_id = RequiredInstanceId(request);
@@ -171,6 +196,9 @@ ApiAnswer ModifyArray(Model& model, const ApiRequest& request) {
             array->Put(attribute, value);
         }
     }
+    if (request.attributes.count("Name") > 0) {
+        SpreadArrayName(model, *array);
+    }
     ApiAnswer answer;
     answer.objects = 1;
     return answer;
@@ -190,7 +218,7 @@ ApiAnswer CarryOut(Model& model, const ApiRequest& request, const std::string& s
         return GetList(model, request, *selection, style, bend);
     }
     if (request.command == "Get") {
-        return Get(model, request, *selection, style);
+        return Get(model, request, *selection, style, bend);
     }
     if (request.command == "Modify" && selection->Name() == "Tessera") {
         return ModifyArray(model, request);

@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "tools/arraySim/apiDocument.h"
 #include "tools/arraySim/apiRequest.h"
@@ -10,16 +12,12 @@
 
 namespace arraysim {
 
-/** What the array checks requests against and how it writes, for its whole life. */
-struct AnswerRules {
-    std::string session_key;
-    Spelling spelling = Spelling::kApi;
-};
-
 /** How a list of objects is bent before it is written. */
 struct ListBend {
     std::optional<size_t> beyond_capacity;  ///< so many objects more than the daemon's table takes
     bool no_objects = false;
+    /** Attributes of the first object alone that get a value of the fault's own. */
+    std::vector<std::pair<std::string, std::string>> replaced_in_first;
 };
 
 /**

@@ -1,66 +1,17 @@
 #include "tools/arraySim/apiDocument.h"
 
-#include <algorithm>
-#include <cctype>
+#include <optional>
+#include <string_view>
 
-#include "apiMgmt/common/utils/stringUtil.h"
+#include "tools/arraySim/xmlText.h"
 
 namespace arraysim {
 
 namespace {
 
-/** Most values need no escaping, and a full alert list has some hundred thousand of them. */
-bool IsPlain(std::string_view text) {
-    return std::none_of(text.begin(), text.end(), [](unsigned char c) {
-        return c < 32 || c == '<' || c == '>' || c == '&' || c == '\'' || c == '"';
-    });
-}
+constexpr std::string_view kDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
 
-void AppendElement(std::string& xml, std::string_view tag, const std::string& value) {
-    xml.append("<").append(tag).append(">");
-    xml.append(IsPlain(value) ? value : EscapeXml(value, false));
-    xml.append("</").append(tag).append(">");
-}
-
-/** `Tessera` has one spelling only. */
-std::string ElementName(const Kind& kind, Spelling spelling) {
-    std::string name = kind.name;
-    if (spelling == Spelling::kApi && name.starts_with("Ts")) {
-        name[0] = 't';
-    }
-    return name;
-}
-
-bool IsOmitted(const ObjectStyle& style, const std::string& attribute) {
-    return std::any_of(style.omitted.begin(), style.omitted.end(),
-                       [&](const std::string& each) { return CompareNoCase(each, attribute) == 0; });
-}
-
-const std::string* Replacement(const ObjectStyle& style, const std::string& attribute) {
-    for (const auto& [name, value] : style.replaced) {
-        if (CompareNoCase(name, attribute) == 0) {
-            return &value;
-        }
-    }
-    return nullptr;
-}
-
-}  // namespace
-
-void AppendObject(std::string& xml, const Object& object, const ObjectStyle& style) {
-    const std::string element = ElementName(*object.kind, style.spelling);
-    xml.append("<").append(element).append(">");
-    for (size_t i = 0; i < object.values.size(); ++i) {
-        const Attribute& attribute = object.kind->attributes[i];
-        if (!object.values[i] || (style.lite && !attribute.in_reduced) || IsOmitted(style, attribute.name)) {
-            continue;
-        }
-        const std::string* replacement = Replacement(style, attribute.name);
-        AppendElement(xml, attribute.name, replacement != nullptr ? *replacement : *object.values[i]);
-    }
-    xml.append("</").append(element).append(">");
-}
-
+/** `successful` is the text of its Successful; none leaves the element out. */
 std::string MethodReturnElement(const ApiAnswer& answer, std::optional<std::string_view> successful) {
     std::string xml = "<ApiMethodReturn>";
     AppendElement(xml, "Error", answer.error_text);
@@ -74,13 +25,79 @@ std::string MethodReturnElement(const ApiAnswer& answer, std::optional<std::stri
     return xml + "<ObjectType>ApiMethodReturn</ObjectType></ApiMethodReturn>";
 }
 
-std::string WriteDocument(const ApiAnswer& answer) {
-    std::string xml(kXmlDeclaration);
-    xml.reserve(answer.result.size() + 512);
-    xml += "<lumapi>";
-    xml += MethodReturnElement(answer, answer.Successful() ? "True" : "False");
+/** Ten levels of ten: a few hundred bytes that stand for ten thousand million. */
+std::string ExpandingEntities() {
+    std::string declarations = "<!DOCTYPE lumapi [<!ENTITY e0 \"ha\">";
+    for (int level = 1; level <= 10; ++level) {
+        declarations += "<!ENTITY e" + std::to_string(level) + " \"";
+        for (int i = 0; i < 10; ++i) {
+            declarations += "&e" + std::to_string(level - 1) + ";";
+        }
+        declarations += "\">";
+    }
+    return declarations + "]>";
+}
+
+/** What stands between the declaration and the document element. */
+std::string Prologue(const DocumentBend& bend) {
+    if (bend.entities) {
+        return ExpandingEntities();
+    }
+    if (bend.external_entity) {
+        return "<!DOCTYPE lumapi [<!ENTITY file SYSTEM \"file:///etc/hostname\">]>";
+    }
+    return bend.doctype ? "<!DOCTYPE lumapi>" : "";
+}
+
+/** A use of what the prologue declares. */
+std::string EntityUse(const DocumentBend& bend) {
+    if (bend.entities) {
+        return "<Note>&e10;</Note>";
+    }
+    return bend.external_entity ? "<Note>&file;</Note>" : "";
+}
+
+std::string Nested(uint32_t levels) {
+    std::string xml;
+    for (uint32_t i = 0; i < levels; ++i) {
+        xml += "<n>";
+    }
+    for (uint32_t i = 0; i < levels; ++i) {
+        xml += "</n>";
+    }
+    return xml;
+}
+
+std::optional<std::string_view> SuccessfulText(const ApiAnswer& answer, const DocumentBend& bend) {
+    if (bend.no_successful) {
+        return std::nullopt;
+    }
+    if (bend.lower_true) {
+        return answer.successful ? "true" : "false";
+    }
+    return answer.successful ? "True" : "False";
+}
+
+}  // namespace
+
+std::string WriteDocument(const ApiAnswer& answer, const DocumentBend& bend) {
+    if (bend.empty) {
+        return {};
+    }
+    const std::string root = bend.wrong_root ? "lumapy" : "lumapi";
+    std::string xml(kDeclaration);
+    xml += Prologue(bend);
+    xml += "<" + root + ">";
+    xml += bend.no_return ? "" : MethodReturnElement(answer, SuccessfulText(answer, bend));
+    xml += EntityUse(bend);
+    xml += Nested(bend.nesting);
+    xml += bend.unbalanced ? "<Open>" : "";
     xml += answer.result;
-    return xml + "</lumapi>";
+    xml += "</" + root + ">";
+    if (bend.truncated) {
+        xml.resize(xml.size() / 2);
+    }
+    return xml;
 }
 
 }  // namespace arraysim

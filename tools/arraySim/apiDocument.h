@@ -1,9 +1,9 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -29,23 +29,33 @@ struct ObjectStyle {
 
 /** The parts of an answer before they are put together. */
 struct ApiAnswer {
+    bool successful = true;
     std::string error_code = "None";
     std::string error_text;
     std::string result;  ///< the result element; empty when there is none
     size_t objects = 0;
-
-    bool Successful() const { return error_code == "None"; }
 };
 
 /** Appends one object element. */
 void AppendObject(std::string& xml, const Object& object, const ObjectStyle& style);
 
-/** The ApiMethodReturn element; `successful` is the text of its Successful, none leaves the element out. */
-std::string MethodReturnElement(const ApiAnswer& answer, std::optional<std::string_view> successful);
+/** How a fault bends the document around the objects. */
+struct DocumentBend {
+    std::optional<std::pair<std::string, std::string>> error;  ///< code and text in place of the answer
+    bool truncated = false;
+    bool empty = false;
+    bool unbalanced = false;
+    bool wrong_root = false;
+    bool no_return = false;
+    bool no_successful = false;
+    bool lower_true = false;
+    bool doctype = false;
+    bool entities = false;
+    bool external_entity = false;
+    uint32_t nesting = 0;
+};
 
 /** The whole answer document. */
-std::string WriteDocument(const ApiAnswer& answer);
-
-inline constexpr std::string_view kXmlDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+std::string WriteDocument(const ApiAnswer& answer, const DocumentBend& bend = {});
 
 }  // namespace arraysim

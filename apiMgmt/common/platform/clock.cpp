@@ -15,7 +15,9 @@ int64_t ClockNowUs() {
     return static_cast<int64_t>(now.tv_sec) * 1'000'000 + now.tv_usec;
 }
 
-int64_t ClockNowMs() { return ClockNowUs() / 1000; }
+int64_t ClockNowMs() {
+    return ClockNowUs() / 1000;
+}
 
 void ClockSleepMicroseconds(int64_t duration_us) {
     if (duration_us <= 0) {

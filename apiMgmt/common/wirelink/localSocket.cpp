@@ -54,11 +54,11 @@ sockaddr_un LocalAddress(const WireLinkEndpoint& endpoint) {
     sockaddr_un address{};
     const std::string& path = endpoint.path();
     if (path.empty())
-        ThrowWireLinkError(endpoint, "the path of a local socket is empty");
+        throw WireLinkError("the path of a local socket is empty");
     if (path.size() >= sizeof(address.sun_path))
         ThrowWireLinkError(endpoint, "the path is too long for a local socket");
     if (path.find('\0') != std::string::npos)
-        ThrowWireLinkError(endpoint, "the path holds a zero character");
+        throw WireLinkError("the path of a local socket holds a zero character");
     address.sun_family = AF_UNIX;
     std::memcpy(address.sun_path, path.c_str(), path.size() + 1);
     return address;

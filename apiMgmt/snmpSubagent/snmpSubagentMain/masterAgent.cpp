@@ -58,7 +58,7 @@ int pid_from_open_file(int descriptor, const char* path) {
         count = read_pid_text(descriptor, temp_buf);
     }
     if (count < 0) {
-        SUBAGENT_LOG(7, "Unable to read file: %s\n", path);
+        SUBAGENT_LOG(4, "Unable to read file: %s\n", path);
         return -1;
     }
     if (count < 1 || count > 9) {

@@ -11,15 +11,15 @@
 
 namespace {
 
-constexpr int64_t kSigpipeQuiet_s = 10;
+constexpr int64_t kSigpipeQuiet_us = 10 * 1000 * 1000;
 
 // Lines that the main thread still has to write.
 std::atomic<int> sigterms_to_log{0};
 std::atomic<int> sigints_to_log{0};
 std::atomic<bool> sigpipe_to_log{false};
 
-// Written by catch_sigpipe alone. Whole seconds since the epoch.
-std::atomic<int64_t> last_sigpipe_time_s{0};
+// Written by catch_sigpipe alone.
+std::atomic<int64_t> last_sigpipe_time_us{0};
 
 static_assert(std::atomic<int>::is_always_lock_free && std::atomic<int64_t>::is_always_lock_free &&
                   std::atomic<bool>::is_always_lock_free,
@@ -39,9 +39,10 @@ void catch_sigint(int) {
 void catch_sigpipe(int) {
     timespec now{};
     clock_gettime(CLOCK_REALTIME, &now);
-    if (now.tv_sec - last_sigpipe_time_s < kSigpipeQuiet_s)
+    const int64_t now_us = int64_t{now.tv_sec} * 1000 * 1000 + now.tv_nsec / 1000;
+    if (now_us - last_sigpipe_time_us < kSigpipeQuiet_us)
         return;
-    last_sigpipe_time_s = now.tv_sec;
+    last_sigpipe_time_us = now_us;
     sigpipe_to_log = true;
 }
 

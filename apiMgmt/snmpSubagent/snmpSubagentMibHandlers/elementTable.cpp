@@ -97,11 +97,14 @@ void element_table::assign_rows(const column_record& column) {
         rows_.push_back(&lists_[0]);
         return;
     }
+    // An object's text is read as the number is that it is compared with.
+    const bool is_enclosure = (column.col_flags & COL_FLAG_enclosure_parent) != 0;
+    const uint32_t index_type = is_enclosure ? cols[COLID_tsEnclApiIndex].data_type : SMI_BASETYPE_INTEGER32;
     std::unordered_map<uint32_t, size_t> list_of_index;
     for (size_t i = 0; i < element_count_; ++i) {
         if (parents_[i].data() == nullptr)  // an object without parent ends the walk of every parent
             break;
-        const auto api_index = static_cast<uint32_t>(index_from_text(parents_[i]));
+        const uint32_t api_index = number_from_text(parents_[i], index_type);
         const auto [found, is_new] = list_of_index.try_emplace(api_index, lists_.size());
         if (is_new)
             lists_.emplace_back();

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <string>
+#include <vector>
 
 #include "apiMgmt/common/platform/clock.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentComm/snmpSubagentComm.h"
@@ -37,7 +38,13 @@ constexpr int64_t kBurstMs = 1000;
 // permission and failures count PDUs, so the calls of one PDU are recognised by its agent session.
 struct pdu_of_tick {
     const netsnmp_agent_session* session = nullptr;
+    int failures_before = 0;
     bool has_failed = false;
+    std::vector<const netsnmp_variable_list*> ended;  // bindings whose view has ended in this tick
+
+    bool has_ended(const netsnmp_variable_list* binding) const {
+        return std::find(ended.begin(), ended.end(), binding) != ended.end();
+    }
 };
 pdu_of_tick current_pdu;
 
@@ -63,7 +70,7 @@ bool admit_pdu(const netsnmp_agent_request_info* info) {
     if (permission_to_process_pdu <= 0)
         return false;
     --permission_to_process_pdu;
-    current_pdu = {info->asp, false};
+    current_pdu = {info->asp, pdu_failures, false, {}};
     return true;
 }
 
@@ -75,7 +82,7 @@ void count_success() {
 
 void count_failure(int retVal) {
     if (!current_pdu.has_failed)
-        ++pdu_failures;
+        pdu_failures = current_pdu.failures_before + 1;
     current_pdu.has_failed = true;
     if (pdu_failures > kGreatestFailures) {
         permission_to_process_pdu = 0;
@@ -109,9 +116,16 @@ void name_current_binding(int32_t var_index) {
     snmp_set_var_objid(current_requestvb, name, name_length);
 }
 
+// Whether an answer before this one, or the same binding in another registration, was the end of the view.
+// That another binding of the same PDU has just ended does not count.
+bool follows_end_of_view() {
+    return current_pdu.has_ended(current_requestvb) ||
+           (last_resp_was_endofmibview && current_pdu.ended.empty());
+}
+
 int serve_getnext(bool name_was_expanded) {
-    // A walk in the old form that has just ended must not begin anew at the start of the store.
-    if (name_was_expanded && last_resp_was_endofmibview) {
+    // A walk that has just ended must not begin anew, in the old form, at the start of the store.
+    if (name_was_expanded && follows_end_of_view()) {
         SUBAGENT_LOG(7,
                      "reqinfo->mode: MODE_GETNEXT: got rcvd_req_with_old_enterprise_num and "
                      "last_resp_was_endofmibview\n");
@@ -121,8 +135,10 @@ int serve_getnext(bool name_was_expanded) {
     }
     log_mode("MODE_GETNEXT");
     const int32_t var_index = get_next_oid();
-    if (var_index < 0)
+    if (var_index < 0) {
+        current_pdu.ended.push_back(current_requestvb);
         return 1;
+    }
     name_current_binding(var_index);
     log_mode("MODE_GETNEXT: after call to snmp_set_var_objid");
     const int result = SnmpSubagentMibHandlers::deliver_cached_info(var_index);

@@ -22,5 +22,15 @@ struct column_definition {
     set_fn_type set_fn;
 };
 
+/** How one table is refreshed, as refresh.def describes it. */
+struct refresh_operation {
+    int col_id; /**< the table's first column */
+    const char* apiName;
+    int map_size;
+    const attribute_map_entry* map;
+};
+
+extern const refresh_operation refresh_operations[NUMBER_OF_REFRESHES];
+
 /** In the order of column ids. */
 extern const column_definition column_definitions[NUMBER_OF_COLUMNS];

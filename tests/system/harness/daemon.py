@@ -23,12 +23,12 @@ class Daemon:
 
     # --- starting
 
-    def start(self, wait=True):
+    def start(self, wait=True, arguments=()):
         """Starts it as a service: the call returns when it has gone into the background."""
         machine.write_file(machine.MODE_CONF, "isdebugmode=false\n")
         self.begin_log()
         self.foreground = None
-        status = subprocess.run([machine.DAEMON], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+        status = subprocess.run([machine.DAEMON, *arguments], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                                 stderr=subprocess.DEVNULL, env=self.environment(), check=False).returncode
         if status != 0:
             raise AssertionError(f"the daemon did not go into the background: status {status}")

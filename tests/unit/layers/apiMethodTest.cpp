@@ -6,6 +6,8 @@
 
 namespace {
 
+using Arguments = std::map<std::string, std::string>;
+
 const std::string kDiskGetHead =
     "<ApiMethod><CommandType>Method</CommandType><Object>TsDisk</Object><Command>Get</Command>"
     "<Async>false</Async><ObjectEncodeType>xml</ObjectEncodeType>";
@@ -13,8 +15,7 @@ const std::string kDiskGetHead =
 /** An association, the other kind of call. */
 class FanSensorList : public BASEApiMethod {
   public:
-    explicit FanSensorList(const std::map<std::string, std::string>& initial)
-        : BASEApiMethod(true, initial) {}
+    explicit FanSensorList(const Arguments& initial) : BASEApiMethod(true, initial) {}
     const std::string& GetCommandName() const override {
         static const std::string name = "FanSensorList";
         return name;
@@ -39,20 +40,20 @@ TEST(ApiMethod, RendersTheDocumentsOfTheDaemon) {
         "<Async>false</Async><ObjectEncodeType>xml</ObjectEncodeType>"
         "<Attributes><LiteObj>1</LiteObj></Attributes></ApiMethod>");
 
-    APITsDisk::APITsDiskGetMethod disk({{"InstanceId", "64702.17"}});
+    APITsDisk::APITsDiskGetMethod disk(Arguments{{"InstanceId", "64702.17"}});
     disk.SetLiteObj();
     EXPECT_EQ(
         disk.GenerateXml(false, true),
         kDiskGetHead +
             "<Attributes><InstanceId>64702.17</InstanceId><LiteObj>1</LiteObj></Attributes></ApiMethod>");
 
-    EXPECT_EQ(APITessera::APITesseraModifyMethod({{"Location", "rack 4"}, {"InstanceId", "64702"}})
+    EXPECT_EQ(APITessera::APITesseraModifyMethod(Arguments{{"Location", "rack 4"}, {"InstanceId", "64702"}})
                   .GenerateXml(false, true),
               "<ApiMethod><CommandType>Method</CommandType><Object>Tessera</Object><Command>Modify</Command>"
               "<Async>false</Async><ObjectEncodeType>xml</ObjectEncodeType><Attributes>"
               "<InstanceId>64702</InstanceId><Location>rack 4</Location></Attributes></ApiMethod>");
 
-    EXPECT_EQ(FanSensorList({{"InstanceId", "64702.1"}}).GenerateXml(false, true),
+    EXPECT_EQ(FanSensorList(Arguments{{"InstanceId", "64702.1"}}).GenerateXml(false, true),
               "<ApiMethod><CommandType>Association</CommandType><Object>TsController</Object>"
               "<Command>FanSensorList</Command><Async>false</Async><ObjectEncodeType>xml</ObjectEncodeType>"
               "<Attributes><InstanceId>64702.1</InstanceId></Attributes></ApiMethod>");
@@ -62,7 +63,8 @@ TEST(ApiMethod, RendersTheDocumentsOfTheDaemon) {
 }
 
 TEST(ApiMethod, WritesAttributesInByteOrderAndValuesAsTheyStand) {
-    APITsDisk::APITsDiskGetMethod method({{"", "no name"}, {"b", ""}, {"Ab", "<x>&</x>"}, {"A", "1"}});
+    APITsDisk::APITsDiskGetMethod method(
+        Arguments{{"", "no name"}, {"b", ""}, {"Ab", "<x>&</x>"}, {"A", "1"}});
     method.SetAttribute("", "no name either");
     method.SetAttribute("\xc3\x84", "2");  // bytes above 127 come last
     method.SetAttribute("A", "3 > 2");
@@ -73,7 +75,7 @@ TEST(ApiMethod, WritesAttributesInByteOrderAndValuesAsTheyStand) {
     EXPECT_FALSE(method.HasAttribute(""));
 
     // A map that holds nothing but an empty name is an empty one: no element at all.
-    EXPECT_EQ(APITsDisk::APITsDiskGetMethod({{"", "x"}}).GenerateXml(false, true),
+    EXPECT_EQ(APITsDisk::APITsDiskGetMethod(Arguments{{"", "x"}}).GenerateXml(false, true),
               kDiskGetHead + "</ApiMethod>");
 }
 

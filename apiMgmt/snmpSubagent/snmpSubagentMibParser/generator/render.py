@@ -15,6 +15,9 @@ enum column_id : int {{
 
 inline constexpr int NUMBER_OF_COLUMNS = {columns};
 
+/** Tables with a refresh of their own. */
+inline constexpr int NUMBER_OF_REFRESHES = {refreshes};
+
 /** Entries of `vars`: every instance that the MIB can ever hold. */
 inline constexpr int MAX_total_vars = {variables};
 """
@@ -25,6 +28,10 @@ SOURCE = """\
 
 namespace {{
 
+int refresh_table(const refresh_operation& operation, bool background) {{
+    return get_table_info(operation.col_id, operation.apiName, operation.map_size, operation.map, background);
+}}
+
 {oids}
 
 {maps}
@@ -32,6 +39,10 @@ namespace {{
 {get_fns}
 
 }}  // namespace
+
+const refresh_operation refresh_operations[NUMBER_OF_REFRESHES] = {{
+{refreshes}
+}};
 
 const column_definition column_definitions[NUMBER_OF_COLUMNS] = {{
 {definitions}
@@ -54,7 +65,7 @@ def colid(column):
 
 def render_header(mib):
     ids = "\n".join(f"    {colid(c)} = {c.number}," for c in mib.columns)
-    return HEADER.format(ids=ids, columns=len(mib.columns), variables=mib.total_variables())
+    return HEADER.format(ids=ids, columns=len(mib.columns), refreshes=len(mib.refreshes), variables=mib.total_variables())
 
 
 def render_map(refresh):
@@ -86,10 +97,14 @@ def render_get_fns(mib):
             lines.append(f"int get_{column.name}(int32_t var_index, bool) {{ return {body}; }}")
     for refresh in mib.refreshes:
         name = refresh.table.name
-        lines.append(f"int get_{name}(int32_t, bool background) {{\n"
-                     f"    return get_table_info({colid(refresh.table.columns[0])}, {c_string(refresh.object_name)}, "
-                     f"{len(refresh.entries)}, map_{name}, background);\n}}")
+        lines.append(f"int get_{name}(int32_t, bool background) {{ "
+                     f"return refresh_table(refresh_operations[{mib.refreshes.index(refresh)}], background); }}")
     return "\n".join(lines)
+
+
+def render_refresh(refresh):
+    return (f"    {{{colid(refresh.table.columns[0])}, {c_string(refresh.object_name)}, {len(refresh.entries)}, "
+            f"map_{refresh.table.name}}},")
 
 
 def get_fn_name(column):
@@ -113,4 +128,5 @@ def render_source(mib):
         oids="\n".join(f"const oid oid_{c.name}[] = {{{', '.join(map(str, c.oid))}}};" for c in mib.columns),
         maps="\n\n".join(render_map(r) for r in mib.refreshes),
         get_fns=render_get_fns(mib),
+        refreshes="\n".join(render_refresh(r) for r in mib.refreshes),
         definitions="\n".join(render_definition(c) for c in mib.columns))

@@ -1,0 +1,189 @@
+"""Answers and frames that are wrong: each is logged and refused, the values from before are served on, the
+daemon goes on, and what comes right afterwards is taken."""
+
+import re
+
+from harness import machine, mib, story, waiting
+from harness.expected import Expectation
+
+RING_LIMIT_S = 180  # every foreground table is read again within one round of the schedule
+
+TRANSPORT = "Caught std::exception processing request"
+NO_PARSE = "error found while trying to parse ipXmlString|response from ApiMgr does not parse"
+
+# Fault of the next exchange, whichever that is, and the line that it leaves.
+EXCHANGES = (
+    (("refuse",), TRANSPORT), (("tear",), TRANSPORT), (("tear", "2"), TRANSPORT), (("tear", "4"), TRANSPORT),
+    (("long-length",), TRANSPORT), (("huge-length",), TRANSPORT), (("zero-length",), TRANSPORT),
+    (("garbage",), TRANSPORT), (("wrong-sequence",), "> > seqNum mismatch: req_seqnum="),
+    (("wrong-type",), "msgResponse.msgtype != protoIPCMsg::APIResp"),
+    (("no-response",), "msgResponse did Not have apirespmsg"), (("no-cmd",), "msgResponse did Not have cmd"),
+    (("truncated",), NO_PARSE), (("empty",), NO_PARSE), (("unbalanced",), NO_PARSE), (("doctype",), NO_PARSE),
+    (("entities",), NO_PARSE), (("external-entity",), NO_PARSE), (("nesting",), NO_PARSE),
+    (("wrong-root",), "does not contain 'lumapi'"))
+
+# Faults of one table's answers: the object, the fault, the line, and what the table shows meanwhile.
+SAME = "same"
+GONE = "gone"
+ANSWERS = (
+    ("TsControllerFanSensor", ("no-return",), "does not contain 'ApiMethodReturn'", SAME),
+    ("TsControllerPowerSupply", ("no-successful",), "does not contain 'Successful'", SAME),
+    ("TsControllerVoltageSensor", ("lower-true",), "does not contain 'ErrorCode'", SAME),
+    ("TsControllerTemperatureSensor", ("no-objects",), None, SAME),  # at least one is expected
+    ("TsEnclosurePowerSupply", ("error", "Busy", "come back later"), "is Not successful: ErrorCode: [Busy]", SAME),
+    ("TsEnclosureIoModule", ("too-many",), None, SAME),
+    ("TsEnclosureAudibleAlarm", ("no-objects",), None, GONE),
+    ("TsEnclosureCoolingFanSensor", ("no-parent",), None, GONE),
+    ("TsControllerCacheCard", ("nesting",), NO_PARSE, SAME),
+    ("TsController", ("no-index",), "tsController does not contain 'Index' for 1st ctlr", SAME))
+
+TABLE_OF = {refresh.object_name[0].upper() + refresh.object_name[1:]: refresh.table for refresh in mib.MIB.refreshes}
+
+
+class HostileAnswers(story.SharedStory):
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        cls.expected = Expectation(cls.array.dump()).values
+        cls.pids = (cls.daemon.pid(), cls.daemon.snmpd_pid())
+
+    def setUp(self):
+        self.daemon.begin_log()
+
+    def tearDown(self):
+        self.array.clear_faults()
+
+    def served(self, root):
+        return {b.oid: (b.type, b.value) for b in self.manager.bulk_walk(root, "-Cr20").bindings}
+
+    def right(self, root):
+        return {oid: value for oid, value in self.expected.items() if oid.startswith(root + ".")}
+
+    def table_root(self, kind):
+        return mib.table_oid(TABLE_OF[kind].name)
+
+    def wait_for_line(self, pattern, limit_s=60):
+        waiting.wait_until(lambda: re.search(pattern, self.daemon.log()), f"the log holds {pattern}", limit_s)
+
+    def assert_served_as_before(self):
+        for kind in ("TsController", "TsDisk", "TsControllerFanSensor", "TsVolume"):
+            root = self.table_root(kind)
+            self.assertEqual(self.served(root), self.right(root), kind)
+        self.assertEqual((self.daemon.pid(), self.daemon.snmpd_pid()), self.pids)
+
+    def test_faults_of_single_exchanges(self):
+        for fault, pattern in EXCHANGES:
+            with self.subTest(fault=fault):
+                self.daemon.begin_log()
+                self.array.fault(*fault, "for", "1")
+                self.wait_for_line(pattern)
+                self.assert_served_as_before()
+        self.assertEqual(self.daemon.lines_with("strikes_against_apimgr"), [])
+
+    def test_a_ping_that_is_answered_with_false_is_a_strike(self):
+        self.array.fault("ping-false", "for", "1")
+        self.array.fault("refuse", "for", "1")
+        self.daemon.wait_for_log("Failed 1st try to SendPingToApiMgr()", 60)
+        self.daemon.wait_for_log("interface to apimgr has been recovered before reached 3 strikes", 90)
+        self.assert_served_as_before()
+
+    def test_answers_that_are_wrong_for_a_table(self):
+        for kind, fault, _, _ in ANSWERS:
+            self.array.fault(*fault, "on", kind)
+        for kind, fault, line, then in ANSWERS:
+            with self.subTest(kind=kind, fault=fault):
+                root = self.table_root(kind)
+                if line:
+                    self.wait_for_line(line if line == NO_PARSE else re.escape(line), RING_LIMIT_S)
+                self.array.wait_until_asked_for(kind, RING_LIMIT_S)
+                if then == GONE:
+                    waiting.wait_until(lambda: not self.in_this_table(root), "the rows leave", RING_LIMIT_S)
+                else:
+                    self.assertEqual(self.served(root), self.right(root))
+        self.array.clear_faults()
+        for kind, _, _, _ in ANSWERS:
+            root = self.table_root(kind)
+            waiting.wait_until(lambda: self.served(root) == self.right(root), f"{kind} is right again", RING_LIMIT_S)
+
+    def in_this_table(self, root):
+        return [oid for oid in self.served(root) if oid.startswith(root + ".")]
+
+    def test_objects_that_lack_something_or_have_too_much(self):
+        status, name = mib.oid("tsCtlrPowerStatus", 1, 1), mib.oid("tsCtlrPowerName", 1, 1)
+        self.array.fault("missing", "Status", "on", "TsControllerPowerSupply")
+        self.array.fault("unknown-status", "Sideways", "on", "TsControllerFanSensor")
+        self.array.fault("huge-text", "Model", "2000000", "on", "TsController")
+        self.wait_for_line(r"unknown status string: 'no api object' for col_id: 60,", RING_LIMIT_S)
+        self.wait_for_line(r"unknown status string: 'Sideways' for col_id: 48,", RING_LIMIT_S)
+        self.assertEqual([b.type for b in self.manager.get(status, name).bindings], ["noSuchInstance", "STRING"])
+        self.assertEqual(self.manager.value(mib.oid("tsCtlrFanStatus", 1, 1)), -1)
+        # A value that no answer can carry costs the one request that asks for it.
+        model = mib.oid("tsCtlrModel", 1)
+        waiting.wait_until(lambda: not self.manager.get(model).bindings, "the value is too long to be read", RING_LIMIT_S)
+        self.assertEqual(self.manager.value(mib.oid("tsCtlrName", 1)), self.right(self.table_root("TsController"))[
+            mib.oid("tsCtlrName", 1)][1].decode())
+        self.array.clear_faults()
+        for kind in ("TsControllerPowerSupply", "TsControllerFanSensor", "TsController"):
+            root = self.table_root(kind)
+            waiting.wait_until(lambda: self.served(root) == self.right(root), f"{kind} is right again", RING_LIMIT_S)
+
+    def test_nothing_of_a_named_file_is_served(self):
+        secret = machine.read_file("/etc/passwd").splitlines()[0]
+        self.array.fault("external-entity", "for", "5")
+        self.wait_for_line(NO_PARSE)
+        self.assertNotIn(secret, self.daemon.log())
+        self.assert_served_as_before()
+
+    def test_an_array_without_ups_fills_no_log(self):
+        self.array.fault("error", "ObjectNotAvailable", "no UPS", "on", "TsUps")
+        self.array.wait_until_asked_for("TsUps", 420)
+        self.assertEqual(self.daemon.lines_with("tsUps"), [])
+        self.assertEqual(self.served(self.table_root("TsUps")), self.right(self.table_root("TsUps")))
+
+
+class HostileStart(story.Story):
+    """The same at the start, when the store is empty."""
+
+    def setUp(self):
+        self.begin()
+        self.array.start()
+
+    def test_what_the_start_needs(self):
+        for kind, fault, line in (
+                ("TsController", ("truncated",), "error on getting info from api for controller table"),
+                ("TsDisk", ("no-objects",), "could not get table info for col_id: 27"),
+                ("TsDisk", ("too-many",), "could not get table info for col_id: 27"),
+                ("TsVolume", ("entities",), "could not get table info for col_id: 115"),
+                ("TsEnclosure", ("tear",), "failed to get xml response for apiName: tsEnclosure, retVal: 1")):
+            with self.subTest(kind=kind, fault=fault):
+                self.array.clear_faults()
+                # The access test reads the controller list too, and a document that does not parse fails there.
+                self.array.fault(*fault, "on", kind)
+                self.daemon.start_in_foreground(wait=False)
+                self.assertEqual(self.daemon.wait_for_exit_status(), 0)
+                if kind != "TsController":
+                    self.assertIn(line, self.daemon.log())
+                self.assertIn("snmpSubagent is exiting.", self.daemon.log())
+                self.assertEqual(machine.processes_named("snmpd"), [])
+
+    def test_what_the_start_can_do_without(self):
+        self.array.fault("error", "ObjectNotAvailable", "no page pools", "on", "TsDiskConfiguration")
+        self.array.fault("error", "Busy", "not now", "on", "TsDiskFolderStorageUsage")
+        self.array.fault("no-objects", "on", "TsUps")
+        self.daemon.start()
+        self.assertIn("could not get table info for tsDiskConfig: perhaps there are no pagepools", self.daemon.log())
+        walked = self.manager.bulk_walk(mib.ENTERPRISE, "-Cr20").oids()
+        for name, there in (("tsDiskConfig", False), ("tsUPS", False), ("tsDisk", True), ("tsDiskFolder", True)):
+            root = mib.table_oid(name) + "."
+            self.assertEqual(any(oid.startswith(root) for oid in walked), there, name)
+        # The row number of a folder's usage is there, and none of its values.
+        usage = {oid for oid in walked if oid.startswith(mib.table_oid("tsFolderUsage") + ".")}
+        folders = self.array.dump()["TsDiskFolder"]
+        plain = [row for row, each in enumerate(folders, 1) if each["Index"] not in ("1", "69696969")]
+        for row in plain:
+            self.assertIn(mib.oid("tsFolderUsageNbr", row), usage)
+            self.assertNotIn(mib.oid("tsFolderUsageTotalGb", row), usage)
+
+
+if __name__ == "__main__":
+    story.tell()

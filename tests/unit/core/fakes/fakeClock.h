@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstdint>
+
+/** The clock of the test: stands still except where it is moved, and sleeping moves it. Any thread. */
+namespace fake_clock {
+
+/** Where it stands when a test begins: far from 0 and from a whole second. */
+inline constexpr int64_t kStart_us = 1'700'000'000'250'000;
+
+void set(int64_t now_us);
+void advance(int64_t duration_us);
+
+/** Sleeps become lines "sleep N us" of the transcript. Off when a test begins. */
+void write_sleeps(bool write);
+
+}  // namespace fake_clock

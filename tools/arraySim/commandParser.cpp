@@ -1,0 +1,289 @@
+#include "tools/arraySim/command.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "apiMgmt/common/utils/stringUtil.h"
+#include "tools/arraySim/modelFile.h"
+#include "tools/arraySim/numbers.h"
+
+namespace arraysim {
+
+namespace {
+
+constexpr VerbInfo kVerbs[] = {
+    {Verb::kSet, "set", "KIND INDEX ATTR VALUE", "give an attribute a value; VALUE is the rest of the line"},
+    {Verb::kUnset, "unset", "KIND INDEX ATTR", "take an attribute away"},
+    {Verb::kFail, "fail", "KIND INDEX [Down|Degraded]",
+     "put an object into a bad state: its signs, what holds it, an alert"},
+    {Verb::kRecover, "recover", "KIND INDEX", "put it back to Up and end its alerts"},
+    {Verb::kAdd, "add", "KIND [ATTR=VALUE...]", "make an object at the end of its list; prints its index"},
+    {Verb::kRemove, "remove", "KIND INDEX", "take an object away"},
+    {Verb::kGet, "get", "KIND [INDEX [ATTR]]", "print objects, the attributes of one, or one value"},
+    {Verb::kExpect, "expect", "KIND INDEX ATTR VALUE", "fail unless the attribute has this value"},
+    {Verb::kList, "list", "", "print all kinds and how many there are"},
+    {Verb::kDump, "dump", "[FILE]", "write the model as JSON"},
+    {Verb::kLoad, "load", "FILE", "replace the model by one that was dumped"},
+    {Verb::kFault, "fault", "NAME [args] [on KIND] [for N]", "switch a fault on, see below"},
+    {Verb::kFaults, "faults", "", "print the faults that are on"},
+    {Verb::kClear, "clear", "[NAME]", "switch all faults off, or those of a name"},
+    {Verb::kStats, "stats", "", "print the exchanges so far"},
+    {Verb::kSay, "say", "TEXT", "print a text where the simulator runs"},
+    {Verb::kHelp, "help", "", "print this"},
+    {Verb::kQuit, "quit", "", "end the simulator"},
+};
+
+/** Reads the words of one command after its verb, each of them as something. */
+class CommandParser {
+  public:
+    CommandParser(const Catalogue& catalogue, const VerbInfo& info, const std::vector<std::string>& words)
+        : catalogue_(catalogue), info_(info), words_(words) {
+        command_.verb = info.verb;
+    }
+
+    Command Parse() {
+        switch (info_.verb) {
+            case Verb::kSet:
+            case Verb::kExpect:
+                ReadAttributeOfObject();
+                command_.text = Rest();
+                break;
+            case Verb::kUnset:
+                ReadAttributeOfObject();
+                break;
+            case Verb::kFail:
+                ReadObject();
+                command_.condition = ReadCondition();
+                CheckCondition();
+                break;
+            case Verb::kRecover:
+                ReadObject();
+                CheckCondition();
+                break;
+            case Verb::kRemove:
+                ReadObject();
+                break;
+            case Verb::kAdd:
+                ReadAdd();
+                break;
+            case Verb::kGet:
+                ReadGet();
+                break;
+            case Verb::kDump:
+            case Verb::kClear:
+                command_.text = HasMore() ? Next() : "";
+                CheckFaultName();
+                break;
+            case Verb::kLoad:
+                command_.text = Next();
+                break;
+            case Verb::kSay:
+                command_.text = Rest();
+                break;
+            case Verb::kFault:
+                command_.fault = ParseFault(catalogue_, {words_.begin() + 1, words_.end()});
+                at_ = words_.size();
+                break;
+            case Verb::kList:
+            case Verb::kFaults:
+            case Verb::kStats:
+            case Verb::kHelp:
+            case Verb::kQuit:
+                break;
+        }
+        if (HasMore()) {
+            FailUsage("'" + words_[at_] + "' is too much");
+        }
+        return std::move(command_);
+    }
+
+  private:
+    [[noreturn]] void FailUsage(const std::string& why) const {
+        throw CommandError(why + "; usage: " + std::string(info_.name) + (info_.usage.empty() ? "" : " ") +
+                           std::string(info_.usage));
+    }
+
+    bool HasMore() const { return at_ < words_.size(); }
+
+    const std::string& Next() {
+        if (!HasMore()) {
+            FailUsage("something is missing");
+        }
+        return words_[at_++];
+    }
+
+    /** The rest of the line as one text; an empty one must be given as "". */
+    std::string Rest() {
+        if (!HasMore()) {
+            FailUsage("something is missing");
+        }
+        std::string text = JoinWords(words_, at_);
+        at_ = words_.size();
+        CheckText(text);
+        return text;
+    }
+
+    static void CheckText(const std::string& text) {
+        if (!IsUtf8(text)) {
+            throw CommandError("the text is not UTF-8");
+        }
+    }
+
+    void ReadKind() {
+        const std::string& name = Next();
+        const std::optional<Selection> found = catalogue_.Find(name);
+        if (!found) {
+            throw CommandError("unknown kind '" + name + "'; `list` prints all");
+        }
+        command_.selection = *found;
+    }
+
+    void ReadIndex() {
+        const std::string& text = Next();
+        command_.index = ReadUint32(text);
+        if (!command_.index) {
+            throw CommandError("'" + text + "' is no API index");
+        }
+    }
+
+    void ReadObject() {
+        ReadKind();
+        ReadIndex();
+    }
+
+    /** An attribute that some kind of the selection has. */
+    void ReadAttribute() {
+        const std::string& name = Next();
+        for (const Kind& kind : catalogue_.kinds()) {
+            if (kind.list == command_.selection.list && command_.selection.Matches(kind)) {
+                if (const std::optional<size_t> position = kind.FindAttribute(name)) {
+                    command_.attribute = kind.attributes[*position].name;
+                    return;
+                }
+            }
+        }
+        throw CommandError(command_.selection.Name() + " has no attribute '" + name + "'");
+    }
+
+    void ReadAttributeOfObject() {
+        ReadObject();
+        ReadAttribute();
+    }
+
+    Condition ReadCondition() {
+        if (!HasMore()) {
+            return Condition::kDown;
+        }
+        const std::string& text = Next();
+        const std::optional<Condition> condition = ConditionOf(text);
+        if (!condition || *condition == Condition::kUp) {
+            throw CommandError("'" + text + "' is neither Down nor Degraded");
+        }
+        return *condition;
+    }
+
+    void CheckCondition() const {
+        for (const Kind& kind : catalogue_.kinds()) {
+            if (kind.list == command_.selection.list && HasCondition(kind)) {
+                return;
+            }
+        }
+        throw CommandError(command_.selection.Name() + " has no status");
+    }
+
+    void CheckFaultName() const {
+        const std::span<const FaultInfo> table = FaultTable();
+        if (info_.verb == Verb::kClear && !command_.text.empty() &&
+            std::none_of(table.begin(), table.end(),
+                         [&](const FaultInfo& each) { return each.name == command_.text; })) {
+            throw CommandError("unknown fault '" + command_.text + "'");
+        }
+    }
+
+    void ReadAdd() {
+        ReadKind();
+        const Kind* kind = command_.selection.kind;
+        if (kind == nullptr) {
+            throw CommandError(command_.selection.Name() + " holds several kinds; name one of them");
+        }
+        while (HasMore()) {
+            ReadAssignment(*kind);
+        }
+    }
+
+    void ReadAssignment(const Kind& kind) {
+        const std::string& word = Next();
+        const size_t equals = word.find('=');
+        if (equals == std::string::npos) {
+            FailUsage("'" + word + "' is not ATTR=VALUE");
+        }
+        const std::string name = word.substr(0, equals);
+        const std::string value = word.substr(equals + 1);
+        const std::optional<size_t> position = kind.FindAttribute(name);
+        if (!position) {
+            throw CommandError(kind.name + " has no attribute '" + name + "'");
+        }
+        if (position == kind.key) {
+            command_.index = ReadUint32(value);
+            if (!command_.index) {
+                throw CommandError("'" + value + "' is no API index");
+            }
+            return;
+        }
+        if (kind.attributes[*position].rule.verb == Rule::Verb::kCount) {
+            throw CommandError(kind.attributes[*position].name + " follows the model and cannot be set");
+        }
+        CheckText(value);
+        command_.values.emplace_back(kind.attributes[*position].name, value);
+    }
+
+    void ReadGet() {
+        ReadKind();
+        if (HasMore()) {
+            ReadIndex();
+        }
+        if (HasMore()) {
+            ReadAttribute();
+        }
+    }
+
+    const Catalogue& catalogue_;
+    const VerbInfo& info_;
+    const std::vector<std::string>& words_;
+    size_t at_ = 1;
+    Command command_;
+};
+
+}  // namespace
+
+std::span<const VerbInfo> VerbTable() {
+    return kVerbs;
+}
+
+Command ParseCommand(const Catalogue& catalogue, const std::vector<std::string>& words) {
+    if (words.empty()) {
+        throw CommandError("no command; `help` prints all");
+    }
+    const VerbInfo* info = std::find_if(std::begin(kVerbs), std::end(kVerbs),
+                                        [&](const VerbInfo& each) { return each.name == words[0]; });
+    if (info == std::end(kVerbs)) {
+        throw CommandError("unknown command '" + words[0] + "'; `help` prints all");
+    }
+    return CommandParser(catalogue, *info, words).Parse();
+}
+
+std::string HelpText() {
+    std::string text;
+    for (const VerbInfo& each : kVerbs) {
+        const std::string usage = std::string(each.name) + (each.usage.empty() ? "" : " ") + std::string(each.usage);
+        text += FormatString("%-38s %s\n", usage.c_str(), std::string(each.help).c_str());
+    }
+    text += "\nFaults strike every exchange, or those `on KIND` (`on Ping` for pings), or the next `for N`:\n";
+    for (const FaultInfo& each : FaultTable()) {
+        const std::string usage = std::string(each.name) + (each.usage.empty() ? "" : " ") + std::string(each.usage);
+        text += FormatString("  %-36s %s\n", usage.c_str(), std::string(each.help).c_str());
+    }
+    return text;
+}
+
+}  // namespace arraysim

@@ -1,0 +1,240 @@
+#include "tools/arraySim/commandRunner.h"
+
+#include "apiMgmt/common/utils/stringUtil.h"
+#include "tools/arraySim/modelFile.h"
+#include "tools/arraySim/objectMaker.h"
+
+namespace arraysim {
+
+namespace {
+
+/** Objects that come and go with another of the same index. */
+struct Companion {
+    const char* kind;
+    const char* companion;
+};
+constexpr Companion kCompanions[] = {
+    {"TsDisk", "TsDiskConfiguration"},
+    {"TsDiskFolder", "TsDiskFolderStorageUsage"},
+};
+
+const char* CompanionOf(const Kind& kind) {
+    for (const Companion& each : kCompanions) {
+        if (kind.name == each.kind) {
+            return each.companion;
+        }
+    }
+    return nullptr;
+}
+
+std::string NameOf(const Selection& selection, uint32_t index) {
+    return selection.Name() + " " + std::to_string(index);
+}
+
+Object& ObjectOf(Model& model, const Command& command) {
+    Object* object = model.Find(command.selection, *command.index);
+    if (object == nullptr) {
+        throw CommandError("there is no " + NameOf(command.selection, *command.index));
+    }
+    return *object;
+}
+
+size_t AttributeOf(const Object& object, const Command& command) {
+    const std::optional<size_t> position = object.kind->FindAttribute(command.attribute);
+    if (!position) {
+        throw CommandError(object.kind->name + " has no attribute '" + command.attribute + "'");
+    }
+    return *position;
+}
+
+/** The value of an attribute that may be changed. */
+std::optional<std::string>& ChangeableValue(Object& object, const Command& command) {
+    const size_t position = AttributeOf(object, command);
+    if (object.kind->key == position) {
+        throw CommandError(command.attribute + " is what the object is known by; the fault no-index leaves it out");
+    }
+    if (object.kind->attributes[position].rule.verb == Rule::Verb::kCount) {
+        throw CommandError(command.attribute + " follows the model and cannot be set");
+    }
+    return object.values[position];
+}
+
+std::string Set(Model& model, const Command& command) {
+    ChangeableValue(ObjectOf(model, command), command) = command.text;
+    model.UpdateCounts();
+    return {};
+}
+
+std::string Unset(Model& model, const Command& command) {
+    ChangeableValue(ObjectOf(model, command), command).reset();
+    model.UpdateCounts();
+    return {};
+}
+
+std::string Add(Model& model, const Command& command) {
+    const Kind& kind = *command.selection.kind;
+    uint32_t index = 1;
+    if (kind.key) {
+        index = command.index ? *command.index : model.NextIndex(*kind.list);
+    }
+    const Selection list{kind.list, nullptr};
+    if (model.Find(list, index) != nullptr) {
+        throw CommandError("there is a " + NameOf(list, index) + " already");
+    }
+    const auto make = [&](const Kind& made, const GivenValues& values) {
+        const Place place = PlaceAtEnd(model, made, index, values);
+        model.Append(MakeObject(made, place, Random::For(model.serial(), made.name, index), values));
+    };
+    make(kind, command.values);
+    const char* companion = CompanionOf(kind);
+    if (companion != nullptr && model.Find(*model.catalogue().Find(companion), index) == nullptr) {
+        make(model.catalogue().KindOf(companion), {});
+    }
+    model.UpdateCounts();
+    return std::to_string(index) + "\n";
+}
+
+std::string Remove(Model& model, const Command& command) {
+    const Kind& kind = *ObjectOf(model, command).kind;
+    model.Remove(command.selection, *command.index);
+    if (const char* companion = CompanionOf(kind)) {
+        model.Remove(*model.catalogue().Find(companion), *command.index);
+    }
+    model.UpdateCounts();
+    return {};
+}
+
+std::string Get(const Model& model, const Command& command) {
+    std::string text;
+    for (const Object& object : model.Objects(*command.selection.list)) {
+        if (command.selection.Matches(*object.kind)) {
+            text += FormatString("%-10u %-9s %s\n", object.index, std::string(object.Text("Status")).c_str(),
+                                 std::string(object.Text("InstanceName")).c_str());
+        }
+    }
+    return text;
+}
+
+std::string GetObject(const Object& object) {
+    std::string text;
+    for (size_t i = 0; i < object.values.size(); ++i) {
+        if (object.values[i]) {
+            text += FormatString("%-36s %s\n", object.kind->attributes[i].name.c_str(), object.values[i]->c_str());
+        }
+    }
+    return text;
+}
+
+const std::optional<std::string>& ValueOf(Model& model, const Command& command) {
+    const Object& object = ObjectOf(model, command);
+    return object.values[AttributeOf(object, command)];
+}
+
+std::string GetValue(Model& model, const Command& command) {
+    const std::optional<std::string>& value = ValueOf(model, command);
+    if (!value) {
+        throw CommandError(NameOf(command.selection, *command.index) + " has no value for " + command.attribute);
+    }
+    return *value + "\n";
+}
+
+std::string Expect(Model& model, const Command& command) {
+    const std::optional<std::string>& value = ValueOf(model, command);
+    if (value != command.text) {
+        throw CommandError(NameOf(command.selection, *command.index) + " " + command.attribute + ": expected '" +
+                           command.text + "', found " + (value ? "'" + *value + "'" : "nothing"));
+    }
+    return {};
+}
+
+std::string List(const Model& model) {
+    std::string text;
+    for (const Kind& kind : model.catalogue().kinds()) {
+        text += FormatString("%-30s %6zu\n", kind.name.c_str(), model.Count({kind.list, &kind}));
+    }
+    return text;
+}
+
+std::string Dump(const Model& model, const std::string& path) {
+    if (path.empty()) {
+        return WriteModel(model);
+    }
+    WriteModelFile(model, path);
+    return {};
+}
+
+std::string Clear(FaultList& faults, const std::string& name) {
+    const size_t cleared = faults.Clear(name);
+    return std::to_string(cleared) + (cleared == 1 ? " fault" : " faults") + " cleared\n";
+}
+
+/** Where every kind of the list has a status, an object has one too. */
+std::string Fail(Model& model, const Command& command) {
+    FailObject(model, ObjectOf(model, command), command.condition);
+    model.UpdateCounts();
+    return {};
+}
+
+std::string Recover(Model& model, const Command& command) {
+    RecoverObject(model, ObjectOf(model, command));
+    return {};
+}
+
+std::string Run(CommandWorld& world, const Command& command) {
+    switch (command.verb) {
+        case Verb::kSet:
+            return Set(world.model, command);
+        case Verb::kUnset:
+            return Unset(world.model, command);
+        case Verb::kFail:
+            return Fail(world.model, command);
+        case Verb::kRecover:
+            return Recover(world.model, command);
+        case Verb::kAdd:
+            return Add(world.model, command);
+        case Verb::kRemove:
+            return Remove(world.model, command);
+        case Verb::kGet:
+            if (!command.index) {
+                return Get(world.model, command);
+            }
+            return command.attribute.empty() ? GetObject(ObjectOf(world.model, command))
+                                             : GetValue(world.model, command);
+        case Verb::kExpect:
+            return Expect(world.model, command);
+        case Verb::kList:
+            return List(world.model);
+        case Verb::kDump:
+            return Dump(world.model, command.text);
+        case Verb::kLoad:
+            world.model = ReadModelFile(world.model.catalogue(), command.text);
+            return {};
+        case Verb::kFault:
+            world.faults.Add(command.fault);
+            return {};
+        case Verb::kFaults:
+            return world.faults.Describe();
+        case Verb::kClear:
+            return Clear(world.faults, command.text);
+        case Verb::kStats:
+            return world.statistics.Describe();
+        case Verb::kHelp:
+            return HelpText();
+        case Verb::kSay:
+        case Verb::kQuit:
+            break;
+    }
+    return {};
+}
+
+}  // namespace
+
+std::string RunCommand(CommandWorld& world, const Command& command) {
+    try {
+        return Run(world, command);
+    } catch (const ModelFileError& error) {
+        throw CommandError(error.what());
+    }
+}
+
+}  // namespace arraysim

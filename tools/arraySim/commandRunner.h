@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+
+#include "tools/arraySim/command.h"
+#include "tools/arraySim/faults.h"
+#include "tools/arraySim/model.h"
+#include "tools/arraySim/statistics.h"
+
+namespace arraysim {
+
+/** What commands act on. */
+struct CommandWorld {
+    Model& model;
+    FaultList& faults;
+    const Statistics& statistics;
+};
+
+/**
+ * Carries out a command and gives the data of its reply. Throws CommandError; then nothing has changed.
+ * `say` and `quit` act outside the world: their caller looks at the verb.
+ */
+std::string RunCommand(CommandWorld& world, const Command& command);
+
+}  // namespace arraysim

@@ -1,0 +1,94 @@
+#pragma once
+
+#include <condition_variable>
+#include <cstdint>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <string_view>
+
+#include "apiMgmt/proto/apiMgrMsg.pb.h"
+#include "tools/arraySim/apiDocument.h"
+#include "tools/arraySim/commandRunner.h"
+#include "tools/arraySim/exchangePlan.h"
+#include "tools/arraySim/model.h"
+#include "tools/arraySim/statistics.h"
+
+namespace arraysim {
+
+/** What an exchange was, for the trace. */
+struct ExchangeRecord {
+    uint32_t sequence = 0;
+    std::string command;  ///< GetList, Get, Modify, Ping, or "other"
+    std::string object;   ///< "-" where there is none, "?" for an unknown one
+    bool lite = false;
+    size_t objects = 0;
+    std::string outcome;  ///< ok or an error code, and the faults that struck
+};
+
+/** An answer and how to send it. */
+struct Exchange {
+    protoIPCMsg::GPBIPCMsg response;
+    Delivery delivery;
+    ExchangeRecord record;
+};
+
+/** The reply to a command. */
+struct Reply {
+    bool good = false;
+    std::string text;  ///< data, or what went wrong
+};
+
+/** Where the effects of commands go that are no part of the model. They are called without any lock. */
+struct SimulatorHooks {
+    std::function<void(bool listening)> listen;  ///< returns when the socket is there or gone
+    std::function<void(const std::string& text)> say;
+    std::function<void()> quit;
+};
+
+/**
+ * The simulated array as a whole: model, faults and counts behind one mutex. It does not know how requests
+ * and commands reach it, so that tests need no socket. All operations may be called from any thread.
+ */
+class Simulator {
+  public:
+    Simulator(Model model, std::string session_key, Spelling spelling);
+
+    /** Must be set before other threads use the simulator. */
+    void SetHooks(SimulatorHooks hooks) { hooks_ = std::move(hooks); }
+
+    const Catalogue& catalogue() const { return catalogue_; }
+
+    /** Answers one message of the API channel. */
+    Exchange Handle(const protoIPCMsg::GPBIPCMsg& request);
+    /** A connection has come; true when it is to be closed at once. */
+    bool TakeRefusal();
+
+    /** Carries out one line of the command language. */
+    Reply Execute(std::string_view line);
+
+    size_t Exchanges(const std::string& command, const std::string& object);
+    /** Blocks until more than `seen` such exchanges have been, or until StopWaiting; false then. */
+    bool WaitForExchange(const std::string& command, const std::string& object, size_t seen);
+    void StopWaiting();
+
+  private:
+    struct Question;
+
+    Question Interpret(const protoIPCMsg::GPBIPCMsg& message) const;
+    ApiAnswer AnswerCommand(const Question& question, const ExchangePlan& plan);
+
+    const Catalogue& catalogue_;
+    const std::string session_key_;
+    const Spelling spelling_;
+    SimulatorHooks hooks_;
+
+    std::mutex mutex_;  ///< guards all below
+    std::condition_variable exchanged_;
+    Model model_;
+    FaultList faults_;
+    Statistics statistics_;
+    bool stop_waiting_ = false;
+};
+
+}  // namespace arraysim
