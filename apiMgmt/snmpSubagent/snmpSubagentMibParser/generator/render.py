@@ -95,10 +95,10 @@ def render_get_fns(mib):
         body = scalar_get_fn(column)
         if body:
             lines.append(f"int get_{column.name}(int32_t var_index, bool) {{ return {body}; }}")
-    for refresh in mib.refreshes:
+    for number, refresh in enumerate(mib.refreshes):
         name = refresh.table.name
         lines.append(f"int get_{name}(int32_t, bool background) {{ "
-                     f"return refresh_table(refresh_operations[{mib.refreshes.index(refresh)}], background); }}")
+                     f"return refresh_table(refresh_operations[{number}], background); }}")
     return "\n".join(lines)
 
 

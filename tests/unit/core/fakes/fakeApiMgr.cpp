@@ -16,7 +16,7 @@ envelope last_request;
 
 namespace {
 
-std::mutex lock;  // guards everything of this file
+std::recursive_mutex lock;  // guards everything of this file; a reaction may come back here
 bool connections_are_refused = false;
 std::function<void(const envelope&, envelope&)> current_meddler;
 

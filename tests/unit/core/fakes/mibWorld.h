@@ -1,0 +1,37 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "apiMgmt/snmpSubagent/snmpSubagentComm/snmpSubagentComm.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
+
+/** An OID from its text; "R" in front stands for the root of the MIB, "OLD" for the old enterprise number. */
+std::vector<oid> oid_of(const std::string& text);
+
+/** The text of an OID, with R and OLD where they fit. */
+std::string text_of(const oid* name, size_t length);
+
+/** The text of the OID of a variable; "-" for index -1. */
+std::string name_of(int32_t var_index);
+
+/** The index of a variable by the text of its OID, whether cached or not. */
+int32_t index_of(const std::string& name);
+
+/** The variable of a table's column by row and parent, both from 1. */
+int32_t var_at(int col_id, int32_t row, int32_t parent = 1);
+
+/** The text in quotes of a string column, the number of another; "-" when it is not cached. */
+std::string value_of(int32_t var_index);
+
+/** A fresh store and comm object, with nothing cached, `verbose` set and the transcript empty. */
+class MibWorld : public testing::Test {
+  protected:
+    MibWorld();
+
+    /** Caches a variable with a value. */
+    static void put(const std::string& name, const std::string& text);
+    static void put(const std::string& name, uint32_t number);
+};

@@ -1,0 +1,121 @@
+#include "tests/unit/core/fakes/snmpPdu.h"
+
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/registration.h"
+#include "tests/unit/core/fakes/mibWorld.h"
+
+snmp_pdu_of_test::snmp_pdu_of_test(int mode) {
+    info_.mode = mode;
+    info_.asp = &session_;
+}
+
+snmp_pdu_of_test::~snmp_pdu_of_test() {
+    snmp_free_varbind(bindings_);
+}
+
+void snmp_pdu_of_test::add(const std::string& name, int type, const void* value, size_t size) {
+    const std::vector<oid> arcs = oid_of(name);
+    snmp_varlist_add_variable(&bindings_, arcs.data(), arcs.size(), static_cast<u_char>(type), value, size);
+}
+
+void snmp_pdu_of_test::add_request(bool inclusive) {
+    netsnmp_request_info& request = requests_.emplace_back();
+    request = {};
+    for (netsnmp_variable_list* each = bindings_; each != nullptr; each = each->next_variable)
+        request.requestvb = each;
+    request.inclusive = inclusive ? 1 : 0;
+    request.agent_req_info = &info_;
+    if (requests_.size() > 1)
+        requests_[requests_.size() - 2].next = &request;
+}
+
+snmp_pdu_of_test& snmp_pdu_of_test::ask(const std::string& name, bool inclusive) {
+    add(name, ASN_NULL, nullptr, 0);
+    add_request(inclusive);
+    return *this;
+}
+
+snmp_pdu_of_test& snmp_pdu_of_test::set(const std::string& name, const std::string& text) {
+    add(name, ASN_OCTET_STR, text.data(), text.size());
+    add_request(false);
+    return *this;
+}
+
+snmp_pdu_of_test& snmp_pdu_of_test::set_number(const std::string& name, long number) {
+    add(name, ASN_INTEGER, &number, sizeof number);
+    add_request(false);
+    return *this;
+}
+
+snmp_pdu_of_test& snmp_pdu_of_test::foreign(const std::string& name) {
+    add(name, ASN_NULL, nullptr, 0);
+    return *this;
+}
+
+int snmp_pdu_of_test::serve(int mode) {
+    info_.mode = mode;
+    return serve_requests(nullptr, nullptr, &info_, &requests_.front());
+}
+
+int snmp_pdu_of_test::call_handler() {
+    return SnmpSubagentMibHandlers::central_oid_handler(nullptr, nullptr, &info_, &requests_.front());
+}
+
+std::string snmp_pdu_of_test::answer(size_t binding) const {
+    const netsnmp_variable_list* found = bindings_;
+    while (binding-- > 0)
+        found = found->next_variable;
+    std::string text = text_of(found->name, found->name_length) + " = ";
+    switch (found->type) {
+        case ASN_NULL:
+            text += "null";
+            break;
+        case ASN_INTEGER:
+            text += "integer " + std::to_string(*found->val.integer);
+            break;
+        case ASN_UNSIGNED:
+            text += "gauge " + std::to_string(static_cast<unsigned long>(*found->val.integer));
+            break;
+        case ASN_OCTET_STR:
+            text += "\"" + std::string(reinterpret_cast<char*>(found->val.string), found->val_len) + "\"";
+            break;
+        case SNMP_NOSUCHINSTANCE:
+            text += "noSuchInstance";
+            break;
+        case SNMP_ENDOFMIBVIEW:
+            text += "endOfMibView";
+            break;
+        default:
+            text += "type " + std::to_string(found->type);
+    }
+    for (const netsnmp_request_info& request : requests_) {
+        if (request.requestvb == found && request.status != 0)
+            text += " !" + std::to_string(request.status);
+    }
+    return text;
+}
+
+std::string snmp_pdu_of_test::answers() const {
+    std::string text;
+    size_t binding = 0;
+    for (const netsnmp_variable_list* each = bindings_; each != nullptr; each = each->next_variable)
+        text += answer(binding++) + "\n";
+    return text;
+}
+
+namespace {
+
+std::string answer_to(int mode, const std::string& name) {
+    snmp_pdu_of_test pdu(mode);
+    const int result = pdu.ask(name).serve();
+    return pdu.answer(0) + (result != 0 ? " result " + std::to_string(result) : "");
+}
+
+}  // namespace
+
+std::string get(const std::string& name) {
+    return answer_to(MODE_GET, name);
+}
+
+std::string get_next(const std::string& name) {
+    return answer_to(MODE_GETNEXT, name);
+}

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <deque>
+#include <string>
+#include <vector>
+
+#include "apiMgmt/snmpSubagent/snmpSubagentUtil/netSnmpHeaders.h"
+
+/** One PDU as the agent library hands it over: bindings in one chain, requests for those of a registration. */
+class snmp_pdu_of_test {
+  public:
+    explicit snmp_pdu_of_test(int mode);
+    ~snmp_pdu_of_test();
+    snmp_pdu_of_test(const snmp_pdu_of_test&) = delete;
+    snmp_pdu_of_test& operator=(const snmp_pdu_of_test&) = delete;
+
+    /** Adds a binding with its request. Names as oid_of takes them. */
+    snmp_pdu_of_test& ask(const std::string& name, bool inclusive = false);
+    snmp_pdu_of_test& set(const std::string& name, const std::string& text);
+    snmp_pdu_of_test& set_number(const std::string& name, long number);
+
+    /** Adds a binding of another registration: it stands in the chain and has no request. */
+    snmp_pdu_of_test& foreign(const std::string& name);
+
+    /** What Net-SNMP calls, with all requests. The mode may change from phase to phase. */
+    int serve(int mode);
+    int serve() { return serve(info_.mode); }
+
+    /** The handler behind it, with the first request and the chain as it stands. */
+    int call_handler();
+
+    /** A binding: "NAME = VALUE", and " !STATUS" when the request has an error. */
+    std::string answer(size_t binding) const;
+
+    /** All bindings, a line each. */
+    std::string answers() const;
+
+  private:
+    void add(const std::string& name, int type, const void* value, size_t size);
+    void add_request(bool inclusive);
+
+    netsnmp_agent_session session_{};
+    netsnmp_agent_request_info info_{};
+    netsnmp_variable_list* bindings_ = nullptr;
+    std::deque<netsnmp_request_info> requests_;
+};
+
+/** The answer to a single GET, GETNEXT of one name. */
+std::string get(const std::string& name);
+std::string get_next(const std::string& name);
