@@ -106,48 +106,54 @@ ApiAnswer Simulator::AnswerCommand(const Question& question, const ExchangePlan&
 
 Exchange Simulator::Handle(const GPBIPCMsg& request) {
     const Question question = Interpret(request);
-    Exchange exchange;
-    GPBIPCMsg& response = exchange.response;
-    std::string outcome = "ok";
+    const bool is_command = question.sort == Question::Sort::kCommand;
 
     std::unique_lock<std::mutex> lock(mutex_);
-    const std::string topic = question.sort == Question::Sort::kPing ? std::string(kPingTopic) : question.object;
-    const ExchangePlan plan = PlanFor(faults_.TakeFor(topic));
-    ApiAnswer answer;
-    if (question.sort == Question::Sort::kCommand) {
-        answer = AnswerCommand(question, plan);
-        outcome = answer.successful ? "ok" : answer.error_code;
-    }
+    const ExchangePlan plan = PlanFor(faults_.TakeFor(is_command ? question.object : question.command));
+    const ApiAnswer answer = is_command ? AnswerCommand(question, plan) : ApiAnswer();
     statistics_.CountExchange(question.command, question.object, answer.successful, !plan.faults.empty());
     exchanged_.notify_all();
     lock.unlock();
 
-    response.set_sequencenum(request.sequencenum());
-    switch (question.sort) {
-        case Question::Sort::kPing:
-            response.set_msgtype(protoIPCMsg::APIResp);
-            response.mutable_apirespmsg()->set_cmdtype(protoIPCMsg::Ping);
-            response.mutable_apirespmsg()->mutable_ping()->set_pingdata(!plan.envelope.ping_false);
-            break;
-        case Question::Sort::kCommand:
-            response.set_msgtype(protoIPCMsg::APIResp);
-            response.mutable_apirespmsg()->set_cmdtype(protoIPCMsg::Command);
-            response.mutable_apirespmsg()->mutable_cmd()->set_respdata(WriteDocument(answer, plan.document));
-            break;
-        case Question::Sort::kOther:
-            response.set_msgtype(protoIPCMsg::EMPTY_RESP);
-            outcome = "not a request";
-            break;
-    }
-    BendEnvelope(plan.envelope, response);
+    Exchange exchange;
+    exchange.response = WriteResponse(question, answer, plan);
+    exchange.response.set_sequencenum(request.sequencenum());
+    BendEnvelope(plan.envelope, exchange.response);
     exchange.delivery = plan.delivery;
+    exchange.record = RecordOf(question, answer, plan);
     exchange.record.sequence = request.sequencenum();
-    exchange.record.command = question.command;
-    exchange.record.object = question.object;
-    exchange.record.lite = question.request.IsLite();
-    exchange.record.objects = answer.objects;
-    exchange.record.outcome = plan.faults.empty() ? outcome : outcome + " fault:" + plan.faults;
     return exchange;
+}
+
+GPBIPCMsg Simulator::WriteResponse(const Question& question, const ApiAnswer& answer,
+                                   const ExchangePlan& plan) {
+    GPBIPCMsg response;
+    if (question.sort == Question::Sort::kOther) {
+        response.set_msgtype(protoIPCMsg::EMPTY_RESP);
+        return response;
+    }
+    response.set_msgtype(protoIPCMsg::APIResp);
+    protoIPCMsg::APIRespMsg& message = *response.mutable_apirespmsg();
+    if (question.sort == Question::Sort::kPing) {
+        message.set_cmdtype(protoIPCMsg::Ping);
+        message.mutable_ping()->set_pingdata(!plan.envelope.ping_false);
+    } else {
+        message.set_cmdtype(protoIPCMsg::Command);
+        message.mutable_cmd()->set_respdata(WriteDocument(answer, plan.document));
+    }
+    return response;
+}
+
+ExchangeRecord Simulator::RecordOf(const Question& question, const ApiAnswer& answer,
+                                   const ExchangePlan& plan) {
+    ExchangeRecord record;
+    record.command = question.command;
+    record.object = question.object;
+    record.lite = question.request.IsLite();
+    record.objects = answer.objects;
+    record.outcome = answer.successful ? "ok" : answer.error_code;
+    record.outcome += plan.faults.empty() ? "" : " fault:" + plan.faults;
+    return record;
 }
 
 bool Simulator::TakeRefusal() {
@@ -157,21 +163,24 @@ bool Simulator::TakeRefusal() {
     return refused;
 }
 
+bool Simulator::Listening() {
+    const std::lock_guard<std::mutex> guard(mutex_);
+    return faults_.Listening();
+}
+
 Reply Simulator::Execute(std::string_view line) {
     Command command;
     std::string data;
-    bool listening = true;
     try {
         command = ParseCommand(catalogue_, SplitWords(line));
         const std::lock_guard<std::mutex> guard(mutex_);
         CommandWorld world{model_, faults_, statistics_};
         data = RunCommand(world, command);
-        listening = faults_.Listening();
     } catch (const CommandError& error) {
         return {false, error.what()};
     }
     if ((command.verb == Verb::kFault || command.verb == Verb::kClear) && hooks_.listen) {
-        hooks_.listen(listening);
+        hooks_.listen();
     }
     if (command.verb == Verb::kSay && hooks_.say) {
         hooks_.say(command.text);

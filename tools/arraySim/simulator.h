@@ -41,7 +41,7 @@ struct Reply {
 
 /** Where the effects of commands go that are no part of the model. They are called without any lock. */
 struct SimulatorHooks {
-    std::function<void(bool listening)> listen;  ///< returns when the socket is there or gone
+    std::function<void()> listen;  ///< Listening() may have changed; returns when the socket follows
     std::function<void(const std::string& text)> say;
     std::function<void()> quit;
 };
@@ -64,6 +64,9 @@ class Simulator {
     /** A connection has come; true when it is to be closed at once. */
     bool TakeRefusal();
 
+    /** Whether the socket is to be there. */
+    bool Listening();
+
     /** Carries out one line of the command language. */
     Reply Execute(std::string_view line);
 
@@ -77,6 +80,9 @@ class Simulator {
 
     Question Interpret(const protoIPCMsg::GPBIPCMsg& message) const;
     ApiAnswer AnswerCommand(const Question& question, const ExchangePlan& plan);
+    static protoIPCMsg::GPBIPCMsg WriteResponse(const Question& question, const ApiAnswer& answer,
+                                                const ExchangePlan& plan);
+    static ExchangeRecord RecordOf(const Question& question, const ApiAnswer& answer, const ExchangePlan& plan);
 
     const Catalogue& catalogue_;
     const std::string session_key_;

@@ -39,17 +39,25 @@ class changed_mode {
     int mode_;
 };
 
+bool lies_in(const netsnmp_handler_registration* reginfo, const netsnmp_variable_list* binding) {
+    return binding->name_length >= reginfo->rootoid_len &&
+           snmp_oidtree_compare(reginfo->rootoid, reginfo->rootoid_len, binding->name,
+                                binding->name_length) == 0;
+}
+
 // Net-SNMP asks "from here on" where a walk enters a registration at its very first name. The instance with
-// that name is then the answer, and not the one behind it.
-bool asks_for_itself(const netsnmp_agent_request_info* info, const netsnmp_request_info* request) {
-    return info->mode == MODE_GETNEXT && request->inclusive != 0 &&
+// that name is then the answer, and not the one behind it. A walk that has left another registration keeps
+// the name of its last instance there; that one was given already.
+bool asks_for_itself(const netsnmp_handler_registration* reginfo, const netsnmp_agent_request_info* info,
+                     const netsnmp_request_info* request) {
+    return info->mode == MODE_GETNEXT && request->inclusive != 0 && lies_in(reginfo, request->requestvb) &&
            get_index_of_oid(request->requestvb->name, request->requestvb->name_length) >= 0;
 }
 
 int serve_request(netsnmp_mib_handler* handler, netsnmp_handler_registration* reginfo,
                   netsnmp_agent_request_info* info, netsnmp_request_info* request) {
     const cut_out_binding alone(request->requestvb);
-    const changed_mode mode(info, asks_for_itself(info, request) ? MODE_GET : info->mode);
+    const changed_mode mode(info, asks_for_itself(reginfo, info, request) ? MODE_GET : info->mode);
     return SnmpSubagentMibHandlers::central_oid_handler(handler, reginfo, info, request);
 }
 

@@ -166,9 +166,12 @@ TEST_F(MibWorld, EdgesOfAGet) {
         {"R.13.1.1.1", "found greater-than so search has failed$"},
         {"R.16.1.3.1", "found exact match with base-oid, but oid too long$"},
         {"R.16.1.3.1.1.1", "found exact match with base-oid, but oid too long$"},
-        {"R.16.1.3.0.1", "found exact match with base-oid, but one or more seq nums is bad: parent seq: 0, row seq: 1$"},
-        {"R.16.1.3.1.7", "found exact match with base-oid, but one or more seq nums is bad: parent seq: 1, row seq: 7$"},
-        {"R.16.1.3.3.1", "found exact match with base-oid, but one or more seq nums is bad: parent seq: 3, row seq: 1$"},
+        {"R.16.1.3.0.1",
+         "found exact match with base-oid, but one or more seq nums is bad: parent seq: 0, row seq: 1$"},
+        {"R.16.1.3.1.7",
+         "found exact match with base-oid, but one or more seq nums is bad: parent seq: 1, row seq: 7$"},
+        {"R.16.1.3.3.1",
+         "found exact match with base-oid, but one or more seq nums is bad: parent seq: 3, row seq: 1$"},
         {"R.16.1.3.1.1", "found exact match with base-oid, but var not cached$"},
         {"R.46.1.12.1.1", "could not find index for oid: 1.3.6.1.4.1.913.11000.2000.500.1.2.46.1.12.1.1.$"},
     };
@@ -203,8 +206,8 @@ TEST_F(MibWorld, EdgesOfAGetNext) {
         {"R.13.1.1", "R.13.1.2.1"},
         {"R.13.1.2", "R.13.1.2.1"},
         {"R.13.1.2.0", "R.13.1.2.1"},
-        {"R.13.1.2.1", "R.13.1.3.1"},     // row 2 is not cached
-        {"R.13.1.2.2.5", "R.13.1.3.1"},   // what follows the row is ignored
+        {"R.13.1.2.1", "R.13.1.3.1"},       // row 2 is not cached
+        {"R.13.1.2.2.5", "R.13.1.3.1"},     // what follows the row is ignored
         {"R.13.1.2.2000", "R.16.1.3.1.1"},  // lands in a later column
         {"R.16.1.3", "R.16.1.3.1.1"},
         {"R.16.1.3.0", "R.16.1.3.1.6"},  // begins at the last row of parent 1

@@ -21,18 +21,30 @@ int exec_error = 0;
 
 }  // namespace fake_agent
 
-void agent_log_to_stderr() { transcript::add("agent log_to_stderr"); }
-void agent_init_trap_session() { transcript::add("agent init_trap_session"); }
-void agent_become_subagent() { transcript::add("agent become_subagent"); }
-void agent_init_snmp() { transcript::add("agent init_snmp"); }
-void agent_shutdown() { transcript::add("agent shutdown"); }
+void agent_log_to_stderr() {
+    transcript::add("agent log_to_stderr");
+}
+void agent_init_trap_session() {
+    transcript::add("agent init_trap_session");
+}
+void agent_become_subagent() {
+    transcript::add("agent become_subagent");
+}
+void agent_init_snmp() {
+    transcript::add("agent init_snmp");
+}
+void agent_shutdown() {
+    transcript::add("agent shutdown");
+}
 
 int agent_init() {
     transcript::add("agent init");
     return fake_agent::init_result;
 }
 
-bool agent_has_main_session() { return fake_agent::has_main_session; }
+bool agent_has_main_session() {
+    return fake_agent::has_main_session;
+}
 
 int agent_send_ping() {
     transcript::add("agent ping");
@@ -64,7 +76,9 @@ int run_command(const std::string& command) {
     return 0;
 }
 
-std::string shell_word(const std::string& text) { return "[" + text + "]"; }
+std::string shell_word(const std::string& text) {
+    return "[" + text + "]";
+}
 
 StartFailure StartDetachedProgram(const char* path, char* const argv[]) {
     std::string line = std::string("start ") + path;
@@ -80,6 +94,8 @@ StartFailure StartDetachedProgram(const char* path, char* const argv[]) {
     return {};
 }
 
-int GreatestProcessNumber() { return 99999; }
+int GreatestProcessNumber() {
+    return 99999;
+}
 const char* const kKillallOutput = " 2>&1";
 void NameThisThread(const char*) {}

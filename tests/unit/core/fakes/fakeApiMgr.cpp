@@ -39,7 +39,7 @@ void answer_command(const std::string& document, envelope& response) {
     const auto found = documents.find(name);
     response.mutable_apirespmsg()->set_cmdtype(protoIPCMsg::Command);
     response.mutable_apirespmsg()->mutable_cmd()->set_respdata(found != documents.end() ? found->second
-                                                                                       : list_answer(""));
+                                                                                        : list_answer(""));
     last_document = document;
     transcript::add("api " + name);
 }
@@ -97,16 +97,22 @@ WireLinkEndpoint WireLinkEndpoint::CreateLocalEndpoint(const std::string& path, 
     return WireLinkEndpoint(path, timeout_s, size_bytes);
 }
 
-std::string WireLinkEndpoint::GetAccessKey() { return "KEY"; }
+std::string WireLinkEndpoint::GetAccessKey() {
+    return "KEY";
+}
 
 WireLinkSocket::WireLinkSocket(const WireLinkEndpoint& endpoint, int descriptor)
     : endpoint_(endpoint), descriptor_(descriptor) {}
 
 WireLinkSocket::~WireLinkSocket() = default;
 
-size_t WireLinkSocket::RecvGPBMsg(google::protobuf::Message&) { throw WireLinkError("not in this test"); }
+size_t WireLinkSocket::RecvGPBMsg(google::protobuf::Message&) {
+    throw WireLinkError("not in this test");
+}
 
-void WireLinkSocket::SendGPBMsg(const google::protobuf::Message&) { throw WireLinkError("not in this test"); }
+void WireLinkSocket::SendGPBMsg(const google::protobuf::Message&) {
+    throw WireLinkError("not in this test");
+}
 
 WireLinkClient::WireLinkClient(const WireLinkEndpoint& endpoint) : WireLinkSocket(endpoint, -1) {
     const std::lock_guard guard(fake_api_mgr::lock);

@@ -15,9 +15,15 @@ std::atomic<bool> sleeps_are_written{false};
 
 namespace fake_clock {
 
-void set(int64_t now_us) { now_of_test_us = now_us; }
-void advance(int64_t duration_us) { now_of_test_us += duration_us; }
-void write_sleeps(bool write) { sleeps_are_written = write; }
+void set(int64_t now_us) {
+    now_of_test_us = now_us;
+}
+void advance(int64_t duration_us) {
+    now_of_test_us += duration_us;
+}
+void write_sleeps(bool write) {
+    sleeps_are_written = write;
+}
 
 }  // namespace fake_clock
 
@@ -26,8 +32,12 @@ timeval ClockNow() {
     return {.tv_sec = now_us / 1'000'000, .tv_usec = now_us % 1'000'000};
 }
 
-int64_t ClockNowUs() { return now_of_test_us; }
-int64_t ClockNowMs() { return now_of_test_us / 1000; }
+int64_t ClockNowUs() {
+    return now_of_test_us;
+}
+int64_t ClockNowMs() {
+    return now_of_test_us / 1000;
+}
 
 void ClockSleepMicroseconds(int64_t duration_us) {
     now_of_test_us += duration_us;

@@ -20,7 +20,15 @@ void subagent_log(int level, const char*, const char*, int, const char* format, 
     transcript::add("log " + std::to_string(level) + " " + text);
 }
 
-void redirect_stdout_to_log() { transcript::add("redirect_stdout_to_log"); }
-void reopen_redirected_log() { transcript::add("reopen_redirected_log"); }
-void close_redirected_log() { transcript::add("close_redirected_log"); }
-void truncate_subagent_log() { transcript::add("truncate_subagent_log"); }
+void redirect_stdout_to_log() {
+    transcript::add("redirect_stdout_to_log");
+}
+void reopen_redirected_log() {
+    transcript::add("reopen_redirected_log");
+}
+void close_redirected_log() {
+    transcript::add("close_redirected_log");
+}
+void truncate_subagent_log() {
+    transcript::add("truncate_subagent_log");
+}

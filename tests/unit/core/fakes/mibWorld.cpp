@@ -71,6 +71,7 @@ std::string value_of(int32_t var_index) {
 }
 
 MibWorld::MibWorld() {
+    delete snmpSubagentComm;
     snmpSubagentComm = new SnmpSubagentComm;
     verbose = true;
     EXPECT_EQ(init_all_oids(), 0);

@@ -6,7 +6,8 @@
 
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/netSnmpHeaders.h"
 
-/** One PDU as the agent library hands it over: bindings in one chain, requests for those of a registration. */
+/** One PDU as the agent library hands it over: bindings in one chain, requests for those of a registration.
+ */
 class snmp_pdu_of_test {
   public:
     explicit snmp_pdu_of_test(int mode);
