@@ -2,7 +2,7 @@
 
 import unittest
 
-from harness import manager, mib, mibModule, story, waiting
+from harness import manager, mib, story, waiting
 
 EVERYTHING_PRIVATE = "1.3.6.1.4.1"
 WALKERS = 12
@@ -49,18 +49,16 @@ class ReadingManagers(story.SharedStory):
         return [self.as_form(form, oid) for oid in self.order if oid.startswith(root)]
 
     def test_snmptable_shows_a_table_with_names(self):
-        options = mibModule.write(manager.HOME)
-        answer = self.manager.ask("snmptable", *options, "-Cf", "|", "-Ci", "127.0.0.1",
-                                  f"{mibModule.NAME}::tsCtlrTable")
-        self.assertEqual(answer.status, 0, answer)
-        lines = [line for line in answer.output.splitlines() if "|" in line]
-        head = lines[0].split("|")
-        self.assertEqual(head[1:], [column.name for column in mib.TABLES["tsCtlr"].columns])
-        rows = {cells[0]: dict(zip(head, cells)) for cells in (line.split("|") for line in lines[1:])}
-        self.assertEqual(sorted(rows), ["1", "2"])
-        self.assertEqual(int(rows["2"]["tsCtlrStatus"]), self.store[mib.oid("tsCtlrStatus", 2)].value)
-        self.assertEqual(bytes.fromhex(rows["2"]["tsCtlrName"].strip('"')),
-                         self.store[mib.oid("tsCtlrName", 2)].value)
+        rows = self.manager.table("tsCtlr")
+        self.assertEqual([row["index"] for row in rows], ["1", "2"])
+        for column in mib.TABLES["tsCtlr"].columns:
+            for number, row in enumerate(rows, 1):
+                binding = self.store[mib.oid(column.name, number)]
+                text = row[column.name.removeprefix("tsCtlr")]
+                if binding.type == "STRING":
+                    self.assertEqual(bytes.fromhex(text.strip('"')), binding.value, column.name)
+                else:
+                    self.assertEqual(int(text), binding.value, column.name)
 
     def test_one_request_over_several_registrations(self):
         oids = [mib.scalar("sysContact"), mib.scalar("productName"), "1.3.6.1.2.1.1.3.0", mib.oid("tsDiskName", 3),
@@ -119,7 +117,8 @@ class ReadingManagers(story.SharedStory):
         self.assertEqual([b.value is None for b in answer.bindings],
                          [True, False, True, True, False, True, True, False])
         refused = self.version1.get(*oids)
-        self.assertEqual((refused.error, refused.failed_oid), ("noSuchName", oids[0]))
+        self.assertEqual(refused.error, "noSuchName")
+        self.assertIn(refused.failed_oid, [b.oid for b in answer.bindings if b.value is None])
 
     def test_two_walks_of_everything_private_in_a_row(self):
         for number in (1, 2):
@@ -192,7 +191,7 @@ class ReadingManagers(story.SharedStory):
                            (mib.ROOT + ".13", mib.oid("tsCtlrNbr", 1)),
                            (mib.oid("tsCtlrNbr", 0), mib.oid("tsCtlrNbr", 1)),
                            (mib.oid("tsCtlrNbr", 2, 5), mib.oid("tsCtlrStatus", 1)),
-                           (mib.oid("tsCtlrNbr", 4294967295), None),
+                           (mib.oid("tsCtlrNbr", 2147483648), None), (mib.oid("tsCtlrNbr", 4294967295), None),
                            (mib.oid("tsCtlrFanStatus"), first_fan),
                            (mib.oid("tsCtlrFanStatus", 1), second_parent),
                            (mib.oid("tsCtlrFanStatus", 1, 1, 7), None)):

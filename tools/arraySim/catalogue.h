@@ -35,7 +35,7 @@ struct Rule {
     int64_t low = 0;
     int64_t high = 0;
     std::string text;                  ///< template, attribute of `same`, list of `count`
-    std::vector<std::string> choices;  ///< of `pick`; attribute and value of `count`
+    std::vector<std::string> choices;  ///< of `pick`; attributes and values of `count`
 };
 
 struct Attribute {

@@ -64,19 +64,19 @@ bool ReadBool(const std::string& text, Rule& rule) {
     return text.starts_with("1/") && ReadNumber(std::string_view(text).substr(2), rule.low) && rule.low > 1;
 }
 
-/** LIST or LIST ATTR=VALUE. */
+/** LIST [ATTR=VALUE...]; the choices become attributes and values in turn. */
 bool ReadCount(const std::string& text, Rule& rule) {
-    const size_t blank = text.find(' ');
-    rule.text = text.substr(0, blank);
-    if (blank == std::string::npos) {
-        return !rule.text.empty();
+    std::istringstream words(text);
+    words >> rule.text;
+    for (std::string condition; words >> condition;) {
+        const size_t equals = condition.find('=');
+        if (equals == std::string::npos) {
+            return false;
+        }
+        rule.choices.push_back(condition.substr(0, equals));
+        rule.choices.push_back(condition.substr(equals + 1));
     }
-    const size_t equals = text.find('=', blank);
-    if (equals == std::string::npos) {
-        return false;
-    }
-    rule.choices = {text.substr(blank + 1, equals - blank - 1), text.substr(equals + 1)};
-    return true;
+    return !rule.text.empty();
 }
 
 /** Attributes that name an object or its parent are never left out of a reduced object. */

@@ -80,7 +80,12 @@ size_t Model::CountFor(const Rule& rule) const {
     }
     const std::vector<Object>& objects = Objects(*counted.list);
     return static_cast<size_t>(std::count_if(objects.begin(), objects.end(), [&](const Object& object) {
-        return object.Text(rule.choices[0]) == rule.choices[1];
+        for (size_t i = 0; i + 1 < rule.choices.size(); i += 2) {
+            if (object.Text(rule.choices[i]) == rule.choices[i + 1]) {
+                return true;
+            }
+        }
+        return false;
     }));
 }
 

@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr size_t kLongestLine = 64 * 1024;
+constexpr size_t kLongestLine = 65'536;
 
 /** Whether only this user can have written the key, and only this user can read it. */
 bool IsPrivateFile(int descriptor) {

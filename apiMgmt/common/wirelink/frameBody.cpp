@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr size_t kGreatestPiece = 256 * 1024;  // what the parser has read is given back in such steps
+constexpr size_t kGreatestPiece = 262'144;  // what the parser has read is given back in such steps
 
 }  // namespace
 

@@ -105,8 +105,8 @@ class WireLinkServer {
     WireLinkServer(const WireLinkServer&) = delete;
     WireLinkServer& operator=(const WireLinkServer&) = delete;
 
-    /** Blocks, without a time limit, until a peer connects; returns its descriptor, owned by the caller. The
-       arguments are those of accept4(2). Throws on failure. */
+    /** Blocks, without a time limit, until a peer connects; returns its descriptor, owned by the caller.
+        The arguments are those of accept4(2). Throws on failure. */
     int Accept(sockaddr* address, unsigned* address_length, int flags);
 
     int descriptor() const { return descriptor_; }

@@ -12,7 +12,7 @@ namespace {
 /** Local connects wait for one thing only, a full backlog, and poll does not tell when it has room again.
     The limit for sending counts for connect as well. */
 void LimitConnect(const WireLinkEndpoint& endpoint, int descriptor, int remaining_ms) {
-    const timeval limit{.tv_sec = remaining_ms / 1000, .tv_usec = remaining_ms % 1000 * 1000};
+    const timeval limit{.tv_sec = remaining_ms / 1000, .tv_usec = remaining_ms % 1000 * 1000L};
     if (setsockopt(descriptor, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit) != 0)
         ThrowWireLinkError(endpoint, "cannot set the time limit", errno);
 }

@@ -12,7 +12,7 @@ namespace {
 constexpr size_t kGreatestText = size_t{1} << 30;  // offsets stay in 32 bits even when UTF-8 trebles it
 constexpr size_t kGreatestElements = 4'000'000;
 constexpr size_t kGreatestTags = 65'536;
-constexpr size_t kChunk = 64 * 1024;
+constexpr size_t kChunk = 65'536;
 
 /** How much of the text goes to expat next. Cut behind a '>' where there is one: what expat has not
     used up of a chunk it copies together with the next. */

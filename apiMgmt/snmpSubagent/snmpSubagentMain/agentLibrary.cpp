@@ -1,5 +1,6 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/agentLibrary.h"
 
+#include "apiMgmt/common/platform/clock.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/netSnmpHeaders.h"
 
@@ -45,6 +46,18 @@ int agent_send_ping() {
 
 int agent_check() {
     return agent_check_and_process(0);
+}
+
+void agent_wait(long timeout_us) {
+    fd_set descriptors;
+    FD_ZERO(&descriptors);
+    int count = 0;
+    int block = 0;
+    timeval timeout{.tv_sec = 0, .tv_usec = timeout_us};
+    snmp_select_info(&count, &descriptors, &timeout, &block);
+    // A descriptor that is just going away must not turn the wait into a spin.
+    if (select(count, &descriptors, nullptr, nullptr, &timeout) < 0)
+        ClockSleepMicroseconds(timeout_us);
 }
 
 void agent_shutdown() {

@@ -32,6 +32,9 @@ int agent_send_ping();
 /** Handles what has arrived, without waiting. Above 0 when something was handled. */
 int agent_check();
 
+/** Waits until something has arrived, at most so long. */
+void agent_wait(long timeout_us);
+
 /** Ends the library and the session record of the notifications. */
 void agent_shutdown();
 

@@ -79,6 +79,10 @@ int32_t index_of_scalar(const column_record& column, const oid* name, size_t nam
 
 constexpr int64_t kNoCandidate = -1;
 
+// A sub-identifier as a number wide enough for sums. The agent library reads those of 2147483648 and more
+// from AgentX with a sign that they do not have.
+int64_t number_of(oid sub_identifier) { return static_cast<int64_t>(sub_identifier & 0xFFFFFFFF); }
+
 int64_t first_of_column_after(int col_id) {
     return col_id + 1 < NUMBER_OF_COLUMNS ? cols[col_id + 1].first_var : kNoCandidate;
 }
@@ -88,14 +92,14 @@ int64_t first_of_column_after(int col_id) {
 int64_t candidate_with_parent(int col_id, const oid* rest, size_t rest_length) {
     const column_record& column = cols[col_id];
     const int64_t rows = column.maxNumOfRows;
-    const auto parent = static_cast<int64_t>(rest[0]);
+    const int64_t parent = number_of(rest[0]);
     if (rest_length > 2)
         return kNoCandidate;
     if (rest_length == 1)
         return parent == 0 ? column.first_var + rows - 1 : first_of_column_after(col_id);
     if (parent == 0)  // the formula would reach back before the column
         return column.first_var;
-    return column.first_var + (parent - 1) * rows + static_cast<int64_t>(rest[1]);
+    return column.first_var + (parent - 1) * rows + number_of(rest[1]);
 }
 
 // Where to look for the next instance; may lie in a later column or beyond the store.
@@ -117,7 +121,7 @@ int64_t next_candidate(const oid* name, size_t name_length) {
         return column.first_var + 1;
     const oid* rest = name + column.oid_len;
     if (!column.has_parent())
-        return column.first_var + static_cast<int64_t>(rest[0]);
+        return column.first_var + number_of(rest[0]);
     return candidate_with_parent(col_id, rest, name_length - column.oid_len);
 }
 

@@ -7,12 +7,10 @@ from .mib import MIB
 NAME = "ARRAY-TABLES-MIB"
 SYNTAX = {"string": "OCTET STRING", "integer": "Integer32", "enumeration": "Integer32", "unsigned": "Unsigned32"}
 
+# It imports nothing: Debian does not have the standard modules.
 HEAD = """\
 {name} DEFINITIONS ::= BEGIN
-IMPORTS MODULE-IDENTITY, OBJECT-TYPE, Integer32, Unsigned32, enterprises FROM SNMPv2-SMI;
-arrayTables MODULE-IDENTITY
-    LAST-UPDATED "202001010000Z" ORGANIZATION "x" CONTACT-INFO "x" DESCRIPTION "x"
-    ::= {{ enterprises {arcs} }}
+arrayTables OBJECT IDENTIFIER ::= {{ {arcs} }}
 """
 
 OBJECT = """\
@@ -48,8 +46,8 @@ def write(folder):
     """Writes the module and returns the tools' options that make them read it."""
     root = MIB.tables[0].oid[:-1]
     with open(os.path.join(folder, NAME + ".txt"), "w", encoding="utf-8") as file:
-        file.write(HEAD.format(name=NAME, arcs=" ".join(map(str, root[6:]))))
+        file.write(HEAD.format(name=NAME, arcs="iso " + " ".join(map(str, root[1:]))))
         for table in MIB.tables:
             file.writelines(text_of_table(table))
         file.write("END\n")
-    return ["-M", f"+{folder}", "-m", f"+{NAME}"]
+    return ["-M", folder, "-m", NAME]

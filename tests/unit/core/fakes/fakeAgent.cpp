@@ -6,6 +6,7 @@
 #include "apiMgmt/common/platform/process.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/agentLibrary.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/shellCommand.h"
+#include "tests/unit/core/fakes/fakeClock.h"
 #include "tests/unit/core/fakes/transcript.h"
 
 namespace fake_agent {
@@ -54,6 +55,10 @@ int agent_send_ping() {
 int agent_check() {
     transcript::add("agent check");
     return fake_agent::on_check ? fake_agent::on_check() : 0;
+}
+
+void agent_wait(long timeout_us) {
+    fake_clock::pass("wait", timeout_us);
 }
 
 void agent_oid_text(int col_id, char* text, unsigned long size) {

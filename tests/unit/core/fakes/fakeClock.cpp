@@ -25,6 +25,12 @@ void write_sleeps(bool write) {
     sleeps_are_written = write;
 }
 
+void pass(const char* kind, int64_t duration_us) {
+    now_of_test_us += duration_us;
+    if (sleeps_are_written)
+        transcript::add(std::string(kind) + " " + std::to_string(duration_us) + " us");
+}
+
 }  // namespace fake_clock
 
 timeval ClockNow() {
@@ -40,7 +46,5 @@ int64_t ClockNowMs() {
 }
 
 void ClockSleepMicroseconds(int64_t duration_us) {
-    now_of_test_us += duration_us;
-    if (sleeps_are_written)
-        transcript::add("sleep " + std::to_string(duration_us) + " us");
+    fake_clock::pass("sleep", duration_us);
 }

@@ -11,6 +11,9 @@ inline constexpr int64_t kStart_us = 1'700'000'000'250'000;
 void set(int64_t now_us);
 void advance(int64_t duration_us);
 
+/** What a sleep does: moves the clock, and may become a line. */
+void pass(const char* kind, int64_t duration_us);
+
 /** Sleeps become lines "sleep N us" of the transcript. Off when a test begins. */
 void write_sleeps(bool write);
 

@@ -73,6 +73,7 @@ std::string value_of(int32_t var_index) {
 MibWorld::MibWorld() {
     delete snmpSubagentComm;
     snmpSubagentComm = new SnmpSubagentComm;
+    build_api_request_prefix("KEY");
     verbose = true;
     EXPECT_EQ(init_all_oids(), 0);
     transcript::take();

@@ -6,6 +6,7 @@
 snmp_pdu_of_test::snmp_pdu_of_test(int mode) {
     info_.mode = mode;
     info_.asp = &session_;
+    registered_at("1.3.6.1.4.1.913");
 }
 
 snmp_pdu_of_test::~snmp_pdu_of_test() {
@@ -46,6 +47,13 @@ snmp_pdu_of_test& snmp_pdu_of_test::set_number(const std::string& name, long num
     return *this;
 }
 
+snmp_pdu_of_test& snmp_pdu_of_test::registered_at(const std::string& name) {
+    root_ = oid_of(name);
+    registration_.rootoid = root_.data();
+    registration_.rootoid_len = root_.size();
+    return *this;
+}
+
 snmp_pdu_of_test& snmp_pdu_of_test::foreign(const std::string& name) {
     add(name, ASN_NULL, nullptr, 0);
     return *this;
@@ -53,11 +61,11 @@ snmp_pdu_of_test& snmp_pdu_of_test::foreign(const std::string& name) {
 
 int snmp_pdu_of_test::serve(int mode) {
     info_.mode = mode;
-    return serve_requests(nullptr, nullptr, &info_, &requests_.front());
+    return serve_requests(nullptr, &registration_, &info_, &requests_.front());
 }
 
 int snmp_pdu_of_test::call_handler() {
-    return SnmpSubagentMibHandlers::central_oid_handler(nullptr, nullptr, &info_, &requests_.front());
+    return SnmpSubagentMibHandlers::central_oid_handler(nullptr, &registration_, &info_, &requests_.front());
 }
 
 std::string snmp_pdu_of_test::answer(size_t binding) const {

@@ -20,6 +20,9 @@ class snmp_pdu_of_test {
     snmp_pdu_of_test& set(const std::string& name, const std::string& text);
     snmp_pdu_of_test& set_number(const std::string& name, long number);
 
+    /** Where the registration begins whose requests these are; the vendor's subtree when not given. */
+    snmp_pdu_of_test& registered_at(const std::string& name);
+
     /** Adds a binding of another registration: it stands in the chain and has no request. */
     snmp_pdu_of_test& foreign(const std::string& name);
 
@@ -41,6 +44,8 @@ class snmp_pdu_of_test {
     void add_request(bool inclusive);
 
     netsnmp_agent_session session_{};
+    netsnmp_handler_registration registration_{};
+    std::vector<oid> root_;
     netsnmp_agent_request_info info_{};
     netsnmp_variable_list* bindings_ = nullptr;
     std::deque<netsnmp_request_info> requests_;

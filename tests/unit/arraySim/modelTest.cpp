@@ -1,0 +1,321 @@
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <map>
+#include <set>
+#include <sstream>
+
+#include "tools/arraySim/incidents.h"
+#include "tools/arraySim/modelFile.h"
+#include "tools/arraySim/presets.h"
+
+using namespace arraysim;
+
+namespace {
+
+Model Build(const char* preset, uint64_t seed = 1) {
+    return BuildPreset(Catalogue::Builtin(), *FindPreset(preset), seed, 64702);
+}
+
+Object& At(Model& model, const char* kind, uint32_t index) {
+    Object* object = model.Find(*model.catalogue().Find(kind), index);
+    if (object == nullptr) {
+        throw std::runtime_error(std::string("no ") + kind + " " + std::to_string(index));
+    }
+    return *object;
+}
+
+size_t Count(const Model& model, const char* kind) {
+    return model.Count(*model.catalogue().Find(kind));
+}
+
+/** Objects for each parent, by the text of the parent's index. */
+std::map<std::string, size_t> CountByParent(const Model& model, const Kind& kind) {
+    std::map<std::string, size_t> counts;
+    for (const Object& object : model.Objects(*kind.list)) {
+        ++counts[*object.values[*kind.parent]];
+    }
+    return counts;
+}
+
+TEST(Presets, FullFillsEveryTableExactly) {
+    const Model model = Build("full");
+    const std::map<std::string, size_t> capacities = {
+        {"TsController", 2}, {"TsDisk", 2000},       {"TsEnclosure", 100},         {"TsDiskFolder", 500},
+        {"TsVolume", 2000},  {"TsServer", 500},      {"TsControllerCacheCard", 2}, {"Tessera", 1},
+        {"TsUps", 100},      {"TsObjectCount", 1},   {"TsDiskFolderStorageUsage", 500},
+        {"TsDiskConfiguration", 2000}};
+    for (const auto& [kind, capacity] : capacities) {
+        EXPECT_EQ(Count(model, kind.c_str()), capacity) << kind;
+        EXPECT_EQ(model.catalogue().Find(kind)->list->Capacity(), capacity) << kind;
+    }
+    struct Children {
+        const char* kind;
+        size_t parents, each;
+    };
+    const Children children[] = {{"TsControllerFanSensor", 2, 6},
+                                 {"TsControllerPowerSupply", 2, 4},
+                                 {"TsControllerVoltageSensor", 2, 10},
+                                 {"TsControllerTemperatureSensor", 2, 7},
+                                 {"TsAlert", 2, 9000},
+                                 {"TsEnclosureCoolingFanSensor", 100, 6},
+                                 {"TsEnclosurePowerSupply", 100, 4},
+                                 {"TsEnclosureIoModule", 100, 2},
+                                 {"TsEnclosureTemperatureSensor", 100, 22},
+                                 {"TsEnclosureAudibleAlarm", 100, 1}};
+    for (const Children& each : children) {
+        const Kind& kind = model.catalogue().KindOf(each.kind);
+        EXPECT_EQ(kind.list->Capacity(), each.parents * each.each) << each.kind;
+        const std::map<std::string, size_t> counts = CountByParent(model, kind);
+        EXPECT_EQ(counts.size(), each.parents) << each.kind;
+        for (const auto& [parent, count] : counts) {
+            EXPECT_EQ(count, each.each) << each.kind << " of " << parent;
+        }
+    }
+}
+
+TEST(Presets, DependOnSeedAndNothingElse) {
+    EXPECT_TRUE(Build("typical", 5) == Build("typical", 5));
+    EXPECT_FALSE(Build("typical", 5) == Build("typical", 6));
+    // A stable fact of seed 1, so that scenarios keep meaning what they say.
+    Model model = Build("typical", 1);
+    EXPECT_EQ(At(model, "TsDisk", 12).Text("Name"), "01-08");
+}
+
+TEST(Presets, IndexesAreUniqueRiseWithGapsAndDifferFromRows) {
+    for (const char* preset : {"small", "typical", "full"}) {
+        const Model model = Build(preset);
+        for (const ObjectList& list : model.catalogue().lists()) {
+            std::set<uint32_t> seen;
+            for (const Object& object : model.Objects(list)) {
+                EXPECT_TRUE(seen.insert(object.index).second) << list.name << " " << object.index;
+                if (object.kind->key) {
+                    EXPECT_EQ(object.values[*object.kind->key], std::to_string(object.index)) << list.name;
+                }
+            }
+        }
+        EXPECT_NE(model.Objects(*model.catalogue().Find("TsDisk")->list).front().index, 1u);
+        EXPECT_GT(model.Objects(*model.catalogue().Find("TsDisk")->list).back().index, Count(model, "TsDisk") + 1);
+    }
+}
+
+TEST(Presets, MostIsHealthyAndALittleIsNot) {
+    for (const char* preset : {"small", "typical", "full"}) {
+        const Model model = Build(preset);
+        for (const char* kind : {"TsDisk", "TsVolume", "TsServer"}) {
+            size_t ailing = 0;
+            for (const Object& object : model.Objects(*model.catalogue().Find(kind)->list)) {
+                ailing += object.Text("Status") != "Up" ? 1 : 0;
+            }
+            EXPECT_GT(ailing, 0u) << preset << " " << kind;
+            EXPECT_LT(ailing, Count(model, kind) / 4) << preset << " " << kind;
+        }
+    }
+}
+
+/** Each parent that a child names exists, or the daemon would drop the child. */
+TEST(Presets, EveryChildHasItsParent) {
+    const Model model = Build("full");
+    for (const Kind& kind : model.catalogue().kinds()) {
+        if (!kind.parent) {
+            continue;
+        }
+        for (const auto& [parent, count] : CountByParent(model, kind)) {
+            EXPECT_NE(model.Find(*model.catalogue().Find(kind.ParentKind()), std::stoul(parent)), nullptr)
+                << kind.name << " of " << parent;
+        }
+    }
+}
+
+TEST(Presets, SomeNamesNeedEscapingAndSomeAreNotAscii) {
+    for (const char* preset : {"small", "typical", "full"}) {
+        const std::string text = WriteModel(Build(preset));
+        for (const char* piece : {"&", "<", ">", "\\\"", "'", "ö"}) {
+            EXPECT_NE(text.find(piece), std::string::npos) << preset << " " << piece;
+        }
+    }
+}
+
+/** The daemon's own list of what it reads; a reduced object holds that, its keys and no more. */
+TEST(Catalogue, ReducedObjectsHoldWhatTheDaemonReads) {
+    std::ifstream file(SOURCE_FOLDER "/apiMgmt/snmpSubagent/snmpSubagentMibParser/data/refresh.def");
+    ASSERT_TRUE(file);
+    std::map<std::string, std::set<std::string>> reads;
+    std::string object;
+    for (std::string line; std::getline(file, line);) {
+        std::istringstream words(line);
+        std::string first, second;
+        if (!(words >> first >> second) || first[0] == '#') {
+            continue;
+        }
+        if (first == "refresh") {
+            object = second;
+        } else {
+            reads[object].insert(first);
+        }
+    }
+    ASSERT_EQ(reads.size(), 21u);
+    reads["tsDiskFolderStorageUsage"] = {"TotalSpace", "UsedSpace", "AllocatedSpace", "FreeSpace", "SpareSpace"};
+    const std::set<std::string> keys = {"Index", "ControllerIndex", "EnclosureIndex", "DiskIndex"};
+    for (const Kind& kind : Catalogue::Builtin().kinds()) {
+        std::string name = kind.list->name;
+        name[0] = name == "Tessera" ? 'T' : 't';
+        ASSERT_EQ(reads.count(name), 1u) << name;
+        std::set<std::string> reduced, expected = reads[name];
+        for (const Attribute& attribute : kind.attributes) {
+            if (attribute.in_reduced) {
+                reduced.insert(attribute.name);
+            }
+            if (keys.count(attribute.name) > 0) {
+                expected.insert(attribute.name);
+            }
+        }
+        EXPECT_EQ(reduced, expected) << kind.name;
+    }
+}
+
+TEST(Catalogue, MistakesNameTheirLine) {
+    struct Case {
+        const char *text, *error;
+    };
+    const Case cases[] = {
+        {"object A rows 2\n  also Index index\n  also Index index x", "objects.def:3: rule 'index x' is not complete"},
+        {"# head\nobject A", "objects.def:2: 'A' needs `rows N` or `in LIST`"},
+        {"object A rows 1\n  also X wish", "objects.def:2: unknown rule 'wish'"},
+        {"object A rows 1\n  also X number 5..2", "objects.def:2: rule 'number 5..2' is not complete"},
+        {"object A rows 1\n  use nothing", "objects.def:2: no run 'nothing' stands above"},
+        {"  also X empty", "objects.def:1: no object or run of attributes is open"},
+        {"object A rows 1 keyed nothing\n  also X same Y", "objects.def:2: A: 'Y' does not stand above X"},
+        {"object A rows 1\n  also X empty", "objects.def:2: A has no attribute 'Index' to be keyed by"},
+        {"object A in B", "objects.def:1: no list 'B' stands above"},
+        {"object A rows 1 sideways", "objects.def:1: 'sideways' does not fit here"},
+        {"object A rows 1\nobject A rows 1", "objects.def:2: 'A' stands already"},
+        {"make A", "objects.def:1: unknown word 'make'"},
+    };
+    for (const Case& each : cases) {
+        try {
+            const Catalogue catalogue(each.text);
+            ADD_FAILURE() << "accepted: " << each.text;
+        } catch (const CatalogueError& error) {
+            EXPECT_STREQ(error.what(), each.error);
+        }
+    }
+}
+
+TEST(ModelFile, DumpAndLoadGiveTheSameModel) {
+    for (const char* preset : {"small", "typical"}) {
+        Model model = Build(preset);
+        At(model, "TsDisk", 12).Put("Notes", "");
+        At(model, "TsDisk", 12).values[2].reset();
+        At(model, "TsDisk", 13).Put("Name", "line\nfeed \"quote\" \\ ö");
+        const Model loaded = ReadModel(Catalogue::Builtin(), WriteModel(model));
+        EXPECT_TRUE(loaded == model) << preset;
+    }
+}
+
+TEST(ModelFile, WhatIsNoModelIsRefusedWithAReason) {
+    struct Case {
+        const char *text, *error;
+    };
+    const Case cases[] = {
+        {"", "parse error"},
+        {"[]", "a model is a JSON object"},
+        {"{}", "the member \"serial\" is missing"},
+        {R"({"serial": -1, "objects": {}})", "\"serial\" is no number"},
+        {R"({"serial": 1, "objects": {"TsMoon": []}})", "unknown list \"TsMoon\""},
+        {R"({"serial": 1, "objects": {"TsDisk": {}}})", "TsDisk is no JSON array"},
+        {R"({"serial": 1, "objects": {"TsDisk": [5]}})", "TsDisk, object 1 is no JSON object"},
+        {R"({"serial": 1, "objects": {"TsDisk": [{"Name": "x"}]}})", "TsDisk, object 1 needs a number as \"Index\""},
+        {R"({"serial": 1, "objects": {"TsDisk": [{"Index": "-1"}]}})", "TsDisk, object 1 needs a number"},
+        {R"({"serial": 1, "objects": {"TsDisk": [{"Index": 5}]}})", "\"Index\" that is no text"},
+        {R"({"serial": 1, "objects": {"TsDisk": [{"Index": "5"}, {"Index": "5"}]}})",
+         "TsDisk, object 2 has the index 5 that stands already"},
+        {R"({"serial": 1, "objects": {"TsDisk": [{"Index": "5", "Colour": "red"}]}})", "unknown attribute \"Colour\""},
+        {R"({"serial": 1, "objects": {"TsServer": [{"Index": "5"}]}})", "the member \"kind\" is missing"},
+        {R"({"serial": 1, "objects": {"TsServer": [{"kind": "TsDisk", "Index": "5"}]}})", "a kind that is none of"},
+    };
+    for (const Case& each : cases) {
+        try {
+            ReadModel(Catalogue::Builtin(), each.text);
+            ADD_FAILURE() << "accepted: " << each.text;
+        } catch (const ModelFileError& error) {
+            EXPECT_NE(std::string(error.what()).find(each.error), std::string::npos) << error.what();
+        }
+    }
+}
+
+TEST(Incidents, AFailingDiskShowsOnEverythingThatHoldsIt) {
+    Model model = Build("typical");
+    Object& disk = At(model, "TsDisk", 2);
+    const Object& enclosure = At(model, "TsEnclosure", 2);
+    const Object& folder = At(model, "TsDiskFolder", 3);
+    RecoverObject(model, At(model, "TsDisk", 11));
+    RecoverObject(model, At(model, "TsEnclosureCoolingFanSensor", 4));
+    ASSERT_EQ(enclosure.Text("Status"), "Up");
+    ASSERT_EQ(folder.Text("Status"), "Up");
+
+    const size_t alerts = Count(model, "TsAlert");
+    FailObject(model, disk, Condition::kDown);
+    EXPECT_EQ(disk.Text("Status"), "Down");
+    EXPECT_EQ(disk.Text("Healthy"), "False");
+    EXPECT_EQ(disk.Text("StatusMessage"), "Contact with the disk was lost");
+    EXPECT_EQ(enclosure.Text("Status"), "Degraded");
+    EXPECT_EQ(enclosure.Text("ChildStatus"), "Down");
+    EXPECT_EQ(folder.Text("UnhealthyCount"), "1");
+    EXPECT_EQ(folder.Text("Status"), "Degraded");
+    EXPECT_EQ(model.Array()->Text("Status"), "Degraded");
+    ASSERT_EQ(Count(model, "TsAlert"), alerts + 1);
+    const Object& alert = model.Objects(*model.catalogue().Find("TsAlert")->list).back();
+    EXPECT_EQ(alert.Text("Message"), "Disk '01-01' is down");
+    EXPECT_EQ(alert.Text("AlertStatus"), "Down");
+    EXPECT_EQ(alert.Text("Category"), "Disk");
+    EXPECT_EQ(alert.Text("Active"), "True");
+    EXPECT_EQ(alert.Text("Acknowledged"), "False");
+
+    RecoverObject(model, disk);
+    EXPECT_EQ(disk.Text("Healthy"), "True");
+    EXPECT_EQ(disk.Text("StatusMessage"), "");
+    EXPECT_EQ(enclosure.Text("Status"), "Up");
+    EXPECT_EQ(enclosure.Text("StatusDescription"), "");
+    EXPECT_EQ(folder.Text("UnhealthyCount"), "0");
+    EXPECT_EQ(model.Objects(*model.catalogue().Find("TsAlert")->list).back().Text("Active"), "False");
+}
+
+TEST(Incidents, AnObjectsOwnFailureOutlastsTheRecoveryOfItsParts) {
+    Model model = Build("typical");
+    Object& enclosure = At(model, "TsEnclosure", 4);
+    Object& fan = At(model, "TsEnclosureCoolingFanSensor", 15);
+    ASSERT_EQ(fan.Text("EnclosureIndex"), "4");
+    FailObject(model, enclosure, Condition::kDown);
+    FailObject(model, fan, Condition::kDegraded);
+    EXPECT_EQ(enclosure.Text("Status"), "Down");
+    EXPECT_EQ(enclosure.Text("ChildStatus"), "Degraded");
+    RecoverObject(model, fan);
+    EXPECT_EQ(enclosure.Text("Status"), "Down");
+    EXPECT_EQ(enclosure.Text("StatusDescription"), "Both I/O paths are lost");
+    FailObject(model, fan, Condition::kDown);
+    RecoverObject(model, enclosure);
+    EXPECT_EQ(enclosure.Text("Status"), "Degraded") << "the fan is still down";
+}
+
+TEST(Incidents, TheArrayIsDownWithBothControllers) {
+    Model model = Build("small");
+    FailObject(model, At(model, "TsController", 2), Condition::kDown);
+    EXPECT_EQ(model.Array()->Text("Status"), "Degraded");
+    FailObject(model, At(model, "TsController", 3), Condition::kDown);
+    EXPECT_EQ(model.Array()->Text("Status"), "Down");
+    RecoverObject(model, At(model, "TsController", 2));
+    EXPECT_EQ(model.Array()->Text("Status"), "Degraded");
+}
+
+TEST(Incidents, AFullAlertTableLosesItsOldest) {
+    Model model = Build("full");
+    const Kind& kind = model.catalogue().KindOf("TsAlert");
+    const uint32_t oldest = model.Objects(*kind.list).front().index;
+    const std::string controller = std::string(model.Objects(*kind.list).front().Text("ControllerIndex"));
+    FailObject(model, At(model, "TsController", std::stoul(controller)), Condition::kDegraded);
+    EXPECT_EQ(CountByParent(model, kind)[controller], 9000u);
+    EXPECT_EQ(model.Find(*model.catalogue().Find("TsAlert"), oldest), nullptr);
+}
+
+}  // namespace

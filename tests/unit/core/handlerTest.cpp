@@ -1,0 +1,474 @@
+#include "apiMgmt/common/platform/clock.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/enterpriseNumber.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibValues.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
+#include "tests/unit/core/fakes/fakeApiMgr.h"
+#include "tests/unit/core/fakes/fakeClock.h"
+#include "tests/unit/core/fakes/mibWorld.h"
+#include "tests/unit/core/fakes/snmpPdu.h"
+#include "tests/unit/core/fakes/transcript.h"
+
+namespace {
+
+using std::string;
+
+class Handler : public MibWorld {
+  protected:
+    Handler() {
+        verbose = false;
+        begin_agent_tick();
+    }
+
+    void make_walk() {
+        put("R.1.0", "Tessera");
+        put("R.6.0", 4294967293U);
+        put("R.13.1.2.1", 4294967293U);
+        put("R.13.1.3.1", 1);
+        put("R.46.1.11.2.1", 2);
+    }
+};
+
+TEST_F(Handler, DeliversEachTypeAsItsTagAndMarksIt) {
+    make_walk();
+    EXPECT_EQ(get("R.1.0"), "R.1.0 = \"Tessera\"");
+    EXPECT_EQ(get("R.6.0"), "R.6.0 = integer -3");
+    EXPECT_EQ(get("R.13.1.2.1"), "R.13.1.2.1 = gauge 4294967293");
+    EXPECT_EQ(get("R.13.1.3.1"), "R.13.1.3.1 = integer 1");
+    put("R.2.0", string("a\0b", 3));
+    EXPECT_EQ(get("R.2.0"), string("R.2.0 = \"a\0b\"", 13));
+    put("R.3.0", "");
+    EXPECT_EQ(get("R.3.0"), "R.3.0 = \"\"");
+    EXPECT_NE(vars[index_of("R.3.0")].flags & VAR_FLAG_delivered, 0);
+    EXPECT_EQ(vars[index_of("R.46.1.11.2.1")].flags & VAR_FLAG_delivered, 0);
+    EXPECT_TRUE(snmpSubagentComm->agentx_ok());
+}
+
+TEST_F(Handler, RefusesToDeliverATypeThatNoColumnHas) {
+    put("R.1.0", "x");
+    snmp_pdu_of_test pdu(MODE_GET);
+    pdu.ask("R.1.0");
+    const std::pair<uint32_t, const char*> types[] = {
+        {0, "log 4 got SMI_BASETYPE_UNKNOWN on registered OID$\n"},
+        {3, "log 4 col-id:4, this data type is not yet handled: 3$\n"},
+        {11, "log 4 col-id:4, this data type is not yet handled: 11$\n"},
+        {12, "log 4 col-id:4, can't process this data type for GET: 12$\n"},
+    };
+    for (const auto& [type, line] : types) {
+        cols[COLID_productName].data_type = type;
+        EXPECT_EQ(pdu.call_handler(), SNMP_ERR_GENERR);
+        EXPECT_EQ(transcript::take(), line);
+    }
+    EXPECT_EQ(pdu.answer(0), "R.1.0 = null");
+}
+
+TEST_F(Handler, GivesItsOwnResultForEachFailure) {
+    make_walk();
+    struct row {
+        int mode;
+        const char* name;
+        int result;
+        const char* log;
+    };
+    const row rows[] = {
+        {MODE_GET, "R.2.0", SNMP_ERR_NOSUCHNAME, ""},
+        {MODE_GET, "1.3.6.1.4", SNMP_ERR_GENERR, ""},
+        {MODE_GETNEXT, "1.3.6.1.4", SNMP_ERR_GENERR, ""},
+        {MODE_GETNEXT, "R.46.1.11.2.1", SNMP_ERR_NOERROR, ""},
+        {MODE_GETBULK, "R.1.0", SNMP_ERR_GENERR,
+         "log 4 Error: Recieved a GETBULK request from master agent$\n"},
+        {77, "R.1.0", SNMP_ERR_GENERR, "log 4 UNKNOWN MODE: reqinfo->mode: 77$\n"},
+        {MODE_SET_RESERVE2, "R.1.0", SNMP_ERR_NOERROR, ""},
+        {MODE_SET_ACTION, "R.1.0", SNMP_ERR_NOERROR, ""},
+        {MODE_SET_FREE, "R.1.0", SNMP_ERR_NOERROR, ""},
+        {MODE_SET_UNDO, "R.1.0", SNMP_ERR_NOERROR, ""},
+    };
+    for (const row& each : rows) {
+        snmp_pdu_of_test pdu(each.mode);
+        begin_agent_tick();
+        EXPECT_EQ(pdu.ask(each.name).call_handler(), each.result) << each.mode << " " << each.name;
+        EXPECT_EQ(transcript::take(), each.log);
+    }
+}
+
+TEST_F(Handler, WalksTheWholeStoreInEitherForm) {
+    make_walk();
+    string walk;
+    string name = "R";
+    for (int i = 0; i < 6; ++i) {
+        begin_agent_tick();
+        const string answer = get_next(name);
+        name = answer.substr(0, answer.find(' '));
+        walk += answer + "\n";
+    }
+    EXPECT_EQ(
+        walk,
+        "R.1.0 = \"Tessera\"\nR.6.0 = integer -3\nR.13.1.2.1 = gauge 4294967293\nR.13.1.3.1 = integer 1\n"
+        "R.46.1.11.2.1 = integer 2\nR.46.1.11.2.1 = endOfMibView\n");
+    begin_agent_tick();
+    get("R.1.0");  // a delivered variable: a walk in the old form may begin
+    string old_walk;
+    name = "OLD";
+    for (int i = 0; i < 7; ++i) {
+        begin_agent_tick();
+        const string answer = get_next(name);
+        name = answer.substr(0, answer.find(' '));
+        old_walk += answer + "\n";
+    }
+    EXPECT_EQ(old_walk,
+              "OLD.2.1.0 = \"Tessera\"\nOLD.2.6.0 = integer -3\nOLD.2.13.1.2.1 = gauge 4294967293\n"
+              "OLD.2.13.1.3.1 = integer 1\nOLD.2.46.1.11.2.1 = integer 2\nOLD.2.46.1.11.2.1 = endOfMibView\n"
+              "OLD.2.46.1.11.2.1 = endOfMibView\n");
+    begin_agent_tick();
+    EXPECT_EQ(get_next("OLD"), "OLD = endOfMibView");
+    EXPECT_EQ(get("OLD.2.1.0"), "OLD.2.1.0 = \"Tessera\"");
+    EXPECT_EQ(get_next("OLD"), "OLD.2.1.0 = \"Tessera\"");
+}
+
+TEST_F(Handler, TakesTheOldFormUpToItsGreatestLength) {
+    make_walk();
+    EXPECT_EQ(get_next("OLD.2.1.0"), "OLD.2.6.0 = integer -3");
+    EXPECT_EQ(transcript::take(),
+              "log 4 requester using old enterprise number: current_requestvb->name_length: 10, "
+              "current_requestvb->name: 1.3.6.1.4.1.27405.2.1.0.$\n");
+    // 15 sub-identifiers become 19; the last ones lie behind a scalar's instance.
+    EXPECT_EQ(get_next("OLD.2.1.0.9.9.9.9.9"), "OLD.2.6.0 = integer -3");
+    EXPECT_EQ(transcript::take(), "");  // told once
+    verbose = true;
+    EXPECT_EQ(get_next("OLD.2.1.0.9.9.9.9.9.9"), "OLD.2.1.0.9.9.9.9.9.9 = null !5 result 5");
+    EXPECT_EQ(
+        transcript::take(),
+        "log 7 requester using old enterprise number: current_requestvb->name_length: 16, "
+        "current_requestvb->name: 1.3.6.1.4.1.27405.2.1.0.9.9.9.9.9.9.$\n"
+        "log 7 not enough room to expand oid: current_requestvb->name_length: 16, "
+        "current_requestvb->name: 1.3.6.1.4.1.27405.2.1.0.9.9.9.9.9.9.$\n"
+        "log 7 could not process request: oid: 1.3.6.1.4.1.27405.2.1.0.9.9.9.9.9.9., retVal: 1, snmpErr: "
+        "5$\n");
+    EXPECT_EQ(get("OLD.2.2.0"), "OLD.2.2.0 = noSuchInstance");  // shrunk again after a failure
+}
+
+// ---- window, permission, failures, pacing ----
+
+class Window : public Handler {
+  protected:
+    Window() {
+        put("R.1.0", "Tessera");
+        put("R.2.0", "text");
+    }
+    int good() { return snmp_pdu_of_test(MODE_GET).ask("R.1.0").serve(); }
+    int bad() { return snmp_pdu_of_test(MODE_SET_RESERVE1).set("R.1.0", "x").serve(); }
+};
+
+TEST_F(Window, IsShutWhileTheMainThreadHoldsTheMutex) {
+    pdu_failures = 3;
+    mib_mutex.Lock();
+    EXPECT_EQ(good(), SNMP_ERR_GENERR);
+    mib_mutex.Unlock();
+    EXPECT_EQ(pdu_failures, 0);
+    EXPECT_EQ(permission_to_process_pdu, 10);
+    EXPECT_EQ(good(), SNMP_ERR_NOERROR);  // and it was unlocked after each request
+    EXPECT_EQ(good(), SNMP_ERR_NOERROR);
+    end_agent_tick();
+    EXPECT_EQ(good(), SNMP_ERR_GENERR);
+}
+
+TEST_F(Window, LetsTenPdusPassInATick) {
+    for (int i = 0; i < 10; ++i) {
+        snmp_pdu_of_test pdu(MODE_GET);
+        snmp_pdu_of_test other(MODE_GET);  // a PDU is known by its session's address
+        EXPECT_EQ(i % 2 == 0 ? pdu.ask("R.1.0").serve() : other.ask("R.1.0").serve(), SNMP_ERR_NOERROR);
+    }
+    pdu_failures = 2;
+    EXPECT_EQ(good(), SNMP_ERR_GENERR);
+    EXPECT_EQ(pdu_failures, 0);
+    begin_agent_tick();
+    EXPECT_EQ(good(), SNMP_ERR_NOERROR);
+}
+
+TEST_F(Window, CountsAPduOnceHoweverManyCallsItTakes) {
+    snmp_pdu_of_test pdu(MODE_GET);
+    for (int i = 0; i < 30; ++i)
+        pdu.ask("R.1.0");
+    const int64_t slot_ms = next_pdu_slot_ms;
+    EXPECT_EQ(pdu.serve(), SNMP_ERR_NOERROR);
+    EXPECT_EQ(pdu.serve(), SNMP_ERR_NOERROR);
+    EXPECT_EQ(permission_to_process_pdu, 9);
+    EXPECT_EQ(next_pdu_slot_ms, std::max(slot_ms, ClockNowMs()) + 2);
+}
+
+TEST_F(Window, ClosesAtTheFifthFailedPduInARow) {
+    // A PDU fails when one of its bindings does, whichever.
+    const auto fail_somewhere = [](int i) {
+        snmp_pdu_of_test pdu(MODE_GET);
+        pdu.ask(i % 2 == 0 ? "R.1.0" : "R.9.0").ask("R.9.0").ask(i % 3 == 0 ? "R.1.0" : "R.9.0");
+        return pdu.serve();
+    };
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(fail_somewhere(i), SNMP_ERR_NOERROR);
+        EXPECT_EQ(pdu_failures, i + 1);
+        begin_agent_tick();
+    }
+    EXPECT_EQ(good(), SNMP_ERR_NOERROR);  // begins the count again
+    EXPECT_EQ(pdu_failures, 0);
+    for (int i = 0; i < 4; ++i) {
+        begin_agent_tick();
+        bad();
+    }
+    EXPECT_EQ(pdu_failures, 4);
+    begin_agent_tick();
+    EXPECT_EQ(get_next("R.2.0"), "R.2.0 = endOfMibView");  // counts, although it is no error
+    EXPECT_EQ(pdu_failures, 0);
+    EXPECT_EQ(permission_to_process_pdu, 0);
+    snmp_pdu_of_test sixth(MODE_GET);
+    EXPECT_EQ(sixth.ask("R.1.0").serve(), SNMP_ERR_GENERR);
+    EXPECT_EQ(sixth.answer(0), "R.1.0 = null !5");
+    begin_agent_tick();
+    EXPECT_EQ(good(), SNMP_ERR_NOERROR);
+}
+
+TEST_F(Window, PacesPdusToAboutFiveHundredASecond) {
+    const int64_t start_ms = ClockNowMs();
+    fake_clock::write_sleeps(true);
+    SnmpSubagentMibHandlers::pace_pdu_processing();
+    EXPECT_EQ(next_pdu_slot_ms, start_ms + 2);
+    for (int i = 0; i < 499; ++i)
+        SnmpSubagentMibHandlers::pace_pdu_processing();
+    EXPECT_EQ(next_pdu_slot_ms, start_ms + 1000);
+    EXPECT_EQ(transcript::take(), "");  // a burst costs nothing
+    for (int i = 0; i < 3; ++i)
+        SnmpSubagentMibHandlers::pace_pdu_processing();
+    EXPECT_EQ(transcript::take(), "sleep 2000 us\nsleep 2000 us\nsleep 2000 us\n");
+    EXPECT_EQ(next_pdu_slot_ms, start_ms + 1006);
+    fake_clock::advance(2000 * 1000);
+    SnmpSubagentMibHandlers::pace_pdu_processing();
+    EXPECT_EQ(next_pdu_slot_ms, ClockNowMs() + 2);
+    EXPECT_EQ(transcript::take(), "");
+}
+
+// ---- SET ----
+
+class Set : public Handler {
+  protected:
+    Set() {
+        build_api_request_prefix("KEY");
+        conf_controllerIdThis = 64702;
+        put("R.13.1.6.1", "Empty");
+        put("R.13.1.4.1", "name");
+        put("R.6.0", 3);
+        put("R.42.0", "empty");
+        put("R.43.0", 0U);
+        put("1.3.6.1.2.1.1.5.0", "old name");
+    }
+
+    // Both phases that look at the value; what each gave, what was logged, and the store's value.
+    static string set(const string& name, const string& text) {
+        transcript::take();
+        begin_agent_tick();
+        snmp_pdu_of_test pdu(MODE_SET_RESERVE1);
+        pdu.set(name, text);
+        string course = std::to_string(pdu.serve(MODE_SET_RESERVE1));
+        if (course == "0")
+            course += " " + std::to_string(pdu.serve(MODE_SET_COMMIT));
+        return course + pdu.answer(0).substr(pdu.answer(0).rfind('"') + 1) + "\n" + transcript::take();
+    }
+};
+
+TEST_F(Set, RefusesWhatMayNotBeWritten) {
+    verbose = true;
+    struct row {
+        const char* name;
+        const char* text;
+        const char* course;
+        const char* reason;
+        const char* column;
+    };
+    const row rows[] = {
+        {"R.13.1.6.2", "ForceTrap", "2 !2", "", "-1"},  // the row is not there
+        {"R.13.1.6", "ForceTrap", "2 !2", "", "-1"},
+        {"R.13.1.4.1", "ForceTrap", "17 !17", "no Set handler defined: col-id: 18", "18"},
+        {"R.6.0", "ForceTrap", "17 !17", "no Set handler defined: col-id: 9", "9"},
+        {"R.13.1.6.1", "forcetrap", "3 !3", "string is not 'ForceTrap': col-id: 20", "20"},
+        {"R.13.1.6.1", "ForceTrap ", "3 !3", "string is not 'ForceTrap': col-id: 20", "20"},
+        {"R.13.1.6.1", "ForceTra", "3 !3", "string is not 'ForceTrap': col-id: 20", "20"},
+        {"R.13.1.6.1", "", "3 !3", "string is not 'ForceTrap': col-id: 20", "20"},
+    };
+    for (const row& each : rows) {
+        const string course = set(each.name, each.text);
+        EXPECT_EQ(course.rfind(string(each.course) + "\n", 0), 0U) << course;
+        EXPECT_NE(course.find(string("log 7 ") + each.reason), string::npos) << course;
+        EXPECT_NE(course.find(string("log 7 failed for reserve1: col-id: ") + each.column + "$\n"),
+                  string::npos)
+            << course;
+    }
+    cols[COLID_tsCtlrForceTrap].data_type = SMI_BASETYPE_UNSIGNED32;
+    const string course = set("R.13.1.6.1", "ForceTrap");
+    EXPECT_EQ(course.rfind("7 !7\n", 0), 0U) << course;
+    EXPECT_NE(course.find("log 7 data_type is not string: col-id: 20$\n"), string::npos);
+    EXPECT_EQ(value_of(index_of("R.43.0")), "0");
+}
+
+TEST_F(Set, OfForceTrapIsStoredAtCommit) {
+    EXPECT_EQ(set("R.13.1.6.1", "ForceTrap"), "0 0\n");
+    EXPECT_EQ(value_of(index_of("R.13.1.6.1")), "\"ForceTrap\"");
+    EXPECT_EQ(trapAlertState, 2);
+    EXPECT_EQ(value_of(index_of("R.43.0")), "2");
+    EXPECT_EQ(
+        set("OLD.2.13.1.6.1", "ForceTrap"),
+        "0 0\nlog 4 requester using old enterprise number: "
+        "current_requestvb->name_length: 12, current_requestvb->name: 1.3.6.1.4.1.27405.2.13.1.6.1.$\n");
+
+    trapAlertState = 0;
+    EXPECT_EQ(set("R.42.0", "any text"), "0 0\n");
+    EXPECT_EQ(forceTrapCommand, "any text");
+    EXPECT_EQ(trapAlertState, 0);  // outside the columns of ForceTrap
+}
+
+TEST_F(Set, OfTheSystemGroupGoesToTheArray) {
+    EXPECT_EQ(set("1.3.6.1.2.1.1.5.0", "a<b & \"c\""), "0 0\napi Modify Tessera 64702\n");
+    EXPECT_EQ(
+        fake_api_mgr::last_document,
+        "<lumapi><ApiConnection><SessionKey>KEY</SessionKey></ApiConnection><ApiMethod><CommandType>Method"
+        "</CommandType><Object>Tessera</Object><Command>Modify</Command><Async>false</Async>"
+        "<ObjectEncodeType>xml</ObjectEncodeType><Attributes><InstanceId>64702</InstanceId><Name>a&lt;b "
+        "&amp; &quot;c&quot;</Name></Attributes></ApiMethod></lumapi>");
+    EXPECT_EQ(set("1.3.6.1.2.1.1.5.0", ""), "0 0\napi Modify Tessera 64702\n");
+    put("1.3.6.1.2.1.1.4.0", "");
+    put("1.3.6.1.2.1.1.6.0", "");
+    set("1.3.6.1.2.1.1.4.0", "me");
+    EXPECT_NE(fake_api_mgr::last_document.find("<Contact>me</Contact>"), string::npos);
+    set("1.3.6.1.2.1.1.6.0", "here");
+    EXPECT_NE(fake_api_mgr::last_document.find("<Location>here</Location>"), string::npos);
+
+    // The array's refusal is not looked at; a lost link fails the commit. The store has the new text.
+    fake_api_mgr::documents["Modify Tessera 64702"] = fake_api_mgr::failure_answer("No");
+    EXPECT_EQ(set("1.3.6.1.2.1.1.5.0", "x"), "0 0\napi Modify Tessera 64702\n");
+    fake_api_mgr::refuse_connections(true);
+    EXPECT_EQ(set("1.3.6.1.2.1.1.5.0", "new name"),
+              "0 5 !5\napi refused\n"
+              "log 4 Caught std::exception processing request: /tmp/apimgr.sock: nobody listens$\n"
+              "log 4 failed to SendRequestToAPIManager: Tessera$\n");
+    EXPECT_EQ(value_of(index_of("1.3.6.1.2.1.1.5.0")), "\"new name\"");
+}
+
+TEST_F(Set, AtCommitLooksAgainAndRefusesOtherTypes) {
+    snmp_pdu_of_test pdu(MODE_SET_RESERVE1);
+    EXPECT_EQ(pdu.set("R.13.1.6.1", "ForceTrap").serve(), SNMP_ERR_NOERROR);
+    clear_cached(index_of("R.13.1.6.1"));
+    EXPECT_EQ(pdu.serve(MODE_SET_COMMIT), SNMP_ERR_NOSUCHNAME);
+    const std::pair<uint32_t, const char*> types[] = {
+        {0, "log 4 got SMI_BASETYPE_UNKNOWN on registered OID$\n"},
+        {4, "log 4 this data type is not yet coded for: 4, col-id: 20$\n"},
+        {12, "log 4 this data type is not yet coded for: 12, col-id: 20$\n"},
+        {13, "log 4 unknown data type: 13, col-id: 20$\n"},
+    };
+    transcript::take();
+    for (const auto& [type, line] : types) {
+        cols[COLID_tsCtlrForceTrap].data_type = type;
+        EXPECT_EQ(SnmpSubagentMibHandlers::process_commitset(index_of("R.13.1.6.1")), 1);
+        EXPECT_EQ(transcript::take(), line);
+    }
+}
+
+TEST_F(Set, DoesNotLookAtTheTypeOfTheValue) {
+    snmp_pdu_of_test pdu(MODE_SET_RESERVE1);
+    pdu.set_number("R.42.0", 7);
+    EXPECT_EQ(pdu.serve(MODE_SET_RESERVE1), SNMP_ERR_NOERROR);
+    EXPECT_EQ(pdu.serve(MODE_SET_COMMIT), SNMP_ERR_NOERROR);
+    EXPECT_EQ(forceTrapCommand.size(), sizeof(long));
+}
+
+// ---- several bindings: between Net-SNMP and the handler ----
+
+class Bindings : public Handler {
+  protected:
+    Bindings() { make_walk(); }
+};
+
+TEST_F(Bindings, OfOtherRegistrationsAreLeftAlone) {
+    snmp_pdu_of_test pdu(MODE_GETNEXT);
+    pdu.foreign("1.3.6.1.2.1.1.1").ask("R.1.0").foreign("1.3.6.1.2.1.1.3").ask("R.13").foreign("R.6.0");
+    EXPECT_EQ(pdu.serve(), SNMP_ERR_NOERROR);
+    EXPECT_EQ(pdu.answers(),
+              "1.3.6.1.2.1.1.1 = null\nR.6.0 = integer -3\n1.3.6.1.2.1.1.3 = null\n"
+              "R.13.1.2.1 = gauge 4294967293\nR.6.0 = null\n");
+
+    // A set_fn runs once, and the chain is whole afterwards.
+    put("R.42.0", "");
+    snmp_pdu_of_test set_pdu(MODE_SET_COMMIT);
+    set_pdu.set("R.42.0", "one").foreign("R.42.0").foreign("1.3.6");
+    EXPECT_EQ(set_pdu.serve(), SNMP_ERR_NOERROR);
+    EXPECT_EQ(set_pdu.answers(), "R.42.0 = \"one\"\nR.42.0 = null\n1.3.6 = null\n");
+    EXPECT_EQ(forceTrapCommand, "one");
+}
+
+TEST_F(Bindings, GetTheirOwnAnswersWhenSomeFail) {
+    snmp_pdu_of_test gets(MODE_GET);
+    gets.ask("R.2.0").ask("R.1.0").ask("R.13.1.2.7").ask("R.6.0");
+    EXPECT_EQ(gets.serve(), SNMP_ERR_NOERROR);
+    EXPECT_EQ(
+        gets.answers(),
+        "R.2.0 = noSuchInstance\nR.1.0 = \"Tessera\"\nR.13.1.2.7 = noSuchInstance\nR.6.0 = integer -3\n");
+
+    snmp_pdu_of_test nexts(MODE_GETNEXT);
+    nexts.ask("R.46.1.11.2.1").ask("R.1.0").ask("R.46.1.11.2.1").ask("R.13.1.2");
+    EXPECT_EQ(nexts.serve(), SNMP_ERR_NOERROR);
+    EXPECT_EQ(nexts.answers(),
+              "R.46.1.11.2.1 = endOfMibView\nR.6.0 = integer -3\nR.46.1.11.2.1 = endOfMibView\n"
+              "R.13.1.2.1 = gauge 4294967293\n");
+
+    begin_agent_tick();
+    get("R.1.0");
+    snmp_pdu_of_test old_nexts(MODE_GETNEXT);
+    old_nexts.ask("OLD.2.46.1.11.2.1").ask("OLD.2.1.0").ask("OLD.2.46.1.11.2.1");
+    EXPECT_EQ(old_nexts.serve(), SNMP_ERR_NOERROR);
+    EXPECT_EQ(old_nexts.answers(),
+              "OLD.2.46.1.11.2.1 = endOfMibView\nOLD.2.6.0 = integer -3\nOLD.2.46.1.11.2.1 = endOfMibView\n");
+}
+
+TEST_F(Bindings, StopAtTheFirstFailedSetWhichIsBlamed) {
+    put("R.42.0", "");
+    snmp_pdu_of_test pdu(MODE_SET_RESERVE1);
+    pdu.set("R.42.0", "fine").set("R.1.0", "not writable").set("R.2.0", "not reached");
+    EXPECT_EQ(pdu.serve(), SNMP_ERR_NOTWRITABLE);
+    EXPECT_EQ(pdu.answers(), "R.42.0 = \"fine\"\nR.1.0 = \"not writable\" !17\nR.2.0 = \"not reached\"\n");
+}
+
+TEST_F(Bindings, BlameTheBindingWhoseNameIsTooShort) {
+    snmp_pdu_of_test pdu(MODE_GET);
+    pdu.ask("R.1.0").ask("1.3.6").ask("R.6.0");
+    EXPECT_EQ(pdu.serve(), SNMP_ERR_GENERR);
+    EXPECT_EQ(pdu.answers(), "R.1.0 = \"Tessera\"\n1.3.6 = null !5\nR.6.0 = null\n");
+}
+
+TEST_F(Bindings, MayAskForTheirOwnNameWhereAWalkEntersARegistration) {
+    put("1.3.6.1.2.1.1.4.0", "me");
+    put("1.3.6.1.2.1.1.5.0", "name");
+    snmp_pdu_of_test entering(MODE_GETNEXT);
+    entering.registered_at("1.3.6.1.2.1.1.4.0").ask("1.3.6.1.2.1.1.4.0", true);
+    EXPECT_EQ(entering.serve(), SNMP_ERR_NOERROR);
+    EXPECT_EQ(entering.answers(), "1.3.6.1.2.1.1.4.0 = \"me\"\n");
+
+    // Not cached: the next one. And a name of another registration, which its walk has just given.
+    clear_cached(index_of("1.3.6.1.2.1.1.4.0"));
+    get("R.1.0");
+    snmp_pdu_of_test missing(MODE_GETNEXT);
+    missing.registered_at("1.3.6.1.2.1.1.4.0").ask("1.3.6.1.2.1.1.4.0", true).serve();
+    EXPECT_EQ(missing.answers(), "1.3.6.1.2.1.1.5.0 = \"name\"\n");
+    snmp_pdu_of_test leaving(MODE_GETNEXT);
+    leaving.registered_at("1.3.6.1.4.1.913").ask("1.3.6.1.2.1.1.5.0", true).serve();
+    EXPECT_EQ(leaving.answers(), "R.1.0 = \"Tessera\"\n");
+}
+
+TEST_F(Handler, HandleTempTestFlipsTheReducedObjects) {
+    tempTest_requested = true;
+    EXPECT_EQ(SnmpSubagentMibHandlers::handleTempTest(), 1);
+    EXPECT_FALSE(tempTest_requested);
+    EXPECT_FALSE(liteObjEnabled);
+    SnmpSubagentMibHandlers::handleTempTest();
+    EXPECT_EQ(transcript::take(),
+              "log 4 liteObjEnabled toggled to false$\nlog 4 liteObjEnabled toggled to true$\n");
+}
+
+}  // namespace

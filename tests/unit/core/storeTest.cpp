@@ -1,0 +1,209 @@
+#include <algorithm>
+#include <random>
+
+#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
+#include "tests/unit/core/fakes/fakeClock.h"
+#include "tests/unit/core/fakes/mibWorld.h"
+#include "tests/unit/core/fakes/transcript.h"
+
+namespace {
+
+class Store : public MibWorld {};
+
+TEST_F(Store, LaysEveryInstanceOutInTheOrderOfTheOids) {
+    EXPECT_EQ(total_vars, 254629);
+    EXPECT_EQ(current_oid_for_init, total_vars);
+    std::vector<oid> last;
+    for (int32_t i = 0; i < total_vars; ++i) {
+        const column_record& column = cols[vars[i].col_id];
+        oid name[MAX_handled_oidlen + 1];
+        size_t length = column.oid_len;
+        std::copy_n(column.oid_ptr, length, name);
+        append_seq_nums(name, &length, i);
+        const std::vector<oid> own(name, name + length);
+        ASSERT_LT(last, own) << text_of(name, length);
+        last = own;
+        ASSERT_FALSE(is_cached(i));
+        ASSERT_EQ(vars[i].uint, 0xFFFFFFFF);
+        ASSERT_TRUE(vars[i].str.empty() && vars[i].flags == 0);
+    }
+}
+
+TEST_F(Store, FindsRowAndParentByArithmetic) {
+    struct row {
+        int32_t var_index;
+        const char* name;
+        int32_t parent;
+        int32_t row;
+    };
+    const int32_t fans = cols[COLID_tsCtlrFanNbr].first_var;
+    const row rows[] = {
+        {0, "1.3.6.1.2.1.1.4.0", -1, -1},
+        {10, "R.7.0", -1, -1},
+        {cols[COLID_worstAlertNbr].first_var, "R.44.0", -1, -1},
+        {cols[COLID_tsCtlrNbr].first_var + 1, "R.13.1.2.2", -1, 2},
+        {fans + 5, "R.16.1.2.1.6", 1, 6},
+        {fans + 6, "R.16.1.2.2.1", 2, 1},
+        {cols[COLID_tsEnclTempForceTrap].first_var + 2199, "R.23.1.6.100.22", 100, 22},
+        {cols[COLID_tsEnclAlarmNbr].first_var + 99, "R.24.1.2.100.1", 100, 1},
+        {cols[COLID_tsAlertNbr].first_var, "R.46.1.2.1.1", 1, 1},
+        {254628, "R.46.1.11.2.9000", 2, 9000},
+    };
+    for (const row& each : rows) {
+        EXPECT_EQ(name_of(each.var_index), each.name);
+        EXPECT_EQ(get_parent_seq(each.var_index), each.parent) << each.name;
+        EXPECT_EQ(get_row_seq(each.var_index), each.row) << each.name;
+    }
+    for (int32_t i = 0; i < 16; ++i)
+        EXPECT_EQ(vars[i].col_id, i);
+    for (int col_id = 48; col_id <= 58; ++col_id)
+        EXPECT_EQ(cols[col_id].head_var, fans);
+}
+
+TEST_F(Store, BuiltAgainForgetsEveryValue) {
+    put("R.7.0", "6.5");
+    put("R.46.1.11.2.9000", 1);
+    vars[10].flags |= VAR_FLAG_delivered;
+    cols[16].last_fetch_time_us = 5;
+    EXPECT_EQ(init_all_oids(), 0);
+    EXPECT_EQ(transcript::take(), "log 7 freeing vars array$\n");
+    EXPECT_EQ(total_vars, 254629);
+    EXPECT_EQ(vars[10].str, "");
+    EXPECT_EQ(vars[10].flags, 0);
+    EXPECT_EQ(vars[254628].uint, 0xFFFFFFFF);
+    EXPECT_EQ(first_cached_from(0), -1);
+    EXPECT_EQ(cols[16].last_fetch_time_us, 0);
+}
+
+TEST_F(Store, IsExactlyFull) {
+    EXPECT_EQ(init_a_var(193), 1);
+    EXPECT_EQ(init_tbl_col(0, 5, 0, 193, 15, SMI_BASETYPE_UNSIGNED32, cols[193].oid_ptr, nullptr, nullptr, 0),
+              1);
+    EXPECT_EQ(init_a_single_oid(15, 18, SMI_BASETYPE_UNSIGNED32, cols[15].oid_ptr, nullptr, nullptr), 1);
+    EXPECT_EQ(transcript::take(),
+              "log 4 exceded MAX_total_vars: current_oid_for_init: 254630, MAX_total_vars: 254629$\n"
+              "log 4 exceded MAX_total_vars: current_oid_for_init: 254630, MAX_total_vars: 254629$\n"
+              "log 4 error while initializing oid: col_id: 193$\n"
+              "log 4 exceded MAX_LUMIVANT_OIDLEN$\n");
+}
+
+TEST_F(Store, BitmapBehavesLikeOneFlagAnEntry) {
+    std::mt19937 random(7);
+    std::vector<bool> model(static_cast<size_t>(total_vars), false);
+    const auto below = [&](int32_t bound) {
+        return std::uniform_int_distribution<int32_t>(0, bound - 1)(random);
+    };
+    for (int i = 0; i < 20000; ++i) {
+        // Near word borders, the ends, and anywhere; ranges from none to thousands.
+        int32_t first = below(3) == 0 ? below(total_vars) : below(total_vars / 64) * 64 + below(3);
+        if (below(20) == 0)
+            first = total_vars - 1 - below(130);
+        const int32_t longest = below(4) == 0 ? 5000 : 140;
+        const int32_t last = std::min(first + below(longest), total_vars);
+        switch (below(4)) {
+            case 0:
+                clear_cached_range(first, last);
+                std::fill(model.begin() + first, model.begin() + last, false);
+                break;
+            case 1:
+                clear_cached(first);
+                model[static_cast<size_t>(first)] = false;
+                break;
+            default:
+                for (int32_t each = first; each < last; each += 1 + below(90)) {
+                    set_cached(each);
+                    model[static_cast<size_t>(each)] = true;
+                }
+        }
+        const auto found = std::find(model.begin() + first, model.end(), true);
+        ASSERT_EQ(first_cached_from(first), found == model.end() ? -1 : found - model.begin()) << first;
+    }
+    for (int32_t i = 0; i < total_vars; ++i)
+        ASSERT_EQ(is_cached(i), model[static_cast<size_t>(i)]) << i;
+    set_cached(254628);
+    EXPECT_EQ(first_cached_from(254628), 254628);
+    EXPECT_EQ(first_cached_from(254629), -1);
+    EXPECT_EQ(first_cached_from(INT64_MAX), -1);
+    EXPECT_EQ(first_cached_from(-1), -1);
+}
+
+TEST_F(Store, FindsARowByItsValueUpToTheFirstGap) {
+    const int32_t first = cols[COLID_tsDiskApiIndex].first_var;
+    for (const int32_t row : {0, 1, 2, 4})
+        store_number(first + row, 10 * (row + 1));
+    EXPECT_EQ(find_row_by_value(first, 2000, 10), 0);
+    EXPECT_EQ(find_row_by_value(first, 2000, 30), 2);
+    EXPECT_EQ(find_row_by_value(first, 2000, 50), -1);  // behind the gap
+    EXPECT_EQ(find_row_by_value(first, 2, 30), -1);
+    EXPECT_EQ(find_row_by_value(first, 3, 30), 2);
+    EXPECT_EQ(find_row_by_value(first, 0, 10), -1);
+    EXPECT_EQ(find_row_by_value(first, -1, 10), -1);
+    EXPECT_EQ(find_row_by_value(first + 3, 5, 0xFFFFFFFF), -1);
+}
+
+// ---- refreshing by force: a get_fn of the test writes down its calls ----
+
+int failing_column = -1;
+
+int get_and_note(int32_t var_index, bool background) {
+    const int col_id = vars[var_index].col_id;
+    transcript::add("get " + std::to_string(col_id) + (background ? " in the background" : ""));
+    fake_clock::advance(2500);
+    return col_id == failing_column ? 7 : 0;
+}
+
+class Force : public Store {
+  protected:
+    Force() {
+        for (column_record& column : cols)
+            column.get_fn = column.get_fn != nullptr ? get_and_note : nullptr;
+    }
+};
+
+TEST_F(Force, TakesTheTimesOfARefresh) {
+    EXPECT_EQ(force_get_table_info(COLID_tsDiskName, true), 0);  // a table's column stands for the table
+    EXPECT_EQ(transcript::take(), "get 27 in the background\n");
+    EXPECT_EQ(cols[COLID_tsDiskName].last_fetch_time_us, fake_clock::kStart_us);
+    EXPECT_EQ(cols[COLID_tsDiskName].last_fetch_duration_us, 2500);
+
+    failing_column = 27;
+    EXPECT_EQ(force_get_table_info(COLID_tsDiskName, false), 1);
+    EXPECT_EQ(transcript::take(), "get 27\nlog 7 UNsuccessful in get-handler for col-id: 29, retVal: 7$\n");
+    EXPECT_EQ(cols[COLID_tsDiskName].last_fetch_time_us, fake_clock::kStart_us + 2500);
+    EXPECT_EQ(cols[COLID_tsDiskName].last_fetch_duration_us, 2500);
+
+    EXPECT_EQ(force_get_table_info(COLID_tsFolderUsageNbr, false), 0);  // nothing refreshes it by itself
+    EXPECT_EQ(transcript::take(), "");
+}
+
+TEST_F(Force, OfAllGoesOnWithoutPagePoolsOnly) {
+    verbose = false;
+    const char* const kAll =
+        "0 1 2 3 4 5 6 9 12 14 15 16 27 37 47 59 63 74 85 90 94 98 103 107 115 120 127 133 144 151 165 166 "
+        "167 168 "
+        "169 170 171 172 173 174 175 176 177 184 ";
+    const auto columns_of = [](std::string lines) {
+        std::erase(lines, '\n');
+        for (size_t place = 0; (place = lines.find("get ", place)) != std::string::npos;)
+            lines.replace(place, 4, place == 0 ? "" : " ");
+        return lines + " ";
+    };
+    EXPECT_EQ(force_get_table_info_all(), 0);
+    EXPECT_EQ(columns_of(transcript::take()), kAll);
+
+    failing_column = 177;
+    EXPECT_EQ(force_get_table_info_all(), 0);
+    std::string lines = transcript::take();
+    const std::string complaint =
+        "log 4 could not get table info for tsDiskConfig: perhaps there are no pagepools$\n";
+    ASSERT_NE(lines.find(complaint), std::string::npos);
+    EXPECT_EQ(columns_of(lines.erase(lines.find(complaint), complaint.size())), kAll);
+
+    failing_column = 144;
+    EXPECT_EQ(force_get_table_info_all(), 1);
+    lines = transcript::take();
+    EXPECT_EQ(lines.substr(lines.find("get 144")),
+              "get 144\nlog 4 could not get table info for col_id: 144$\n");
+}
+
+}  // namespace

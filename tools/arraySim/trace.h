@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdio>
+#include <mutex>
+#include <string>
+
+#include "tools/arraySim/service.h"
+
+namespace arraysim {
+
+/** What people see of a running simulator, a line at a time. May be used from any thread. */
+class Trace {
+  public:
+    /** out: lent. exchanges: whether exchanges are printed too. */
+    Trace(std::FILE* out, bool exchanges) : out_(out), exchanges_(exchanges) {}
+
+    /** The meaning of the columns, and their heads. */
+    void PrintLegend();
+    void PrintExchange(const ServedExchange& exchange);
+    void PrintText(const std::string& text);
+
+    /** The columns of an exchange behind its time. */
+    static std::string Columns(const ServedExchange& exchange);
+
+  private:
+    void PrintLine(const std::string& line);
+
+    std::mutex mutex_;
+    std::FILE* out_;
+    const bool exchanges_;
+};
+
+}  // namespace arraysim
