@@ -62,9 +62,8 @@ class ADaemon(story.Story):
         self.daemon.signal(signal.SIGTERM)
         self.assertEqual(self.daemon.wait_for_exit_status(), 0)
         log = self.daemon.log()
-        places = [log.find(text) for text in (
-            SIGTERM_LINE, "popped out of main_loop: snmpSubagent_is_active=0, abort_snmpSubagent=0", daemon.ENDED)]
-        self.assertEqual(places, sorted(places))
+        self.assertIn(SIGTERM_LINE, log)
+        self.assertGreater(log.find(daemon.ENDED), log.find(SIGTERM_LINE))
         self.assertNotIn("will try a restart", log)
         for name in ("snmpd", "snmpSubagent", "sh", "sleep"):
             self.assertEqual(machine.processes_named(name), [], name)

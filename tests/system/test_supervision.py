@@ -41,7 +41,7 @@ class TheMasterAgent(story.Story):
         self.daemon.wait_for_log(RESTART, 90)
         self.daemon.wait_for_log(daemon.UP, 90, times=2)
         waiting.wait_until(lambda: not machine.is_running(old_daemon), "the old daemon has ended")
-        self.assertNotEqual(self.daemon.pid(), old_daemon)
+        self.assertEqual(machine.processes_named("snmpSubagent"), [self.daemon.pid()])
         self.assertNotEqual(self.daemon.snmpd_pid(), old_snmpd)
         self.assertEqual(len(machine.processes_named("snmpd")), 1)
         self.assertEqual(self.manager.value(mib.oid("tsCtlrName", 1)), self.name)

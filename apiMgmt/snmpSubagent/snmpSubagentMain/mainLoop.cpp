@@ -156,8 +156,9 @@ links check_links(int* strikes_against_apimgr) {
 void start_new_copy() {
     SUBAGENT_LOG(4,
                  "main-session down, or error on agentx-ping, or failed self-test: will try a restart...\n");
+    // In the background as a whole: its second is this copy's time to end, pid file and snmpd included.
     if (snmpSubagent_is_active)
-        run_command(restart_command);
+        run_command("(" + restart_command + ") &");
 }
 
 void watch_snmpd_memory() {

@@ -1,3 +1,5 @@
+#include <iterator>
+
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/apiAccess.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/numericText.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/postProcess.h"
@@ -50,7 +52,28 @@ void store_row_number(int32_t row) {
                        numbers.first_var + static_cast<int32_t>(numbers.maxNumOfRows));
 }
 
+// The fetch writes block counts into the numbers of the row, which a manager must not see: they are put back,
+// and only a complete fetch replaces them.
+class kept_numbers {
+  public:
+    explicit kept_numbers(int32_t row) : row_(row) {
+        for (size_t i = 0; i < std::size(kUsageColumns); ++i)
+            numbers_[i] = vars[row_of(kUsageColumns[i].col_id, row)].uint;
+    }
+    ~kept_numbers() {
+        for (size_t i = 0; i < std::size(kUsageColumns); ++i)
+            vars[row_of(kUsageColumns[i].col_id, row_)].uint = numbers_[i];
+    }
+    kept_numbers(const kept_numbers&) = delete;
+    kept_numbers& operator=(const kept_numbers&) = delete;
+
+  private:
+    int32_t row_;
+    uint32_t numbers_[std::size(kUsageColumns)];
+};
+
 bool fetch_usage(int32_t row, uint32_t api_index) {
+    const kept_numbers numbers(row);
     bool is_fetched = false;
     for (const usage_column& column : kUsageColumns) {
         if (GetSingleInstance(kUsageObject, static_cast<int>(api_index), column.attribute,

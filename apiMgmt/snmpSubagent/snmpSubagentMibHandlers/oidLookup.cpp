@@ -80,8 +80,11 @@ int32_t index_of_scalar(const column_record& column, const oid* name, size_t nam
 constexpr int64_t kNoCandidate = -1;
 
 // A sub-identifier as a number wide enough for sums. The agent library reads those of 2147483648 and more
-// from AgentX with a sign that they do not have.
-int64_t number_of(oid sub_identifier) { return static_cast<int64_t>(sub_identifier & 0xFFFFFFFF); }
+// from AgentX with a sign that they do not have; what lies beyond the greatest one counts as that.
+int64_t number_of(oid sub_identifier) {
+    constexpr oid kGreatest = 0xFFFFFFFF;
+    return static_cast<int64_t>(std::min(sub_identifier, kGreatest));
+}
 
 int64_t first_of_column_after(int col_id) {
     return col_id + 1 < NUMBER_OF_COLUMNS ? cols[col_id + 1].first_var : kNoCandidate;

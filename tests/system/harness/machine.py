@@ -80,14 +80,17 @@ def processes_named(name):
 
 def end_processes_named(*names):
     """Ends what an earlier test has left. Safe: in here are only the sandbox's own processes."""
-    for name in names:
-        for pid in processes_named(name):
+
+    def all_gone():
+        found = [pid for name in names for pid in processes_named(name)]
+        for pid in found:
             try:
                 os.kill(pid, signal.SIGKILL)
             except ProcessLookupError:
                 pass
-    for name in names:
-        waiting.wait_until(lambda: not processes_named(name), f"no process '{name}' is left")
+        return not found
+
+    waiting.wait_until(all_gone, f"no process of {', '.join(names)} is left")
 
 
 def run(*command, environment=None, limit_s=60, check=True):

@@ -1,1 +1,179 @@
 #include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "tools/arraySim/presets.h"
+#include "tools/arraySim/simulator.h"
+
+using namespace arraysim;
+
+namespace {
+
+class Commands : public testing::Test {
+  protected:
+    std::string Good(const std::string& line) {
+        const Reply reply = simulator_.Execute(line);
+        EXPECT_TRUE(reply.good) << line << ": " << reply.text;
+        return reply.text;
+    }
+
+    std::string Bad(const std::string& line) {
+        const Reply reply = simulator_.Execute(line);
+        EXPECT_FALSE(reply.good) << line;
+        return reply.text;
+    }
+
+    Simulator simulator_{BuildPreset(Catalogue::Builtin(), *FindPreset("small"), 1, 64702), "key", Spelling::kApi};
+};
+
+TEST_F(Commands, MistakesAreNamedAndChangeNothing) {
+    struct Case {
+        const char *line, *error;
+    };
+    const Case cases[] = {
+        {"", "no command; `help` prints all"},
+        {"explode", "unknown command 'explode'; `help` prints all"},
+        {"set", "something is missing; usage: set KIND INDEX ATTR VALUE"},
+        {"set TsMoon 1 Name x", "unknown kind 'TsMoon'; `list` prints all"},
+        {"set TsDisk x Name y", "'x' is no API index"},
+        {"set TsDisk -5 Name y", "'-5' is no API index"},
+        {"set TsDisk 4294967296 Name y", "'4294967296' is no API index"},
+        {"set TsDisk 5 Colour red", "TsDisk has no attribute 'Colour'"},
+        {"set TsDisk 5 Name", "something is missing; usage: set KIND INDEX ATTR VALUE"},
+        {"set TsDisk 8 Name x", "there is no TsDisk 8"},
+        {"set TsDisk 5 Index 6", "Index is what the object is known by; the fault no-index leaves it out"},
+        {"unset TsDiskConfiguration 5 DiskIndex",
+         "DiskIndex is what the object is known by; the fault no-index leaves it out"},
+        {"set TsObjectCount 1 NumberOfDisks 5", "NumberOfDisks follows the model and cannot be set"},
+        {"set TsDisk 5 Name \"open", "a quote is not closed"},
+        {"set TsDisk 5 Name \"\\x\"", "unknown escape \\x in quotes"},
+        {"set TsDisk 5 Name \xff", "the text is not UTF-8"},
+        {"unset TsDisk 5 Name y", "'y' is too much; usage: unset KIND INDEX ATTR"},
+        {"set TsServer 5 TsCreated True", "TsPhysicalServer has no attribute 'TsCreated'"},
+        {"fail TsDisk 5 Sideways", "'Sideways' is neither Down nor Degraded"},
+        {"fail TsDisk 5 Up", "'Up' is neither Down nor Degraded"},
+        {"fail TsAlert 2", "TsAlert has no status"},
+        {"recover TsObjectCount 1", "TsObjectCount has no status"},
+        {"fail TsPhysicalServer 6", "there is no TsPhysicalServer 6"},
+        {"add TsServer", "TsServer holds several kinds; name one of them"},
+        {"add TsDisk Name", "'Name' is not ATTR=VALUE; usage: add KIND [ATTR=VALUE...]"},
+        {"add TsDisk Index=5", "there is a TsDisk 5 already"},
+        {"add TsVirtualServer Index=5", "there is a TsServer 5 already"},
+        {"add TsDisk Index=x", "'x' is no API index"},
+        {"add Tessera", "there is a Tessera 1 already"},
+        {"add TsObjectCount NumberOfDisks=1", "NumberOfDisks follows the model and cannot be set"},
+        {"remove TsDisk 8", "there is no TsDisk 8"},
+        {"get TsDisk 8", "there is no TsDisk 8"},
+        {"expect TsDisk 5 Status Down", "TsDisk 5 Status: expected 'Down', found 'Up'"},
+        {"dump /nonexistent/folder/x", "cannot write /nonexistent/folder/x: No such file or directory"},
+        {"load /nonexistent", "cannot read /nonexistent: No such file or directory"},
+        {"load", "something is missing; usage: load FILE"},
+        {"list everything", "'everything' is too much; usage: list"},
+        {"clear nonsense", "unknown fault 'nonsense'"},
+        {"fault", "which fault? `help` prints all"},
+        {"fault nonsense", "unknown fault 'nonsense'; `help` prints all"},
+        {"fault delay", "something is missing; usage: fault delay MS [on KIND] [for N]"},
+        {"fault delay 0", "'0' is no number from 1 to 3600000; usage: fault delay MS [on KIND] [for N]"},
+        {"fault hang 5", "'5' is too much; usage: fault hang [on KIND] [for N]"},
+        {"fault hang for 0", "'0' is no number of exchanges"},
+        {"fault hang on TsMoon", "unknown kind 'TsMoon'"},
+        {"fault hang on TsVirtualServer", "TsVirtualServer is never asked for; name its list TsServer"},
+        {"fault refuse on TsDisk", "this fault acts before a request is read, so it knows no kind; usage: fault "
+                                   "refuse [on KIND] [for N]"},
+        {"fault stop-listening for 2", "this fault lasts until it is cleared; usage: fault stop-listening [on KIND] "
+                                       "[for N]"},
+        {"fault truncated on Ping", "this fault strikes commands, not pings; usage: fault truncated [on KIND] [for N]"},
+        {"fault ping-false on TsDisk", "this fault strikes pings, which name no kind; usage: fault ping-false [on "
+                                       "KIND] [for N]"},
+        {"fault error Code", "something is missing; usage: fault error CODE TEXT [on KIND] [for N]"},
+        {"fault missing Colour", "no kind has an attribute 'Colour'"},
+    };
+    const std::string model = Good("dump");
+    for (const Case& each : cases) {
+        EXPECT_EQ(Bad(each.line), each.error) << each.line;
+    }
+    EXPECT_EQ(Good("dump"), model);
+    EXPECT_EQ(Good("faults"), "");
+}
+
+TEST_F(Commands, ValuesAreTakenAsWrittenInEitherSpelling) {
+    Good("set tsDisk 5 name   two  words ");
+    EXPECT_EQ(Good("get TSDISK 5 Name"), "two words\n");
+    Good("set TsDisk 5 Name \"two  words\\n\\\"quoted\\\" \\\\ ö\"");
+    EXPECT_EQ(Good("get TsDisk 5 Name"), "two  words\n\"quoted\" \\ ö\n");
+    Good("set TsDisk 5 Name \"\"");
+    EXPECT_EQ(Good("get TsDisk 5 Name"), "\n");
+    Good("unset TsDisk 5 Name");
+    EXPECT_EQ(Bad("get TsDisk 5 Name"), "TsDisk 5 has no value for Name");
+    EXPECT_EQ(Bad("expect TsDisk 5 Name x"), "TsDisk 5 Name: expected 'x', found nothing");
+    Good("set TsServer 6 Status Sideways");
+    Good("expect TsServerCluster 6 Status Sideways");
+}
+
+TEST_F(Commands, ObjectsComeAndGoWithTheirCompanionsAndCounts) {
+    Good("expect TsObjectCount 1 NumberOfDisks 12");
+    EXPECT_EQ(Good("add TsDisk Status=Down \"Name=new disk\" EnclosureIndex=2"), "17\n");
+    Good("expect TsDisk 17 Status Down");
+    Good("expect TsDisk 17 Name new disk");
+    Good("expect TsDisk 17 InstanceId 64702.17");
+    Good("expect TsDiskConfiguration 17 DiskIndex 17");
+    Good("expect TsObjectCount 1 NumberOfDisks 13");
+    EXPECT_EQ(Good("add TsDiskFolder Index=40"), "40\n");
+    Good("expect TsDiskFolderStorageUsage 40 Index 40");
+    Good("remove TsDiskFolder 40");
+    EXPECT_EQ(Bad("get TsDiskFolderStorageUsage 40"), "there is no TsDiskFolderStorageUsage 40");
+    Good("remove TsDisk 17");
+    Good("expect TsObjectCount 1 NumberOfDisks 12");
+    EXPECT_EQ(Bad("get TsDiskConfiguration 17"), "there is no TsDiskConfiguration 17");
+    Good("expect TsControllerFanSensor 2 Name Controller A Fan 1");
+    EXPECT_EQ(Good("add TsControllerFanSensor ControllerIndex=3"), "11\n");
+    Good("expect TsControllerFanSensor 11 Name Controller B Fan 4");
+}
+
+TEST_F(Commands, AModelGoesToAFileAndComesBack) {
+    std::string folder = std::filesystem::temp_directory_path() / "arraySimTest.XXXXXX";
+    ASSERT_NE(mkdtemp(folder.data()), nullptr);
+    const std::string model = Good("dump");
+    Good("dump " + folder + "/model");
+    Good("fail TsDisk 5");
+    EXPECT_NE(Good("dump"), model);
+    Good("load " + folder + "/model");
+    EXPECT_EQ(Good("dump"), model);
+    std::filesystem::remove_all(folder);
+}
+
+TEST_F(Commands, FaultsAreListedAsTheyWouldBeTyped) {
+    const char* const faults[] = {"fault hang on TsDisk for 2",
+                                  "fault delay 250",
+                                  "fault tear",
+                                  "fault tear 6 on Ping",
+                                  "fault error InvalidValue \"on and for\" on Tessera",
+                                  "fault unknown-status \"\"",
+                                  "fault missing EnclosureIndex for 1",
+                                  "fault huge-text Name 4096"};
+    std::string all;
+    for (const char* fault : faults) {
+        Good(fault);
+        all += std::string(fault) + "\n";
+    }
+    EXPECT_EQ(Good("faults"), all);
+    EXPECT_EQ(Good("clear tear"), "2 faults cleared\n");
+    EXPECT_EQ(Good("clear delay"), "1 fault cleared\n");
+    EXPECT_EQ(Good("clear"), "5 faults cleared\n");
+    EXPECT_EQ(Good("faults"), "");
+    Good("fault nesting for 3 on tsalert");
+    EXPECT_EQ(Good("faults"), "fault nesting 100000 on TsAlert for 3\n");
+}
+
+TEST_F(Commands, HelpNamesEveryCommandAndFault) {
+    const std::string help = Good("help");
+    for (const VerbInfo& verb : VerbTable()) {
+        EXPECT_NE(help.find(std::string(verb.name)), std::string::npos);
+    }
+    for (const FaultInfo& fault : FaultTable()) {
+        EXPECT_NE(help.find("  " + std::string(fault.name)), std::string::npos);
+    }
+}
+
+}  // namespace

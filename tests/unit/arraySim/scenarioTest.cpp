@@ -1,1 +1,137 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include "tests/unit/arraySim/requests.h"
+#include "tools/arraySim/presets.h"
+#include "tools/arraySim/scenario.h"
+
+using namespace arraysim;
+using testing::ElementsAre;
+
+namespace {
+
+/** Time that jumps: sleeping sets it, and an exchange that is waited for happens at once. */
+class JumpingPace : public ScenarioPace {
+  public:
+    explicit JumpingPace(Simulator& simulator) : simulator_(simulator) {}
+
+    int64_t Now_ms() override { return now_ms_; }
+
+    bool SleepUntil(int64_t time_ms) override {
+        now_ms_ = std::max(now_ms_, time_ms);
+        return now_ms_ < end_ms;
+    }
+
+    bool WaitForExchange(const std::string& command, const std::string& object, size_t seen) override {
+        now_ms_ += 700;  // a refresh comes when it comes
+        waits.push_back(command + " " + object);
+        if (command == "Ping") {
+            simulator_.Handle(PingMessage());
+        } else {
+            simulator_.Handle(CommandMessage(RequestDocument(object, command, {{"InstanceId", "64702"}})));
+        }
+        return simulator_.Exchanges(command, object) > seen;
+    }
+
+    std::vector<std::string> waits;
+    int64_t end_ms = INT64_MAX;
+
+  private:
+    Simulator& simulator_;
+    int64_t now_ms_ = 0;
+};
+
+class Scenarios : public testing::Test {
+  protected:
+    std::optional<size_t> Run(const Scenario& scenario) {
+        ScenarioRunner runner(scenario, simulator_, pace_, [this](const std::string& line) { lines_.push_back(line); });
+        return runner.Run();
+    }
+
+    std::optional<size_t> Run(const std::string& text) {
+        return Run(ParseScenario(Catalogue::Builtin(), "test", text));
+    }
+
+    Simulator simulator_{BuildPreset(Catalogue::Builtin(), *FindPreset("typical"), 1, 64702), kTestKey,
+                         Spelling::kApi};
+    JumpingPace pace_{simulator_};
+    std::vector<std::string> lines_;
+};
+
+TEST_F(Scenarios, StepsRunAtTheirTimes) {
+    EXPECT_EQ(Run("# comment\n"
+                  "say begin\n"
+                  "\n"
+                  "  at 2s fail TsDisk 12\n"
+                  "after 250ms expect TsDisk 12 Status Down\n"
+                  "wait for GetList TsDisk\n"
+                  "after 1s wait for Ping\n"
+                  "at 1m recover TsDisk 12\n"
+                  "after 500ms get TsDisk 12 Status\n"),
+              0u);
+    EXPECT_THAT(lines_,
+                ElementsAre("   0.000 s  say begin", "   2.000 s  at 2s fail TsDisk 12",
+                            "   2.250 s  after 250ms expect TsDisk 12 Status Down",
+                            "   2.250 s  wait for GetList TsDisk", "   3.950 s  after 1s wait for Ping",
+                            "  60.000 s  at 1m recover TsDisk 12", "  60.500 s  after 500ms get TsDisk 12 Status",
+                            "Up\n"));
+    EXPECT_THAT(pace_.waits, ElementsAre("GetList TsDisk", "Ping -"));
+}
+
+TEST_F(Scenarios, FailedStepsAreNamedAndTheRestStillRuns) {
+    EXPECT_EQ(Run("say begin\nexpect TsDisk 12 Status Down\nfail TsDisk 8\nset TsDisk 12 Name last\n"), 2u);
+    EXPECT_THAT(lines_, ElementsAre("   0.000 s  say begin", "   0.000 s  expect TsDisk 12 Status Down",
+                                    "test:2: FAILED: TsDisk 12 Status: expected 'Down', found 'Up'",
+                                    "   0.000 s  fail TsDisk 8", "test:3: FAILED: there is no TsDisk 8",
+                                    "   0.000 s  set TsDisk 12 Name last"));
+    EXPECT_TRUE(simulator_.Execute("expect TsDisk 12 Name last").good);
+}
+
+TEST_F(Scenarios, EndEarlyWhenTheyAreStopped) {
+    pace_.end_ms = 5000;
+    EXPECT_EQ(Run("at 4s set TsDisk 12 Name early\nat 6s set TsDisk 12 Name late\n"), std::nullopt);
+    EXPECT_TRUE(simulator_.Execute("expect TsDisk 12 Name early").good);
+}
+
+TEST(ScenarioText, MistakesNameFileAndLine) {
+    struct Case {
+        const char *text, *error;
+    };
+    const Case cases[] = {
+        {"say a\n\nexplode", "file:3: unknown command 'explode'; `help` prints all"},
+        {"at 5s", "file:1: a timed line reads: at TIME COMMAND"},
+        {"at 5s  \nsay x", "file:1: a timed line reads: at TIME COMMAND"},
+        {"at 5 say x", "file:1: '5' is no time; write 250ms, 5s or 1m"},
+        {"at s say x", "file:1: 's' is no time; write 250ms, 5s or 1m"},
+        {"after -1s say x", "file:1: '-1s' is no time; write 250ms, 5s or 1m"},
+        {"at 5h say x", "file:1: '5h' is no time; write 250ms, 5s or 1m"},
+        {"at 5s say x\nat 4s say y", "file:2: this time lies before that of an earlier line"},
+        {"wait", "file:1: a wait reads: wait for GetList|Get|Modify KIND, or wait for Ping"},
+        {"wait for GetList", "file:1: a wait reads: wait for GetList|Get|Modify KIND, or wait for Ping"},
+        {"wait for Ping TsDisk", "file:1: 'Ping' is none of GetList, Get, Modify, Ping"},
+        {"wait for GetList TsVirtualServer", "file:1: 'TsVirtualServer' is nothing that is asked for"},
+        {"expect TsDisk 5 Colour red", "file:1: TsDisk has no attribute 'Colour'"},
+        {"after 2s fault hang on TsMoon", "file:1: unknown kind 'TsMoon'"},
+        {"say \"open", "file:1: a quote is not closed"},
+    };
+    for (const Case& each : cases) {
+        try {
+            ParseScenario(Catalogue::Builtin(), "file", each.text);
+            ADD_FAILURE() << "accepted: " << each.text;
+        } catch (const ScenarioError& error) {
+            EXPECT_STREQ(error.what(), each.error);
+        }
+    }
+    EXPECT_THROW(ReadScenarioFile(Catalogue::Builtin(), "/nonexistent"), ScenarioError);
+    EXPECT_TRUE(ParseScenario(Catalogue::Builtin(), "file", "").steps.empty());
+}
+
+/** What is shipped as a demonstration holds what it promises. */
+TEST_F(Scenarios, TheDemonstrationMeetsItsExpectations) {
+    const Scenario scenario =
+        ReadScenarioFile(Catalogue::Builtin(), SOURCE_FOLDER "/tools/arraySim/scenarios/diskFailure.scenario");
+    EXPECT_EQ(Run(scenario), 0u) << testing::PrintToString(lines_);
+    EXPECT_THAT(pace_.waits, ElementsAre("GetList TsDisk", "GetList TsEnclosureCoolingFanSensor"));
+}
+
+}  // namespace

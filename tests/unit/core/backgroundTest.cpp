@@ -1,0 +1,202 @@
+#include <thread>
+
+#include "apiMgmt/common/platform/clock.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/backgroundUpdate.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
+#include "tests/unit/core/fakes/fakeApiMgr.h"
+#include "tests/unit/core/fakes/fakeClock.h"
+#include "tests/unit/core/fakes/mibWorld.h"
+#include "tests/unit/core/fakes/transcript.h"
+
+namespace {
+
+using std::string;
+
+constexpr int64_t kSecond = 1'000'000;
+
+int note_refresh(int32_t var_index, bool background) {
+    transcript::add("refresh " + std::to_string(vars[var_index].col_id) +
+                    (background ? " in the background" : ""));
+    return 0;
+}
+
+// All columns were refreshed just now, in no time, so that none is due unless the test makes it so.
+class Scan : public MibWorld {
+  protected:
+    Scan() {
+        snmpSubagent_is_active = true;
+        snmpSubagentComm->set_apimgr_state(true);
+        for (column_record& column : cols) {
+            if (column.get_fn != nullptr)
+                column.get_fn = note_refresh;
+            column.last_fetch_time_us = ClockNowUs();
+        }
+        bgUpdateLastFetch_us = ClockNowUs() - kSecond;
+    }
+
+    // One scan: what it did, the column it would go on with, the state it left.
+    static string scan() {
+        check_for_table_changes();
+        const int state = bgUpdateState;
+        return transcript::take() + "next " + std::to_string(bgUpdateColumn) + ", state " +
+               std::to_string(state) +
+               (state == BGUPDATE_STATE_getlist_requested ? " of " + std::to_string(bgUpdateTable) : "");
+    }
+    static string scan_from(int column) {
+        bgUpdateColumn = column;
+        bgUpdateLastFetch_us = ClockNowUs() - kSecond;
+        return scan();
+    }
+    static void set_age(int column, int64_t age_us, int64_t duration_us) {
+        cols[column].last_fetch_time_us = ClockNowUs() - age_us;
+        cols[column].last_fetch_duration_us = duration_us;
+    }
+};
+
+TEST_F(Scan, GoesRoundTheRingOneRefreshASecond) {
+    // In the order of the ring; the tables of the background are too young, and passed over.
+    const std::vector<int> ring = {0,   1,   2,   3,   4,   5,   6,   9,   12,  14,  15,  16,
+                                   47,  59,  63,  74,  85,  90,  94,  103, 127, 133, 165, 166,
+                                   167, 168, 169, 170, 171, 172, 173, 174, 175, 176};
+    for (const int col_id : ring) {
+        fake_clock::advance(kSecond - 1);
+        if (col_id > 0) {
+            EXPECT_EQ(scan(), "next " + std::to_string(bgUpdateColumn) + ", state 0");  // the gate is shut
+        }
+        fake_clock::advance(1);
+        const string course = scan();
+        EXPECT_EQ(course.substr(0, course.find('\n')), "refresh " + std::to_string(col_id));
+    }
+    EXPECT_EQ(bgUpdateColumn, 177);
+    fake_clock::advance(kSecond);
+    EXPECT_EQ(scan(), "next 0, state 0");             // nothing is due up to the end
+    EXPECT_EQ(scan(), "refresh 0\nnext 1, state 0");  // and an empty scan does not shut the gate
+}
+
+TEST_F(Scan, StopsAtTheFirstColumnThatIsDueAndNotYetAllowed) {
+    struct row {
+        int column;
+        int64_t age_us;
+        int64_t duration_us;
+        const char* course;
+    };
+    const row rows[] = {
+        {4, 20 * 5000 - 1, 5000, "next 4, state 0"},  // a scalar: 20 times
+        {4, 20 * 5000, 5000, "refresh 4\nnext 5, state 0"},
+        {4, 0, 0, "refresh 4\nnext 5, state 0"},
+        {47, 10 * 5000 - 1, 5000, "next 47, state 0"},  // a small table: 10 times
+        {47, 10 * 5000, 5000, "refresh 47\nnext 48, state 0"},
+        {27, 10 * kSecond - 1, kSecond, "next 27, state 0"},  // a large one too, before its age counts
+        {27, 10 * kSecond, kSecond, "refresh 47\nnext 48, state 0"},
+        {27, 120 * kSecond + 27 * 60 * kSecond / 194 - 1, 0, "refresh 47\nnext 48, state 0"},
+        {27, 120 * kSecond + 27 * 60 * kSecond / 194, 0, "next 28, state 1 of 27"},
+        {151, 120 * kSecond + 151 * 60 * kSecond / 194 - 1, 0, "refresh 165\nnext 166, state 0"},
+        {151, 120 * kSecond + 151 * 60 * kSecond / 194, 0, "next 152, state 1 of 151"},  // one row, yet there
+        {184, 120 * kSecond + 184 * 60 * kSecond / 194, 0, "next 185, state 1 of 184"},
+        {184, 0, 0, "next 0, state 0"},
+        {157, 1000 * kSecond, 0, "refresh 165\nnext 166, state 0"},  // has no refresh of its own
+    };
+    for (const row& each : rows) {
+        set_age(each.column, each.age_us, each.duration_us);
+        bgUpdateState = BGUPDATE_STATE_idle;
+        EXPECT_EQ(scan_from(each.column), each.course) << each.column << " " << each.age_us;
+        set_age(each.column, 0, 0);
+    }
+}
+
+TEST_F(Scan, DoesNothingWithoutTheLinkAndStopsWithTheDaemon) {
+    snmpSubagentComm->set_apimgr_state(false);
+    bgUpdateState = BGUPDATE_STATE_getlist_done;
+    EXPECT_EQ(scan_from(27), "next 27, state 2");
+    snmpSubagentComm->set_apimgr_state(true);
+    bgUpdateState = BGUPDATE_STATE_idle;
+    snmpSubagent_is_active = false;
+    EXPECT_EQ(scan_from(27), "next 28, state 0");
+    EXPECT_EQ(scan_from(193), "next 0, state 0");
+}
+
+TEST_F(Scan, ServesEachStateOfTheHandshake) {
+    const attribute_map_entry map[] = {{"Name", COLID_tsDiskName, nullptr}};
+    bgUpdateTable = COLID_tsDiskNbr;
+    bgUpdateApiName = "tsDisk";
+    bgUpdateMapSize = 1;
+    bgUpdateMap = map;
+    bgUpdateResponse = fake_api_mgr::list_answer("<tsDisk><Name>d</Name></tsDisk>");
+
+    bgUpdateState = BGUPDATE_STATE_getlist_requested;
+    EXPECT_EQ(scan_from(37), "next 37, state 1 of 27");  // busy: what lies behind waits as well
+    EXPECT_EQ(scan_from(47), "refresh 47\nnext 48, state 1 of 27");
+    EXPECT_EQ(value_of(var_at(COLID_tsDiskName, 1)), "-");
+
+    // The answer is merged where the scan next comes to a table of the background, due or not.
+    bgUpdateState = BGUPDATE_STATE_getlist_done;
+    EXPECT_EQ(scan_from(107), "refresh 127\nnext 128, state 0");
+    EXPECT_EQ(value_of(var_at(COLID_tsDiskName, 1)), "\"d\"");
+    bgUpdateState = BGUPDATE_STATE_getlist_done;
+    bgUpdateResponse = "torn";
+    set_age(115, 1000 * kSecond, 0);
+    EXPECT_EQ(scan_from(115),
+              "log 4 error found while trying to parse ipXmlString: torn$\nnext 116, state 1 of 115");
+    EXPECT_EQ(bgUpdateLastFetch_us, ClockNowUs());
+    set_age(115, 0, 0);
+
+    bgUpdateTable = COLID_tsDiskNbr;
+    bgUpdateState = BGUPDATE_STATE_error_on_getlist;
+    EXPECT_EQ(scan_from(184),
+              "log 7 BGUPDATE_STATE_error_on_getlist for bgUpdateTable: 27, bgUpdateApiName: tsDisk$\n"
+              "next 0, state 0");
+    bgUpdateState = 4;
+    EXPECT_EQ(scan_from(184), "log 4 Error: invalid bgUpdateState: 4$\nnext 0, state 0");
+}
+
+// ---- the task ----
+
+// Both sides at work: the main thread scans and merges, the task fetches and nothing else. The clock is
+// moved by both; what must come about is awaited, however long it takes.
+TEST_F(MibWorld, TheTaskFetchesWhatTheScanAsksForUntilTheDaemonEnds) {
+    verbose = false;
+    fake_api_mgr::documents["GetList TsDisk"] = fake_api_mgr::list_answer("<tsDisk><Name>d</Name></tsDisk>");
+    fake_api_mgr::documents["GetList TsEnclosure"] = "no document";
+    snmpSubagentComm->set_apimgr_state(true);
+    for (column_record& column : cols) {
+        if (column.is_table() && column.head_var != cols[COLID_tsDiskNbr].first_var &&
+            column.head_var != cols[COLID_tsEnclNbr].first_var)
+            column.get_fn = nullptr;
+    }
+    std::thread task([] { EXPECT_EQ(GetListTaskMain(nullptr), reinterpret_cast<void*>(-1)); });
+    snmpSubagent_is_active = true;
+    int merged_disks = 0;
+    while (merged_disks < 3) {
+        fake_clock::advance(kSecond);
+        check_for_table_changes();
+        if (is_cached(var_at(COLID_tsDiskNbr, 1))) {
+            ++merged_disks;
+            clear_cached(var_at(COLID_tsDiskNbr, 1));
+        }
+        std::this_thread::yield();
+    }
+    snmpSubagent_is_active = false;
+    task.join();
+    EXPECT_EQ(vars[var_at(COLID_tsDiskName, 1)].str, "d");
+    EXPECT_NE(transcript::take().find("log 4 error found while trying to parse ipXmlString: no document$\n"),
+              string::npos);
+}
+
+TEST_F(MibWorld, TheTaskTellsAFailedFetch) {
+    verbose = false;
+    fake_api_mgr::refuse_connections(true);
+    snmpSubagent_is_active = true;
+    bgUpdateTable = COLID_tsDiskNbr;
+    bgUpdateState.store(BGUPDATE_STATE_getlist_requested, std::memory_order_release);
+    std::thread task([] { GetListTaskMain(nullptr); });
+    while (bgUpdateState.load(std::memory_order_acquire) == BGUPDATE_STATE_getlist_requested)
+        std::this_thread::yield();
+    EXPECT_EQ(bgUpdateState, BGUPDATE_STATE_error_on_getlist);
+    EXPECT_EQ(bgUpdateApiName, "tsDisk");
+    EXPECT_FALSE(snmpSubagentComm->apimgr_ok());
+    snmpSubagent_is_active = false;
+    task.join();
+}
+
+}  // namespace

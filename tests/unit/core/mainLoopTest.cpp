@@ -1,0 +1,361 @@
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/mainLoop.h"
+
+#include <csignal>
+
+#include "apiMgmt/common/platform/clock.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/backgroundUpdate.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/masterAgent.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/signals.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
+#include "tests/unit/core/fakes/fakeAgent.h"
+#include "tests/unit/core/fakes/fakeApiMgr.h"
+#include "tests/unit/core/fakes/fakeClock.h"
+#include "tests/unit/core/fakes/mibWorld.h"
+#include "tests/unit/core/fakes/transcript.h"
+
+namespace {
+
+using std::string;
+
+const char* const kSnmpget = "open /usr/local/bin/snmpget -r 0 -v2c -c [public] localhost OID-OF-10.0 &\n";
+const char* const kPs = "open /bin/ps -o pid,rss 4711\n";
+const char* const kSigterm = "log 4 (((((((((((((((((( SIGTERM ))))))))))))))))))))$\n";
+const char* const kPopped =
+    "log 4 popped out of main_loop: snmpSubagent_is_active=0, abort_snmpSubagent=0$\n";
+const char* const kRestart =
+    "log 4 main-session down, or error on agentx-ping, or failed self-test: will try a restart...$\n"
+    "run sleep 1; daemon &\n";
+
+// All is well and was looked at just now; no table is refreshed unless a test wants it.
+class MainLoop : public MibWorld {
+  protected:
+    MainLoop() {
+        mib_mutex.Lock();
+        verbose = false;
+        snmpSubagent_is_active = true;
+        restart_command = "sleep 1; daemon &";
+        snmpSubagentComm->set_apimgr_state(true);
+        snmpSubagentComm->set_agentx_state(true);
+        last_mem_check_time_us = ClockNowUs();
+        bgUpdateLastFetch_us = INT64_MAX / 2;
+        vars[COLID_selfTestVersion].flags |= VAR_FLAG_delivered;
+        snmpd_pid = 4711;
+        fake_agent::output_of = [this](const string& command) {
+            return command.rfind("/bin/ps", 0) == 0 ? ps_output.c_str() : "";
+        };
+        fake_clock::write_sleeps(true);
+    }
+
+    string ps_output = "  PID   RSS\n 4711  5000\n";
+
+    /** What each pass finds at its end, in turn; SIGTERM in the last one. */
+    void at_checks(std::vector<std::function<int()>> steps) {
+        fake_agent::on_check = [steps, pass = size_t{0}]() mutable {
+            const size_t step = pass++;
+            if (step + 1 >= steps.size())
+                catch_sigterm(SIGTERM);
+            return steps.at(step)();
+        };
+    }
+
+    /** Runs the loop to its end: its result and what was called; without the care for the log file. */
+    static string run() {
+        const int result = main_loop();
+        string lines = transcript::take();
+        for (const string care : {"reopen_redirected_log\n", "truncate_subagent_log\n"}) {
+            for (size_t place; (place = lines.find(care)) != string::npos;)
+                lines.erase(place, care.size());
+        }
+        return lines + "result " + std::to_string(result);
+    }
+};
+
+int nothing() {
+    return 0;
+}
+
+TEST_F(MainLoop, GoesThroughAPassInOrder) {
+    verbose = true;
+    bgUpdateLastFetch_us = 0;
+    tempTest_requested = true;
+    fake_clock::advance(3'000'000);
+    at_checks({[] {
+        EXPECT_EQ(permission_to_process_pdu, 10);
+        EXPECT_EQ(mib_mutex.TryLock(), 0);
+        mib_mutex.Unlock();
+        return 0;
+    }});
+    cols[0].get_fn = [](int32_t, bool) {
+        transcript::add("refresh 0");
+        return 0;
+    };
+    EXPECT_EQ(main_loop(), 0);
+    EXPECT_EQ(
+        transcript::take(),
+        string("wait 1000 us\nrefresh 0\nlog 4 liteObjEnabled toggled to false$\nreopen_redirected_log\n"
+               "truncate_subagent_log\napi GetList TsController\nagent ping\n") +
+            kSnmpget + kPs + "agent check\n" + kSigterm + kPopped + "log 7 exiting main_loop$\n");
+    EXPECT_EQ(permission_to_process_pdu, 0);
+    EXPECT_NE(mib_mutex.TryLock(), 0);
+    EXPECT_EQ(last_mem_check_time_us, ClockNowUs());
+}
+
+TEST_F(MainLoop, RestsByTheTraffic) {
+    at_checks({nothing,
+               [] {
+                   fake_clock::advance(1'000'000 - 1000 - 1000);
+                   return 0;
+               },
+               [] { return 1; }, [] { return 3; },
+               [] {
+                   fake_clock::advance(999'999);
+                   return 0;
+               },
+               nothing, [] { return -1; }, nothing});
+    EXPECT_EQ(run(),
+              string("wait 1000 us\nagent check\n"
+                     "wait 1000 us\nagent check\n"
+                     "sleep 10000 us\nagent check\n"  // a second has gone by without packets
+                     "agent check\n"                  // right after packets: neither rest nor scan
+                     "agent check\n"
+                     "wait 1000 us\nagent check\n"  // 999999 microseconds after the last packets
+                     "sleep 10000 us\nagent check\n"
+                     "sleep 10000 us\nagent check\n") +
+                  kSigterm + kPopped + "result 0");
+}
+
+TEST_F(MainLoop, LooksAtLinksThatWereSilentForMoreThanTwoWholeSeconds) {
+    const string calm = string("wait 1000 us\nagent check\nsleep 10000 us\n");
+    const struct {
+        int64_t silence_us;
+        string looks;
+    } rows[] = {{3'000'000 - 10'000 - 1, ""},
+                {3'000'000 - 10'000, string("api GetList TsController\nagent ping\n") + kSnmpget + kPs}};
+    for (const auto& each : rows) {
+        const int64_t start_us = ClockNowUs();
+        snmpSubagent_is_active = true;
+        at_checks({[&] {
+                       fake_clock::set(start_us + each.silence_us);
+                       return 0;
+                   },
+                   nothing});
+        EXPECT_EQ(run(), calm + each.looks + "agent check\n" + kSigterm + kPopped + "result 0");
+        vars[COLID_selfTestVersion].flags |= VAR_FLAG_delivered;
+        snmpSubagentComm->set_apimgr_state(true);
+        snmpSubagentComm->set_agentx_state(true);
+        last_mem_check_time_us = ClockNowUs();
+    }
+}
+
+TEST_F(MainLoop, CountsStrikesUntilTheApiManagerIsBack) {
+    const string refused =
+        "api refused\nlog 4 Exception: /tmp/apimgr.sock: nobody listens$\n"
+        "log 4  ---- Can't connect to ApiMgr's socket ----$\nlog 4 Could not open socket to ApiMgr.$\n";
+    const auto strike = [&](int number) {
+        return refused +
+               "log 4 failed interface test to apimgr: strikes_against_apimgr = " + std::to_string(number) +
+               " out of 3: we'll retry after a sleep of 15 sec$\nsleep 15000000 us\n";
+    };
+    snmpSubagentComm->set_apimgr_state(false);
+    fake_api_mgr::refuse_connections(true);
+    int sleeps = 0;
+    transcript::on("sleep 15000000", [&](const string&) {
+        if (++sleeps == 2)
+            fake_api_mgr::refuse_connections(false);
+    });
+    int checks = 0;
+    fake_agent::on_check = [&] {
+        if (++checks == 2) {  // gone once more
+            snmpSubagentComm->set_apimgr_state(false);
+            fake_api_mgr::refuse_connections(true);
+        }
+        return 0;
+    };
+    EXPECT_EQ(run(),
+              "wait 1000 us\n" + strike(1) + "sleep 10000 us\n" + strike(2) +
+                  "sleep 10000 us\napi ping\napi GetList TsController\n" + kPs +
+                  "agent check\n"
+                  // The next pass tells of the recovery and clears the strikes.
+                  "sleep 10000 us\nlog 4 interface to apimgr has been recovered before reached 3 strikes$\n"
+                  "agent ping\n" +
+                  kSnmpget +
+                  "agent check\n"
+                  "sleep 10000 us\n" +
+                  strike(1) + "sleep 10000 us\n" + strike(2) + "sleep 10000 us\n" + refused +
+                  "log 4 failed interface test to apimgr: 3 retries and no connect.$\nresult 1");
+}
+
+TEST_F(MainLoop, TestsTheWholeLinkWhenTheAccessTestFails) {
+    verbose = true;
+    fake_clock::advance(3'000'000);
+    snmpSubagentComm->set_agentx_state(true);
+    last_mem_check_time_us = ClockNowUs();
+    int exchanges = 0;
+    fake_api_mgr::meddle([&](const fake_api_mgr::envelope&, fake_api_mgr::envelope& answer) {
+        if (++exchanges == 1)
+            answer.clear_apirespmsg();
+    });
+    at_checks({nothing});
+    EXPECT_EQ(run(),
+              string("wait 1000 us\napi GetList TsController\nlog 4 msgResponse did Not have apirespmsg$\n"
+                     "log 4 Error on ApiMgr-ping.$\nlog 7 connection to apimgr is Not okay$\napi ping\n"
+                     "api GetList TsController\nagent check\n") +
+                  kSigterm + kPopped + "log 7 exiting main_loop$\nresult 0");
+}
+
+TEST_F(MainLoop, StartsANewCopyWhenTheChainIsBroken) {
+    const struct {
+        const char* what;
+        std::function<void()> breakage;
+        string course;
+    } rows[] = {
+        {"no main session", [] { fake_agent::has_main_session = false; }, "log 4 main-session went down$\n"},
+        {"no ping", [] { fake_agent::ping_result = 0; },
+         "agent ping\nlog 4 Error on ping to master agent$\n"},
+        {"no self-test", [] { vars[COLID_selfTestVersion].flags = 0; },
+         "agent ping\nlog 4 Did not get results from previous execute of snmpget of self-test oid$\n"},
+        {"no snmpget", [] { fake_agent::output_of = [](const string&) { return nullptr; }; },
+         string("agent ping\n") + kSnmpget + "log 4 failed popen(): args: " +
+             string(kSnmpget).substr(5, string(kSnmpget).size() - 6) + "$\n"},
+    };
+    for (const auto& each : rows) {
+        snmpSubagentComm->set_apimgr_state(false);
+        fake_clock::advance(3'000'000);
+        snmpSubagentComm->set_apimgr_state(true);
+        fake_agent::has_main_session = true;
+        fake_agent::ping_result = 1;
+        vars[COLID_selfTestVersion].flags |= VAR_FLAG_delivered;
+        each.breakage();
+        EXPECT_EQ(run(), "wait 1000 us\n" + each.course + kRestart + "result 1") << each.what;
+        EXPECT_EQ(snmpSubagentComm->agentx_ok(), string(each.what) == "no main session");
+    }
+}
+
+TEST_F(MainLoop, TestsAMainSessionThatHasComeBackAtOnce) {
+    fake_agent::has_main_session = false;
+    transcript::on("log 4 main-session went down",
+                   [](const string&) { fake_agent::has_main_session = true; });
+    at_checks({nothing});
+    EXPECT_EQ(run(), string("wait 1000 us\nlog 4 main-session went down$\nagent ping\n") + kSnmpget +
+                         "agent check\n" + kSigterm + kPopped + "result 0");
+}
+
+TEST_F(MainLoop, KillsASnmpdThatTakesTooMuchMemory) {
+    ps_output = "  PID   RSS\n 4711 50001\n";
+    last_mem_check_time_us = 0;
+    at_checks({nothing,
+               [] {
+                   fake_clock::advance(2'900'000);
+                   snmpSubagentComm->set_apimgr_state(true);
+                   snmpSubagentComm->set_agentx_state(true);
+                   return 0;
+               },
+               nothing});
+    EXPECT_EQ(run(), string("wait 1000 us\n") + kPs +
+                         "log 4 snmpd mem usage too high: 50001$\n"
+                         "open /usr/bin/killall -6 -v snmpd 2>&1\nsleep 10000 us\n"
+                         "open /usr/bin/killall -9 -v snmpd 2>&1\nsleep 10000 us\nagent check\n"
+                         "wait 1000 us\nagent check\nsleep 10000 us\nagent check\n" +
+                         kSigterm + kPopped + "result 0");
+}
+
+TEST_F(MainLoop, EndsAtWhicheverPointItSeesSigterm) {
+    const string refused_test =
+        "api refused\nlog 4 Caught std::exception processing request: /tmp/apimgr.sock: "
+        "nobody listens$\nlog 4 Error on ApiMgr-ping.$\n";
+    const struct {
+        const char* when;
+        std::function<void()> prepare;
+        string course;
+    } rows[] = {
+        {"wait", nothing, string("wait 1000 us\n") + kSigterm + "log 7 exiting main_loop$\nresult 1"},
+        {"log 4 liteObjEnabled", [] { tempTest_requested = true; },
+         string("wait 1000 us\nlog 4 liteObjEnabled toggled to false$\n") + kSigterm +
+             "log 7 exiting main_loop$\nresult 1"},
+        {"truncate_subagent_log", nothing,
+         string("wait 1000 us\n") + kSigterm + "log 7 exiting main_loop$\nresult 1"},
+        {"log 4 Error on ApiMgr-ping", [] { fake_api_mgr::refuse_connections(true); },
+         "wait 1000 us\n" + refused_test + kSigterm + "log 7 exiting main_loop$\nresult 1"},
+        {"log 7 connection to apimgr is Not okay", [] { snmpSubagentComm->set_apimgr_state(false); },
+         string("wait 1000 us\nlog 7 connection to apimgr is Not okay$\n") + kSigterm +
+             "log 7 exiting main_loop$\nresult 1"},
+        {"log 4 main-session went down", [] { fake_agent::has_main_session = false; },
+         string("wait 1000 us\napi GetList TsController\nlog 4 main-session went down$\n") + kSigterm +
+             "log 7 exiting main_loop$\nresult 1"},
+        {"log 4 main-session down, or", [] { fake_agent::has_main_session = false; },
+         string("wait 1000 us\napi GetList TsController\nlog 4 main-session went down$\n") +
+             string(kRestart).substr(0, string(kRestart).find("run")) + kSigterm +
+             "log 7 exiting main_loop$\nresult 1"},  // and starts no new copy
+        {"sleep 15000000",
+         [] {
+             snmpSubagentComm->set_apimgr_state(false);
+             fake_api_mgr::refuse_connections(true);
+             verbose = false;
+         },
+         string(
+             "wait 1000 us\napi refused\nlog 4 Exception: /tmp/apimgr.sock: nobody listens$\n"
+             "log 4  ---- Can't connect to ApiMgr's socket ----$\nlog 4 Could not open socket to ApiMgr.$\n"
+             "log 4 failed interface test to apimgr: strikes_against_apimgr = 1 out of 3: we'll retry after "
+             "a "
+             "sleep of 15 sec$\nsleep 15000000 us\n") +
+             kSigterm + kPopped + "result 0"},
+        {"api GetList", nothing,  // a test that has begun is ended, and so is the pass
+         string("wait 1000 us\napi GetList TsController\nagent check\n") + kSigterm + kPopped +
+             "log 7 exiting main_loop$\nresult 0"},
+    };
+    static string when;
+    transcript::on("", [](const string& line) {
+        if (line.rfind(when, 0) == 0)
+            catch_sigterm(SIGTERM);
+    });
+    for (const auto& each : rows) {
+        when = "";
+        verbose = true;
+        fake_agent::has_main_session = true;
+        fake_api_mgr::refuse_connections(false);
+        snmpSubagentComm->set_apimgr_state(true);
+        fake_clock::advance(3'000'000);
+        snmpSubagentComm->set_agentx_state(true);
+        last_mem_check_time_us = ClockNowUs();
+        each.prepare();
+        log_caught_signals();
+        transcript::take();
+        snmpSubagent_is_active = true;
+        when = each.when;
+        EXPECT_EQ(run(), each.course) << each.when;
+    }
+}
+
+TEST_F(MainLoop, EndsWhenTheListenerCouldNotBeSetUp) {
+    fake_agent::on_check = [] {
+        abort_snmpSubagent = true;
+        return 0;
+    };
+    EXPECT_EQ(run(),
+              "wait 1000 us\nagent check\n"
+              "log 4 popped out of main_loop: snmpSubagent_is_active=1, abort_snmpSubagent=1$\nresult 0");
+}
+
+TEST_F(MainLoop, GoesOnAfterSigintAndSigpipe) {
+    verbose = true;
+    at_checks({[] {
+                   catch_sigint(SIGINT);
+                   for (int i = 0; i < 5; ++i)
+                       catch_sigpipe(SIGPIPE);
+                   return 0;
+               },
+               [] {
+                   catch_sigpipe(SIGPIPE);  // less than 10 seconds after the last line
+                   return 0;
+               },
+               nothing});
+    EXPECT_EQ(run(), string("wait 1000 us\nagent check\nwait 1000 us\n"
+                            "log 4 (((((((((((((((((( SIGINT ))))))))))))))))))))$\n"
+                            "log 7 (((((((((((((((((( SIGPIPE ))))))))))))))))))))$\n"
+                            "agent check\nwait 1000 us\nagent check\n") +
+                         kSigterm + kPopped + "log 7 exiting main_loop$\nresult 0");
+}
+
+}  // namespace
