@@ -95,7 +95,7 @@ class HostileAnswers(story.SharedStory):
                 root = self.table_root(kind)
                 if line:
                     self.wait_for_line(line if line == NO_PARSE else re.escape(line), RING_LIMIT_S)
-                self.array.wait_until_asked_for(kind, RING_LIMIT_S)
+                self.array.wait_until_struck(kind, RING_LIMIT_S)
                 if then == GONE:
                     waiting.wait_until(lambda: not self.in_this_table(root), "the rows leave", RING_LIMIT_S)
                 else:
@@ -136,7 +136,7 @@ class HostileAnswers(story.SharedStory):
 
     def test_an_array_without_ups_fills_no_log(self):
         self.array.fault("error", "ObjectNotAvailable", "no UPS", "on", "TsUps")
-        self.array.wait_until_asked_for("TsUps", 420)
+        self.array.wait_until_struck("TsUps", 420)
         self.assertEqual(self.daemon.lines_with("tsUps"), [])
         self.assertEqual(self.served(self.table_root("TsUps")), self.right(self.table_root("TsUps")))
 

@@ -28,13 +28,15 @@ void CheckKey(const ApiRequest& request, const std::string& session_key) {
 
 void CheckForm(const ApiRequest& request) {
     if (request.command_type != "Method") {
-        throw ApiFailure("MethodNotAvailable", "Only methods are answered, no '" + request.command_type + "'");
+        throw ApiFailure("MethodNotAvailable",
+                         "Only methods are answered, no '" + request.command_type + "'");
     }
     if (ParseBool(request.async)) {
         throw ApiFailure("InvalidArguments", "Commands are carried out at once, not asynchronously");
     }
     if (request.encode_type != "xml") {
-        throw ApiFailure("InvalidArguments", "Objects are written as xml, not as '" + request.encode_type + "'");
+        throw ApiFailure("InvalidArguments",
+                         "Objects are written as xml, not as '" + request.encode_type + "'");
     }
 }
 
@@ -54,7 +56,8 @@ void AppendObjects(std::string& xml, const std::vector<const Object*>& objects, 
 }
 
 /** A list that takes the objects of a selection in turn until it is full, and then some. */
-std::vector<const Object*> ObjectsToList(const Model& model, const Selection& selection, const ListBend& bend) {
+std::vector<const Object*> ObjectsToList(const Model& model, const Selection& selection,
+                                         const ListBend& bend) {
     std::vector<const Object*> objects;
     if (bend.no_objects) {
         return objects;
@@ -154,12 +157,14 @@ const Changeable& ChangeableNamed(const std::string& attribute) {
 void CheckValue(const Changeable& bounds, const std::string& value) {
     const std::string opening = FormatString("Attribute \"%s\" was \"%s\"", bounds.attribute, value.c_str());
     if (value.size() < bounds.shortest || value.size() > bounds.longest) {
-        throw ApiFailure("ParsingError",
-                         opening + FormatString(" [%zu characters long], but must be a string of %zu to %zu characters",
-                                                value.size(), bounds.shortest, bounds.longest));
+        throw ApiFailure(
+            "ParsingError",
+            opening + FormatString(" [%zu characters long], but must be a string of %zu to %zu characters",
+                                   value.size(), bounds.shortest, bounds.longest));
     }
     if (value.find_first_of(bounds.forbidden) != std::string::npos) {
-        throw ApiFailure("ParsingError", opening + ", but cannot contain these characters: " + bounds.forbidden);
+        throw ApiFailure("ParsingError",
+                         opening + ", but cannot contain these characters: " + bounds.forbidden);
     }
 }
 

@@ -23,8 +23,9 @@ struct ObjectStyle {
     Spelling spelling = Spelling::kApi;
     bool lite = false;
 
-    std::vector<std::string> omitted;                             ///< attributes that are left out
-    std::vector<std::pair<std::string, std::string>> replaced;  ///< attributes with a value of the fault's own
+    std::vector<std::string> omitted;  ///< attributes that are left out
+    std::vector<std::pair<std::string, std::string>>
+        replaced;  ///< attributes with a value of the fault's own
 };
 
 /** The parts of an answer before they are put together. */

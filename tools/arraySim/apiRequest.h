@@ -10,7 +10,8 @@ namespace arraysim {
 /** A request that is answered with a failure: an error state of the API by its identifier, and a text. */
 class ApiFailure : public std::runtime_error {
   public:
-    ApiFailure(std::string code, const std::string& text) : std::runtime_error(text), code_(std::move(code)) {}
+    ApiFailure(std::string code, const std::string& text)
+        : std::runtime_error(text), code_(std::move(code)) {}
     const std::string& code() const { return code_; }
 
   private:

@@ -32,7 +32,7 @@ class CatalogueReader {
     std::vector<Attribute>& Target();
     void Put(const Attribute& attribute);
     void FinishKind(Kind& kind);
-    Rule ParseRule(const std::string& text) const;
+    Rule RuleOf(const std::string& text) const;
     [[noreturn]] void Fail(const std::string& why) const;
 
     Catalogue& catalogue_;

@@ -3,7 +3,8 @@
 namespace arraysim {
 
 int64_t ClockPace::Now_ms() {
-    return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start_).count();
+    return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start_)
+        .count();
 }
 
 bool ClockPace::SleepUntil(int64_t time_ms) {

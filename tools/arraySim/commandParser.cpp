@@ -275,12 +275,15 @@ Command ParseCommand(const Catalogue& catalogue, const std::vector<std::string>&
 std::string HelpText() {
     std::string text;
     for (const VerbInfo& each : kVerbs) {
-        const std::string usage = std::string(each.name) + (each.usage.empty() ? "" : " ") + std::string(each.usage);
+        const std::string usage =
+            std::string(each.name) + (each.usage.empty() ? "" : " ") + std::string(each.usage);
         text += FormatString("%-38s %s\n", usage.c_str(), std::string(each.help).c_str());
     }
-    text += "\nFaults strike every exchange, or those `on KIND` (`on Ping` for pings), or the next `for N`:\n";
+    text +=
+        "\nFaults strike every exchange, or those `on KIND` (`on Ping` for pings), or the next `for N`:\n";
     for (const FaultInfo& each : FaultTable()) {
-        const std::string usage = std::string(each.name) + (each.usage.empty() ? "" : " ") + std::string(each.usage);
+        const std::string usage =
+            std::string(each.name) + (each.usage.empty() ? "" : " ") + std::string(each.usage);
         text += FormatString("  %-36s %s\n", usage.c_str(), std::string(each.help).c_str());
     }
     return text;

@@ -51,7 +51,8 @@ size_t AttributeOf(const Object& object, const Command& command) {
 std::optional<std::string>& ChangeableValue(Object& object, const Command& command) {
     const size_t position = AttributeOf(object, command);
     if (object.kind->key == position) {
-        throw CommandError(command.attribute + " is what the object is known by; the fault no-index leaves it out");
+        throw CommandError(command.attribute +
+                           " is what the object is known by; the fault no-index leaves it out");
     }
     if (object.kind->attributes[position].rule.verb == Rule::Verb::kCount) {
         throw CommandError(command.attribute + " follows the model and cannot be set");
@@ -119,7 +120,8 @@ std::string GetObject(const Object& object) {
     std::string text;
     for (size_t i = 0; i < object.values.size(); ++i) {
         if (object.values[i]) {
-            text += FormatString("%-36s %s\n", object.kind->attributes[i].name.c_str(), object.values[i]->c_str());
+            text += FormatString("%-36s %s\n", object.kind->attributes[i].name.c_str(),
+                                 object.values[i]->c_str());
         }
     }
     return text;
@@ -133,7 +135,8 @@ const std::optional<std::string>& ValueOf(Model& model, const Command& command) 
 std::string GetValue(Model& model, const Command& command) {
     const std::optional<std::string>& value = ValueOf(model, command);
     if (!value) {
-        throw CommandError(NameOf(command.selection, *command.index) + " has no value for " + command.attribute);
+        throw CommandError(NameOf(command.selection, *command.index) + " has no value for " +
+                           command.attribute);
     }
     return *value + "\n";
 }
@@ -141,8 +144,9 @@ std::string GetValue(Model& model, const Command& command) {
 std::string Expect(Model& model, const Command& command) {
     const std::optional<std::string>& value = ValueOf(model, command);
     if (value != command.text) {
-        throw CommandError(NameOf(command.selection, *command.index) + " " + command.attribute + ": expected '" +
-                           command.text + "', found " + (value ? "'" + *value + "'" : "nothing"));
+        throw CommandError(NameOf(command.selection, *command.index) + " " + command.attribute +
+                           ": expected '" + command.text + "', found " +
+                           (value ? "'" + *value + "'" : "nothing"));
     }
     return {};
 }

@@ -132,7 +132,8 @@ void ControlServer::Start() {
         FailWithErrno(path_, "cannot bind");
     }
     wake_descriptor_ = eventfd(0, EFD_CLOEXEC);
-    if (chmod(path_.c_str(), S_IRUSR | S_IWUSR) != 0 || wake_descriptor_ < 0 || listen(listener.get(), 16) != 0) {
+    if (chmod(path_.c_str(), S_IRUSR | S_IWUSR) != 0 || wake_descriptor_ < 0 ||
+        listen(listener.get(), 16) != 0) {
         const int reason = errno;
         unlink(path_.c_str());
         errno = reason;

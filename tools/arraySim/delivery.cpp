@@ -25,7 +25,8 @@ bool ClosesWithin(int descriptor, int limit_ms) {
     for (;;) {
         int wait_ms = kNoLimit;
         if (limit_ms != kNoLimit) {
-            const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
+            const auto left =
+                std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
             wait_ms = static_cast<int>(std::max<int64_t>(left.count(), 0));
         }
         pollfd wait{descriptor, POLLRDHUP, 0};
@@ -50,8 +51,8 @@ std::string Frame(size_t length, std::string_view body) {
 /** The frame that a fault makes of an answer; only a part of it may be sent. */
 std::string BentFrame(const WireLinkEndpoint& endpoint, const Exchange& exchange) {
     const Delivery& delivery = exchange.delivery;
-    const std::string body = delivery.garbage ? std::string(kGarbageBytes, '\xff')
-                                              : exchange.response.SerializeAsString();
+    const std::string body =
+        delivery.garbage ? std::string(kGarbageBytes, '\xff') : exchange.response.SerializeAsString();
     switch (delivery.length) {
         case Delivery::Length::kLong:
             return Frame(body.size() + kMissingBytes, body);

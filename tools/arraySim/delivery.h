@@ -9,7 +9,7 @@ namespace arraysim {
 
 /** What became of an answer on its way. */
 struct Delivered {
-    size_t bytes = 0;         ///< of the frame, as far as it was sent
+    size_t bytes = 0;              ///< of the frame, as far as it was sent
     bool connection_good = false;  ///< whether the connection can carry another exchange
 };
 

@@ -49,8 +49,8 @@ void FaultList::Add(const Fault& fault) {
 }
 
 size_t FaultList::Clear(std::string_view name) {
-    return std::erase_if(
-        faults_, [&](const Fault& fault) { return name.empty() || InfoOf(fault.kind).name == name; });
+    return std::erase_if(faults_,
+                         [&](const Fault& fault) { return name.empty() || InfoOf(fault.kind).name == name; });
 }
 
 bool FaultList::Listening() const {

@@ -77,9 +77,9 @@ const FaultInfo& InfoOf(FaultKind kind);
 struct Fault {
     FaultKind kind = FaultKind::kHang;
     uint32_t number = 0;
-    std::string name;               ///< attribute or error code
-    std::string text;               ///< error text or status
-    std::string on;                 ///< object of the requests that it strikes; empty for all
+    std::string name;              ///< attribute or error code
+    std::string text;              ///< error text or status
+    std::string on;                ///< object of the requests that it strikes; empty for all
     std::optional<uint32_t> left;  ///< exchanges that it still strikes; none for no end
 };
 

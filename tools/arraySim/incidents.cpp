@@ -72,10 +72,10 @@ void ShowParts(Object& object, const Survey& parts, Condition derived) {
     if (own) {
         return;
     }
-    const std::string message = derived == Condition::kUp ? ""
-                                                          : std::string(kDerivedMark) +
-                                                                std::to_string(parts.ailing()) +
-                                                                " of its parts not up";
+    const std::string message =
+        derived == Condition::kUp
+            ? ""
+            : std::string(kDerivedMark) + std::to_string(parts.ailing()) + " of its parts not up";
     object.Put("Status", ConditionText(derived));
     object.Put("StatusMessage", message);
     object.Put("StatusDescription", message);
@@ -161,7 +161,9 @@ void FollowUpwards(Model& model, Object& object) {
 void MakeRoomForAlert(Model& model, const std::string& controller) {
     const ObjectList& list = *model.catalogue().KindOf("TsAlert").list;
     std::vector<Object>& alerts = model.Objects(list);
-    const auto of_controller = [&](const Object& alert) { return alert.Text("ControllerIndex") == controller; };
+    const auto of_controller = [&](const Object& alert) {
+        return alert.Text("ControllerIndex") == controller;
+    };
     if (static_cast<size_t>(std::count_if(alerts.begin(), alerts.end(), of_controller)) >= list.rows) {
         alerts.erase(std::find_if(alerts.begin(), alerts.end(), of_controller));
     }

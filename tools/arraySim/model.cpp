@@ -23,9 +23,9 @@ Model::Model(const Catalogue& catalogue, uint32_t serial)
 
 size_t Model::Count(const Selection& selection) const {
     const std::vector<Object>& objects = Objects(*selection.list);
-    return static_cast<size_t>(
-        std::count_if(objects.begin(), objects.end(),
-                      [&](const Object& object) { return selection.Matches(*object.kind); }));
+    return static_cast<size_t>(std::count_if(objects.begin(), objects.end(), [&](const Object& object) {
+        return selection.Matches(*object.kind);
+    }));
 }
 
 const Object* Model::Find(const Selection& selection, uint32_t index) const {

@@ -87,8 +87,7 @@ class ObjectBuilder {
 
     std::string Rail(const Rule& rule) {
         const double nominal = kRailVolts[(place_.row - 1) % std::size(kRailVolts)];
-        const double percent =
-            static_cast<double>(random_.Between(rule.low * 10, rule.high * 10)) / 10.0;
+        const double percent = static_cast<double>(random_.Between(rule.low * 10, rule.high * 10)) / 10.0;
         return FormatString("%.2f", nominal * (1.0 + percent / 100.0));
     }
 

@@ -5,57 +5,12 @@
 #include "apiMgmt/common/utils/stringUtil.h"
 #include "tools/arraySim/incidents.h"
 #include "tools/arraySim/objectMaker.h"
+#include "tools/arraySim/presetTables.h"
 #include "tools/arraySim/presets.h"
 
 namespace arraysim {
 
 namespace {
-
-// Every so manieth volume, server and folder has a name that a careless reader of documents trips over.
-constexpr uint32_t kAwkwardEvery = 23;
-constexpr uint32_t kAwkwardFirst = 2;
-constexpr const char* kAwkwardNames[] = {"Größe & Übung", "logs <old> & <new>", "\"quoted\" and 'quoted'",
-                                         "北館-R&D", "naïve; façade > Ωmega"};
-
-// The folders of every array begin with these indexes: 1 and 69696969 have no storage usage of their own.
-constexpr uint32_t kFolderIndexes[] = {3, 1, 6, 69696969};
-
-constexpr uint32_t kDisksPerSpare = 24;
-
-/** An object that is not well in every preset that has it. */
-struct Ailment {
-    const char* list;
-    size_t row;
-    Condition condition;
-};
-constexpr Ailment kAilments[] = {
-    {"TsDisk", 7, Condition::kDown},
-    {"TsDisk", 40, Condition::kDegraded},
-    {"TsControllerFanSensor", 2, Condition::kDegraded},
-    {"TsEnclosureCoolingFanSensor", 3, Condition::kDegraded},
-    {"TsVolume", 5, Condition::kDegraded},
-    {"TsServer", 4, Condition::kDegraded},
-    {"TsServer", 17, Condition::kDown},
-    {"TsUps", 2, Condition::kDegraded},
-};
-
-/** Alerts of the past. */
-struct PastAlert {
-    const char* definition;
-    const char* status;
-    const char* category;
-    const char* message;
-};
-constexpr PastAlert kPastAlerts[] = {
-    {"User logged in", "Inform", "System", "operator logged in from 192.0.2.77"},
-    {"Freezepoint created", "Complete", "Storage", "Freezepoint of volume 'vol-0001' was created"},
-    {"Disk Degraded", "Degraded", "Disk", "Disk '01-02' predicts its failure"},
-    {"Server Degraded", "Degraded", "Connectivity", "Server 'host-001' lost a path & found it again"},
-    {"Volume expanded", "Complete", "Storage", "Volume \"vol-0002\" grew by < 100 GB"},
-    {"Enclosure fan Down", "Down", "Hardware", "Enclosure fan 'Enclosure 1 Fan 1' is down"},
-    {"Free space is low", "Critical", "Storage", "Folder 1 has less than 15 % free space"},
-    {"Clock was set", "Inform", "System", "The clock was set back by 2 s"},
-};
 
 /** API indexes that rise with gaps, so that an index is never the row by chance. */
 class IndexSequence {
@@ -189,8 +144,8 @@ class PresetBuilder {
     GivenValues DiskValues(uint32_t number) {
         const std::vector<Object>& folders = Objects("TsDiskFolder");
         const Object& folder = folders[number % folders.size()];
-        const std::string reference = std::string(folder.Text("InstanceId")) + " TsDiskFolder " +
-                                      std::string(folder.Text("Name"));
+        const std::string reference =
+            std::string(folder.Text("InstanceId")) + " TsDiskFolder " + std::string(folder.Text("Name"));
         GivenValues values = {{"DiskFolderIndex", std::to_string(folder.index)}, {"DiskFolder", reference}};
         if (number % kDisksPerSpare == kDisksPerSpare - 1) {
             values.insert(values.end(), {{"Spare", "True"}, {"ControlType", "Spare"}});
@@ -247,9 +202,11 @@ class PresetBuilder {
 
     /** One of each kind first, then mostly physical ones, mixed. */
     void AddServers() {
-        const char* const first[] = {"TsPhysicalServer", "TsServerCluster", "TsVirtualServer", "TsRemoteTessera"};
-        const char* const later[] = {"TsPhysicalServer", "TsPhysicalServer", "TsPhysicalServer", "TsVirtualServer",
-                                     "TsVirtualServer",  "TsServerCluster",  "TsRemoteTessera"};
+        const char* const first[] = {"TsPhysicalServer", "TsServerCluster", "TsVirtualServer",
+                                     "TsRemoteTessera"};
+        const char* const later[] = {"TsPhysicalServer", "TsPhysicalServer", "TsPhysicalServer",
+                                     "TsVirtualServer",  "TsVirtualServer",  "TsServerCluster",
+                                     "TsRemoteTessera"};
         IndexSequence indexes = IndexesFor("TsServer");
         Random random = Random::For(seed_, "kinds of server", 0);
         for (uint32_t row = 1; row <= preset_.servers; ++row) {
@@ -292,7 +249,8 @@ class PresetBuilder {
             Place place = PlaceOf(indexes.Next(), static_cast<uint32_t>(i / controllers.size()) + 1);
             PutUnder(controllers[parent], static_cast<uint32_t>(parent) + 1, place);
             const size_t left = count - i;
-            GivenValues values = left <= present.size() ? present[present.size() - left] : PastAlertValues(place);
+            GivenValues values =
+                left <= present.size() ? present[present.size() - left] : PastAlertValues(place);
             values.emplace_back("ControllerIndex", std::to_string(place.parent_index));
             const auto days = static_cast<int64_t>(left * 400 / count);
             values.emplace_back("CreateTime", DateText(days, static_cast<int64_t>(i) % 86400));

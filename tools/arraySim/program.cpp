@@ -56,15 +56,20 @@ void AddModelOptions(CLI::App& command, ServeOptions& options) {
 CLI::App* AddServe(CLI::App& app, ServeOptions& options) {
     CLI::App* serve = app.add_subcommand("serve", "Run the simulator until SIGINT, SIGTERM or `tell quit`");
     AddModelOptions(*serve, options);
-    serve->add_option("--model", options.model_file, "Model file written by `dump`, in place of a preset; "
-                                                     "it holds the serial number too")
+    serve
+        ->add_option("--model", options.model_file,
+                     "Model file written by `dump`, in place of a preset; "
+                     "it holds the serial number too")
         ->excludes("--preset")
         ->excludes("--serial");
-    serve->add_option("--socket", options.socket_path, "Where the API manager listens")->capture_default_str();
+    serve->add_option("--socket", options.socket_path, "Where the API manager listens")
+        ->capture_default_str();
     serve->add_option("--control", options.control_path, "Where commands are taken")->capture_default_str();
-    serve->add_option("--key", options.key, "Session key that requests must carry; otherwise the first line of "
-                                            "/etc/wirelink.key");
-    const std::map<std::string, Spelling> spellings = {{"api", Spelling::kApi}, {"library", Spelling::kLibrary}};
+    serve->add_option("--key", options.key,
+                      "Session key that requests must carry; otherwise the first line of "
+                      "/etc/wirelink.key");
+    const std::map<std::string, Spelling> spellings = {{"api", Spelling::kApi},
+                                                       {"library", Spelling::kLibrary}};
     serve->add_option("--spelling", options.spelling, "Object elements as tsDisk (api) or TsDisk (library)")
         ->transform(CLI::CheckedTransformer(spellings))
         ->default_str("api");
@@ -130,7 +135,8 @@ int RunProgram(int argc, char** argv) {
     std::vector<std::string> words;
     std::string scenario_file;
     const CLI::App* serve = AddServe(app, options);
-    CLI::App* tell = app.add_subcommand("tell", "Send one command to a running simulator; `tell help` lists them");
+    CLI::App* tell =
+        app.add_subcommand("tell", "Send one command to a running simulator; `tell help` lists them");
     tell->add_option("--control", control_path, "Where the simulator takes commands")->capture_default_str();
     tell->add_option("COMMAND", words, "The command and its words")->required();
     CLI::App* dump = app.add_subcommand("dump", "Print the model of a preset as JSON");

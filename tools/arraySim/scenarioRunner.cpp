@@ -3,7 +3,8 @@
 
 namespace arraysim {
 
-ScenarioRunner::ScenarioRunner(const Scenario& scenario, Simulator& simulator, ScenarioPace& pace, Report report)
+ScenarioRunner::ScenarioRunner(const Scenario& scenario, Simulator& simulator, ScenarioPace& pace,
+                               Report report)
     : scenario_(scenario), simulator_(simulator), pace_(pace), report_(std::move(report)) {}
 
 std::optional<size_t> ScenarioRunner::Run() {

@@ -47,8 +47,9 @@ Model LoadModel(const ServeOptions& options) {
 std::string SessionKey(const ServeOptions& options) {
     std::string key = options.key.empty() ? WireLinkEndpoint::GetAccessKey() : options.key;
     if (key.empty()) {
-        throw ControlError("there is no session key: /etc/wirelink.key is missing or not to be trusted; "
-                           "give one with --key");
+        throw ControlError(
+            "there is no session key: /etc/wirelink.key is missing or not to be trusted; "
+            "give one with --key");
     }
     return key;
 }
@@ -80,14 +81,13 @@ class ScenarioThread {
 
   private:
     void Run(Trace& trace) {
-        ScenarioRunner runner(scenario_, simulator_, pace_, [&trace](const std::string& text) {
-            trace.PrintText("scenario " + text);
-        });
+        ScenarioRunner runner(scenario_, simulator_, pace_,
+                              [&trace](const std::string& text) { trace.PrintText("scenario " + text); });
         const std::optional<size_t> failures = runner.Run();
         good_ = runner.failures() == 0;
         if (failures) {
-            trace.PrintText(FormatString("scenario done, %zu of %zu steps failed", *failures,
-                                         scenario_.steps.size()));
+            trace.PrintText(
+                FormatString("scenario done, %zu of %zu steps failed", *failures, scenario_.steps.size()));
         }
     }
 

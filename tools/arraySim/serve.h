@@ -24,9 +24,9 @@ struct ServeOptions {
 /** Exit statuses of the program. */
 enum ExitStatus {
     kGood = 0,
-    kFailed = 1,    ///< the command or a step of the scenario failed, or the scenario has a mistake
-    kUsage = 2,     ///< the command line is wrong
-    kNoStart = 3    ///< model, key, scenario or sockets could not be had
+    kFailed = 1,  ///< the command or a step of the scenario failed, or the scenario has a mistake
+    kUsage = 2,   ///< the command line is wrong
+    kNoStart = 3  ///< model, key, scenario or sockets could not be had
 };
 
 /** Runs the simulator until SIGINT, SIGTERM or the command `quit`. */

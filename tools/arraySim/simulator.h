@@ -82,7 +82,8 @@ class Simulator {
     ApiAnswer AnswerCommand(const Question& question, const ExchangePlan& plan);
     static protoIPCMsg::GPBIPCMsg WriteResponse(const Question& question, const ApiAnswer& answer,
                                                 const ExchangePlan& plan);
-    static ExchangeRecord RecordOf(const Question& question, const ApiAnswer& answer, const ExchangePlan& plan);
+    static ExchangeRecord RecordOf(const Question& question, const ApiAnswer& answer,
+                                   const ExchangePlan& plan);
 
     const Catalogue& catalogue_;
     const std::string session_key_;

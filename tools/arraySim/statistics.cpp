@@ -4,7 +4,8 @@
 
 namespace arraysim {
 
-void Statistics::CountExchange(const std::string& command, const std::string& object, bool good, bool struck) {
+void Statistics::CountExchange(const std::string& command, const std::string& object, bool good,
+                               bool struck) {
     Row& row = rows_[{command, object}];
     ++row.exchanges;
     row.failed += good ? 0 : 1;
@@ -25,8 +26,8 @@ std::string Statistics::Describe() const {
     std::string text = FormatString("connections %zu, refused %zu\n", connections_, refused_);
     text += FormatString("%-8s %-30s %9s %7s %7s\n", "command", "object", "exchanges", "failed", "faults");
     for (const auto& [key, row] : rows_) {
-        text += FormatString("%-8s %-30s %9zu %7zu %7zu\n", key.first.c_str(), key.second.c_str(), row.exchanges,
-                             row.failed, row.struck);
+        text += FormatString("%-8s %-30s %9zu %7zu %7zu\n", key.first.c_str(), key.second.c_str(),
+                             row.exchanges, row.failed, row.struck);
     }
     return text;
 }

@@ -6,6 +6,9 @@
 
 /** The one way to the wall clock and to sleep. Tests link a clock of their own in place of clock.cpp. */
 
+inline constexpr int64_t kMillisecondUs = 1000;
+inline constexpr int64_t kSecondUs = 1000 * kMillisecondUs;
+
 /** Wall clock, seconds and microseconds. */
 timeval ClockNow();
 

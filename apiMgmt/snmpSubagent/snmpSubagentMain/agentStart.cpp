@@ -13,8 +13,6 @@
 
 namespace {
 
-constexpr int64_t kMillisecondUs = 1000;
-constexpr int64_t kSecondUs = 1000 * kMillisecondUs;
 constexpr int kSessionWaitSeconds = 20;
 constexpr int kSelfTestPasses = 2000;
 

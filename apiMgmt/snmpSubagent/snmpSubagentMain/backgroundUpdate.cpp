@@ -17,7 +17,6 @@ int64_t bgUpdateLastFetch_us = 0;
 
 namespace {
 
-constexpr int64_t kSecondUs = 1000 * 1000;
 constexpr int64_t kScanGateUs = kSecondUs;
 constexpr int64_t kScalarPacingFactor = 20;
 constexpr int64_t kTablePacingFactor = 10;

@@ -8,8 +8,6 @@
 
 namespace {
 
-constexpr int64_t kSecondUs = 1000 * 1000;
-
 // False when the daemon is about to end.
 bool wait_for_request() {
     while (bgUpdateState.load(std::memory_order_acquire) != BGUPDATE_STATE_getlist_requested) {

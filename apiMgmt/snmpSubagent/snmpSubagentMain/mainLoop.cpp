@@ -24,8 +24,7 @@
 
 namespace {
 
-constexpr int64_t kSecondUs = 1000 * 1000;
-constexpr int64_t kIdleSleepUs = 10 * 1000;
+constexpr int64_t kIdleSleepUs = 10 * kMillisecondUs;
 constexpr int64_t kBusySleepUs = 100;
 constexpr int64_t kBusySleepsInOne = 10;
 constexpr time_t kSilence_s = 2;

@@ -15,7 +15,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/shellCommand.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/pduWindow.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
@@ -23,8 +23,7 @@ int snmpd_pid = -1;
 
 namespace {
 
-constexpr int64_t kShortSleepUs = 10 * 1000;
-constexpr int64_t kSecondUs = 1000 * 1000;
+constexpr int64_t kShortSleepUs = 10 * kMillisecondUs;
 constexpr int kPidFileTries = 11;
 constexpr int kMemoryLimitKb = 50000;
 constexpr size_t kOidTextSize = 191;

@@ -6,12 +6,13 @@
 #include <cstdint>
 #include <ctime>
 
+#include "apiMgmt/common/platform/clock.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
 namespace {
 
-constexpr int64_t kSigpipeQuiet_us = 10 * 1000 * 1000;
+constexpr int64_t kSigpipeQuiet_us = 10 * kSecondUs;
 
 // Lines that the main thread still has to write.
 std::atomic<int> sigterms_to_log{0};
@@ -39,7 +40,7 @@ void catch_sigint(int) {
 void catch_sigpipe(int) {
     timespec now{};
     clock_gettime(CLOCK_REALTIME, &now);
-    const int64_t now_us = int64_t{now.tv_sec} * 1000 * 1000 + now.tv_nsec / 1000;
+    const int64_t now_us = int64_t{now.tv_sec} * kSecondUs + now.tv_nsec / 1000;
     if (now_us - last_sigpipe_time_us < kSigpipeQuiet_us)
         return;
     last_sigpipe_time_us = now_us;

@@ -206,7 +206,7 @@ int check_xml_resp(const std::string& apiName, const parser::XMLElement& element
 namespace {
 
 void append_both_spellings(std::vector<parser::XMLElement>& found, const parser::XMLElement& parent,
-                           std::string name) {
+                           const std::string& name) {
     std::string capital = name;
     capital[0] = capital[0] == 't' ? 'T' : capital[0];
     for (parser::XMLElement child = parent.GetFirstChild(); child; child = child.GetNextSibling()) {

@@ -60,10 +60,6 @@ class SnmpSubagentMibHandlers {
     static int handleTempTest();
 };
 
-/** Called by process_agent_events around each tick: opens and closes the permission. */
-void begin_agent_tick();
-void end_agent_tick();
-
 /** netsnmp_set_request_error on the request being served. */
 void set_current_request_error(int error);
 

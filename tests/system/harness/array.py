@@ -17,7 +17,7 @@ class Array:
     def start(self, preset="small", *options):
         with open(OUTPUT, "ab") as output:
             begin = output.tell()
-            self.process = subprocess.Popen([machine.ARRAY_SIM, "serve", "--preset", preset, *options],
+            self.process = subprocess.Popen([machine.ARRAY_SIM, "serve", "--trace", "--preset", preset, *options],
                                             stdin=subprocess.DEVNULL, stdout=output, stderr=output)
         waiting.wait_until(lambda: self.is_ready(begin), "the simulated array is ready", 60)
         return self
@@ -25,7 +25,7 @@ class Array:
     def is_ready(self, begin):
         if self.process.poll() is not None:
             raise AssertionError(f"arraySim ended with {self.process.returncode}: {machine.read_file(OUTPUT)}")
-        return "ready" in machine.read_file(OUTPUT)[begin:]
+        return "arraySim ready" in machine.read_file(OUTPUT)[begin:]
 
     def is_running(self):
         return self.process is not None and self.process.poll() is None
@@ -45,7 +45,7 @@ class Array:
         self.tell("set", kind, index, attribute, value)
 
     def get(self, kind, index, attribute):
-        return self.objects(kind, index)[attribute]
+        return self.tell("get", kind, index, attribute).removesuffix("\n")
 
     def fail(self, kind, index, status="Down"):
         self.tell("fail", kind, index, status)
@@ -59,6 +59,19 @@ class Array:
     def clear_faults(self):
         self.tell("clear")
 
+    def exchanges(self, command=None, kind=None, struck=False):
+        """How many exchanges it has had: of a command, about a kind, and only those that a fault struck."""
+        total = 0
+        for line in self.tell("stats").splitlines():
+            words = line.split()
+            if len(words) == 5 and words[2].isdigit() and command in (None, words[0]) and kind in (None, words[1]):
+                total += int(words[4] if struck else words[2])
+        return total
+
+    def wait_until_struck(self, kind, limit_s):
+        """Waits until a fault has struck an exchange about this kind."""
+        waiting.wait_until(lambda: self.exchanges(kind=kind, struck=True), f"a fault strikes {kind}", limit_s)
+
     def dump(self):
         """All objects: {kind: [{attribute: text}]}, in the order of the array's answers."""
         self.tell("dump", DUMP)
@@ -66,9 +79,3 @@ class Array:
             whole = json.load(file)
         os.unlink(DUMP)
         return whole["objects"]
-
-    def objects(self, kind, index):
-        for each in self.dump()[kind]:
-            if each.get("Index") == str(index):
-                return each
-        raise AssertionError(f"the array has no {kind} {index}")

@@ -91,8 +91,10 @@ class Expectation:
     # --- tables
 
     def elements(self, object_name):
-        kinds = SERVER_KINDS if object_name == "tsServer" else (object_name[0].upper() + object_name[1:],)
-        return [each for kind in kinds for each in self.objects.get(kind, [])]
+        elements = self.objects.get(object_name[0].upper() + object_name[1:], [])
+        if object_name == "tsServer":  # one list of four kinds, which are taken one after the other
+            return [each for kind in SERVER_KINDS for each in elements if each["ObjectType"] == kind]
+        return elements
 
     def groups(self, table, elements):
         """(instance part before the row, its elements) for each parent."""

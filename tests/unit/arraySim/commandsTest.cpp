@@ -24,7 +24,8 @@ class Commands : public testing::Test {
         return reply.text;
     }
 
-    Simulator simulator_{BuildPreset(Catalogue::Builtin(), *FindPreset("small"), 1, 64702), "key", Spelling::kApi};
+    Simulator simulator_{BuildPreset(Catalogue::Builtin(), *FindPreset("small"), 1, 64702), "key",
+                         Spelling::kApi};
 };
 
 TEST_F(Commands, MistakesAreNamedAndChangeNothing) {
@@ -79,13 +80,17 @@ TEST_F(Commands, MistakesAreNamedAndChangeNothing) {
         {"fault hang for 0", "'0' is no number of exchanges"},
         {"fault hang on TsMoon", "unknown kind 'TsMoon'"},
         {"fault hang on TsVirtualServer", "TsVirtualServer is never asked for; name its list TsServer"},
-        {"fault refuse on TsDisk", "this fault acts before a request is read, so it knows no kind; usage: fault "
-                                   "refuse [on KIND] [for N]"},
-        {"fault stop-listening for 2", "this fault lasts until it is cleared; usage: fault stop-listening [on KIND] "
-                                       "[for N]"},
-        {"fault truncated on Ping", "this fault strikes commands, not pings; usage: fault truncated [on KIND] [for N]"},
-        {"fault ping-false on TsDisk", "this fault strikes pings, which name no kind; usage: fault ping-false [on "
-                                       "KIND] [for N]"},
+        {"fault refuse on TsDisk",
+         "this fault acts before a request is read, so it knows no kind; usage: fault "
+         "refuse [on KIND] [for N]"},
+        {"fault stop-listening for 2",
+         "this fault lasts until it is cleared; usage: fault stop-listening [on KIND] "
+         "[for N]"},
+        {"fault truncated on Ping",
+         "this fault strikes commands, not pings; usage: fault truncated [on KIND] [for N]"},
+        {"fault ping-false on TsDisk",
+         "this fault strikes pings, which name no kind; usage: fault ping-false [on "
+         "KIND] [for N]"},
         {"fault error Code", "something is missing; usage: fault error CODE TEXT [on KIND] [for N]"},
         {"fault missing Colour", "no kind has an attribute 'Colour'"},
     };

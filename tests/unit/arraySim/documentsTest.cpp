@@ -21,7 +21,8 @@ constexpr const char* kTinyArray = R"({"serial": 64702, "objects": {
   "Tessera": [{"Name": "lab", "Location": "rack 4", "Contact": "desk", "InstanceName": "lab"}]}})";
 
 constexpr const char* kGood =
-    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<lumapi><ApiMethodReturn><Error></Error><ErrorCode>None</ErrorCode>"
+    "<?xml version=\"1.0\" "
+    "encoding=\"UTF-8\"?>\n<lumapi><ApiMethodReturn><Error></Error><ErrorCode>None</ErrorCode>"
     "<ErrorDetail></ErrorDetail><LocalizedError></LocalizedError><ReturnObjectEncode>Xml</ReturnObjectEncode>"
     "<Successful>True</Successful><ObjectType>ApiMethodReturn</ObjectType></ApiMethodReturn>";
 
@@ -55,12 +56,14 @@ class Documents : public testing::Test {
 };
 
 TEST_F(Documents, ListsHoldWholeObjectsEscaped) {
-    EXPECT_EQ(Answer("TsDisk", "GetList"),
-              std::string(kGood) +
-                  "<ReturnObjectArray><tsDisk><EnclosureIndex>3</EnclosureIndex><Index>5</Index><Locked>False</Locked>"
-                  "<Name>01-01</Name><Status>Up</Status><StatusMessage></StatusMessage></tsDisk>"
-                  "<tsDisk><Healthy>False</Healthy><Index>9</Index><Name>a&lt;b&gt;&amp;&apos;&quot;&#x0a;ö</Name>"
-                  "<Status>Down</Status></tsDisk></ReturnObjectArray></lumapi>");
+    EXPECT_EQ(
+        Answer("TsDisk", "GetList"),
+        std::string(kGood) +
+            "<ReturnObjectArray><tsDisk><EnclosureIndex>3</EnclosureIndex><Index>5</Index><Locked>False</"
+            "Locked>"
+            "<Name>01-01</Name><Status>Up</Status><StatusMessage></StatusMessage></tsDisk>"
+            "<tsDisk><Healthy>False</Healthy><Index>9</Index><Name>a&lt;b&gt;&amp;&apos;&quot;&#x0a;ö</Name>"
+            "<Status>Down</Status></tsDisk></ReturnObjectArray></lumapi>");
 }
 
 TEST_F(Documents, ReducedObjectsHoldWhatTheDaemonReads) {
@@ -75,20 +78,24 @@ TEST_F(Documents, ServersStandMixedInTheOrderOfTheModel) {
               std::string(kGood) +
                   "<ReturnObjectArray><tsVirtualServer><Index>4</Index><Name>web</Name></tsVirtualServer>"
                   "<tsRemoteTessera><Index>2</Index><Name>far</Name></tsRemoteTessera>"
-                  "<tsPhysicalServer><Index>7</Index><Name>db</Name></tsPhysicalServer></ReturnObjectArray></lumapi>");
+                  "<tsPhysicalServer><Index>7</Index><Name>db</Name></tsPhysicalServer></ReturnObjectArray></"
+                  "lumapi>");
     EXPECT_EQ(Answer("TsRemoteTessera", "GetList"),
-              std::string(kGood) + "<ReturnObjectArray><tsRemoteTessera><TsCreated>True</TsCreated><Index>2</Index>"
-                                   "<Name>far</Name></tsRemoteTessera></ReturnObjectArray></lumapi>");
+              std::string(kGood) +
+                  "<ReturnObjectArray><tsRemoteTessera><TsCreated>True</TsCreated><Index>2</Index>"
+                  "<Name>far</Name></tsRemoteTessera></ReturnObjectArray></lumapi>");
     EXPECT_EQ(Answer("TsServer", "Get", {{"InstanceId", "64702.7"}}),
-              std::string(kGood) + "<ReturnObject><tsPhysicalServer><Index>7</Index><Name>db</Name></tsPhysicalServer>"
-                                   "</ReturnObject></lumapi>");
+              std::string(kGood) +
+                  "<ReturnObject><tsPhysicalServer><Index>7</Index><Name>db</Name></tsPhysicalServer>"
+                  "</ReturnObject></lumapi>");
 }
 
 TEST_F(Documents, StorageUsageIsFoundByTheFoldersIndex) {
     EXPECT_EQ(Answer("TsDiskFolderStorageUsage", "Get", {{"InstanceId", "64702.6"}}),
-              std::string(kGood) + "<ReturnObject><tsDiskFolderStorageUsage><Index>6</Index>"
-                                   "<TotalSpace>1953125</TotalSpace><UsedSpace>0</UsedSpace>"
-                                   "</tsDiskFolderStorageUsage></ReturnObject></lumapi>");
+              std::string(kGood) +
+                  "<ReturnObject><tsDiskFolderStorageUsage><Index>6</Index>"
+                  "<TotalSpace>1953125</TotalSpace><UsedSpace>0</UsedSpace>"
+                  "</tsDiskFolderStorageUsage></ReturnObject></lumapi>");
 }
 
 TEST_F(Documents, AnEmptyListIsNoFailureUnlessItIsOfUps) {
@@ -97,13 +104,15 @@ TEST_F(Documents, AnEmptyListIsNoFailureUnlessItIsOfUps) {
 }
 
 TEST_F(Documents, LibrarySpellingKeepsTheCapital) {
-    Simulator simulator = Simulator(ReadModel(Catalogue::Builtin(), kTinyArray), kTestKey, Spelling::kLibrary);
-    const Exchange exchange =
-        simulator.Handle(CommandMessage(RequestDocument("TsDiskFolderStorageUsage", "Get", {{"InstanceId", "64702.6"}})));
+    Simulator simulator =
+        Simulator(ReadModel(Catalogue::Builtin(), kTinyArray), kTestKey, Spelling::kLibrary);
+    const Exchange exchange = simulator.Handle(
+        CommandMessage(RequestDocument("TsDiskFolderStorageUsage", "Get", {{"InstanceId", "64702.6"}})));
     EXPECT_EQ(exchange.response.apirespmsg().cmd().respdata(),
-              std::string(kGood) + "<ReturnObject><TsDiskFolderStorageUsage><Index>6</Index>"
-                                   "<TotalSpace>1953125</TotalSpace><UsedSpace>0</UsedSpace>"
-                                   "</TsDiskFolderStorageUsage></ReturnObject></lumapi>");
+              std::string(kGood) +
+                  "<ReturnObject><TsDiskFolderStorageUsage><Index>6</Index>"
+                  "<TotalSpace>1953125</TotalSpace><UsedSpace>0</UsedSpace>"
+                  "</TsDiskFolderStorageUsage></ReturnObject></lumapi>");
 }
 
 TEST_F(Documents, ModifyChangesTheArrayObject) {
@@ -130,29 +139,65 @@ TEST_F(Documents, RequestsThatCannotBeCarriedOutFailAndChangeNothing) {
     const Case cases[] = {
         {"TsMoon", "GetList", {}, "ObjectNotAvailable", "Object &apos;TsMoon&apos; is not known"},
         {"tsDisk", "GetList", {}, "ObjectNotAvailable", "Object &apos;tsDisk&apos; is not known"},
-        {"TsPhysicalServer", "GetList", {}, "ObjectNotAvailable", "Object &apos;TsPhysicalServer&apos; is not known"},
+        {"TsPhysicalServer",
+         "GetList",
+         {},
+         "ObjectNotAvailable",
+         "Object &apos;TsPhysicalServer&apos; is not known"},
         {"TsDisk", "Explode", {}, "MethodNotAvailable", "TsDisk has no command &apos;Explode&apos;"},
-        {"TsDisk", "Modify", {{"InstanceId", "64702.5"}}, "MethodNotAvailable", "TsDisk has no command &apos;Modify&apos;"},
-        {"TsDiskFolderStorageUsage", "GetList", {}, "MethodNotAvailable",
+        {"TsDisk",
+         "Modify",
+         {{"InstanceId", "64702.5"}},
+         "MethodNotAvailable",
+         "TsDisk has no command &apos;Modify&apos;"},
+        {"TsDiskFolderStorageUsage",
+         "GetList",
+         {},
+         "MethodNotAvailable",
          "TsDiskFolderStorageUsage has no command &apos;GetList&apos;"},
         {"TsDisk", "Get", {}, "InvalidValue", "Required attribute InstanceId not set"},
         {"TsDisk", "Get", {{"InstanceId", "64702.6"}}, "ObjectNotAvailable", "TsDisk 64702.6 does not exist"},
         {"TsDisk", "Get", {{"InstanceId", "64703.5"}}, "InvalidTessera", "Array 64703 is not known"},
-        {"TsDisk", "Get", {{"InstanceId", "64702"}}, "InvalidArguments", "&apos;64702&apos; is no instance of an object"},
-        {"TsDisk", "Get", {{"InstanceId", "64702.5x"}}, "InvalidArguments",
+        {"TsDisk",
+         "Get",
+         {{"InstanceId", "64702"}},
+         "InvalidArguments",
+         "&apos;64702&apos; is no instance of an object"},
+        {"TsDisk",
+         "Get",
+         {{"InstanceId", "64702.5x"}},
+         "InvalidArguments",
          "&apos;64702.5x&apos; is no instance of an object"},
         {"TsDisk", "GetList", {{"Filter", "and Name = a-"}}, "InvalidArguments", "Filters are not answered"},
-        {"Tessera", "Modify", {{"InstanceId", "1"}, {"Name", "x"}}, "InvalidTessera", "Array &apos;1&apos; is not known"},
+        {"Tessera",
+         "Modify",
+         {{"InstanceId", "1"}, {"Name", "x"}},
+         "InvalidTessera",
+         "Array &apos;1&apos; is not known"},
         {"Tessera", "Modify", {{"InstanceId", "64702"}}, "InvalidArguments", "Nothing to modify was given"},
-        {"Tessera", "Modify", {{"InstanceId", "64702"}, {"Name", "x"}, {"Status", "Up"}}, "InvalidArguments",
+        {"Tessera",
+         "Modify",
+         {{"InstanceId", "64702"}, {"Name", "x"}, {"Status", "Up"}},
+         "InvalidArguments",
          "Attribute Status cannot be modified"},
-        {"Tessera", "Modify", {{"InstanceId", "64702"}, {"Location", "x"}, {"Name", ""}}, "ParsingError",
-         "Attribute &quot;Name&quot; was &quot;&quot; [0 characters long], but must be a string of 1 to 64 characters"},
-        {"Tessera", "Modify", {{"InstanceId", "64702"}, {"Name", long_name}}, "ParsingError",
+        {"Tessera",
+         "Modify",
+         {{"InstanceId", "64702"}, {"Location", "x"}, {"Name", ""}},
+         "ParsingError",
+         "Attribute &quot;Name&quot; was &quot;&quot; [0 characters long], but must be a string of 1 to 64 "
+         "characters"},
+        {"Tessera",
+         "Modify",
+         {{"InstanceId", "64702"}, {"Name", long_name}},
+         "ParsingError",
          "Attribute &quot;Name&quot; was &quot;" + long_name +
              "&quot; [65 characters long], but must be a string of 1 to 64 characters"},
-        {"Tessera", "Modify", {{"InstanceId", "64702"}, {"Name", "a&amp;b"}}, "ParsingError",
-         "Attribute &quot;Name&quot; was &quot;a&amp;b&quot;, but cannot contain these characters: &lt;&gt;&amp;"},
+        {"Tessera",
+         "Modify",
+         {{"InstanceId", "64702"}, {"Name", "a&amp;b"}},
+         "ParsingError",
+         "Attribute &quot;Name&quot; was &quot;a&amp;b&quot;, but cannot contain these characters: "
+         "&lt;&gt;&amp;"},
     };
     const std::string before = simulator_.Execute("dump").text;
     for (const Case& each : cases) {
@@ -172,7 +217,8 @@ TEST_F(Documents, TheKeyIsCheckedBeforeAnythingElse) {
 
 TEST_F(Documents, WhatIsNoRequestDocumentIsAParsingError) {
     const std::string good = RequestDocument("TsDisk", "GetList");
-    const std::string method = good.substr(good.find("<ApiMethod>"), good.rfind("</lumapi>") - good.find("<ApiMethod>"));
+    const std::string method =
+        good.substr(good.find("<ApiMethod>"), good.rfind("</lumapi>") - good.find("<ApiMethod>"));
     const std::string documents[] = {
         "",
         "<",
@@ -183,7 +229,8 @@ TEST_F(Documents, WhatIsNoRequestDocumentIsAParsingError) {
         "<!DOCTYPE lumapi>" + good,
     };
     for (const std::string& document : documents) {
-        EXPECT_NE(Answer(document).find("<ErrorCode>ParsingError</ErrorCode>"), std::string::npos) << document;
+        EXPECT_NE(Answer(document).find("<ErrorCode>ParsingError</ErrorCode>"), std::string::npos)
+            << document;
     }
 }
 
@@ -198,7 +245,8 @@ TEST_F(Documents, OtherFormsOfRequestAreRefused) {
     for (const Case& each : cases) {
         std::string document = good;
         document.replace(document.find(each.old_text), std::string(each.old_text).size(), each.new_text);
-        EXPECT_NE(Answer(document).find(std::string("<ErrorCode>") + each.code + "<"), std::string::npos) << document;
+        EXPECT_NE(Answer(document).find(std::string("<ErrorCode>") + each.code + "<"), std::string::npos)
+            << document;
     }
 }
 

@@ -104,8 +104,8 @@ TEST_F(Faults, OfTheEnvelopeArriveWhole) {
 }
 
 TEST_F(Faults, OfTheDocumentThatMustNotParse) {
-    for (const char* fault : {"truncated", "empty", "unbalanced", "nesting 200", "nesting", "doctype", "entities",
-                              "external-entity"}) {
+    for (const char* fault : {"truncated", "empty", "unbalanced", "nesting 200", "nesting", "doctype",
+                              "entities", "external-entity"}) {
         Command(std::string("fault ") + fault + " for 1");
         EXPECT_FALSE(Parses(Document("TsDisk"))) << fault;
     }

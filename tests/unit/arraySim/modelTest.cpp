@@ -40,11 +40,18 @@ std::map<std::string, size_t> CountByParent(const Model& model, const Kind& kind
 
 TEST(Presets, FullFillsEveryTableExactly) {
     const Model model = Build("full");
-    const std::map<std::string, size_t> capacities = {
-        {"TsController", 2}, {"TsDisk", 2000},       {"TsEnclosure", 100},         {"TsDiskFolder", 500},
-        {"TsVolume", 2000},  {"TsServer", 500},      {"TsControllerCacheCard", 2}, {"Tessera", 1},
-        {"TsUps", 100},      {"TsObjectCount", 1},   {"TsDiskFolderStorageUsage", 500},
-        {"TsDiskConfiguration", 2000}};
+    const std::map<std::string, size_t> capacities = {{"TsController", 2},
+                                                      {"TsDisk", 2000},
+                                                      {"TsEnclosure", 100},
+                                                      {"TsDiskFolder", 500},
+                                                      {"TsVolume", 2000},
+                                                      {"TsServer", 500},
+                                                      {"TsControllerCacheCard", 2},
+                                                      {"Tessera", 1},
+                                                      {"TsUps", 100},
+                                                      {"TsObjectCount", 1},
+                                                      {"TsDiskFolderStorageUsage", 500},
+                                                      {"TsDiskConfiguration", 2000}};
     for (const auto& [kind, capacity] : capacities) {
         EXPECT_EQ(Count(model, kind.c_str()), capacity) << kind;
         EXPECT_EQ(model.catalogue().Find(kind)->list->Capacity(), capacity) << kind;
@@ -95,7 +102,8 @@ TEST(Presets, IndexesAreUniqueRiseWithGapsAndDifferFromRows) {
             }
         }
         EXPECT_NE(model.Objects(*model.catalogue().Find("TsDisk")->list).front().index, 1u);
-        EXPECT_GT(model.Objects(*model.catalogue().Find("TsDisk")->list).back().index, Count(model, "TsDisk") + 1);
+        EXPECT_GT(model.Objects(*model.catalogue().Find("TsDisk")->list).back().index,
+                  Count(model, "TsDisk") + 1);
     }
 }
 
@@ -155,7 +163,8 @@ TEST(Catalogue, ReducedObjectsHoldWhatTheDaemonReads) {
         }
     }
     ASSERT_EQ(reads.size(), 21u);
-    reads["tsDiskFolderStorageUsage"] = {"TotalSpace", "UsedSpace", "AllocatedSpace", "FreeSpace", "SpareSpace"};
+    reads["tsDiskFolderStorageUsage"] = {"TotalSpace", "UsedSpace", "AllocatedSpace", "FreeSpace",
+                                         "SpareSpace"};
     const std::set<std::string> keys = {"Index", "ControllerIndex", "EnclosureIndex", "DiskIndex"};
     for (const Kind& kind : Catalogue::Builtin().kinds()) {
         std::string name = kind.list->name;
@@ -179,7 +188,8 @@ TEST(Catalogue, MistakesNameTheirLine) {
         const char *text, *error;
     };
     const Case cases[] = {
-        {"object A rows 2\n  also Index index\n  also Index index x", "objects.def:3: rule 'index x' is not complete"},
+        {"object A rows 2\n  also Index index\n  also Index index x",
+         "objects.def:3: rule 'index x' is not complete"},
         {"# head\nobject A", "objects.def:2: 'A' needs `rows N` or `in LIST`"},
         {"object A rows 1\n  also X wish", "objects.def:2: unknown rule 'wish'"},
         {"object A rows 1\n  also X number 5..2", "objects.def:2: rule 'number 5..2' is not complete"},
@@ -225,14 +235,17 @@ TEST(ModelFile, WhatIsNoModelIsRefusedWithAReason) {
         {R"({"serial": 1, "objects": {"TsMoon": []}})", "unknown list \"TsMoon\""},
         {R"({"serial": 1, "objects": {"TsDisk": {}}})", "TsDisk is no JSON array"},
         {R"({"serial": 1, "objects": {"TsDisk": [5]}})", "TsDisk, object 1 is no JSON object"},
-        {R"({"serial": 1, "objects": {"TsDisk": [{"Name": "x"}]}})", "TsDisk, object 1 needs a number as \"Index\""},
+        {R"({"serial": 1, "objects": {"TsDisk": [{"Name": "x"}]}})",
+         "TsDisk, object 1 needs a number as \"Index\""},
         {R"({"serial": 1, "objects": {"TsDisk": [{"Index": "-1"}]}})", "TsDisk, object 1 needs a number"},
         {R"({"serial": 1, "objects": {"TsDisk": [{"Index": 5}]}})", "\"Index\" that is no text"},
         {R"({"serial": 1, "objects": {"TsDisk": [{"Index": "5"}, {"Index": "5"}]}})",
          "TsDisk, object 2 has the index 5 that stands already"},
-        {R"({"serial": 1, "objects": {"TsDisk": [{"Index": "5", "Colour": "red"}]}})", "unknown attribute \"Colour\""},
+        {R"({"serial": 1, "objects": {"TsDisk": [{"Index": "5", "Colour": "red"}]}})",
+         "unknown attribute \"Colour\""},
         {R"({"serial": 1, "objects": {"TsServer": [{"Index": "5"}]}})", "the member \"kind\" is missing"},
-        {R"({"serial": 1, "objects": {"TsServer": [{"kind": "TsDisk", "Index": "5"}]}})", "a kind that is none of"},
+        {R"({"serial": 1, "objects": {"TsServer": [{"kind": "TsDisk", "Index": "5"}]}})",
+         "a kind that is none of"},
     };
     for (const Case& each : cases) {
         try {

@@ -5,8 +5,9 @@
 std::string RequestDocument(const std::string& object, const std::string& command,
                             const RequestAttributes& attributes, const std::string& key) {
     std::string document = "<lumapi><ApiConnection><SessionKey>" + key + "</SessionKey></ApiConnection>" +
-                           "<ApiMethod><CommandType>Method</CommandType><Object>" + object + "</Object><Command>" +
-                           command + "</Command><Async>false</Async><ObjectEncodeType>xml</ObjectEncodeType>";
+                           "<ApiMethod><CommandType>Method</CommandType><Object>" + object +
+                           "</Object><Command>" + command +
+                           "</Command><Async>false</Async><ObjectEncodeType>xml</ObjectEncodeType>";
     document += attributes.empty() ? "" : "<Attributes>";
     for (const auto& [name, value] : attributes) {
         document += "<" + name + ">" + value + "</" + name + ">";

@@ -44,7 +44,8 @@ class JumpingPace : public ScenarioPace {
 class Scenarios : public testing::Test {
   protected:
     std::optional<size_t> Run(const Scenario& scenario) {
-        ScenarioRunner runner(scenario, simulator_, pace_, [this](const std::string& line) { lines_.push_back(line); });
+        ScenarioRunner runner(scenario, simulator_, pace_,
+                              [this](const std::string& line) { lines_.push_back(line); });
         return runner.Run();
     }
 
@@ -73,8 +74,8 @@ TEST_F(Scenarios, StepsRunAtTheirTimes) {
                 ElementsAre("   0.000 s  say begin", "   2.000 s  at 2s fail TsDisk 12",
                             "   2.250 s  after 250ms expect TsDisk 12 Status Down",
                             "   2.250 s  wait for GetList TsDisk", "   3.950 s  after 1s wait for Ping",
-                            "  60.000 s  at 1m recover TsDisk 12", "  60.500 s  after 500ms get TsDisk 12 Status",
-                            "Up\n"));
+                            "  60.000 s  at 1m recover TsDisk 12",
+                            "  60.500 s  after 500ms get TsDisk 12 Status", "Up\n"));
     EXPECT_THAT(pace_.waits, ElementsAre("GetList TsDisk", "Ping -"));
 }
 
@@ -128,8 +129,8 @@ TEST(ScenarioText, MistakesNameFileAndLine) {
 
 /** What is shipped as a demonstration holds what it promises. */
 TEST_F(Scenarios, TheDemonstrationMeetsItsExpectations) {
-    const Scenario scenario =
-        ReadScenarioFile(Catalogue::Builtin(), SOURCE_FOLDER "/tools/arraySim/scenarios/diskFailure.scenario");
+    const Scenario scenario = ReadScenarioFile(
+        Catalogue::Builtin(), SOURCE_FOLDER "/tools/arraySim/scenarios/diskFailure.scenario");
     EXPECT_EQ(Run(scenario), 0u) << testing::PrintToString(lines_);
     EXPECT_THAT(pace_.waits, ElementsAre("GetList TsDisk", "GetList TsEnclosureCoolingFanSensor"));
 }

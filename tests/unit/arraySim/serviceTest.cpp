@@ -54,7 +54,8 @@ class Services : public testing::Test {
     Simulator simulator_{BuildPreset(Catalogue::Builtin(), *FindPreset("small"), 1, 64702), kTestKey,
                          Spelling::kApi};
     WireLinkEndpoint endpoint_ = WireLinkEndpoint::CreateLocalEndpoint(folder_ / "api", 900, 5242880);
-    Service service_{simulator_, folder_ / "api", [this](const ServedExchange& exchange) { Observe(exchange); }};
+    Service service_{simulator_, folder_ / "api",
+                     [this](const ServedExchange& exchange) { Observe(exchange); }};
 };
 
 TEST_F(Services, AConnectionCarriesAnyNumberOfExchanges) {
@@ -132,18 +133,20 @@ TEST_F(Services, TheTraceTellsWhatWasServed) {
         exchange.bytes = exchange.record.object == "TsVolume" ? exchange.bytes : 0;
         lines.insert(Trace::Columns(exchange));
     }
-    EXPECT_THAT(lines,
-                testing::ElementsAre(
-                    "     1        5  GetList  TsDisk                           0      12         0     1.50  ok",
-                    "     2        6  GetList  TsVolume                         0       6        10     1.50  ok "
-                    "fault:tear",
-                    "     3        7  GetList  ?                                0       0         0     1.50  "
-                    "ObjectNotAvailable"));
+    EXPECT_THAT(
+        lines,
+        testing::ElementsAre(
+            "     1        5  GetList  TsDisk                           0      12         0     1.50  ok",
+            "     2        6  GetList  TsVolume                         0       6        10     1.50  ok "
+            "fault:tear",
+            "     3        7  GetList  ?                                0       0         0     1.50  "
+            "ObjectNotAvailable"));
 }
 
 TEST(FullArray, TheAlertListFitsAndIsWhole) {
     TestFolder folder;
-    Simulator simulator(BuildPreset(Catalogue::Builtin(), *FindPreset("full"), 1, 64702), kTestKey, Spelling::kApi);
+    Simulator simulator(BuildPreset(Catalogue::Builtin(), *FindPreset("full"), 1, 64702), kTestKey,
+                        Spelling::kApi);
     Service service(simulator, folder / "api", [](const ServedExchange&) {});
     service.Start();
     WireLinkClient client(WireLinkEndpoint::CreateLocalEndpoint(folder / "api", 900, 5242880));

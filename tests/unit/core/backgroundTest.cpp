@@ -152,8 +152,8 @@ TEST_F(Scan, ServesEachStateOfTheHandshake) {
 
 // ---- the task ----
 
-// Both sides at work: the main thread scans and merges, the task fetches and nothing else. The clock is
-// moved by both; what must come about is awaited, however long it takes.
+// Both sides at work: the main thread scans and merges, the task fetches and nothing else. What must come
+// about is awaited, however long it takes.
 TEST_F(MibWorld, TheTaskFetchesWhatTheScanAsksForUntilTheDaemonEnds) {
     verbose = false;
     fake_api_mgr::documents["GetList TsDisk"] = fake_api_mgr::list_answer("<tsDisk><Name>d</Name></tsDisk>");

@@ -2,6 +2,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/enterpriseNumber.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/pduWindow.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibValues.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
@@ -425,6 +426,14 @@ TEST_F(Bindings, GetTheirOwnAnswersWhenSomeFail) {
     EXPECT_EQ(old_nexts.serve(), SNMP_ERR_NOERROR);
     EXPECT_EQ(old_nexts.answers(),
               "OLD.2.46.1.11.2.1 = endOfMibView\nOLD.2.6.0 = integer -3\nOLD.2.46.1.11.2.1 = endOfMibView\n");
+}
+
+TEST_F(Bindings, ThatHaveEndedDoNotBeginAnewInTheOldForm) {
+    snmp_pdu_of_test pdu(MODE_GETNEXT);
+    pdu.ask("R.46.1.11.2.1").serve();
+    pdu.registered_at("OLD").rename(0, "OLD");
+    EXPECT_EQ(pdu.serve(), SNMP_ERR_NOERROR);
+    EXPECT_EQ(pdu.answers(), "OLD = endOfMibView\n");
 }
 
 TEST_F(Bindings, StopAtTheFirstFailedSetWhichIsBlamed) {

@@ -1,6 +1,7 @@
 #include <random>
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/oidLookup.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/pduWindow.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/netSnmpHeaders.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
@@ -57,7 +58,9 @@ int64_t walk_candidate(const name_type& name) {
             return column.first_var;
         if ((column.col_flags & 1) == 0)
             return column.first_var + 1;
-        const name_type rest(name.begin() + column.oid_len, name.end());
+        name_type rest(name.begin() + column.oid_len, name.end());
+        for (oid& arc : rest)  // the agent library extends the sign of large ones
+            arc = std::min<oid>(arc, 4294967295);
         if (column.col_flags == 1)
             return column.first_var + static_cast<int64_t>(rest[0]);
         if (rest.size() > 2)
@@ -96,7 +99,18 @@ class LookupWalk : public MibWorld {
     }
 
     oid any_arc() {
-        static const oid kEdges[] = {0, 1, 2, 6, 7, 9000, 9001, 2147483647, 2147483648, 4294967295};
+        static const oid kEdges[] = {0,
+                                     1,
+                                     2,
+                                     6,
+                                     7,
+                                     9000,
+                                     9001,
+                                     2147483647,
+                                     2147483648,
+                                     4294967295,
+                                     0xFFFFFFFF80000000,
+                                     0xFFFFFFFFFFFFFFFF};
         return below(2) == 0 ? kEdges[below(std::size(kEdges))] : below(50);
     }
 
@@ -222,6 +236,7 @@ TEST_F(MibWorld, EdgesOfAGetNext) {
         {"R.16.1.4.2.2", "R.17.1.2.1.1"},
         {"R.16.1.3.4294967295.4294967295", "-"},
         {"R.13.1.2.4294967295", "-"},
+        {"R.13.1.2.18446744073709551615", "-"},
         {"R.46.1.10.1", "R.46.1.11.1.1"},
         {"R.46.1.11.1", "-"},  // no column behind it
         {"R.46.1.11.3", "-"},

@@ -26,7 +26,7 @@ const char* const kPopped =
     "log 4 popped out of main_loop: snmpSubagent_is_active=0, abort_snmpSubagent=0$\n";
 const char* const kRestart =
     "log 4 main-session down, or error on agentx-ping, or failed self-test: will try a restart...$\n"
-    "run sleep 1; daemon &\n";
+    "run (sleep 1; daemon &) &\n";
 
 // All is well and was looked at just now; no table is refreshed unless a test wants it.
 class MainLoop : public MibWorld {

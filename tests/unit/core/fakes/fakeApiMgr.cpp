@@ -12,6 +12,7 @@ namespace fake_api_mgr {
 
 std::map<std::string, std::string> documents;
 std::string last_document;
+std::string access_key = "KEY";
 envelope last_request;
 
 namespace {
@@ -98,7 +99,7 @@ WireLinkEndpoint WireLinkEndpoint::CreateLocalEndpoint(const std::string& path, 
 }
 
 std::string WireLinkEndpoint::GetAccessKey() {
-    return "KEY";
+    return fake_api_mgr::access_key;
 }
 
 WireLinkSocket::WireLinkSocket(const WireLinkEndpoint& endpoint, int descriptor)

@@ -23,6 +23,9 @@ extern std::map<std::string, std::string> documents;
 extern std::string last_document;
 extern envelope last_request;
 
+/** What GetAccessKey finds: "KEY" when a test begins. */
+extern std::string access_key;
+
 /** The next connections fail. */
 void refuse_connections(bool refuse);
 

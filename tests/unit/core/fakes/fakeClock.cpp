@@ -1,7 +1,9 @@
 #include "tests/unit/core/fakes/fakeClock.h"
 
 #include <atomic>
+#include <chrono>
 #include <string>
+#include <thread>
 
 #include "apiMgmt/common/platform/clock.h"
 #include "tests/unit/core/fakes/transcript.h"
@@ -10,6 +12,7 @@ namespace {
 
 std::atomic<int64_t> now_of_test_us{fake_clock::kStart_us};
 std::atomic<bool> sleeps_are_written{false};
+const std::thread::id main_thread = std::this_thread::get_id();
 
 }  // namespace
 
@@ -26,6 +29,10 @@ void write_sleeps(bool write) {
 }
 
 void pass(const char* kind, int64_t duration_us) {
+    if (std::this_thread::get_id() != main_thread) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        return;
+    }
     now_of_test_us += duration_us;
     if (sleeps_are_written)
         transcript::add(std::string(kind) + " " + std::to_string(duration_us) + " us");

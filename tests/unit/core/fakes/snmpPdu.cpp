@@ -59,6 +59,15 @@ snmp_pdu_of_test& snmp_pdu_of_test::foreign(const std::string& name) {
     return *this;
 }
 
+snmp_pdu_of_test& snmp_pdu_of_test::rename(size_t binding, const std::string& name) {
+    netsnmp_variable_list* found = bindings_;
+    while (binding-- > 0)
+        found = found->next_variable;
+    const std::vector<oid> arcs = oid_of(name);
+    snmp_set_var_objid(found, arcs.data(), arcs.size());
+    return *this;
+}
+
 int snmp_pdu_of_test::serve(int mode) {
     info_.mode = mode;
     return serve_requests(nullptr, &registration_, &info_, &requests_.front());

@@ -26,6 +26,9 @@ class snmp_pdu_of_test {
     /** Adds a binding of another registration: it stands in the chain and has no request. */
     snmp_pdu_of_test& foreign(const std::string& name);
 
+    /** Gives a binding another name, as Net-SNMP does that asks the next registration for it. */
+    snmp_pdu_of_test& rename(size_t binding, const std::string& name);
+
     /** What Net-SNMP calls, with all requests. The mode may change from phase to phase. */
     int serve(int mode);
     int serve() { return serve(info_.mode); }

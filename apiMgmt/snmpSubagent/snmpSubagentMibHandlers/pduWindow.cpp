@@ -1,0 +1,90 @@
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/pduWindow.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "apiMgmt/common/platform/clock.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
+
+int permission_to_process_pdu = 0;
+int pdu_failures = 0;
+int64_t next_pdu_slot_ms = 0;
+
+namespace {
+
+constexpr int kPdusPerTick = 10;
+constexpr int kGreatestFailures = 4;
+constexpr int64_t kPduSlotMs = 2;
+constexpr int64_t kBurstMs = 1000;
+
+struct pdu_of_tick {
+    const netsnmp_agent_session* session = nullptr;
+    int failures_before = 0;
+    bool has_failed = false;
+    std::vector<const netsnmp_variable_list*> ended;  // bindings whose view has ended in this tick
+
+    bool has_ended(const netsnmp_variable_list* binding) const {
+        return std::find(ended.begin(), ended.end(), binding) != ended.end();
+    }
+};
+pdu_of_tick current_pdu;
+
+}  // namespace
+
+void begin_agent_tick() {
+    permission_to_process_pdu = kPdusPerTick;
+    current_pdu = {};
+}
+
+void end_agent_tick() {
+    permission_to_process_pdu = 0;
+    current_pdu = {};
+}
+
+bool admit_pdu(const netsnmp_agent_request_info* info) {
+    if (current_pdu.session != nullptr && current_pdu.session == info->asp)
+        return true;
+    SnmpSubagentMibHandlers::pace_pdu_processing();
+    if (permission_to_process_pdu <= 0)
+        return false;
+    --permission_to_process_pdu;
+    current_pdu = {info->asp, pdu_failures, false, {}};
+    return true;
+}
+
+void count_success() {
+    if (!current_pdu.has_failed)
+        pdu_failures = 0;
+}
+
+void count_failure() {
+    if (!current_pdu.has_failed)
+        pdu_failures = current_pdu.failures_before + 1;
+    current_pdu.has_failed = true;
+    if (pdu_failures <= kGreatestFailures)
+        return;
+    permission_to_process_pdu = 0;
+    pdu_failures = 0;
+    SUBAGENT_LOG(7, "taking away permission_to_process_pdu\n");
+}
+
+void note_end_of_view(const netsnmp_variable_list* binding) {
+    current_pdu.ended.push_back(binding);
+}
+
+bool follows_end_of_view(const netsnmp_variable_list* binding) {
+    return current_pdu.has_ended(binding) || (last_resp_was_endofmibview && current_pdu.ended.empty());
+}
+
+void SnmpSubagentMibHandlers::pace_pdu_processing() {
+    const int64_t now_ms = ClockNowMs();
+    const int64_t slot_ms = next_pdu_slot_ms + kPduSlotMs;
+    if (now_ms > slot_ms) {
+        next_pdu_slot_ms = now_ms + kPduSlotMs;
+        return;
+    }
+    if (slot_ms > now_ms + kBurstMs)
+        ClockSleepMicroseconds(kPduSlotMs * 1000);
+    next_pdu_slot_ms = slot_ms;
+}

@@ -1,0 +1,235 @@
+// What needs the daemon's fixed paths: the log file and the settings. Runs in the sandbox alone.
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <thread>
+#include <vector>
+
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentUtil/diagnostics.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
+
+namespace {
+
+using std::string;
+
+const char* const kLog = "/var/log/snmpSubagent.log";
+const char* const kMovedLog = "/var/log/snmpSubagent.old";
+const char* const kConf = "/etc/snmpSubagent.conf";
+
+string read_file(const string& path) {
+    std::ostringstream text;
+    text << std::ifstream(path).rdbuf();
+    return text.str();
+}
+
+void write_file(const string& path, const string& text) {
+    std::ofstream(path) << text;
+}
+
+class LogFile : public testing::Test {
+  protected:
+    LogFile() {
+        setenv("TZ", "UTC", 1);
+        tzset();
+        std::filesystem::remove_all(kLog);
+        std::filesystem::remove_all(kMovedLog);
+    }
+
+    static string take() {
+        const string text = read_file(kLog);
+        std::filesystem::remove_all(kLog);
+        return text;
+    }
+};
+
+TEST_F(LogFile, LineHasAHeaderUnlessItsLevelIsZero) {
+    subagent_log(4, "file.cpp", "operation", 12, "number %d\n", 5);
+    struct stat status {};
+    ASSERT_EQ(stat(kLog, &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0600U);
+    EXPECT_EQ(take(), "11/14/2023 22:13:20  file.cpp: operation(12): number 5\n");
+    subagent_log(0, "file.cpp", "operation", 12, "raw\n\n");
+    EXPECT_EQ(take(), "raw\n\n");
+    subagent_log(7, "f", "o", 1, "%s", "");
+    EXPECT_EQ(take(), "11/14/2023 22:13:20  f: o(1): ");
+}
+
+TEST_F(LogFile, MessageIsCutAt3999Characters) {
+    for (const size_t length : {3999, 4000, 5000}) {
+        subagent_log(0, "f", "o", 1, "%s", string(length, 'x').c_str());
+        EXPECT_EQ(take(), string(3999, 'x'));
+    }
+}
+
+TEST_F(LogFile, IsCutToItsFirst2000000BytesWhenItIsTooLong) {
+    string text(3000001, 'n');
+    for (size_t i = 0; i < 2000000; ++i)
+        text[i] = static_cast<char>('a' + i % 17);
+    write_file(kLog, text.substr(0, 3000000));
+    truncate_subagent_log();
+    EXPECT_EQ(std::filesystem::file_size(kLog), 3000000U);
+    subagent_log(0, "f", "o", 1, "%s", "x");  // the line that makes it too long goes with the cut
+    EXPECT_EQ(take(), text.substr(0, 2000000));
+    write_file(kLog, text);
+    truncate_subagent_log();
+    EXPECT_EQ(take(), text.substr(0, 2000000));
+    truncate_subagent_log();  // no file
+    EXPECT_FALSE(std::filesystem::exists(kLog));
+}
+
+TEST_F(LogFile, ThatCannotBeOpenedLosesTheLineAlone) {
+    std::filesystem::create_directory(kLog);
+    subagent_log(4, "f", "o", 1, "lost\n");
+    truncate_subagent_log();
+    EXPECT_TRUE(std::filesystem::is_empty(kLog));
+    std::filesystem::remove(kLog);
+    subagent_log(0, "f", "o", 1, "kept\n");
+    EXPECT_EQ(take(), "kept\n");
+}
+
+TEST_F(LogFile, LinesOfSeveralThreadsStayWhole) {
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < 4; ++thread)
+        threads.emplace_back([thread] {
+            for (int i = 0; i < 250; ++i)
+                subagent_log(0, "f", "o", 1, "%s\n", string(200, static_cast<char>('a' + thread)).c_str());
+        });
+    for (std::thread& each : threads)
+        each.join();
+    std::istringstream lines(take());
+    int count = 0;
+    for (string line; std::getline(lines, line); ++count)
+        ASSERT_EQ(line, string(200, line[0]));
+    EXPECT_EQ(count, 1000);
+}
+
+// Standard output is at stake, so it is another process's.
+TEST_F(LogFile, TakesStandardOutputAndFollowsAMovedFile) {
+    const auto story = [] {
+        redirect_stdout_to_log();
+        printf("printed\n");
+        subagent_log(0, "f", "o", 1, "logged\n");
+        rename(kLog, kMovedLog);
+        printf("still the old file\n");
+        reopen_redirected_log();
+        subagent_log(0, "f", "o", 1, "the new file\n");
+        printf("printed there\n");
+        close_redirected_log();
+        subagent_log(0, "f", "o", 1, "after the close\n");
+        _exit(0);
+    };
+    EXPECT_EXIT(story(), testing::ExitedWithCode(0), "");
+    EXPECT_EQ(read_file(kMovedLog), "printed\nlogged\nstill the old file\n");
+    EXPECT_EQ(take(), "the new file\nprinted there\nafter the close\n");
+}
+
+TEST_F(LogFile, HexDumpHasItsColumns) {
+    snmp_hexDump(
+        "\x01"
+        "AZ~\x7f\xff 0123456789/",
+        18, "title");
+    EXPECT_EQ(take(),
+              "--------- title --------- (18 bytes)\n"
+              "+0000   01 41 5A 7E  7F FF 20 30  31 32 33 34  35 36 37 38   .AZ~.. 012345678 \n"
+              "+0010   39 2F                                                9/               \n");
+    snmp_hexDump("", 0, "none");
+    EXPECT_EQ(take(), "--------- none --------- (0 bytes)\n");
+    context_backtrace();
+    const string context = take();
+    EXPECT_EQ(context.rfind("calling getcontext()...\nreturned from getcontext()\n", 0), 0U);
+    EXPECT_NE(context.find("\nrip="), string::npos);
+}
+
+// ---- settings ----
+
+string settings() {
+    std::ostringstream text;
+    text << conf_rwcommunity << '|' << conf_rocommunity << '|' << conf_trapsEnabled << '|' << conf_trapDest
+         << '|' << conf_trapPort << '|' << conf_trapCommun << '|' << conf_trapVer << '|'
+         << conf_controllerIdLeader << '|' << conf_controllerIdThis << '|' << conf_controllerIndexThis << '|'
+         << verbose.load() << '|' << sendTestTrap;
+    return text.str();
+}
+
+// First of all, since it needs the values with which the process starts.
+TEST(Settings, StayAsTheProcessStartedWithoutAFile) {
+    const char* const kStart = "||0||0||1|0|0|0|0|0";
+    EXPECT_EQ(settings(), kStart);
+    std::filesystem::remove(kLog);
+    std::filesystem::remove_all(kConf);
+    EXPECT_EQ(read_snmpSubagent_conf(), 1);
+    write_file(kConf, "");
+    EXPECT_EQ(read_snmpSubagent_conf(), 1);
+    std::filesystem::remove(kConf);
+    std::filesystem::create_directory(kConf);
+    EXPECT_EQ(read_snmpSubagent_conf(), 1);
+    std::filesystem::remove(kConf);
+    EXPECT_EQ(settings(), kStart);
+    const string log = read_file(kLog);
+    EXPECT_NE(log.find("): Unable to open file: /etc/snmpSubagent.conf\n"), string::npos);
+    EXPECT_NE(log.find("): conf file is empty\n"), string::npos);
+    EXPECT_NE(log.find("): Unable to read file: /etc/snmpSubagent.conf\n"), string::npos);
+}
+
+TEST(Settings, AreReadAsTheyStand) {
+    const string kDefaults = "||0|172.255.255.255|666|nevermind|1|666|666|0|0|0";
+    const auto changed = [&](int place, const string& value) {
+        std::vector<string> parts;
+        std::istringstream all(kDefaults);
+        for (string part; std::getline(all, part, '|');)
+            parts.push_back(part);
+        parts[static_cast<size_t>(place)] = value;
+        string text;
+        for (const string& part : parts)
+            text += (text.empty() && &part == &parts[0] ? "" : "|") + part;
+        return text;
+    };
+    const std::pair<string, string> rows[] = {
+        {"# nothing\n", kDefaults},
+        {"rwcommunity secret\nrocommunity   public\ntrapsEnabled yes\ntrapDest \t10.0.0.9\ntrapPort 162\n"
+         "trapCommun traps\ntrapVer 2\ncontrollerIdLeader 1\ncontrollerIdThis 64702\ncontrollerIndexThis 2\n"
+         "verbose yes\nsendTestTrap yes\n",
+         "secret|public|1|10.0.0.9|162|traps|2|1|64702|2|1|1"},
+        {"rocommunity two words \n", changed(1, "two words ")},
+        {"rocommunity x\r\n", changed(1, "x\r")},
+        {"rocommunity **none**\n", kDefaults},
+        {"rocommunity **none** \n", changed(1, "**none** ")},
+        {"rocommunity\n", kDefaults},
+        {"trapsEnabled yes \n", kDefaults},
+        {"trapsEnabled YES\n", kDefaults},
+        {"verbose yes", kDefaults},  // the last line has no newline
+        {"# trapDest was 10.0.0.1\ntrapDest 10.0.0.2\n", changed(3, "was 10.0.0.1")},
+        {"mytrapDest 10.0.0.1\n", changed(3, "10.0.0.1")},
+        {"trapDest\n10.0.0.1\n", changed(3, "")},
+        {"trapPort 162abc\n", changed(4, "162")},
+        {"trapPort abc\n", changed(4, "0")},
+        {"trapPort -5\n", changed(4, "-5")},
+        {"trapPort=162\n", changed(4, "0")},
+        {"controllerIndexThis 1\n", changed(9, "1")},
+        {"controllerIndexThis 3\n", kDefaults},
+        {"trapVer \n", changed(6, "0")},
+        {string(488, '#') + "trapVer 2\n", changed(6, "2")},  // its newline is byte 498
+        {string(489, '#') + "trapVer 2\n", changed(6, "2")},  // and 499
+        {string(490, '#') + "trapVer 2\n", kDefaults},        // byte 500 does not count
+        {string("trapVer 2\n\0trapPort 1\n", 22), changed(6, "2")},
+    };
+    std::filesystem::remove(kLog);
+    for (const auto& [text, wanted] : rows) {
+        write_file(kConf, text);
+        EXPECT_EQ(read_snmpSubagent_conf(), 0);
+        EXPECT_EQ(settings(), wanted) << text;
+    }
+    const string log = read_file(kLog);
+    EXPECT_NE(log.find("): conf_controllerIndexThis is not 1 or 2: 3\n"), string::npos);
+    EXPECT_EQ(log.find('\n'), log.size() - 1) << log;
+}
+
+}  // namespace
