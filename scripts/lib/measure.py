@@ -1,0 +1,55 @@
+"""The daemon's footprint with a full array, in the sandbox: peak memory, and processor time when idle."""
+
+import glob
+import os
+import re
+import sys
+import time
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.realpath(__file__)), "..", "..", "tests", "system"))
+from harness import array, daemon, machine  # noqa: E402  (found through the line above)
+
+WANTED_PEAK_MIB = 64
+WANTED_IDLE_PERCENT = 1.5
+IDLE_S = 60
+
+
+def peak_mib(pid):
+    status = machine.read_file(f"/proc/{pid}/status")
+    return int(re.search(r"VmHWM:\s+(\d+) kB", status).group(1)) / 1024
+
+
+def processor_s(pid):
+    """Seconds that the threads of a process have run."""
+    return sum(int(machine.read_file(path).split()[0]) for path in glob.glob(f"/proc/{pid}/task/*/schedstat")) / 1e9
+
+
+def main():
+    machine.require_sandbox()
+    machine.configure_daemon()
+    simulated, subagent = array.Array(), daemon.Daemon()
+    try:
+        simulated.start("full")
+        begin = time.monotonic()
+        subagent.start()
+        print(f"start with the full array      {time.monotonic() - begin:8.1f} s")
+        pid = subagent.pid()
+        time.sleep(2)  # the start itself is not idle time
+        before = processor_s(pid)
+        time.sleep(IDLE_S)
+        idle_percent = (processor_s(pid) - before) / IDLE_S * 100
+        print(f"idle processor time            {idle_percent:8.2f} % of one core   (wanted: at most {WANTED_IDLE_PERCENT})")
+        # The largest answer, that of the alerts, comes in the background.
+        fetched = simulated.exchanges("GetList", "TsAlert")
+        while simulated.exchanges("GetList", "TsAlert") == fetched and time.monotonic() - begin < 300:
+            time.sleep(1)
+        time.sleep(5)
+        print(f"peak resident memory           {peak_mib(pid):8.1f} MiB            (wanted: at most {WANTED_PEAK_MIB})")
+    finally:
+        subagent.stop()
+        simulated.stop()
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
