@@ -110,6 +110,8 @@ WRONG_COLUMNS = [
     ("scalar  sysServices", "scalar sysServices 1.3.6 integer constant 1 set=x",
      "only a string column can be set"),
     ("scalar  contact", "scalar contact R.5 string copy diskName set=x.y", "'x.y' is no name of an operation"),
+    ("scalar  title", "scalar title R.1 string process a-b", "'a-b' is no name of a variable"),
+    ("scalar  title", "scalar title R.1 string computed 1st", "'1st' is no name of an operation"),
     ("scalar  contact", "scalar contact R.5 string copy version", "'version' is no string column of a table"),
     ("scalar  contact", "scalar contact R.5 string copy nobody", "'nobody' is no string column of a table"),
     ("scalar  contact", "scalar contact R.5 string attribute", "no line of refresh.def fills column 'contact'"),

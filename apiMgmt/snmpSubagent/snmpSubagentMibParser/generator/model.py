@@ -87,6 +87,12 @@ def parse_count(line, text, least=0):
     return int(text)
 
 
+def check_operation(line, name, what="an operation"):
+    """What becomes a C++ name as it stands."""
+    if not OPERATION.match(name):
+        raise line.error(f"'{name}' is no name of {what}")
+
+
 def parse_column(line, words, oid, table):
     """words: the words behind name and OID."""
     if not words or words[0] not in TYPES:
@@ -95,8 +101,7 @@ def parse_column(line, words, oid, table):
     set_fn = ""
     if words and words[-1].startswith("set="):
         set_fn, words = words[-1][4:], words[:-1]
-        if not OPERATION.match(set_fn):
-            raise line.error(f"'{set_fn}' is no name of an operation")
+        check_operation(line, set_fn)
     if not words or words[0] not in SOURCES:
         raise line.error(f"the source must be one of {', '.join(SOURCES)}")
     source, arguments = words[0], words[1:]
@@ -106,6 +111,8 @@ def parse_column(line, words, oid, table):
     if len(arguments) != wanted:
         raise line.error(f"source '{source}' takes {wanted} word(s) here, not {len(arguments)}")
     argument = arguments[0] if arguments else ""
+    if argument and source in ("process", "computed"):
+        check_operation(line, argument, "a variable" if source == "process" else "an operation")
     if source == "constant" and column_type != "string" and not re.match(r"-?\d+$", argument):
         raise line.error(f"'{argument}' is no number for a column of type {column_type}")
     if set_fn and column_type != "string":
@@ -143,6 +150,8 @@ def parse_table(line, root):
     parents = parse_count(line, values["parents"])
     if (values["parent"] == "none") != (parents == 0):
         raise line.error("a table has parents=0 exactly when it has parent=none")
+    if not NAME.match(words[1]):
+        raise line.error(f"'{words[1]}' is no name of a table")
     return Table(line.place, words[1], parse_oid(line, words[2], root), values["parent"], parents,
                  parse_count(line, values["rows"], 1), parse_count(line, values["min"]))
 
@@ -208,6 +217,8 @@ def read_refreshes(mib, lines):
         for other in (entry for each in mib.refreshes for entry in each.entries):
             if other.column is column:
                 raise line.error(f"column '{column.name}' is filled already at line {other.place.line}")
+        if len(words) == 3:
+            check_operation(line, words[2])
         refresh.entries.append(MapEntry(line.place, words[0], column, words[2] if len(words) == 3 else ""))
 
 
