@@ -95,10 +95,11 @@ class Tour:
         show_command("snmpset -v2c -c private localhost sysLocation.0 s 'Hall 4, rack <7>'")
         answer = self.writer.set((place, "s", "Hall 4, rack <7>"))
         expect(answer.status == 0, f"the SET is taken: {answer}")
-        array_index = self.array.dump()["Tessera"][0]["Index"]
-        print(f"   the array says: {self.array.get('Tessera', array_index, 'Location')}", flush=True)
+        # The answer does not wait for the array.
+        waiting.wait_until(lambda: self.array.get("Tessera", 1, "Location") == "Hall 4, rack <7>",
+                           "the array has the new location")
+        print(f"   the array says: {self.array.get('Tessera', 1, 'Location')}", flush=True)
         print(f"   SNMP says:      {self.reader.value(place)}", flush=True)
-        expect(self.array.get("Tessera", array_index, "Location") == "Hall 4, rack <7>", "the array has the new location")
 
     def show_failing_controller(self):
         say("a controller fails; small tables are refreshed every half minute or so")

@@ -5,7 +5,6 @@ import os
 import unittest
 
 from harness import mib, story, waiting
-from harness.expected import Expectation
 
 
 def differences(expected, served):
@@ -25,11 +24,7 @@ class EveryColumn(story.SharedStory):
     @classmethod
     def setUpClass(cls):
         super().setUpClass()
-        cls.expected = Expectation(cls.array.dump()).values
-        # What is derived from other tables follows with the schedule, some seconds after the start.
-        for name in ("globalStatus", "worstAlertNbr", "sysName"):
-            oid = mib.scalar(name)
-            cls.manager.wait_for_value(oid, cls.expected[oid][1], 120)
+        cls.expected = cls.wait_until_settled()
 
     def assert_same(self, expected, answer):
         self.assertEqual(answer.status, 0, answer.complaints)

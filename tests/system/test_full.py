@@ -6,7 +6,6 @@ import re
 import unittest
 
 from harness import machine, mib, story
-from harness.expected import Expectation
 
 MEMORY_LIMIT_KIB = 64 * 1024
 BINDINGS_A_REQUEST = 16
@@ -33,9 +32,7 @@ class AFullArray(story.SharedStory):
     @classmethod
     def setUpClass(cls):
         super().setUpClass()
-        cls.objects = cls.array.dump()
-        cls.expected = Expectation(cls.objects).values
-        cls.manager.wait_for_value(mib.scalar("globalStatus"), cls.expected[mib.scalar("globalStatus")][1], 180)
+        cls.expected = cls.wait_until_settled()
         seed = os.environ.get("SNMPSUBAGENT_SEED", "20")
         cls.random = random.Random(seed)
 
@@ -88,7 +85,12 @@ class AFullArray(story.SharedStory):
 
     def test_one_object_more_than_the_capacity_changes_nothing(self):
         before = self.manager.get(mib.oid("tsCtlrTempName", 2, 7), mib.oid("tsEnclAlarmName", 100, 1)).bindings
-        self.array.tell("set", "TsController", 1, "Name", "renamed")
+        self.array.fault("too-many", "on", "TsControllerTemperatureSensor")
+        self.array.fault("too-many", "on", "TsEnclosureAudibleAlarm")
+        for kind in ("TsControllerTemperatureSensor", "TsEnclosureAudibleAlarm"):
+            self.array.wait_until_struck(kind, 180)
+        self.array.clear_faults()
+        self.array.set("TsController", self.array.first("TsController"), "Name", "renamed")
         self.manager.wait_for_value(mib.oid("tsCtlrName", 1), "renamed", 180)
         after = self.manager.get(mib.oid("tsCtlrTempName", 2, 7), mib.oid("tsEnclAlarmName", 100, 1)).bindings
         self.assertEqual(before, after)

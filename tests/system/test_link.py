@@ -37,7 +37,7 @@ class TheLink(story.Story):
         self.assertEqual(self.manager.value(oid), dump["TsController"][0]["Name"])
         self.assertEqual((self.daemon.pid(), self.daemon.snmpd_pid()), (daemon_pid, snmpd_pid))
         # The link is good again: changes come in, and the next loss starts at strike one.
-        self.array.set("TsController", 1, "Name", "seen after the loss")
+        self.array.set("TsController", self.array.first("TsController"), "Name", "seen after the loss")
         self.manager.wait_for_value(oid, "seen after the loss", 180)
         self.assertEqual(len(self.daemon.lines_with(RECOVERED)), 1)
         self.array.stop()
@@ -60,7 +60,7 @@ class TheLink(story.Story):
         self.daemon.start()
         self.array.fault("refuse", "for", "1")
         self.daemon.wait_for_log("Caught std::exception processing request", 60)
-        name = self.array.get("TsController", 1, "Name")
+        name = self.array.dump()["TsController"][0]["Name"]
         waiting.wait_until(lambda: self.manager.value(mib.oid("tsCtlrName", 1)) == name, "the daemon serves on")
         self.assertEqual(self.daemon.lines_with("strikes_against_apimgr"), [])
 

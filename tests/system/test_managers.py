@@ -17,7 +17,7 @@ class ReadingManagers(story.SharedStory):
     def setUpClass(cls):
         super().setUpClass()
         cls.version1 = manager.Manager(version="1")
-        cls.manager.wait_for_value(mib.scalar("sysName"), cls.array.get("Tessera", 1, "Name"), 120)
+        cls.wait_until_settled()
         cls.store = cls.manager.bulk_walk(mib.ENTERPRISE, "-Cr20").by_oid()
         cls.order = list(cls.store)
 

@@ -25,10 +25,11 @@ class AChangingArray(story.SharedStory):
 
     def test_changes_show(self):
         """One long test: the waits for all tables run side by side."""
+        controller = self.array.dump()["TsController"][1]["Index"]
         disks = [each["Index"] for each in self.array.dump()["TsDisk"]]
         last_row = len(disks)
-        self.array.set("TsController", 2, "Name", "Renamed controller")
-        self.array.fail("TsController", 2, "Degraded")
+        self.array.set("TsController", controller, "Name", "Renamed controller")
+        self.array.fail("TsController", controller, "Degraded")
         self.array.fail("TsDisk", disks[2])
         self.array.tell("remove", "TsDisk", disks[1])  # the rows behind it move up
         self.array.tell("add", "TsVolume")
@@ -49,7 +50,7 @@ class AChangingArray(story.SharedStory):
         self.assertEqual(after.oid, mib.oid("tsDiskStatus", 1))
         self.assertEqual(self.daemon.lines_with("Error"), [])
 
-        self.array.recover("TsController", 2)
+        self.array.recover("TsController", controller)
         self.array.recover("TsDisk", disks[2])
         self.wait_until_it_shows("tsCtlr", FOREGROUND_LIMIT_S)
         self.wait_until_it_shows("tsDisk", BACKGROUND_LIMIT_S)

@@ -1,5 +1,6 @@
 """The daemon as a process: going into the background, its pid file, signals, its exit, its heartbeat."""
 
+import errno
 import os
 import signal
 import socket
@@ -17,14 +18,15 @@ def heartbeat(*portions, close=True):
     with socket.create_connection(HEARTBEAT, timeout=60) as connection:
         for portion in portions:
             connection.sendall(portion)
-        if close:
-            connection.shutdown(socket.SHUT_WR)
         answer = b""
         try:
+            if close:
+                connection.shutdown(socket.SHUT_WR)
             while chunk := connection.recv(64):
                 answer += chunk
-        except ConnectionResetError:
-            pass  # it had not read all that was sent
+        except OSError as error:  # it has closed already, or without reading all that was sent
+            if error.errno not in (errno.ENOTCONN, errno.ECONNRESET):
+                raise
         return answer
 
 

@@ -34,7 +34,7 @@ class TheMasterAgent(story.Story):
     def start(self):
         self.daemon.start()
         self.before = (self.daemon.pid(), self.daemon.snmpd_pid())
-        self.name = self.array.get("TsController", 1, "Name")
+        self.name = self.array.dump()["TsController"][0]["Name"]
 
     def assert_served_by_a_new_daemon(self):
         old_daemon, old_snmpd = self.before
@@ -72,7 +72,7 @@ class TheMasterAgent(story.Story):
         arguments = ["first", "--second=2"]
         self.daemon.start(arguments=arguments)
         self.before = (self.daemon.pid(), self.daemon.snmpd_pid())
-        self.name = self.array.get("TsController", 1, "Name")
+        self.name = self.array.dump()["TsController"][0]["Name"]
         os.kill(self.daemon.snmpd_pid(), signal.SIGKILL)
         self.assert_served_by_a_new_daemon()
         words = machine.read_file(f"/proc/{self.daemon.pid()}/cmdline").split("\0")

@@ -123,7 +123,7 @@ uint32_t IndexInInstanceId(const Model& model, const Selection& selection, const
 }
 
 std::string RequiredInstanceId(const ApiRequest& request) {
-    const std::string instance_id = request.Attribute("InstanceId");
+    std::string instance_id = request.Attribute("InstanceId");
     if (instance_id.empty()) {
         throw ApiFailure("InvalidValue", "Required attribute InstanceId not set");
     }

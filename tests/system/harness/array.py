@@ -47,6 +47,10 @@ class Array:
     def get(self, kind, index, attribute):
         return self.tell("get", kind, index, attribute).removesuffix("\n")
 
+    def first(self, kind):
+        """The API index of the first object of a kind."""
+        return self.dump()[kind][0]["Index"]
+
     def fail(self, kind, index, status="Down"):
         self.tell("fail", kind, index, status)
 

@@ -3,7 +3,7 @@
 import sys
 import unittest
 
-from . import array, daemon, machine, manager
+from . import array, daemon, expected, machine, manager, mib
 
 
 class Story(unittest.TestCase):
@@ -63,6 +63,15 @@ class SharedStory(Story):
             print(f"--- the daemon's log\n{daemon.Daemon.log_tail()}", file=sys.stderr)
             cls.end()
             raise
+
+    @classmethod
+    def wait_until_settled(cls):
+        """What is derived from other tables follows with the schedule, some seconds after the start. Returns what
+        a manager must read from then on: {OID: (type, value)}."""
+        values = expected.Expectation(cls.array.dump()).values
+        for name in ("globalStatus", "worstAlertNbr", "sysContact", "sysName", "sysLocation"):
+            cls.manager.wait_for_value(mib.scalar(name), values[mib.scalar(name)][1], 180)
+        return values
 
     @classmethod
     def tearDownClass(cls):

@@ -108,7 +108,7 @@ TEST(Presets, IndexesAreUniqueRiseWithGapsAndDifferFromRows) {
 }
 
 TEST(Presets, MostIsHealthyAndALittleIsNot) {
-    for (const char* preset : {"small", "typical", "full"}) {
+    for (const char* preset : {"small", "typical"}) {
         const Model model = Build(preset);
         for (const char* kind : {"TsDisk", "TsVolume", "TsServer"}) {
             size_t ailing = 0;
@@ -136,7 +136,7 @@ TEST(Presets, EveryChildHasItsParent) {
 }
 
 TEST(Presets, SomeNamesNeedEscapingAndSomeAreNotAscii) {
-    for (const char* preset : {"small", "typical", "full"}) {
+    for (const char* preset : {"small", "typical"}) {
         const std::string text = WriteModel(Build(preset));
         for (const char* piece : {"&", "<", ">", "\\\"", "'", "ö"}) {
             EXPECT_NE(text.find(piece), std::string::npos) << preset << " " << piece;
