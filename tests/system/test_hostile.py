@@ -28,7 +28,7 @@ GONE = "gone"
 ANSWERS = (
     ("TsControllerFanSensor", ("no-return",), "does not contain 'ApiMethodReturn'", SAME),
     ("TsControllerPowerSupply", ("no-successful",), "does not contain 'Successful'", SAME),
-    ("TsControllerVoltageSensor", ("lower-true",), "does not contain 'ErrorCode'", SAME),
+    ("TsControllerVoltageSensor", ("lower-true",), "is Not successful: ErrorCode: [", SAME),
     ("TsControllerTemperatureSensor", ("no-objects",), None, SAME),  # at least one is expected
     ("TsEnclosurePowerSupply", ("error", "Busy", "come back later"), "is Not successful: ErrorCode: [Busy]", SAME),
     ("TsEnclosureIoModule", ("too-many",), None, SAME),

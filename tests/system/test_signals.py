@@ -1,6 +1,6 @@
 """The daemon as a process: going into the background, its pid file, signals, its exit, its heartbeat."""
 
-import errno
+import contextlib
 import os
 import signal
 import socket
@@ -19,14 +19,12 @@ def heartbeat(*portions, close=True):
         for portion in portions:
             connection.sendall(portion)
         answer = b""
-        try:
+        with contextlib.suppress(OSError):  # it has closed already
             if close:
                 connection.shutdown(socket.SHUT_WR)
+        with contextlib.suppress(ConnectionResetError):  # it has not read all that was sent
             while chunk := connection.recv(64):
                 answer += chunk
-        except OSError as error:  # it has closed already, or without reading all that was sent
-            if error.errno not in (errno.ENOTCONN, errno.ECONNRESET):
-                raise
         return answer
 
 
