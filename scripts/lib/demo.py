@@ -131,7 +131,7 @@ class Tour:
         print("   snmpwalk -v2c -c public localhost 1.3.6.1.4.1.913 | less\n"
               "   arraySim tell help\n"
               "   arraySim tell list\n"
-              "   arraySim tell fail TsController 1\n"
+              "   arraySim tell fail TsController 3\n"
               "   tail -f /var/log/snmpSubagent.log      (log lines; 'verbose yes' in /etc/snmpSubagent.conf for more)\n",
               flush=True)
         path = ":".join([os.path.dirname(machine.ARRAY_SIM), os.path.dirname(machine.DAEMON), os.environ["PATH"]])
