@@ -1,58 +1,27 @@
 #include <fcntl.h>
 #include <pthread.h>
 #include <pthread_np.h>
-#include <signal.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <climits>
 
 #include "apiMgmt/common/platform/process.h"
+#include "apiMgmt/common/platform/startReport.h"
 
 const char* const kKillallOutput = "";  // killall -v reports on standard output here
 
 namespace {
 
-// Between rfork and exec only async-signal-safe calls are allowed: another thread may hold any lock.
-
-[[noreturn]] void ChildReportAndExit(int report_fd) {
-    const StartFailure failure{StartFailure::Step::exec, errno};
-    // A lost report would look like a success; there is nobody else to tell.
-    while (write(report_fd, &failure, sizeof failure) < 0 && errno == EINTR) {
-    }
-    _exit(-1);
-}
-
-void ChildRestoreSignals() {
-    struct sigaction action {};
-    action.sa_handler = SIG_DFL;
-    for (int number = 1; number < NSIG; ++number) {
-        sigaction(number, &action, nullptr);  // fails for SIGKILL and SIGSTOP
-    }
-    sigset_t none;
-    sigemptyset(&none);
-    sigprocmask(SIG_SETMASK, &none, nullptr);
-}
-
 // The program starts with no descriptor at all: report_fd is the only one left, and exec closes it.
 [[noreturn]] void RunProgram(int report_fd, const char* path, char* const argv[]) {
-    ChildRestoreSignals();
+    RestoreSignals();
     if (report_fd > 0) {
         close_range(0, static_cast<unsigned>(report_fd) - 1, 0);
     }
     close_range(static_cast<unsigned>(report_fd) + 1, UINT_MAX, 0);
     execv(path, argv);
-    ChildReportAndExit(report_fd);
-}
-
-// Blocks until the writing end is closed by exec, by the child's end, or after a report.
-StartFailure ReadReport(int report_fd) {
-    StartFailure failure;
-    ssize_t count = 0;
-    do {
-        count = read(report_fd, &failure, sizeof failure);
-    } while (count < 0 && errno == EINTR);
-    return count == static_cast<ssize_t>(sizeof failure) ? failure : StartFailure{};
+    ReportAndExit(report_fd, StartFailure::Step::exec);
 }
 
 }  // namespace

@@ -6,36 +6,15 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
-#include <csignal>
 #include <cstring>
 #include <fstream>
 
 #include "apiMgmt/common/platform/process.h"
+#include "apiMgmt/common/platform/startReport.h"
 
 const char* const kKillallOutput = " 2>&1";  // killall -v reports on standard error here
 
 namespace {
-
-// Between fork and exec only async-signal-safe calls are allowed: another thread may hold any lock.
-
-[[noreturn]] void ChildReportAndExit(int report_fd, StartFailure::Step step) {
-    const StartFailure failure{step, errno};
-    // A lost report would look like a success; there is nobody else to tell.
-    while (write(report_fd, &failure, sizeof failure) < 0 && errno == EINTR) {
-    }
-    _exit(-1);
-}
-
-void ChildRestoreSignals() {
-    struct sigaction action {};
-    action.sa_handler = SIG_DFL;
-    for (int number = 1; number < NSIG; ++number) {
-        sigaction(number, &action, nullptr);  // fails for SIGKILL, SIGSTOP and the C library's own
-    }
-    sigset_t none;
-    sigemptyset(&none);
-    sigprocmask(SIG_SETMASK, &none, nullptr);
-}
 
 // Leaves /dev/null as 0, 1 and 2, and report_fd (above 2), which exec closes. A program that starts
 // without the three would get them for its own files and then overwrite them when it detaches.
@@ -48,36 +27,26 @@ bool ChildReplaceDescriptors(int report_fd) {
 [[noreturn]] void RunProgram(int pipe_fd, const char* path, char* const argv[]) {
     const int report_fd = fcntl(pipe_fd, F_DUPFD_CLOEXEC, 3);
     if (report_fd < 0) {
-        ChildReportAndExit(pipe_fd, StartFailure::Step::exec);
+        ReportAndExit(pipe_fd, StartFailure::Step::exec);
     }
-    ChildRestoreSignals();
+    RestoreSignals();
     if (!ChildReplaceDescriptors(report_fd)) {
-        ChildReportAndExit(report_fd, StartFailure::Step::exec);
+        ReportAndExit(report_fd, StartFailure::Step::exec);
     }
     execv(path, argv);
-    ChildReportAndExit(report_fd, StartFailure::Step::exec);
+    ReportAndExit(report_fd, StartFailure::Step::exec);
 }
 
 // The first child only hands the program over to the system's reaper.
 [[noreturn]] void RunFirstChild(int pipe_fd, const char* path, char* const argv[]) {
     const pid_t child = _Fork();  // unlike fork, async-signal-safe
     if (child < 0) {
-        ChildReportAndExit(pipe_fd, StartFailure::Step::fork);
+        ReportAndExit(pipe_fd, StartFailure::Step::fork);
     }
     if (child == 0) {
         RunProgram(pipe_fd, path, argv);
     }
     _exit(0);
-}
-
-// Blocks until the writing end is closed by exec, by the child's end, or after a report.
-StartFailure ReadReport(int report_fd) {
-    StartFailure failure;
-    ssize_t count = 0;
-    do {
-        count = read(report_fd, &failure, sizeof failure);
-    } while (count < 0 && errno == EINTR);
-    return count == static_cast<ssize_t>(sizeof failure) ? failure : StartFailure{};
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "apiMgmt/common/utils/stringUtil.h"
 
 #include <algorithm>
+#include <charconv>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
@@ -13,6 +14,26 @@ constexpr std::string_view kWhiteSpace = " \f\n\r\t\v";
 // Not tolower: its answer follows the process's locale.
 char LowerCase(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+struct NumberText {
+    bool is_negative = false;
+    uint64_t magnitude = 0;  // the greatest one for a number beyond it
+};
+
+// White space, a sign and digits, as atoi reads them; what follows is ignored.
+NumberText FindNumber(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(kWhiteSpace), text.size()));
+    NumberText number;
+    if (!text.empty() && (text[0] == '-' || text[0] == '+')) {
+        number.is_negative = text[0] == '-';
+        text.remove_prefix(1);
+    }
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), number.magnitude);
+    if (result.ec == std::errc::result_out_of_range) {
+        number.magnitude = UINT64_MAX;
+    }
+    return number;
 }
 
 }  // namespace
@@ -88,9 +109,16 @@ int CompareNoCase(std::string_view left, std::string_view right) {
     return left.size() < right.size() ? -1 : 1;
 }
 
-int ParseInt(const std::string& text) {
-    const long value = strtol(text.c_str(), nullptr, 10);  // saturates at the range of long
-    return static_cast<int>(std::clamp<long>(value, INT_MIN, INT_MAX));
+int ParseInt(std::string_view text) {
+    const NumberText number = FindNumber(text);
+    const auto magnitude = static_cast<int64_t>(std::min<uint64_t>(number.magnitude, UINT32_MAX));
+    return static_cast<int>(
+        std::clamp<int64_t>(number.is_negative ? -magnitude : magnitude, INT_MIN, INT_MAX));
+}
+
+uint64_t ParseUnsigned(std::string_view text) {
+    const NumberText number = FindNumber(text);
+    return number.is_negative ? 0 : number.magnitude;
 }
 
 bool ParseBool(const std::string& text) {

@@ -2,6 +2,7 @@
 
 #include <cstdarg>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -29,7 +30,10 @@ std::string ToLower(std::string_view text);
 int CompareNoCase(std::string_view left, std::string_view right);
 
 /** The number at the start of a text, as atoi reads it, but a number out of range gives the nearest int. */
-int ParseInt(const std::string& text);
+int ParseInt(std::string_view text);
+
+/** The same for an unsigned number of 64 bits; a negative one gives 0. */
+uint64_t ParseUnsigned(std::string_view text);
 
 /** True for "true" in any letter case and for a text whose integer value is 1. */
 bool ParseBool(const std::string& text);

@@ -1,6 +1,5 @@
 #include <utility>
 
-#include "apiMgmt/common/wirelink/accessKey.h"
 #include "apiMgmt/common/wirelink/wireLink.h"
 
 WireLinkEndpoint::WireLinkEndpoint(std::string path, long timeout_s, unsigned long size_bytes)
@@ -9,8 +8,4 @@ WireLinkEndpoint::WireLinkEndpoint(std::string path, long timeout_s, unsigned lo
 WireLinkEndpoint WireLinkEndpoint::CreateLocalEndpoint(const std::string& path, long timeout_s,
                                                        unsigned long size_bytes) {
     return WireLinkEndpoint(path, timeout_s, size_bytes);
-}
-
-std::string WireLinkEndpoint::GetAccessKey() {
-    return ReadAccessKey(kAccessKeyFile);
 }

@@ -3,6 +3,7 @@
 #include "apiMgmt/common/platform/clock.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/agentLibrary.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/masterAgent.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/startStep.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/agentAddress.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/registration.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
@@ -35,18 +36,17 @@ bool build_store() {
 }
 
 // The controllers come first: they say which parent a row of the controller tables belongs to.
+int fetch_controllers() {
+    return force_get_table_info(COLID_tsCtlrNbr, false);
+}
+
 bool fill_store() {
-    SUBAGENT_LOG(7, "forcing a Get for the controller table...\n");
-    if (force_get_table_info(COLID_tsCtlrNbr, false) != 0) {
-        SUBAGENT_LOG(4, "error on getting info from api for controller table\n");
-        return false;
-    }
-    SUBAGENT_LOG(7, "forcing a Get for all the oids...\n");
-    if (force_get_table_info_all() != 0) {
-        SUBAGENT_LOG(4, "error on getting all other info from api\n");
-        return false;
-    }
-    return true;
+    return run_start_steps({
+        {"forcing a Get for the controller table...\n", fetch_controllers,
+         "error on getting info from api for controller table\n"},
+        {"forcing a Get for all the oids...\n", force_get_table_info_all,
+         "error on getting all other info from api\n"},
+    });
 }
 
 // The address is not kept: without one no notification could leave, so there is no use in going on.
@@ -61,11 +61,8 @@ bool has_agent_address() {
 }
 
 bool start_agent_library() {
-    SUBAGENT_LOG(7, "initialize the agent library...\n");
-    if (agent_init() != 0) {
-        SUBAGENT_LOG(4, "could not init_agent()\n");
+    if (!run_start_steps({{"initialize the agent library...\n", agent_init, "could not init_agent()\n"}}))
         return false;
-    }
     SUBAGENT_LOG(7, "init_snmp()...\n");
     agent_init_snmp();
     return true;
@@ -92,26 +89,12 @@ bool wait_for_main_session() {
     }
 }
 
-bool register_all() {
-    SUBAGENT_LOG(7, "registering lumivant subtree...\n");
-    if (register_subtree() != 0) {
-        SUBAGENT_LOG(4, "error on registering subtree\n");
-        return false;
-    }
-    SUBAGENT_LOG(7, "registering sysvars...\n");
-    if (register_all_sysvars() != 0) {
-        SUBAGENT_LOG(4, "error on registering sysvars\n");
-        return false;
-    }
-    return true;
-}
-
-bool ping_master() {
-    SUBAGENT_LOG(7, "doing ping_agentx_master()...\n");
-    if (ping_agentx_master() == 0)
-        return true;
-    SUBAGENT_LOG(4, "error on initial agentx ping.\n");
-    return false;
+bool register_and_ping() {
+    return run_start_steps({
+        {"registering lumivant subtree...\n", register_subtree, "error on registering subtree\n"},
+        {"registering sysvars...\n", register_all_sysvars, "error on registering sysvars\n"},
+        {"doing ping_agentx_master()...\n", ping_agentx_master, "error on initial agentx ping.\n"},
+    });
 }
 
 // The value has to come from the array once more, and a real snmpget has to fetch it through snmpd.
@@ -145,6 +128,6 @@ int start_snmp_agent_and_subagent() {
     agent_become_subagent();
     // The store is full before the first request can reach it.
     const bool is_up = build_store() && fill_store() && has_agent_address() && start_agent_library() &&
-                       wait_for_main_session() && register_all() && ping_master() && prove_chain();
+                       wait_for_main_session() && register_and_ping() && prove_chain();
     return is_up ? 0 : 1;
 }

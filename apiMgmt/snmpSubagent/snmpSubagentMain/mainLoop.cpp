@@ -109,8 +109,7 @@ links test_lost_apimgr(int* strikes_against_apimgr) {
     }
     SUBAGENT_LOG(4,
                  "failed interface test to apimgr: strikes_against_apimgr = %d out of 3: we'll retry after a "
-                 "sleep of 15 "
-                 "sec\n",
+                 "sleep of 15 sec\n",
                  *strikes_against_apimgr);
     ClockSleepMicroseconds(kStrikeSleepUs);
     return links::struck;

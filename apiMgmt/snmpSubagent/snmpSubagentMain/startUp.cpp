@@ -20,6 +20,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/masterAgent.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/signals.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/startStep.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
@@ -101,28 +102,13 @@ bool create_objects() {
     return true;
 }
 
-bool start_get_list_task() {
-    SUBAGENT_LOG(7, "starting task to watch for GetList work...\n");
-    if (StartGetListTask() == 0)
-        return true;
-    SUBAGENT_LOG(4, "Failed to start GetListTask\n");
-    return false;
-}
-
-bool apimgr_answers() {
-    SUBAGENT_LOG(7, "testing apimgr...\n");
-    if (test_apimgr() == 0)
-        return true;
-    SUBAGENT_LOG(4, "error on testing interface to apimgr.\n");
-    return false;
-}
-
-bool start_agents() {
-    SUBAGENT_LOG(7, "starting agent and subgagent...\n");
-    if (start_snmp_agent_and_subagent() == 0)
-        return true;
-    SUBAGENT_LOG(4, "could not start_snmp_agent_and_subagent()\n");
-    return false;
+bool start_work() {
+    return run_start_steps({
+        {"starting task to watch for GetList work...\n", StartGetListTask, "Failed to start GetListTask\n"},
+        {"testing apimgr...\n", test_apimgr, "error on testing interface to apimgr.\n"},
+        {"starting agent and subgagent...\n", start_snmp_agent_and_subagent,
+         "could not start_snmp_agent_and_subagent()\n"},
+    });
 }
 
 // Everything between daemonising and the main loop. False: a step failed and told why.
@@ -135,7 +121,7 @@ bool start_services(bool is_debug_mode) {
         return false;
     init_trap_session();
     install_signal_handlers();
-    return create_objects() && start_get_list_task() && apimgr_answers() && start_agents();
+    return create_objects() && start_work();
 }
 
 void shut_down_agents() {

@@ -80,8 +80,11 @@ int read_number(const std::string& text, const char* key, int missing) {
 }
 
 int read_controller_index(const std::string& text) {
-    const int index = read_number(text, "controllerIndexThis", 0);
-    if (!find_value(text, "controllerIndexThis") || index == 1 || index == 2)
+    const std::optional<std::string> value = find_value(text, "controllerIndexThis");
+    if (!value)
+        return 0;
+    const int index = ParseInt(*value);
+    if (index == 1 || index == 2)
         return index;
     SUBAGENT_LOG(4, "conf_controllerIndexThis is not 1 or 2: %d\n", index);
     return 0;

@@ -1,7 +1,7 @@
 #include <iterator>
 
+#include "apiMgmt/common/utils/stringUtil.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/apiAccess.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/numericText.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/postProcess.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/storageUnits.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
@@ -41,7 +41,7 @@ void store_unsigned(int col_id, int32_t row, uint32_t number) {
 }
 
 void store_blocks(int col_id, int32_t row, uint64_t blocks_per_unit) {
-    const uint64_t blocks = unsigned_from_text(vars[row_of(col_id, row)].str);
+    const uint64_t blocks = ParseUnsigned(vars[row_of(col_id, row)].str);
     store_unsigned(col_id, row, as_number_column(blocks / blocks_per_unit));
 }
 

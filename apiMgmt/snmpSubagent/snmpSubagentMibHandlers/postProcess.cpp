@@ -7,7 +7,6 @@
 
 #include "apiMgmt/common/utils/stringUtil.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/agentAddress.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/numericText.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/storageUnits.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
@@ -105,7 +104,7 @@ void version_post_process(int32_t var_index) {
 
 void size_post_process(int32_t var_index) {
     variable_entry& entry = vars[var_index];
-    entry.uint = as_number_column(unsigned_from_text(entry.str) / kBlocksPerGb);
+    entry.uint = as_number_column(ParseUnsigned(entry.str) / kBlocksPerGb);
 }
 
 void force_trap_post_process(int32_t var_index) {

@@ -21,18 +21,18 @@ netsnmp_handler_registration* sys_contact = nullptr;
 netsnmp_handler_registration* sys_name = nullptr;
 netsnmp_handler_registration* sys_location = nullptr;
 
-int register_enterprise(const char* name, const char* log_name, const oid* root, size_t length,
-                        netsnmp_handler_registration** handle) {
-    *handle = netsnmp_create_handler_registration(name, serve_requests, root, length, kReadWrite);
+// place: how the log lines name what could not be registered.
+int register_oid(const char* name, const char* place, const oid* root, size_t length, int modes,
+                 netsnmp_handler_registration** handle) {
+    *handle = netsnmp_create_handler_registration(name, serve_requests, root, length, modes);
     if (*handle == nullptr) {
-        SUBAGENT_LOG(4, "Failed at netsnmp_create_handler_registration() for %s subtree\n", log_name);
+        SUBAGENT_LOG(4, "Failed at netsnmp_create_handler_registration()%s\n", place);
         return 1;
     }
     const int reg_result = netsnmp_register_handler(*handle);
     if (reg_result != 0) {
         *handle = nullptr;  // the library has freed it
-        SUBAGENT_LOG(4, "raw table registration failed for %s subtree: reg_result: %d\n", log_name,
-                     reg_result);
+        SUBAGENT_LOG(4, "raw table registration failed%s: reg_result: %d\n", place, reg_result);
         return 1;
     }
     return 0;
@@ -43,11 +43,11 @@ int register_enterprise(const char* name, const char* log_name, const oid* root,
 int register_subtree() {
     if (vorn_subtree != nullptr)
         return 1;
-    if (register_enterprise("vornEnterprise", "vorn", kVornEnterprise, std::size(kVornEnterprise),
-                            &vorn_subtree) != 0)
+    if (register_oid("vornEnterprise", " for vorn subtree", kVornEnterprise, std::size(kVornEnterprise),
+                     kReadWrite, &vorn_subtree) != 0)
         return 1;
-    return register_enterprise("lumivantEnterprise", "lmv", kLumivantEnterprise,
-                               std::size(kLumivantEnterprise), &lmv_subtree);
+    return register_oid("lumivantEnterprise", " for lmv subtree", kLumivantEnterprise,
+                        std::size(kLumivantEnterprise), kReadWrite, &lmv_subtree);
 }
 
 int register_a_sysvar(int col_id, netsnmp_handler_registration** handle_slot) {
@@ -57,19 +57,8 @@ int register_a_sysvar(int col_id, netsnmp_handler_registration** handle_slot) {
     oid instance[MAX_handled_oidlen + 1];
     copy_oid(instance, column.oid_ptr, column.oid_len);
     instance[column.oid_len] = 0;
-    *handle_slot = netsnmp_create_handler_registration(name, serve_requests, instance, column.oid_len + 1U,
-                                                       column.set_fn != nullptr ? kReadWrite : kReadOnly);
-    if (*handle_slot == nullptr) {
-        SUBAGENT_LOG(4, "Failed at netsnmp_create_handler_registration()\n");
-        return 1;
-    }
-    const int reg_result = netsnmp_register_handler(*handle_slot);
-    if (reg_result != 0) {
-        *handle_slot = nullptr;  // the library has freed it
-        SUBAGENT_LOG(4, "raw table registration failed: reg_result: %d\n", reg_result);
-        return 1;
-    }
-    return 0;
+    return register_oid(name, "", instance, column.oid_len + 1U,
+                        column.set_fn != nullptr ? kReadWrite : kReadOnly, handle_slot);
 }
 
 int register_all_sysvars() {

@@ -1,11 +1,11 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/tableRefresh.h"
 
+#include "apiMgmt/common/utils/stringUtil.h"
 #include "apiMgmt/common/xmlwrap/xmlParser.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/backgroundUpdate.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/apiAccess.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/columnMerge.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/elementTable.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/numericText.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
 int32_t ctlrIndexFirst = 0;
@@ -33,7 +33,7 @@ int note_controller_indexes(const element_list& controllers, const char* apiName
             controllers[0].GetElementContent().c_str(), apiName);
         return 1;
     }
-    ctlrIndexFirst = index_from_text(first.GetText());
+    ctlrIndexFirst = ParseInt(first.GetText());
     if (controllers.size() != 2)
         return 0;
     const parser::XMLElement second = controllers[1].GetFirstChildByTagName("Index");
@@ -42,7 +42,7 @@ int note_controller_indexes(const element_list& controllers, const char* apiName
                      controllers[1].GetElementContent().c_str());
         return 1;
     }
-    ctlrIndexSecond = index_from_text(second.GetText());
+    ctlrIndexSecond = ParseInt(second.GetText());
     return 0;
 }
 

@@ -34,8 +34,12 @@ MUTEXWrapper& subagent_log_mutex() {
     return *mutex;
 }
 
+int open_log_descriptor() {
+    return open(kSubagentLogFile, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, kLogFileMode);
+}
+
 FILE* open_log() {
-    const int descriptor = open(kSubagentLogFile, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, kLogFileMode);
+    const int descriptor = open_log_descriptor();
     if (descriptor < 0)
         return nullptr;
     FILE* stream = fdopen(descriptor, "a");
@@ -54,7 +58,7 @@ void write_header(FILE* stream, const char* file, const char* operation, int lin
 
 // freopen would close standard output for good when the log cannot be opened; a duplicate leaves it alone.
 void redirect_locked() {
-    const int descriptor = open(kSubagentLogFile, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, kLogFileMode);
+    const int descriptor = open_log_descriptor();
     if (descriptor < 0) {
         redirected_stdout = nullptr;
         return;

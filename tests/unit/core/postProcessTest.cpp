@@ -1,5 +1,6 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/postProcess.h"
 
+#include "apiMgmt/common/utils/stringUtil.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/apiAccess.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/numericText.h"
@@ -322,10 +323,10 @@ TEST(NumericText, SaturatesAtTheRangeOfItsColumn) {
         EXPECT_EQ(number_from_text(each.text, SMI_BASETYPE_UNSIGNED32), each.as_unsigned) << each.text;
         for (const uint32_t type : {SMI_BASETYPE_INTEGER32, SMI_BASETYPE_ENUM})
             EXPECT_EQ(static_cast<int32_t>(number_from_text(each.text, type)), each.as_signed) << each.text;
-        EXPECT_EQ(index_from_text(each.text), each.as_signed) << each.text;
+        EXPECT_EQ(ParseInt(each.text), each.as_signed) << each.text;
     }
-    EXPECT_EQ(unsigned_from_text("18446744073709551615"), UINT64_MAX);
-    EXPECT_EQ(unsigned_from_text("18446744073709551616"), UINT64_MAX);
+    EXPECT_EQ(ParseUnsigned("18446744073709551615"), UINT64_MAX);
+    EXPECT_EQ(ParseUnsigned("18446744073709551616"), UINT64_MAX);
 }
 
 }  // namespace

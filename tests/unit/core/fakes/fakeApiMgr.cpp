@@ -90,14 +90,6 @@ std::string failure_answer(const std::string& error_code) {
 
 // ---- the channel's symbols ----
 
-WireLinkEndpoint::WireLinkEndpoint(std::string path, long timeout_s, unsigned long size_bytes)
-    : path_(std::move(path)), timeout_s_(timeout_s), size_bytes_(size_bytes) {}
-
-WireLinkEndpoint WireLinkEndpoint::CreateLocalEndpoint(const std::string& path, long timeout_s,
-                                                       unsigned long size_bytes) {
-    return WireLinkEndpoint(path, timeout_s, size_bytes);
-}
-
 std::string WireLinkEndpoint::GetAccessKey() {
     return fake_api_mgr::access_key;
 }
@@ -106,14 +98,6 @@ WireLinkSocket::WireLinkSocket(const WireLinkEndpoint& endpoint, int descriptor)
     : endpoint_(endpoint), descriptor_(descriptor) {}
 
 WireLinkSocket::~WireLinkSocket() = default;
-
-size_t WireLinkSocket::RecvGPBMsg(google::protobuf::Message&) {
-    throw WireLinkError("not in this test");
-}
-
-void WireLinkSocket::SendGPBMsg(const google::protobuf::Message&) {
-    throw WireLinkError("not in this test");
-}
 
 WireLinkClient::WireLinkClient(const WireLinkEndpoint& endpoint) : WireLinkSocket(endpoint, -1) {
     const std::lock_guard guard(fake_api_mgr::lock);

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <initializer_list>
+
+/** A step of the start that has the common shape: a debug line, the step, and a line when it failed. */
+struct start_step {
+    const char* progress;
+    int (*run)(); /**< 0 is success */
+    const char* failure;
+};
+
+/** Runs the steps in order, up to the first that fails. */
+bool run_start_steps(std::initializer_list<start_step> steps);
