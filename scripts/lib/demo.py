@@ -11,7 +11,7 @@ from harness import array, daemon, machine, manager, mib, waiting  # noqa: E402 
 
 STATUS = {"1": "Up", "2": "Down", "3": "Degraded"}
 TRUTH = {"1": "yes", "2": "no"}
-GLOBAL_STATUS = {2: "unknown alert", 3: "all is well", 4: "an alert is open", 5: "a severe alert is open"}
+GLOBAL_STATUS = {2: "unknown alert", 3: "no open alert seen so far", 4: "an alert is open", 5: "a severe alert is open"}
 BACKGROUND_LIMIT_S = 240
 FOREGROUND_LIMIT_S = 120
 

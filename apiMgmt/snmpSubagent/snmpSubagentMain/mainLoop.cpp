@@ -62,14 +62,8 @@ void serve_other_threads() {
         SnmpSubagentMibHandlers::handleTempTest();
 }
 
-// Passes that follow one another within less than an idle sleep share one look at the file.
 void care_for_log() {
-    static int64_t last_look_us = 0;
     log_caught_signals();
-    const int64_t now_us = ClockNowUs();
-    if (now_us - last_look_us < kIdleSleepUs && now_us >= last_look_us)
-        return;
-    last_look_us = now_us;
     reopen_redirected_log();
     truncate_subagent_log();
 }
