@@ -1,5 +1,6 @@
 #include "apiMgmt/common/platform/clock.h"
 
+#include <poll.h>
 #include <time.h>
 
 #include <cerrno>
@@ -34,4 +35,11 @@ void ClockSleepMicroseconds(int64_t duration_us) {
     }
     while (clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &end, nullptr) == EINTR) {
     }
+}
+
+void ClockSleepUnlessReadable(int64_t duration_us, int descriptor) {
+    pollfd watched{.fd = descriptor, .events = POLLIN, .revents = 0};
+    const timespec limit{.tv_sec = static_cast<time_t>(duration_us / 1'000'000),
+                         .tv_nsec = static_cast<long>(duration_us % 1'000'000) * 1000};
+    ppoll(&watched, 1, &limit, nullptr);
 }

@@ -3,6 +3,9 @@
 #include <memory>
 
 #include "apiMgmt/common/platform/process.h"
+#include "apiMgmt/common/threadpool/appLogger.h"
+#include "apiMgmt/common/threadpool/logMessage.h"
+#include "apiMgmt/common/utils/stringUtil.h"
 
 namespace {
 
@@ -38,6 +41,13 @@ int CreateDetached(pthread_t* handle, std::unique_ptr<ThreadStart> start) {
     return 0;
 }
 
+void LogFailureOfRun(int line, const std::string& text) {
+    if (APPLogger::IsLogged(app_level::kWarning)) {
+        APPLogger::Log(app_level::kWarning, "apiMgmt/common/threadpool/threadWrapper", "Run", line,
+                       "ApiMgmtBaseTask", text);
+    }
+}
+
 }  // namespace
 
 int THREADWrapper::Run(const std::string& name, Routine routine, void* argument) {
@@ -45,8 +55,15 @@ int THREADWrapper::Run(const std::string& name, Routine routine, void* argument)
         return 0;
     }
     if (routine == nullptr) {
+        LogFailureOfRun(__LINE__, "invalid thread handler specified");
         return -1;
     }
     name_ = name;
-    return CreateDetached(&handle_, std::make_unique<ThreadStart>(ThreadStart{name, routine, argument}));
+    const int code =
+        CreateDetached(&handle_, std::make_unique<ThreadStart>(ThreadStart{name, routine, argument}));
+    if (code != 0) {
+        LogFailureOfRun(
+            __LINE__, FormatString("Failed to create the thread(%s), error code (%d).", name.c_str(), code));
+    }
+    return code;
 }

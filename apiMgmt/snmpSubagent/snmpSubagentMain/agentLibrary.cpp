@@ -1,5 +1,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/agentLibrary.h"
 
+#include <algorithm>
+
 #include "apiMgmt/common/platform/clock.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/netSnmpHeaders.h"
@@ -10,18 +12,8 @@ extern netsnmp_session* main_session;
 int agentx_send_ping(netsnmp_session* session);
 }
 
-namespace {
-
-netsnmp_session trap_session;
-
-}  // namespace
-
 void agent_log_to_stderr() {
     snmp_enable_stderrlog();
-}
-
-void agent_init_trap_session() {
-    snmp_sess_init(&trap_session);
 }
 
 void agent_become_subagent() {
@@ -48,13 +40,17 @@ int agent_check() {
     return agent_check_and_process(0);
 }
 
-void agent_wait(long timeout_us) {
+void agent_wait(long timeout_us, int also) {
     fd_set descriptors;
     FD_ZERO(&descriptors);
     int count = 0;
     int block = 0;
     timeval timeout{.tv_sec = 0, .tv_usec = timeout_us};
     snmp_select_info(&count, &descriptors, &timeout, &block);
+    if (also >= 0 && also < FD_SETSIZE) {
+        FD_SET(also, &descriptors);
+        count = std::max(count, also + 1);
+    }
     // A descriptor that is just going away must not turn the wait into a spin.
     if (select(count, &descriptors, nullptr, nullptr, &timeout) < 0)
         ClockSleepMicroseconds(timeout_us);
@@ -62,7 +58,6 @@ void agent_wait(long timeout_us) {
 
 void agent_shutdown() {
     snmp_shutdown(kAgentApplication);
-    snmp_close(&trap_session);
 }
 
 void agent_oid_text(int col_id, char* text, unsigned long size) {

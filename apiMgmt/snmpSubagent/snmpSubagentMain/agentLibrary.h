@@ -11,8 +11,9 @@ inline constexpr const char* kAgentApplication = "lumivantSubagent";
 /** Log lines of the library go to standard error. */
 void agent_log_to_stderr();
 
-/** Prepares the session record of the notifications. */
+/** Prepares the session record of the notifications; ends it. See trapSession.h. */
 void agent_init_trap_session();
+void agent_close_trap_session();
 
 /** Declares this process a subagent, not a master. */
 void agent_become_subagent();
@@ -32,10 +33,10 @@ int agent_send_ping();
 /** Handles what has arrived, without waiting. Above 0 when something was handled. */
 int agent_check();
 
-/** Waits until something has arrived, at most so long. */
-void agent_wait(long timeout_us);
+/** Waits until something has arrived, or this descriptor can be read (-1: none), at most so long. */
+void agent_wait(long timeout_us, int also);
 
-/** Ends the library and the session record of the notifications. */
+/** Ends the library. */
 void agent_shutdown();
 
 /** The OID of a column without instance, as the library writes it. */

@@ -38,5 +38,6 @@ int StartGetListTask() {
         SUBAGENT_LOG(4, "Error: Failed to create GetListTask thread: error: %d\n", error);
         return 1;
     }
+    pthread_detach(thread);  // never joined
     return 0;
 }

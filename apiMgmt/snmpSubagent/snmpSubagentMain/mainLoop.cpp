@@ -10,13 +10,17 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/shellCommand.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/signals.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/outstandingTraps.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapCommand.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapQueue.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
 // One pass:
 //   rest             no time after packets, little for a second after them, longer otherwise; when nothing
 //                    came, one scan for a table to refresh
-//   other threads    what they have asked for
+//   events           what the listener has taken in: one trap command a pass; then one outstanding object
 //   log file         follow one that was moved, cut one that is too long
 //   links            the API manager, then the master agent; tested when silent for more than 2 seconds
 //   memory           of snmpd, now and then
@@ -39,11 +43,13 @@ int leave(int result) {
 
 // For a second after traffic a packet is served within a busy sleep. A wait that the packet itself ends does
 // that sooner, and so may be as long as several: the self-test alone makes every third second a busy one.
+// A trap command that can be served ends the rest in any case.
 void rest(bool is_busy) {
+    const int wake_up = snmpSubagentComm->apimgr_ok() ? trap_queue_descriptor() : -1;
     if (is_busy)
-        agent_wait(kBusySleepsInOne * kBusySleepUs);
+        agent_wait(kBusySleepsInOne * kBusySleepUs, wake_up);
     else
-        ClockSleepMicroseconds(kIdleSleepUs);
+        ClockSleepUnlessReadable(kIdleSleepUs, wake_up);
 }
 
 void rest_and_scan_tables() {
@@ -57,9 +63,19 @@ void rest_and_scan_tables() {
     check_for_table_changes();
 }
 
-void serve_other_threads() {
+void serve_events() {
     if (tempTest_requested)
         SnmpSubagentMibHandlers::handleTempTest();
+    // Commands wait while the array cannot be asked about their objects.
+    if (snmpSubagentComm->apimgr_ok())
+        process_oldest_trap([](TrapToSend& trap) { processSendTrapCmd(trap, false); });
+    if (sendTestTrap && snmpSubagentComm->apimgr_ok()) {
+        sendTestTrap = false;
+        send_test_trap();
+    }
+    if (displayTraps_requested)
+        handleDisplayOutstandingTraps();
+    check_outstanding_traps();
 }
 
 void care_for_log() {
@@ -172,7 +188,7 @@ int main_loop() {
         rest_and_scan_tables();
         if (!snmpSubagent_is_active)
             return leave(1);
-        serve_other_threads();
+        serve_events();
         if (!snmpSubagent_is_active)
             return leave(1);
         care_for_log();

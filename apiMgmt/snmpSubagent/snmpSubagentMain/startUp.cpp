@@ -4,9 +4,13 @@
 
 #include <cstdlib>
 #include <map>
+#include <memory>
 #include <new>
 #include <string>
 
+#include "apiMgmt/common/threadpool/appLogger.h"
+#include "apiMgmt/common/threadpool/appSysLogger.h"
+#include "apiMgmt/common/threadpool/logTask.h"
 #include "apiMgmt/common/utils/configFile.h"
 #include "apiMgmt/common/utils/heartbeatMonitor.h"
 #include "apiMgmt/common/utils/pathConstants.h"
@@ -18,11 +22,14 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/backgroundUpdate.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/mainLoop.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/masterAgent.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/mgmtMsgListener.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/signals.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/startStep.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/sendTrap.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapCommand.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
 namespace {
@@ -58,8 +65,24 @@ bool start_heartbeat() {
     return false;
 }
 
-void open_logs(bool is_debug_mode) {
+// Silent unless a log task is registered, which none is this early in the daemon.
+void report_missing_settings() {
+    if (APPLogger::IsLogged(app_level::kError))
+        APPLogger::Log(app_level::kError, __FILE_NAME__, __func__, __LINE__, "SnmpSubagent",
+                       "Error reading in the SNMP Subagent config");
+}
+
+// Lives until exit. Without its thread the daemon goes on, and the subagent log is the only one.
+void create_application_log(const char* program, bool is_debug_mode) {
+    auto task = std::make_unique<LOGTask>(std::make_unique<APPSysLogger>(program, is_debug_mode));
+    if (APPLogger::RegisterLogTask(task.get()))
+        (void)task.release();
+    APPLogger::SetLogLevel(is_debug_mode ? app_level::kDebug : app_level::kWarning);
+}
+
+void open_logs(const char* program, bool is_debug_mode) {
     openlog(kSyslogIdent, LOG_CONS, LOG_DAEMON);
+    create_application_log(program, is_debug_mode);
     if (is_debug_mode)
         redirect_stdout_to_log();
     agent_log_to_stderr();
@@ -103,7 +126,10 @@ bool create_objects() {
 }
 
 bool start_work() {
+    init_varbindings();
     return run_start_steps({
+        {"opening listening socket for mgmt msgs...\n", StartMgmtMsgListener,
+         "Failed to start listener for mgmt msgs\n"},
         {"starting task to watch for GetList work...\n", StartGetListTask, "Failed to start GetListTask\n"},
         {"testing apimgr...\n", test_apimgr, "error on testing interface to apimgr.\n"},
         {"starting agent and subgagent...\n", start_snmp_agent_and_subagent,
@@ -112,10 +138,10 @@ bool start_work() {
 }
 
 // Everything between daemonising and the main loop. False: a step failed and told why.
-bool start_services(bool is_debug_mode) {
+bool start_services(const char* program, bool is_debug_mode) {
     if (!start_heartbeat())
         return false;
-    open_logs(is_debug_mode);
+    open_logs(program, is_debug_mode);
     read_settings();
     if (!fetch_session_key())
         return false;
@@ -129,6 +155,7 @@ void shut_down_agents() {
     kill_snmpd();
     SUBAGENT_LOG(7, "snmpSubagent is being shutdown...\n");
     agent_shutdown();
+    agent_close_trap_session();
 }
 
 int finish(int status) {
@@ -143,8 +170,10 @@ int finish(int status) {
 
 int run_subagent(int argc, char* argv[]) {
     const std::map<std::string, std::string> settings = ReadConfigFile(kStartConfigFile);
-    if (settings.empty())
+    if (settings.empty()) {
+        report_missing_settings();
         return 1;
+    }
     const auto debug_mode = settings.find("isdebugmode");
     const bool is_debug_mode = debug_mode != settings.end() && ParseBool(debug_mode->second);
 
@@ -158,8 +187,9 @@ int run_subagent(int argc, char* argv[]) {
         SUBAGENT_LOG(4, "Failed to daenmonize\n");
         return finish(-1);
     }
-    if (start_services(is_debug_mode)) {
+    if (start_services(argc > 0 ? argv[0] : kSyslogIdent, is_debug_mode)) {
         SUBAGENT_LOG(4, "snmpSubagent is up and running.\n");
+        send_coldstart();
         snmpSubagent_is_active = true;  // from here the GetList task runs
         main_loop();
     }

@@ -2,9 +2,9 @@
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/apiAccess.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/forceTrap.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibValues.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
 namespace {
 
@@ -33,11 +33,5 @@ int sysLocation_set(int32_t var_index) {
 int forceTrapCommand_set(int32_t var_index) {
     forceTrapCommand = vars[var_index].str;
     set_cached(var_index);
-    return 0;
-}
-
-// The written text stays in the column until the next refresh of its table.
-int forceTrapColumn_set(int32_t var_index) {
-    SUBAGENT_LOG(7, "ForceTrap: col-id: %d, row: %d\n", vars[var_index].col_id, get_row_seq(var_index));
-    return 0;
+    return ExecuteForceTrap();
 }

@@ -3,8 +3,8 @@
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/oidLookup.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapVariables.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibValues.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
 // The phases of a SET that do something: what may be written is settled in RESERVE1 and once more before the
@@ -36,8 +36,7 @@ int32_t refuse_set(int error, int col_id) {
 void note_forced_trap(int col_id) {
     if (takes_any_text(col_id))
         return;
-    trapAlertState = 2;
-    store_number(cols[COLID_trapAlertState].first_var, trapAlertState);
+    write_alert_state(kAlertActive);
 }
 
 }  // namespace

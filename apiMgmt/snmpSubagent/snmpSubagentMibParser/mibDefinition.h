@@ -3,6 +3,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/postProcess.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/tableRefresh.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/forceTrapHandlers.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibValues.h"
 

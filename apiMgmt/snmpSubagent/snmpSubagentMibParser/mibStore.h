@@ -23,6 +23,7 @@ enum smi_basetype : uint32_t {
     SMI_BASETYPE_OCTET_STRING = 2,
     SMI_BASETYPE_UNSIGNED32 = 4,
     SMI_BASETYPE_ENUM = 10,
+    SMI_BASETYPE_BITS = 11,
 };
 
 /** Bits of variable_entry::flags. Whether an entry is cached stands in a bitmap beside `vars`, see is_cached.

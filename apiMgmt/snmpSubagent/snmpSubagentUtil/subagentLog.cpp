@@ -6,9 +6,12 @@
 
 #include <cstdarg>
 #include <cstdio>
+#include <cstring>
 #include <ctime>
 
 #include "apiMgmt/common/platform/clock.h"
+#include "apiMgmt/common/threadpool/appLogger.h"
+#include "apiMgmt/common/threadpool/logMessage.h"
 #include "apiMgmt/common/threadpool/mutexWrapper.h"
 #include "apiMgmt/common/threadpool/scopedMutex.h"
 #include "apiMgmt/common/utils/pathConstants.h"
@@ -18,6 +21,7 @@ std::atomic<bool> verbose{false};
 namespace {
 
 constexpr int kRawLevel = 0;
+constexpr const char* kApplicationLogModule = "snmpSubagent";
 constexpr off_t kGreatestLogSize = 3000000;
 constexpr off_t kLogSizeAfterCut = 2000000;
 
@@ -75,6 +79,38 @@ void reopen_locked() {
     redirect_locked();
 }
 
+// Writes the line in the buffer. False: the file cannot be opened.
+bool write_line(int level, const char* file, const char* operation, int line) {
+    reopen_locked();
+    const bool through_stdout = redirected_stdout != nullptr;
+    FILE* stream = through_stdout ? redirected_stdout : open_log();
+    if (stream == nullptr)
+        return false;
+    if (level != kRawLevel)
+        write_header(stream, file, operation, line);
+    fputs(message_buffer, stream);
+    if (through_stdout)
+        reopen_locked();
+    else
+        fclose(stream);
+    return true;
+}
+
+int32_t application_level(int level) {
+    const bool has_its_own = level > kRawLevel && level < 7;
+    return has_its_own ? level + 1 : app_level::kDebug;
+}
+
+// Strips the line in the buffer of its final newline.
+void pass_on_to_application_log(int level, const char* file, const char* operation, int line) {
+    if (!APPLogger::IsLogged(application_level(level)))
+        return;
+    const size_t length = strlen(message_buffer);
+    if (length > 0 && message_buffer[length - 1] == '\n')
+        message_buffer[length - 1] = '\0';
+    APPLogger::Log(application_level(level), file, operation, line, kApplicationLogModule, message_buffer);
+}
+
 }  // namespace
 
 void subagent_log(int level, const char* file, const char* operation, int line, const char* format, ...) {
@@ -84,18 +120,8 @@ void subagent_log(int level, const char* file, const char* operation, int line, 
     vsnprintf(message_buffer, sizeof message_buffer, format, arguments);
     va_end(arguments);
 
-    reopen_locked();
-    const bool through_stdout = redirected_stdout != nullptr;
-    FILE* stream = through_stdout ? redirected_stdout : open_log();
-    if (stream != nullptr) {
-        if (level != kRawLevel)
-            write_header(stream, file, operation, line);
-        fputs(message_buffer, stream);
-        if (through_stdout)
-            reopen_locked();
-        else
-            fclose(stream);
-    }
+    if (write_line(level, file, operation, line))
+        pass_on_to_application_log(level, file, operation, line);
     truncate_subagent_log();
 }
 

@@ -13,8 +13,9 @@ extern std::atomic<bool> verbose;
 
 /**
  * Writes one line, cut to 3999 characters, with time, file, operation and line in front of it unless the
- * level is 0. A log file that cannot be opened loses the line and nothing else. Any thread; throws
- * GENERALError when the log's lock fails. Callers use the macro below.
+ * level is 0, and passes it on to the application log without its final newline. A log file that cannot be
+ * opened loses the line in both and nothing else. Any thread; throws GENERALError when a lock of the logs
+ * fails. Callers use the macro below.
  */
 void subagent_log(int level, const char* file, const char* operation, int line, const char* format, ...)
     __attribute__((format(printf, 5, 6)));

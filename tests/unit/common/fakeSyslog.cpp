@@ -12,13 +12,25 @@ namespace {
 std::mutex mutex;
 std::condition_variable arrived;
 std::vector<std::string> lines;
+const char* ident = nullptr;  // kept as a pointer, as the real one does
+int options = 0;
+int facility = 0;
 
 }  // namespace
 
 extern "C" {
 
-void openlog(const char*, int, int) {}
-void closelog() {}
+void openlog(const char* its_ident, int its_options, int its_facility) {
+    const std::lock_guard guard(mutex);
+    ident = its_ident;
+    options = its_options;
+    facility = its_facility;
+}
+
+void closelog() {
+    const std::lock_guard guard(mutex);
+    ident = nullptr;
+}
 
 void syslog(int priority, const char* format, ...) {
     char text[1000];
@@ -35,6 +47,14 @@ void syslog(int priority, const char* format, ...) {
 std::vector<std::string> SyslogLines() {
     const std::lock_guard guard(mutex);
     return lines;
+}
+
+std::string SyslogConnection() {
+    const std::lock_guard guard(mutex);
+    if (ident == nullptr) {
+        return "closed";
+    }
+    return std::string(ident) + "|" + std::to_string(options) + "|" + std::to_string(facility);
 }
 
 void WaitForSyslogLine() {

@@ -10,9 +10,9 @@ from unittest import mock
 
 sys.dont_write_bytecode = True
 HERE = os.path.dirname(os.path.abspath(__file__))
-sys.path.insert(0, os.path.join(HERE, "../../../apiMgmt/snmpSubagent/snmpSubagentMibParser"))
+sys.path.insert(0, os.path.join(HERE, "../../.."))
 
-from generator import __main__ as program  # noqa: E402
+from apiMgmt.snmpSubagent.snmpSubagentMibParser.generator import __main__ as program  # noqa: E402
 
 COLUMNS = """\
 # A comment, and an empty line.
@@ -167,7 +167,7 @@ class GeneratorTest(unittest.TestCase):
             with open(self.path(name), "w", encoding="utf-8") as file:
                 file.write(text)
         arguments = ["generator", "--columns", self.path("columns.def"), "--refresh", self.path("refresh.def"),
-                     "--out", self.path("out")]
+                     "--traps", os.devnull, "--out", self.path("out")]
         errors = io.StringIO()
         with mock.patch.object(sys, "argv", arguments), contextlib.redirect_stderr(errors):
             status = program.main()
@@ -225,7 +225,7 @@ class GeneratorTest(unittest.TestCase):
             "".join(f"scalar s{i} 1.{i} integer constant 1\n" for i in range(257)), "")
         self.assertEqual((status, errors), (1, "a column number must fit one byte: there are more than 256 columns\n"))
         with mock.patch.object(sys, "argv", ["generator", "--columns", self.path("none"), "--refresh",
-                                             self.path("none"), "--out", self.path("out")]):
+                                             self.path("none"), "--traps", self.path("none"), "--out", self.path("out")]):
             errors = io.StringIO()
             with contextlib.redirect_stderr(errors):
                 self.assertEqual(program.main(), 1)

@@ -4,6 +4,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/enterpriseNumber.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/pduWindow.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapQueue.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibValues.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 #include "tests/unit/core/fakes/fakeApiMgr.h"
@@ -321,9 +322,10 @@ TEST_F(Set, OfForceTrapIsStoredAtCommit) {
         "current_requestvb->name_length: 12, current_requestvb->name: 1.3.6.1.4.1.27405.2.13.1.6.1.$\n");
 
     trapAlertState = 0;
-    EXPECT_EQ(set("R.42.0", "any text"), "0 0\n");
-    EXPECT_EQ(forceTrapCommand, "any text");
-    EXPECT_EQ(trapAlertState, 0);  // outside the columns of ForceTrap
+    EXPECT_EQ(set("R.42.0", "1 2 3 4 5 6 7 8 x"), "0 0\n");
+    EXPECT_EQ(forceTrapCommand, "1 2 3 4 5 6 7 8 x");
+    EXPECT_EQ(set("R.42.0", "1 2 3"), "0 5 !5\n");  // no whole command
+    EXPECT_EQ(trapAlertState, 0);                   // outside the columns of ForceTrap
 }
 
 TEST_F(Set, OfTheSystemGroupGoesToTheArray) {
@@ -376,7 +378,7 @@ TEST_F(Set, DoesNotLookAtTheTypeOfTheValue) {
     snmp_pdu_of_test pdu(MODE_SET_RESERVE1);
     pdu.set_number("R.42.0", 7);
     EXPECT_EQ(pdu.serve(MODE_SET_RESERVE1), SNMP_ERR_NOERROR);
-    EXPECT_EQ(pdu.serve(MODE_SET_COMMIT), SNMP_ERR_NOERROR);
+    EXPECT_EQ(pdu.serve(MODE_SET_COMMIT), SNMP_ERR_GENERR);  // its bytes are no command
     EXPECT_EQ(forceTrapCommand.size(), sizeof(long));
 }
 
@@ -398,10 +400,10 @@ TEST_F(Bindings, OfOtherRegistrationsAreLeftAlone) {
     // A set_fn runs once, and the chain is whole afterwards.
     put("R.42.0", "");
     snmp_pdu_of_test set_pdu(MODE_SET_COMMIT);
-    set_pdu.set("R.42.0", "one").foreign("R.42.0").foreign("1.3.6");
+    set_pdu.set("R.42.0", "1 2 3 4 5 6 7 8 one").foreign("R.42.0").foreign("1.3.6");
     EXPECT_EQ(set_pdu.serve(), SNMP_ERR_NOERROR);
-    EXPECT_EQ(set_pdu.answers(), "R.42.0 = \"one\"\nR.42.0 = null\n1.3.6 = null\n");
-    EXPECT_EQ(forceTrapCommand, "one");
+    EXPECT_EQ(set_pdu.answers(), "R.42.0 = \"1 2 3 4 5 6 7 8 one\"\nR.42.0 = null\n1.3.6 = null\n");
+    EXPECT_EQ(trapsToSend.size(), 1U);
 }
 
 TEST_F(Bindings, GetTheirOwnAnswersWhenSomeFail) {

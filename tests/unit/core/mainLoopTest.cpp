@@ -7,7 +7,10 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/masterAgent.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/signals.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/outstandingTraps.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapQueue.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 #include "tests/unit/core/fakes/fakeAgent.h"
 #include "tests/unit/core/fakes/fakeApiMgr.h"
@@ -124,6 +127,52 @@ TEST_F(MainLoop, RestsByTheTraffic) {
                      "sleep 10000 us\nagent check\n"
                      "sleep 10000 us\nagent check\n") +
                   kSigterm + kPopped + "result 0");
+}
+
+void queue_unknown(int32_t number) {
+    auto trap = std::make_unique<TrapToSend>();
+    trap->trapNum = number;
+    queue_trap(std::move(trap));
+}
+
+string refusal(int32_t number) {
+    return "log 4 unknown trapNum passed fron lumivant-app: " + std::to_string(number) + "$\n";
+}
+
+TEST_F(MainLoop, ServesOneEventAPass) {
+    queue_unknown(901);
+    queue_unknown(902);
+    queue_unknown(903);
+    displayTraps_requested = true;
+    sendTestTrap = true;
+    at_checks({nothing, nothing, nothing, nothing});
+    EXPECT_EQ(run(), refusal(901) +
+                         "log 4 Traps are disabled$\nlog 4 7,7,7: trapNum, trapArgA, trapArgB, trapArgC, "
+                         "trapArgD, owner, uint, str, status, uint, str$\nagent check\n" +
+                         refusal(902) + "agent check\n" + refusal(903) +
+                         "agent check\n"
+                         "wait 1000 us\nagent check\n" +  // only now there is time to rest
+                         kSigterm +
+                         kPopped + "result 0");
+    EXPECT_FALSE(sendTestTrap);
+    EXPECT_FALSE(displayTraps_requested);
+}
+
+TEST_F(MainLoop, HoldsEventsBackWhileTheArrayIsAway) {
+    snmpSubagentComm->set_apimgr_state(false);
+    fake_api_mgr::refuse_connections(true);
+    queue_unknown(901);
+    queue_unknown(902);
+    sendTestTrap = true;
+    transcript::on("sleep 15000000", [](const string&) { fake_api_mgr::refuse_connections(false); });
+    at_checks({nothing, nothing, nothing});
+    const string course = run();
+    const size_t back = course.find("sleep 15000000 us\n");
+    ASSERT_NE(back, string::npos) << course;
+    EXPECT_EQ(course.find("wait 1000 us\n"), 0);  // they do not end a rest that cannot serve them
+    EXPECT_GT(course.find(refusal(901)), back);
+    EXPECT_LT(course.find(refusal(901)), course.find("Traps are disabled"));
+    EXPECT_LT(course.find("Traps are disabled"), course.find(refusal(902)));
 }
 
 TEST_F(MainLoop, LooksAtLinksThatWereSilentForMoreThanTwoWholeSeconds) {

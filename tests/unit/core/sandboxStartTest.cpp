@@ -250,7 +250,7 @@ const string kKills =
     "open /usr/bin/killall -6 -v snmpd 2>&1\nsleep 10000 us\nopen /usr/bin/killall -9 -v snmpd 2>&1\n"
     "sleep 10000 us\n";
 const string kLastSteps = kKills +
-                          "agent shutdown\nlog 4 snmpSubagent is exiting.$\nclose_redirected_log\n"
+                          "agent shutdown\nagent close_trap_session\nlog 4 snmpSubagent is exiting.$\nclose_redirected_log\n"
                           "status 0, restart: sleep 1; /usr/sbin/snmpSubagent -x &";
 
 TEST(Daemon, StartsServesAndEnds) {

@@ -3,7 +3,7 @@
 import re
 from dataclasses import dataclass, field
 
-from .reader import DataError, Place
+from apiMgmt.common.generator.reader import DataError, Place
 
 TYPES = ("string", "integer", "unsigned", "enumeration")
 PARENTS = ("none", "controller", "enclosure")

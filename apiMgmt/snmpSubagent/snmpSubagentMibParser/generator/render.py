@@ -1,5 +1,7 @@
 """Writes the C++ text: facts and one-line operations over hand-written code."""
 
+from apiMgmt.common.generator.output import c_string
+
 DATA_TYPE = {"string": "SMI_BASETYPE_OCTET_STRING", "integer": "SMI_BASETYPE_INTEGER32",
              "unsigned": "SMI_BASETYPE_UNSIGNED32", "enumeration": "SMI_BASETYPE_ENUM"}
 PARENT_FLAG = {"none": "0", "controller": "COL_FLAG_controller_parent", "enclosure": "COL_FLAG_enclosure_parent"}
@@ -48,15 +50,6 @@ const column_definition column_definitions[NUMBER_OF_COLUMNS] = {{
 {definitions}
 }};
 """
-
-
-def c_string(text):
-    """A C++ literal; bytes outside printable ASCII become three-digit octal escapes."""
-    out = ""
-    for byte in text.encode("utf-8"):
-        char = chr(byte)
-        out += "\\" + char if char in '"\\' else char if 32 <= byte < 127 else f"\\{byte:03o}"
-    return f'"{out}"'
 
 
 def colid(column):

@@ -1,5 +1,7 @@
 #include "tests/unit/core/fakes/fakeAgent.h"
 
+#include <poll.h>
+
 #include <cerrno>
 #include <cstdio>
 
@@ -27,6 +29,9 @@ void agent_log_to_stderr() {
 }
 void agent_init_trap_session() {
     transcript::add("agent init_trap_session");
+}
+void agent_close_trap_session() {
+    transcript::add("agent close_trap_session");
 }
 void agent_become_subagent() {
     transcript::add("agent become_subagent");
@@ -57,8 +62,10 @@ int agent_check() {
     return fake_agent::on_check ? fake_agent::on_check() : 0;
 }
 
-void agent_wait(long timeout_us) {
-    fake_clock::pass("wait", timeout_us);
+void agent_wait(long timeout_us, int also) {
+    pollfd watched{.fd = also, .events = POLLIN, .revents = 0};
+    if (poll(&watched, 1, 0) == 0)
+        fake_clock::pass("wait", timeout_us);
 }
 
 void agent_oid_text(int col_id, char* text, unsigned long size) {

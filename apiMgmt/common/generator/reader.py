@@ -13,8 +13,11 @@ class Place:
     file: str
     line: int
 
+    def __str__(self):
+        return f"{self.file}:{self.line}"
+
     def error(self, text):
-        return DataError(f"{self.file}:{self.line}: {text}")
+        return DataError(f"{self}: {text}")
 
 
 @dataclass(frozen=True)

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+/** Application log levels: one higher than the numbers of syslog. */
+namespace app_level {
+inline constexpr int32_t kEmergency = 1;
+inline constexpr int32_t kAlert = 2;
+inline constexpr int32_t kCritical = 3;
+inline constexpr int32_t kError = 4;
+inline constexpr int32_t kWarning = 5;
+inline constexpr int32_t kNotice = 6;
+inline constexpr int32_t kInfo = 7;
+inline constexpr int32_t kDebug = 8;
+}  // namespace app_level
+
+/** One line on its way to a logger. */
+struct LOGMessage {
+    int32_t level = app_level::kInfo;
+    bool headerInclude = false;  ///< whether the line names its place in the source
+    std::string file;
+    std::string func;
+    int32_t line = 0;
+    std::string category;  ///< the module that it comes from
+    std::string message;   ///< without a final newline
+};

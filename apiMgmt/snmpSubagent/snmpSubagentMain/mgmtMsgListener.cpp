@@ -1,0 +1,135 @@
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/mgmtMsgListener.h"
+
+#include <pthread.h>
+
+#include <cstdint>
+#include <exception>
+
+#include "apiMgmt/common/platform/clock.h"
+#include "apiMgmt/common/utils/generalUtils.h"
+#include "apiMgmt/common/wirelink/wireLink.h"
+#include "apiMgmt/proto/apiMgrMsg.pb.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/outstandingTraps.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapQueue.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
+
+namespace {
+
+constexpr uint32_t kMgmtCommandSpecific = 0;
+
+enum mgmt_specific : uint32_t {
+    MGMT_SPECIFIC_SEND_TRAP = 1,
+    MGMT_SPECIFIC_TEMP_TEST = 2,
+    MGMT_SPECIFIC_DISPLAY_TRAPS = 3,
+    MGMT_SPECIFIC_VERBOSE_ON = 4,
+    MGMT_SPECIFIC_VERBOSE_OFF = 5,
+};
+
+// Pause after a failure, so that one that repeats at once does not make the loop spin.
+constexpr int64_t kPauseAfterFailureUs = 100 * kMillisecondUs;
+
+// Since process start; listener thread only.
+int32_t accept_counter = 0;
+int32_t cmd_specific_counter = 0;
+
+// A text that is too short is dropped in silence.
+void queue_command(const std::string& text) {
+    char scratch[kTrapCommandBuffer];
+    ParseTrapCommand(text.c_str(), scratch, sizeof scratch);
+}
+
+void act_on(const protoIPCMsg::MGMTMsg& message) {
+    switch (message.cmdspecific()) {
+        case MGMT_SPECIFIC_SEND_TRAP:
+            queue_command(message.addlarg());
+            break;
+        case MGMT_SPECIFIC_TEMP_TEST:
+            tempTest_requested = true;
+            break;
+        case MGMT_SPECIFIC_DISPLAY_TRAPS:
+            displayTraps_requested = true;
+            break;
+        case MGMT_SPECIFIC_VERBOSE_ON:
+            verbose = true;
+            SUBAGENT_LOG(7, "Set verbose to True\n");
+            break;
+        case MGMT_SPECIFIC_VERBOSE_OFF:
+            SUBAGENT_LOG(7, "Set verbose to False\n");
+            verbose = false;
+            break;
+        default:
+            SUBAGENT_LOG(4, "Received unknown mgmtMsg.cmdspecific(): %d\n",
+                         static_cast<int>(message.cmdspecific()));
+    }
+}
+
+void serve_one_connection(WireLinkServer& server, const WireLinkEndpoint& endpoint) {
+    WireLinkServerConnection connection(endpoint, server.Accept(nullptr, nullptr, 0));
+    protoIPCMsg::GPBIPCMsg envelope;
+    while (connection.RecvGPBMsg(envelope) != 0)
+        HandleMgmtMsg(envelope);
+}
+
+// One bad sender does not stop the listener.
+[[noreturn]] void serve_connections(WireLinkServer& server, const WireLinkEndpoint& endpoint) {
+    for (;;) {
+        try {
+            serve_one_connection(server, endpoint);
+            continue;
+        } catch (const std::exception& error) {
+            SUBAGENT_LOG(4, "Caught std::exception processing request: %s\n", error.what());
+        } catch (...) {
+            SUBAGENT_LOG(4, "Caught unknown exception processing request\n");
+        }
+        ClockSleepMicroseconds(kPauseAfterFailureUs);
+    }
+}
+
+}  // namespace
+
+void HandleMgmtMsg(const protoIPCMsg::GPBIPCMsg& envelope) {
+    ++accept_counter;
+    if (envelope.msgtype() != protoIPCMsg::MGMT || !envelope.has_mgmtmsg()) {
+        SUBAGENT_LOG(4, "Invalid connection data: PDU is not a mgmt message\n");
+        return;
+    }
+    const protoIPCMsg::MGMTMsg& message = envelope.mgmtmsg();
+    if (message.cmdtype() != kMgmtCommandSpecific) {
+        SUBAGENT_LOG(4, "Received unknown mgmtMsg.cmdtype(): %d\n", static_cast<int>(message.cmdtype()));
+        return;
+    }
+    ++cmd_specific_counter;
+    SUBAGENT_LOG(7,
+                 "Received MGMTCommand_SPECIFIC: accept_counter=%d, cmd_specific_counter=%d, "
+                 "mgmtMsg.cmdspecific():%d\n",
+                 accept_counter, cmd_specific_counter, static_cast<int>(message.cmdspecific()));
+    act_on(message);
+}
+
+void* MgmtMsgListenerMain(void* /*argument*/) {
+    try {
+        const WireLinkEndpoint& endpoint = GENERALUtils::GetEndpoint(ENDPOINT_SNMPSUBAGENT);
+        WireLinkServer server(endpoint);
+        serve_connections(server, endpoint);
+    } catch (const std::exception& error) {
+        SUBAGENT_LOG(4, "Caught std::exception setting up management message listen socket: %s\n",
+                     error.what());
+    } catch (...) {
+        SUBAGENT_LOG(4, "Caught unknown exception setting up management message listen socket\n");
+    }
+    abort_snmpSubagent = true;
+    return reinterpret_cast<void*>(-1);
+}
+
+int StartMgmtMsgListener() {
+    pthread_t thread;
+    const int error = pthread_create(&thread, nullptr, MgmtMsgListenerMain, nullptr);
+    if (error != 0) {
+        SUBAGENT_LOG(4, "Error: Failed to create mgmt msg listener thread: error: %d\n", error);
+        return 1;
+    }
+    pthread_detach(thread);  // never joined
+    return 0;
+}

@@ -1,0 +1,96 @@
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/forceTrap.h"
+
+#include <string>
+
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/tableRefresh.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapQueue.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibValues.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
+
+namespace {
+
+// Below the component's API index. A command that names a component by N means the one with API index N + 1,
+// so a forced one is about the component before the written row's.
+constexpr int32_t kComponentIndexOffset = 2;
+
+// trapArgA to trapArgC; trapArgD is always 0 and the alert text empty.
+struct force_arguments {
+    int32_t a = 0;
+    int32_t b = 0;
+    int32_t c = 0;
+};
+
+// The variable of another column of the same table that stands beside the written one.
+int32_t beside(int32_t var_index, int col_id) {
+    return cols[col_id].first_var + var_index - cols[vars[var_index].col_id].first_var;
+}
+
+bool find_controller(int32_t row, force_arguments* arguments) {
+    if (row != 1 && row != 2) {
+        SUBAGENT_LOG(7, "oid request has invalid row seq num: %d\n", row);
+        return false;
+    }
+    arguments->a = row == 1 ? ctlrIndexFirst : ctlrIndexSecond;
+    return true;
+}
+
+// The last row of a full table is refused.
+bool find_object(const force_definition& force, int32_t var_index, int32_t row, force_arguments* arguments) {
+    if (row == 0) {
+        SUBAGENT_LOG(7, "%s seq num is zero\n", force.word);
+        return false;
+    }
+    if (static_cast<uint32_t>(row) >= cols[force.column].maxNumOfRows) {
+        SUBAGENT_LOG(7, "%s index too large\n", force.word);
+        return false;
+    }
+    const int32_t index_var = beside(var_index, force.index_column);
+    if (!is_cached(index_var)) {
+        SUBAGENT_LOG(7, "%s does not exist\n", force.word);
+        return false;
+    }
+    arguments->a = static_cast<int32_t>(vars[index_var].uint);
+    return true;
+}
+
+bool find_arguments(const force_definition& force, int32_t var_index, force_arguments* arguments) {
+    const int32_t row = get_row_seq(var_index);
+    switch (force.rule) {
+        case force_rule::controller:
+            return find_controller(row, arguments);
+        case force_rule::index:
+            return find_object(force, var_index, row, arguments);
+        case force_rule::component:
+            arguments->a = get_parent_seq(var_index);
+            arguments->b = force.component;
+            arguments->c = force.index_column < 0
+                               ? row
+                               : static_cast<int32_t>(vars[beside(var_index, force.index_column)].uint) -
+                                     kComponentIndexOffset;
+            return true;
+        case force_rule::row:
+            arguments->a = row;
+            return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+int force_notification(const force_definition& force, int32_t var_index) {
+    force_arguments arguments;
+    if (!find_arguments(force, var_index, &arguments))
+        return 1;
+    std::string command = force.event_id;
+    for (const int32_t number : {force.trapNum, arguments.a, arguments.b, arguments.c, 0})
+        command.append(" ").append(std::to_string(number));
+    forceTrapCommand = command + " @@@";
+    return ExecuteForceTrap();
+}
+
+int ExecuteForceTrap() {
+    SUBAGENT_LOG(7, "NMS's ForceTrap payload: %s\n", forceTrapCommand.c_str());
+    char scratch[kTrapCommandBuffer];
+    return ParseTrapCommand(forceTrapCommand.c_str(), scratch, sizeof scratch);
+}

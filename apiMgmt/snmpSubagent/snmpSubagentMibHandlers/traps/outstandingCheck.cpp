@@ -1,0 +1,125 @@
+#include "apiMgmt/common/platform/clock.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/outstandingTraps.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapCommand.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapVariables.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/valueKind.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
+
+namespace {
+
+constexpr int64_t kCheckInterval_s = 60;
+constexpr int64_t kStale_s = 7 * 24 * 3600 + 1;
+
+// What a look at one record means for the walk through the list.
+enum class walk {
+    on,      // to the next record
+    on_end,  // to the next record, where the next call begins
+    stay,    // the next call begins here
+};
+
+// False at the end of the list, which the cursor has then left for the beginning.
+bool move_on() {
+    if (++outstandingTrapCursor < outstandingTraps.size())
+        return true;
+    outstandingTrapCursor = 0;
+    return false;
+}
+
+void log_removal(const char* reason, const TrapToSend& command) {
+    SUBAGENT_LOG(
+        7,
+        "%s - removing outstanding trap: trapNum: %d, trapArgA: %d, trapArgB: %d, trapArgC: %d, trapArgD: "
+        "%d\n",
+        reason, command.trapNum, command.trapArgA, command.trapArgB, command.trapArgC, command.trapArgD);
+}
+
+walk remove_at_cursor() {
+    remove_outstanding_trap(outstandingTrapCursor);
+    return walk::on;
+}
+
+// A new event for the object: its passage through IsRedundantTrap removes or replaces the record.
+void notify_change(const OutstandingTrap& record) {
+    const variable_entry& status = vars[record.statusVar];
+    const bool is_number = value_kind_of(status.col_id) == value_kind::number;
+    if (is_number)
+        SUBAGENT_LOG(7, "found status uint32 change: prev: %d, current: %d\n",
+                     static_cast<int32_t>(record.statusUint), static_cast<int32_t>(status.uint));
+    else
+        SUBAGENT_LOG(7, "found status string change: prev: %s, current: %s\n", record.statusStr.c_str(),
+                     status.str.c_str());
+    TrapToSend command = record.command;
+    if (is_number && status.uint == kStatusUp)
+        command.trapArgD = kClearingArgument;
+    SUBAGENT_LOG(4,
+                 "found status change: trapNum: %d, trapArgA: %d, trapArgB: %d, trapArgC: %d, trapArgD: %d\n",
+                 command.trapNum, command.trapArgA, command.trapArgB, command.trapArgC, command.trapArgD);
+    processSendTrapCmd(command, false);
+}
+
+walk check_at_cursor() {
+    OutstandingTrap& record = *outstandingTraps[outstandingTrapCursor];
+    const int64_t now_us = ClockNowUs();
+    const int64_t unchecked_s = (now_us - record.timeLastChecked_us) / kSecondUs;
+    if (unchecked_s < kCheckInterval_s)
+        return walk::on;
+    if (unchecked_s >= kStale_s) {
+        log_removal("oustanding trap is stale", record.command);
+        return remove_at_cursor();
+    }
+    record.timeLastChecked_us = now_us;
+    lastTrapCheckTime_us = now_us;
+    if (record.verifyUint != vars[record.verifyVar].uint) {
+        SUBAGENT_LOG(7, "found verify-value mismatch - removing outstanding trap: trap: %d, var: %d\n",
+                     static_cast<int32_t>(record.verifyUint),
+                     static_cast<int32_t>(vars[record.verifyVar].uint));
+        return remove_at_cursor();
+    }
+    TrapToSend command = record.command;
+    if (processSendTrapCmd(command, true) != 0) {
+        log_removal("error while checking status - element is probably gone", record.command);
+        return remove_at_cursor();
+    }
+    const variable_entry& status = vars[record.statusVar];
+    if (value_kind_of(status.col_id) == value_kind::none) {
+        log_no_value_kind(status.col_id);
+        return walk::stay;
+    }
+    if (!has_same_value(record.statusUint, record.statusStr, status))
+        notify_change(record);
+    return walk::on_end;
+}
+
+void log_record(const OutstandingTrap& record) {
+    const TrapToSend& command = record.command;
+    SUBAGENT_LOG(
+        4,
+        "%d,%d,%d: %d, %d, %d, %d, %d, ownerVar col-id:%d, uint:%u, str:%s, verifyVar col-id:%d, uint:%u "
+        "statusVar col-id:%d, uint:%u, str:%s\n",
+        command.eventIdA, command.eventIdB, command.eventIdC, command.trapNum, command.trapArgA,
+        command.trapArgB, command.trapArgC, command.trapArgD, vars[record.ownerVar].col_id, record.ownerUint,
+        record.ownerStr.c_str(), vars[record.verifyVar].col_id, record.verifyUint,
+        vars[record.statusVar].col_id, record.statusUint, record.statusStr.c_str());
+}
+
+}  // namespace
+
+void check_outstanding_traps() {
+    if (outstandingTraps.empty() || ClockNowUs() - lastTrapCheckTime_us < kSecondUs)
+        return;
+    for (;;) {
+        const walk next = check_at_cursor();
+        if (next == walk::stay || !move_on() || next == walk::on_end)
+            return;
+    }
+}
+
+int handleDisplayOutstandingTraps() {
+    displayTraps_requested = false;
+    SUBAGENT_LOG(
+        4, "7,7,7: trapNum, trapArgA, trapArgB, trapArgC, trapArgD, owner, uint, str, status, uint, str\n");
+    for (const auto& record : outstandingTraps)
+        log_record(*record);
+    return 0;
+}

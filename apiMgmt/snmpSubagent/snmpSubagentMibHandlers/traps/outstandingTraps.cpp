@@ -1,0 +1,142 @@
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/outstandingTraps.h"
+
+#include "apiMgmt/common/platform/clock.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/valueKind.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
+
+std::vector<std::unique_ptr<OutstandingTrap>> outstandingTraps;
+uint32_t outstandingTrapCursor = 0;
+int64_t lastTrapCheckTime_us = 0;
+std::atomic<bool> displayTraps_requested{false};
+
+namespace {
+
+// What an object's status reads when nothing is wrong.
+constexpr uint32_t kGoodValue = 1;
+constexpr const char* kGoodText = "Up";
+
+// The record belongs to an object that is gone from its row.
+int forget(size_t position, const TrapToSend& trap, const trap_variables& variables, const char* reason) {
+    SUBAGENT_LOG(
+        7,
+        "we're removing the outstanding trap cuz %s: trapNum: %d, owenerOid: %d, statusOid: %d, status "
+        "string: %s, var verify: %d, trap verify: %d\n",
+        reason, trap.trapNum, vars[variables.owner].col_id, vars[variables.status].col_id,
+        vars[variables.status].str.c_str(), static_cast<int32_t>(vars[variables.verify].uint),
+        static_cast<int32_t>(outstandingTraps[position]->verifyUint));
+    remove_outstanding_trap(position);
+    return 1;
+}
+
+void log_redundant(const TrapToSend& trap, const trap_variables& variables, value_kind kind) {
+    const variable_entry& status = vars[variables.status];
+    const int owner_col_id = vars[variables.owner].col_id;
+    if (kind == value_kind::number)
+        SUBAGENT_LOG(7,
+                     "we're not sending out this trap cuz it would be redundant: trapNum: %d, owenerOid: %d, "
+                     "statusOid: %d, status: %d\n",
+                     trap.trapNum, owner_col_id, status.col_id, static_cast<int32_t>(status.uint));
+    else
+        SUBAGENT_LOG(7,
+                     "we're not sending out this trap cuz it would be redundant: trapNum: %d, owenerOid: %d, "
+                     "statusOid: %d, status string: %s\n",
+                     trap.trapNum, owner_col_id, status.col_id, status.str.c_str());
+}
+
+void log_change(const OutstandingTrap& record, const TrapToSend& trap, const trap_variables& variables,
+                value_kind kind) {
+    const variable_entry& status = vars[variables.status];
+    const int owner_col_id = vars[variables.owner].col_id;
+    if (kind == value_kind::number)
+        SUBAGENT_LOG(7,
+                     "status uint has changed - remove this outstanding trap: trapNum: %d, owenerOid: %d, "
+                     "statusOid: %d, old status: %d, new status: %d\n",
+                     trap.trapNum, owner_col_id, status.col_id, static_cast<int32_t>(record.statusUint),
+                     static_cast<int32_t>(status.uint));
+    else
+        SUBAGENT_LOG(7,
+                     "status string has changed - remove this outstanding trap: trapNum: %d, owenerOid: %d, "
+                     "statusOid: %d, old status: %s, new status: %s\n",
+                     trap.trapNum, owner_col_id, status.col_id, record.statusStr.c_str(), status.str.c_str());
+}
+
+bool is_good(const variable_entry& status, value_kind kind) {
+    return kind == value_kind::text ? status.str == kGoodText : status.uint == kGoodValue;
+}
+
+}  // namespace
+
+size_t find_outstanding_trap(int32_t ownerVar) {
+    const variable_entry& owner = vars[ownerVar];
+    for (size_t position = 0; position < outstandingTraps.size(); ++position) {
+        const OutstandingTrap& record = *outstandingTraps[position];
+        if (record.ownerVar != ownerVar)
+            continue;
+        switch (value_kind_of(owner.col_id)) {
+            case value_kind::number:
+                if (record.ownerUint == owner.uint)
+                    return position;
+                break;
+            case value_kind::text:
+                if (record.ownerStr == owner.str)
+                    return position;
+                break;
+            case value_kind::none:
+                log_no_value_kind(owner.col_id);
+                return kNoOutstandingTrap;
+        }
+    }
+    return kNoOutstandingTrap;
+}
+
+size_t add_outstanding_trap(const TrapToSend& trap, const trap_variables& variables) {
+    const int64_t now_us = ClockNowUs();
+    outstandingTraps.emplace_back(new OutstandingTrap{.command = trap,
+                                                      .timeAdded_us = now_us,
+                                                      .timeLastChecked_us = now_us,
+                                                      .ownerVar = variables.owner,
+                                                      .ownerUint = vars[variables.owner].uint,
+                                                      .ownerStr = vars[variables.owner].str,
+                                                      .verifyVar = variables.verify,
+                                                      .verifyUint = vars[variables.verify].uint,
+                                                      .statusVar = variables.status,
+                                                      .statusUint = vars[variables.status].uint,
+                                                      .statusStr = vars[variables.status].str});
+    return outstandingTraps.size() - 1;
+}
+
+void remove_outstanding_trap(size_t position) {
+    outstandingTraps.erase(outstandingTraps.begin() + static_cast<std::ptrdiff_t>(position));
+}
+
+int IsRedundantTrap(const TrapToSend& trap, const trap_variables& variables, bool recheck) {
+    // The caller has read the status anew: that was all.
+    if (recheck)
+        return 1;
+    const variable_entry& status = vars[variables.status];
+    const value_kind kind = value_kind_of(status.col_id);
+    if (kind == value_kind::none) {
+        SUBAGENT_LOG(4, "col-id:%d, can't process this data type: %d\n", status.col_id,
+                     static_cast<int>(cols[status.col_id].data_type));
+        return 1;
+    }
+    const size_t position = find_outstanding_trap(variables.owner);
+    if (position != kNoOutstandingTrap) {
+        const OutstandingTrap& record = *outstandingTraps[position];
+        if (!is_cached(variables.status))
+            return forget(position, trap, variables, "the var is no longer cached");
+        if (record.verifyUint != vars[variables.verify].uint)
+            return forget(position, trap, variables, "verify-value does not match");
+        if (has_same_value(record.statusUint, record.statusStr, status) &&
+            trap.trapArgD != kClearingArgument) {
+            log_redundant(trap, variables, kind);
+            return 1;
+        }
+        log_change(record, trap, variables, kind);
+        remove_outstanding_trap(position);
+    }
+    if (!is_good(status, kind))
+        add_outstanding_trap(trap, variables);
+    return 0;
+}

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapQueue.h"
+
+/**
+ * The memory of what is not healthy: while an object stays in the same state no second notification goes
+ * out for it, and its return to health is found and notified without an event. Lost with the process. Main
+ * thread only, apart from the flag.
+ */
+
+/** The variables (indexes in `vars`) by which an object is known. */
+struct trap_variables {
+    int32_t owner;  /**< names the object; the key of its record */
+    int32_t verify; /**< tells whether the same object still stands in this row */
+    int32_t status;
+};
+
+struct OutstandingTrap {
+    TrapToSend command; /**< the alert string has at most 255 characters */
+
+    /** Microseconds since the epoch. */
+    int64_t timeAdded_us;
+    int64_t timeLastChecked_us;
+
+    /** The numbers as they were when the record was made. The texts are the variables' own, as they are now:
+       a text owner matches by its variable alone. */
+    int32_t ownerVar;
+    uint32_t ownerUint;
+    const std::string& ownerStr;
+    int32_t verifyVar;
+    uint32_t verifyUint;
+    int32_t statusVar;
+    uint32_t statusUint;
+    const std::string& statusStr;
+};
+
+/** In order of creation. */
+extern std::vector<std::unique_ptr<OutstandingTrap>> outstandingTraps;
+
+/** The record that is looked at next; when the latest re-check was. */
+extern uint32_t outstandingTrapCursor;
+extern int64_t lastTrapCheckTime_us;
+
+/** A management message asks for handleDisplayOutstandingTraps. */
+extern std::atomic<bool> displayTraps_requested;
+
+/** What find_outstanding_trap answers when there is no record. */
+inline constexpr size_t kNoOutstandingTrap = 987654321;
+
+/** The first record of an owner variable whose value still matches. */
+size_t find_outstanding_trap(int32_t ownerVar);
+
+/** Its position. */
+size_t add_outstanding_trap(const TrapToSend& trap, const trap_variables& variables);
+
+void remove_outstanding_trap(size_t position);
+
+/**
+ * 1 when nothing is to be sent, 0 when the notification is to go out. Keeps the memory: an object that is not
+ * Up gets a record, one that is healthy or gone loses it. With `recheck` set only answers 1.
+ */
+int IsRedundantTrap(const TrapToSend& trap, const trap_variables& variables, bool recheck);
+
+/** Reads at most one object of the memory anew, one a second and each once a minute, and notifies when its
+   state has changed. */
+void check_outstanding_traps();
+
+/** Logs every record. Result 0. */
+int handleDisplayOutstandingTraps();

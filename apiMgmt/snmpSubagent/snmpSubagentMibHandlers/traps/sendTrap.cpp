@@ -1,0 +1,129 @@
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/sendTrap.h"
+
+#include <algorithm>
+
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/agentAddress.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapPdu.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapPeer.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapSession.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibColumns.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/trapCatalogue.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
+
+std::map<int32_t, std::array<int, kMaxTrapColumns>> varbindings;
+
+namespace {
+
+struct trap_version {
+    long session_version;
+    int command;
+};
+
+// The array's address, which every notification needs, whatever the version.
+struct array_address {
+    std::string text;
+    bool is_ipv4 = false;
+};
+
+int fail(const char* text) {
+    SUBAGENT_LOG(4, "%s\n", text);
+    return 1;
+}
+
+int find_version(int trapVer, trap_version* version) {
+    switch (trapVer == 0 ? conf_trapVer : trapVer) {
+        case 1:
+            *version = {SNMP_VERSION_1, SNMP_MSG_TRAP};
+            return 0;
+        case 2:
+            *version = {SNMP_VERSION_2c, SNMP_MSG_TRAP2};
+            return 0;
+        case 3:
+            *version = {SNMP_VERSION_2c, SNMP_MSG_INFORM};
+            return 0;
+        default:
+            return fail("Invalid Trap Type");
+    }
+}
+
+int check_settings(array_address* address) {
+    if (!conf_trapsEnabled)
+        return fail("Traps are disabled");
+    if (conf_trapDest.empty())
+        return fail("Unable to send trap because there is no trap destination defined.");
+    bool is_leader = false;
+    if (get_array_ip_addr(&address->text, &is_leader, &address->is_ipv4) != 0)
+        return fail("Unable to get a non-zero IPAddr from the TS API");
+    return 0;
+}
+
+// What a failed send leaves behind. Once Net-SNMP has freed a PDU its command reads as 0.
+int drop_pdu(netsnmp_pdu* pdu) {
+    if (pdu->command == 0)
+        return fail("Error: pdu has already been freed");
+    snmp_free_pdu(pdu);
+    return 1;
+}
+
+int report_send_error(netsnmp_session* session, bool is_inform) {
+    const trap_send_error error = last_trap_send_error(session);
+    SUBAGENT_LOG(4, "err on snmp_send() for %s: ss->s_snmp_errno=%d, err= %s\n",
+                 is_inform ? "Inform" : "Trap-Notify", error.number, error.text.c_str());
+    return 1;
+}
+
+int send_through(netsnmp_session* session, const trap_version& version, const trap_content& content) {
+    netsnmp_pdu* pdu = snmp_pdu_create(version.command);
+    if (pdu == nullptr)
+        return fail("Failed to create notification PDU");
+    if (fill_trap_pdu(pdu, content) != 0)
+        return drop_pdu(pdu);
+    if (send_trap_pdu(session, pdu) != 0)
+        return 0;  // the PDU is Net-SNMP's now
+    report_send_error(session, version.command == SNMP_MSG_INFORM);
+    return drop_pdu(pdu);
+}
+
+}  // namespace
+
+void init_varbindings() {
+    for (const notification_definition& notification : notifications) {
+        std::array<int, kMaxTrapColumns>& list = varbindings[notification.number];
+        list.fill(NUMBER_OF_COLUMNS);
+        std::ranges::copy(notification.columns, list.begin());
+    }
+}
+
+int Send_a_Trap(int32_t trapVal, const std::string& msg, int trapVer, int trapType) {
+    SUBAGENT_LOG(7, "sending trap: trapVal=%d, msg='%s', trapVer=%d, trapType=%d\n", trapVal, msg.c_str(),
+                 trapVer, trapType);
+    array_address address;
+    trap_version version{};
+    std::string peername;
+    if (check_settings(&address) != 0 || find_version(trapVer, &version) != 0 ||
+        build_trap_peer_name(&peername) != 0)
+        return 1;
+    SUBAGENT_LOG(7, "sending trap to peername: %s\n", peername.c_str());
+    netsnmp_transport* transport = open_trap_transport(peername.c_str());
+    if (transport == nullptr)
+        return fail("Unable to open transport client");
+    netsnmp_session* session =
+        open_trap_session(version.session_version, peername.c_str(), conf_trapCommun.c_str(), transport);
+    if (session == nullptr)
+        return fail("Unable to open SNMP session");
+    const int result = send_through(session, version,
+                                    {.trapVal = trapVal,
+                                     .trapType = trapType,
+                                     .msg = msg,
+                                     .is_version_1 = version.session_version == SNMP_VERSION_1,
+                                     .uptime = trap_uptime(),
+                                     .agent_ip = address.is_ipv4 ? address.text.c_str() : nullptr});
+    // An inform is handed over like a trap: its acknowledgement is not waited for.
+    close_trap_session(session);
+    return result;
+}
+
+int send_notification(int32_t number) {
+    return Send_a_Trap(number, "", 0, kTrapTypeEnterprise);
+}

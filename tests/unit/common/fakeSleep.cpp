@@ -1,0 +1,18 @@
+#include "tests/unit/common/fakeSleep.h"
+
+#include "apiMgmt/common/platform/clock.h"
+
+std::function<void(int64_t)> on_sleep = [](int64_t) {};
+
+timeval ClockNow() {
+    return {};
+}
+int64_t ClockNowUs() {
+    return 0;
+}
+int64_t ClockNowMs() {
+    return 0;
+}
+void ClockSleepMicroseconds(int64_t duration_us) {
+    on_sleep(duration_us);
+}

@@ -1,0 +1,433 @@
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/objectTrap.h"
+
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/tableRefresh.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/outstandingTraps.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibValues.h"
+#include "tests/unit/core/fakes/transcript.h"
+#include "tests/unit/core/trapWorld.h"
+
+namespace {
+
+using std::string;
+
+const char* const kSupport = ": Contact Vorn Support Services.";
+
+class Objects : public TrapWorld {
+  protected:
+    Objects() {
+        answer_status("TsDisk", 40, "Up");
+        answer_status("TsDisk", 43, "Up");
+        answer_status("TsDiskFolder", 21, "Up");
+        answer_status("TsVolume", 31, "Up");
+        answer_status("TsServer", 51, "Up");
+    }
+
+    static string command(int trapNum, int32_t a, int32_t b = 0, int32_t c = 0, int32_t d = 0) {
+        string text = "1 2 3 ";
+        for (const int32_t number : {trapNum, a, b, c, d})
+            text += std::to_string(number) + " ";
+        return text + "@@@alert";
+    }
+
+    /** Whether the notification shows these bindings in this order. */
+    static void expect_shown(const string& notification, std::initializer_list<string> bindings) {
+        size_t place = 0;
+        for (const string& binding : bindings) {
+            place = notification.find("  " + binding + "\n", place);
+            ASSERT_NE(place, string::npos) << binding << " in\n" << notification;
+        }
+    }
+};
+
+TEST_F(Objects, ShowTheirRow) {
+    struct row {
+        string command;
+        std::vector<string> bindings;
+        string api;
+    };
+    const std::vector<row> rows = {
+        {command(202, 43),
+         {"R.14.1.2.2 gauge 2", "R.14.1.3.2 gauge 1", "R.14.1.4.2 \"07-03\"", "R.15.1.4.2 \"Enclosure 7\"",
+          "R.45.1.2.2 gauge 2"},
+         "api Get TsDisk 64702.43\n"},
+        {command(203, 12),
+         {"R.13.1.2.2 gauge 2", "R.13.1.3.2 gauge 1", "R.13.1.4.2 \"Controller 2\""},
+         "refresh tsController\n"},
+        {command(205, 7),
+         {"R.15.1.2.2 gauge 2", "R.15.1.4.2 \"Enclosure 7\"", "R.15.1.3.2 gauge 1", "R.15.1.5.2 \"\""},
+         "refresh tsEnclosure\n"},
+        {command(207, 21),
+         {"R.25.1.2.1 gauge 1", "R.25.1.4.1 \"Folder\"", "R.41.0 \"alert\"", "R.25.1.9.1 gauge 77"},
+         "api Get TsDiskFolder 64702.21\n"},
+        {command(208, 31), {"R.26.1.2.1 gauge 1", "R.26.1.3.1 gauge 1"}, "api Get TsVolume 64702.31\n"},
+        {command(209, 51), {"R.27.1.2.1 gauge 1", "R.27.1.4.1 \"Server\""}, "api Get TsServer 64702.51\n"},
+        {command(210, 2), {"R.28.1.2.2 gauge 2", "R.28.1.4.2 \"Cache\""}, "refresh tsControllerCacheCard\n"},
+        {command(211, 2),
+         {"R.9.0 \"1,2,3\"", "R.29.1.7.1 integer 1", "R.40.0 \"no action needed\""},
+         "refresh Tessera\n"},
+        {command(212, 61), {"R.30.1.2.1 gauge 1", "R.30.1.4.1 \"UPS\""}, "refresh tsUps\n"},
+    };
+    for (const row& each : rows) {
+        const string course = run(each.command);
+        EXPECT_EQ(course.substr(0, 2 + each.api.size()), "0\n" + each.api);
+        size_t place = 0;
+        for (const string& binding : each.bindings) {
+            place = course.find("  " + binding + "\n", place);
+            ASSERT_NE(place, string::npos) << binding << " in\n" << course;
+        }
+    }
+    EXPECT_TRUE(outstandingTraps.empty());
+}
+
+TEST_F(Objects, ThatAreNotUpCarryAdvice) {
+    struct row {
+        string command;
+        int32_t status_var;
+        string advice;
+    };
+    const row rows[] = {
+        {command(202, 40), var_at(COLID_tsDiskStatus, 1), "Disk is Down: Schedule disk replacement."},
+        {command(203, 11), var_at(COLID_tsCtlrStatus, 1), string("Controller is Down") + kSupport},
+        {command(205, 5), var_at(COLID_tsEnclStatus, 1), string("Enclosure is Down") + kSupport},
+        {command(207, 21), var_at(COLID_tsDiskFolderStatus, 1), string("A Disk Folder is Down") + kSupport},
+        {command(208, 31), var_at(COLID_tsVolumeStatus, 1), string("A Volume is Down") + kSupport},
+        {command(209, 51), var_at(COLID_tsServerStatus, 1), string("A Server is Down") + kSupport},
+        {command(210, 2), var_at(COLID_tsCacheStatus, 2), string("Cache is Down") + kSupport},
+        {command(211, 1), var_at(COLID_tsTsPortsBal, 1), string("Ports are Not Balanaced") + kSupport},
+        {command(212, 61), var_at(COLID_tsUPSStatus, 1),
+         "A UPS is Down: Check UPS status and connectivity or contact Vorn Support Services."},
+    };
+    for (const char* object : {"TsDisk 40", "TsDiskFolder 21", "TsVolume 31", "TsServer 51"}) {
+        const string text = object;
+        answer_status(text.substr(0, text.find(' ')), std::stoi(text.substr(text.find(' '))), "Degraded");
+    }
+    size_t records = 0;
+    for (const row& each : rows) {
+        set_status(each.status_var, 3);
+        expect_shown(run(each.command), {"R.40.0 \"" + each.advice + "\"", "R.43.0 integer 2"});
+        EXPECT_EQ(vars[each.status_var].uint, 3U) << each.advice;
+        ASSERT_EQ(outstandingTraps.size(), ++records);
+        EXPECT_EQ(outstandingTraps.back()->statusVar, each.status_var);
+        EXPECT_EQ(run(each.command).find("notify"), string::npos);
+    }
+}
+
+TEST_F(Objects, RememberByOwnerAndVerifyColumns) {
+    const auto columns = [](const string& text) {
+        run(text);
+        const OutstandingTrap& record = *outstandingTraps.back();
+        return std::vector<int>{vars[record.statusVar].col_id, vars[record.ownerVar].col_id,
+                                vars[record.verifyVar].col_id};
+    };
+    for (const int col_id : {COLID_tsCtlrStatus, COLID_tsEnclStatus, COLID_tsUPSStatus, COLID_tsTsPortsBal})
+        set_status(var_at(col_id, 1), 2);
+    set_status(var_at(COLID_tsCacheStatus, 2), 2);
+    for (const char* object : {"TsDisk", "TsDiskFolder", "TsVolume", "TsServer"})
+        answer_status(object,
+                      string(object) == "TsDisk"         ? 40
+                      : string(object) == "TsDiskFolder" ? 21
+                      : string(object) == "TsVolume"     ? 31
+                                                         : 51,
+                      "Down");
+    EXPECT_EQ(columns(command(202, 40)), (std::vector<int>{28, 27, 32}));
+    EXPECT_EQ(columns(command(203, 11)), (std::vector<int>{17, 16, 16}));
+    EXPECT_EQ(columns(command(205, 5)), (std::vector<int>{38, 37, 37}));
+    EXPECT_EQ(columns(command(207, 21)), (std::vector<int>{108, 107, 112}));
+    EXPECT_EQ(columns(command(208, 31)), (std::vector<int>{116, 115, 118}));
+    EXPECT_EQ(columns(command(209, 51)), (std::vector<int>{121, 120, 125}));
+    EXPECT_EQ(columns(command(210, 2)), (std::vector<int>{128, 127, 127}));
+    EXPECT_EQ(columns(command(211, 1)), (std::vector<int>{138, 133, 133}));
+    EXPECT_EQ(columns(command(212, 61)), (std::vector<int>{145, 144, 144}));
+}
+
+TEST_F(Objects, AreRefusedWithAReason) {
+    struct row {
+        string command;
+        const char* log;
+    };
+    const int32_t huge = 2147483647;
+    const std::vector<row> rows = {
+        {command(202, 0), "no disk index passed"},
+        {command(202, 2001), "disk index too large: 2001"},
+        {command(202, -1), "disk index too large: -1"},
+        {command(202, 41), "could not find disk index: trapArgA 41"},
+        {command(203, 0), "no controller index passed"},
+        {command(203, 2), "unrecognized controller index passed from lumivant-app: 2"},
+        {command(205, 0), "no enclosure index passed"},
+        {command(205, huge), "could not find encl index: trapArgA 2147483647"},
+        {command(205, -5), "could not find encl index: trapArgA -5"},
+        {command(207, 0), "no disk folder index passed"},
+        {command(207, 1), "could not find diskfolder index: trapArgA 1"},
+        {command(208, 0), "no volume index passed"},
+        {command(208, 1), "could not find volume index: trapArgA 1"},
+        {command(209, 0), "no server index passed"},
+        {command(209, 1), "could not find server index: trapArgA 1"},
+        {command(210, 0), "no cache index passed"},
+        {command(210, 3), "cache index too large: 3"},
+        {command(210, -1), "cache index too large: -1"},
+        {command(211, 0), "controller index passed is not 1 or 2: 0"},
+        {command(211, 3), "controller index passed is not 1 or 2: 3"},
+        {command(212, 0), "no ups index passed"},
+        {command(204, 0, 1, 1), "no controller index passed"},
+        {command(204, 3, 1, 1), "controller index too large: 3"},
+        {command(204, 2, 2, 0), "component index is zero"},
+        {command(204, 2, 9, 0), "component index is zero"},
+        {command(206, 0, 1, 1), "no enclosure index passed"},
+        {command(206, 2, 1, 1), "could not find encl index: trapArgA 2"},
+        {command(206, 7, 1, 0), "component index is zero"},
+        {command(213, 1, 0, 1), "no scsi initiator device type passed"},
+        {command(213, 1, 1, 0), "no scsi initiator device status passed"},
+        {command(213, 3, 1, 1), "disk does not exist: 3"},
+        {command(213, 2001, 1, 1), "disk does not exist: 2001"},
+        {command(213, -1, 1, 1), "disk does not exist: -1"},
+    };
+    for (const row& each : rows)
+        EXPECT_EQ(run(each.command), "1\nlog 4 " + string(each.log) + "$\n") << each.command;
+    EXPECT_EQ(run(command(212, 1)), "1\nrefresh tsUps\nlog 4 could not find ups index: trapArgA 1$\n");
+    EXPECT_TRUE(outstandingTraps.empty());
+}
+
+TEST_F(Objects, ThatAreGoneAfterTheRefreshAreRefused) {
+    struct row {
+        string command;
+        int32_t status_var;
+        const char* course;
+    };
+    const row rows[] = {
+        {command(202, 40), var_at(COLID_tsDiskStatus, 1), "log 4 disk does not exist: 40$\n"},
+        {command(203, 12), var_at(COLID_tsCtlrStatus, 2),
+         "refresh tsController\nlog 4 ctlr does not exist: 12$\n"},
+        {command(204, 2, 2, 2), var_at(COLID_tsCtlrStatus, 2),
+         "refresh tsController\nlog 4 ctlr does not exist: 2$\n"},
+        {command(205, 7), var_at(COLID_tsEnclStatus, 2),
+         "refresh tsEnclosure\nlog 4 encl does not exist: 7$\n"},
+        {command(206, 7, 1, 2), var_at(COLID_tsEnclStatus, 2),
+         "refresh tsEnclosure\nlog 4 encl does not exist: 7$\n"},
+        {command(207, 21), var_at(COLID_tsDiskFolderStatus, 1), "log 4 diskfolder does not exist: 21$\n"},
+        {command(208, 31), var_at(COLID_tsVolumeStatus, 1), "log 4 volume does not exist: 31$\n"},
+        {command(209, 51), var_at(COLID_tsServerStatus, 1), "log 4 server does not exist: 51$\n"},
+        {command(210, 1), var_at(COLID_tsCacheStatus, 1),
+         "refresh tsControllerCacheCard\nlog 4 cache does not exist: 1$\n"},
+        {command(211, 2), var_at(COLID_tsTsPortsBal, 1),
+         "refresh Tessera\nlog 4 tsTsPortsBal is not cachedt: 2$\n"},
+        {command(212, 61), var_at(COLID_tsUPSStatus, 1), "refresh tsUps\nlog 4 ups does not exist: 61$\n"},
+    };
+    for (const row& each : rows) {
+        clear_cached(each.status_var);
+        EXPECT_EQ(run(each.command), string("1\n") + each.course) << each.command;
+    }
+    // The array does not know the object any more.
+    const string course = run(command(202, 43));
+    EXPECT_EQ(course[0], '0');
+    answer_status("TsDisk", 43, "<x/>");
+    EXPECT_EQ(run(command(202, 44)).substr(0, 2), "1\n");
+}
+
+TEST_F(Objects, UpsThatIsNotUpCannotBeCleared) {
+    set_status(var_at(COLID_tsUPSStatus, 1), 2);
+    expect_shown(run(command(212, 61, 0, 0, 5)), {"R.41.0 \"Alert Cleared - alert\"", "R.43.0 integer 2"});
+    set_status(var_at(COLID_tsUPSStatus, 1), 1);
+    expect_shown(run(command(212, 61, 0, 0, 5)), {"R.41.0 \"Alert Cleared - alert\"", "R.43.0 integer 1"});
+}
+
+TEST_F(Objects, EnclosureOfADisk) {
+    const int32_t name = var_at(COLID_tsDiskName, 1);
+    const auto shown = [&](const string& disk_name) {
+        vars[name].str = disk_name;
+        return run(command(202, 40));
+    };
+    expect_shown(shown("5-"), {"R.15.1.4.1 \"Unknown\""});
+    expect_shown(shown("lonely"), {"R.15.1.4.1 \"Unknown\""});
+    expect_shown(shown("7-1-2"), {"R.15.1.4.2 \"Enclosure 7\""});
+    EXPECT_EQ(shown("9-1"), "1\napi Get TsDisk 64702.40\nlog 4 could not find encl index: enclNum 9$\n");
+    answer_status("TsDisk", 40, "Down");
+    EXPECT_EQ(shown("9-1")[0], '1');
+    EXPECT_EQ(outstandingTraps.size(), 1U);  // it is remembered all the same
+}
+
+TEST_F(Objects, DeviceOfAScsiInitiator) {
+    expect_shown(run(command(213, 2, 3, 4)),
+                 {"R.33.0 integer 3", "R.34.0 integer 4", "R.14.1.2.2 gauge 2", "R.14.1.4.2 \"07-03\"",
+                  "R.15.1.2.2 gauge 2", "R.15.1.4.2 \"Enclosure 7\""});
+    vars[var_at(COLID_tsDiskName, 2)].str = "9-03";
+    EXPECT_EQ(run(command(213, 2, 3, 4)),
+              "1\nrefresh tsEnclosure\nlog 4 could not find encl index: enclNum 9$\n");
+    vars[var_at(COLID_tsDiskName, 2)].str = "lonely";
+    expect_shown(run(command(213, 2, 3, 4)), {"R.14.1.2.2 gauge 2", "R.14.1.4.2 \"lonely\"",
+                                              "R.15.1.2.1 gauge 0", "R.15.1.4.1 \"Unknown\""});
+    const string none = run(command(213, 0, 3, 4));
+    EXPECT_EQ(none.find("refresh"), string::npos);
+    expect_shown(none, {"R.14.1.2.1 gauge 0", "R.14.1.4.1 \"Unknown\"", "R.15.1.2.1 gauge 0",
+                        "R.15.1.4.1 \"Unknown\""});
+    EXPECT_TRUE(outstandingTraps.empty());
+}
+
+// ---- components ----
+
+TEST_F(Objects, ComponentsShowThemselves) {
+    struct row {
+        int trapNum;
+        int32_t component;
+        int32_t argument;
+        const char* refresh;
+        const char* name;
+    };
+    const row rows[] = {
+        {204, 1, 7, "tsControllerFanSensor", "part two"},  // the fan whose API index is 8
+        {204, 2, 2, "tsControllerPowerSupply", "part two"},
+        {204, 3, 2, "tsControllerTemperatureSensor", "part two"},
+        {204, 4, 2, "tsControllerVoltageSensor", "part two"},
+        {206, 1, 2, "tsEnclosureCoolingFanSensor", "part two"},
+        {206, 2, 2, "tsEnclosurePowerSupply", "part two"},
+        {206, 3, 2, "tsEnclosureTemperatureSensor", "part two"},
+        {206, 5, 2, "tsEnclosureIoModule", "part two"},
+        {206, 6, 1, "tsEnclosureAudibleAlarm", "alarm"},
+    };
+    for (const row& each : rows) {
+        const bool of_controller = each.trapNum == 204;
+        const string parent = of_controller ? "tsController" : "tsEnclosure";
+        const string name = "\"" + string(each.name) + "\"";
+        const string course =
+            run(command(each.trapNum, of_controller ? 2 : 7, each.component, each.argument));
+        EXPECT_EQ(course.find("0\nrefresh " + parent + "\nrefresh " + each.refresh + "\nnotify"), 0)
+            << course;
+        expect_shown(
+            course, {of_controller ? "R.13.1.4.2 \"Controller 2\"" : "R.15.1.4.2 \"Enclosure 7\"",
+                     "R.38.0 integer " + std::to_string(each.component), "R.36.0 " + name, "R.35.0 integer 1",
+                     "R.37.0 " + name, "R.39.0 \"Up\"", "R.40.0 \"no action needed\""});
+    }
+    EXPECT_TRUE(outstandingTraps.empty());
+}
+
+TEST_F(Objects, ComponentsAreRefusedWithAReason) {
+    struct row {
+        string command;
+        const char* log;
+    };
+    const row rows[] = {
+        {command(204, 2, 5, 1), "unknown H/W Comp Num passed fron lumivant-app: 5"},
+        {command(206, 7, 4, 1), "unknown H/W Comp Num passed fron lumivant-app: 4"},
+        {command(204, 2, 1, 0), "could not find fan component index: trapArgC 0"},
+        {command(204, 2, 1, 2147483647), "could not find fan component index: trapArgC 2147483647"},
+        {command(204, 1, 1, 7), "could not find fan component index: trapArgC 7"},
+        {command(204, 2, 2, 5),
+         "power component index too large: trapArgC: 5, cols[COLID_tsCtlrPowerStatus].maxNumOfRows: 4"},
+        {command(204, 2, 2, -1),
+         "power component index too large: trapArgC: -1, cols[COLID_tsCtlrPowerStatus].maxNumOfRows: 4"},
+        {command(204, 2, 2, 1), "power component does not exist: trapArgC: 1"},
+        {command(204, 2, 3, 8),
+         "tempsensor component index too large: trapArgC: 8, cols[COLID_tsCtlrTempStatus].maxNumOfRows: 7"},
+        {command(204, 2, 3, 1), "tempsensor component does not exist: trapArgC: 1"},
+        {command(204, 2, 4, 11),
+         "voltagesensor component index too large: trapArgC: 11, "
+         "cols[COLID_tsCtlrVoltageStatus].maxNumOfRows: 10"},
+        {command(204, 2, 4, 1), "voltagesensor component does not exist: trapArgC: 1"},
+        {command(206, 7, 1, 7),
+         "encl fan component index too large: trapArgC: 7, cols[COLID_tsCtlrFanStatus].maxNumOfRows: 6"},
+        {command(206, 7, 1, 1), "encl fan component does not exist: trapArgC: 1"},
+        {command(206, 7, 2, 5),
+         "encl power component index too large: trapArgC: 5, cols[COLID_tsEnclPowerStatus].maxNumOfRows: 4"},
+        {command(206, 7, 2, 1), "encl power component does not exist: trapArgC: 1"},
+        {command(206, 7, 3, 23),
+         "encl temp-sensor component index too large: trapArgC: 23, "
+         "cols[COLID_tsEnclTempStatus].maxNumOfRows: 22"},
+        {command(206, 7, 3, 1), "encl temp-sensor component does not exist: trapArgC: 1"},
+        {command(206, 7, 5, 3),
+         "encl iomodule component index too large: trapArgC: 3, cols[COLID_tsEnclIoModStatus].maxNumOfRows: "
+         "2"},
+        {command(206, 7, 5, 1), "iomodule component does not exist: trapArgC: 1"},
+        {command(206, 7, 6, 2),
+         "encl audiblealarm component index too large: trapArgC: 2, "
+         "cols[COLID_tsEnclAlarmStatus].maxNumOfRows: 1"},
+        {command(206, 5, 6, 1), "audiblealarm component does not exist: trapArgC: 1"},
+    };
+    for (const row& each : rows) {
+        const string course = run(each.command);
+        EXPECT_EQ(course[0], '1');
+        EXPECT_EQ(course.substr(course.find("log ")), "log 4 " + string(each.log) + "$\n") << each.command;
+    }
+    clear_cached(var_at(COLID_tsCtlrFanStatus, 2, 2));
+    EXPECT_NE(
+        run(command(204, 2, 1, 7)).find("log 4 fan component does not exist: translated_trapArgC: 2$\n"),
+        string::npos);
+    set_status(var_at(COLID_tsCtlrStatus, 2), 3);
+    set_status(var_at(COLID_tsEnclStatus, 2), 2);
+    EXPECT_EQ(run(command(204, 2, 2, 2)), "1\nrefresh tsController\nlog 4 ctlr is not up: 2$\n");
+    EXPECT_EQ(run(command(206, 7, 1, 2)), "1\nrefresh tsEnclosure\nlog 4 encl is not up: 7$\n");
+}
+
+TEST_F(Objects, AdviceForComponents) {
+    struct row {
+        string command;
+        int status_column;
+        uint32_t status;
+        int reading_column;
+        string reading;
+        string advice;
+    };
+    const string fan = "Controller Fan is ";
+    const string temperature = "Controller Temperature ";
+    const string voltage = "Controller Voltage is ";
+    const string none = "no action needed";
+    const row rows[] = {
+        {command(204, 2, 1, 7), COLID_tsCtlrFanStatus, 2, COLID_tsCtlrFanCurrentRpm, "500",
+         fan + "Down: Schedule fan replacement."},
+        {command(204, 2, 1, 7), COLID_tsCtlrFanStatus, 3, COLID_tsCtlrFanCurrentRpm, "1000",
+         fan + "Degraded: Fan is too Slow:  Schedule fan replacement."},
+        {command(204, 2, 1, 7), COLID_tsCtlrFanStatus, 3, COLID_tsCtlrFanCurrentRpm, "1001",
+         fan + "Degraded:  Schedule fan replacement."},
+        {command(204, 2, 1, 7), COLID_tsCtlrFanStatus, 3, COLID_tsCtlrFanCurrentRpm, "5000",
+         fan + "Degraded: Fan is too Fast:  Schedule fan replacement."},
+        {command(204, 2, 1, 7), COLID_tsCtlrFanStatus, 4, COLID_tsCtlrFanCurrentRpm, "500", none},
+        {command(204, 2, 2, 2), COLID_tsCtlrPowerStatus, 0, COLID_tsCtlrFanCurrentRpm, "0",
+         "Controller Power Supply is Down: Schedule power supply replacement."},
+        {command(204, 2, 3, 2), COLID_tsCtlrTempStatus, 2, COLID_tsCtlrTempCurrent, "90",
+         temperature + "Sensor is Down" + kSupport},
+        {command(204, 2, 3, 2), COLID_tsCtlrTempStatus, 3, COLID_tsCtlrTempCurrent, "60",
+         temperature + "is Degraded: Temp is too High" + kSupport},
+        {command(204, 2, 3, 2), COLID_tsCtlrTempStatus, 3, COLID_tsCtlrTempCurrent, "59",
+         temperature + "is Degraded" + kSupport},
+        {command(204, 2, 4, 2), COLID_tsCtlrVoltageStatus, 2, COLID_tsCtlrVoltageCurrent, "1",
+         voltage + "Down" + kSupport},
+        {command(204, 2, 4, 2), COLID_tsCtlrVoltageStatus, 3, COLID_tsCtlrVoltageCurrent, "12.6",
+         voltage + "Degraded: Voltage is too High" + kSupport},
+        {command(204, 2, 4, 2), COLID_tsCtlrVoltageStatus, 3, COLID_tsCtlrVoltageCurrent, "12",
+         voltage + "Degraded" + kSupport},
+        {command(204, 2, 4, 2), COLID_tsCtlrVoltageStatus, 3, COLID_tsCtlrVoltageCurrent, "V 1",
+         voltage + "Degraded" + kSupport},
+        {command(204, 2, 4, 2), COLID_tsCtlrVoltageStatus, 3, COLID_tsCtlrVoltageCurrent, " 11.4V",
+         voltage + "Degraded: Voltage is too Low" + kSupport},
+        // One threshold that cannot be read silences the other.
+        {command(204, 2, 4, 2), COLID_tsCtlrVoltageStatus, 3, COLID_tsCtlrVoltageWarnUpper, "",
+         voltage + "Degraded" + kSupport},
+        {command(206, 7, 1, 2), COLID_tsEnclFanStatus, 3, COLID_tsEnclFanSpeed, "Low",
+         string("Enclosure Fan is Down") + kSupport},
+        {command(206, 7, 2, 2), COLID_tsEnclPowerStatus, 2, COLID_tsEnclFanSpeed, "",
+         "Enclosure Power Supply is Down: Schedule replacement."},
+        {command(206, 7, 3, 2), COLID_tsEnclTempStatus, 3, COLID_tsEnclFanSpeed, "",
+         string("Enclosure Temperature Sensor is Down") + kSupport},
+        {command(206, 7, 5, 2), COLID_tsEnclIoModStatus, 2, COLID_tsEnclFanSpeed, "",
+         string("Enclosure I/O Module is Down") + kSupport},
+        {command(206, 7, 6, 1), COLID_tsEnclAlarmStatus, 2, COLID_tsEnclFanSpeed, "",
+         string("Enclosure Audible Alarm is Down") + kSupport},
+    };
+    for (const row& each : rows) {
+        const int32_t component_row = each.status_column == COLID_tsEnclAlarmStatus ? 1 : 2;
+        set_status(var_at(each.status_column, component_row, 2), each.status);
+        variable_entry& reading = vars[var_at(each.reading_column, 2, 2)];
+        reading.str = each.reading;
+        reading.uint = static_cast<uint32_t>(atoi(each.reading.c_str()));
+        outstandingTraps.clear();
+        const string course = run(each.command);
+        expect_shown(course,
+                     {"R.35.0 integer " + std::to_string(each.status), "R.40.0 \"" + each.advice + "\""});
+        ASSERT_EQ(outstandingTraps.size(), 1U);
+        const OutstandingTrap& record = *outstandingTraps.back();
+        EXPECT_EQ(record.statusVar, var_at(each.status_column, component_row, 2));
+        EXPECT_EQ(record.ownerVar, var_at(each.status_column + 1, component_row, 2));
+        EXPECT_EQ(record.verifyVar, var_at(each.status_column - 1, component_row, 2));
+    }
+}
+
+}  // namespace

@@ -1,0 +1,199 @@
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/sendTrap.h"
+
+#include <sys/socket.h>
+
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
+#include "tests/unit/core/fakes/fakeTrapSession.h"
+#include "tests/unit/core/fakes/transcript.h"
+#include "tests/unit/core/trapWorld.h"
+
+namespace {
+
+using fake_traps::failure;
+using std::string;
+
+const char* const kTime2 = "  1.3.6.1.2.1.1.3.0 time 123456\n";
+const char* const kTrapOid = "  1.3.6.1.6.3.1.1.4.1.0 oid ";
+const char* const kHead1 =
+    "notify 1 udp:192.0.2.9:1162 secret trap enterprise=1.3.6.1.4.1.913.11000.2000.500.1.251 "
+    "agent=192.0.2.1 ";
+const char* const kHead2 = "notify 2c udp:192.0.2.9:1162 secret trap2\n";
+const char* const kTrio =
+    "  R.29.1.8.1 \"192.0.2.1\"\n  R.29.1.11.1 \"2001:db8::1\"\n  R.29.1.12.1 gauge 64\n";
+
+class Send : public TrapWorld {
+  protected:
+    static string send(int32_t number, const string& msg = "", int version = 0,
+                       int type = kTrapTypeEnterprise) {
+        const int result = Send_a_Trap(number, msg, version, type);
+        return std::to_string(result) + "\n" + transcript::take();
+    }
+};
+
+TEST_F(Send, HoldsTheListOfEachNumber) {
+    const std::vector<std::pair<int, std::vector<int>>> rows = {
+        {200, {13, 12, 14, 139, 142, 143}},
+        {201, {13, 15, 175, 139, 142, 143}},
+        {202, {13, 12, 27, 28, 29, 30, 31, 39, 173, 172, 177, 175, 139, 142, 143}},
+        {203, {13, 12, 16, 17, 18, 173, 172, 175, 139, 142, 143}},
+        {204, {13, 12, 16, 18, 170, 168, 167, 169, 171, 173, 172, 175, 139, 142, 143}},
+        {205, {13, 12, 37, 39, 38, 40, 41, 42, 173, 172, 175, 139, 142, 143}},
+        {206, {13, 12, 37, 39, 170, 168, 167, 169, 171, 173, 172, 175, 139, 142, 143}},
+        {207, {13, 12, 107, 108, 109, 110, 111, 173, 172, 175, 114, 139, 142, 143}},
+        {208, {13, 12, 115, 116, 117, 173, 172, 175, 139, 142, 143}},
+        {209, {13, 12, 120, 121, 122, 123, 124, 173, 172, 175, 139, 142, 143}},
+        {210, {13, 12, 127, 128, 129, 130, 131, 173, 172, 175, 139, 142, 143}},
+        {211, {13, 12, 138, 172, 175, 139, 142, 143}},
+        {212, {13, 12, 144, 145, 146, 147, 148, 173, 172, 175, 139, 142, 143}},
+        {213, {13, 12, 165, 166, 27, 29, 37, 39, 173, 172, 175, 139, 142, 143}},
+    };
+    ASSERT_EQ(varbindings.size(), rows.size());
+    for (auto [number, columns] : rows) {
+        columns.resize(kMaxTrapColumns, 194);
+        EXPECT_EQ(std::vector<int>(varbindings[number].begin(), varbindings[number].end()), columns)
+            << number;
+    }
+}
+
+TEST_F(Send, SpeaksEachVersion) {
+    const string list = string(
+                            "  R.10.0 gauge 64702\n  R.9.0 \"\"\n"
+                            "  R.11.0 \"SNMP server subsystem is accessible\"\n") +
+                        kTrio + "close session\n";
+    const string identity = string(kTrapOid) + "1.3.6.1.4.1.913.11000.2000.500.1.251.0.200\n";
+    EXPECT_EQ(send(200, "", 1), "0\n" + string(kHead1) + "generic=6 specific=200 time=123456\n" + list);
+    EXPECT_EQ(send(200, "", 2), "0\n" + string(kHead2) + kTime2 + identity + list);
+    EXPECT_EQ(send(200, "", 3),
+              "0\nnotify 2c udp:192.0.2.9:1162 secret inform\n" + string(kTime2) + identity + list);
+    conf_trapVer = 1;  // a change counts from the next notification on
+    EXPECT_EQ(send(200).substr(0, 11), "0\nnotify 1 ");
+    for (const int version : {4, -1}) {
+        conf_trapVer = version;
+        EXPECT_EQ(send(200), "1\nlog 4 Invalid Trap Type$\n");
+    }
+}
+
+TEST_F(Send, PlainTextAndColdStart) {
+    const string identity = string(kTrapOid) + "1.3.6.1.4.1.913.11000.2000.500.1.251.0.8\n";
+    const string text = "  1.3.6.1.4.1.913.11000.2000.500.1.251 \"a text\"\nclose session\n";
+    EXPECT_EQ(send(8, "a text", 1),
+              "0\n" + string(kHead1) + "generic=6 specific=8 time=123456\n" + identity + text);
+    EXPECT_EQ(send(8, "a text", 2), "0\n" + string(kHead2) + kTime2 + identity + text);
+    EXPECT_EQ(send(8, "", 2), "0\n" + string(kHead2) + kTime2 + identity + "close session\n");
+    const string cold =
+        string(kTrapOid) + "1.3.6.1.6.3.1.1.5.1\n" +
+        "  1.3.6.1.6.3.1.1.4.3.0 oid 1.3.6.1.4.1.913.11000.2000.500.1.250.255\nclose session\n";
+    EXPECT_EQ(send(0, "", 1, kTrapTypeColdStart),
+              "0\n" + string(kHead1) + "generic=0 specific=0 time=123456\n" + cold);
+    EXPECT_EQ(send(0, "", 2, kTrapTypeColdStart), "0\n" + string(kHead2) + kTime2 + cold);
+}
+
+TEST_F(Send, NeedsTheAddressOfTheArray) {
+    put("R.29.1.8.1", "0.0.0.0");
+    EXPECT_NE(send(8, "", 1).find("agent=0.0.0.0 "), string::npos);  // an IPv6 address has no place there
+    put("R.29.1.8.1", "192.0.2.300");
+    EXPECT_EQ(send(8, "", 1), "1\nlog 4 couldn't parse ip addr string: 192.0.2.300$\nclose session\n");
+    EXPECT_EQ(send(8, "", 2)[0], '0');
+    put("R.29.1.8.1", "");
+    put("R.29.1.12.1", 0);
+    EXPECT_EQ(send(8, "", 2), "1\nlog 4 Unable to get a non-zero IPAddr from the TS API$\n");
+}
+
+TEST_F(Send, FindsThePeer) {
+    using fake_traps::names;
+    using fake_traps::numeric;
+    numeric = {{"192.0.2.7", AF_INET},
+               {"2001:db8::7", AF_INET6},
+               {"::ffff:192.0.2.7", AF_INET6},
+               {"3221225991", AF_INET},
+               {"local", AF_UNIX}};
+    names = {{"receiver", AF_INET6}, {"receiver.example", AF_INET}, {"nets", AF_UNIX}, {"a:b", AF_INET}};
+    struct row {
+        const char* destination;
+        const char* peer;
+        const char* log;
+    };
+    const row rows[] = {
+        {"192.0.2.7", "udp:192.0.2.7:1162", ""},
+        {"2001:db8::7", "udp6:[2001:db8::7]:1162", ""},
+        {"::ffff:192.0.2.7", "udp6:[::ffff:192.0.2.7]:1162", ""},
+        {"receiver", "receiver:1162", ""},
+        {"3221225991", "3221225991:1162", ""},
+        {"local", "", "Invalid format for trap dest addr: local"},
+        {"nobody", "", "Invalid trap dest addr: nobody"},
+        {"nets", "", "Invalid trap dest addr: nets"},
+        {"receiver.example", "", "Invalid IPv4 trap dest addr: receiver.example"},
+        {"a:b", "", "Invalid IPv6 trap dest addr: a:b"},
+        {"", "", "Unable to send trap because there is no trap destination defined."},
+    };
+    for (const row& each : rows) {
+        conf_trapDest = each.destination;
+        const string course = send(8);
+        if (*each.log != '\0') {
+            EXPECT_EQ(course, "1\nlog 4 " + string(each.log) + "$\n");
+        } else {
+            EXPECT_EQ(course.find("0\nnotify 2c " + string(each.peer) + " secret trap2"), 0) << course;
+        }
+    }
+    conf_trapsEnabled = false;
+    EXPECT_EQ(send(8), "1\nlog 4 Traps are disabled$\n");
+}
+
+TEST_F(Send, TellsWhatFails) {
+    const auto with = [](failure what, int version) {
+        fake_traps::failing = what;
+        return send(8, "", version);
+    };
+    EXPECT_EQ(with(failure::transport, 2), "1\nlog 4 Unable to open transport client$\n");
+    EXPECT_EQ(with(failure::session, 2), "1\nlog 4 Unable to open SNMP session$\n");
+    const string error = "ss->s_snmp_errno=-7, err= no way$\n";
+    EXPECT_EQ(with(failure::send, 2),
+              "1\nlog 4 err on snmp_send() for Trap-Notify: " + error + "close session\n");
+    EXPECT_EQ(with(failure::send, 3), "1\nlog 4 err on snmp_send() for Inform: " + error + "close session\n");
+    fake_traps::failing = failure::none;
+    varbindings.erase(202);
+    EXPECT_EQ(send(202), "1\nlog 4 Fail on finding trapaVal in varbindings map: 202$\nclose session\n");
+}
+
+TEST_F(Send, TakesTheValueByTheTypeOfItsColumn) {
+    varbindings[200] = {COLID_tsDiskStatus, COLID_trapAlertState, COLID_tsDiskName, COLID_tsCtlrFanStatus,
+                        194};
+    cols[COLID_tsDiskStatus].trapRow = 2;
+    cols[COLID_tsDiskName].trapRow = 2;
+    cols[COLID_tsCtlrFanStatus].trapRow = 2;
+    cols[COLID_tsCtlrFanStatus].trapOuterRow = 2;
+    put("R.43.0", static_cast<uint32_t>(-2));
+    put("R.14.1.3.2", 4294967295U);
+    const string shown = send(200);
+    EXPECT_NE(shown.find("  R.14.1.3.2 gauge 4294967295\n  R.43.0 integer -2\n  R.14.1.4.2 \"07-03\"\n"
+                         "  R.16.1.3.2.2 gauge 1\nclose"),
+              string::npos)
+        << shown;
+    struct row {
+        uint32_t type;
+        const char* log;
+        bool sends;
+    };
+    for (const row& each : {row{0, "log 4 got SMI_BASETYPE_UNKNOWN$\n", false},
+                            row{3, "log 4 this data type is not yet handled: 3$\n", true},
+                            row{6, "log 4 this data type is not yet handled: 6$\n", true},
+                            row{12, "log 4 unknown data type: 12$\n", true}, row{11, "", true}}) {
+        cols[COLID_tsDiskName].data_type = each.type;
+        const string course = send(200);
+        EXPECT_NE(course.find(each.log), string::npos) << course;
+        EXPECT_EQ(course[0], each.sends ? '0' : '1') << course;
+        EXPECT_EQ(course.find("07-03") != string::npos, each.type == 11) << course;
+    }
+}
+
+TEST_F(Send, SaysWhatItDoesWhenAsked) {
+    verbose = true;
+    const string course = send(8, "m");
+    EXPECT_EQ(course.find("0\nlog 7 sending trap: trapVal=8, msg='m', trapVer=0, trapType=6$\n"
+                          "log 7 sending trap to peername: udp:192.0.2.9:1162$\nnotify"),
+              0)
+        << course;
+}
+
+}  // namespace
