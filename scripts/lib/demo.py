@@ -7,13 +7,26 @@ import sys
 import time
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.realpath(__file__)), "..", "..", "tests", "system"))
-from harness import array, daemon, machine, manager, mib, waiting  # noqa: E402  (found through the line above)
+from harness import array, daemon, machine, manager, mib, receiver, waiting  # noqa: E402  (found through the line above)
+from apiMgmt.common.generator import reader  # noqa: E402  (harness.mib has made the repository known)
+from apiMgmt.snmpSubagent.snmpSubagentMibParser.generator import traps  # noqa: E402
 
 STATUS = {"1": "Up", "2": "Down", "3": "Degraded"}
 TRUTH = {"1": "yes", "2": "no"}
 GLOBAL_STATUS = {2: "unknown alert", 3: "no open alert seen so far", 4: "an alert is open", 5: "a severe alert is open"}
+ALERT_STATE = {"1": "cleared", "2": "active"}
+# How the numbers of a notification read, by the end of the column's name.
+MEANINGS = (("AlertState", ALERT_STATE), ("Status", STATUS), ("Healthy", TRUTH))
 BACKGROUND_LIMIT_S = 240
 FOREGROUND_LIMIT_S = 120
+
+MGMT_SEND = os.path.join(machine.BUILD, "tools", "mgmtSend", "mgmtSend")
+
+TRAP_PORT = 11162
+TRAP_COMMUNITY = "watch"
+TRAP_OID = "1.3.6.1.6.3.1.1.4.1.0"
+COLD_START = "1.3.6.1.6.3.1.1.5.1"
+NOTIFICATIONS = mib.ENTERPRISE + ".251.0."
 
 
 def say(text):
@@ -30,6 +43,60 @@ def print_table(heads, rows):
         print("   " + "  ".join(str(cell).ljust(width) for cell, width in zip(row, widths)).rstrip(), flush=True)
 
 
+def column_of(oid):
+    """The name of the column that an instance belongs to; the OID itself outside the MIB."""
+    for column in mib.MIB.columns:
+        if oid.startswith(".".join(map(str, column.oid)) + "."):
+            return column.name
+    return oid
+
+
+def reading_of(name, value):
+    """A value for people."""
+    if isinstance(value, bytes):
+        return value.decode("utf-8", "replace")
+    for end, meaning in MEANINGS:
+        if name.endswith(end) and str(value) in meaning:
+            return f"{value} ({meaning[str(value)]})"
+    return str(value)
+
+
+class Watcher:
+    """snmptrapd on a port of its own, and what it has written so far."""
+
+    def __init__(self):
+        self.trapd = receiver.Trapd(TRAP_COMMUNITY, TRAP_PORT)
+        self.catalogue = traps.build(mib.MIB, reader.read_lines(os.path.join(mib.PARSER, "data", "traps.def")))
+        self.seen = 0
+
+    def next(self):
+        """(name, {column: value}) of the next notification."""
+        self.seen += 1
+        bindings = self.trapd.wait_for(self.seen)[self.seen - 1][1]
+        values = {column_of(each.oid): each.value for each in bindings}
+        return self.name_of(values[TRAP_OID].lstrip(".")), values
+
+    def name_of(self, oid):
+        if oid == COLD_START:
+            return "coldStart"
+        return self.catalogue.notification(int(oid.removeprefix(NOTIFICATIONS))).name
+
+    def show_next(self):
+        name, values = self.next()
+        print(f"   snmptrapd got {name}", flush=True)
+        for column, value in values.items():
+            if column in mib.COLUMNS:
+                print(f"      {column:28} {reading_of(column, value)}", flush=True)
+        return name, values
+
+    def show_expected(self, name, **wanted):
+        """Shows the next one, which must be this, with these values."""
+        got, values = self.show_next()
+        expect(got == name, f"the next notification is {name}, not {got}")
+        for column, value in wanted.items():
+            expect(values[column] == value, f"{column} is {value}, not {values[column]}")
+
+
 class Tour:
     def __init__(self, preset):
         self.preset = preset
@@ -37,20 +104,27 @@ class Tour:
         self.daemon = daemon.Daemon()
         self.reader = manager.Manager()
         self.writer = manager.Manager(community="private")
+        self.watcher = None
 
     def start(self):
+        say(f"a receiver of notifications: snmptrapd on port {TRAP_PORT}")
+        show_command(f"snmptrapd -f udp:127.0.0.1:{TRAP_PORT}")
+        self.watcher = Watcher()
         say(f"a simulated array of the size '{self.preset}' on /tmp/apimgr.sock")
-        show_command("arraySim serve --preset", self.preset)
-        self.array.start(self.preset)
+        show_command("arraySim serve --events --preset", self.preset)
+        self.array.start(self.preset, "--events")
         say("the daemon; it starts snmpd, fills its store from the array, and proves the chain with a real GET")
         show_command("snmpSubagent")
         begin = time.monotonic()
         self.daemon.start()
         print(f"   up and running after {time.monotonic() - begin:.1f} s", flush=True)
+        self.watcher.show_expected("coldStart")
 
     def stop(self):
         self.daemon.stop()
         self.array.stop()
+        if self.watcher:
+            self.watcher.trapd.close()
 
     def show_scalars(self):
         say("the product, as any manager sees it")
@@ -101,30 +175,52 @@ class Tour:
         print(f"   the array says: {self.array.get('Tessera', 1, 'Location')}", flush=True)
         print(f"   SNMP says:      {self.reader.value(place)}", flush=True)
 
-    def show_failing_controller(self):
-        say("a controller fails; small tables are refreshed every half minute or so")
-        self.watch("TsController", "tsCtlrStatus", "Degraded", FOREGROUND_LIMIT_S)
-
     def show_failing_disk(self):
-        say("a disk fails; large tables are fetched in the background every two to three minutes, so this takes a while")
-        self.watch("TsDisk", "tsDiskStatus", "Down", BACKGROUND_LIMIT_S)
-        self.show_disks()
+        say("a disk fails: the array reports it, the daemon asks for its status and notifies; its folder suffers too")
+        row, disk = self.failing_disk()
+        place = mib.oid("tsDiskStatus", row)
+        show_command(f"arraySim tell fail TsDisk {disk['Index']}")
+        self.array.fail("TsDisk", disk["Index"])
+        self.show_disk_notifications(disk, alert=2, disk_status=2, folder_status=3)
+        expect(self.reader.value(place) == 2, "SNMP serves the new status")
+        print(f"   tsDiskStatus.{row} = 2 (Down), served since then; the other columns follow with the refresh", flush=True)
+        say("the disk recovers: the notifications say that the alerts are over")
+        show_command(f"arraySim tell recover TsDisk {disk['Index']}")
+        self.array.recover("TsDisk", disk["Index"])
+        self.show_disk_notifications(disk, alert=1, disk_status=1, folder_status=1)
+        expect(self.reader.value(place) == 1, "SNMP serves the new status")
 
-    def watch(self, kind, column, status, limit_s):
-        objects = self.array.dump()[kind]
-        row = next(i for i, each in enumerate(objects, 1) if each["Status"] == "Up")
-        index = objects[row - 1]["Index"]
-        number = next(int(key) for key, text in STATUS.items() if text == status)
-        place = mib.oid(column, row)
-        show_command(f"arraySim tell fail {kind} {index} {status}")
-        self.array.fail(kind, index, status)
+    def failing_disk(self):
+        """The row and the attributes of a disk that is Up, as is its folder."""
+        objects = self.array.dump()
+        healthy = [each["Index"] for each in objects["TsDiskFolder"] if each["Status"] == "Up"]
+        return next((row, each) for row, each in enumerate(objects["TsDisk"], 1)
+                    if each["Status"] == "Up" and each["DiskFolderIndex"] in healthy)
+
+    def show_disk_notifications(self, disk, alert, disk_status, folder_status):
+        self.watcher.show_expected("tsDiskStatusChange", tsDiskName=disk["Name"].encode(), tsDiskStatus=disk_status,
+                                   trapAlertState=alert)
+        self.watcher.show_expected("tsDiskFolderStatusChange", tsDiskFolderStatus=folder_status, trapAlertState=alert)
+
+    def show_refreshes(self):
+        say("what the array does not report is refreshed: small tables every half minute or so")
+        self.watch("TsController", "Name", "tsCtlrName", "Controller in bay 1", FOREGROUND_LIMIT_S)
+        say("large tables are fetched in the background every two to three minutes, so this takes a while")
+        self.watch("TsDisk", "StatusMessage", "tsDiskStatusMsg", "Replace before next week", BACKGROUND_LIMIT_S)
+
+    def watch(self, kind, attribute, column, text, limit_s):
+        index = self.array.first(kind)
+        show_command(f"arraySim tell set {kind} {index} {attribute} {text}")
+        self.array.set(kind, index, attribute, text)
         begin = time.monotonic()
-        self.reader.wait_for_value(place, number, limit_s)
-        print(f"   {column}.{row} = {number} ({status}), seen after {time.monotonic() - begin:.0f} s", flush=True)
-        self.array.recover(kind, index)
-        if kind == "TsController":
-            self.reader.wait_for_value(place, 1, limit_s)
-            print(f"   recovered: {column}.{row} = 1 (Up)", flush=True)
+        self.reader.wait_for_value(mib.oid(column, 1), text, limit_s)
+        print(f"   {column}.1 = {text}, seen after {time.monotonic() - begin:.0f} s", flush=True)
+
+    def show_message_by_hand(self):
+        say("an operator's word goes the same way")
+        show_command("mgmtSend trap misc --alert 'planned work tonight'")
+        machine.run(MGMT_SEND, "trap", "misc", "--alert", "planned work tonight")
+        self.watcher.show_expected("tsMiscAlert", trapMiscAlertText=b"planned work tonight")
 
     def open_shell(self):
         say("a shell in the sandbox; 'exit' ends it with everything in it. Try:")
@@ -132,9 +228,12 @@ class Tour:
               "   arraySim tell help\n"
               "   arraySim tell list\n"
               "   arraySim tell fail TsController 3\n"
+              "   mgmtSend --list\n"
+              f"   tail -f {self.watcher.trapd.output}     (notifications as snmptrapd writes them, texts in hexadecimal)\n"
               "   tail -f /var/log/snmpSubagent.log      (log lines; 'verbose yes' in /etc/snmpSubagent.conf for more)\n",
               flush=True)
-        path = ":".join([os.path.dirname(machine.ARRAY_SIM), os.path.dirname(machine.DAEMON), os.environ["PATH"]])
+        programs = (machine.ARRAY_SIM, MGMT_SEND, machine.DAEMON)
+        path = ":".join([*map(os.path.dirname, programs), os.environ["PATH"]])
         subprocess.run(["/bin/bash", "--norc", "-i"], check=False,
                        env={**os.environ, "PATH": path, "PS1": "sandbox \\w \\$ ", "MIBS": ""})
 
@@ -150,7 +249,8 @@ def main():
     parser.add_argument("--preset", choices=("small", "typical"), default="small")
     options = parser.parse_args()
     machine.require_sandbox()
-    machine.configure_daemon()
+    machine.configure_daemon(trapsEnabled="yes", trapDest="127.0.0.1", trapPort=TRAP_PORT, trapCommun=TRAP_COMMUNITY,
+                             trapVer=2)
     tour = Tour(options.preset)
     try:
         tour.start()
@@ -161,8 +261,9 @@ def main():
         tour.show_controllers()
         tour.show_disks()
         tour.show_set()
-        tour.show_failing_controller()
         tour.show_failing_disk()
+        tour.show_message_by_hand()
+        tour.show_refreshes()
     except (AssertionError, waiting.WaitedInVain) as error:
         print(f"\ndemo: {error}\n{daemon.Daemon.log_tail(20)}", file=sys.stderr)
         return 1

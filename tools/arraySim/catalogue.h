@@ -44,6 +44,23 @@ struct Attribute {
     bool in_reduced = false;  ///< part of the reduced object that LiteObj asks for
 };
 
+/** One argument of a trap command: a number, or something of the object that the command is about. */
+struct EventArgument {
+    enum class What { kNumber, kIndex, kIndexBefore, kRow, kParentIndex, kParentRow };
+
+    What what = What::kNumber;
+    int32_t number = 0;
+};
+
+/** How the array reports that one of its objects has changed. data/objects.def explains the words. */
+struct EventRule {
+    int32_t trap = 0;
+    int32_t id[3] = {};
+    EventArgument arguments[3];  ///< A, B, C
+    std::string attribute = "Status";
+    std::string good = "Up";  ///< value of the attribute that ends what was reported
+};
+
 struct ObjectList;
 
 /** One kind of object and its attributes, in the order of the answers. */
@@ -72,6 +89,7 @@ struct ObjectList {
     ParentKind per = ParentKind::kNone;
     bool unlisted = false;
     bool mixed = false;
+    std::optional<EventRule> event;  ///< none: changes are not reported
 
     /** Objects that the daemon's table takes altogether. */
     size_t Capacity() const;

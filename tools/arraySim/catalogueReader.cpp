@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "apiMgmt/common/utils/stringUtil.h"
+#include "tools/arraySim/eventRule.h"
 #include "tools/arraySim/ruleParser.h"
 
 namespace arraysim {
@@ -49,6 +50,7 @@ void CatalogueReader::Read(std::string_view text) {
     }
     for (Kind& kind : catalogue_.kinds_) {
         FinishKind(kind);
+        CheckEvent(kind);
     }
 }
 
@@ -65,6 +67,8 @@ void CatalogueReader::ReadLine(const std::string& line) {
         StartRun(words);
     } else if (words[0] == "use") {
         UseRun(words);
+    } else if (words[0] == "event") {
+        ReadEvent(words);
     } else if (words[0] == "read" || words[0] == "also") {
         ReadAttribute(words, RestOf(line, 2));
     } else {
@@ -119,6 +123,7 @@ void CatalogueReader::StartObject(const Words& words) {
         Fail("'" + kind.name + "' needs `rows N` or `in LIST`");
     }
     target_ = &catalogue_.kinds_.emplace_back(std::move(kind)).attributes;
+    open_list_ = own_list;
 }
 
 void CatalogueReader::StartList(const Words& words) {
@@ -129,10 +134,12 @@ void CatalogueReader::StartList(const Words& words) {
     list.rows = static_cast<uint32_t>(ParseInt(words[3]));
     list.mixed = true;
     target_ = nullptr;
+    open_list_ = &list;
 }
 
 void CatalogueReader::StartRun(const Words& words) {
     target_ = &runs_[words[1]];
+    open_list_ = nullptr;
     if (!target_->empty()) {
         Fail("'" + words[1] + "' stands already");
     }
@@ -152,6 +159,17 @@ void CatalogueReader::UseRun(const Words& words) {
     }
     for (const Attribute& attribute : run->second) {
         Put(attribute);
+    }
+}
+
+void CatalogueReader::ReadEvent(const Words& words) {
+    if (open_list_ == nullptr || open_list_->event) {
+        Fail("an event stands once below a list, or an object that is no part of one");
+    }
+    try {
+        open_list_->event = ParseEventRule(words);
+    } catch (const CatalogueError& error) {
+        Fail(error.what());
     }
 }
 
@@ -183,6 +201,23 @@ Rule CatalogueReader::RuleOf(const std::string& text) const {
         return ParseRule(text);
     } catch (const CatalogueError& error) {
         Fail(error.what());
+    }
+}
+
+void CatalogueReader::CheckEvent(const Kind& kind) const {
+    const std::optional<EventRule>& event = kind.list->event;
+    if (!event) {
+        return;
+    }
+    if (!kind.HasAttribute(event->attribute)) {
+        Fail(kind.name + ": its event watches '" + event->attribute + "', which it has not");
+    }
+    for (const EventArgument& argument : event->arguments) {
+        const bool of_parent = argument.what == EventArgument::What::kParentIndex ||
+                               argument.what == EventArgument::What::kParentRow;
+        if (of_parent && !kind.parent) {
+            Fail(kind.name + ": its event speaks of a parent, which it has not");
+        }
     }
 }
 

@@ -26,12 +26,14 @@ class CatalogueReader {
     void StartRun(const Words& words);
     void ReadAttribute(const Words& words, const std::string& rule);
     void UseRun(const Words& words);
+    void ReadEvent(const Words& words);
 
     ObjectList& AddList(const std::string& name);
     /** The attributes that lines go to now: those of an object or of a run. */
     std::vector<Attribute>& Target();
     void Put(const Attribute& attribute);
     void FinishKind(Kind& kind);
+    void CheckEvent(const Kind& kind) const;
     Rule RuleOf(const std::string& text) const;
     [[noreturn]] void Fail(const std::string& why) const;
 
@@ -39,6 +41,7 @@ class CatalogueReader {
     std::map<std::string, std::vector<Attribute>> runs_;
     std::map<std::string, std::string> keys_;  ///< kind to the word behind `keyed`
     std::vector<Attribute>* target_ = nullptr;
+    ObjectList* open_list_ = nullptr;  ///< what an event line belongs to
     size_t line_number_ = 0;
 };
 

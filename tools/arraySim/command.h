@@ -30,6 +30,9 @@ enum class Verb {
     kFaults,
     kClear,
     kStats,
+    kEvent,
+    kMisc,
+    kScsi,
     kSay,
     kHelp,
     kQuit
@@ -51,10 +54,13 @@ struct Command {
     Selection selection;
     std::optional<uint32_t> index;
     std::string attribute;
-    std::string text;  ///< value, file, text to say, name of faults
+    std::string text;  ///< value, file, text to say or to report, name of faults
     Condition condition = Condition::kDown;
     GivenValues values;
     Fault fault;
+    uint32_t device_type = 0;  ///< of `scsi`
+    uint32_t device_status = 0;
+    uint32_t disk_row = 0;
 };
 
 /** Understands a command without looking at a model: verbs, kinds, attributes, numbers and faults are all

@@ -1,37 +1,13 @@
 #include "tools/arraySim/command.h"
 
 #include <algorithm>
-#include <iterator>
 
-#include "apiMgmt/common/utils/stringUtil.h"
 #include "tools/arraySim/modelFile.h"
 #include "tools/arraySim/numbers.h"
 
 namespace arraysim {
 
 namespace {
-
-constexpr VerbInfo kVerbs[] = {
-    {Verb::kSet, "set", "KIND INDEX ATTR VALUE", "give an attribute a value; VALUE is the rest of the line"},
-    {Verb::kUnset, "unset", "KIND INDEX ATTR", "take an attribute away"},
-    {Verb::kFail, "fail", "KIND INDEX [Down|Degraded]",
-     "put an object into a bad state: its signs, what holds it, an alert"},
-    {Verb::kRecover, "recover", "KIND INDEX", "put it back to Up and end its alerts"},
-    {Verb::kAdd, "add", "KIND [ATTR=VALUE...]", "make an object at the end of its list; prints its index"},
-    {Verb::kRemove, "remove", "KIND INDEX", "take an object away"},
-    {Verb::kGet, "get", "KIND [INDEX [ATTR]]", "print objects, the attributes of one, or one value"},
-    {Verb::kExpect, "expect", "KIND INDEX ATTR VALUE", "fail unless the attribute has this value"},
-    {Verb::kList, "list", "", "print all kinds and how many there are"},
-    {Verb::kDump, "dump", "[FILE]", "write the model as JSON"},
-    {Verb::kLoad, "load", "FILE", "replace the model by one that was dumped"},
-    {Verb::kFault, "fault", "NAME [args] [on KIND] [for N]", "switch a fault on, see below"},
-    {Verb::kFaults, "faults", "", "print the faults that are on"},
-    {Verb::kClear, "clear", "[NAME]", "switch all faults off, or those of a name"},
-    {Verb::kStats, "stats", "", "print the exchanges so far"},
-    {Verb::kSay, "say", "TEXT", "print a text where the simulator runs"},
-    {Verb::kHelp, "help", "", "print this"},
-    {Verb::kQuit, "quit", "", "end the simulator"},
-};
 
 /** Reads the words of one command after its verb, each of them as something. */
 class CommandParser {
@@ -77,8 +53,15 @@ class CommandParser {
             case Verb::kLoad:
                 command_.text = Next();
                 break;
+            case Verb::kEvent:
+            case Verb::kMisc:
             case Verb::kSay:
                 command_.text = Rest();
+                break;
+            case Verb::kScsi:
+                command_.device_type = ReadNumber("a type");
+                command_.device_status = ReadNumber("a status");
+                command_.disk_row = HasMore() ? ReadNumber("a row of the disk table") : 0;
                 break;
             case Verb::kFault:
                 command_.fault = ParseFault(catalogue_, {words_.begin() + 1, words_.end()});
@@ -144,6 +127,15 @@ class CommandParser {
         if (!command_.index) {
             throw CommandError("'" + text + "' is no API index");
         }
+    }
+
+    uint32_t ReadNumber(const char* what) {
+        const std::string& text = Next();
+        const std::optional<uint32_t> number = ReadUint32(text);
+        if (!number || *number > INT32_MAX) {
+            throw CommandError("'" + text + "' is not " + what);
+        }
+        return *number;
     }
 
     void ReadObject() {
@@ -256,37 +248,17 @@ class CommandParser {
 
 }  // namespace
 
-std::span<const VerbInfo> VerbTable() {
-    return kVerbs;
-}
-
 Command ParseCommand(const Catalogue& catalogue, const std::vector<std::string>& words) {
     if (words.empty()) {
         throw CommandError("no command; `help` prints all");
     }
-    const VerbInfo* info = std::find_if(std::begin(kVerbs), std::end(kVerbs),
-                                        [&](const VerbInfo& each) { return each.name == words[0]; });
-    if (info == std::end(kVerbs)) {
+    const std::span<const VerbInfo> table = VerbTable();
+    const auto info =
+        std::find_if(table.begin(), table.end(), [&](const VerbInfo& each) { return each.name == words[0]; });
+    if (info == table.end()) {
         throw CommandError("unknown command '" + words[0] + "'; `help` prints all");
     }
     return CommandParser(catalogue, *info, words).Parse();
-}
-
-std::string HelpText() {
-    std::string text;
-    for (const VerbInfo& each : kVerbs) {
-        const std::string usage =
-            std::string(each.name) + (each.usage.empty() ? "" : " ") + std::string(each.usage);
-        text += FormatString("%-38s %s\n", usage.c_str(), std::string(each.help).c_str());
-    }
-    text +=
-        "\nFaults strike every exchange, or those `on KIND` (`on Ping` for pings), or the next `for N`:\n";
-    for (const FaultInfo& each : FaultTable()) {
-        const std::string usage =
-            std::string(each.name) + (each.usage.empty() ? "" : " ") + std::string(each.usage);
-        text += FormatString("  %-36s %s\n", usage.c_str(), std::string(each.help).c_str());
-    }
-    return text;
 }
 
 }  // namespace arraysim

@@ -224,6 +224,9 @@ std::string Run(CommandWorld& world, const Command& command) {
             return world.statistics.Describe();
         case Verb::kHelp:
             return HelpText();
+        case Verb::kEvent:
+        case Verb::kMisc:
+        case Verb::kScsi:
         case Verb::kSay:
         case Verb::kQuit:
             break;

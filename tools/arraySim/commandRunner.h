@@ -18,7 +18,7 @@ struct CommandWorld {
 
 /**
  * Carries out a command and gives the data of its reply. Throws CommandError; then nothing has changed.
- * `say` and `quit` act outside the world: their caller looks at the verb.
+ * `event`, `misc`, `scsi`, `say` and `quit` act outside the world: their caller looks at the verb.
  */
 std::string RunCommand(CommandWorld& world, const Command& command);
 

@@ -46,8 +46,9 @@ void ShowSigns(Object& object, Condition condition) {
 /** The worst condition among some objects, and how many are not up. */
 class Survey {
   public:
-    void Take(const Object& object) {
-        const Condition condition = ConditionOfObject(object);
+    void Take(const Object& object) { Take(ConditionOfObject(object)); }
+
+    void Take(Condition condition) {
         worst_ = Worse(worst_, condition);
         ailing_ += condition == Condition::kUp ? 0 : 1;
         ++seen_;
@@ -65,21 +66,30 @@ class Survey {
     size_t down_ = 0;
 };
 
-void ShowParts(Object& object, const Survey& parts, Condition derived) {
-    object.Put("ChildStatus", ConditionText(parts.worst()));
-    const bool own = ConditionOfObject(object) != Condition::kUp &&
-                     !object.Text("StatusMessage").starts_with(kDerivedMark);
-    if (own) {
-        return;
+std::string MessageAbout(const Survey& parts) {
+    return parts.ailing() == 0
+               ? ""
+               : std::string(kDerivedMark) + std::to_string(parts.ailing()) + " of its parts not up";
+}
+
+/** A holder that works itself stays Up: the daemon drops what it hears of the parts of one that is not. */
+void ShowParts(Object& holder, const Survey& parts) {
+    holder.Put("ChildStatus", ConditionText(parts.worst()));
+    if (ConditionOfObject(holder) == Condition::kUp) {
+        holder.Put("StatusDescription", MessageAbout(parts));
+        holder.Put("NonCriticalCondition", parts.ailing() == 0 ? "False" : "True");
     }
-    const std::string message =
-        derived == Condition::kUp
-            ? ""
-            : std::string(kDerivedMark) + std::to_string(parts.ailing()) + " of its parts not up";
-    object.Put("Status", ConditionText(derived));
-    object.Put("StatusMessage", message);
-    object.Put("StatusDescription", message);
-    object.Put("NonCriticalCondition", derived == Condition::kUp ? "False" : "True");
+}
+
+/** What consists of its parts is as they are, unless it has a failure of its own. */
+void DeriveStatus(Object& whole, const Survey& parts, Condition derived) {
+    whole.Put("ChildStatus", ConditionText(parts.worst()));
+    const bool own =
+        ConditionOfObject(whole) != Condition::kUp && !whole.Text("StatusMessage").starts_with(kDerivedMark);
+    if (!own) {
+        whole.Put("Status", ConditionText(derived));
+        whole.Put("StatusMessage", MessageAbout(parts));
+    }
 }
 
 Condition DerivedFrom(const Survey& parts) {
@@ -100,7 +110,7 @@ void FollowChildren(Model& model, Object& parent) {
             }
         }
     }
-    ShowParts(parent, parts, DerivedFrom(parts));
+    ShowParts(parent, parts);
 }
 
 void FollowDisks(Model& model, Object& folder) {
@@ -112,7 +122,7 @@ void FollowDisks(Model& model, Object& folder) {
         }
     }
     folder.Put("UnhealthyCount", std::to_string(disks.ailing()));
-    ShowParts(folder, disks, DerivedFrom(disks));
+    DeriveStatus(folder, disks, DerivedFrom(disks));
 }
 
 void FollowArray(Model& model) {
@@ -123,14 +133,15 @@ void FollowArray(Model& model) {
     Survey parts;
     for (const char* kind : {"TsController", "TsEnclosure", "TsDisk", "TsDiskFolder", "TsVolume", "TsUps"}) {
         for (const Object& object : model.Objects(*model.catalogue().KindOf(kind).list)) {
-            parts.Take(object);
+            const Condition of_parts = ConditionOf(object.Text("ChildStatus")).value_or(Condition::kUp);
+            parts.Take(Worse(ConditionOfObject(object), of_parts));
         }
     }
     Survey controllers;
     for (const Object& controller : model.Objects(*model.catalogue().KindOf("TsController").list)) {
         controllers.Take(controller);
     }
-    ShowParts(*array, parts, controllers.AllDown() ? Condition::kDown : DerivedFrom(parts));
+    DeriveStatus(*array, parts, controllers.AllDown() ? Condition::kDown : DerivedFrom(parts));
 }
 
 /** From the inside to the outside: the object's own parts, its parent, its folder, the array. */

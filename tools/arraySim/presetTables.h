@@ -47,7 +47,7 @@ struct PastAlert {
 inline constexpr PastAlert kPastAlerts[] = {
     {"User logged in", "Inform", "System", "operator logged in from 192.0.2.77"},
     {"Freezepoint created", "Complete", "Storage", "Freezepoint of volume 'vol-0001' was created"},
-    {"Disk Degraded", "Degraded", "Disk", "Disk '01-02' predicts its failure"},
+    {"Disk Degraded", "Degraded", "Disk", "Disk '02-02' predicts its failure"},
     {"Server Degraded", "Degraded", "Connectivity", "Server 'host-001' lost a path & found it again"},
     {"Volume expanded", "Complete", "Storage", "Volume \"vol-0002\" grew by < 100 GB"},
     {"Enclosure fan Down", "Down", "Hardware", "Enclosure fan 'Enclosure 1 Fan 1' is down"},

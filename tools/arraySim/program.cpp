@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "apiMgmt/common/utils/pathConstants.h"
 #include "tools/arraySim/controlSocket.h"
 #include "tools/arraySim/modelFile.h"
 #include "tools/arraySim/presets.h"
@@ -26,10 +27,11 @@ constexpr const char* kFooter =
     "  1  the command was refused, a step of the scenario failed, or the scenario has a mistake\n"
     "  2  the command line is wrong\n"
     "  3  no start: model, key, scenario or sockets could not be had; no simulator answered\n"
-    "\nExample:\n"
+    "\nExamples:\n"
     "  arraySim serve --preset small --key test --socket /tmp/d/api --control /tmp/d/ctl --trace &\n"
     "  arraySim tell --control /tmp/d/ctl fail TsDisk 3\n"
-    "  arraySim tell --control /tmp/d/ctl fault hang on TsVolume for 2\n";
+    "  arraySim tell --control /tmp/d/ctl fault hang on TsVolume for 2\n"
+    "  arraySim serve --preset small --events --trace        # beside the daemon, in its sandbox\n";
 
 std::vector<std::string> PresetNames() {
     std::vector<std::string> names;
@@ -74,7 +76,14 @@ CLI::App* AddServe(CLI::App& app, ServeOptions& options) {
         ->transform(CLI::CheckedTransformer(spellings))
         ->default_str("api");
     serve->add_option("--scenario", options.scenario_file, "Timeline to run; see README.md");
-    serve->add_flag("--trace", options.trace, "Print a line for each exchange");
+    serve
+        ->add_option("--events", options.events_path,
+                     "Report changes of status to the daemon that listens at SOCKET, "
+                     "/tmp/snmpsubagent.sock unless another is named")
+        ->type_name("[SOCKET]")
+        ->expected(0, 1)
+        ->default_str(kSnmpSubagentSocket);
+    serve->add_flag("--trace", options.trace, "Print a line for each exchange and each event");
     return serve;
 }
 

@@ -12,6 +12,7 @@
 #include "apiMgmt/common/utils/stringUtil.h"
 #include "tools/arraySim/clockPace.h"
 #include "tools/arraySim/controlSocket.h"
+#include "tools/arraySim/eventSender.h"
 #include "tools/arraySim/modelFile.h"
 #include "tools/arraySim/presets.h"
 #include "tools/arraySim/scenario.h"
@@ -59,8 +60,10 @@ std::string ReadyLine(const ServeOptions& options, const Model& model) {
     for (const ObjectList& list : model.catalogue().lists()) {
         objects += model.Objects(list).size();
     }
-    return FormatString("arraySim ready: array %u with %zu objects, API at %s, control at %s", model.serial(),
-                        objects, options.socket_path.c_str(), options.control_path.c_str());
+    std::string line =
+        FormatString("arraySim ready: array %u with %zu objects, API at %s, control at %s", model.serial(),
+                     objects, options.socket_path.c_str(), options.control_path.c_str());
+    return options.events_path.empty() ? line : line + ", events to " + options.events_path;
 }
 
 /** A scenario on the clock, in a thread of its own. */
@@ -107,12 +110,21 @@ ExitStatus Run(const ServeOptions& options, const sigset_t& signals) {
     const std::string ready = ReadyLine(options, model);
     Simulator simulator(std::move(model), SessionKey(options), options.spelling);
     Trace trace(stdout, options.trace);
+    EventSender events(
+        options.events_path, {}, [&trace](const SentEvent& event) { trace.PrintEvent(event); },
+        [](const std::string& text) { std::fprintf(stderr, "arraySim: %s\n", text.c_str()); });
     Service service(simulator, options.socket_path,
                     [&trace](const ServedExchange& exchange) { trace.PrintExchange(exchange); });
     ControlServer control(simulator, options.control_path);
-    simulator.SetHooks({.listen = [&service] { service.FollowListening(); },
-                        .say = [&trace](const std::string& text) { trace.PrintText(text); },
-                        .quit = [] { kill(getpid(), SIGTERM); }});
+    SimulatorHooks hooks = {.listen = [&service] { service.FollowListening(); },
+                            .say = [&trace](const std::string& text) { trace.PrintText(text); },
+                            .quit = [] { kill(getpid(), SIGTERM); }};
+    if (!options.events_path.empty()) {
+        hooks.send_event = [&events](std::string text) { events.Push(std::move(text)); };
+        hooks.describe_events = [&events] { return events.Describe(); };
+        events.Start();
+    }
+    simulator.SetHooks(std::move(hooks));
     control.Start();  // first, since it tells whether another simulator runs
     service.Start();
     std::printf("%s\n", ready.c_str());
@@ -129,6 +141,7 @@ ExitStatus Run(const ServeOptions& options, const sigset_t& signals) {
     // Whoever may still want something of the service ends before it.
     control.Stop();
     const bool good = !scenario_thread || scenario_thread->Stop();
+    events.Stop();  // the daemon asks the service about an event
     service.Stop();
     return good ? kGood : kFailed;
 }

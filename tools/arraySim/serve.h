@@ -18,6 +18,7 @@ struct ServeOptions {
     std::string key;  ///< empty: the trusted key of this machine
     Spelling spelling = Spelling::kApi;
     std::string scenario_file;
+    std::string events_path;  ///< where the daemon takes events; empty: they are not sent
     bool trace = false;
 };
 

@@ -2,6 +2,7 @@
 
 #include "tools/arraySim/answers.h"
 #include "tools/arraySim/apiRequest.h"
+#include "tools/arraySim/events.h"
 
 namespace arraysim {
 
@@ -43,6 +44,15 @@ void BendEnvelope(const EnvelopeBend& bend, GPBIPCMsg& response) {
     if (bend.no_response) {
         response.clear_apirespmsg();
     }
+}
+
+bool IsEvent(Verb verb) {
+    return verb == Verb::kEvent || verb == Verb::kMisc || verb == Verb::kScsi;
+}
+
+/** Objects that come, go or are loaded are no event. */
+bool ChangesStatus(Verb verb) {
+    return verb == Verb::kSet || verb == Verb::kFail || verb == Verb::kRecover;
 }
 
 }  // namespace
@@ -168,14 +178,49 @@ bool Simulator::Listening() {
     return faults_.Listening();
 }
 
+std::string Simulator::EventByHand(const Command& command) const {
+    if (!hooks_.send_event) {
+        throw CommandError("events are off; start the simulator with --events");
+    }
+    switch (command.verb) {
+        case Verb::kMisc:
+            return MiscEvent(model_, command.text);
+        case Verb::kScsi:
+            return ScsiDeviceEvent(model_, command.device_type, command.device_status, command.disk_row);
+        default:
+            return command.text;
+    }
+}
+
+std::string Simulator::Run(const Command& command) {
+    if (IsEvent(command.verb)) {
+        hooks_.send_event(EventByHand(command));
+        return {};
+    }
+    std::optional<StatusWatch> watch;
+    if (hooks_.send_event && ChangesStatus(command.verb)) {
+        watch.emplace(model_);
+    }
+    CommandWorld world{model_, faults_, statistics_};
+    std::string data = RunCommand(world, command);
+    if (watch) {
+        for (std::string& event : watch->Changes(model_)) {
+            hooks_.send_event(std::move(event));
+        }
+    }
+    if (command.verb == Verb::kStats && hooks_.describe_events) {
+        data += hooks_.describe_events();
+    }
+    return data;
+}
+
 Reply Simulator::Execute(std::string_view line) {
     Command command;
     std::string data;
     try {
         command = ParseCommand(catalogue_, SplitWords(line));
         const std::lock_guard<std::mutex> guard(mutex_);
-        CommandWorld world{model_, faults_, statistics_};
-        data = RunCommand(world, command);
+        data = Run(command);
     } catch (const CommandError& error) {
         return {false, error.what()};
     }

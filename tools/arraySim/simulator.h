@@ -39,11 +39,17 @@ struct Reply {
     std::string text;  ///< data, or what went wrong
 };
 
-/** Where the effects of commands go that are no part of the model. They are called without any lock. */
+/**
+ * Where the effects of commands go that are no part of the model. Those for events are called under the
+ * simulator's lock, so that events keep the order of the changes: they neither block nor call back. The
+ * others are called without any lock.
+ */
 struct SimulatorHooks {
-    std::function<void()> listen;  ///< Listening() may have changed; returns when the socket follows
-    std::function<void(const std::string& text)> say;
-    std::function<void()> quit;
+    std::function<void()> listen = {};  ///< Listening() may have changed; returns when the socket follows
+    std::function<void(const std::string& text)> say = {};
+    std::function<void()> quit = {};
+    std::function<void(std::string text)> send_event = {};  ///< none: events are off
+    std::function<std::string()> describe_events = {};      ///< for `stats`
 };
 
 /**
@@ -77,6 +83,10 @@ class Simulator {
 
   private:
     struct Question;
+
+    std::string Run(const Command& command);
+    /** The trap command that a person has asked for. Throws CommandError when events are off. */
+    std::string EventByHand(const Command& command) const;
 
     Question Interpret(const protoIPCMsg::GPBIPCMsg& message) const;
     ApiAnswer AnswerCommand(const Question& question, const ExchangePlan& plan);

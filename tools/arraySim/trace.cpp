@@ -15,7 +15,9 @@ constexpr const char* kLegend =
     "# conn      number of the connection       objects  objects in the answer\n"
     "# seq       sequence number of the request bytes    of the frame, as far as it was sent\n"
     "# command   GetList, Get, Modify, Ping     ms       from the request's last byte to the answer's\n"
-    "# object    as the request names it        outcome  ok or the error code, and the faults that struck\n";
+    "# object    as the request names it        outcome  ok or the error code, and the faults that struck\n"
+    "# event     to the daemon: delivered, dropped (nobody took it) or overflow; ms that it waited; its "
+    "text\n";
 
 std::string TimeOfDay() {
     const timeval now = ClockNow();
@@ -42,8 +44,13 @@ std::string Trace::Columns(const ServedExchange& exchange) {
                         exchange.bytes, exchange.elapsed_ms, OneLine(record.outcome).c_str());
 }
 
+std::string Trace::Columns(const SentEvent& event) {
+    return FormatString("event  %-10s %8.2f  %s", event.outcome, event.waited_ms,
+                        OneLine(event.text).c_str());
+}
+
 void Trace::PrintLegend() {
-    if (!exchanges_) {
+    if (!traffic_) {
         return;
     }
     const std::string heads =
@@ -53,8 +60,14 @@ void Trace::PrintLegend() {
 }
 
 void Trace::PrintExchange(const ServedExchange& exchange) {
-    if (exchanges_) {
+    if (traffic_) {
         PrintLine(TimeOfDay() + " " + Columns(exchange));
+    }
+}
+
+void Trace::PrintEvent(const SentEvent& event) {
+    if (traffic_) {
+        PrintLine(TimeOfDay() + " " + Columns(event));
     }
 }
 

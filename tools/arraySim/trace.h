@@ -4,6 +4,7 @@
 #include <mutex>
 #include <string>
 
+#include "tools/arraySim/eventSender.h"
 #include "tools/arraySim/service.h"
 
 namespace arraysim {
@@ -11,23 +12,25 @@ namespace arraysim {
 /** What people see of a running simulator, a line at a time. May be used from any thread. */
 class Trace {
   public:
-    /** out: lent. exchanges: whether exchanges are printed too. */
-    Trace(std::FILE* out, bool exchanges) : out_(out), exchanges_(exchanges) {}
+    /** out: lent. traffic: whether exchanges and events are printed too. */
+    Trace(std::FILE* out, bool traffic) : out_(out), traffic_(traffic) {}
 
     /** The meaning of the columns, and their heads. */
     void PrintLegend();
     void PrintExchange(const ServedExchange& exchange);
+    void PrintEvent(const SentEvent& event);
     void PrintText(const std::string& text);
 
     /** The columns of an exchange behind its time. */
     static std::string Columns(const ServedExchange& exchange);
+    static std::string Columns(const SentEvent& event);
 
   private:
     void PrintLine(const std::string& line);
 
     std::mutex mutex_;
     std::FILE* out_;
-    const bool exchanges_;
+    const bool traffic_;
 };
 
 }  // namespace arraysim

@@ -9,6 +9,7 @@
 #include "apiMgmt/common/utils/generalUtils.h"
 #include "apiMgmt/common/wirelink/wireLink.h"
 #include "apiMgmt/proto/apiMgrMsg.pb.h"
+#include "apiMgmt/proto/mgmtCommands.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/outstandingTraps.h"
@@ -16,16 +17,6 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
 namespace {
-
-constexpr uint32_t kMgmtCommandSpecific = 0;
-
-enum mgmt_specific : uint32_t {
-    MGMT_SPECIFIC_SEND_TRAP = 1,
-    MGMT_SPECIFIC_TEMP_TEST = 2,
-    MGMT_SPECIFIC_DISPLAY_TRAPS = 3,
-    MGMT_SPECIFIC_VERBOSE_ON = 4,
-    MGMT_SPECIFIC_VERBOSE_OFF = 5,
-};
 
 // Pause after a failure, so that one that repeats at once does not make the loop spin.
 constexpr int64_t kPauseAfterFailureUs = 100 * kMillisecondUs;
@@ -96,7 +87,7 @@ void HandleMgmtMsg(const protoIPCMsg::GPBIPCMsg& envelope) {
         return;
     }
     const protoIPCMsg::MGMTMsg& message = envelope.mgmtmsg();
-    if (message.cmdtype() != kMgmtCommandSpecific) {
+    if (message.cmdtype() != MGMTCommand_SPECIFIC) {
         SUBAGENT_LOG(4, "Received unknown mgmtMsg.cmdtype(): %d\n", static_cast<int>(message.cmdtype()));
         return;
     }

@@ -8,16 +8,28 @@ from . import machine, waiting
 
 OUTPUT = "/var/log/arraySim.log"
 DUMP = "/tmp/arraySim.dump"
+MODEL = "/tmp/arraySim.model"
+SERIAL = 64702
+
+
+def preset(name):
+    """The objects of a preset, before any array is started."""
+    return json.loads(machine.run(machine.ARRAY_SIM, "dump", "--preset", name))["objects"]
 
 
 class Array:
     def __init__(self):
         self.process = None
 
-    def start(self, preset="small", *options):
+    def start(self, preset="small", *options, objects=None):
+        """objects: those of a dump, changed at will, in place of the preset's."""
+        source = ["--preset", preset]
+        if objects is not None:
+            machine.write_file(MODEL, json.dumps({"serial": SERIAL, "objects": objects}))
+            source = ["--model", MODEL]
         with open(OUTPUT, "ab") as output:
             begin = output.tell()
-            self.process = subprocess.Popen([machine.ARRAY_SIM, "serve", "--trace", "--preset", preset, *options],
+            self.process = subprocess.Popen([machine.ARRAY_SIM, "serve", "--trace", *source, *options],
                                             stdin=subprocess.DEVNULL, stdout=output, stderr=output)
         waiting.wait_until(lambda: self.is_ready(begin), "the simulated array is ready", 60)
         return self
@@ -71,6 +83,13 @@ class Array:
             if len(words) == 5 and words[2].isdigit() and command in (None, words[0]) and kind in (None, words[1]):
                 total += int(words[4] if struck else words[2])
         return total
+
+    @staticmethod
+    def last_exchange(command, kind):
+        """The words of its line about the latest exchange of a command about a kind, by the heads of the columns."""
+        heads = ("time", "conn", "seq", "command", "object", "lite", "objects", "bytes", "ms", "outcome")
+        lines = [dict(zip(heads, line.split())) for line in machine.read_file(OUTPUT).splitlines()]
+        return [line for line in lines if (line.get("command"), line.get("object")) == (command, kind)][-1]
 
     def wait_until_struck(self, kind, limit_s):
         """Waits until a fault has struck an exchange about this kind."""

@@ -6,8 +6,9 @@ import sys
 from . import machine
 
 PARSER = os.path.join(machine.REPOSITORY, "apiMgmt", "snmpSubagent", "snmpSubagentMibParser")
-sys.path.insert(0, PARSER)
-from generator import model, reader  # noqa: E402  (found through the line above)
+sys.path.insert(0, machine.REPOSITORY)
+from apiMgmt.common.generator import reader  # noqa: E402  (found through the line above)
+from apiMgmt.snmpSubagent.snmpSubagentMibParser.generator import model  # noqa: E402
 
 ENTERPRISE = "1.3.6.1.4.1.913.11000.2000.500.1"
 OLD_ENTERPRISE = "1.3.6.1.4.1.27405"

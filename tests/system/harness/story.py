@@ -57,12 +57,16 @@ class SharedStory(Story):
     def setUpClass(cls):
         try:
             cls.begin()
-            cls.array.start(cls.PRESET)
-            cls.daemon.start()
+            cls.launch()
         except BaseException:
             print(f"--- the daemon's log\n{daemon.Daemon.log_tail()}", file=sys.stderr)
             cls.end()
             raise
+
+    @classmethod
+    def launch(cls):
+        cls.array.start(cls.PRESET)
+        cls.daemon.start()
 
     @classmethod
     def wait_until_settled(cls):

@@ -86,7 +86,7 @@ TEST(Presets, DependOnSeedAndNothingElse) {
     EXPECT_FALSE(Build("typical", 5) == Build("typical", 6));
     // A stable fact of seed 1, so that scenarios keep meaning what they say.
     Model model = Build("typical", 1);
-    EXPECT_EQ(At(model, "TsDisk", 12).Text("Name"), "01-08");
+    EXPECT_EQ(At(model, "TsDisk", 12).Text("Name"), "02-08");
 }
 
 TEST(Presets, IndexesAreUniqueRiseWithGapsAndDifferFromRows) {
@@ -201,6 +201,21 @@ TEST(Catalogue, MistakesNameTheirLine) {
         {"object A rows 1 sideways", "objects.def:1: 'sideways' does not fit here"},
         {"object A rows 1\nobject A rows 1", "objects.def:2: 'A' stands already"},
         {"make A", "objects.def:1: unknown word 'make'"},
+        {"  event 202 1 2 3 of index",
+         "objects.def:1: an event stands once below a list, or an object that is no part of one"},
+        {"list L rows 1\nobject A in L\n  event 202 1 2 3 of index",
+         "objects.def:3: an event stands once below a list, or an object that is no part of one"},
+        {"object A rows 1\n  event 202 1 2 of index",
+         "objects.def:2: an event reads: event TRAP ID ID ID of A [B [C]] [watches ATTR=GOOD]"},
+        {"object A rows 1\n  event 202 1 2 3 of watches X=Y",
+         "objects.def:2: an event reads: event TRAP ID ID ID of A [B [C]] [watches ATTR=GOOD]"},
+        {"object A rows 1\n  event 202 1 2 3 of 1 2 3 4",
+         "objects.def:2: an event reads: event TRAP ID ID ID of A [B [C]] [watches ATTR=GOOD]"},
+        {"object A rows 1\n  event 202 1 2 3 of column", "objects.def:2: 'column' is no number of an event"},
+        {"object A rows 1 keyed nothing\n  event 202 1 2 3 of 1\n  also X empty",
+         "objects.def:3: A: its event watches 'Status', which it has not"},
+        {"object A rows 1 keyed nothing\n  event 202 1 2 3 of parent\n  also Status empty",
+         "objects.def:3: A: its event speaks of a parent, which it has not"},
     };
     for (const Case& each : cases) {
         try {
@@ -264,7 +279,7 @@ TEST(Incidents, AFailingDiskShowsOnEverythingThatHoldsIt) {
     const Object& folder = At(model, "TsDiskFolder", 3);
     RecoverObject(model, At(model, "TsDisk", 11));
     RecoverObject(model, At(model, "TsEnclosureCoolingFanSensor", 4));
-    ASSERT_EQ(enclosure.Text("Status"), "Up");
+    ASSERT_EQ(enclosure.Text("ChildStatus"), "Up");
     ASSERT_EQ(folder.Text("Status"), "Up");
 
     const size_t alerts = Count(model, "TsAlert");
@@ -272,14 +287,16 @@ TEST(Incidents, AFailingDiskShowsOnEverythingThatHoldsIt) {
     EXPECT_EQ(disk.Text("Status"), "Down");
     EXPECT_EQ(disk.Text("Healthy"), "False");
     EXPECT_EQ(disk.Text("StatusMessage"), "Contact with the disk was lost");
-    EXPECT_EQ(enclosure.Text("Status"), "Degraded");
+    EXPECT_EQ(enclosure.Text("Status"), "Up")
+        << "the daemon drops what it hears of the parts of one that is not";
     EXPECT_EQ(enclosure.Text("ChildStatus"), "Down");
+    EXPECT_EQ(enclosure.Text("StatusDescription"), "Attention: 1 of its parts not up");
     EXPECT_EQ(folder.Text("UnhealthyCount"), "1");
     EXPECT_EQ(folder.Text("Status"), "Degraded");
     EXPECT_EQ(model.Array()->Text("Status"), "Degraded");
     ASSERT_EQ(Count(model, "TsAlert"), alerts + 1);
     const Object& alert = model.Objects(*model.catalogue().Find("TsAlert")->list).back();
-    EXPECT_EQ(alert.Text("Message"), "Disk '01-01' is down");
+    EXPECT_EQ(alert.Text("Message"), "Disk '02-01' is down");
     EXPECT_EQ(alert.Text("AlertStatus"), "Down");
     EXPECT_EQ(alert.Text("Category"), "Disk");
     EXPECT_EQ(alert.Text("Active"), "True");
@@ -288,7 +305,7 @@ TEST(Incidents, AFailingDiskShowsOnEverythingThatHoldsIt) {
     RecoverObject(model, disk);
     EXPECT_EQ(disk.Text("Healthy"), "True");
     EXPECT_EQ(disk.Text("StatusMessage"), "");
-    EXPECT_EQ(enclosure.Text("Status"), "Up");
+    EXPECT_EQ(enclosure.Text("ChildStatus"), "Up");
     EXPECT_EQ(enclosure.Text("StatusDescription"), "");
     EXPECT_EQ(folder.Text("UnhealthyCount"), "0");
     EXPECT_EQ(model.Objects(*model.catalogue().Find("TsAlert")->list).back().Text("Active"), "False");
@@ -308,7 +325,9 @@ TEST(Incidents, AnObjectsOwnFailureOutlastsTheRecoveryOfItsParts) {
     EXPECT_EQ(enclosure.Text("StatusDescription"), "Both I/O paths are lost");
     FailObject(model, fan, Condition::kDown);
     RecoverObject(model, enclosure);
-    EXPECT_EQ(enclosure.Text("Status"), "Degraded") << "the fan is still down";
+    EXPECT_EQ(enclosure.Text("Status"), "Up");
+    EXPECT_EQ(enclosure.Text("ChildStatus"), "Down");
+    EXPECT_EQ(enclosure.Text("StatusDescription"), "Attention: 1 of its parts not up");
 }
 
 TEST(Incidents, TheArrayIsDownWithBothControllers) {

@@ -172,7 +172,7 @@ TEST_F(Controls, CommandsGoThroughTheSocket) {
     EXPECT_EQ(status.st_mode & 0777, 0600u);
     Reply reply = Tell(folder_ / "ctl", "get TsDisk 5 Name");
     EXPECT_TRUE(reply.good);
-    EXPECT_EQ(reply.text, "01-04\n");
+    EXPECT_EQ(reply.text, "02-04\n");
     reply = Tell(folder_ / "ctl", "get TsDisk 8 Name");
     EXPECT_FALSE(reply.good);
     EXPECT_EQ(reply.text, "there is no TsDisk 8");

@@ -1,0 +1,160 @@
+"""Reads SNMP notifications off the wire: BER as the protocol uses it, strictly. Shares nothing with the library
+that the daemon sends with."""
+
+import ipaddress
+from collections import namedtuple
+
+from .manager import Binding
+
+# request_id is None in a version 1 trap; enterprise, agent_address, generic, specific and time are None in the others.
+Notification = namedtuple("Notification", "version community pdu request_id enterprise agent_address generic specific "
+                                          "time bindings")
+
+SEQUENCE = 0x30
+INTEGER, OCTETS, OID, IP_ADDRESS, TIMETICKS = 0x02, 0x04, 0x06, 0x40, 0x43
+TYPES = {INTEGER: "INTEGER", OCTETS: "STRING", 0x05: "NULL", OID: "OID", IP_ADDRESS: "IpAddress", 0x41: "Counter32",
+         0x42: "Gauge32", TIMETICKS: "Timeticks", 0x44: "Opaque", 0x46: "Counter64"}
+UNSIGNED = ("Counter32", "Gauge32", "Timeticks")
+PDUS = {0xA2: "response", 0xA4: "trap", 0xA6: "inform", 0xA7: "trap2"}
+VERSIONS = {0: "1", 1: "2c"}
+INFORM_TAG, RESPONSE_TAG = 0xA6, 0xA2
+
+
+class Malformed(Exception):
+    pass
+
+
+class Reader:
+    """Takes one element after the other from octets that must be used up."""
+
+    def __init__(self, octets):
+        self.octets = octets
+
+    def take(self, count):
+        if count > len(self.octets):
+            raise Malformed(f"{count} octets wanted, {len(self.octets)} left")
+        taken, self.octets = self.octets[:count], self.octets[count:]
+        return taken
+
+    def length(self):
+        first = self.take(1)[0]
+        if first < 0x80:
+            return first
+        if not 0x81 <= first <= 0x84:
+            raise Malformed(f"length octet {first:#x}")
+        return int.from_bytes(self.take(first & 0x7F), "big")
+
+    def element(self, *tags):
+        """(tag, contents) of the next element, whose tag must be one of these if any are given."""
+        tag = self.take(1)[0]
+        if tags and tag not in tags:
+            raise Malformed(f"tag {tag:#x} where one of {[f'{each:#x}' for each in tags]} belongs")
+        return tag, self.take(self.length())
+
+    def inner(self, tag):
+        return Reader(self.element(tag)[1])
+
+    def integer(self):
+        return signed(self.element(INTEGER)[1])
+
+    def end(self):
+        if self.octets:
+            raise Malformed(f"{len(self.octets)} octets are left over")
+
+
+def signed(contents):
+    if not contents or len(contents) > 1 and contents[0] in (0, 0xFF) and (contents[0] ^ contents[1]) < 0x80:
+        raise Malformed(f"integer of the octets {contents.hex()}")
+    return int.from_bytes(contents, "big", signed=True)
+
+
+def unsigned32(contents):
+    value = signed(contents)
+    if not 0 <= value < 2**32:
+        raise Malformed(f"unsigned value {value}")
+    return value
+
+
+def oid(contents):
+    arcs, arc = [], 0
+    for octet in contents:
+        arc = arc << 7 | octet & 0x7F
+        if not octet & 0x80:
+            arcs.append(arc)
+            arc = 0
+    if not arcs or contents[-1] & 0x80:
+        raise Malformed(f"object identifier of the octets {contents.hex()}")
+    first = min(arcs[0] // 40, 2)
+    return ".".join(map(str, [first, arcs[0] - 40 * first] + arcs[1:]))
+
+
+def value(tag, contents):
+    """(type, value) of a binding's value; types have the names that Net-SNMP's tools print."""
+    if tag not in TYPES:
+        raise Malformed(f"type {tag:#x}")
+    kind = TYPES[tag]
+    if kind == "INTEGER":
+        return kind, signed(contents)
+    if kind in UNSIGNED:
+        return kind, unsigned32(contents)
+    if kind == "OID":
+        return kind, oid(contents)
+    if kind == "IpAddress":
+        return kind, str(ipaddress.IPv4Address(contents))
+    return kind, contents
+
+
+def bindings(reader):
+    found = []
+    outer = reader.inner(SEQUENCE)
+    while outer.octets:
+        one = outer.inner(SEQUENCE)
+        name = oid(one.element(OID)[1])
+        found.append(Binding(name, *value(*one.element())))
+        one.end()
+    return found
+
+
+def read_version1(reader):
+    """What stands between the tag of a version 1 trap and its bindings."""
+    return {"request_id": None, "enterprise": oid(reader.element(OID)[1]),
+            "agent_address": value(*reader.element(IP_ADDRESS))[1], "generic": reader.integer(),
+            "specific": reader.integer(), "time": unsigned32(reader.element(TIMETICKS)[1])}
+
+
+def read_version2(reader):
+    head = dict.fromkeys(("enterprise", "agent_address", "generic", "specific", "time"))
+    head["request_id"] = reader.integer()
+    if reader.integer() or reader.integer():
+        raise Malformed("error status or index in a notification")
+    return head
+
+
+def read(datagram):
+    """The Notification in a datagram; raises Malformed."""
+    whole = Reader(datagram)
+    message = whole.inner(SEQUENCE)
+    whole.end()
+    version = VERSIONS.get(message.integer())
+    if version is None:
+        raise Malformed("a version other than 1 and 2c")
+    community = message.element(OCTETS)[1].decode("ascii")
+    tag, contents = message.element(*PDUS)
+    message.end()
+    if (PDUS[tag] == "trap") != (version == "1"):
+        raise Malformed(f"PDU {PDUS[tag]} in a message of version {version}")
+    reader = Reader(contents)
+    head = read_version1(reader) if version == "1" else read_version2(reader)
+    found = bindings(reader)
+    reader.end()
+    return Notification(version=version, community=community, pdu=PDUS[tag], bindings=found, **head)
+
+
+def response_to(inform):
+    """The datagram that acknowledges an inform: the same message with the tag of a response."""
+    message = Reader(inform).inner(SEQUENCE)
+    message.element(INTEGER)
+    message.element(OCTETS)
+    place = len(inform) - len(message.octets)
+    assert inform[place] == INFORM_TAG
+    return inform[:place] + bytes([RESPONSE_TAG]) + inform[place + 1:]

@@ -1,0 +1,106 @@
+"""Receivers of notifications: one of the tests' own, and Net-SNMP's snmptrapd."""
+
+import os
+import queue
+import socket
+import subprocess
+import threading
+import time
+
+from . import ber, machine, manager, waiting
+
+BUFFER_BYTES = 32 * 1024 * 1024
+LONGEST_DATAGRAM = 65535
+
+TRAPD_HOME = "/tmp/trapd"
+# %P kind, version and community; %N enterprise; %A agent address; %w generic; %q specific; %T time of the PDU.
+# Then the bindings, a line each.
+TRAPD_FORMAT = "@@%P|%N|%A|%w|%q|%T\\n%V\\n%v\\n"
+
+
+def family_of(address):
+    return socket.AF_INET6 if ":" in address else socket.AF_INET
+
+
+class Receiver:
+    """Takes datagrams on a port of its own and answers informs. A thread, so that nothing is lost in a burst."""
+
+    def __init__(self, address="127.0.0.1", port=0):
+        self.arrived = queue.SimpleQueue()
+        self.socket = socket.socket(family_of(address), socket.SOCK_DGRAM)
+        self.socket.setsockopt(socket.SOL_SOCKET, 33, BUFFER_BYTES)  # SO_RCVBUFFORCE: beyond the system's limit
+        self.socket.bind((address, port))
+        self.address, self.port = self.socket.getsockname()[:2]
+        self.thread = threading.Thread(target=self.receive, daemon=True)
+        self.thread.start()
+
+    def receive(self):
+        while True:
+            datagram, sender = self.socket.recvfrom(LONGEST_DATAGRAM)
+            if not datagram:  # see close
+                return
+            self.arrived.put((time.monotonic(), datagram))
+            self.acknowledge(datagram, sender)
+
+    def acknowledge(self, datagram, sender):
+        try:
+            if ber.read(datagram).pdu == "inform":
+                self.socket.sendto(ber.response_to(datagram), sender)
+        except ber.Malformed:
+            pass  # whoever takes it will see
+
+    def take_datagram(self, limit_s=30):
+        """(time of arrival, octets) of the next one."""
+        try:
+            return self.arrived.get(timeout=limit_s * waiting.PATIENCE)
+        except queue.Empty:
+            raise waiting.WaitedInVain(f"no notification came within {limit_s * waiting.PATIENCE:.0f} s") from None
+
+    def take(self, limit_s=30):
+        """The next notification."""
+        return ber.read(self.take_datagram(limit_s)[1])
+
+    def is_empty(self):
+        return self.arrived.empty()
+
+    def close(self):
+        """Frees the port. What has come can still be taken."""
+        with socket.socket(family_of(self.address), socket.SOCK_DGRAM) as waker:
+            waker.sendto(b"", (self.address, self.port))
+        self.thread.join(30)
+        self.socket.close()
+
+
+class Trapd:
+    """snmptrapd in the foreground, with a configuration of its own."""
+
+    def __init__(self, community, port, address="127.0.0.1"):
+        self.output = os.path.join(TRAPD_HOME, "output")
+        os.makedirs(TRAPD_HOME, exist_ok=True)
+        conf = os.path.join(TRAPD_HOME, "trapd.conf")
+        machine.write_file(conf, f"authCommunity log {community}\n[snmp] hexOutputLength 0\n")
+        machine.remove_file(self.output)
+        place = f"udp6:[{address}]:{port}" if ":" in address else f"udp:{address}:{port}"
+        self.process = subprocess.Popen(
+            ["snmptrapd", "-f", "-C", "-c", conf, "-X", "-n", "-t", "-Lf", self.output, "-On", "-Ox", "-Oe", "-Ot",
+             "-F", TRAPD_FORMAT, place],
+            stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+            env={**os.environ, "SNMPCONFPATH": TRAPD_HOME, "MIBS": "", "SNMP_PERSISTENT_DIR": TRAPD_HOME})
+        waiting.wait_until(lambda: "NET-SNMP version" in machine.read_file(self.output), "snmptrapd listens")
+
+    def received(self):
+        """All that it has written so far: a list of (head fields as text, bindings)."""
+        notifications = []
+        for text in machine.read_file(self.output).split("@@")[1:]:
+            head, *lines = text.splitlines()
+            notifications.append((head.split("|"), manager.parse_bindings("\n".join(lines))))
+        return notifications
+
+    def wait_for(self, count):
+        waiting.wait_until(lambda: len(self.received()) >= count and self.received()[-1][1],
+                           f"snmptrapd has written {count} notifications")
+        return self.received()
+
+    def close(self):
+        self.process.terminate()
+        self.process.wait(30 * waiting.PATIENCE)

@@ -1,0 +1,165 @@
+"""The frame of the files about notifications: an array in good health, a daemon that notifies, a receiver."""
+
+from collections import namedtuple
+
+from . import array, management, machine, story, traps
+from .receiver import Receiver
+from .traps import Event, Model
+
+# An object of the array with the event that reports it.
+Case = namedtuple("Case", "event kind index attribute good bad other", defaults=("Status", "Up", "Down", "Degraded"))
+
+COMMUNITY = "watch.tower"
+IDS = (11, -22, 2147483647)
+COLD_START = Event((4, 4, 4), 0)
+MARK = Event((1, 2, 3), 201, text="mark")
+RECEIVED = "Received MGMTCommand_SPECIFIC"
+
+
+# Every so manieth object is enough, and makes the tests quicker.
+SHORTENED = {"TsDisk": 10, "TsDiskConfiguration": 10, "TsVolume": 20, "TsServer": 5, "TsAlert": 50}
+
+
+def uptime():
+    """Of the machine, in hundredths of a second."""
+    return int(machine.read_file("/proc/uptime").split()[0].replace(".", ""))
+
+
+def healthy(preset):
+    """The objects of a preset, all Up; of long lists a few. A disk's name begins with the index of its enclosure."""
+    objects = array.preset(preset)
+    for kind, step in SHORTENED.items():
+        objects[kind] = objects[kind][::step]
+    for each in (each for kind in objects.values() for each in kind if "Status" in each):
+        each["Status"] = "Up"
+    for number, disk in enumerate(objects["TsDisk"], 1):
+        disk["Name"] = f"{disk['EnclosureIndex']}-{number:02}"
+    return objects
+
+
+def capital(kind):
+    return kind[0].upper() + kind[1:]
+
+
+class TrapStory(story.SharedStory):
+    PRESET = "typical"
+    VERSION = 2
+    LISTEN = "127.0.0.1"
+    DESTINATION = "127.0.0.1"
+    SETTINGS = {}  # further ones of the daemon
+    OWN_CONTROLLER = 1
+
+    @classmethod
+    def begin(cls):
+        super().begin()
+        cls.receiver = Receiver(cls.LISTEN)
+        cls.known_model = None
+        machine.configure_daemon(trapsEnabled="yes", trapDest=cls.DESTINATION, trapPort=cls.receiver.port,
+                                 trapCommun=COMMUNITY, trapVer=cls.VERSION, controllerIndexThis=cls.OWN_CONTROLLER,
+                                 **cls.SETTINGS)
+
+    @classmethod
+    def launch(cls):
+        cls.array.start(objects=cls.objects())
+        cls.daemon.start()
+        cls.expect(COLD_START)
+
+    @classmethod
+    def objects(cls):
+        return healthy(cls.PRESET)
+
+    @classmethod
+    def end(cls):
+        try:
+            super().end()
+        finally:
+            cls.receiver.close()
+
+    # --- the array
+
+    @classmethod
+    def change(cls, kind, index, **values):
+        """Sets attributes of an object, and nothing but these."""
+        for attribute, value in values.items():
+            cls.array.set(kind, index, attribute, value)
+        cls.known_model = None
+
+    @classmethod
+    def model(cls):
+        if cls.known_model is None:
+            cls.known_model = Model(cls.array.dump(), cls.OWN_CONTROLLER)
+        return cls.known_model
+
+    @classmethod
+    def index_of(cls, kind, place):
+        """The API index of the object at a place of its list."""
+        return cls.array.dump()[kind][place]["Index"]
+
+    # --- cases: every kind of object and component with its event
+
+    @classmethod
+    def object_case(cls, number, place, ids=IDS, text=""):
+        """place: in the array's list of the kind; the last for -1."""
+        kind = capital(traps.OBJECTS[number].kind)
+        if number == 211:
+            return Case(Event(ids, number, 1, text=text), kind, "1", "PortsBalanced", "True", "False", "odd")
+        index = cls.index_of(kind, place)
+        argument = place % len(cls.array.dump()[kind]) + 1 if number == 210 else int(index)
+        return Case(Event(ids, number, argument, text=text), kind, index)
+
+    @classmethod
+    def component_case(cls, number, component, parent, place, ids=IDS, text=""):
+        """parent, place: in the list of controllers or enclosures, and in that of the parent's components."""
+        kind, dump = capital(traps.COMPONENTS[number, component].kind), cls.array.dump()
+        owner, tag = ("TsController", "ControllerIndex") if number == 204 else ("TsEnclosure", "EnclosureIndex")
+        parents = [each["Index"] for each in dump[owner]]
+        rows = [each["Index"] for each in dump[kind] if each[tag] == parents[parent]]
+        first = parents.index(parents[parent]) + 1 if number == 204 else int(parents[parent])
+        third = int(rows[place]) - 1 if (number, component) == (204, 1) else rows.index(rows[place]) + 1
+        return Case(Event(ids, number, first, component, third, text=text), kind, rows[place])
+
+    @classmethod
+    def cases(cls, place, ids=IDS, text=""):
+        """One for every kind; place: 0 or -1, everywhere."""
+        return ([cls.object_case(number, place, ids, text) for number in traps.OBJECTS] +
+                [cls.component_case(number, component, place, place, ids, text)
+                 for number, component in traps.COMPONENTS])
+
+    @classmethod
+    def put(cls, case, value):
+        cls.change(case.kind, case.index, **{case.attribute: value})
+
+    # --- events and what comes of them
+
+    @staticmethod
+    def tell(*events):
+        """Over one connection."""
+        management.send(*(management.trap(event.command()) for event in events))
+
+    @classmethod
+    def expect(cls, event, before=0, limit_s=30):
+        """The next notification is that of the event, as the array is now. before: the uptime when it was told."""
+        got = cls.receiver.take(limit_s)
+        wanted = cls.model().notification(event, cls.VERSION, COMMUNITY)
+        lines = traps.differences(wanted, got, (before, uptime() + 1))
+        if lines:
+            raise AssertionError(f"{event}: another notification:\n" + "\n".join(lines))
+
+    @classmethod
+    def tell_and_expect(cls, event):
+        before = uptime()
+        cls.tell(event)
+        cls.expect(event, before)
+
+    @classmethod
+    def expect_nothing_of(cls, *events):
+        """These events give no notification: the next one is that of a mark told after them."""
+        cls.tell(*events, MARK)
+        cls.expect(MARK)
+
+    @classmethod
+    def expect_refusal(cls, event, line):
+        cls.daemon.begin_log()
+        cls.expect_nothing_of(event)
+        if line not in cls.daemon.log():
+            raise AssertionError(f"{event}: the log does not hold '{line}':\n{cls.daemon.log()}")

@@ -1,0 +1,246 @@
+#include "tools/mgmtSend/trapText.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "apiMgmt/common/utils/stringUtil.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapQueue.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/trapCatalogue.h"
+
+const size_t kGreatestTrapText = kTrapCommandBuffer - 1;
+
+namespace {
+
+constexpr int32_t kColdStart = 0;
+constexpr std::string_view kTextMark = "@@@";
+constexpr const char* kNoEventId = "0 0 0";
+constexpr size_t kArguments = 4;
+constexpr const char* kArgumentNames = "ABCD";
+
+std::optional<int32_t> ReadNumber(std::string_view text) {
+    int32_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || end != text.data() + text.size() || number < 0) {
+        return std::nullopt;
+    }
+    return number;
+}
+
+bool Carries(const notification_definition& notification, int column) {
+    return std::ranges::find(notification.columns, column) != notification.columns.end();
+}
+
+/** The components that a notification may be about; none for most. */
+std::vector<component_definition> ComponentsOf(int32_t trap) {
+    std::vector<component_definition> found;
+    std::ranges::copy_if(components, std::back_inserter(found),
+                         [trap](const component_definition& each) { return each.trapNum == trap; });
+    return found;
+}
+
+/** Turns a request into the numbers of a trap command, one after the other. */
+class TrapWriter {
+  public:
+    explicit TrapWriter(const TrapRequest& request) : request_(request) {}
+
+    std::string Write() {
+        FindKind();
+        ReadArguments();
+        CheckObject();
+        CheckComponent();
+        CheckDevice();
+        std::string text = EventId();
+        for (const int32_t number : {trap_, arguments_[0], arguments_[1], arguments_[2], State()}) {
+            text += ' ' + std::to_string(number);
+        }
+        text += ' ' + AlertString();
+        CheckTrapText(text);
+        return text;
+    }
+
+  private:
+    void FindKind() {
+        if (const std::optional<int32_t> number = ReadNumber(request_.kind)) {
+            trap_ = *number;
+            notification_ = find_notification(trap_);
+        } else {
+            for (const notification_definition& each : notifications) {
+                if (request_.kind == each.word) {
+                    trap_ = each.number;
+                    notification_ = &each;
+                }
+            }
+        }
+        const bool is_plain = std::ranges::find(plain_notifications, trap_) != plain_notifications.end();
+        const bool is_cold_start = trap_ == kColdStart && ReadNumber(request_.kind);
+        if (notification_ == nullptr && !is_plain && !is_cold_start) {
+            throw UsageError("there is no notification '" + request_.kind + "'; --list has all of them");
+        }
+    }
+
+    void ReadArguments() {
+        if (request_.arguments.size() > kArguments) {
+            throw UsageError("a notification has no more arguments than A B C D");
+        }
+        for (size_t i = 0; i < request_.arguments.size(); ++i) {
+            const std::string& word = request_.arguments[i];
+            const std::optional<int32_t> number = i == 1 ? ReadComponent(word) : ReadNumber(word);
+            if (!number) {
+                throw UsageError("argument " + std::string(1, kArgumentNames[i]) + " '" + word +
+                                 "' is no number from 0 to 2147483647");
+            }
+            arguments_[i] = *number;
+        }
+    }
+
+    /** A number stays as it is: CheckComponent says what is wrong with it. */
+    std::optional<int32_t> ReadComponent(const std::string& word) const {
+        for (const component_definition& each : ComponentsOf(trap_)) {
+            if (word == each.word) {
+                return each.number;
+            }
+        }
+        const std::optional<int32_t> number = ReadNumber(word);
+        if (!number && !ComponentsOf(trap_).empty()) {
+            FailComponent(word);
+        }
+        return number;
+    }
+
+    [[noreturn]] void FailComponent(const std::string& word) const {
+        std::string known;
+        for (const component_definition& each : ComponentsOf(trap_)) {
+            known += (known.empty() ? "" : ", ") + std::string(each.word) + " (" +
+                     std::to_string(each.number) + ")";
+        }
+        throw UsageError(std::string(notification_->word) + " knows no component '" + word + "', only " +
+                         known);
+    }
+
+    [[noreturn]] void FailArgument(const char* name, const char* meaning) const {
+        throw UsageError(std::string(notification_->word) + " needs argument " + name + ": " + meaning);
+    }
+
+    bool Given(size_t argument) const { return request_.arguments.size() > argument; }
+
+    static bool Fits(row_rule rule, int32_t number) {
+        switch (rule) {
+            case row_rule::next_index:
+                return true;
+            case row_rule::one_or_two:
+                return number == 1 || number == 2;
+            default:
+                return number > 0;
+        }
+    }
+
+    void CheckObject() const {
+        if (notification_ == nullptr || *notification_->argument == '\0') {
+            return;
+        }
+        const object_rule* object = notification_->object;
+        if (!Given(0) || (object != nullptr && !Fits(object->state.find, arguments_[0]))) {
+            FailArgument("A", notification_->argument);
+        }
+    }
+
+    void CheckComponent() const {
+        if (ComponentsOf(trap_).empty()) {
+            return;
+        }
+        if (!Given(1)) {
+            FailArgument("B", "the component, by word or number");
+        }
+        const component_definition* component = find_component(trap_, arguments_[1]);
+        if (component == nullptr) {
+            FailComponent(request_.arguments[1]);
+        }
+        if (!Given(2) || !Fits(component->state.find, arguments_[2])) {
+            FailArgument("C", component->argument);
+        }
+    }
+
+    /** The daemon refuses a device without a type or a status. */
+    void CheckDevice() const {
+        if (notification_ == nullptr || !IsAboutDevice(*notification_)) {
+            return;
+        }
+        if (arguments_[1] == 0) {
+            FailArgument("B", kDeviceType);
+        }
+        if (arguments_[2] == 0) {
+            FailArgument("C", kDeviceStatus);
+        }
+    }
+
+    std::string EventId() const {
+        if (!request_.event_id.empty()) {
+            return GivenEventId();
+        }
+        const bool has_components = !ComponentsOf(trap_).empty();
+        for (const force_definition& each : forced_notifications) {
+            if (each.trapNum == trap_ && (!has_components || each.component == arguments_[1])) {
+                return each.event_id;
+            }
+        }
+        return kNoEventId;
+    }
+
+    std::string GivenEventId() const {
+        std::vector<std::string> numbers;
+        Split(request_.event_id, ",", numbers);
+        if (numbers.size() != 3 || !std::ranges::all_of(numbers, [](const std::string& each) {
+                return ReadNumber(each).has_value();
+            })) {
+            throw UsageError("the event id '" + request_.event_id + "' is not three numbers, as in 13,1,37");
+        }
+        return numbers[0] + ' ' + numbers[1] + ' ' + numbers[2];
+    }
+
+    int32_t State() const {
+        if (!request_.cleared) {
+            return arguments_[3];
+        }
+        if (Given(3) && arguments_[3] != kClearingArgument) {
+            throw UsageError("argument D " + request_.arguments[3] + " contradicts --cleared");
+        }
+        return kClearingArgument;
+    }
+
+    /** Plain notifications want a blank before the mark, the others do not mind it; the one whose text is
+       shown as it stands has no mark. */
+    std::string AlertString() const {
+        const std::string alert = request_.alert.value_or("");
+        const bool shown_whole = notification_ != nullptr && Carries(*notification_, COLID_trapMiscAlertText);
+        if (shown_whole || alert.find(kTextMark) != std::string::npos) {
+            return alert;
+        }
+        return (notification_ == nullptr ? " " : "") + std::string(kTextMark) + alert;
+    }
+
+    const TrapRequest& request_;
+    int32_t trap_ = -1;
+    const notification_definition* notification_ = nullptr;  ///< null: a plain one, or the cold start
+    int32_t arguments_[kArguments] = {};
+};
+
+}  // namespace
+
+bool IsAboutDevice(const notification_definition& notification) {
+    return Carries(notification, COLID_trapSIDeviceType);
+}
+
+void CheckTrapText(const std::string& text) {
+    if (text.find('\n') != std::string::npos) {
+        throw UsageError("a trap command is one line; the text holds a line feed");
+    }
+    if (text.size() > kGreatestTrapText) {
+        throw UsageError("the trap command has " + std::to_string(text.size()) +
+                         " bytes; the daemon looks at " + std::to_string(kGreatestTrapText) +
+                         " and would cut the rest");
+    }
+}
+
+std::string TrapText(const TrapRequest& request) {
+    return TrapWriter(request).Write();
+}
