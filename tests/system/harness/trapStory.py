@@ -2,7 +2,7 @@
 
 from collections import namedtuple
 
-from . import array, management, machine, story, traps
+from . import array, management, machine, story, trapLists, traps
 from .receiver import Receiver
 from .traps import Event, Model
 
@@ -100,7 +100,7 @@ class TrapStory(story.SharedStory):
     @classmethod
     def object_case(cls, number, place, ids=IDS, text=""):
         """place: in the array's list of the kind; the last for -1."""
-        kind = capital(traps.OBJECTS[number].kind)
+        kind = capital(trapLists.OBJECTS[number].kind)
         if number == 211:
             return Case(Event(ids, number, 1, text=text), kind, "1", "PortsBalanced", "True", "False", "odd")
         index = cls.index_of(kind, place)
@@ -110,7 +110,7 @@ class TrapStory(story.SharedStory):
     @classmethod
     def component_case(cls, number, component, parent, place, ids=IDS, text=""):
         """parent, place: in the list of controllers or enclosures, and in that of the parent's components."""
-        kind, dump = capital(traps.COMPONENTS[number, component].kind), cls.array.dump()
+        kind, dump = capital(trapLists.COMPONENTS[number, component].kind), cls.array.dump()
         owner, tag = ("TsController", "ControllerIndex") if number == 204 else ("TsEnclosure", "EnclosureIndex")
         parents = [each["Index"] for each in dump[owner]]
         rows = [each["Index"] for each in dump[kind] if each[tag] == parents[parent]]
@@ -121,9 +121,9 @@ class TrapStory(story.SharedStory):
     @classmethod
     def cases(cls, place, ids=IDS, text=""):
         """One for every kind; place: 0 or -1, everywhere."""
-        return ([cls.object_case(number, place, ids, text) for number in traps.OBJECTS] +
+        return ([cls.object_case(number, place, ids, text) for number in trapLists.OBJECTS] +
                 [cls.component_case(number, component, place, place, ids, text)
-                 for number, component in traps.COMPONENTS])
+                 for number, component in trapLists.COMPONENTS])
 
     @classmethod
     def put(cls, case, value):
@@ -137,9 +137,12 @@ class TrapStory(story.SharedStory):
         management.send(*(management.trap(event.command()) for event in events))
 
     @classmethod
-    def expect(cls, event, before=0, limit_s=30):
+    def expect(cls, event, before=0):
         """The next notification is that of the event, as the array is now. before: the uptime when it was told."""
-        got = cls.receiver.take(limit_s)
+        cls.assert_is(event, cls.receiver.take(), before)
+
+    @classmethod
+    def assert_is(cls, event, got, before=0):
         wanted = cls.model().notification(event, cls.VERSION, COMMUNITY)
         lines = traps.differences(wanted, got, (before, uptime() + 1))
         if lines:

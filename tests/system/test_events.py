@@ -1,0 +1,188 @@
+"""The way in of events: the management socket with its good and bad senders, and the order in which events come
+out."""
+
+import re
+import unittest
+
+from harness import management, story
+from harness.trapStory import COLD_START, MARK, RECEIVED, TrapStory
+from harness.traps import Event
+
+IDS = (5, 6, 7)
+EARLY = tuple(Event(IDS, 201, text=f"early {number}") for number in range(3))
+STRIKE = "failed interface test to apimgr: strikes_against_apimgr = 1 out of 3"
+NO_MANAGEMENT = "Invalid connection data: PDU is not a mgmt message"
+COUNTERS = re.compile(r"accept_counter=(-?\d+), cmd_specific_counter=(-?\d+)")
+THROWN = "Caught std::exception processing request: "
+
+# Texts that are no event, and leave nothing at all.
+MALFORMED = ("", " ", "junk", "1 2 3 201", "1 2 3 201 5 6 7", "1 2 3 201 5 6 7 ", "1 2 3 201 5 6 7 8", "1" * 600,
+             "1 2 3 201 5 6 7" + " " * 500 + "8 text", "1 2 3 201 0 0 0" + " " * 484 + "0 text", None)
+
+# Texts that are read all the same, and what they mean.
+ODD = (("1  2    3 201  0 0 0     0 text", Event((1, 2, 3), 201, text="text")),
+       ("a b c 201 x y z 5junk text", Event((0, 0, 0), 201, d=5, text="text")),
+       ("+1 -2 3x 201 0 0 0 0 text", Event((1, -2, 3), 201, text="text")),
+       ("1 2 3 201 0 0 0 0 ", Event((1, 2, 3), 201)),
+       ("1 2 3 201 0 0 0 0   blanks ahead", Event((1, 2, 3), 201, text="  blanks ahead")))
+
+GOOD = management.envelope(management.management_body(management.SEND_TRAP, MARK.command()))
+# What a sender writes before it closes, and whether an error is told.
+BAD_SENDERS = (("nothing", b"", False), ("half a length", b"\0\0", True), ("a length alone", b"\0\0\0\x20", True),
+               ("half a body", management.frame(GOOD)[:-5], True), ("an empty body", management.frame(b""), True),
+               ("garbage", management.frame(b"\xff" * 40), True),
+               ("an unknown kind", management.frame(management.envelope(b"", kind=42)), True),
+               ("a body without its kind", management.frame(management.octets_field(6, b"")), True),
+               ("a management message without what it needs",
+                management.frame(management.envelope(management.number_field(4, 1))), True),
+               ("a length beyond the greatest", (management.GREATEST_BODY + 1).to_bytes(4, "big") + b"x" * 10, True),
+               ("the greatest number as length", b"\xff\xff\xff\xff", True))
+
+
+class Events(TrapStory):
+    SETTINGS = {"verbose": "yes"}
+
+    @classmethod
+    def launch(cls):
+        """Events that come before the daemon is up are kept, in the order in which it has heard of them."""
+        cls.array.start(objects=cls.objects())
+        cls.array.fault("delay", "2000", "on", "TsUps", "for", "1")  # so that the start takes long enough
+        cls.daemon.start(wait=False)
+        management.wait_until_there()
+        cls.tell(*EARLY)
+        cls.daemon.wait_until_served()
+        lines = [line for line in cls.daemon.log().splitlines() if RECEIVED in line or "generate coldstart" in line]
+        early = next(place for place, line in enumerate(lines) if RECEIVED not in line)
+        for event in EARLY[:early] + (COLD_START,) + EARLY[early:]:
+            cls.expect(event)
+
+    # --- the texts
+
+    def test_malformed_texts_leave_nothing(self):
+        for text in MALFORMED:
+            with self.subTest(text=text):
+                self.daemon.begin_log()
+                management.send(management.message(management.SEND_TRAP, text), management.trap(MARK.command()))
+                self.expect(MARK)
+                lines = [line for line in self.daemon.log().splitlines() if "trapNum: " in line]
+                self.assertEqual(len(lines), 1, lines)
+
+    def test_odd_texts(self):
+        for text, event in ODD:
+            with self.subTest(text=text):
+                management.send(management.trap(text))
+                self.expect(event)
+
+    # --- the messages
+
+    def counters(self):
+        """(all messages, those of the right kind) by the daemon's line about the latest one."""
+        return [int(number) for number in COUNTERS.search(self.daemon.wait_for_log(RECEIVED)[-1]).groups()]
+
+    def test_wrong_messages_do_not_end_the_connection(self):
+        body = management.management_body
+        cases = ((management.envelope(None, kind=2), NO_MANAGEMENT), (management.envelope(None), NO_MANAGEMENT),
+                 (management.envelope(body(1, MARK.command()), kind=2), NO_MANAGEMENT),
+                 (management.envelope(body(1, MARK.command(), command_type=1)),
+                  "Received unknown mgmtMsg.cmdtype(): 1"),
+                 (management.envelope(body(1, command_type=2**32 - 1)), "Received unknown mgmtMsg.cmdtype(): -1"),
+                 (management.envelope(body(0)), "Received unknown mgmtMsg.cmdspecific(): 0"),
+                 (management.envelope(body(None)), "Received unknown mgmtMsg.cmdspecific(): 0"),
+                 (management.envelope(body(6)), "Received unknown mgmtMsg.cmdspecific(): 6"),
+                 (management.envelope(body(2**31)), "Received unknown mgmtMsg.cmdspecific(): -2147483648"))
+        self.tell_and_expect(MARK)
+        before = self.counters()
+        self.daemon.begin_log()
+        with management.Sender() as sender:
+            for number, (octets, line) in enumerate(cases, 1):
+                with self.subTest(octets=octets):
+                    sender.send(management.frame(octets))
+                    self.daemon.wait_for_log(line, times=sum(line == each[1] for each in cases[:number]))
+            # What is not looked at may hold anything.
+            sender.send(management.message(management.SEND_TRAP, MARK.command(), service=2**32 - 1, kind=77))
+            self.expect(MARK)
+        wrong_kind = sum("cmdspecific" not in line for _, line in cases)
+        after = self.counters()
+        self.assertEqual((after[0] - before[0], after[1] - before[1]), (len(cases) + 1, len(cases) + 1 - wrong_kind))
+
+    def test_switches(self):
+        self.daemon.begin_log()
+        management.send(*(management.message(code) for code in (
+            management.VERBOSE_OFF, management.VERBOSE_OFF, management.VERBOSE_ON, management.VERBOSE_ON)))
+        self.daemon.wait_for_log("Set verbose to True", times=2)
+        self.assertEqual(len(self.daemon.lines_with("Set verbose to False")), 1)
+
+    def test_the_switch_of_short_answers(self):
+        """Requests carry the wish for short objects until it is taken back."""
+        for text, wish in (("false", "0"), ("true", "1")):
+            management.send(management.message(management.TEMP_TEST))
+            self.daemon.wait_for_log(f"liteObjEnabled toggled to {text}")
+            self.tell_and_expect(Event(IDS, 211, 1))
+            self.assertEqual(self.array.last_exchange("GetList", "Tessera")["lite"], wish)
+
+    # --- the senders
+
+    def test_bad_senders_do_not_stop_the_listener(self):
+        for name, octets, is_told in BAD_SENDERS:
+            for ahead in ((), (MARK,)):
+                with self.subTest(sender=name, ahead=ahead):
+                    self.daemon.begin_log()
+                    management.send(*(management.trap(event.command()) for event in ahead), octets)
+                    for event in ahead:
+                        self.expect(event)
+                    self.tell_and_expect(MARK)
+                    self.assertEqual(len(self.daemon.lines_with(THROWN)), 1 if is_told else 0)
+
+    def test_a_length_beyond_the_greatest_ends_the_connection_at_once(self):
+        with management.Sender() as sender:
+            sender.send((management.GREATEST_BODY + 1).to_bytes(4, "big"))
+            sender.wait_until_dropped()
+        self.tell_and_expect(MARK)
+
+    def test_a_frame_that_comes_octet_by_octet(self):
+        with management.Sender() as sender:
+            for octet in management.trap(MARK.command()):
+                sender.send(bytes([octet]))
+        self.expect(MARK)
+
+    def test_a_second_sender_waits_for_the_first(self):
+        first = [Event(IDS, 201, text=f"first {number}") for number in range(20)]
+        second = [Event(IDS, 201, text=f"second {number}") for number in range(20)]
+        with management.Sender() as one:
+            one.send(management.trap(first[0].command()))
+            self.expect(first[0])
+            self.tell(*second)  # and goes, but its words stay
+            for event in first[1:]:
+                one.send(management.trap(event.command()))
+            for event in first[1:]:
+                self.expect(event)
+            self.assertTrue(self.receiver.is_empty())
+        for event in second:
+            self.expect(event)
+
+    # --- order
+
+    def test_a_burst_comes_out_in_order_and_whole(self):
+        events = [Event((1, 2, 3), 201, text=f"number {number}") for number in range(1000)]
+        self.tell(*events)
+        for event in events:
+            self.expect(event)
+        self.assertTrue(self.receiver.is_empty())
+
+    def test_events_wait_for_the_array(self):
+        kept = [Event(IDS, 201, text=f"kept {number}") for number in range(30)]
+        kept.insert(15, Event(IDS, 208, int(self.array.dump()["TsVolume"][0]["Index"]), text="@@@kept too"))
+        self.daemon.begin_log()
+        self.array.fault("stop-listening")
+        self.daemon.wait_for_log(STRIKE)
+        self.tell(*kept)
+        self.daemon.wait_for_log(RECEIVED, times=len(kept))
+        self.assertTrue(self.receiver.is_empty())
+        self.array.clear_faults()
+        for event in kept:
+            self.expect(event)
+
+
+if __name__ == "__main__":
+    unittest.TestCase.maxDiff = None
+    story.tell()

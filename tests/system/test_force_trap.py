@@ -1,0 +1,136 @@
+"""Notifications that a manager asks for: the word ForceTrap in a row's own column, or a whole command in a scalar."""
+
+import unittest
+
+from harness import mib, story
+from harness.trapStory import TrapStory
+from harness.traps import Event, Refused
+
+# Table, trap number, ids, and what stands behind: "row", "index" (of the object), "component B".
+FAMILY = (("tsCtlr", 203, (37, 4, 8), "index"), ("tsDisk", 202, (13, 1, 37), "row"),
+          ("tsEncl", 205, (12, 1, 100), "row"), ("tsCtlrFan", 204, (29, 1, 98), "component 1"),
+          ("tsCtlrPower", 204, (29, 1, 43), "component 2"), ("tsCtlrVoltage", 204, (29, 1, 34), "component 4"),
+          ("tsCtlrTemp", 204, (29, 1, 48), "component 3"), ("tsEnclFan", 206, (12, 5, 28), "component 1"),
+          ("tsEnclPower", 206, (12, 4, 33), "component 2"), ("tsEnclIoMod", 206, (12, 6, 35), "component 5"),
+          ("tsEnclTemp", 206, (12, 6, 35), "component 3"), ("tsEnclAlarm", 206, (12, 7, 37), "component 6"),
+          ("tsDiskFolder", 207, (18, 24, 14), "index"), ("tsVolume", 208, (15, 1, 60), "index"),
+          ("tsServer", 209, (23, 1, 301), "index"), ("tsCache", 210, (29, 1, 47), "row"),
+          ("tsTs", 211, (7, 7, 7), "row"), ("tsUPS", 212, (29, 1, 22), "index"))
+
+# Kind, its table, the rows of the table, and what is said of the last.
+FULL = (("TsDiskFolder", "tsDiskFolder", 500, "disk folder index too large"),
+        ("TsVolume", "tsVolume", 2000, "volume index too large"),
+        ("TsServer", "tsServer", 500, "server index too large"), ("TsUps", "tsUPS", 100, "ups index too large"))
+
+PAYLOAD = "NMS's ForceTrap payload: "
+COMMAND = mib.scalar("forceTrapCommand")
+
+
+def filled(objects, rows):
+    """A list with copies of its last object, of further indexes, until there are so many."""
+    index = max(int(each["Index"]) for each in objects)
+    return objects + [{**objects[-1], "Index": str(index + number)} for number in range(1, rows - len(objects) + 1)]
+
+
+class ForcedNotifications(TrapStory):
+    SETTINGS = {"verbose": "yes"}
+
+    @classmethod
+    def objects(cls):
+        objects = super().objects()
+        for kind, _, rows, _ in FULL:
+            objects[kind] = filled(objects[kind], rows)
+        usage = objects["TsDiskFolderStorageUsage"][-1]
+        objects["TsDiskFolderStorageUsage"] = [{**usage, "Index": each["Index"]} for each in objects["TsDiskFolder"]]
+        return objects
+
+    def force(self, table, instance, form=str):
+        self.daemon.begin_log()
+        answer = self.writer.set((form(mib.oid(table + "ForceTrap", *instance)), "s", "ForceTrap"))
+        self.assertEqual(answer.status, 0, answer)
+
+    def event_of(self, number, ids, what, table, instance):
+        def index():
+            return self.model().array.value(table + "ApiIndex", *instance)
+
+        if what == "row":
+            return Event(ids, number, instance[0], text="@@@")
+        if table == "tsCtlr":
+            return Event(ids, number, int(self.index_of("TsController", instance[0] - 1)), text="@@@")
+        if what == "index":
+            return Event(ids, number, index(), text="@@@")
+        third = index() - 2 if table == "tsCtlrFan" else instance[1]
+        return Event(ids, number, instance[0], int(what.split()[1]), third, text="@@@")
+
+    def assert_outcome(self, event):
+        """The command is the event's, and comes of it what comes of an event from the array."""
+        self.daemon.wait_for_log(PAYLOAD)
+        self.assertEqual([line.partition(PAYLOAD)[2] for line in self.daemon.lines_with(PAYLOAD)], [event.command()])
+        try:
+            self.model().list_of(event)
+        except Refused as refusal:
+            self.daemon.wait_for_log(str(refusal))
+            self.expect_nothing_of()
+        else:
+            self.expect(event)
+
+    def instances(self, table):
+        """Of the first rows of the first parents, and one further on."""
+        column, model = table + "ForceTrap", self.model().array
+        wanted = [(1,), (2,), (3,), (5,)] if mib.TABLES[table].parent == "none" else [(1, 1), (1, 2), (2, 1), (2, 3)]
+        return [instance for instance in wanted if model.value(column, *instance) is not None]
+
+    def test_every_row_of_the_family(self):
+        for table, number, ids, what in FAMILY:
+            for instance in self.instances(table):
+                with self.subTest(table=table, instance=instance):
+                    event = self.event_of(number, ids, what, table, instance)
+                    self.force(table, instance, mib.old_form if instance[-1] == 2 else str)
+                    self.assert_outcome(event)
+        self.manager.wait_for_value(COMMAND, event.command(), 60)  # the scalar follows with its next refresh
+
+    def test_the_last_row_of_a_full_table_is_refused(self):
+        for kind, table, rows, line in FULL:
+            with self.subTest(table=table):
+                number, ids, what = next(row[1:] for row in FAMILY if row[0] == table)
+                self.force(table, (rows,))
+                self.daemon.wait_for_log(line)
+                self.expect_nothing_of()
+                self.assertEqual(self.daemon.lines_with(PAYLOAD), [])
+                self.force(table, (rows - 1,))
+                self.assert_outcome(self.event_of(number, ids, what, table, (rows - 1,)))
+
+    def test_an_unhealthy_object_is_told_of_once(self):
+        case = self.object_case(208, 4)
+        self.put(case, "Down")
+        self.force("tsVolume", (5,))
+        event = self.event_of(208, (15, 1, 60), "index", "tsVolume", (5,))
+        self.assert_outcome(event)
+        self.force("tsVolume", (5,))
+        self.daemon.wait_for_log("cuz it would be redundant: trapNum: 208")
+        self.expect_nothing_of()
+        self.put(case, "Up")
+        self.force("tsVolume", (5,))
+        self.assert_outcome(event)
+
+    def test_whole_commands(self):
+        event = self.object_case(212, 0, (1, 2, 3), "@@@by hand").event
+        for event in (event, event._replace(d=5), Event((4, 5, 6), 201, text="free text"), Event((1, 1, 1), 7),
+                      Event((0, 0, 0), 0), Event((6, 6, 6), 200), Event((6, 6, 6), 201, text="x" * 600)):
+            with self.subTest(event=event):
+                answer = self.writer.set((COMMAND, "s", event.command()))
+                self.assertEqual(answer.status, 0, answer)
+                self.expect(event)
+                self.assertEqual(self.manager.value(COMMAND), event.command())
+
+    def test_commands_that_are_none(self):
+        for text in ("", "ForceTrap", "1 2 3 201 0 0 0 0"):
+            with self.subTest(text=text):
+                self.writer.set((COMMAND, "s", text))
+                self.expect_nothing_of()
+                self.assertEqual(self.manager.value(COMMAND), text)
+
+
+if __name__ == "__main__":
+    unittest.TestCase.maxDiff = None
+    story.tell()
