@@ -87,7 +87,6 @@ class ForcedNotifications(TrapStory):
                     event = self.event_of(number, ids, what, table, instance)
                     self.force(table, instance, mib.old_form if instance[-1] == 2 else str)
                     self.assert_outcome(event)
-        self.manager.wait_for_value(COMMAND, event.command(), 60)  # the scalar follows with its next refresh
 
     def test_the_last_row_of_a_full_table_is_refused(self):
         for kind, table, rows, line in FULL:

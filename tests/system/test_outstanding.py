@@ -103,6 +103,10 @@ class Outstanding(TrapStory):
             self.tell_and_expect(case.event)
         self.assertEqual(self.displayed(), [self.record_line(case, 2, "Down") for case in cases])
 
+        # A manager asks for one that is remembered: nothing is sent. The command shows when the scalar is refreshed.
+        self.assertEqual(self.writer.set((mib.oid("tsVolumeForceTrap", 2), "s", "ForceTrap")).status, 0)
+        self.expect_nothing_of()
+
         self.daemon.begin_log()
         for case in (recovering, component, ups):
             self.put(case, case.good)
@@ -117,6 +121,7 @@ class Outstanding(TrapStory):
         self.assertEqual(self.displayed(), [self.record_line(staying, 2, "Down"),
                                             self.record_line(changing, 3, "Degraded")])
         self.assertTrue(self.receiver.is_empty())
+        self.manager.wait_for_value(mib.scalar("forceTrapCommand"), f"15 1 60 208 {staying.event.a} 0 0 0 @@@", 60)
 
 
 if __name__ == "__main__":
