@@ -4,7 +4,7 @@ out."""
 import re
 import unittest
 
-from harness import management, story
+from harness import management, story, waiting
 from harness.trapStory import COLD_START, MARK, RECEIVED, TrapStory
 from harness.traps import Event
 
@@ -118,7 +118,9 @@ class Events(TrapStory):
             management.send(management.message(management.TEMP_TEST))
             self.daemon.wait_for_log(f"liteObjEnabled toggled to {text}")
             self.tell_and_expect(Event(IDS, 211, 1))
-            self.assertEqual(self.array.last_exchange("GetList", "Tessera")["lite"], wish)
+            # The array writes its line when the answer has left.
+            waiting.wait_until(lambda: self.array.last_exchange("GetList", "Tessera")["lite"] == wish,
+                               f"the array is asked for objects with the wish {wish}")
 
     # --- the senders
 

@@ -45,8 +45,10 @@ int StartHeartbeatMonitor(int port) {
         syslog(LOG_WARNING,
                "Failed to initialize heartbeat monitor listener thread at port[%d]. Error code(%d).", port,
                error);
+        return error;
     }
-    return error;
+    pthread_detach(thread);  // never joined
+    return 0;
 }
 
 void* HeartbeatThreadRoutine(void* argument) {
