@@ -2,7 +2,7 @@
 #include <map>
 #include <string>
 
-#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiDaemonMethods.h"
+#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsDisk.h"
 #include "bench/ratio.h"
 
 // What does the rendering of a request cost, against one snprintf of the same text?

@@ -2,7 +2,7 @@
 
 #include <exception>
 
-#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiDaemonMethods.h"
+#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsController.h"
 #include "apiMgmt/common/platform/clock.h"
 #include "apiMgmt/common/utils/generalUtils.h"
 #include "apiMgmt/common/utils/timeUtil.h"

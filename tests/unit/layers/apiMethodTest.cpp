@@ -1,8 +1,9 @@
 #include <gmock/gmock.h>
 
-#include <memory>
-
-#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiDaemonMethods.h"
+#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTessera.h"
+#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsController.h"
+#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsDisk.h"
+#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsEnclosure.h"
 
 namespace {
 
@@ -86,59 +87,6 @@ TEST(ApiMethod, ReadsLiteObjAsABool) {
              {"", false}, {"0", false}, {"2", false}, {"yes", false}, {"1", true}, {"tRUE", true}}) {
         method.SetAttribute("LiteObj", text);
         EXPECT_EQ(method.IsLiteObj(), lite) << text;
-    }
-}
-
-struct DaemonMethod {
-    std::unique_ptr<BASEApiMethod> method;
-    std::string class_name;
-    std::string command;
-};
-
-#define METHOD(object, command)                                                                         \
-    {                                                                                                   \
-        std::make_unique<API##object::API##object##command##Method>(), "API" #object #command "Method", \
-            #command                                                                                    \
-    }
-
-TEST(ApiMethod, EveryClassOfTheDaemonSaysWhatItsNameSays) {
-    const DaemonMethod methods[] = {METHOD(TsController, GetList),
-                                    METHOD(TsEnclosure, GetList),
-                                    METHOD(TsDiskFolder, GetList),
-                                    METHOD(TsRemoteTessera, GetList),
-                                    METHOD(TsControllerCacheCard, GetList),
-                                    METHOD(TsControllerFanSensor, GetList),
-                                    METHOD(TsControllerPowerSupply, GetList),
-                                    METHOD(TsControllerVoltageSensor, GetList),
-                                    METHOD(TsControllerTemperatureSensor, GetList),
-                                    METHOD(TsEnclosureCoolingFanSensor, GetList),
-                                    METHOD(TsEnclosurePowerSupply, GetList),
-                                    METHOD(TsEnclosureIoModule, GetList),
-                                    METHOD(TsEnclosureTemperatureSensor, GetList),
-                                    METHOD(TsEnclosureAudibleAlarm, GetList),
-                                    METHOD(Tessera, GetList),
-                                    METHOD(TsUps, GetList),
-                                    METHOD(TsObjectCount, GetList),
-                                    METHOD(TsDisk, GetList),
-                                    METHOD(TsDiskConfiguration, GetList),
-                                    METHOD(TsAlert, GetList),
-                                    METHOD(TsVolume, GetList),
-                                    METHOD(TsServer, GetList),
-                                    METHOD(TsDisk, Get),
-                                    METHOD(TsDiskConfiguration, Get),
-                                    METHOD(TsDiskFolder, Get),
-                                    METHOD(TsAlert, Get),
-                                    METHOD(TsVolume, Get),
-                                    METHOD(TsServer, Get),
-                                    METHOD(TsDiskFolderStorageUsage, Get),
-                                    METHOD(Tessera, Modify)};
-    for (const auto& [method, class_name, command] : methods) {
-        EXPECT_EQ("API" + method->GetObjectName() + method->GetCommandName() + "Method", class_name);
-        EXPECT_EQ(method->GetCommandName(), command);
-        EXPECT_EQ(method->ChangesState(), command == "Modify") << class_name;
-        EXPECT_EQ(method->GetRequiredPrivilege(), command == "Modify" ? 1 : 3) << class_name;
-        EXPECT_EQ(dynamic_cast<GETLISTApiMethod*>(method.get()) != nullptr, command == "GetList")
-            << class_name;
     }
 }
 

@@ -1,5 +1,6 @@
 #include "apiMgmt/apiStub/base/apiObjects/base/baseApiMethod.h"
 
+#include "apiMgmt/apiStub/base/apiObjects/base/elementText.h"
 #include "apiMgmt/common/utils/stringUtil.h"
 
 namespace {
@@ -8,16 +9,6 @@ constexpr char kLiteObj[] = "LiteObj";
 
 /** More than the fixed markup of a call takes. */
 constexpr size_t kFixedMarkup = 224;
-
-void AppendElement(std::string& out, std::string_view name, std::string_view text) {
-    out += '<';
-    out += name;
-    out += '>';
-    out += text;
-    out += "</";
-    out += name;
-    out += '>';
-}
 
 }  // namespace
 
@@ -28,8 +19,8 @@ BASEApiMethod::BASEApiMethod(bool association, const std::map<std::string, std::
     attributes.erase("");
 }
 
-const std::vector<BASEApiAttribute*>& BASEApiMethod::GetAttributeList() const {
-    static const std::vector<BASEApiAttribute*> none;
+const ATTRIBUTEList& BASEApiMethod::GetAttributeList() const {
+    static const ATTRIBUTEList none;
     return none;
 }
 

@@ -1,11 +1,20 @@
 #pragma once
 
+#include <cstdint>
 #include <map>
+#include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
-class BASEApiAttribute;
+#include "apiMgmt/apiStub/base/apiAttributes/baseApiAttribute.h"
+
+class APIChannel;
+class BASEApiMethodReturn;
+struct ConnectionRecord;
+
+namespace protoIPCMsg {
+class GPBIPCMsg;
+}
 
 /** Who may call a method. */
 enum UserPrivilege : int {
@@ -16,7 +25,9 @@ enum UserPrivilege : int {
 
 /**
  * One call of the API manager: a class names the object and the command, an instance holds the arguments and
- * renders them. Construct, set attributes, GenerateXml, delete; an instance belongs to one thread.
+ * renders them. Construct, set attributes, perhaps ValidateAttributes; then either GenerateXml for a document
+ * of one's own, or Execute or ExecuteWithSession, which send it and decode the answer. An instance belongs to
+ * one thread.
  */
 class BASEApiMethod {
   public:
@@ -34,7 +45,7 @@ class BASEApiMethod {
     virtual int GetRequiredPrivilege() const { return USER_PRIVILEGE_REPORTER; }
 
     /** The descriptors of the arguments; they live until the process exits. */
-    virtual const std::vector<BASEApiAttribute*>& GetAttributeList() const;
+    virtual const ATTRIBUTEList& GetAttributeList() const;
 
     /**
      * The call as an <ApiMethod> element, arguments in the byte order of their names. Values are written as
@@ -43,7 +54,7 @@ class BASEApiMethod {
      */
     virtual std::string GenerateXml(bool async, bool xmlObjects) const;
 
-    /** Throws when a required argument is missing. */
+    /** Throws APIMethodError when a required argument is missing. */
     virtual void CheckRequiredAttributes() const {}
 
     /** Throws when the call makes no sense in the present state. */
@@ -56,17 +67,71 @@ class BASEApiMethod {
     std::string GetAttribute(std::string_view name) const;
 
     bool HasAttribute(std::string_view name) const;
+    /** False for null. */
+    bool HasAttribute(const BASEApiAttribute* attribute) const;
+
+    /** The class's descriptor of that name, or null. */
+    const BASEApiAttribute* FindAttribute(std::string_view name) const;
+
+    /** Whether the name is that of a filter: filters may be absent even where they are required. */
+    static bool IsFilterAttribute(std::string_view name);
 
     /** Asks for the objects in their lite form. */
     void SetLiteObj();
     bool IsLiteObj() const;
 
+    /** Throws APIMethodError for a missing argument or a value that its descriptor refuses. Arguments without
+       a descriptor are not examined. */
+    void ValidateAttributes() const;
+
+    /**
+     * Fills the request for this call. connection: on whose behalf, or null; then sessionKey must not be
+     * empty, else APIMethodError is thrown before the request is touched. blobs: data that travels beside the
+     * document, by name, or null. locale: of the answer's texts, left out unless it has five characters
+     * ("en_US").
+     */
+    void BuildRequest(protoIPCMsg::GPBIPCMsg& request, const ConnectionRecord* connection,
+                      const std::string& sessionKey, const std::map<std::string, std::string>* blobs,
+                      const std::string& locale) const;
+
+    /** The way that Exchange and what stands on it take; null, as at first, for the library's own. Lent: it
+       must outlive the calls. */
+    void SetChannel(APIChannel* lent) { channel = lent; }
+
+    /** Sends a request to the API manager, over a connection of its own unless there is a channel, and waits
+       for the answer. What goes wrong there is thrown as WireLinkError. */
+    void Exchange(const protoIPCMsg::GPBIPCMsg& request, protoIPCMsg::GPBIPCMsg& response) const;
+
+    /**
+     * What a response says, owned by the caller; null for an answer without a result, as a successful Modify
+     * gives, and for a document of another kind. Throws nothing for a bad answer: that becomes a return that
+     * is not successful.
+     */
+    BASEApiMethodReturn* DecodeResponse(const protoIPCMsg::GPBIPCMsg& response) const;
+
+    /** BuildRequest, Exchange and DecodeResponse in one, under a session or on behalf of a client; throws
+       what they throw. The result belongs to the caller and may be null. */
+    BASEApiMethodReturn* ExecuteWithSession(const std::string& sessionKey,
+                                            const std::map<std::string, std::string>* blobs,
+                                            const std::string& locale) const;
+    BASEApiMethodReturn* Execute(const ConnectionRecord* connection,
+                                 const std::map<std::string, std::string>* blobs) const;
+
   protected:
     explicit BASEApiMethod(bool association);
     BASEApiMethod(bool association, const std::map<std::string, std::string>& initial);
 
+    /** Throws APIMethodError, with that place, for the first of the names that has no value and is no filter.
+     */
+    void CheckRequired(std::span<const std::string> names, const char* sourceFile, uint32_t sourceLine) const;
+
   private:
+    BASEApiMethodReturn* SendAndDecode(const ConnectionRecord* connection, const std::string& sessionKey,
+                                       const std::map<std::string, std::string>* blobs,
+                                       const std::string& locale) const;
+
     const bool isAssociation;
     /** By name; std::less on bytes is the order of the document. */
     std::map<std::string, std::string, std::less<>> attributes;
+    APIChannel* channel = nullptr;
 };

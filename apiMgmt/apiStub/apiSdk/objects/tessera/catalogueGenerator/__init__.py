@@ -1,0 +1,1 @@
+"""Makes the classes of the array's objects from data/objects and data/methodObjects.def."""

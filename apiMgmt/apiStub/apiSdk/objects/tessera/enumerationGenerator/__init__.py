@@ -1,0 +1,1 @@
+"""Makes the constant tables of the enumerations from data/enumerations."""

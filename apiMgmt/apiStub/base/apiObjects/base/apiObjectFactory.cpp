@@ -1,0 +1,30 @@
+#include "apiMgmt/apiStub/base/apiObjects/base/apiObjectFactory.h"
+
+#include "apiMgmt/apiStub/base/apiObjects/base/apiMethodReturn.h"
+
+// Made at the first registration, which may come before the static objects of this unit.
+
+template <>
+APIObjectFactory<BASEApiObject>& APIObjectFactory<BASEApiObject>::Instance() {
+    static APIObjectFactory factory;
+    return factory;
+}
+
+template <>
+APIObjectFactory<BASEApiMethod>& APIObjectFactory<BASEApiMethod>::Instance() {
+    static APIObjectFactory factory;
+    return factory;
+}
+
+template <>
+APIObjectFactory<BASEApiMethodObject>& APIObjectFactory<BASEApiMethodObject>::Instance() {
+    static APIObjectFactory factory;
+    return factory;
+}
+
+namespace {
+
+// Registered here and not beside its class: whoever links a factory from the archive gets this unit.
+const REGISTERClass<BASEApiObject, APIApiMethodReturn> registration("ApiMethodReturn");
+
+}  // namespace

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+
+class BASEApiMethod;
+class BASEApiMethodObject;
+class BASEApiObject;
+
+/**
+ * Names to makers of instances, one factory for each base class. Filled by the file-scope registrations of
+ * the classes, before main and in any order; read-only afterwards.
+ */
+template <class Base, class Key = std::string, class Creator = Base* (*)()>
+class APIObjectFactory {
+  public:
+    static APIObjectFactory& Instance();
+
+    APIObjectFactory(const APIObjectFactory&) = delete;
+    APIObjectFactory& operator=(const APIObjectFactory&) = delete;
+
+    /** A name that is registered twice keeps the last creator. */
+    void Register(const Key& key, Creator creator) { creators.insert_or_assign(key, creator); }
+
+    /** Null for an unknown name. */
+    std::unique_ptr<Base> Create(std::string_view key) const {
+        const auto found = creators.find(key);
+        if (found == creators.end() || found->second == nullptr)
+            return nullptr;
+        return std::unique_ptr<Base>(found->second());
+    }
+
+    /** All names with their creators, in byte order. */
+    const std::map<Key, Creator, std::less<>>& GetCreators() const { return creators; }
+
+  private:
+    APIObjectFactory() = default;
+    std::map<Key, Creator, std::less<>> creators;
+};
+
+// One instance a process, whatever is linked dynamically.
+template <>
+APIObjectFactory<BASEApiObject>& APIObjectFactory<BASEApiObject>::Instance();
+template <>
+APIObjectFactory<BASEApiMethod>& APIObjectFactory<BASEApiMethod>::Instance();
+template <>
+APIObjectFactory<BASEApiMethodObject>& APIObjectFactory<BASEApiMethodObject>::Instance();
+
+/** Registers a class: one object of this type at file scope for each. */
+template <class Base, class Derived, class Key = std::string>
+class REGISTERClass {
+  public:
+    explicit REGISTERClass(const Key& key) { APIObjectFactory<Base, Key>::Instance().Register(key, &Create); }
+
+    /** A new instance, owned by the caller. */
+    static Base* Create() { return new Derived; }
+};

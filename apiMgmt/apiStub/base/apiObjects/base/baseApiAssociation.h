@@ -1,0 +1,28 @@
+#pragma once
+
+#include <map>
+#include <string>
+
+#include "apiMgmt/apiStub/base/apiObjects/base/baseApiMethod.h"
+
+class INSTANCEIDApiAttribute;
+
+/** Navigation from one object to those that are related to it: a call whose only argument is the object's id.
+   A class names the object and the relation. */
+class BASEApiAssociation : public BASEApiMethod {
+  public:
+    BASEApiAssociation();
+    explicit BASEApiAssociation(const std::map<std::string, std::string>& initial);
+    /** From the object whose relation is asked for. */
+    explicit BASEApiAssociation(const std::string& instanceId);
+
+    bool ChangesState() const override { return false; }
+    int GetRequiredPrivilege() const override { return USER_PRIVILEGE_REPORTER; }
+    const ATTRIBUTEList& GetAttributeList() const override;
+    void CheckRequiredAttributes() const override;
+
+    static const INSTANCEIDApiAttribute& InstanceIdAttribute();
+
+    void SetInstanceId(const std::string& id);
+    std::string GetInstanceId() const;
+};

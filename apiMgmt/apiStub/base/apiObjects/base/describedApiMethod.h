@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "apiMgmt/apiStub/base/apiObjects/base/baseApiMethod.h"
+
+/** All that tells one method class from another. */
+struct METHODDescription {
+    std::string objectName;
+    std::string commandName;
+    bool changesState = true;
+    UserPrivilege privilege = USER_PRIVILEGE_REPORTER;
+    /** In the order in which they are checked. */
+    std::vector<std::string> required;
+    ATTRIBUTEList attributes;
+    /** The place that the error for a missing argument names. */
+    const char* sourceFile = "";
+    uint32_t sourceLine = 0;
+};
+
+/**
+ * A method class by description. Base: BASEApiMethod or GETLISTApiMethod; Method: the class itself, which
+ * offers `static const METHODDescription& Description()`.
+ */
+template <class Base, class Method>
+class DESCRIBEDApiMethod : public Base {
+  public:
+    DESCRIBEDApiMethod() : Base(false) {}
+    explicit DESCRIBEDApiMethod(const std::map<std::string, std::string>& initial) : Base(false, initial) {}
+
+    const std::string& GetCommandName() const override { return Method::Description().commandName; }
+    const std::string& GetObjectName() const override { return Method::Description().objectName; }
+    bool ChangesState() const override { return Method::Description().changesState; }
+    int GetRequiredPrivilege() const override { return Method::Description().privilege; }
+    const ATTRIBUTEList& GetAttributeList() const override { return Method::Description().attributes; }
+    void CheckRequiredAttributes() const override {
+        const METHODDescription& description = Method::Description();
+        this->CheckRequired(description.required, description.sourceFile, description.sourceLine);
+    }
+};

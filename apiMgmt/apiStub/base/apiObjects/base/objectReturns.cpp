@@ -1,0 +1,158 @@
+#include <algorithm>
+#include <iterator>
+#include <memory>
+
+#include "apiMgmt/apiStub/base/apiAttributes/filterList.h"
+#include "apiMgmt/apiStub/base/apiObjects/base/getListApiMethod.h"
+#include "apiMgmt/apiStub/base/apiObjects/base/methodReturns.h"
+
+namespace {
+
+/** A filter and the descriptors that its items speak of. Objects of a class share their list of descriptors,
+   so these are looked up once for a run of such objects. */
+class FilterCheck {
+  public:
+    explicit FilterCheck(const FILTERList& list) : filter(list), descriptors(list.items.size()) {}
+
+    bool Passes(const BASEApiObject& object) {
+        FindDescriptors(object.GetAttributeList());
+        switch (filter.joinType) {
+            case filter_join::kAnd:
+                return CountOfKnown(object, false) == 0;
+            case filter_join::kOr:
+                return filter.items.empty() || CountOfKnown(object, true) > 0;
+            default:
+                return true;
+        }
+    }
+
+  private:
+    void FindDescriptors(const ATTRIBUTEList& list) {
+        if (&list == known_list)
+            return;
+        known_list = &list;
+        for (size_t i = 0; i < descriptors.size(); ++i)
+            descriptors[i] = FindAttributeIn(list, filter.items[i].name);
+    }
+
+    /** How many items come out so, those without a descriptor passed over. */
+    size_t CountOfKnown(const BASEApiObject& object, bool verdict) const {
+        size_t count = 0;
+        for (size_t i = 0; i < descriptors.size(); ++i) {
+            const FILTERItem& item = filter.items[i];
+            if (descriptors[i] != nullptr &&
+                descriptors[i]->MatchesFilter(item, object.GetAttribute(item.name)) == verdict)
+                ++count;
+        }
+        return count;
+    }
+
+    const FILTERList& filter;
+    const ATTRIBUTEList* known_list = nullptr;
+    std::vector<const BASEApiAttribute*> descriptors;
+};
+
+/** The filter with which the list was asked for, or null. */
+std::unique_ptr<FILTERList> FilterOf(const BASEApiMethod* method) {
+    const auto* list_method = dynamic_cast<const GETLISTApiMethod*>(method);
+    return std::unique_ptr<FILTERList>(list_method == nullptr ? nullptr : list_method->GetFilter());
+}
+
+std::string XmlOf(const std::vector<BASEApiObject*>& objects) {
+    std::string xml;
+    for (const BASEApiObject* object : objects)
+        object->AppendXml(xml);
+    return xml;
+}
+
+std::string CsvOf(const std::vector<BASEApiObject*>& objects) {
+    const ATTRIBUTENames names = BASEApiObject::MergeAttributeNames(objects);
+    std::string csv = BASEApiObject::HeaderText(names) + "<Data>";
+    for (const BASEApiObject* object : objects) {
+        object->AppendDataRow(csv, names);
+        csv += ':';
+    }
+    return csv + "</Data>";
+}
+
+}  // namespace
+
+// ---- COMPObjectMethodReturn ----
+
+COMPObjectMethodReturn::COMPObjectMethodReturn(bool holdsList, BASEApiMethod* owned)
+    : BASEApiMethodReturn(true, owned), isArray(holdsList) {}
+
+COMPObjectMethodReturn::~COMPObjectMethodReturn() {
+    DropObjectsExcept({});
+}
+
+std::string COMPObjectMethodReturn::ReturnXml(int encoding) const {
+    if (objects.empty())
+        return isArray ? "<ReturnObjectArray />" : "";
+    if (!isArray) {
+        const BASEApiObject& object = *objects.front();
+        return "<ReturnObject>" + (encoding == object_encoding::kCsv ? object.DataText() : object.ToXml()) +
+               "</ReturnObject>";
+    }
+    const std::vector<BASEApiObject*> passed = ObjectsToWrite();
+    return "<ReturnObjectArray>" + (encoding == object_encoding::kCsv ? CsvOf(passed) : XmlOf(passed)) +
+           "</ReturnObjectArray>";
+}
+
+std::vector<BASEApiObject*> COMPObjectMethodReturn::ObjectsToWrite() const {
+    const std::unique_ptr<FILTERList> filter = FilterOf(GetMethod());
+    if (!filter)
+        return objects;
+    FilterCheck check(*filter);
+    std::vector<BASEApiObject*> passed;
+    std::copy_if(objects.begin(), objects.end(), std::back_inserter(passed),
+                 [&](const BASEApiObject* object) { return check.Passes(*object); });
+    return passed;
+}
+
+BASEApiObject* COMPObjectMethodReturn::GetObject() const {
+    return isArray || objects.empty() ? nullptr : objects.front();
+}
+
+bool COMPObjectMethodReturn::AddObject(BASEApiObject* object, bool replace) {
+    if (object == nullptr || (!replace && !isArray && !objects.empty()))
+        return false;
+    if (replace)
+        DropObjectsExcept({object});
+    objects.push_back(object);
+    return true;
+}
+
+void COMPObjectMethodReturn::AssignObjects(std::vector<BASEApiObject*> list) {
+    std::erase(list, nullptr);
+    DropObjectsExcept(list);
+    objects = std::move(list);
+}
+
+/** Those that are about to be held again must live. */
+void COMPObjectMethodReturn::DropObjectsExcept(std::vector<BASEApiObject*> kept) {
+    std::sort(kept.begin(), kept.end());
+    if (ownsObjects) {
+        for (BASEApiObject* object : objects) {
+            if (!std::binary_search(kept.begin(), kept.end(), object))
+                delete object;
+        }
+    }
+    objects.clear();
+}
+
+// ---- METHODObjectMethodReturn ----
+
+METHODObjectMethodReturn::METHODObjectMethodReturn(bool holdsList, BASEApiMethod* owned)
+    : BASEApiMethodReturn(true, owned), isArray(holdsList) {}
+
+std::string METHODObjectMethodReturn::ReturnXml(int /*encoding*/) const {
+    if (objects.empty())
+        return isArray ? "<ReturnMethodObjectArray />" : "";
+    if (!isArray)
+        return "<ReturnMethodObject>" + objects.front()->ToXml(true) + "</ReturnMethodObject>";
+    std::string xml = "<ReturnMethodObjectArray>";
+    for (const auto& object : objects)
+        xml += object->ToXml(true);
+    return xml + "</ReturnMethodObjectArray>";
+}

@@ -1,0 +1,123 @@
+#include <gmock/gmock.h>
+
+#include <functional>
+#include <memory>
+#include <thread>
+
+#include "apiMgmt/apiStub/base/apiObjects/base/connectionRecord.h"
+#include "apiMgmt/apiStub/base/apiObjects/base/methodReturns.h"
+#include "apiMgmt/common/utils/apiMethodError.h"
+#include "apiMgmt/common/utils/generalUtils.h"
+#include "apiMgmt/proto/apiMgrMsg.pb.h"
+#include "tests/unit/apiStub/sampleClasses.h"
+#include "tests/unit/layers/temporaryFolder.h"
+
+namespace {
+
+/** Where the API manager listens in this program: each test is a process of its own. */
+const WireLinkEndpoint& Endpoint() {
+    static const TemporaryFolder folder;
+    static const WireLinkEndpoint endpoint =
+        WireLinkEndpoint::CreateLocalEndpoint(folder.Path("api.sock"), 60, 65536);
+    return endpoint;
+}
+
+}  // namespace
+
+// In place of the fixed paths.
+const WireLinkEndpoint& GENERALUtils::GetEndpoint(int index) {
+    EXPECT_EQ(index, ENDPOINT_APIMGR);
+    return Endpoint();
+}
+
+namespace {
+
+using protoIPCMsg::GPBIPCMsg;
+using testing::HasSubstr;
+
+/** Serves connections one after the other, each with one exchange, as the API manager does. */
+class FakeApiMgr {
+  public:
+    /** answer: fills the response; returns false to close without one. */
+    FakeApiMgr(int connections, std::function<bool(const GPBIPCMsg&, GPBIPCMsg&)> answer)
+        : server_(Endpoint()), thread_([this, connections, answer = std::move(answer)] {
+              for (int i = 0; i < connections; ++i)
+                  Serve(answer);
+          }) {}
+    ~FakeApiMgr() { thread_.join(); }
+
+    /** What each connection sent; look at it once all have been served. */
+    std::vector<GPBIPCMsg> requests;
+
+  private:
+    void Serve(const std::function<bool(const GPBIPCMsg&, GPBIPCMsg&)>& answer) {
+        WireLinkServerConnection connection(Endpoint(), server_.Accept(nullptr, nullptr, 0));
+        GPBIPCMsg& request = requests.emplace_back();
+        GPBIPCMsg response;
+        if (connection.RecvGPBMsg(request) != 0 && answer(request, response)) {
+            connection.SendGPBMsg(response);
+            GPBIPCMsg more;
+            more_came_ |= connection.RecvGPBMsg(more) != 0;  // 0: the client has closed
+        }
+        EXPECT_FALSE(more_came_);
+    }
+
+    bool more_came_ = false;
+    WireLinkServer server_;
+    std::thread thread_;
+};
+
+bool AnswerWithOneDisk(const GPBIPCMsg& /*request*/, GPBIPCMsg& response) {
+    response.set_msgtype(protoIPCMsg::APIResp);
+    response.mutable_apirespmsg()->set_cmdtype(protoIPCMsg::Command);
+    response.mutable_apirespmsg()->mutable_cmd()->set_respdata(
+        "<lumapi><ApiMethodReturn><Successful>True</Successful></ApiMethodReturn>"
+        "<ReturnObjectArray><TsDisk><Index>5</Index></TsDisk></ReturnObjectArray></lumapi>");
+    return true;
+}
+
+TEST(Exchange, EachCallHasAConnectionOfItsOwn) {
+    FakeApiMgr manager(2, AnswerWithOneDisk);
+    const sample::DiskGetList method;
+    const ConnectionRecord connection = {"1.0", "user:pass", "token", "id", "10.0.0.9"};
+    const std::map<std::string, std::string> blobs = {{"key", "data"}};
+    const std::unique_ptr<BASEApiMethodReturn> by_session(method.ExecuteWithSession("KEY", &blobs, "en_US"));
+    const std::unique_ptr<BASEApiMethodReturn> forwarded(method.Execute(&connection, nullptr));
+    for (const auto* answer : {&by_session, &forwarded}) {
+        const auto* list = dynamic_cast<const COMPObjectMethodReturn*>(answer->get());
+        ASSERT_NE(list, nullptr);
+        ASSERT_EQ(list->GetObjects().size(), 1u);
+        EXPECT_EQ(list->GetObjects()[0]->GetAttribute("Index"), "5");
+    }
+    GPBIPCMsg expected;
+    method.BuildRequest(expected, nullptr, "KEY", &blobs, "en_US");
+    ASSERT_EQ(manager.requests.size(), 2u);
+    EXPECT_EQ(manager.requests[0].SerializeAsString(), expected.SerializeAsString());
+    EXPECT_EQ(manager.requests[1].apireqmsg().sourceip(), "10.0.0.9");
+}
+
+TEST(Exchange, AForeignAnswerIsAReturn) {
+    FakeApiMgr manager(1, [](const GPBIPCMsg&, GPBIPCMsg& response) {
+        response.set_msgtype(protoIPCMsg::EMPTY_RESP);
+        return true;
+    });
+    const std::unique_ptr<BASEApiMethodReturn> answer(
+        sample::DiskGetList().ExecuteWithSession("KEY", nullptr, ""));
+    EXPECT_FALSE(answer->GetSuccessful());
+    EXPECT_EQ(answer->GetErrorDetail(), "Message type invalid or missing from response");
+}
+
+TEST(Exchange, FailuresOfTheChannelPassThrough) {
+    const sample::DiskGetList method;
+    EXPECT_THROW(method.ExecuteWithSession("KEY", nullptr, ""), WireLinkError);  // nobody listens
+    FakeApiMgr manager(1, [](const GPBIPCMsg&, GPBIPCMsg&) { return false; });
+    EXPECT_THROW(method.ExecuteWithSession("KEY", nullptr, ""), WireLinkError);  // closes instead
+}
+
+TEST(Exchange, NothingIsSentWithoutASession) {
+    // Nobody listens: a connection would throw something else.
+    EXPECT_THROW(sample::DiskGetList().ExecuteWithSession("", nullptr, ""), APIMethodError);
+    EXPECT_THROW(sample::DiskGetList().Execute(nullptr, nullptr), APIMethodError);
+}
+
+}  // namespace
