@@ -26,6 +26,7 @@ def files(data, own):
     modules = exporter.Exporter(renderer, all_metrics)
     yield "prometheus/snmp.yml", modules.old_form()
     yield "prometheus/snmp-with-auths.yml", modules.new_form()
+    yield "prometheus/prometheus.yml", modules.scrapes()
     template = read_text(os.path.join(own, "templates", "rules.yml"))
     yield "prometheus/tessera.rules.yml", rules.Rules(renderer, all_metrics, all_watches).file(template)
     yield "grafana/tessera.json", dashboard.render(renderer, all_metrics, lines("panels.def"))

@@ -1,12 +1,25 @@
 """What monitors make of each column: read from metrics.def and held against the MIB."""
 
+import re
 from dataclasses import dataclass, field
 
 from apiMgmt.common.generator.reader import DataError, Place
 from mib.generator import names, sentences
 
-WORDS = {"module": 3, "scalars": 3, "table": 4, "states": 2, "info": 2, "decimal": 2, "text": 2, "leave": 2}
+WORDS = {"module": 4, "scalars": 3, "table": 4, "states": 2, "info": 2, "decimal": 2, "text": 2, "leave": 2}
+INTERVAL = re.compile(r"[1-4]m$")
 GAUGE, STATES, INFO, TEXT, DECIMAL = "gauge", "states", "info", "text", "decimal"
+
+
+@dataclass
+class Module:
+    """What is scraped together, and how often."""
+    interval: str
+    text: str
+
+    def timeout(self):
+        """As long as it can be; a little is left for the exporter's own work."""
+        return f"{60 * int(self.interval[:-1]) - 5}s"
 
 
 @dataclass
@@ -41,7 +54,7 @@ class Metric:
 
 @dataclass
 class Metrics:
-    modules: dict = field(default_factory=dict)  # name: text
+    modules: dict = field(default_factory=dict)  # name: Module
     plans: dict = field(default_factory=dict)    # table, None for the scalars: Plan
     kinds: dict = field(default_factory=dict)    # convention: STATES or INFO
     special: dict = field(default_factory=dict)  # column: DECIMAL, TEXT or "leave"
@@ -79,7 +92,7 @@ class Reader:
             if word not in WORDS or len(line.words) < WORDS[word]:
                 raise line.error(f"no such line: '{' '.join(line.words)}'")
             if word == "module":
-                put(line, self.metrics.modules, rest[0], rest[1])
+                put(line, self.metrics.modules, rest[0], self.module(line, *rest[1:]))
             elif word == "scalars":
                 put(line, self.metrics.plans, None, self.plan(line, rest))
             elif word == "table":
@@ -91,6 +104,12 @@ class Reader:
                 for name in rest:
                     put(line, self.metrics.special, self.known(line, self.columns, name, "column"), word)
         return self.metrics
+
+    @staticmethod
+    def module(line, interval, *texts):
+        if not INTERVAL.match(interval) or len(texts) != 1:
+            raise line.error("expected: module NAME INTERVALm TEXT, with an interval of 1m to 4m")
+        return Module(interval, texts[0])
 
     def plan(self, line, words):
         numbers, texts = (self.known(line, self.metrics.modules, name, "module") for name in words[:2])

@@ -46,4 +46,4 @@ def lines(value, indent):
 
 def document(head, value):
     """head: lines of a comment."""
-    return "".join(f"# {line}\n" for line in head) + "\n".join(lines(value, 0)) + "\n"
+    return "".join(f"# {line}".rstrip() + "\n" for line in head) + "\n".join(lines(value, 0)) + "\n"

@@ -12,8 +12,11 @@ import unittest
 
 import yaml
 
+sys.dont_write_bytecode = True
 HERE = os.path.dirname(os.path.abspath(__file__))
-ROOT = os.path.normpath(os.path.join(HERE, "../../.."))
+sys.path.insert(0, os.path.join(HERE, "../mib"))
+import moduleFacts  # noqa: E402  (found through the line above)
+
 build_folder = None
 
 METRIC = re.compile(r"\b(?:ts[A-Z]|product|globalStatus|managementUrl)\w*(?={)")
@@ -97,9 +100,10 @@ def metric_names():
     return found
 
 
-def run(*command, status=0):
-    done = subprocess.run(command, stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False, timeout=120)
-    if done.returncode != status:
+def run(*command, folder=None, **environment):
+    done = subprocess.run(command, stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False, timeout=120,
+                          cwd=folder, env={**os.environ, **environment})
+    if done.returncode != 0:
         raise AssertionError(f"{command}: status {done.returncode}: {done.stdout}{done.stderr}")
     return done.stdout + done.stderr
 
@@ -129,8 +133,33 @@ class FilesTest(unittest.TestCase):
                 for place in places:
                     self.assertIn(place, asked, f"{name}: {metric['name']}")
 
-    def test_prometheus_takes_the_rules_and_they_alert(self):
-        self.assertIn("SUCCESS", run("promtool", "check", "rules", path("prometheus", "tessera.rules.yml")))
+    def test_the_exporters_own_generator_reads_the_same_out_of_the_mib_module(self):
+        facts = moduleFacts.read(os.path.join(build_folder, "mib", moduleFacts.MODULE + ".txt"))
+        walked = [name for name, node in facts["nodes"].items() if node["nodetype"] in ("table", "scalar")]
+        config, made = os.path.join(self.folder, "generator.yml"), os.path.join(self.folder, "made.yml")
+        with open(config, "w", encoding="utf-8") as file:
+            yaml.safe_dump({"modules": {"all": {"walk": walked}}}, file)
+        run("prometheus-snmp-generator", "generate", f"--output-path={made}", folder=self.folder,
+            MIBDIRS=f"{moduleFacts.STANDARD}:{os.path.join(build_folder, 'mib')}", MIBS=moduleFacts.MODULE,
+            SNMPCONFPATH=self.folder, SNMP_PERSISTENT_DIR=self.folder)
+        with open(made, encoding="utf-8") as file:
+            theirs = {metric["name"]: metric for metric in yaml.safe_load(file)["all"]["metrics"]}
+        for metric in (metric for module in modules().values() for metric in module["metrics"]):
+            name = metric["name"]
+            if name.startswith("sys"):  # of the system group, which is not the module's
+                continue
+            other = theirs[name]
+            self.assertEqual(metric["oid"], other["oid"], name)
+            self.assertEqual(metric.get("enum_values"), other.get("enum_values"), name)
+            if not name.startswith("tsFolderUsage"):  # which has the labels of the folder's row
+                self.assertEqual(metric.get("indexes"), other.get("indexes"), name)
+
+    def test_every_module_is_scraped(self):
+        jobs = yaml.safe_load(read("prometheus", "prometheus.yml"))["scrape_configs"]
+        self.assertEqual([job["params"]["module"] for job in jobs], [[name] for name in modules()])
+
+    def test_prometheus_takes_its_configuration_and_the_rules_alert(self):
+        self.assertIn("SUCCESS", run("promtool", "check", "config", path("prometheus", "prometheus.yml")))
         shutil.copy(path("prometheus", "tessera.rules.yml"), self.folder)
         shutil.copy(os.path.join(HERE, "rulesTest.yml"), self.folder)
         self.assertIn("SUCCESS", run("promtool", "test", "rules", os.path.join(self.folder, "rulesTest.yml")))

@@ -24,6 +24,8 @@ OWN = os.path.join(ROOT, "monitoring")
 
 # File, the beginning of its line, what stands there instead, and the message behind the place ("" for none).
 WRONG = [
+    ("metrics.def", "module tessera_alerts", 'module tessera_alerts 5m "x"',
+     "expected: module NAME INTERVALm TEXT, with an interval of 1m to 4m"),
     ("metrics.def", "table tsVolume ", "table tsVolumes tessera tessera_inventory", "there is no table 'tsVolumes'"),
     ("metrics.def", "table tsVolume ", "table tsVolume tessara tessera_inventory", "there is no module 'tessara'"),
     ("metrics.def", "table tsVolume ", "table tsVolume tessera tessera tsVolumeNam", "there is no column 'tsVolumeNam'"),
