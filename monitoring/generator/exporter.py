@@ -15,8 +15,8 @@ TYPES = {metrics.GAUGE: "gauge", metrics.STATES: "EnumAsStateSet", metrics.INFO:
 # answers late.
 TRANSPORT = {"max_repetitions": 20, "retries": 2, "timeout": "10s"}
 DECIMAL = [{"regex": r"^\s*([+-]?[0-9]+(?:\.[0-9]+)?)", "value": "$1"}]
-SCRAPE_HEAD = HEAD + ["A whole configuration of Prometheus, to be taken as it is or as an example: put the names of your",
-                      "arrays in place of array1. The exporter runs beside Prometheus."]
+SCRAPE_HEAD = HEAD + ["A whole configuration of Prometheus, to be taken as it is or as an example: put the names of",
+                      "your arrays in place of array1. The exporter runs beside Prometheus."]
 EXPORTER = "127.0.0.1:9116"
 # The array becomes a parameter of the question to the exporter.
 RELABEL = [{"source_labels": ["__address__"], "target_label": "__param_target"},
@@ -86,7 +86,8 @@ class Exporter:
                                  {"auths": {"public_v2": {"community": "public", "version": 2}}, "modules": modules})
 
     def scrapes(self):
-        jobs = [{"job_name": name, "scrape_interval": module.interval, "scrape_timeout": module.timeout(), "metrics_path": "/snmp",
-                 "params": {"module": [name]}, "static_configs": [{"targets": ["array1"]}], "relabel_configs": RELABEL}
+        jobs = [{"job_name": name, "scrape_interval": module.interval, "scrape_timeout": module.timeout(),
+                 "metrics_path": "/snmp", "params": {"module": [name]}, "static_configs": [{"targets": ["array1"]}],
+                 "relabel_configs": RELABEL}
                 for name, module in self.metrics.modules.items()]
         return yamlText.document(SCRAPE_HEAD, {"rule_files": ["tessera.rules.yml"], "scrape_configs": jobs})

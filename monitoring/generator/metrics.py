@@ -96,7 +96,8 @@ class Reader:
             elif word == "scalars":
                 put(line, self.metrics.plans, None, self.plan(line, rest))
             elif word == "table":
-                put(line, self.metrics.plans, self.known(line, self.tables, rest[0], "table"), self.plan(line, rest[1:]))
+                table = self.known(line, self.tables, rest[0], "table")
+                put(line, self.metrics.plans, table, self.plan(line, rest[1:]))
             elif word in (STATES, INFO):
                 for name in rest:
                     put(line, self.metrics.kinds, self.known(line, self.conventions, name, "convention"), word)

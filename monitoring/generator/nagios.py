@@ -86,7 +86,8 @@ class Commands:
         labels = self.plans[column.table.name].labels if column.table else []
         oids = [dotted(column.oid)] + [dotted(self.columns[name].oid) for name in labels[:1]]
         places = ",".join(f"{oid}.$ARG1$" for oid in oids)
-        return COMMAND.format(name=f"check_tessera_{column.name}", about=self.found.columns[column.name].paragraphs()[0],
+        about = self.found.columns[column.name].paragraphs()[0]
+        return COMMAND.format(name=f"check_tessera_{column.name}", about=about,
                               arguments=f"-o {places} -l {column.name} {thresholds}")
 
     def of_watch(self, watch):

@@ -37,10 +37,10 @@ class Rules:
     def rule(self, metric, severity, expression, wait, what):
         """Checked like those that are written by hand."""
         expressions.Checker(self.metrics, DataError).check(expression)
+        about_whom = f"{{{{ $labels.instance }}}}: {object_of(metric, self.found, self.columns)}"
         return {"alert": f"Tessera{title(metric)}{names.capital(severity)}", "expr": expression, "for": wait,
                 "labels": {"severity": severity},
-                "annotations": {"summary": f"{{{{ $labels.instance }}}}: {object_of(metric, self.found, self.columns)}: "
-                                           f"{metric.column.name} is {what}",
+                "annotations": {"summary": f"{about_whom}: {metric.column.name} is {what}",
                                 "description": about(self.found, metric.column.name)}}
 
     def of_watch(self, watch):

@@ -128,14 +128,16 @@ class Monitoring(story.SharedStory):
             status, said = self.plugins.run("check_tessera_tsDiskStatus", str(row))
             self.assertEqual(status, STATES[state], said)
             self.assertIn(disk["Name"], said)
-            scraped = [sample.labels["tsDiskStatus"] for sample in self.exporter.scrape("tessera")
-                       if sample.name == "tsDiskStatus" and sample.labels["tsDiskName"] == disk["Name"] and sample.value]
-            self.assertEqual(scraped, [state.lower()])
+            self.assertEqual(self.scraped_states(disk), [state.lower()])
         named = f"tsDiskName={disk['Name']} "
         for severity in ("WARNING", "CRITICAL", "NORMAL"):
             line = self.translator.wait_for("tsDiskStatusChange", f" {severity} ", named)
             self.assertEqual(severity == "NORMAL", "Over: " in line, line)
         self.assertEqual(len([line for line in self.translator.lines("tsDiskStatusChange") if named in line]), 3)
+
+    def scraped_states(self, disk):
+        return [sample.labels["tsDiskStatus"] for sample in self.exporter.scrape("tessera")
+                if sample.name == "tsDiskStatus" and sample.labels["tsDiskName"] == disk["Name"] and sample.value]
 
     def healthy_disk(self):
         """Row and attributes of a disk that is up, as is its folder."""

@@ -23,8 +23,9 @@ class Player:
         self.log = os.path.join(HOME, "snmpsim.log")
         with open(self.log, "wb") as output:
             self.process = subprocess.Popen(
-                ["snmpsimd", f"--data-dir={folder}", f"--cache-dir={folder}", f"--agent-udpv4-endpoint=127.0.0.1:{PORT}",
-                 f"--process-user={user}", "--process-group=nogroup", "--variation-modules-dir=/nonexistent"],
+                ["snmpsimd", f"--data-dir={folder}", f"--cache-dir={folder}",
+                 f"--agent-udpv4-endpoint=127.0.0.1:{PORT}", f"--process-user={user}", "--process-group=nogroup",
+                 "--variation-modules-dir=/nonexistent"],
                 stdin=subprocess.DEVNULL, stdout=output, stderr=output, cwd=HOME, env={**os.environ, "HOME": HOME})
         waiting.wait_until(self.listens, "snmpsim listens", 60)
 

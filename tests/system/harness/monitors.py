@@ -110,7 +110,8 @@ class TrapTranslator:
         ini, conf = os.path.join(HOME, "snmptt.ini"), os.path.join(HOME, "trapd.conf")
         machine.write_file(self.log_path, "")
         machine.write_file(ini, SNMPTT_INI.format(log=self.log_path, events=made("snmptt", "tessera.conf")))
-        machine.write_file(conf, f"authCommunity execute {community}\ntraphandle default /usr/sbin/snmptt --ini={ini}\n")
+        machine.write_file(conf, f"authCommunity execute {community}\n"
+                                 f"traphandle default /usr/sbin/snmptt --ini={ini}\n")
         output = os.path.join(HOME, "trapd.log")
         machine.remove_file(output)
         self.process = subprocess.Popen(

@@ -63,5 +63,6 @@ def reference(facts):
         words += [f"index {' '.join(node['index'])}"] if node["index"] else []
         words += [f"units {node['units']}"] if node["units"] else []
         lines.append(" ".join(filter(None, words)))
-    lines += [f"notification {name} {oid} {' '.join(objects)}" for name, (oid, objects) in facts["notifications"].items()]
+    for name, (oid, objects) in facts["notifications"].items():
+        lines.append(f"notification {name} {oid} {' '.join(objects)}")
     return [line.rstrip() for line in lines]

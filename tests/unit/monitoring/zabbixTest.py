@@ -70,7 +70,8 @@ class ZabbixTest(unittest.TestCase):
         for item in self.scalars:
             oid = GET.match(item["snmp_oid"]).group(1)
             if not oid.startswith(SYSTEM_GROUP):
-                self.assertEqual((self.column(item)["oid"], self.column(item)["nodetype"]), (oid, "scalar"), item["key"])
+                column = self.column(item)
+                self.assertEqual((column["oid"], column["nodetype"]), (oid, "scalar"), item["key"])
 
     def test_dependent_items_take_what_their_master_walks(self):
         for rule, item in self.prototypes():
