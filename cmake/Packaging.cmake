@@ -23,7 +23,6 @@ set(CPACK_PACKAGE_VERSION "${PROJECT_VERSION}")
 set(CPACK_PACKAGE_HOMEPAGE_URL "https://www.vorn-lumivant.example/tessera")
 set(CPACK_STRIP_FILES ON)
 set(CPACK_COMPONENTS_GROUPING IGNORE)
-set(CPACK_OUTPUT_FILE_PREFIX "${CMAKE_BINARY_DIR}/packages")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
@@ -32,12 +31,12 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 
 set(CPACK_DEBIAN_DAEMON_PACKAGE_SECTION net)
 set(CPACK_COMPONENT_DAEMON_DESCRIPTION "SNMP service of a Tessera storage array
- Serves the state of a storage array over SNMP, as an AgentX subagent of an
- snmpd that it starts itself, and turns the array's events into notifications.
- It asks the array's API manager on a local socket, so it is of use only on a
- controller of an array, or beside a simulated one.
- .
- It takes the place of the snmpd of the machine: every other one is ended.")
+Serves the state of a storage array over SNMP, as an AgentX subagent of an
+snmpd that it starts itself, and turns the array's events into notifications.
+It asks the array's API manager on a local socket, so it is of use only on a
+controller of an array, or beside a simulated one.
+.
+It takes the place of the snmpd of the machine: every other one is ended.")
 # The programs that it runs: snmpd, snmpget, killall, ps.
 set(CPACK_DEBIAN_DAEMON_PACKAGE_DEPENDS
     "snmpd, snmp, psmisc, procps, systemd | systemd-standalone-tmpfiles")
@@ -51,23 +50,23 @@ set(CPACK_DEBIAN_DAEMON_PACKAGE_CONTROL_EXTRA
 set(CPACK_DEBIAN_MIB_PACKAGE_SECTION net)
 set(CPACK_DEBIAN_MIB_PACKAGE_ARCHITECTURE all)
 set(CPACK_COMPONENT_MIB_DESCRIPTION "SNMP MIB modules of the Tessera storage array
- Names, types and meaning of the objects and notifications of the array's SNMP
- service, for managers that read MIB modules, and the same as a page to read.
- .
- The modules import SNMPv2-SMI, SNMPv2-TC and SNMPv2-CONF, which on Debian the
- package snmp-mibs-downloader brings.")
+Names, types and meaning of the objects and notifications of the array's SNMP
+service, for managers that read MIB modules, and the same as a page to read.
+.
+The modules import SNMPv2-SMI, SNMPv2-TC and SNMPv2-CONF, which on Debian the
+package snmp-mibs-downloader brings.")
 set(CPACK_DEBIAN_MIB_PACKAGE_SUGGESTS "snmp, snmp-mibs-downloader")
 
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION net)
 set(CPACK_COMPONENT_TOOLS_DESCRIPTION "tools around the SNMP service of a Tessera storage array
- A simulated array that answers like the API manager of a real one and fails in
- every way on demand, a sender of events and commands for the SNMP service, and
- a command line for the array's API, for trying out, testing and training.")
+A simulated array that answers like the API manager of a real one and fails in
+every way on demand, a sender of events and commands for the SNMP service, and
+a command line for the array's API, for trying out, testing and training.")
 
 set(CPACK_DEBIAN_API_LIBRARY_PACKAGE_SECTION libdevel)
 set(CPACK_COMPONENT_API_LIBRARY_DESCRIPTION "C++ library of the API of a Tessera storage array
- Classes that ask a storage array for its objects, change them and decode its
- answers. Static library, headers and a CMake package.")
+Classes that ask a storage array for its objects, change them and decode its
+answers. Static library, headers and a CMake package.")
 set(CPACK_DEBIAN_API_LIBRARY_PACKAGE_DEPENDS "libprotobuf-dev, libexpat1-dev")
 
 # --- what every package holds
@@ -95,8 +94,8 @@ endforeach()
 
 # The links of packaging/systemd/tmpfiles.conf lead through these, so that a link of ours is known for ours.
 file(MAKE_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}/links")
-file(CREATE_LINK /usr/sbin/snmpd "${CMAKE_CURRENT_BINARY_DIR}/links/snmpd" SYMBOLIC)
-file(CREATE_LINK /usr/bin/snmpget "${CMAKE_CURRENT_BINARY_DIR}/links/snmpget" SYMBOLIC)
+file(CREATE_LINK ../../sbin/snmpd "${CMAKE_CURRENT_BINARY_DIR}/links/snmpd" SYMBOLIC)
+file(CREATE_LINK ../../bin/snmpget "${CMAKE_CURRENT_BINARY_DIR}/links/snmpget" SYMBOLIC)
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/links/snmpd" "${CMAKE_CURRENT_BINARY_DIR}/links/snmpget"
         DESTINATION lib/snmpsubagent COMPONENT daemon)
 

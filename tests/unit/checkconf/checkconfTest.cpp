@@ -18,6 +18,7 @@ namespace {
 
 constexpr const char* kSettings = "/etc/snmpSubagent.conf";
 constexpr const char* kStart = "/tmp/apps/snmpsubagent.conf";
+constexpr const char* kStartTarget = "/etc/snmpsubagent/start.conf";
 constexpr const char* kKey = "/etc/wirelink.key";
 constexpr const char* kMaster = "/etc/snmpd.conf";
 
@@ -30,8 +31,8 @@ class Checkconf : public testing::Test {
             std::filesystem::create_directories(root_ + folder);
         for (const char* file : {"snmpSubagent.conf", "snmpd.conf"})
             Write(string("/etc/") + file, Shipped(file));
-        Write("/etc/snmpsubagent/start.conf", Shipped("start.conf"));
-        std::filesystem::create_symlink("/etc/snmpsubagent/start.conf", root_ + kStart);
+        Write(kStartTarget, Shipped("start.conf"));
+        std::filesystem::create_symlink(kStartTarget, root_ + kStart);
         for (const char* program : {"/usr/bin/killall", "/bin/ps", "/usr/bin/snmp"})
             Write(program, "", 0755);
         for (const char* link : {"/usr/local/sbin/snmpd", "/usr/local/bin/snmpget"})
@@ -74,8 +75,7 @@ TEST_F(Checkconf, FindsNothingInWhatIsShipped) {
     EXPECT_EQ(Run(), 0);
     EXPECT_THAT(out_, IsEmpty());
     EXPECT_EQ(Run({}), 0);
-    EXPECT_THAT(out_,
-                HasSubstr(root_ + "/etc/snmpsubagent/start.conf\n  the daemon goes into the background\n"));
+    EXPECT_THAT(out_, HasSubstr(root_ + kStartTarget + "\n  the daemon goes into the background\n"));
     EXPECT_THAT(out_, HasSubstr("notifications are off"));
     EXPECT_THAT(out_, HasSubstr("0 errors, 0 warnings\n"));
 }
@@ -121,7 +121,8 @@ TEST_F(Checkconf, WarnsOfWhatTheReaderTakesOtherwise) {
     for (const auto& [text, warning] : rows) {
         Write(kSettings, text);
         EXPECT_EQ(Run(), text.find("rocommunity") == string::npos ? 1 : 2) << text;
-        EXPECT_THAT(out_, HasSubstr(string("  warning: ") + warning)) << text;
+        EXPECT_THAT(out_, HasSubstr("  warning: ")) << text;
+        EXPECT_THAT(out_, HasSubstr(warning)) << text;
     }
 }
 
@@ -154,8 +155,8 @@ TEST_F(Checkconf, ErrsWhereTheDaemonWouldNotStart) {
         const char* error;
     };
     const Row rows[] = {
-        {kStart, "", "not one line of the form key=value"},
-        {kStart, "# isdebugmode=true\n", "not one line of the form key=value"},
+        {kStartTarget, "", "not one line of the form key=value"},
+        {kStartTarget, "# isdebugmode=true\n", "not one line of the form key=value"},
         {kKey, "two words\n", "its first line is empty, too long, or holds something else"},
         {kMaster, "rocommunity public\nagentXTimeout 60\n", "there is no line 'master agentx'"},
         {kMaster, "master agentx\nrocommunity other\n", "has no rocommunity line"},
@@ -209,10 +210,10 @@ TEST_F(Checkconf, WarnsOfAnImpatientOrIndiscreetMasterAgent) {
 }
 
 TEST_F(Checkconf, WarnsOfAStartThatSystemdDoesNotSeeEnd) {
-    Write("/etc/snmpsubagent/start.conf", "isdebugmode = TRUE\n");
+    Write(kStartTarget, "isdebugmode = TRUE\n");
     EXPECT_EQ(Run(), 1);
     EXPECT_THAT(out_, HasSubstr("isdebugmode is on"));
-    Write("/etc/snmpsubagent/start.conf", "isdebugmode = yes\n");
+    Write(kStartTarget, "isdebugmode = yes\n");
     EXPECT_EQ(Run(), 1);
     EXPECT_THAT(out_, HasSubstr("isdebugmode is 'yes', which is off"));
 }
