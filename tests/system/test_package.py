@@ -132,6 +132,7 @@ class Packages(unittest.TestCase):
 
     def test_12_the_unit_is_sound(self):
         self.assertEqual(self.host.run("sh", "-c", f"systemd-analyze verify {UNIT} 2>&1"), "")
+        self.assertEqual(self.host.run("sh", "-c", "systemd-tmpfiles --create snmpsubagent.conf 2>&1"), "")
         report = self.host.run("systemd-analyze", "--no-pager", "security", "--offline=yes",
                                f"--threshold={GREATEST_EXPOSURE}", UNIT)
         print(report, flush=True)
@@ -203,7 +204,21 @@ class Packages(unittest.TestCase):
         self.wait_for_another_start(ups)
         self.assert_served_by_one()
 
-    def test_22_the_array_is_away_for_a_while(self):
+    def test_22_the_array_is_away_for_less_than_the_daemon_bears(self):
+        before = self.host.unit(UNIT, "MainPID")
+        self.stop_array()
+        waiting.wait_until(lambda: "strikes_against_apimgr = 1 out of 3" in self.host.read(LOG), "the first strike", 60)
+        # A request that comes now is answered in the end, and snmpd gives the daemon up for neither of the two rests.
+        patient = manager.Manager(timeout_s=90, retries=0)
+        request = patient.start("snmpget", "127.0.0.1", mib.oid("tsCtlrName", 1))
+        waiting.wait_until(lambda: "strikes_against_apimgr = 2 out of 3" in self.host.read(LOG), "the second strike", 60)
+        self.start_array()
+        waiting.wait_until(lambda: "recovered before reached 3 strikes" in self.host.read(LOG), "the recovery", 60)
+        self.assertTrue(patient.finish(request).bindings[0].value)
+        self.assertEqual(self.host.unit(UNIT, "MainPID"), before)
+        self.assert_served_by_one()
+
+    def test_23_the_array_is_away_for_longer(self):
         ups = self.ups()
         self.stop_array()
         waiting.wait_until(lambda: "3 retries and no connect" in self.host.read(LOG), "the daemon gives up", 90)
@@ -213,14 +228,14 @@ class Packages(unittest.TestCase):
         self.wait_for_another_start(ups)
         self.assert_served_by_one()
 
-    def test_23_a_cleaned_tmp_is_mended(self):
+    def test_24_a_cleaned_tmp_is_mended(self):
         ups = self.ups()
         self.host.run("rm", "-r", "/tmp/apps")
         self.systemctl("restart", UNIT)
         self.wait_for_another_start(ups)
         self.assert_served_by_one()
 
-    def test_24_it_stops_in_order(self):
+    def test_25_it_stops_in_order(self):
         self.systemctl("stop", UNIT)
         self.assertEqual((self.host.pids("snmpSubagent"), self.host.pids("snmpd")), ([], []))
         self.assertEqual(self.host.unit(UNIT, "Result"), "success")
