@@ -4,10 +4,14 @@
 #include <cstdlib>
 #include <string>
 
-/** Ends the process, as a sanitizer does, when something that must hold does not. */
-inline void FuzzCheck(bool holds, const std::string& what) {
-    if (holds)
-        return;
+/** Ends the process, as a sanitizer does. */
+[[noreturn]] inline void FuzzFail(const std::string& what) {
     std::fprintf(stderr, "fuzz: %s\n", what.c_str());
     std::abort();
+}
+
+/** The same when something that must hold does not. */
+inline void FuzzCheck(bool holds, const char* what) {
+    if (!holds)
+        FuzzFail(what);
 }

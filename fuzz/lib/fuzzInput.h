@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-/** Reads decisions and texts from the front of a fuzzer's bytes. What is asked beyond their end is 0 or empty,
-    so every input has a meaning. Views are valid as long as the bytes. */
+/** Reads decisions and texts from the front of a fuzzer's bytes. What is asked beyond their end is 0 or
+   empty, so every input has a meaning. Views are valid as long as the bytes. */
 class FuzzInput {
   public:
     FuzzInput(const uint8_t* data, size_t size) : rest_(reinterpret_cast<const char*>(data), size) {}

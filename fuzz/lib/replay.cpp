@@ -1,6 +1,6 @@
-// In place of a fuzzing engine: runs a target over the files of its corpus and, on request, over as many mutated
-// ones. Needs no compiler support, so that the corpus is part of every build's tests; a fault that a target
-// finds ends the process.
+// In place of a fuzzing engine: runs a target over the files of its corpus and, on request, over as many
+// mutated ones. Needs no compiler support, so that the corpus is part of every build's tests; a fault that a
+// target finds ends the process.
 
 #include <unistd.h>
 

@@ -1,5 +1,5 @@
-// Bytes as each of the files that are read at the start: settings, start settings, session key. The settings must be
-// those that plain C string functions find.
+// Bytes as each of the files that are read at the start: settings, start settings, session key. The settings
+// must be those that plain C string functions find.
 
 #include <stdlib.h>
 #include <unistd.h>
@@ -56,22 +56,27 @@ void check_settings(const char* path, const uint8_t* data, size_t size) {
     }
     char text[kCountingBytes + 1] = {};
     memcpy(text, data, std::min(size, kCountingBytes));
-    FuzzCheck(conf_trapDest == plain_value(text, "trapDest", "172.255.255.255"), "trapDest " + conf_trapDest);
-    FuzzCheck(conf_trapCommun == plain_value(text, "trapCommun", "nevermind"), "trapCommun " + conf_trapCommun);
+    if (conf_trapDest != plain_value(text, "trapDest", "172.255.255.255"))
+        FuzzFail("trapDest " + conf_trapDest);
+    if (conf_trapCommun != plain_value(text, "trapCommun", "nevermind"))
+        FuzzFail("trapCommun " + conf_trapCommun);
     FuzzCheck(conf_trapsEnabled == (plain_value(text, "trapsEnabled", "") == "yes"), "trapsEnabled");
     const std::string community = plain_value(text, "rocommunity", "");
-    FuzzCheck(conf_rocommunity == (community == "**none**" ? "" : community), "rocommunity " + conf_rocommunity);
+    if (conf_rocommunity != (community == "**none**" ? "" : community))
+        FuzzFail("rocommunity " + conf_rocommunity);
     FuzzCheck(conf_controllerIndexThis >= 0 && conf_controllerIndexThis <= 2, "controllerIndexThis");
 }
 
 void check_start_settings(const char* path) {
     for (const auto& [key, value] : ReadConfigFile(path))
-        FuzzCheck(!key.empty() && key[0] != '#' && key.find('=') == std::string::npos, "key '" + key + "'");
+        if (key.empty() || key[0] == '#' || key.find('=') != std::string::npos)
+            FuzzFail("key '" + key + "'");
 }
 
 void check_key(const char* path) {
     for (const char c : ReadAccessKey(path))
-        FuzzCheck(isalnum(static_cast<unsigned char>(c)) || strchr("._~+/=-", c) != nullptr, "a key with other signs");
+        FuzzCheck(isalnum(static_cast<unsigned char>(c)) || strchr("._~+/=-", c) != nullptr,
+                  "a key with other signs");
 }
 
 }  // namespace

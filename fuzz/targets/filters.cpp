@@ -1,5 +1,5 @@
-// Filter texts into lists and back, and lists against the values of an object. First line: the filter; the others:
-// "NAME VALUE" of a disk.
+// Filter texts into lists and back, and lists against the values of an object. First line: the filter; the
+// others: "NAME VALUE" of a disk.
 
 #include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsDisk.h"
 #include "apiMgmt/apiStub/base/apiAttributes/filterList.h"
@@ -26,7 +26,8 @@ void CheckItem(const FILTERItem& item, int joinType) {
     single.joinType = joinType;
     single.Add(item.name, item.filterOperator, item.PlainValue());
     const std::unique_ptr<FILTERList> read = FILTERList::FromText(single.ToText());
-    FuzzCheck(read && AreEqual(*read, single), "an item does not come back: " + single.ToText());
+    if (!read || !AreEqual(*read, single))
+        FuzzFail("an item does not come back: " + single.ToText());
 }
 
 }  // namespace
@@ -38,7 +39,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         return 0;
     if (!filter->items.empty()) {
         const std::unique_ptr<FILTERList> again = FILTERList::FromText(filter->ToText());
-        FuzzCheck(again && AreEqual(*again, *filter), "the filter does not come back: " + filter->ToText());
+        if (!again || !AreEqual(*again, *filter))
+            FuzzFail("the filter does not come back: " + filter->ToText());
     }
     for (const FILTERItem& item : filter->items)
         CheckItem(item, filter->joinType);

@@ -1,5 +1,6 @@
-// Bytes as a peer of one of the two sockets may send them: frames, whole, torn or lying about their length. Each
-// message that comes through is handled as the management listener does and as an answer of the API manager.
+// Bytes as a peer of one of the two sockets may send them: frames, whole, torn or lying about their length.
+// Each message that comes through is handled as the management listener does and as an answer of the API
+// manager.
 
 #include <sys/socket.h>
 #include <unistd.h>
@@ -39,7 +40,8 @@ bool IsTrapCommand(const protoIPCMsg::GPBIPCMsg& message) {
 
 void Handle(const protoIPCMsg::GPBIPCMsg& message, std::string_view body) {
     protoIPCMsg::GPBIPCMsg expected;
-    FuzzCheck(expected.ParseFromArray(body.data(), static_cast<int>(body.size())), "an unreadable body was taken");
+    FuzzCheck(expected.ParseFromArray(body.data(), static_cast<int>(body.size())),
+              "an unreadable body was taken");
     FuzzCheck(message.SerializeAsString() == expected.SerializeAsString(), "another message than was sent");
     const size_t waiting = trapsToSend.size();
     HandleMgmtMsg(message);
@@ -71,7 +73,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     int pair[2];
     FuzzCheck(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, pair) == 0, "no socket pair");
     FuzzCheck(send(pair[0], bytes.data(), bytes.size(), MSG_DONTWAIT | MSG_NOSIGNAL) ==
-                  static_cast<ssize_t>(bytes.size()) || bytes.empty(),
+                      static_cast<ssize_t>(bytes.size()) ||
+                  bytes.empty(),
               "the socket's buffer is too small");
     close(pair[0]);
     WireLinkServerConnection connection(endpoint, pair[1]);

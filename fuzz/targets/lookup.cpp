@@ -1,10 +1,11 @@
 // Names into the exact and the next lookup, over a store in which some instances are cached. Every answer is
-// held against the walk over all columns, and for names that a manager forms from the MIB against an ordered map
-// of the cached instances.
+// held against the walk over all columns, and for names that a manager forms from the MIB against an ordered
+// map of the cached instances.
 
 #include <map>
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/oidLookup.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentUtil/netSnmpHeaders.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 #include "fuzz/lib/fuzzCheck.h"
 #include "fuzz/lib/fuzzInput.h"
@@ -26,12 +27,24 @@ name_type name_of_variable(int32_t index) {
     return name;
 }
 
+// A variable of any column, often the first or last of a parent, which in a large table nobody meets by
+// chance.
+int32_t any_variable(FuzzInput& input) {
+    const column_record& column = cols[input.Below(NUMBER_OF_COLUMNS)];
+    if (!column.is_table())
+        return column.first_var;
+    const size_t rows = column.maxNumOfRows;
+    const size_t places[] = {0, rows - 1, input.Below(rows), input.Below(rows)};
+    const size_t parent = input.Below(std::max(column.maxNumOfParents, 1U));
+    return column.first_var + static_cast<int32_t>(parent * rows + places[input.Below(4)]);
+}
+
 // Caches up to 15 instances; which ones decides the input.
 std::map<name_type, int32_t> fill_store(FuzzInput& input) {
     std::map<name_type, int32_t> cached;
     clear_cached_range(0, total_vars);
     for (size_t count = input.Below(16); count > 0; --count) {
-        const auto index = static_cast<int32_t>(input.Below(static_cast<size_t>(total_vars)));
+        const int32_t index = any_variable(input);
         set_cached(index);
         cached.emplace(name_of_variable(index), index);
     }
@@ -39,7 +52,8 @@ std::map<name_type, int32_t> fill_store(FuzzInput& input) {
 }
 
 oid any_arc(FuzzInput& input) {
-    static const oid kEdges[] = {0, 2147483647, 2147483648, 4294967295, 0xFFFFFFFF80000000, 0xFFFFFFFFFFFFFFFF};
+    static const oid kEdges[] = {0,          2147483647,         2147483648,
+                                 4294967295, 0xFFFFFFFF80000000, 0xFFFFFFFFFFFFFFFF};
     const size_t kind = input.Below(4);
     return kind == 0 ? kEdges[input.Below(std::size(kEdges))] : input.Below(kind == 1 ? 65536 : 256);
 }
@@ -50,8 +64,10 @@ name_type any_name(FuzzInput& input) {
         const column_record& column = cols[input.Below(NUMBER_OF_COLUMNS)];
         name.assign(column.oid_ptr, column.oid_ptr + column.oid_len);
     } else {
-        name = name_of_variable(static_cast<int32_t>(input.Below(static_cast<size_t>(total_vars))));
+        name = name_of_variable(any_variable(input));
     }
+    if (input.OnceIn(2))
+        return name;
     name.resize(name.size() - std::min(name.size(), input.Below(4)));
     for (size_t more = input.Below(6); more > 0; --more)
         name.push_back(any_arc(input));
@@ -89,8 +105,9 @@ void check_against_walk(const name_type& name) {
     FuzzCheck(get_index_of_oid(name.data(), name.size()) == literal_lookup::exact(name),
               "exact lookup differs from the walk");
     const int64_t candidate = literal_lookup::next_candidate(name);
-    FuzzCheck(find_next_index(name.data(), name.size()) == (candidate < 0 ? -1 : first_cached_from(candidate)),
-              "next lookup differs from the walk");
+    FuzzCheck(
+        find_next_index(name.data(), name.size()) == (candidate < 0 ? -1 : first_cached_from(candidate)),
+        "next lookup differs from the walk");
 }
 
 }  // namespace

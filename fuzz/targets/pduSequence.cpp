@@ -1,12 +1,14 @@
-// Sequences of PDUs at the handler: GET, GETNEXT and the phases of a SET, with names of 0 to 128 sub-identifiers
-// anywhere in and around the MIB, in both enterprise numbers. A GET gives what the store holds; a GETNEXT goes forward;
-// a SET changes a column that may be written and no other.
+// Sequences of PDUs at the handler: GET, GETNEXT and the phases of a SET, with names of 0 to 128
+// sub-identifiers anywhere in and around the MIB, in both enterprise numbers. A GET gives what the store
+// holds; a GETNEXT goes forward; a SET changes a column that may be written and no other.
 
 #include <cstring>
 
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/oidLookup.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/pduWindow.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapQueue.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentUtil/netSnmpHeaders.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 #include "fuzz/lib/fuzzCheck.h"
 #include "fuzz/lib/fuzzInput.h"
@@ -17,8 +19,9 @@
 
 namespace {
 
-constexpr int kModes[] = {MODE_GET,         MODE_GETNEXT,    MODE_GETBULK, MODE_SET_RESERVE1, MODE_SET_RESERVE2,
-                          MODE_SET_ACTION, MODE_SET_COMMIT, MODE_SET_FREE, MODE_SET_UNDO,     77};
+constexpr int kModes[] = {
+    MODE_GET,        MODE_GETNEXT,    MODE_GETBULK,  MODE_SET_RESERVE1, MODE_SET_RESERVE2,
+    MODE_SET_ACTION, MODE_SET_COMMIT, MODE_SET_FREE, MODE_SET_UNDO,     77};
 
 using name_type = std::vector<oid>;
 
@@ -33,9 +36,10 @@ oid any_arc(FuzzInput& input) {
     return input.OnceIn(3) ? kEdges[input.Below(std::size(kEdges))] : input.Below(64);
 }
 
-std::string any_name(FuzzInput& input) {
+// `last` is the name that the latest answer had, with which a walk goes on.
+std::string any_name(FuzzInput& input, const std::string& last) {
     std::string text = name_of(any_variable(input));
-    switch (input.Below(6)) {
+    switch (input.Below(8)) {
         case 0:
             return text;
         case 1: {  // the old number stands for the first 11 sub-identifiers
@@ -51,6 +55,9 @@ std::string any_name(FuzzInput& input) {
         case 3:
             text = "1";
             break;
+        case 4:
+        case 5:
+            return last;
         default:
             break;
     }
@@ -85,12 +92,16 @@ uint64_t read_only_sum() {
     return sum;
 }
 
+std::string name_in(const std::string& answer) {
+    return answer.substr(0, answer.find(" = "));
+}
+
 void check_get(const std::string& name, const std::string& answer) {
     const name_type asked = oid_of(name);
-    const size_t equals = answer.find(" = ");
-    const std::string value = answer.substr(equals + 3);
+    const std::string value = answer.substr(answer.find(" = ") + 3);
     if (value[0] == '"' || value.rfind("gauge", 0) == 0 || value.rfind("integer", 0) == 0)
-        FuzzCheck(oid_of(answer.substr(0, equals)) == asked, "a GET answered another name: " + answer);
+        if (oid_of(name_in(answer)) != asked)
+            FuzzFail("a GET answered another name: " + answer);
 }
 
 void check_get_next(const std::string& name, const std::string& answer) {
@@ -98,18 +109,18 @@ void check_get_next(const std::string& name, const std::string& answer) {
         answer.find(" = null") != std::string::npos)
         return;
     const name_type asked = oid_of(name);
-    const name_type next = oid_of(answer.substr(0, answer.find(" = ")));
-    FuzzCheck(snmp_oid_compare(asked.data(), asked.size(), next.data(), next.size()) < 0,
-              "a walk does not go forward: " + name + " then " + answer);
+    const name_type next = oid_of(name_in(answer));
+    if (snmp_oid_compare(asked.data(), asked.size(), next.data(), next.size()) >= 0)
+        FuzzFail("a walk does not go forward: " + name + " then " + answer);
 }
 
-void run_pdu(FuzzInput& input) {
+void run_pdu(FuzzInput& input, std::string& last) {
     const int mode = kModes[input.Below(std::size(kModes))];
     const bool is_set = mode != MODE_GET && mode != MODE_GETNEXT && mode != MODE_GETBULK;
     snmp_pdu_of_test pdu(mode);
     std::vector<std::string> names;
     for (size_t count = 1 + input.Below(4); count > 0; --count) {
-        names.push_back(any_name(input));
+        names.push_back(any_name(input, last));
         if (!is_set)
             pdu.ask(names.back());
         else if (input.OnceIn(4))
@@ -126,6 +137,7 @@ void run_pdu(FuzzInput& input) {
         else if (mode == MODE_GETNEXT)
             check_get_next(names[i], pdu.answer(i));
     }
+    last = name_in(pdu.answer(names.size() - 1));
 }
 
 }  // namespace
@@ -136,9 +148,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     last_oid_len = 0;
     FuzzInput input(data, size);
     fill_store(input);
+    std::string last = "1";
     begin_agent_tick();
     for (int count = 0; count < 32 && !input.IsEmpty(); ++count) {
-        run_pdu(input);
+        run_pdu(input, last);
         if (input.OnceIn(3)) {
             end_agent_tick();
             fake_clock::advance(10'000);

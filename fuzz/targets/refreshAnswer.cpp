@@ -1,6 +1,6 @@
-// Answers of the API manager into the refresh as the daemon runs it, post-processes included: they read what other
-// tables hold, so several tables may follow each other. Each piece of the input, separated by the byte 0x1e, is a
-// letter for the table, 'a' for the first of refresh.def, and a document.
+// Answers of the API manager into the refresh as the daemon runs it, post-processes included: they read what
+// other tables hold, so several tables may follow each other. Each piece of the input, separated by the byte
+// 0x1e, is a letter for the table, 'a' for the first of refresh.def, and a document.
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/tableRefresh.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibDefinition.h"
@@ -24,7 +24,8 @@ void check_rows(const refresh_operation& operation) {
             const int32_t i = first.first_var + parent * rows + row;
             if (!is_cached(i))
                 break;
-            FuzzCheck(vars[i].uint == static_cast<uint32_t>(row) + 1, "a row has another's number: " + name_of(i));
+            if (vars[i].uint != static_cast<uint32_t>(row) + 1)
+                FuzzFail("a row has another's number: " + name_of(i));
         }
     }
 }

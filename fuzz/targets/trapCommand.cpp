@@ -1,6 +1,6 @@
-// Texts as trap commands, a line each, with a NUL standing for a newline, up to the notification. A line "!TRAP
-// STATUS" beforehand gives all objects of the array that status. Every command has one outcome: refused with a line
-// in the log, held back, or sent as exactly one notification.
+// Texts as trap commands, a line each, with a NUL standing for a newline, up to the notification. A line
+// "!TRAP STATUS" beforehand gives all objects of the array that status. Every command has one outcome:
+// refused with a line in the log, held back, or sent as exactly one notification.
 
 #include <algorithm>
 
@@ -38,14 +38,16 @@ void run(TrapToSend& trap) {
     const int result = processSendTrapCmd(trap, false);
     const std::string course = transcript::take();
     const size_t sent = count_lines(course, "notify ");
-    FuzzCheck(sent <= 1, "one command, several notifications:\n" + course);
+    if (sent > 1)
+        FuzzFail("one command, several notifications:\n" + course);
     FuzzCheck(result != 0 || sent == 1 || outstandingTraps.size() <= known + 1, "a record from nowhere");
-    FuzzCheck(result == 0 || sent == 1 || count_lines(course, "log 4 ") > 0, "refused in silence:\n" + course);
+    if (result != 0 && sent == 0 && count_lines(course, "log 4 ") == 0)
+        FuzzFail("refused in silence:\n" + course);
 }
 
 void set_all_statuses(uint32_t status) {
-    for (const int head : {COLID_tsCtlrNbr, COLID_tsDiskNbr, COLID_tsEnclNbr, COLID_tsDiskFolderNbr, COLID_tsVolumeNbr,
-                           COLID_tsServerNbr, COLID_tsCacheNbr, COLID_tsUPSNbr})
+    for (const int head : {COLID_tsCtlrNbr, COLID_tsDiskNbr, COLID_tsEnclNbr, COLID_tsDiskFolderNbr,
+                           COLID_tsVolumeNbr, COLID_tsServerNbr, COLID_tsCacheNbr, COLID_tsUPSNbr})
         FuzzTrapWorld::set_status(cols[head + 1].first_var, status);
 }
 

@@ -1,5 +1,6 @@
-// Texts into the value types. A value that was read is written in one form, which reads as the same value; every
-// attribute class of every object judges the text without failing in another way than by its own exception.
+// Texts into the value types. A value that was read is written in one form, which reads as the same value;
+// every attribute class of every object judges the text without failing in another way than by its own
+// exception.
 
 #include <cstdlib>
 #include <ctime>
@@ -20,8 +21,9 @@ namespace {
 template <class Value>
 void CheckValue(const std::string& text, const char* what) {
     const std::string written = Value::FromText(text).ToText();
-    FuzzCheck(Value::FromText(written).ToText() == written,
-              std::string(what) + " '" + written + "' comes back as '" + Value::FromText(written).ToText() + "'");
+    if (Value::FromText(written).ToText() != written)
+        FuzzFail(std::string(what) + " '" + written + "' comes back as '" +
+                 Value::FromText(written).ToText() + "'");
 }
 
 void CheckReference(const std::string& text) {
@@ -29,7 +31,8 @@ void CheckReference(const std::string& text) {
     if (!reference)
         return;
     const std::unique_ptr<APIObjectInstance> again = APIObjectInstance::FromText(reference->ToText());
-    FuzzCheck(again && again->ToText() == reference->ToText(), "reference '" + reference->ToText() + "'");
+    if (!again || again->ToText() != reference->ToText())
+        FuzzFail("reference '" + reference->ToText() + "'");
 }
 
 // All descriptors of all objects.
