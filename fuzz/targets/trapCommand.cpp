@@ -3,6 +3,7 @@
 // refused with a line in the log, held back, or sent as exactly one notification.
 
 #include <algorithm>
+#include <regex>
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/outstandingTraps.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapCommand.h"
@@ -21,11 +22,18 @@ size_t count_lines(const std::string& text, const std::string& beginning) {
     return count;
 }
 
+// Eight words with a blank behind each, in what is looked at of a text.
+bool is_command(const std::string& text) {
+    static const std::regex form("^( *[^ ]+ ){8}");
+    return std::regex_search(text.substr(0, kTrapCommandBuffer - 1), form);
+}
+
 std::unique_ptr<TrapToSend> parse(const std::string& text) {
     const size_t waiting = trapsToSend.size();
     char scratch[kTrapCommandBuffer];
     const int result = ParseTrapCommand(text.c_str(), scratch, sizeof scratch);
     FuzzCheck(trapsToSend.size() == waiting + (result == 0 ? 1 : 0), "result and queue disagree");
+    FuzzCheck((result == 0) == is_command(text), "taken or dropped against the form of a command");
     if (result != 0)
         return nullptr;
     std::unique_ptr<TrapToSend> trap = std::move(trapsToSend.back());
