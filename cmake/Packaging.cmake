@@ -23,6 +23,7 @@ set(CPACK_PACKAGE_CONTACT "Vorn Support Services <support@vorn-lumivant.example>
 set(CPACK_PACKAGE_VERSION "${PROJECT_VERSION}")
 set(CPACK_PACKAGE_HOMEPAGE_URL "https://www.vorn-lumivant.example/tessera")
 set(CPACK_STRIP_FILES ON)
+set(CPACK_PRE_BUILD_SCRIPTS "${CMAKE_SOURCE_DIR}/cmake/StripArchives.cmake")
 set(CPACK_COMPONENTS_GROUPING IGNORE)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
