@@ -14,6 +14,12 @@ std::string ChildText(const parser::XMLElement& element, std::string_view tag) {
     return child ? std::string(child.GetText()) : std::string();
 }
 
+/** The two spellings that clients use: documents of their own, and those that the object library makes. */
+std::string SessionKeyIn(const parser::XMLElement& connection) {
+    const std::string key = ChildText(connection, "SessionKey");
+    return key.empty() ? ChildText(connection, "sessionkey") : key;
+}
+
 void ReadMethod(const parser::XMLElement& method, ApiRequest& request) {
     request.command_type = ChildText(method, "CommandType");
     request.object = ChildText(method, "Object");
@@ -50,7 +56,7 @@ void ParseApiRequest(std::string_view document, ApiRequest& request) {
         throw ApiFailure(kParsingError, "The document element is not lumapi");
     }
     if (const parser::XMLElement connection = root.GetFirstChildByTagName("ApiConnection")) {
-        request.session_key = ChildText(connection, "SessionKey");
+        request.session_key = SessionKeyIn(connection);
     }
     const std::vector<parser::XMLElement> methods = root.GetChildElemsByTagName("ApiMethod");
     if (!methods.empty()) {

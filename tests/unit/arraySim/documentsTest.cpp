@@ -1,5 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <memory>
+
+#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsDisk.h"
+#include "apiMgmt/apiStub/base/apiObjects/base/apiChannel.h"
+#include "apiMgmt/apiStub/base/apiObjects/base/methodReturns.h"
 #include "tests/unit/arraySim/requests.h"
 #include "tools/arraySim/modelFile.h"
 #include "tools/arraySim/simulator.h"
@@ -32,6 +37,18 @@ std::string Failure(const std::string& code, const std::string& text) {
            "</LocalizedError><ReturnObjectEncode>Xml</ReturnObjectEncode><Successful>False</Successful>"
            "<ObjectType>ApiMethodReturn</ObjectType></ApiMethodReturn></lumapi>";
 }
+
+/** The library's way to a simulator that stands in the same process. */
+class ChannelToSimulator : public APIChannel {
+  public:
+    explicit ChannelToSimulator(Simulator& simulator) : simulator_(simulator) {}
+    void Exchange(const protoIPCMsg::GPBIPCMsg& request, protoIPCMsg::GPBIPCMsg& response) override {
+        response = simulator_.Handle(request).response;
+    }
+
+  private:
+    Simulator& simulator_;
+};
 
 class Documents : public testing::Test {
   protected:
@@ -213,6 +230,24 @@ TEST_F(Documents, TheKeyIsCheckedBeforeAnythingElse) {
                   Failure("IllegalSessionKey", "The session key is not known"))
             << key;
     }
+}
+
+TEST_F(Documents, TheKeyOfTheLibrarysOwnDocumentsIsCheckedAsWell) {
+    Simulator simulator = Make(Spelling::kLibrary);
+    ChannelToSimulator channel(simulator);
+    APITsDisk::APITsDiskGetListMethod method;
+    method.SetChannel(&channel);
+
+    const std::unique_ptr<BASEApiMethodReturn> good(method.ExecuteWithSession(kTestKey, nullptr, "en_US"));
+    const auto* list = dynamic_cast<const COMPObjectMethodReturn*>(good.get());
+    ASSERT_NE(list, nullptr);
+    ASSERT_EQ(list->GetObjects().size(), 2u);
+    EXPECT_EQ(list->GetObjects()[1]->GetAttribute("Name"), "a<b>&'\"\nö");
+
+    const std::unique_ptr<BASEApiMethodReturn> bad(method.ExecuteWithSession("TEST+KEY", nullptr, ""));
+    ASSERT_NE(bad, nullptr);
+    EXPECT_FALSE(bad->GetSuccessful());
+    EXPECT_EQ(bad->GetErrorCode(), "IllegalSessionKey");
 }
 
 TEST_F(Documents, WhatIsNoRequestDocumentIsAParsingError) {
