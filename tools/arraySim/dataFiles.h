@@ -4,7 +4,8 @@
 
 namespace arraysim {
 
-/** The text of data/objects.def. */
+/** The texts of the files in data, as they were when the program was built. */
 extern const std::string_view kObjectsDef;
+extern const std::string_view kCallsDef;
 
 }  // namespace arraysim
