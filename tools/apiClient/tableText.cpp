@@ -1,0 +1,167 @@
+#include "tools/apiClient/tableText.h"
+
+#include <algorithm>
+
+#include "apiMgmt/apiStub/base/apiAttributes/apiAttributes.h"
+#include "tools/apiClient/apiCatalogue.h"
+#include "tools/apiClient/attributeWords.h"
+
+namespace {
+
+constexpr size_t kGap = 2;
+
+/** Characters of a UTF-8 text. */
+size_t Length(std::string_view text) {
+    return static_cast<size_t>(
+        std::ranges::count_if(text, [](unsigned char c) { return (c & 0xc0) != 0x80; }));
+}
+
+/** On one line, and without anything that a terminal would obey. */
+std::string Printable(const std::string& text) {
+    std::string printable;
+    for (const char c : text) {
+        if (c == '\n') {
+            printable += "\\n";
+        } else {
+            printable += static_cast<unsigned char>(c) < ' ' || c == '\x7f' ? '?' : c;
+        }
+    }
+    return printable;
+}
+
+/** The rows of the enumeration that an attribute of an object takes; empty when there is none. */
+ENUMTable RowsOf(const Record& record, const std::string& attribute) {
+    const CatalogueObject* object = FindNamed(ApiCatalogue().objects, record.name);
+    const CatalogueAttribute* known = object == nullptr ? nullptr : FindNamed(object->attributes, attribute);
+    return known == nullptr ? ENUMTable() : known->Rows();
+}
+
+std::string ReadableText(const Record& record, const Column& column, const std::string& text) {
+    if (const auto* size = dynamic_cast<const SIZEApiAttribute*>(column.descriptor)) {
+        const std::string words = size->FromText(text).ToDisplayText();
+        return words.empty() ? text : words;
+    }
+    if (dynamic_cast<const ENUMApiAttribute*>(column.descriptor) != nullptr) {
+        const ENUMRow* row = RowsOf(record, column.name).FindDescription(text);
+        return row == nullptr ? text : UiText(*row);
+    }
+    if (const auto* reference = dynamic_cast<const OBJECTApiAttribute*>(column.descriptor)) {
+        const std::unique_ptr<APIObjectInstance> object = reference->FromText(text);
+        return object ? object->instanceName : text;
+    }
+    return text;
+}
+
+std::string CellText(const Record& record, const Column& column, bool readable) {
+    const std::string text = record.Value(column.name);
+    return Printable(readable && !text.empty() ? ReadableText(record, column, text) : text);
+}
+
+bool IsNamed(const Column& column, std::string_view name) {
+    return column.name == name;
+}
+
+/** What identifies an object and says how it is; then its own attributes as far as they fit. */
+std::vector<Column> FittingColumns(const std::vector<Record>& run, size_t width) {
+    const std::vector<Column> all = AllColumns(run);
+    std::vector<Column> columns;
+    const auto add = [&](std::string_view name) {
+        const auto found =
+            std::ranges::find_if(all, [&](const Column& column) { return IsNamed(column, name); });
+        if (found != all.end()) {
+            columns.push_back(*found);
+        }
+        return found != all.end();
+    };
+    add("InstanceId");
+    if (!add("Name")) {
+        add("InstanceName");
+    }
+    add("Status");
+    size_t used = 0;
+    for (const Column& column : columns) {
+        used += std::max<size_t>(column.width, Length(column.label)) + kGap;
+    }
+    for (const Column& column : all) {
+        const size_t needed = std::max<size_t>(column.width, Length(column.label));
+        if (std::ranges::any_of(columns, [&](const Column& each) { return IsNamed(each, column.name); })) {
+            continue;
+        }
+        if (used + needed > width) {
+            break;
+        }
+        columns.push_back(column);
+        used += needed + kGap;
+    }
+    return columns;
+}
+
+std::string ListText(const std::vector<Record>& run, const std::vector<Column>& columns, bool readable) {
+    std::vector<std::vector<std::string>> rows(1);
+    std::vector<size_t> widths;
+    for (const Column& column : columns) {
+        rows[0].push_back(column.label);
+        widths.push_back(column.width);
+    }
+    for (const Record& record : run) {
+        std::vector<std::string>& row = rows.emplace_back();
+        for (const Column& column : columns) {
+            row.push_back(CellText(record, column, readable));
+        }
+    }
+    return AlignedText(rows, widths);
+}
+
+std::string ObjectText(const Record& record, const std::vector<Column>& columns, bool readable) {
+    std::vector<std::vector<std::string>> rows;
+    for (const Column& column : columns) {
+        rows.push_back({column.label, CellText(record, column, readable)});
+    }
+    return AlignedText(rows, {0, 0});
+}
+
+}  // namespace
+
+std::string TableText(const Result& result, const TableOptions& options) {
+    if (result.kind == Result::kNothing) {
+        return "Done.\n";
+    }
+    if (result.kind == Result::kValue) {
+        return Printable(result.value) + "\n";
+    }
+    if (result.records.empty()) {
+        return "No objects.\n";
+    }
+    const bool chosen = !options.columns.empty();
+    const std::vector<Column> columns =
+        chosen ? NamedColumns(result.records, options.columns) : AllColumns(result.records);
+    if (result.kind == Result::kOne) {
+        return ObjectText(result.records.front(), columns, options.readable);
+    }
+    std::string text;
+    for (const std::vector<Record>& run : RunsOfRecords(result.records)) {
+        text += (text.empty() ? "" : "\n") +
+                ListText(run, chosen ? columns : FittingColumns(run, options.width), options.readable);
+    }
+    return text;
+}
+
+std::string AlignedText(const std::vector<std::vector<std::string>>& rows, std::vector<size_t> widths) {
+    for (const std::vector<std::string>& row : rows) {
+        for (size_t i = 0; i < row.size(); ++i) {
+            widths[i] = std::max(widths[i], Length(row[i]));
+        }
+    }
+    std::string text;
+    for (const std::vector<std::string>& row : rows) {
+        std::string line;
+        size_t end = 0;
+        for (size_t i = 0; i < row.size(); ++i) {
+            line += std::string(end - std::min(end, Length(line)), ' ') + row[i];
+            end += widths[i] + kGap;
+        }
+        line.erase(line.find_last_not_of(' ') + 1);
+        text += line + "\n";
+    }
+    return text;
+}
