@@ -6,6 +6,7 @@
 #include "apiMgmt/common/wirelink/accessKey.h"
 #include "apiMgmt/common/xmlwrap/xmlParser.h"
 #include "apiMgmt/proto/apiMgrMsg.pb.h"
+#include "tools/apiClient/printableText.h"
 #include "tools/apiClient/usageError.h"
 
 namespace {
@@ -44,7 +45,8 @@ std::unique_ptr<BASEApiMethodReturn> ArrayConnection::Call(BASEApiMethod& call,
     call.SetChannel(nullptr);
     // No return means no result, or a document of something else.
     if (answer == nullptr && !IsApiDocument(document_)) {
-        throw AnswerError("the answer is no document of the array's API: " + document_.substr(0, 200));
+        throw AnswerError("the answer is no document of the array's API: " +
+                          PrintableText(document_.substr(0, 200)));
     }
     return answer;
 }

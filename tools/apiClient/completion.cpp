@@ -127,7 +127,9 @@ class Completer {
         if (!has_operator) {
             return Enclosed(attribute->name + " ", operators, " ");
         }
-        return Prefixed(attribute->name + " " + parts.filterOperator + " ", ValuesOf(*attribute));
+        return operators.empty()
+                   ? Words{}
+                   : Prefixed(attribute->name + " " + parts.filterOperator + " ", ValuesOf(*attribute));
     }
 
     Words ConditionNames() const {

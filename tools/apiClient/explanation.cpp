@@ -5,6 +5,7 @@
 #include "apiMgmt/apiStub/base/apiObjects/base/baseApiMethodReturn.h"
 #include "apiMgmt/common/utils/apiMethodError.h"
 #include "tools/apiClient/attributeWords.h"
+#include "tools/apiClient/printableText.h"
 
 namespace {
 
@@ -38,7 +39,7 @@ std::string ExplainFailure(const BASEApiMethod& call, const BASEApiMethodReturn&
     std::string last;
     for (const std::string& text : {answer.GetError(), answer.GetLocalizedError(), answer.GetErrorDetail()}) {
         if (!text.empty() && text != last) {
-            words += "\n  " + text;
+            words += "\n  " + PrintableText(text);
             last = text;
         }
     }

@@ -1,10 +1,12 @@
 #include "tools/apiClient/tableText.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "apiMgmt/apiStub/base/apiAttributes/apiAttributes.h"
 #include "tools/apiClient/apiCatalogue.h"
 #include "tools/apiClient/attributeWords.h"
+#include "tools/apiClient/printableText.h"
 
 namespace {
 
@@ -14,19 +16,6 @@ constexpr size_t kGap = 2;
 size_t Length(std::string_view text) {
     return static_cast<size_t>(
         std::ranges::count_if(text, [](unsigned char c) { return (c & 0xc0) != 0x80; }));
-}
-
-/** On one line, and without anything that a terminal would obey. */
-std::string Printable(const std::string& text) {
-    std::string printable;
-    for (const char c : text) {
-        if (c == '\n') {
-            printable += "\\n";
-        } else {
-            printable += static_cast<unsigned char>(c) < ' ' || c == '\x7f' ? '?' : c;
-        }
-    }
-    return printable;
 }
 
 /** The rows of the enumeration that an attribute of an object takes; empty when there is none. */
@@ -54,45 +43,34 @@ std::string ReadableText(const Record& record, const Column& column, const std::
 
 std::string CellText(const Record& record, const Column& column, bool readable) {
     const std::string text = record.Value(column.name);
-    return Printable(readable && !text.empty() ? ReadableText(record, column, text) : text);
+    return PrintableText(readable && !text.empty() ? ReadableText(record, column, text) : text);
 }
 
-bool IsNamed(const Column& column, std::string_view name) {
-    return column.name == name;
+bool HasValue(const std::vector<Record>& run, const std::string& attribute) {
+    return std::ranges::any_of(run, [&](const Record& record) { return !record.Value(attribute).empty(); });
 }
 
-/** What identifies an object and says how it is; then its own attributes as far as they fit. */
+/** Where a column stands when nobody has chosen: what identifies an object and says how it is comes first. */
+size_t Rank(const Column& column, bool has_name) {
+    const std::string_view leading[] = {"InstanceId", has_name ? "Name" : "InstanceName", "Status"};
+    return static_cast<size_t>(std::ranges::find(leading, column.name) - std::begin(leading));
+}
+
+/** The leading columns, and beside them the objects' own attributes as far as a line goes; without those that
+   are empty throughout. */
 std::vector<Column> FittingColumns(const std::vector<Record>& run, size_t width) {
-    const std::vector<Column> all = AllColumns(run);
-    std::vector<Column> columns;
-    const auto add = [&](std::string_view name) {
-        const auto found =
-            std::ranges::find_if(all, [&](const Column& column) { return IsNamed(column, name); });
-        if (found != all.end()) {
-            columns.push_back(*found);
-        }
-        return found != all.end();
-    };
-    add("InstanceId");
-    if (!add("Name")) {
-        add("InstanceName");
-    }
-    add("Status");
+    std::vector<Column> columns = AllColumns(run);
+    std::erase_if(columns, [&](const Column& column) { return !HasValue(run, column.name); });
+    const bool has_name = HasValue(run, "Name");
+    std::ranges::stable_sort(columns, {}, [&](const Column& column) { return Rank(column, has_name); });
     size_t used = 0;
-    for (const Column& column : columns) {
+    const auto end = std::ranges::find_if(columns, [&](const Column& column) {
         used += std::max<size_t>(column.width, Length(column.label)) + kGap;
-    }
-    for (const Column& column : all) {
-        const size_t needed = std::max<size_t>(column.width, Length(column.label));
-        if (std::ranges::any_of(columns, [&](const Column& each) { return IsNamed(each, column.name); })) {
-            continue;
-        }
-        if (used + needed > width) {
-            break;
-        }
-        columns.push_back(column);
-        used += needed + kGap;
-    }
+        return used > width + kGap;
+    });
+    // However narrow, a table has a column.
+    columns.erase(std::max(end, columns.begin() + std::min<ptrdiff_t>(1, std::ssize(columns))),
+                  columns.end());
     return columns;
 }
 
@@ -127,7 +105,7 @@ std::string TableText(const Result& result, const TableOptions& options) {
         return "Done.\n";
     }
     if (result.kind == Result::kValue) {
-        return Printable(result.value) + "\n";
+        return PrintableText(result.value) + "\n";
     }
     if (result.records.empty()) {
         return "No objects.\n";
