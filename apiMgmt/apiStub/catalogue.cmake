@@ -6,7 +6,7 @@ file(GLOB CATALOGUE_GENERATOR CONFIGURE_DEPENDS "${TESSERA_DIR}/catalogueGenerat
 
 # tsDisk.def describes apiTsDisk.h and apiTsDisk.cpp.
 set(CATALOGUE_HEADERS "${TESSERA_OUT}/apiMethodObjects.h")
-set(CATALOGUE_SOURCES "${TESSERA_OUT}/apiMethodObjects.cpp")
+set(CATALOGUE_SOURCES "${TESSERA_OUT}/apiAssociations.cpp" "${TESSERA_OUT}/apiMethodObjects.cpp")
 foreach(object ${CATALOGUE_OBJECTS})
   get_filename_component(object "${object}" NAME_WE)
   string(SUBSTRING "${object}" 0 1 first)

@@ -14,8 +14,9 @@ namespace arraysim {
 
 /** First letter of the object elements. */
 enum class Spelling {
-    kApi,     ///< lower case: tsDisk
-    kLibrary  ///< as the object library writes them: TsDisk
+    kApi,      ///< lower case: tsDisk
+    kLibrary,  ///< as the object library writes them: TsDisk
+    kClasses   ///< the names of the library's classes, so that its clients know each object
 };
 
 /** How objects are written; the second half is there for faults. */

@@ -15,9 +15,12 @@ std::string ChildText(const parser::XMLElement& element, std::string_view tag) {
 }
 
 /** The two spellings that clients use: documents of their own, and those that the object library makes. */
-std::string SessionKeyIn(const parser::XMLElement& connection) {
-    const std::string key = ChildText(connection, "SessionKey");
-    return key.empty() ? ChildText(connection, "sessionkey") : key;
+void ReadSessionKey(const parser::XMLElement& connection, ApiRequest& request) {
+    request.session_key = ChildText(connection, "SessionKey");
+    if (request.session_key.empty()) {
+        request.session_key = ChildText(connection, "sessionkey");
+        request.from_library = !request.session_key.empty();
+    }
 }
 
 void ReadMethod(const parser::XMLElement& method, ApiRequest& request) {
@@ -56,7 +59,7 @@ void ParseApiRequest(std::string_view document, ApiRequest& request) {
         throw ApiFailure(kParsingError, "The document element is not lumapi");
     }
     if (const parser::XMLElement connection = root.GetFirstChildByTagName("ApiConnection")) {
-        request.session_key = SessionKeyIn(connection);
+        ReadSessionKey(connection, request);
     }
     const std::vector<parser::XMLElement> methods = root.GetChildElemsByTagName("ApiMethod");
     if (!methods.empty()) {

@@ -21,6 +21,7 @@ class ApiFailure : public std::runtime_error {
 /** What a request document asks for. */
 struct ApiRequest {
     std::string session_key;
+    bool from_library = false;  ///< made by the object library, whose clients know its classes only
     std::string command_type;
     std::string object;
     std::string command;

@@ -10,6 +10,9 @@ namespace {
 
 /** `Tessera` has one spelling only. */
 std::string ElementName(const Kind& kind, Spelling spelling) {
+    if (spelling == Spelling::kClasses && kind.list->mixed && !kind.alone) {
+        return kind.list->name;
+    }
     std::string name = kind.name;
     if (spelling == Spelling::kApi && name.starts_with("Ts")) {
         name[0] = 't';

@@ -105,7 +105,7 @@ ApiAnswer Simulator::AnswerCommand(const Question& question, const ExchangePlan&
         return *question.failure;
     }
     ObjectStyle style = plan.style;
-    style.spelling = spelling_;
+    style.spelling = question.request.from_library ? Spelling::kClasses : spelling_;
     style.lite = question.request.IsLite();
     try {
         return CarryOut(model_, question.request, session_key_, style, plan.list);

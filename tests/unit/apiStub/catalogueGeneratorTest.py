@@ -85,7 +85,8 @@ constexpr char kSourceFile[] = "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTs
     APITsLampSmashMethod::Description();
     APIHistoricalFilter::Attributes();
     APISpan::Attributes();
-    static const ENUMApiAttribute attribute("Colour", 12, false, "Colour of the lamp");
+    static const ENUMApiAttribute attribute(
+        "Colour", 12, false, "Colour of the lamp", APIEnumsIDStrList::gColourEnumIdStrList);
     SetEnumId(*this, ColourAttribute(), APIEnumsIDStrList::gColourEnumIdStrList, id);
     static const INTApiAttribute attribute("Hours", 20, false, 0, 9000, "Hours");
 void APITsLamp::SetHours(int64_t number) { SetTyped(*this, HoursAttribute(), number); }

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsDisk.h"
+#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsServer.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/apiChannel.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/methodReturns.h"
 #include "tests/unit/arraySim/requests.h"
@@ -52,10 +53,6 @@ class ChannelToSimulator : public APIChannel {
 
 class Documents : public testing::Test {
   protected:
-    static Simulator Make(Spelling spelling) {
-        return {ReadModel(Catalogue::Builtin(), kTinyArray), kTestKey, spelling};
-    }
-
     std::string Answer(const std::string& document) {
         const Exchange exchange = simulator_.Handle(CommandMessage(document, 41));
         EXPECT_EQ(exchange.response.msgtype(), protoIPCMsg::APIResp);
@@ -233,8 +230,7 @@ TEST_F(Documents, TheKeyIsCheckedBeforeAnythingElse) {
 }
 
 TEST_F(Documents, TheKeyOfTheLibrarysOwnDocumentsIsCheckedAsWell) {
-    Simulator simulator = Make(Spelling::kLibrary);
-    ChannelToSimulator channel(simulator);
+    ChannelToSimulator channel(simulator_);
     APITsDisk::APITsDiskGetListMethod method;
     method.SetChannel(&channel);
 
@@ -243,6 +239,15 @@ TEST_F(Documents, TheKeyOfTheLibrarysOwnDocumentsIsCheckedAsWell) {
     ASSERT_NE(list, nullptr);
     ASSERT_EQ(list->GetObjects().size(), 2u);
     EXPECT_EQ(list->GetObjects()[1]->GetAttribute("Name"), "a<b>&'\"\nö");
+
+    // Every server is of a class that the library has.
+    APITsServer::APITsServerGetListMethod servers;
+    servers.SetChannel(&channel);
+    const std::unique_ptr<BASEApiMethodReturn> mixed(servers.ExecuteWithSession(kTestKey, nullptr, ""));
+    const auto* all = dynamic_cast<const COMPObjectMethodReturn*>(mixed.get());
+    ASSERT_NE(all, nullptr);
+    ASSERT_EQ(all->GetObjects().size(), 3u);
+    EXPECT_EQ(all->GetObjects()[1]->GetObjectName(), "TsRemoteTessera");
 
     const std::unique_ptr<BASEApiMethodReturn> bad(method.ExecuteWithSession("TEST+KEY", nullptr, ""));
     ASSERT_NE(bad, nullptr);

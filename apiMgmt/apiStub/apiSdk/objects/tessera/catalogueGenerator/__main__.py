@@ -11,7 +11,8 @@ import sys
 from apiMgmt.common.generator import output, reader
 
 from ..enumerationGenerator import model as enumerations
-from . import check, describe, names, read, renderHeader, renderReference, renderRegistration, renderSource
+from . import (check, describe, names, read, renderAssociations, renderHeader, renderReference, renderRegistration,
+               renderSource)
 from .model import Catalogue
 
 
@@ -32,6 +33,7 @@ def read_catalogue(folder):
 def render(catalogue):
     """Names and texts of all that is made."""
     files = [("catalogueRegistration.cpp", renderRegistration.render(catalogue)),
+             ("apiAssociations.cpp", renderAssociations.render(catalogue)),
              ("catalogue.json", describe.render_json(catalogue)),
              ("apiReference.md", renderReference.render(catalogue)),
              (names.METHOD_OBJECT_UNIT + ".h", renderHeader.render_method_objects(catalogue.method_objects)),
