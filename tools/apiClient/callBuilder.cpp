@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiAssociations.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/apiObjectFactory.h"
-#include "apiMgmt/apiStub/base/apiObjects/base/baseApiAssociation.h"
 #include "apiMgmt/common/utils/apiMethodError.h"
 #include "tools/apiClient/attributeWords.h"
 #include "tools/apiClient/explanation.h"
@@ -17,20 +17,17 @@ namespace {
 
 constexpr char kFilter[] = "Filter";
 
-/** A call by its names alone, for an association, which no factory holds, and for what only the array knows.
- */
-template <class Base>
-class NamedCall : public Base {
+/** A call by its names alone, for what only the array knows. */
+class NamedCall : public BASEApiMethod {
   public:
-    template <class... Argument>
-    NamedCall(std::string object, std::string command, Argument... argument)
-        : Base(argument...), object_(std::move(object)), command_(std::move(command)) {}
+    explicit NamedCall(const CallRequest& request)
+        : BASEApiMethod(request.association), object_(request.object), command_(request.command) {}
     const std::string& GetObjectName() const override { return object_; }
     const std::string& GetCommandName() const override { return command_; }
 
   private:
-    std::string object_;
-    std::string command_;
+    const std::string object_;
+    const std::string command_;
 };
 
 class CallBuilder {
@@ -71,10 +68,9 @@ class CallBuilder {
 
     void CreateCall() {
         if (command_ == nullptr) {
-            call_ = std::make_unique<NamedCall<BASEApiMethod>>(request_.object, request_.command,
-                                                               request_.association);
+            call_ = std::make_unique<NamedCall>(request_);
         } else if (command_->isAssociation) {
-            call_ = std::make_unique<NamedCall<BASEApiAssociation>>(object_->name, command_->name);
+            call_ = CreateAssociation(object_->name, command_->name);
         } else {
             call_ = APIObjectFactory<BASEApiMethod>::Instance().Create("API" + object_->name +
                                                                        command_->name + "Method");

@@ -4,7 +4,6 @@
 #include <iterator>
 
 #include "apiMgmt/apiStub/base/apiAttributes/apiAttributes.h"
-#include "tools/apiClient/apiCatalogue.h"
 #include "tools/apiClient/attributeWords.h"
 #include "tools/apiClient/printableText.h"
 
@@ -18,20 +17,13 @@ size_t Length(std::string_view text) {
         std::ranges::count_if(text, [](unsigned char c) { return (c & 0xc0) != 0x80; }));
 }
 
-/** The rows of the enumeration that an attribute of an object takes; empty when there is none. */
-ENUMTable RowsOf(const Record& record, const std::string& attribute) {
-    const CatalogueObject* object = FindNamed(ApiCatalogue().objects, record.name);
-    const CatalogueAttribute* known = object == nullptr ? nullptr : FindNamed(object->attributes, attribute);
-    return known == nullptr ? ENUMTable() : known->Rows();
-}
-
-std::string ReadableText(const Record& record, const Column& column, const std::string& text) {
+std::string ReadableText(const Column& column, const std::string& text) {
     if (const auto* size = dynamic_cast<const SIZEApiAttribute*>(column.descriptor)) {
         const std::string words = size->FromText(text).ToDisplayText();
         return words.empty() ? text : words;
     }
-    if (dynamic_cast<const ENUMApiAttribute*>(column.descriptor) != nullptr) {
-        const ENUMRow* row = RowsOf(record, column.name).FindDescription(text);
+    if (const auto* word = dynamic_cast<const ENUMApiAttribute*>(column.descriptor)) {
+        const ENUMRow* row = word->GetTable().FindDescription(text);
         return row == nullptr ? text : UiText(*row);
     }
     if (const auto* reference = dynamic_cast<const OBJECTApiAttribute*>(column.descriptor)) {
@@ -43,7 +35,7 @@ std::string ReadableText(const Record& record, const Column& column, const std::
 
 std::string CellText(const Record& record, const Column& column, bool readable) {
     const std::string text = record.Value(column.name);
-    return PrintableText(readable && !text.empty() ? ReadableText(record, column, text) : text);
+    return PrintableText(readable && !text.empty() ? ReadableText(column, text) : text);
 }
 
 bool HasValue(const std::vector<Record>& run, const std::string& attribute) {
