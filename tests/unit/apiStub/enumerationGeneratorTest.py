@@ -1,23 +1,19 @@
 """The generator of the enumerations: a small input with what is made of it, wrong lines with their message; and
 the simulated array's values held against the data."""
 
-import contextlib
-import io
 import os
 import sys
-import tempfile
 import unittest
-from unittest import mock
 
 sys.dont_write_bytecode = True
-ROOT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../../..")
-sys.path.insert(0, ROOT)
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
+import generatorCase  # noqa: E402
 from apiMgmt.apiStub.apiSdk.objects.tessera.enumerationGenerator import __main__ as program  # noqa: E402
 from apiMgmt.apiStub.apiSdk.objects.tessera.enumerationGenerator import model  # noqa: E402
 from apiMgmt.common.generator import reader  # noqa: E402
 
-DATA = os.path.join(ROOT, "apiMgmt/apiStub/apiSdk/objects/tessera/data")
+DATA = os.path.join(generatorCase.ROOT, "apiMgmt/apiStub/apiSdk/objects/tessera/data")
 
 STATES = """\
 # States.
@@ -93,32 +89,19 @@ WRONG = (
 )
 
 
-class EnumerationGenerator(unittest.TestCase):
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = folder.name
-
-    def path(self, name):
-        return os.path.join(self.folder, name)
-
+class EnumerationGenerator(generatorCase.GeneratorCase):
     def run_on(self, **files):
         for name, text in files.items():
-            with open(self.path(f"{name}.def"), "w", encoding="utf-8") as file:
-                file.write(text)
-        errors = io.StringIO()
-        arguments = ["enumerationGenerator", "--data", self.folder, "--out", self.path("out")]
-        with mock.patch.object(sys, "argv", arguments), contextlib.redirect_stderr(errors):
-            return program.main(), errors.getvalue()
+            self.write(f"{name}.def", text)
+        return self.run_program(program, "--data", self.folder, "--out", self.path("out"))
 
-    def read(self, name):
-        with open(self.path("out/" + name), encoding="ascii") as file:
-            return file.read()
+    def read_ascii(self, name):
+        return self.read(name, encoding="ascii")
 
     def test_makes_the_tables(self):
         self.assertEqual(self.run_on(zones=ZONES, states=STATES), (0, ""))
-        self.assertIn(HEADER, self.read("apiEnumsIDStrList.h"))
-        self.assertTrue(self.read("apiEnumsIDStrList.cpp").endswith(SOURCE), self.read("apiEnumsIDStrList.cpp"))
+        self.assertIn(HEADER, self.read_ascii("apiEnumsIDStrList.h"))
+        self.assertTrue(self.read_ascii("apiEnumsIDStrList.cpp").endswith(SOURCE), self.read_ascii("apiEnumsIDStrList.cpp"))
 
     def test_leaves_equal_files_untouched(self):
         self.run_on(zones=ZONES)
@@ -161,7 +144,7 @@ class SimulatedArray(unittest.TestCase):
                        for table in model.read_folder(os.path.join(DATA, "enumerations"))}
         enumerations = enumerations_of_attributes()
         owner, checked = None, 0
-        with open(os.path.join(ROOT, "tools/arraySim/data/objects.def"), encoding="utf-8") as file:
+        with open(os.path.join(generatorCase.ROOT, "tools/arraySim/data/objects.def"), encoding="utf-8") as file:
             for line in map(str.split, file):
                 if line[:1] == ["object"]:
                     owner = line[1]
