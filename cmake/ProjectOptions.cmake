@@ -26,3 +26,6 @@ if(SNMPSUBAGENT_SANITIZE)
     add_compile_options(-Wno-tsan)
   endif()
 endif()
+
+# A daemon that runs as root for years: its tables of addresses are filled at start and read only from then on.
+add_link_options(-Wl,-z,relro,-z,now)

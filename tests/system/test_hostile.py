@@ -65,6 +65,14 @@ class HostileAnswers(story.SharedStory):
     def wait_for_line(self, pattern, limit_s=60):
         waiting.wait_until(lambda: re.search(pattern, self.daemon.log()), f"the log holds {pattern}", limit_s)
 
+    def wait_for_good_exchange(self):
+        """Of three faults in a row without one the daemon would end."""
+        def good():
+            return self.array.exchanges() - self.array.exchanges(struck=True)
+
+        before = good()
+        waiting.wait_until(lambda: good() > before, "an exchange succeeds")
+
     def assert_served_as_before(self):
         for kind in ("TsController", "TsDisk", "TsControllerFanSensor", "TsVolume"):
             root = self.table_root(kind)
@@ -77,6 +85,7 @@ class HostileAnswers(story.SharedStory):
                 self.daemon.begin_log()
                 self.array.fault(*fault, "for", "1")
                 self.wait_for_line(pattern)
+                self.wait_for_good_exchange()
                 self.assert_served_as_before()
         self.assertEqual(self.daemon.lines_with("strikes_against_apimgr"), [])
 
@@ -129,8 +138,9 @@ class HostileAnswers(story.SharedStory):
 
     def test_nothing_of_a_named_file_is_served(self):
         secret = machine.read_file("/etc/passwd").splitlines()[0]
-        self.array.fault("external-entity", "for", "5")
+        self.array.fault("external-entity", "for", "3")
         self.wait_for_line(NO_PARSE)
+        self.wait_for_good_exchange()
         self.assertNotIn(secret, self.daemon.log())
         self.assert_served_as_before()
 
@@ -148,6 +158,14 @@ class HostileStart(story.Story):
         self.begin()
         self.array.start()
 
+    def start_until_snmpd_was_quick_enough(self):
+        """On a machine that is very busy snmpd does not make it within the tenth of a second that it is given."""
+        for _ in range(10):
+            self.daemon.start_in_foreground(wait=False)
+            self.assertEqual(self.daemon.wait_for_exit_status(), 0)
+            if "Unable to read_pid_file()" not in self.daemon.log():
+                break
+
     def test_what_the_start_needs(self):
         for kind, fault, line in (
                 ("TsController", ("truncated",), "error on getting info from api for controller table"),
@@ -159,8 +177,7 @@ class HostileStart(story.Story):
                 self.array.clear_faults()
                 # The access test reads the controller list too, and a document that does not parse fails there.
                 self.array.fault(*fault, "on", kind)
-                self.daemon.start_in_foreground(wait=False)
-                self.assertEqual(self.daemon.wait_for_exit_status(), 0)
+                self.start_until_snmpd_was_quick_enough()
                 if kind != "TsController":
                     self.assertIn(line, self.daemon.log())
                 self.assertIn("snmpSubagent is exiting.", self.daemon.log())

@@ -56,9 +56,9 @@ class ReadingManagers(story.SharedStory):
                 binding = self.store[mib.oid(column.name, number)]
                 text = row[column.name.removeprefix("tsCtlr")]
                 if binding.type == "STRING":
-                    self.assertEqual(bytes.fromhex(text.strip('"')), binding.value, column.name)
+                    self.assertEqual(text.strip('"'), binding.value.decode(), column.name)
                 else:
-                    self.assertEqual(int(text), binding.value, column.name)
+                    self.assertEqual(int(text.split()[0]), binding.value, column.name)  # units may follow
 
     def test_one_request_over_several_registrations(self):
         oids = [mib.scalar("sysContact"), mib.scalar("productName"), "1.3.6.1.2.1.1.3.0", mib.oid("tsDiskName", 3),

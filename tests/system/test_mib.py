@@ -1,17 +1,14 @@
 """The MIB module in a manager's hands: names, types and values of everything that is served, and of notifications."""
 
-import os
 import re
 import subprocess
 import unittest
 
-from harness import machine, management, manager, mib, story, waiting
+from harness import management, manager, mib, mibModule, story, waiting
 from harness.trapStory import IDS, TrapStory
 from harness.traps import Event
 
-MODULE = "VORN-LUMIVANT-TESSERA-MIB"
-OLD_MODULE = "VORN-LUMIVANT-TESSERA-OLD-MIB"
-FOLDERS = f"{os.path.join(machine.REPOSITORY, 'mib', 'standard')}:{os.path.join(machine.BUILD, 'mib')}"
+MODULE, OLD_MODULE = mibModule.NAME, mibModule.OLD_NAME
 LINE = re.compile(rf"^{MODULE}::(\w+)\.([\d.]+) = (.*)$")
 ENUMERATED = re.compile(r"INTEGER: \w+\(-?\d+\)$")
 TYPES = {"string": ("STRING: ", "Hex-STRING: ", '""'), "integer": ("INTEGER: ",), "enumeration": ("INTEGER: ",),
@@ -24,7 +21,7 @@ def with_module(tool, *arguments, modules=MODULE):
     """Standard output of one of Net-SNMP's tools that has read the module and nothing else."""
     done = subprocess.run([tool, *map(str, arguments)], stdin=subprocess.DEVNULL, capture_output=True, text=True,
                           errors="replace", check=False, timeout=300 * waiting.PATIENCE,
-                          env={**manager.Manager.environment(), "MIBS": modules, "MIBDIRS": FOLDERS})
+                          env={**manager.Manager.environment(), "MIBS": modules, "MIBDIRS": mibModule.FOLDERS})
     if done.returncode != 0:
         raise AssertionError(f"{tool}: status {done.returncode}: {done.stdout}{done.stderr}")
     return done.stdout
@@ -47,6 +44,20 @@ class MibModule(TrapStory):
             self.assertTrue(value.startswith(TYPES[mib.COLUMNS[name].type]), line)
             if value.startswith("INTEGER: ") and name not in BARE_INTEGERS:
                 self.assertRegex(value, ENUMERATED, f"{name} has a number that the module does not name")
+
+    def test_every_table_is_shown_by_snmptable_with_its_names(self):
+        objects = self.manager.bulk_walk(mib.ROOT, "-Cr20").oids()
+        for name, table in mib.TABLES.items():
+            rows = self.manager.table(name)
+            first = mib.oid(table.columns[0].name) + "."
+            self.assertEqual(len(rows), sum(oid.startswith(first) for oid in objects), name)
+            for row in rows:
+                self.assertEqual(list(row), ["index", *(self.head(table, column) for column in table.columns)])
+
+    @staticmethod
+    def head(table, column):
+        """-Cb takes away what the names of all columns have in common, which is the name of the table."""
+        return column.name.removeprefix(table.name)
 
     def test_units_stand_behind_values(self):
         self.assertRegex(self.ask("snmpget", "127.0.0.1", f"{MODULE}::tsCtlrTempCurrent.1.1"), r"\d degrees Celsius$")

@@ -114,13 +114,6 @@ bool shows_sane_memory(const char* ps_output) {
     return true;
 }
 
-const std::string& self_test_community() {
-    static const std::string kPublic = "public";
-    if (!conf_rocommunity.empty())
-        return conf_rocommunity;
-    return conf_rwcommunity.empty() ? kPublic : conf_rwcommunity;
-}
-
 // Built at the first use, so the community is fixed from then on.
 const std::string& self_test_command() {
     static const std::string command = [] {

@@ -3,9 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <cstring>
-#include <optional>
-#include <string_view>
+#include <algorithm>
 
 #include "apiMgmt/common/utils/pathConstants.h"
 #include "apiMgmt/common/utils/stringUtil.h"
@@ -27,18 +25,59 @@ namespace {
 
 constexpr size_t kBufferSize = 500;
 
-// The text of the file as far as it counts; nothing when there is none.
-std::optional<std::string> read_conf_text() {
-    const int descriptor = open(kSnmpSubagentConfigFile, O_RDONLY | O_CLOEXEC);
+using found_value = std::optional<std::string>;
+
+std::string community(const found_value& value) {
+    return value.value_or("") == "**none**" ? "" : value.value_or("");
+}
+
+bool flag(const found_value& value) {
+    return value.value_or("") == "yes";
+}
+
+int number(const found_value& value, int missing) {
+    return value ? ParseInt(*value) : missing;
+}
+
+int controller_index(const found_value& value) {
+    const int index = number(value, 0);
+    if (!value || index == 1 || index == 2)
+        return index;
+    SUBAGENT_LOG(4, "conf_controllerIndexThis is not 1 or 2: %d\n", index);
+    return 0;
+}
+
+const conf_setting settings[] = {
+    {"rwcommunity", [](const found_value& value) { conf_rwcommunity = community(value); }},
+    {"rocommunity", [](const found_value& value) { conf_rocommunity = community(value); }},
+    {"trapsEnabled", [](const found_value& value) { conf_trapsEnabled = flag(value); }},
+    {"trapDest", [](const found_value& value) { conf_trapDest = value.value_or("172.255.255.255"); }},
+    {"trapPort", [](const found_value& value) { conf_trapPort = number(value, 666); }},
+    {"trapCommun", [](const found_value& value) { conf_trapCommun = value.value_or("nevermind"); }},
+    {"trapVer", [](const found_value& value) { conf_trapVer = number(value, 1); }},
+    {"controllerIdLeader", [](const found_value& value) { conf_controllerIdLeader = number(value, 666); }},
+    {"controllerIdThis", [](const found_value& value) { conf_controllerIdThis = number(value, 666); }},
+    {"controllerIndexThis",
+     [](const found_value& value) { conf_controllerIndexThis = controller_index(value); }},
+    {"verbose", [](const found_value& value) { verbose = flag(value); }},
+    {"sendTestTrap", [](const found_value& value) { sendTestTrap = flag(value); }},
+};
+
+}  // namespace
+
+const std::span<const conf_setting> conf_settings(settings);
+
+std::optional<std::string> read_conf_text(const char* path) {
+    const int descriptor = open(path, O_RDONLY | O_CLOEXEC);
     if (descriptor < 0) {
-        SUBAGENT_LOG(4, "Unable to open file: %s\n", kSnmpSubagentConfigFile);
+        SUBAGENT_LOG(4, "Unable to open file: %s\n", path);
         return std::nullopt;
     }
     char buffer[kBufferSize] = {};
     const ssize_t count = read(descriptor, buffer, sizeof buffer);
     close(descriptor);
     if (count < 0) {
-        SUBAGENT_LOG(4, "Unable to read file: %s\n", kSnmpSubagentConfigFile);
+        SUBAGENT_LOG(4, "Unable to read file: %s\n", path);
         return std::nullopt;
     }
     if (count == 0) {
@@ -49,64 +88,34 @@ std::optional<std::string> read_conf_text() {
     return buffer;
 }
 
-std::optional<std::string> find_value(const std::string& text, std::string_view key) {
+std::optional<conf_place> find_conf_place(std::string_view text, std::string_view key) {
     const size_t place = text.find(key);
     if (place == std::string::npos)
         return std::nullopt;
-    const size_t start = text.find_first_not_of(" \t", place + key.size());
-    const size_t end = start == std::string::npos ? start : text.find('\n', start);
-    if (end == std::string::npos)
-        return std::nullopt;
-    return text.substr(start, end - start);
+    const size_t value = std::min(text.find_first_not_of(" \t", place + key.size()), text.size());
+    return conf_place{.key = place, .value = value, .end = text.find('\n', value)};
 }
 
-void read_text(const std::string& text, const char* key, const char* missing, std::string* value) {
-    *value = find_value(text, key).value_or(missing);
-}
-
-void read_community(const std::string& text, const char* key, std::string* value) {
-    read_text(text, key, "", value);
-    if (*value == "**none**")
-        value->clear();
-}
-
-bool read_flag(const std::string& text, const char* key) {
-    return find_value(text, key).value_or("") == "yes";
-}
-
-int read_number(const std::string& text, const char* key, int missing) {
-    const std::optional<std::string> value = find_value(text, key);
-    return value ? ParseInt(*value) : missing;
-}
-
-int read_controller_index(const std::string& text) {
-    const std::optional<std::string> value = find_value(text, "controllerIndexThis");
-    if (!value)
-        return 0;
-    const int index = ParseInt(*value);
-    if (index == 1 || index == 2)
-        return index;
-    SUBAGENT_LOG(4, "conf_controllerIndexThis is not 1 or 2: %d\n", index);
-    return 0;
-}
-
-}  // namespace
-
-int read_snmpSubagent_conf() {
-    const std::optional<std::string> text = read_conf_text();
+int read_conf_file(const char* path) {
+    const std::optional<std::string> text = read_conf_text(path);
     if (!text)
         return 1;
-    read_community(*text, "rwcommunity", &conf_rwcommunity);
-    read_community(*text, "rocommunity", &conf_rocommunity);
-    conf_trapsEnabled = read_flag(*text, "trapsEnabled");
-    read_text(*text, "trapDest", "172.255.255.255", &conf_trapDest);
-    conf_trapPort = read_number(*text, "trapPort", 666);
-    read_text(*text, "trapCommun", "nevermind", &conf_trapCommun);
-    conf_trapVer = read_number(*text, "trapVer", 1);
-    conf_controllerIdLeader = read_number(*text, "controllerIdLeader", 666);
-    conf_controllerIdThis = read_number(*text, "controllerIdThis", 666);
-    conf_controllerIndexThis = read_controller_index(*text);
-    verbose = read_flag(*text, "verbose");
-    sendTestTrap = read_flag(*text, "sendTestTrap");
+    for (const conf_setting& setting : conf_settings) {
+        const std::optional<conf_place> place = find_conf_place(*text, setting.key);
+        const bool counts = place && place->has_end();
+        setting.store(counts ? found_value(text->substr(place->value, place->end - place->value))
+                             : std::nullopt);
+    }
     return 0;
+}
+
+int read_snmpSubagent_conf() {
+    return read_conf_file(kSnmpSubagentConfigFile);
+}
+
+const std::string& self_test_community() {
+    static const std::string kPublic = "public";
+    if (!conf_rocommunity.empty())
+        return conf_rocommunity;
+    return conf_rwcommunity.empty() ? kPublic : conf_rwcommunity;
 }

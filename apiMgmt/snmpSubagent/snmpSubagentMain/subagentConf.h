@@ -1,6 +1,9 @@
 #pragma once
 
+#include <optional>
+#include <span>
 #include <string>
+#include <string_view>
 
 /** Settings of the daemon, read once at start. A change takes effect with the next start. */
 
@@ -28,9 +31,44 @@ extern int conf_controllerIndexThis;
 extern bool sendTestTrap;
 
 /**
- * Reads /etc/snmpSubagent.conf. 0 when it was read; 1, everything left as the process started, when it is
- * missing, unreadable or empty. The first place where a key stands counts, be it in a longer word or in a
- * comment; the value goes to the end of the line, trailing blanks included; a last line without newline
- * and what lies beyond 499 bytes do not count.
+ * One setting of the file. `store` takes its value, or none when the key does not stand there or its line has
+ * no end, and sets the variable to it or to what counts without it.
  */
+struct conf_setting {
+    std::string_view key;
+    void (*store)(const std::optional<std::string>& value);
+};
+
+/** All settings, in the order in which they are read. */
+extern const std::span<const conf_setting> conf_settings;
+
+/** Where a setting stands in the text: its key, its value, and the newline that ends it. */
+struct conf_place {
+    size_t key;
+    size_t value;
+    size_t end;
+
+    /** Without a newline behind it a setting does not count. */
+    bool has_end() const { return end != std::string_view::npos; }
+};
+
+/**
+ * The first place where a key stands, be it in a longer word or in a comment; nothing when there is none. The
+ * value begins behind blanks and tabs and goes to the end of the line, trailing blanks included.
+ */
+std::optional<conf_place> find_conf_place(std::string_view text, std::string_view key);
+
+/**
+ * A file as far as it counts: 499 bytes at most, up to the first zero byte. Nothing, and a log line, when it
+ * is missing, unreadable or empty.
+ */
+std::optional<std::string> read_conf_text(const char* path);
+
+/** Reads all settings from a file. 0; or 1, everything left as it was, when read_conf_text gives nothing. */
+int read_conf_file(const char* path);
+
+/** The same for /etc/snmpSubagent.conf. */
 int read_snmpSubagent_conf();
+
+/** With which the self-test asks snmpd: rocommunity, else rwcommunity, else "public". */
+const std::string& self_test_community();

@@ -122,8 +122,7 @@ class Manager:
 
     def table(self, name):
         """snmptable's view of a table: a list of {column without the table's name: text}, and its index as such."""
-        options = mibModule.write(HOME)
-        output = self.ask("snmptable", "-Os", *options, "-Cb", "-Ci", "-Cf", "|", "127.0.0.1",
+        output = self.ask("snmptable", "-Os", "-Oe", *mibModule.options(), "-Cb", "-Ci", "-Cf", "|", "127.0.0.1",
                           f"{mibModule.NAME}::{name}Table").output
         lines = [line for line in output.splitlines() if "|" in line]
         head = lines[0].split("|") if lines else []

@@ -1,0 +1,148 @@
+"""A Debian machine with a systemd of its own, inside the sandbox: a copy of this one that keeps nothing.
+
+The copy lies over the root of the machine, so what dpkg knows as installed there is installed here too. It shares
+the sandbox's network, and has its own processes and control groups.
+"""
+
+import os
+import signal
+import subprocess
+
+from . import machine, waiting
+
+PLACE = "/mnt/debian"
+ROOT = f"{PLACE}/root"
+CHANGES = f"{PLACE}/changes"
+CGROUPS = "/sys/fs/cgroup"
+# Units of this machine that nobody needs here are not started: only what is asked for.
+TARGET = "installed-here.target"
+TARGET_TEXT = "[Unit]\nRequires=basic.target\nAfter=basic.target\nAllowIsolate=yes\n"
+
+# The first process of the copy: mounts what belongs to its own namespaces, then becomes systemd.
+BOOT = r"""
+set -eu
+root=$1 target=$2
+mount -t proc proc "$root/proc"
+mount -t sysfs -o ro sysfs "$root/sys"
+if [ "$3" = unified ]; then
+    mount -t cgroup2 cgroup2 "$root/sys/fs/cgroup"
+else
+    mount -t tmpfs -o mode=755 cgroups "$root/sys/fs/cgroup"
+    mkdir "$root/sys/fs/cgroup/systemd"
+    mount -t cgroup -o none,name=systemd cgroup "$root/sys/fs/cgroup/systemd"
+fi
+exec env -i container=sandbox PATH=/usr/sbin:/usr/bin:/sbin:/bin LANG=C.UTF-8 chroot "$root" \
+    /lib/systemd/systemd --system --unit="$target" --log-target=journal --show-status=0
+"""
+
+
+def mount(*arguments):
+    subprocess.run(["mount", *arguments], check=True)
+
+
+class Debian:
+    def __init__(self):
+        self.outer = None
+        self.pid = None
+        self.group = None
+        os.makedirs(PLACE, exist_ok=True)
+        mount("-t", "tmpfs", "debian", PLACE)
+        for folder in (ROOT, CHANGES, f"{PLACE}/work"):
+            os.mkdir(folder)
+        mount("-t", "overlay", "-o", f"lowerdir=/,upperdir={CHANGES},workdir={PLACE}/work", "debian", ROOT)
+        for folder in ("/tmp", "/run"):
+            mount("-t", "tmpfs", "-o", "mode=1777" if folder == "/tmp" else "mode=755", "debian", ROOT + folder)
+        mount("--rbind", "/dev", ROOT + "/dev")
+        for folder in (machine.REPOSITORY, machine.BUILD):
+            os.makedirs(ROOT + folder, exist_ok=True)
+            mount("--bind", folder, ROOT + folder)
+        # Names are resolved as in the sandbox, and services may start: a machine that images are built on forbids it.
+        for name in ("hosts", "nsswitch.conf"):
+            machine.write_file(f"{ROOT}/etc/{name}", machine.read_file(f"/etc/{name}"))
+        machine.remove_file(ROOT + "/etc/resolv.conf")
+        machine.remove_file(ROOT + "/usr/sbin/policy-rc.d")
+        # A mount of its own: the boot loader's place and the like are of no concern.
+        machine.write_file(ROOT + "/etc/fstab", "")
+        self.write("/etc/systemd/system/" + TARGET, TARGET_TEXT)
+
+    # --- its life
+
+    def boot(self):
+        kind = "unified" if os.path.exists(f"{CGROUPS}/cgroup.controllers") else "legacy"
+        groups = CGROUPS if kind == "unified" else f"{CGROUPS}/systemd"
+        self.group = f"{groups}/sandbox-debian-{os.getpid()}-{os.stat('/proc/self/ns/pid').st_ino}"
+        os.mkdir(self.group)
+        script = f"echo 0 >{self.group}/cgroup.procs && exec unshare --mount --pid --cgroup --uts --fork --kill-child bash -c \"$0\" \"$@\""
+        self.outer = subprocess.Popen(["bash", "-c", script, BOOT, "boot", ROOT, TARGET, kind], stdin=subprocess.DEVNULL)
+        self.pid = waiting.wait_until(self.first_process, "the machine has a first process")
+        waiting.wait_until(lambda: self.status("systemctl", "is-active", "--quiet", TARGET) == 0, "systemd is up", 60)
+
+    def first_process(self):
+        children = machine.read_file(f"/proc/{self.outer.pid}/task/{self.outer.pid}/children").split()
+        return int(children[0]) if children else None
+
+    def halt(self):
+        if self.outer:
+            self.outer.send_signal(signal.SIGKILL)  # its child, and with that all of the machine, goes too
+            self.outer.wait()
+            for folder, _, _ in os.walk(self.group, topdown=False):
+                waiting.wait_until(lambda place=folder: self.remove_group(place), f"{folder} is empty")
+
+    @staticmethod
+    def remove_group(folder):
+        try:
+            os.rmdir(folder)
+        except OSError:
+            return not os.path.exists(folder)
+        return True
+
+    # --- in it
+
+    def command(self, *words):
+        return ["nsenter", f"--target={self.pid}", "--mount", "--pid", "--uts", "--cgroup", "--root", "--wd",
+                "env", "-i", "PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin", "LANG=C.UTF-8",
+                "DEBIAN_FRONTEND=noninteractive", "HOME=/root", *map(str, words)]
+
+    def status(self, *words):
+        return subprocess.run(self.command(*words), stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                              stderr=subprocess.DEVNULL, check=False).returncode
+
+    def run(self, *words, check=True, limit_s=120):
+        """What a program prints."""
+        return machine.run(*self.command(*words), check=check, limit_s=limit_s)
+
+    def start(self, *words):
+        return subprocess.Popen(self.command(*words), stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                                stderr=subprocess.DEVNULL)
+
+    def unit(self, name, property_name):
+        return self.run("systemctl", "show", "--value", f"--property={property_name}", name).strip()
+
+    def journal(self, unit):
+        return self.run("journalctl", "--no-pager", "--output=cat", f"--unit={unit}")
+
+    def pids(self, name):
+        return [int(pid) for pid in self.run("pgrep", "--exact", name[:15], check=False).split()]
+
+    def programs_of(self, unit):
+        """Names of all processes in a unit's control group."""
+        members = machine.read_file(f"{self.group}{self.unit(unit, 'ControlGroup')}/cgroup.procs").split()
+        return [machine.read_file(f"/proc/{pid}/comm").strip() for pid in members]
+
+    def read(self, path):
+        return machine.read_file(ROOT + path)
+
+    def write(self, path, text, mode=0o644):
+        os.makedirs(os.path.dirname(ROOT + path), exist_ok=True)
+        machine.write_file(ROOT + path, text, mode)
+
+    def exists(self, path):
+        return os.path.lexists(ROOT + path)
+
+    def files(self, *folders):
+        """Everything below some folders, as paths."""
+        found = set()
+        for top in folders:
+            for folder, folders_in_it, files in os.walk(ROOT + top):
+                found.update(os.path.join(folder, name)[len(ROOT):] for name in folders_in_it + files)
+        return found

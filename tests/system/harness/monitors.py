@@ -1,0 +1,139 @@
+"""The monitors that administrators have, each fed with the files of the build: the Prometheus exporter, the plugins of
+the Nagios family, SNMPTT behind snmptrapd."""
+
+import os
+import re
+import shlex
+import subprocess
+import urllib.error
+import urllib.request
+from collections import namedtuple
+
+from . import machine, waiting
+
+FOLDER = os.path.join(machine.BUILD, "monitoring")
+HOME = "/tmp/monitors"
+PLUGINS = "/usr/lib/nagios/plugins"
+EXPORTER_PORT = 9116
+
+Sample = namedtuple("Sample", "name labels value")
+SAMPLE = re.compile(r'([A-Za-z_:][\w:]*)(?:{(.*)})? (\S+)$')
+LABEL = re.compile(r'(\w+)="((?:[^"\\]|\\.)*)"')
+ESCAPES = {r"\\": "\\", r"\"": '"', r"\n": "\n"}
+
+
+def made(*names):
+    return os.path.join(FOLDER, *names)
+
+
+def parse(text):
+    """The samples of an exposition."""
+    samples = []
+    for line in text.splitlines():
+        found = SAMPLE.match(line)
+        if found and not line.startswith("#"):
+            labels = {name: re.sub(r"\\.", lambda match: ESCAPES[match.group()], value)
+                      for name, value in LABEL.findall(found.group(2) or "")}
+            samples.append(Sample(found.group(1), labels, float(found.group(3))))
+    return samples
+
+
+class Exporter:
+    """prometheus-snmp-exporter with the modules of the build."""
+
+    def __init__(self):
+        self.process = subprocess.Popen(
+            ["prometheus-snmp-exporter", f"--config.file={made('prometheus', 'snmp.yml')}",
+             f"--web.listen-address=127.0.0.1:{EXPORTER_PORT}", "--log.level=error"], stdin=subprocess.DEVNULL)
+        waiting.wait_until(lambda: self.page("/") is not None, "the exporter answers")
+
+    @staticmethod
+    def page(path):
+        """None while nobody listens."""
+        try:
+            with urllib.request.urlopen(f"http://127.0.0.1:{EXPORTER_PORT}{path}",
+                                        timeout=120 * waiting.PATIENCE) as answer:
+                return answer.read().decode("utf-8")
+        except urllib.error.HTTPError as error:
+            raise AssertionError(f"{path}: {error}: {error.read().decode('utf-8', 'replace')}") from None
+        except OSError:
+            return None
+
+    def scrape(self, module):
+        return parse(self.page(f"/snmp?target=127.0.0.1&module={module}"))
+
+    def close(self):
+        self.process.terminate()
+        self.process.wait(30 * waiting.PATIENCE)
+
+
+class Plugins:
+    """The commands of the build's file, run as the monitor runs them."""
+
+    def __init__(self):
+        text = machine.read_file(made("nagios", "tessera.cfg"))
+        self.commands = dict(re.findall(r"command_name +(\w+)\n +command_line +(.*)\n", text))
+
+    def run(self, command, instance):
+        """(status, what it said)"""
+        line = self.commands[command]
+        for macro, value in (("$USER1$", PLUGINS), ("$HOSTADDRESS$", "127.0.0.1"), ("$_HOSTCOMMUNITY$", "public"),
+                             ("$ARG1$", instance)):
+            line = line.replace(macro, value)
+        done = subprocess.run(shlex.split(line), stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False,
+                              timeout=60 * waiting.PATIENCE, env={**os.environ, "MIBS": ""})
+        return done.returncode, done.stdout.strip() + done.stderr.strip()
+
+
+SNMPTT_INI = """\
+[General]
+mode = standalone
+multiple_event = 1
+[Logging]
+log_enable = 1
+log_file = {log}
+unknown_trap_log_enable = 1
+unknown_trap_log_file = {log}.unknown
+[TrapFiles]
+snmptt_conf_files = <<END
+{events}
+END
+"""
+
+
+class TrapTranslator:
+    """snmptrapd that hands every notification to SNMPTT."""
+
+    def __init__(self, community, port):
+        os.makedirs(HOME, exist_ok=True)
+        self.log_path = os.path.join(HOME, "snmptt.log")
+        ini, conf = os.path.join(HOME, "snmptt.ini"), os.path.join(HOME, "trapd.conf")
+        machine.write_file(self.log_path, "")
+        machine.write_file(ini, SNMPTT_INI.format(log=self.log_path, events=made("snmptt", "tessera.conf")))
+        machine.write_file(conf, f"authCommunity execute {community}\n"
+                                 f"traphandle default /usr/sbin/snmptt --ini={ini}\n")
+        output = os.path.join(HOME, "trapd.log")
+        machine.remove_file(output)
+        self.process = subprocess.Popen(
+            ["snmptrapd", "-f", "-C", "-c", conf, "-n", "-t", "-Lf", output, "-On", "-Oe", f"udp:127.0.0.1:{port}"],
+            stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+            env={**os.environ, "SNMPCONFPATH": HOME, "MIBS": "", "SNMP_PERSISTENT_DIR": HOME})
+        waiting.wait_until(lambda: "NET-SNMP version" in machine.read_file(output), "snmptrapd listens")
+
+    def lines(self, name):
+        """What SNMPTT has written about a notification, or a number of one."""
+        return [line for line in machine.read_file(self.log_path).splitlines() if name in line]
+
+    def unknown(self):
+        return machine.read_file(self.log_path + ".unknown")
+
+    def wait_for(self, name, *texts):
+        """Waits for a line about it that holds all of these texts, and returns it."""
+        def found():
+            return next((line for line in self.lines(name) if all(text in line for text in texts)), None)
+
+        return waiting.wait_until(found, f"SNMPTT tells of {name} with {texts}", 60)
+
+    def close(self):
+        self.process.terminate()
+        self.process.wait(30 * waiting.PATIENCE)

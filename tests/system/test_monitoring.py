@@ -1,0 +1,160 @@
+"""The files for monitors in use: the real exporter, check_snmp and SNMPTT at the running daemon."""
+
+import json
+import re
+
+import yaml
+
+from harness import machine, management, mib, monitors, story, waiting
+from harness.traps import Event
+
+TRAP_PORT, COMMUNITY = 11162, "watch"
+STATES = {"Up": 0, "Degraded": 1, "Down": 2}  # of a disk, and the status that a plugin ends with
+SERIES = re.compile(r"\b(?:ts[A-Z]|globalStatus)\w*(?={)")
+
+
+def instance_of(metric, sample):
+    return tuple(int(sample.labels[index["labelname"]]) for index in metric.get("indexes", [])) or (0,)
+
+
+class Monitoring(story.SharedStory):
+    PRESET = "typical"
+
+    @classmethod
+    def launch(cls):
+        machine.configure_daemon(trapsEnabled="yes", trapDest="127.0.0.1", trapPort=TRAP_PORT, trapCommun=COMMUNITY,
+                                 trapVer=2)
+        cls.translator = monitors.TrapTranslator(COMMUNITY, TRAP_PORT)
+        cls.addClassCleanup(cls.translator.close)
+        cls.array.start(cls.PRESET, "--events")
+        cls.daemon.start()
+        cls.wait_until_settled()
+        cls.exporter = monitors.Exporter()
+        cls.addClassCleanup(cls.exporter.close)
+        cls.plugins = monitors.Plugins()
+        cls.known_samples = {}
+        cls.modules = yaml.safe_load(machine.read_file(monitors.made("prometheus", "snmp.yml")))
+
+    def served(self):
+        """{column: {instance: value}}, texts as the exporter shows them."""
+        found = {name: {} for name in mib.COLUMNS}
+        names = {column.oid: name for name, column in mib.COLUMNS.items()}
+        for root in ("1.3.6.1.2.1.1", mib.ROOT):
+            for binding in self.manager.bulk_walk(root, "-Cr20").bindings:
+                oid = mib.arcs(binding.oid)
+                name = next((names[oid[:end]] for end in (-1, -2) if oid[:end] in names), None)
+                if name:
+                    value = binding.value
+                    found[name][oid[len(mib.COLUMNS[name].oid):]] = \
+                        value.decode("utf-8", "replace") if isinstance(value, bytes) else value
+        return found
+
+    def samples(self, module):
+        """Of one scrape; a whole one takes seconds, and these tests do not change the array."""
+        if module not in self.known_samples:
+            self.known_samples[module] = self.exporter.scrape(module)
+        return self.known_samples[module]
+
+    # --- Prometheus
+
+    def test_every_metric_is_scraped_with_its_labels_and_value(self):
+        served = self.served()
+        for name, module in self.modules.items():
+            samples = self.samples(name)
+            self.assertTrue(samples, name)
+            for metric in module["metrics"]:
+                with self.subTest(module=name, metric=metric["name"]):
+                    self.assert_scraped(metric, samples, served)
+
+    def assert_scraped(self, metric, samples, served):
+        series = metric["name"] + ("_info" if metric["type"] == "EnumAsInfo" else "")
+        own = [sample for sample in samples if sample.name == series]
+        values = served[metric["name"]]
+        self.assertEqual({instance_of(metric, sample) for sample in own}, set(values))
+        for sample in own:
+            instance = instance_of(metric, sample)
+            for lookup in metric.get("lookups", []):
+                label = lookup["labelname"]
+                rows = instance[:len(lookup["labels"])]
+                self.assertEqual(sample.labels[label], str(served[label].get(rows, "")), f"{label} of {sample}")
+            self.assert_value(metric, sample, values[instance])
+
+    def assert_value(self, metric, sample, value):
+        shown = sample.labels.get(metric["name"])
+        if metric["type"].startswith("Enum"):
+            labels = metric["enum_values"]
+            self.assertIn(shown, labels.values(), sample)
+            self.assertEqual(sample.value, 1.0 if labels.get(value) == shown else 0.0, sample)
+        elif metric["type"] == "gauge" or "regex_extracts" in metric:
+            self.assertEqual(sample.value, float(value), sample)
+        else:
+            self.assertEqual((shown, sample.value), (str(value), 1.0))
+
+    def test_rules_and_panels_find_their_series(self):
+        there = {sample.name for name in self.modules for sample in self.samples(name)}
+        rules = yaml.safe_load(machine.read_file(monitors.made("prometheus", "tessera.rules.yml")))
+        dashboard = json.loads(machine.read_file(monitors.made("grafana", "tessera.json")))
+        texts = [rule["expr"] for group in rules["groups"] for rule in group["rules"]]
+        texts += [target["expr"] for panel in dashboard["panels"] for target in panel.get("targets", [])]
+        wanted = {name for text in texts for name in SERIES.findall(text)}
+        self.assertGreater(len(wanted), 30)
+        self.assertEqual(wanted - there, set())
+
+    # --- Nagios and its kin
+
+    def test_every_command_finds_its_object(self):
+        for command in self.plugins.commands:
+            column = mib.oid(command.removeprefix("check_tessera_")) + "."
+            first = self.manager.get_next(column.rstrip(".")).bindings[0].oid
+            self.assertTrue(first.startswith(column), f"{command}: the array has no such object")
+            instance = first.removeprefix(column)
+            status, said = self.plugins.run(command, instance)
+            self.assertIn(status, (0, 1, 2), f"{command}: {said}")
+            self.assertRegex(said, r"^\w+ (OK|WARNING|CRITICAL) - ", command)
+
+    def test_an_object_that_is_not_there_is_unknown(self):
+        status, said = self.plugins.run("check_tessera_tsDiskStatus", "1999")
+        self.assertEqual(status, 3, said)
+
+    def test_a_failing_disk_goes_through_all_states(self):
+        row, disk = self.healthy_disk()
+        place = mib.oid("tsDiskStatus", row)
+        for state in ("Up", "Degraded", "Down", "Up"):
+            if state == "Up":
+                self.array.recover("TsDisk", disk["Index"])
+            else:
+                self.array.fail("TsDisk", disk["Index"], state)
+            self.manager.wait_for_value(place, {"Up": 1, "Down": 2, "Degraded": 3}[state])
+            status, said = self.plugins.run("check_tessera_tsDiskStatus", str(row))
+            self.assertEqual(status, STATES[state], said)
+            self.assertIn(disk["Name"], said)
+            self.assertEqual(self.scraped_states(disk), [state.lower()])
+        named = f"tsDiskName={disk['Name']} "
+        for severity in ("WARNING", "CRITICAL", "NORMAL"):
+            line = self.translator.wait_for("tsDiskStatusChange", f" {severity} ", named)
+            self.assertEqual(severity == "NORMAL", "Over: " in line, line)
+        self.assertEqual(len([line for line in self.translator.lines("tsDiskStatusChange") if named in line]), 3)
+
+    def scraped_states(self, disk):
+        return [sample.labels["tsDiskStatus"] for sample in self.exporter.scrape("tessera")
+                if sample.name == "tsDiskStatus" and sample.labels["tsDiskName"] == disk["Name"] and sample.value]
+
+    def healthy_disk(self):
+        """Row and attributes of a disk that is up, as is its folder."""
+        objects = self.array.dump()
+        folders = [each["Index"] for each in objects["TsDiskFolder"] if each["Status"] == "Up"]
+        return next((row, each) for row, each in enumerate(objects["TsDisk"], 1)
+                    if each["Status"] == "Up" and each["DiskFolderIndex"] in folders)
+
+    # --- SNMPTT
+
+    def test_snmptt_knows_notifications_without_a_state(self):
+        for number, name, severity in ((200, "tsTestTrap", "NORMAL"), (8, "tesseraText8", "INFORMATIONAL")):
+            management.send(management.trap(Event((28, 0, 0), number, text="words").command()))
+            self.translator.wait_for(name, f" {severity} ")
+        waiting.wait_until(lambda: not machine.processes_named("snmptt"), "SNMPTT is through")
+        self.assertNotIn(f"{mib.ENTERPRISE}.251.", self.translator.unknown())
+
+
+if __name__ == "__main__":
+    story.tell()

@@ -1,0 +1,86 @@
+"""A recorded walk of the array, played back by snmpsim, is to a manager what the array was."""
+
+import os
+import pwd
+import subprocess
+
+from harness import machine, mib, story, waiting
+
+RECORDER = os.path.join(machine.REPOSITORY, "monitoring", "recordWalk")
+HOME = "/tmp/recording"
+PORT = 11161
+SYSTEM_TEXTS = ("sysContact", "sysName", "sysLocation")
+
+
+class Player:
+    """snmpsim with the recordings of a folder; the community names the recording."""
+
+    def __init__(self, folder):
+        # It refuses to stay root, and must read the recordings and write its index beside them.
+        user = "nobody"
+        for path in (HOME, folder):
+            os.chown(path, pwd.getpwnam(user).pw_uid, -1)
+        self.log = os.path.join(HOME, "snmpsim.log")
+        with open(self.log, "wb") as output:
+            self.process = subprocess.Popen(
+                ["snmpsimd", f"--data-dir={folder}", f"--cache-dir={folder}",
+                 f"--agent-udpv4-endpoint=127.0.0.1:{PORT}", f"--process-user={user}", "--process-group=nogroup",
+                 "--variation-modules-dir=/nonexistent"],
+                stdin=subprocess.DEVNULL, stdout=output, stderr=output, cwd=HOME, env={**os.environ, "HOME": HOME})
+        waiting.wait_until(self.listens, "snmpsim listens", 60)
+
+    def listens(self):
+        if self.process.poll() is not None:
+            raise AssertionError(f"snmpsimd ended: {machine.read_file(self.log)}")
+        return f"127.0.0.1:{PORT}" in machine.read_file(self.log)
+
+    def close(self):
+        self.process.terminate()
+        self.process.wait(30 * waiting.PATIENCE)
+
+
+class Recording(story.SharedStory):
+    PRESET = "typical"
+
+    @classmethod
+    def launch(cls):
+        super().launch()
+        cls.wait_until_settled()
+        cls.served = cls.manager.bulk_walk(mib.ENTERPRISE, "-Cr20").bindings
+        cls.folder = os.path.join(HOME, "data")
+        os.makedirs(cls.folder)
+        cls.path = os.path.join(cls.folder, "array.snmprec")
+        machine.write_file(cls.path, machine.run("/usr/bin/python3", RECORDER, "127.0.0.1", limit_s=300))
+
+    def test_a_recording_stands_in_rising_order(self):
+        oids = [mib.arcs(line.split("|")[0]) for line in machine.read_file(self.path).splitlines()]
+        self.assertGreater(len(oids), 5000)
+        for before, after in zip(oids, oids[1:]):
+            self.assertLess(before, after)
+
+    def test_snmpsim_plays_it_back_as_it_was(self):
+        texts = {name: self.manager.value(mib.scalar(name)) for name in SYSTEM_TEXTS}
+        player = Player(self.folder)
+        try:
+            played = self.manager.ask("snmpbulkwalk", "-Cr20", "-c", "array", f"127.0.0.1:{PORT}", mib.ENTERPRISE)
+            # The player ends here; the array goes on below its older number.
+            bindings = [each for each in played.bindings if each.type != "endOfMibView"]
+            for before, after in zip(self.served, bindings):
+                self.assertEqual(before, after)
+            self.assertEqual(len(bindings), len(self.served))
+            for name, text in texts.items():
+                answer = self.manager.ask("snmpget", "-c", "array", f"127.0.0.1:{PORT}", mib.scalar(name))
+                self.assertEqual(answer.bindings[0].value.decode(), text)
+        finally:
+            player.close()
+
+    def test_an_array_that_does_not_answer_is_told(self):
+        done = subprocess.run(["/usr/bin/python3", RECORDER, "--timeout", "1", "127.0.0.1:9"],
+                              stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False,
+                              timeout=200 * waiting.PATIENCE)
+        self.assertEqual((done.returncode, done.stdout), (1, ""))
+        self.assertRegex(done.stderr, "^recordWalk: snmpbulkwalk: status 1: ")
+
+
+if __name__ == "__main__":
+    story.tell()

@@ -1,0 +1,227 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
+#include "tools/checkconf/program.h"
+
+using std::string;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+namespace {
+
+constexpr const char* kSettings = "/etc/snmpSubagent.conf";
+constexpr const char* kStart = "/tmp/apps/snmpsubagent.conf";
+constexpr const char* kStartTarget = "/etc/snmpsubagent/start.conf";
+constexpr const char* kKey = "/etc/wirelink.key";
+constexpr const char* kMaster = "/etc/snmpd.conf";
+
+/** A machine below a folder, installed as the package does it, with a session key. */
+class Checkconf : public testing::Test {
+  protected:
+    Checkconf() {
+        for (const char* folder : {"/etc/snmpsubagent", "/tmp/apps", "/mnt/root", "/var/run", "/var/log",
+                                   "/usr/bin", "/usr/local/bin", "/usr/local/sbin", "/bin"})
+            std::filesystem::create_directories(root_ + folder);
+        for (const char* file : {"snmpSubagent.conf", "snmpd.conf"})
+            Write(string("/etc/") + file, Shipped(file));
+        Write(kStartTarget, Shipped("start.conf"));
+        std::filesystem::create_symlink(kStartTarget, root_ + kStart);
+        for (const char* program : {"/usr/bin/killall", "/bin/ps", "/usr/bin/snmp"})
+            Write(program, "", 0755);
+        for (const char* link : {"/usr/local/sbin/snmpd", "/usr/local/bin/snmpget"})
+            std::filesystem::create_symlink("/usr/bin/snmp", root_ + link);
+        Write(kKey, "key\n", 0600);
+    }
+    ~Checkconf() override { std::filesystem::remove_all(root_); }
+
+    static string Shipped(const string& file) {
+        std::ifstream in(string(SHIPPED_FILES) + "/" + file);
+        return {std::istreambuf_iterator<char>(in), {}};
+    }
+
+    void Write(const string& path, const string& text, mode_t mode = 0644) {
+        std::filesystem::remove(root_ + path);
+        std::ofstream(root_ + path, std::ios::binary) << text;
+        chmod((root_ + path).c_str(), mode);
+    }
+
+    /** Exit status; what was printed is in out_. */
+    int Run(std::vector<string> options = {"--quiet"}) {
+        std::vector<const char*> words = {"checkconf", "--root", root_.c_str()};
+        for (const string& option : options)
+            words.push_back(option.c_str());
+        std::ostringstream out;
+        const int status = checkconf::RunProgram(static_cast<int>(words.size()), words.data(), out, err_);
+        out_ = out.str();
+        return status;
+    }
+
+    const string root_ = [] {
+        string pattern = std::filesystem::temp_directory_path() / "checkconf.XXXXXX";
+        return string(mkdtemp(pattern.data()));
+    }();
+    string out_;
+    std::ostringstream err_;
+};
+
+TEST_F(Checkconf, FindsNothingInWhatIsShipped) {
+    EXPECT_EQ(Run(), 0);
+    EXPECT_THAT(out_, IsEmpty());
+    EXPECT_EQ(Run({}), 0);
+    EXPECT_THAT(out_, HasSubstr(root_ + kStartTarget + "\n  the daemon goes into the background\n"));
+    EXPECT_THAT(out_, HasSubstr("notifications are off"));
+    EXPECT_THAT(out_, HasSubstr("0 errors, 0 warnings\n"));
+}
+
+// Each setting stands before the first comment, and no comment names one: the reader knows no comments.
+TEST_F(Checkconf, ShippedSettingsAreFoundWhereTheyStand) {
+    const string text = Shipped("snmpSubagent.conf");
+    const size_t comments = text.find('#');
+    for (const conf_setting& setting : conf_settings) {
+        EXPECT_LT(text.find(setting.key), comments) << setting.key;
+        EXPECT_EQ(text.find(setting.key, comments), string::npos) << setting.key;
+    }
+}
+
+TEST_F(Checkconf, WarnsOfWhatTheReaderTakesOtherwise) {
+    const std::pair<string, const char*> rows[] = {
+        {"# trapDest was 10.0.0.1\ntrapDest 10.0.0.2\n",
+         "line 1: trapDest is found in a comment, and what follows there is taken for its value; line 2 does "
+         "not count"},
+        {"mytrapDest 10.0.0.1\n", "line 1: trapDest is found in the middle of the line"},
+        {"rocommunity verbose\nverbose yes\n", "line 1: verbose is found in the middle of the line"},
+        {"trapPort=162\n", "line 1: trapPort is found with no blank behind it"},
+        {"trapsEnabled yes \n", "line 1: the blank at the end belongs to the value of trapsEnabled"},
+        {"rocommunity x\r\n", "line 1: the carriage return at the end belongs to the value of rocommunity"},
+        {"trapsEnabled YES\n", "line 1: trapsEnabled is 'YES', which is off"},
+        {"trapsEnabled no\nverbose yes", "line 2: verbose has no newline at its end: it counts as not set"},
+        {string(480, '#') + "\n#\n#\ntrapPort 16222222222222\n",
+         "line 4: trapPort does not end within the bytes that the daemon looks at"},
+        {string(499, '#') + "\ntrapPort 162\n",
+         "line 2: trapPort is beyond the 499 bytes that the daemon looks at"},
+        {string("trapVer 2\n\0trapPort 1\n", 22), "line 2: a zero byte, where the file ends for the daemon"},
+        {"trapVer 2\ntrapVer 3\n", "line 2: trapVer stands here once more; line 1 counts"},
+        {"trapPort 162abc\n", "line 1: trapPort is '162abc': its leading digits count"},
+        {"trapPort\n", "line 1: trapPort has no value"},
+        {"controllerIndexThis 3\n", "the daemon says: conf_controllerIndexThis is not 1 or 2: 3"},
+        {"trapsEnabel yes\n", "line 1: 'trapsEnabel' is no setting of the daemon"},
+        {"trapsEnabled yes\ntrapDest 1.2.3.4.5\n", "the daemon says: Invalid trap dest addr: 1.2.3.4.5"},
+        {"trapsEnabled yes\ntrapDest 10.0.0.9\ntrapVer 4\n", "trapVer is 4"},
+        {"trapsEnabled yes\ntrapDest 10.0.0.9\ntrapPort 70000\n", "trapPort is 70000: none arrives"},
+        {"trapsEnabled yes\ntrapDest \n", "trapDest is empty: none leaves"},
+        {"", "the daemon says: conf file is empty"},
+    };
+    for (const auto& [text, warning] : rows) {
+        Write(kSettings, text);
+        EXPECT_EQ(Run(), text.find("rocommunity") == string::npos ? 1 : 2) << text;
+        EXPECT_THAT(out_, HasSubstr("  warning: ")) << text;
+        EXPECT_THAT(out_, HasSubstr(warning)) << text;
+    }
+}
+
+TEST_F(Checkconf, SaysNothingOfSettingsThatCountAsTheyLook) {
+    const string rows[] = {
+        "# nothing\n",
+        "rocommunity\t public\n  trapVer 2\n",
+        "rwcommunity **none**\nrocommunity public\n# the communities\n",
+        "trapsEnabled yes\ntrapDest 10.0.0.9\ntrapPort 162\ntrapCommun traps\ntrapVer 3\n",
+        "trapsEnabled yes\ntrapDest 2001:db8::9\ntrapPort 162\n",
+        "trapPort 162\n" + string(600, '#') + "\n",
+    };
+    for (const string& text : rows) {
+        Write(kSettings, text);
+        EXPECT_EQ(Run(), 0) << text;
+        EXPECT_THAT(out_, IsEmpty()) << text;
+    }
+}
+
+TEST_F(Checkconf, ShowsNoCommunity) {
+    Write(kSettings, "rocommunity hush \ntrapCommun hush hush\r\nrwcommunity hush\n");
+    EXPECT_EQ(Run({}), 2);
+    EXPECT_THAT(out_, Not(HasSubstr("hush")));
+}
+
+TEST_F(Checkconf, ErrsWhereTheDaemonWouldNotStart) {
+    struct Row {
+        const char* path;
+        string text;
+        const char* error;
+    };
+    const Row rows[] = {
+        {kStartTarget, "", "not one line of the form key=value"},
+        {kStartTarget, "# isdebugmode=true\n", "not one line of the form key=value"},
+        {kKey, "two words\n", "its first line is empty, too long, or holds something else"},
+        {kMaster, "rocommunity public\nagentXTimeout 60\n", "there is no line 'master agentx'"},
+        {kMaster, "master agentx\nrocommunity other\n", "has no rocommunity line"},
+        {kMaster, "master agentx\n#rocommunity public\n", "has no rocommunity line"},
+        {kMaster, "master agentx\nrocommunity public 10.0.0.0/8\n", "is not answered to this machine"},
+        {kMaster, "master agentx\nrocommunity public\nagentXSocket /x\n", "agentXSocket is set"},
+        {"/usr/bin/killall", "", "/usr/bin/killall is no program"},
+        {"/usr/bin/snmp", "", "/usr/local/sbin/snmpd is no program"},
+    };
+    for (const Row& row : rows) {
+        string before;
+        {
+            std::ifstream in(root_ + row.path);
+            before.assign(std::istreambuf_iterator<char>(in), {});
+        }
+        const mode_t mode = row.path == kKey ? 0600 : 0644;
+        Write(row.path, row.text, mode);
+        EXPECT_EQ(Run({"--quiet", "--allow-warnings"}), 2) << row.error;
+        EXPECT_THAT(out_, HasSubstr("  ERROR: ")) << row.text;
+        EXPECT_THAT(out_, HasSubstr(row.error)) << row.text;
+        Write(row.path, before, before.empty() ? 0755 : mode);
+    }
+    EXPECT_EQ(Run(), 0) << out_;
+}
+
+TEST_F(Checkconf, SaysWhyAKeyIsNotTrusted) {
+    chmod((root_ + kKey).c_str(), 0640);
+    EXPECT_EQ(Run(), 2);
+    EXPECT_THAT(out_, HasSubstr("group or others may read or write it"));
+    std::filesystem::rename(root_ + kKey, root_ + "/etc/other");
+    EXPECT_EQ(Run(), 2);
+    EXPECT_THAT(out_, HasSubstr("No such file"));
+    std::filesystem::create_symlink("other", root_ + kKey);
+    EXPECT_EQ(Run(), 2);
+    EXPECT_THAT(out_, HasSubstr("it is a link"));
+}
+
+TEST_F(Checkconf, WarnsOfAnImpatientOrIndiscreetMasterAgent) {
+    const std::pair<string, const char*> rows[] = {
+        {"agentXTimeout 30\nagentXRetries 0\n", "agentXTimeout is 30 s"},
+        {"agentXRetries 0\n", "agentXTimeout is 1 s"},
+        {"agentXTimeout 60\n", "agentXRetries is not 0"},
+        {"AGENTXTIMEOUT 60\nagentxretries 0\ncreateUser x SHA \"a passphrase\"\n", "it holds passphrases"},
+    };
+    for (const auto& [text, warning] : rows) {
+        Write(kMaster, "master agentx\nrocommunity \"public\"\n" + text);
+        EXPECT_EQ(Run(), 1) << text;
+        EXPECT_THAT(out_, HasSubstr(warning)) << text;
+        EXPECT_EQ(Run({"--allow-warnings"}), 0);
+    }
+}
+
+TEST_F(Checkconf, WarnsOfAStartThatSystemdDoesNotSeeEnd) {
+    Write(kStartTarget, "isdebugmode = TRUE\n");
+    EXPECT_EQ(Run(), 1);
+    EXPECT_THAT(out_, HasSubstr("isdebugmode is on"));
+    Write(kStartTarget, "isdebugmode = yes\n");
+    EXPECT_EQ(Run(), 1);
+    EXPECT_THAT(out_, HasSubstr("isdebugmode is 'yes', which is off"));
+}
+
+TEST_F(Checkconf, KeepsWrongCommandLinesApart) {
+    EXPECT_EQ(Run({"--root", "/no/such/folder"}), 3);
+    EXPECT_EQ(Run({"extra"}), 3);
+    EXPECT_EQ(Run({"--help"}), 0);
+}
+
+}  // namespace

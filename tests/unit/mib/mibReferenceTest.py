@@ -1,0 +1,66 @@
+"""The MIB module against what was delivered: no name, number, type, right or enumeration changes by accident.
+Usage: mibReferenceTest.py FOLDER-OF-THE-MODULES [--accept]"""
+
+import difflib
+import os
+import sys
+import unittest
+
+sys.dont_write_bytecode = True
+HERE = os.path.dirname(os.path.abspath(__file__))
+sys.path.insert(0, HERE)
+import moduleFacts  # noqa: E402  (found through the line above)
+
+REFERENCE = os.path.join(HERE, "reference")
+HEAD = """\
+# What managers depend on in the MIB module, a line each. scripts/accept-mib writes it; see mib/README.md.
+"""
+modules_folder = None
+
+
+def found():
+    facts = moduleFacts.read(os.path.join(modules_folder, moduleFacts.MODULE + ".txt"))
+    return moduleFacts.reference(facts)
+
+
+def accepted():
+    with open(REFERENCE, encoding="utf-8") as file:
+        return file.read().removeprefix(HEAD).splitlines()
+
+
+def accept():
+    with open(REFERENCE, "w", encoding="utf-8") as file:
+        file.write(HEAD + "\n".join(found()) + "\n")
+
+
+def difference(before, after):
+    """The lines that are gone (-) and new (+)."""
+    return [line for line in difflib.unified_diff(before, after, lineterm="", n=0)
+            if not line.startswith(("---", "+++", "@@"))]
+
+
+class ReferenceTest(unittest.TestCase):
+    def test_nothing_that_was_delivered_has_changed(self):
+        changed = difference(accepted(), found())
+        gone = [line for line in changed if line.startswith("-")]
+        self.assertFalse(changed, "\n".join([
+            "the MIB module is not the accepted one:", *changed,
+            "Managers depend on every line that is gone: names and numbers that were delivered never change." if gone
+            else "These are only new.",
+            "When it is meant so, add a line 'revision' to descriptions/module.def, run scripts/accept-mib, and commit "
+            "tests/unit/mib/reference with the change."]))
+
+    def test_a_change_is_seen(self):
+        before = accepted()
+        line = next(line for line in before if line.startswith("column tsDiskStatus "))
+        for after in ([each for each in before if each != line], [*before, "scalar late 1.3.6.1 Integer32 readonly"],
+                      [each.replace("readonly", "readwrite") if each == line else each for each in before]):
+            self.assertTrue(difference(before, after))
+
+
+if __name__ == "__main__":
+    modules_folder = sys.argv.pop(1)
+    if sys.argv[1:] == ["--accept"]:
+        accept()
+    else:
+        unittest.main()

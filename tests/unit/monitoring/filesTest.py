@@ -1,0 +1,214 @@
+"""The files for monitors, each judged by the program that it is for.
+Usage: filesTest.py FOLDER-OF-THE-BUILD"""
+
+import json
+import os
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+
+import yaml
+
+sys.dont_write_bytecode = True
+HERE = os.path.dirname(os.path.abspath(__file__))
+sys.path.insert(0, os.path.join(HERE, "../mib"))
+import moduleFacts  # noqa: E402  (found through the line above)
+
+build_folder = None
+
+METRIC = re.compile(r"\b(?:ts[A-Z]|product|globalStatus|managementUrl)\w*(?={)")
+
+NAGIOS_MAIN = """\
+cfg_file={objects}
+cfg_file={own}
+log_file={folder}/nagios.log
+check_result_path={folder}
+temp_path={folder}
+object_cache_file={folder}/objects.cache
+resource_file={folder}/resource.cfg
+nagios_user=root
+nagios_group=root
+"""
+
+# What a site has itself, and a host with a service for one disk, as the document shows it.
+NAGIOS_OWN = """\
+define timeperiod {
+  timeperiod_name always
+  alias always
+  monday 00:00-24:00
+}
+define contact {
+  contact_name nobody
+  host_notification_period always
+  service_notification_period always
+  host_notification_options n
+  service_notification_options n
+  host_notification_commands none
+  service_notification_commands none
+}
+define command {
+  command_name none
+  command_line /bin/true
+}
+define host {
+  use tessera-array
+  host_name array1
+  address 127.0.0.1
+  contacts nobody
+  notification_period always
+  check_period always
+}
+define service {
+  use tessera-service
+  host_name array1
+  service_description disk 7
+  check_command check_tessera_tsDiskStatus!7
+  contacts nobody
+  check_period always
+  notification_period always
+}
+"""
+
+
+def path(*names):
+    return os.path.join(build_folder, "monitoring", *names)
+
+
+def read(*names):
+    with open(path(*names), encoding="utf-8") as file:
+        return file.read()
+
+
+def modules():
+    """The exporter's modules, by name."""
+    return yaml.safe_load(read("prometheus", "snmp.yml"))
+
+
+def metric_names():
+    """{name of a time series: its labels}, as the exporter makes them out of its modules."""
+    found = {}
+    for module in modules().values():
+        for metric in module["metrics"]:
+            name = metric["name"] + ("_info" if metric["type"] == "EnumAsInfo" else "")
+            labels = {each["labelname"] for each in metric.get("indexes", []) + metric.get("lookups", [])}
+            if metric["type"] in ("EnumAsInfo", "EnumAsStateSet", "DisplayString"):
+                labels.add(metric["name"])
+            found[name] = labels
+    return found
+
+
+def run(*command, folder=None, **environment):
+    done = subprocess.run(command, stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False, timeout=120,
+                          cwd=folder, env={**os.environ, **environment})
+    if done.returncode != 0:
+        raise AssertionError(f"{command}: status {done.returncode}: {done.stdout}{done.stderr}")
+    return done.stdout + done.stderr
+
+
+class FilesTest(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = folder.name
+
+    def test_the_exporter_takes_its_modules(self):
+        run("prometheus-snmp-exporter", "--dry-run", f"--config.file={path('prometheus', 'snmp.yml')}")
+
+    def test_the_form_with_auths_says_the_same(self):
+        newer = yaml.safe_load(read("prometheus", "snmp-with-auths.yml"))
+        self.assertEqual(newer["auths"], {"public_v2": {"community": "public", "version": 2}})
+        older = modules()
+        for module in older.values():
+            self.assertEqual((module.pop("version"), module.pop("auth")), (2, {"community": "public"}))
+        self.assertEqual(newer["modules"], older)
+
+    def test_every_metric_is_asked_for(self):
+        for name, module in modules().items():
+            for metric in module["metrics"]:
+                places = [metric["oid"]] + [each["oid"] for each in metric.get("lookups", [])]
+                asked = module["walk"] if "indexes" in metric else [oid.removesuffix(".0") for oid in module["get"]]
+                for place in places:
+                    self.assertIn(place, asked, f"{name}: {metric['name']}")
+
+    def test_the_exporters_own_generator_reads_the_same_out_of_the_mib_module(self):
+        facts = moduleFacts.read(os.path.join(build_folder, "mib", moduleFacts.MODULE + ".txt"))
+        walked = [name for name, node in facts["nodes"].items() if node["nodetype"] in ("table", "scalar")]
+        config, made = os.path.join(self.folder, "generator.yml"), os.path.join(self.folder, "made.yml")
+        with open(config, "w", encoding="utf-8") as file:
+            yaml.safe_dump({"modules": {"all": {"walk": walked}}}, file)
+        run("prometheus-snmp-generator", "generate", f"--output-path={made}", folder=self.folder,
+            MIBDIRS=f"{moduleFacts.STANDARD}:{os.path.join(build_folder, 'mib')}", MIBS=moduleFacts.MODULE,
+            SNMPCONFPATH=self.folder, SNMP_PERSISTENT_DIR=self.folder)
+        with open(made, encoding="utf-8") as file:
+            theirs = {metric["name"]: metric for metric in yaml.safe_load(file)["all"]["metrics"]}
+        for metric in (metric for module in modules().values() for metric in module["metrics"]):
+            name = metric["name"]
+            if name.startswith("sys"):  # of the system group, which is not the module's
+                continue
+            other = theirs[name]
+            self.assertEqual(metric["oid"], other["oid"], name)
+            self.assertEqual(metric.get("enum_values"), other.get("enum_values"), name)
+            if not name.startswith("tsFolderUsage"):  # which has the labels of the folder's row
+                self.assertEqual(metric.get("indexes"), other.get("indexes"), name)
+
+    def test_every_module_is_scraped(self):
+        jobs = yaml.safe_load(read("prometheus", "prometheus.yml"))["scrape_configs"]
+        self.assertEqual([job["params"]["module"] for job in jobs], [[name] for name in modules()])
+
+    def test_prometheus_takes_its_configuration_and_the_rules_alert(self):
+        self.assertIn("SUCCESS", run("promtool", "check", "config", path("prometheus", "prometheus.yml")))
+        shutil.copy(path("prometheus", "tessera.rules.yml"), self.folder)
+        shutil.copy(os.path.join(HERE, "rulesTest.yml"), self.folder)
+        self.assertIn("SUCCESS", run("promtool", "test", "rules", os.path.join(self.folder, "rulesTest.yml")))
+
+    def test_rules_and_panels_name_series_of_the_modules(self):
+        names = metric_names()
+        rules = yaml.safe_load(read("prometheus", "tessera.rules.yml"))
+        dashboard = json.loads(read("grafana", "tessera.json"))
+        texts = [rule["expr"] for group in rules["groups"] for rule in group["rules"]]
+        texts += [target["expr"] for panel in dashboard["panels"] for target in panel.get("targets", [])]
+        used = {name for text in texts for name in METRIC.findall(text)}
+        self.assertGreater(len(used), 30)
+        self.assertEqual(used - set(names), set())
+
+    def test_panels_do_not_lie_over_each_other(self):
+        taken = set()
+        for panel in json.loads(read("grafana", "tessera.json"))["panels"]:
+            place = panel["gridPos"]
+            cells = {(x, y) for x in range(place["x"], place["x"] + place["w"])
+                     for y in range(place["y"], place["y"] + place["h"])}
+            self.assertLessEqual(place["x"] + place["w"], 24)
+            self.assertFalse(cells & taken, panel["title"])
+            taken |= cells
+
+    def test_nagios_takes_the_commands_and_services(self):
+        main, own = os.path.join(self.folder, "main.cfg"), os.path.join(self.folder, "own.cfg")
+        for name, text in ((own, NAGIOS_OWN), (os.path.join(self.folder, "resource.cfg"), "$USER1$=/plugins\n"),
+                           (main, NAGIOS_MAIN.format(objects=path("nagios", "tessera.cfg"), own=own,
+                                                     folder=self.folder))):
+            with open(name, "w", encoding="utf-8") as file:
+                file.write(text)
+        said = run("nagios4", "-v", main)
+        self.assertIn("Total Errors:   0", said)
+        self.assertRegex(said, r"Checked [4-9] services", said)
+
+    def test_every_notification_has_its_events(self):
+        """SNMPTT reads the file; of the notifications of the MIB module none is missing."""
+        with open(os.path.join(build_folder, "mib", "VORN-LUMIVANT-TESSERA-MIB.txt"), encoding="utf-8") as file:
+            notifications = set(re.findall(r"^(\w+) NOTIFICATION-TYPE", file.read(), re.MULTILINE))
+        self.assertGreater(len(notifications), 10)
+        ini = os.path.join(self.folder, "snmptt.ini")
+        with open(ini, "w", encoding="utf-8") as file:
+            file.write("[General]\nmode = standalone\n[Logging]\n[SQL]\n[Exec]\n[Debugging]\n[TrapFiles]\n"
+                       f"snmptt_conf_files = <<END\n{path('snmptt', 'tessera.conf')}\nEND\n")
+        said = run("snmptt", f"--ini={ini}", "--dump")
+        for name in notifications:
+            self.assertRegex(said, rf"\b{name}\b")
+
+
+if __name__ == "__main__":
+    build_folder = sys.argv.pop(1)
+    unittest.main()
