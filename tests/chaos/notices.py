@@ -93,7 +93,7 @@ class Notices:
             try:
                 with self.lock:
                     self.take(ber.read(datagram))
-            except (ber.Malformed, KeyError, ValueError) as error:
+            except (ber.Malformed, KeyError, ValueError, StopIteration) as error:
                 self.strange.append(f"{error}: {datagram.hex()}")
 
     def take(self, notification):
@@ -105,7 +105,7 @@ class Notices:
         if number == 0:
             self.cold_starts += 1
         elif number == 201:
-            found = MARK.match(values[mib.scalar("trapMiscAlertText")])
+            found = MARK.search(values[mib.scalar("trapMiscAlertText")])
             if found:
                 self.marks[int(found.group(1))].came += 1
         elif number in OBJECT_COLUMNS:

@@ -14,6 +14,7 @@ from chaos.director import Director  # noqa: E402
 from chaos.report import Report  # noqa: E402
 from chaos.world import World  # noqa: E402
 
+START_S = 5
 WARM_UP_S = 22  # so that the first daemon is seen before anything has struck
 SETTLE_S = 12  # so that what waits can come out, and the last daemon is seen once more
 
@@ -56,6 +57,9 @@ class Run:
                 thread.join(60)
             report = Report(self.world, director, self.began)
             is_good = report.show()
+        except BaseException:
+            print(f"\n-- the end of the daemon's log\n{daemon.Daemon.log_tail(30)}", flush=True)
+            raise
         finally:
             self.world.stop()
         if not is_good:
@@ -69,11 +73,13 @@ class Run:
             thread.start()
         end = self.began + self.seconds - SETTLE_S
         time.sleep(WARM_UP_S * waiting.PATIENCE)
-        planned = plan.make(self.seed, end - time.monotonic(), self.world.has_clock)
+        # Not the time that is left: the same seed must give the same faults.
+        planned = plan.make(self.seed, self.seconds - START_S - WARM_UP_S - SETTLE_S, self.world.has_clock)
         director = Director(self.world, planned, self.say_fault)
         say(f"the faults: {len(planned)} are planned\n    no.   begins     lasts  fault")
         director.run(end)
-        time.sleep(max(self.began + self.seconds - time.monotonic(), SETTLE_S * waiting.PATIENCE))
+        left = 0 if self.world.failures else self.began + self.seconds - time.monotonic()
+        time.sleep(max(left, SETTLE_S * waiting.PATIENCE))
         return director
 
 

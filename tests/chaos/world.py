@@ -66,7 +66,7 @@ class World:
         environment = daemon.Daemon.environment()
         if self.has_clock and "SNMPSUBAGENT_SANITIZED" not in os.environ:
             environment.update(LD_PRELOAD=FAKE_TIME, FAKETIME_ONLY_CMDS="snmpSubagent", FAKETIME_NO_CACHE="1",
-                               FAKETIME_TIMESTAMP_FILE=CLOCK, FAKETIME_DONT_FAKE_MONOTONIC="1")
+                               FAKETIME_TIMESTAMP_FILE=CLOCK)
         return environment
 
     def set_clock(self, offset_s):
