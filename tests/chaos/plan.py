@@ -1,0 +1,46 @@
+"""Which faults strike, in which order: from a seed alone, so that a run can be repeated."""
+
+import random
+from dataclasses import dataclass
+
+from .faults import ALL
+from .faults.kind import Kind
+
+PAUSE_S = (1, 4)
+
+
+@dataclass(frozen=True)
+class Planned:
+    kind: Kind
+    words: tuple
+    pause_s: float  # ahead of it, when all is well
+    seconds: float
+
+    def text(self):
+        words = f" ({' '.join(self.words)})" if self.words else ""
+        return f"{self.kind.name}{words}"
+
+    def whole_s(self):
+        return self.pause_s + self.seconds + self.kind.recovery_s
+
+
+def planned(generator, kind):
+    return Planned(kind, tuple(kind.draw(generator)), round(generator.uniform(*PAUSE_S), 1),
+                   round(generator.uniform(*kind.seconds), 1))
+
+
+def make(seed, seconds, has_clock=True):
+    """As many as fit into so many seconds. Rounds with one of each kind; those that end the daemon come last in each,
+    so that one daemon is seen under all others."""
+    generator = random.Random(f"{seed} plan")
+    kinds = [kind for kind in ALL if has_clock or kind.name != "the clock steps"]
+    found, left, fits = [], seconds, True
+    while fits:
+        fits = False
+        for kind in sorted(generator.sample(kinds, len(kinds)), key=lambda each: each.restarts):
+            fault = planned(generator, kind)
+            if fault.whole_s() <= left:
+                found.append(fault)
+                left -= fault.whole_s()
+                fits = True
+    return found
