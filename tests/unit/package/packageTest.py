@@ -5,6 +5,7 @@ packageTest.py BUILD [unittest arguments]
 
 import json
 import os
+import re
 import shutil
 import subprocess
 import sys
@@ -119,7 +120,9 @@ class Package(unittest.TestCase):
         result = run("cmake", "-S", project, "-B", self.path("build-another"), f"-DCMAKE_PREFIX_PATH={self.prefix}",
                      check=False)
         self.assertNotEqual(result.returncode, 0)
-        self.assertIn("version: 0.1.0", result.stderr)
+        with open(os.path.join(self.build, "CMakeCache.txt"), encoding="utf-8") as file:
+            version = re.search(r"^CMAKE_PROJECT_VERSION:STATIC=(.*)$", file.read(), re.MULTILINE).group(1)
+        self.assertIn(f"version: {version}", result.stderr)
 
 
 if __name__ == "__main__":
