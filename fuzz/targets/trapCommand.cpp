@@ -3,7 +3,6 @@
 // refused with a line in the log, held back, or sent as exactly one notification.
 
 #include <algorithm>
-#include <regex>
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/outstandingTraps.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapCommand.h"
@@ -24,8 +23,11 @@ size_t count_lines(const std::string& text, const std::string& beginning) {
 
 // Eight words with a blank behind each, in what is looked at of a text.
 bool is_command(const std::string& text) {
-    static const std::regex form("^( *[^ ]+ ){8}");
-    return std::regex_search(text.substr(0, kTrapCommandBuffer - 1), form);
+    const std::string seen = text.substr(0, kTrapCommandBuffer - 1);
+    int words = 0;
+    for (size_t i = 1; i < seen.size(); ++i)
+        words += seen[i] == ' ' && seen[i - 1] != ' ' ? 1 : 0;
+    return words >= 8;
 }
 
 std::unique_ptr<TrapToSend> parse(const std::string& text) {
