@@ -14,6 +14,12 @@ SANITIZER_REPORTS = "/var/log/sanitizer"
 
 UP = "snmpSubagent is up and running."
 ENDED = "snmpSubagent is exiting."
+SNMPD_IS_LATE = "Unable to read_pid_file()"
+START_TRIES = 10
+
+
+class SnmpdIsLate(Exception):
+    pass
 
 
 class Daemon:
@@ -26,22 +32,39 @@ class Daemon:
     def start(self, wait=True, arguments=()):
         """Starts it as a service: the call returns when it has gone into the background."""
         machine.write_file(machine.MODE_CONF, "isdebugmode=false\n")
-        self.begin_log()
-        self.foreground = None
-        status = subprocess.run([machine.DAEMON, *arguments], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                                stderr=subprocess.DEVNULL, env=self.environment(), check=False).returncode
-        if status != 0:
-            raise AssertionError(f"the daemon did not go into the background: status {status}")
-        return self.wait_until_served() if wait else self
+        return self.start_again_while_snmpd_is_late(lambda: self.launch(arguments), wait)
 
     def start_in_foreground(self, wait=True, configure=True):
         """Starts it in debug mode, so that its exit status can be read with wait_for_exit_status."""
         if configure:
             machine.write_file(machine.MODE_CONF, "isdebugmode=true\n")
-        self.begin_log()
+        return self.start_again_while_snmpd_is_late(self.launch_in_foreground, wait)
+
+    def start_again_while_snmpd_is_late(self, launch, wait):
+        """snmpd gets a tenth of a second to write its process number. On a machine with more to do than it can that
+        may not be enough; then the daemon ends, and whoever watches over it starts it again."""
+        for _ in range(START_TRIES):
+            self.begin_log()
+            launch()
+            if not wait:
+                return self
+            try:
+                return self.wait_until_served()
+            except SnmpdIsLate:
+                if self.foreground:
+                    self.foreground.wait(30)
+        raise AssertionError(f"snmpd was late {START_TRIES} times")
+
+    def launch(self, arguments):
+        self.foreground = None
+        status = subprocess.run([machine.DAEMON, *arguments], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                                stderr=subprocess.DEVNULL, env=self.environment(), check=False).returncode
+        if status != 0:
+            raise AssertionError(f"the daemon did not go into the background: status {status}")
+
+    def launch_in_foreground(self):
         self.foreground = subprocess.Popen([machine.DAEMON], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                                            stderr=subprocess.DEVNULL, env=self.environment())
-        return self.wait_until_served() if wait else self
 
     @staticmethod
     def environment():
@@ -54,7 +77,8 @@ class Daemon:
             if UP in self.log():
                 return True
             if ENDED in self.log():
-                raise AssertionError("the daemon ended during its start")
+                late = SNMPD_IS_LATE in self.log()
+                raise SnmpdIsLate() if late else AssertionError("the daemon ended during its start")
             return False
 
         waiting.wait_until(is_up, "the daemon is up and running", limit_s)
