@@ -43,8 +43,11 @@ class Client(threading.Thread):
             self.judge.doubt(ledger.UNANSWERED, self.name, exchange, "no answer")
             return None
         self.book.count(self.name, "answered")
+        if exchange.ended - exchange.sent > ledger.SLOW_S:
+            self.judge.doubt(ledger.SLOW, self.name, exchange, "slow")
         if exchange.response.error == "genErr":
             self.book.count(self.name, "genErr")
+            self.judge.doubt(ledger.REFUSED, self.name, exchange, "genErr")
         return exchange.response
 
     def some(self, count):

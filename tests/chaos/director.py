@@ -32,8 +32,8 @@ class Director:
             self.world.wait_until_well()
         except (AssertionError, OSError) as error:
             self.world.failures.append(f"{planned.text()}: {error}")
-            self.say(number, planned, disturbance, f"FAILED: {error}")
+            self.say(number, planned, disturbance, "NEVER")
             return False
         disturbance.recovered = time.monotonic()
-        self.say(number, planned, disturbance, f"well again after {disturbance.recovered - disturbance.over:.1f} s")
+        self.say(number, planned, disturbance, f"{disturbance.recovered - disturbance.over:.1f} s")
         return True

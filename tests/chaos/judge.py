@@ -90,7 +90,7 @@ class Judge:
     def is_explained(self, doubt):
         if doubt.kind in (ledger.VALUE, ledger.MISSING):
             return self.history.allows(doubt.oid, doubt.read, doubt.sent, doubt.ended)
-        if doubt.kind in (ledger.UNANSWERED, ledger.REFUSED):
+        if doubt.kind in (ledger.UNANSWERED, ledger.SLOW, ledger.REFUSED):
             return self.history.timeline.is_disturbed("requests", doubt.sent, doubt.ended)
         return False
 

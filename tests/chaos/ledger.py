@@ -7,8 +7,9 @@ from collections import Counter, namedtuple
 # kind: one of those below. oid, read: of a doubtful value.
 Doubt = namedtuple("Doubt", "kind client sent ended text oid read", defaults=(None, None))
 
-UNANSWERED, VALUE, MISSING, ORDER, MALFORMED, REFUSED, BROKEN = (
-    "unanswered", "value", "missing", "order", "malformed", "refused", "broken")
+KINDS = UNANSWERED, SLOW, VALUE, MISSING, ORDER, MALFORMED, REFUSED, BROKEN = (
+    "unanswered", "slow", "value", "missing", "order", "malformed", "refused", "broken")
+SLOW_S = 0.3  # an answer that took longer is remembered
 KEPT = 2000  # of each kind; more are only counted
 
 

@@ -7,6 +7,7 @@ from .faults import ALL
 from .faults.kind import Kind
 
 PAUSE_S = (1, 4)
+CLOCK = "the clock steps"
 
 
 @dataclass(frozen=True)
@@ -29,11 +30,11 @@ def planned(generator, kind):
                    round(generator.uniform(*kind.seconds), 1))
 
 
-def make(seed, seconds, has_clock=True):
+def make(seed, seconds, has_clock=True, only=""):
     """As many as fit into so many seconds. Rounds with one of each kind; those that end the daemon come last in each,
-    so that one daemon is seen under all others."""
+    so that one daemon is seen under all others. only: what their names hold."""
     generator = random.Random(f"{seed} plan")
-    kinds = [kind for kind in ALL if has_clock or kind.name != "the clock steps"]
+    kinds = [kind for kind in ALL if only in kind.name and (has_clock or kind.name != CLOCK)]
     found, left, fits = [], seconds, True
     while fits:
         fits = False

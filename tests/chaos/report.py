@@ -12,8 +12,7 @@ class Report:
         self.world, self.director, self.began = world, director, began
         self.notices = world.notices.summary()
         self.comparisons = vitals.comparisons(world.timeline)
-        self.faulty = {kind: world.judge.faulty(kind) for kind in (
-            ledger.UNANSWERED, ledger.REFUSED, ledger.VALUE, ledger.MISSING, ledger.ORDER, ledger.MALFORMED, ledger.BROKEN)}
+        self.faulty = {kind: world.judge.faulty(kind) for kind in ledger.KINDS}
         self.problems = []
 
     def must_be_none(self, what, found):
@@ -36,7 +35,7 @@ class Report:
 
     def show_requests(self):
         print(f"\n-- requests\n   {'':22} {'asked':>8} {'answered':>9} {'no answer':>10} {'explained':>10} {'genErr':>7} "
-              f"{'walks':>6} {'values':>9}")
+              f"{'walks':>6} {'values':>9} {'slowest':>9}")
         book = self.world.book
         unanswered = book.all(ledger.UNANSWERED)
         for client in book.clients():
@@ -44,7 +43,7 @@ class Report:
             explained = sum(self.world.judge.is_explained(doubt) for doubt in own)
             print(f"   {client:22} {book.of(client, 'asked') + book.of(client, 'scribbled'):8} "
                   f"{book.of(client, 'answered'):9} {len(own):10} {explained:10} {book.of(client, 'genErr'):7} "
-                  f"{book.of(client, 'walks'):6} {book.of(client, 'values'):9}")
+                  f"{book.of(client, 'walks'):6} {book.of(client, 'values'):9} {self.slowest(client):>9}")
         self.line("without an answer and without an outage",
                   self.must_be_none("requests without an answer though nothing was disturbed", self.faulty[ledger.UNANSWERED]))
         self.line("wrong values", self.must_be_none("values that the array did not have", self.faulty[ledger.VALUE]))
@@ -52,6 +51,11 @@ class Report:
         self.line("answers out of order", self.must_be_none("answers out of order", self.faulty[ledger.ORDER]))
         self.line("answers that are no SNMP", self.must_be_none("malformed answers", self.faulty[ledger.MALFORMED]))
         self.must_be_none("the run itself broke", self.faulty[ledger.BROKEN])
+
+    def slowest(self, client):
+        """Answer while nothing was disturbed."""
+        seconds = [doubt.ended - doubt.sent for doubt in self.faulty[ledger.SLOW] if doubt.client == client]
+        return f"{max(seconds):.1f} s" if seconds else f"< {ledger.SLOW_S} s"
 
     def show_notifications(self):
         print("\n-- notifications")

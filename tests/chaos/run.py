@@ -24,6 +24,7 @@ def options():
     parser.add_argument("--minutes", type=float, default=10, help="how long it lasts (default: 10)")
     parser.add_argument("--seed", type=int, help="the same seed gives the same faults in the same order")
     parser.add_argument("--preset", choices=("small", "typical"), default="small", help="the array (default: small)")
+    parser.add_argument("--only", default="", metavar="TEXT", help="only faults with this in their names")
     return parser.parse_args()
 
 
@@ -32,21 +33,22 @@ def say(text):
 
 
 class Run:
-    def __init__(self, minutes, seed, preset):
-        self.seconds = minutes * 60
+    def __init__(self, minutes, seed, preset, only=""):
+        self.seconds, self.only = minutes * 60, only
         self.seed = random.randrange(10**6) if seed is None else seed
         self.preset = preset
         self.world = World(self.seed, preset)
         self.began = time.monotonic()
 
     def say_fault(self, number, planned, disturbance, outcome):
-        print(f"   {number:3}  {disturbance.begin - self.began:7.1f} s  {planned.seconds:4.1f} s  {planned.text():58} "
-              f"{outcome}", flush=True)
+        print(f"   {number:3}  {disturbance.begin - self.began:7.1f} s  {planned.seconds:4.1f} s  {outcome:>10}  "
+              f"{planned.text()}", flush=True)
 
     def whole(self):
         """The exit status."""
         say(f"chaos with seed {self.seed}: {self.seconds:.0f} s, array '{self.preset}'; the same again: "
-            f"scripts/chaos --minutes {self.seconds / 60:g} --seed {self.seed} --preset {self.preset}")
+            f"scripts/chaos --minutes {self.seconds / 60:g} --seed {self.seed} --preset {self.preset}" +
+            (f" --only '{self.only}'" if self.only else ""))
         try:
             self.world.start()
             print(f"   the daemon serves after {time.monotonic() - self.began:.1f} s; notifications of version "
@@ -74,9 +76,10 @@ class Run:
         end = self.began + self.seconds - SETTLE_S
         time.sleep(WARM_UP_S * waiting.PATIENCE)
         # Not the time that is left: the same seed must give the same faults.
-        planned = plan.make(self.seed, self.seconds - START_S - WARM_UP_S - SETTLE_S, self.world.has_clock)
+        planned = plan.make(self.seed, self.seconds - START_S - WARM_UP_S - SETTLE_S, self.world.has_clock,
+                            self.only)
         director = Director(self.world, planned, self.say_fault)
-        say(f"the faults: {len(planned)} are planned\n    no.   begins     lasts  fault")
+        say(f"the faults: {len(planned)} are planned\n    no.     begins   lasts  well again  fault")
         director.run(end)
         left = 0 if self.world.failures else self.began + self.seconds - time.monotonic()
         time.sleep(max(left, SETTLE_S * waiting.PATIENCE))
@@ -86,7 +89,7 @@ class Run:
 def main():
     machine.require_sandbox()
     chosen = options()
-    return Run(chosen.minutes, chosen.seed, chosen.preset).whole()
+    return Run(chosen.minutes, chosen.seed, chosen.preset, chosen.only).whole()
 
 
 if __name__ == "__main__":

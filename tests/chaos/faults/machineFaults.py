@@ -2,7 +2,7 @@
 
 import os
 import resource
-from contextlib import contextmanager
+from contextlib import contextmanager, suppress
 
 from harness import daemon, machine, waiting
 
@@ -11,6 +11,7 @@ from .kind import NOTHING, Kind, no_words
 
 FILLER = "/var/log/filler"
 FILL_BYTES = 64 * 1024 * 1024  # more than the folder holds
+BLOCK = 512
 
 
 @contextmanager
@@ -22,13 +23,9 @@ def log_removed(world, _):
 
 @contextmanager
 def disk_full(world, _):
-    with open(FILLER, "wb") as file:
-        try:
-            for _ in range(FILL_BYTES // 4096):
-                file.write(b"x" * 4096)
-                file.flush()
-        except OSError:
-            pass
+    with open(FILLER, "wb", buffering=0) as file, suppress(OSError):
+        for _ in range(FILL_BYTES // BLOCK):
+            file.write(b"x" * BLOCK)
     try:
         yield
     finally:
