@@ -34,7 +34,9 @@ void ReadMethod(const parser::XMLElement& method, ApiRequest& request) {
         return;
     }
     for (parser::XMLElement each = attributes.GetFirstChild(); each; each = each.GetNextSibling()) {
-        request.attributes[std::string(each.GetTagName())] = each.GetText();
+        // A structured argument is an element within its attribute, and stays markup.
+        request.attributes[std::string(each.GetTagName())] =
+            each.GetFirstChild() ? each.GetElementContent() : std::string(each.GetText());
     }
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiEnumsIDStrList.h"
 #include "apiMgmt/common/utils/pathConstants.h"
 #include "tools/arraySim/controlSocket.h"
 #include "tools/arraySim/modelFile.h"
@@ -70,6 +71,13 @@ CLI::App* AddServe(CLI::App& app, ServeOptions& options) {
     serve->add_option("--key", options.key,
                       "Session key that requests must carry; otherwise the first line of "
                       "/etc/wirelink.key");
+    std::map<std::string, int> privileges;
+    for (const ENUMRow& row : APIEnumsIDStrList::gUserPrivilegeEnumIdStrList) {
+        privileges.emplace(row.Description, row.Value);
+    }
+    serve->add_option("--privilege", options.privilege, "What the key allows")
+        ->transform(CLI::CheckedTransformer(privileges))
+        ->default_str("Admin");
     const std::map<std::string, Spelling> spellings = {{"api", Spelling::kApi},
                                                        {"library", Spelling::kLibrary}};
     serve->add_option("--spelling", options.spelling, "Object elements as tsDisk (api) or TsDisk (library)")

@@ -86,6 +86,8 @@ class BASEApiObject {
     explicit BASEApiObject(const std::string& objectName);
     BASEApiObject(const BASEApiObject&) = default;
     BASEApiObject& operator=(const BASEApiObject&) = default;
+    BASEApiObject(BASEApiObject&&) noexcept = default;
+    BASEApiObject& operator=(BASEApiObject&&) noexcept = default;
 
   private:
     ATTRIBUTEMap attributes;
