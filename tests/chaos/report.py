@@ -8,8 +8,8 @@ SHOWN = 5  # examples of each fault that was found
 
 
 class Report:
-    def __init__(self, world, director, began):
-        self.world, self.director, self.began = world, director, began
+    def __init__(self, world, began):
+        self.world, self.began = world, began
         self.notices = world.notices.summary()
         self.comparisons = vitals.comparisons(world.timeline)
         self.faulty = {kind: world.judge.faulty(kind) for kind in ledger.KINDS}

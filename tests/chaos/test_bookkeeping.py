@@ -144,7 +144,9 @@ class Others(unittest.TestCase):
     def test_a_seed_gives_one_plan(self):
         self.assertEqual(plan.make(7, 600), plan.make(7, 600))
         self.assertNotEqual(plan.make(7, 600), plan.make(8, 600))
-        self.assertLessEqual(sum(fault.whole_s() for fault in plan.make(7, 60)), 60)
+        self.assertLessEqual(plan.make(7, 40).closing.whole_s(), 20)
+        self.assertEqual({fault.kind.name for fault in plan.make(7, 600, only="snmpd").faults},
+                         {"snmpd is killed", "snmpd is stopped"})
 
     def test_requests_and_their_answers_as_octets(self):
         """What is written is read back; numbers at the edges of their octets."""
