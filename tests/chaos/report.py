@@ -3,6 +3,7 @@
 from harness import daemon
 
 from . import ledger, vitals
+from .notices import Change, Mark
 
 SHOWN = 5  # examples of each fault that was found
 
@@ -26,6 +27,10 @@ class Report:
     def text(self, found):
         if isinstance(found, ledger.Doubt):
             return f"{found.sent - self.began:.1f} s, {found.client}: {found.text}"
+        if isinstance(found, Mark):
+            return f"{found.told - self.began:.1f} s, text {found.number}: received {found.came} times"
+        if isinstance(found, Change):
+            return f"{found.begin - self.began:.1f} s, {found.name.decode()} to status {found.status}: no trap {found.number}"
         return str(found)
 
     def line(self, what, *cells):

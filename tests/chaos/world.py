@@ -87,6 +87,8 @@ class World:
             self.array.stop()
         self.keeper.stdin.close()
         self.keeper.wait(30)
+        self.watch.listener.join(30)
+        self.keeper.stdout.close()
         self.receiver.close()
 
     # --- the array

@@ -44,11 +44,11 @@ def draw_delay(random):
 
 @contextmanager
 def told(world, words):
-    world.change("fault", *words)
+    world.array.fault(*words)
     try:
         yield
     finally:
-        world.change("clear")
+        world.array.clear_faults()
 
 
 @contextmanager
@@ -63,7 +63,7 @@ def lied(world, words):
 @contextmanager
 def hung(world, words):
     """Nobody is answered any more; only its end frees those who wait."""
-    world.change("fault", *words)
+    world.array.fault(*words)
     try:
         yield
     finally:
