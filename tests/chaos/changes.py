@@ -39,7 +39,8 @@ class Changes(threading.Thread):
     def run(self):
         while not self.world.stopping.wait(self.random.uniform(*PAUSE_S)):
             try:
-                self.random.choice((self.move, self.move, self.misc, self.tell, self.come_or_go, self.fail_or_recover))()
+                self.random.choice((self.move, self.move, self.misc, self.tell, self.come_or_go,
+                                    self.fail_or_recover))()
             except Exception:  # what breaks here must not pass for a quiet array
                 if not self.world.stopping.is_set():
                     self.world.book.doubt(Doubt(ledger.BROKEN, self.name, 0, 0, traceback.format_exc()))

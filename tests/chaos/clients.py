@@ -35,6 +35,7 @@ class Client(threading.Thread):
             except Exception:  # a client that breaks must not pass for one that found nothing
                 self.book.doubt(Doubt(ledger.BROKEN, self.name, 0, 0, traceback.format_exc()))
             self.world.stopping.wait(self.random.uniform(*self.PAUSE_S))
+        self.manager.close()
 
     def counted(self, exchange):
         """Takes an exchange into the book; its response, None when none came."""

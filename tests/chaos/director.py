@@ -9,22 +9,22 @@ from .timeline import Disturbance
 class Director:
     def __init__(self, world, plan, say):
         self.world, self.plan, self.say = world, plan, say
-        self.struck = []  # (planned, disturbance)
-        self.began = time.monotonic()
 
     def run(self, end):
-        """No fault begins that would not be over at the end. Ends early when the daemon does not come back."""
-        for number, planned in enumerate(self.plan, 1):
-            if time.monotonic() + planned.pause_s + planned.seconds > end:
+        """No fault begins that would not be over at the end, as far as can be told. Ends early when the daemon does not
+        come back."""
+        reserve = self.plan.closing.whole_s() if self.plan.closing else 0
+        for planned in self.plan.faults:
+            if time.monotonic() + planned.whole_s() + reserve <= end and not self.strike(planned):
                 return
-            pause_until(self.world, time.monotonic() + planned.pause_s)
-            if not self.strike(number, planned):
-                return
+        if self.plan.closing:
+            self.strike(self.plan.closing)
 
-    def strike(self, number, planned):
+    def strike(self, planned):
+        """Whether all was well afterwards."""
+        pause_until(self.world, time.monotonic() + planned.pause_s)
         disturbance = Disturbance(planned.kind.name, time.monotonic(), planned.kind.disturbs)
         self.world.timeline.begin_disturbance(disturbance)
-        self.struck.append((planned, disturbance))
         try:
             with planned.kind.strike(self.world, planned.words):
                 pause_until(self.world, time.monotonic() + planned.seconds)
@@ -32,8 +32,8 @@ class Director:
             self.world.wait_until_well()
         except (AssertionError, OSError) as error:
             self.world.failures.append(f"{planned.text()}: {error}")
-            self.say(number, planned, disturbance, "NEVER")
+            self.say(planned, disturbance, "NEVER")
             return False
         disturbance.recovered = time.monotonic()
-        self.say(number, planned, disturbance, f"{disturbance.recovered - disturbance.over:.1f} s")
+        self.say(planned, disturbance, f"{disturbance.recovered - disturbance.over:.1f} s")
         return True

@@ -17,8 +17,6 @@ UNDERIVED = (b"", 0, 3, None)  # 3: no open alert seen so far
 STICKY = "worstAlertNbr"  # keeps the row of the latest alert that there was
 SYSTEM = ("sysContact", "sysName", "sysLocation")  # snmpd has values of its own while no daemon is there
 
-ANYTHING = object()
-
 
 def column_of(oid):
     """The column of an instance in the new form; None outside the MIB."""

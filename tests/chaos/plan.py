@@ -30,18 +30,25 @@ def planned(generator, kind):
                    round(generator.uniform(*kind.seconds), 1))
 
 
+@dataclass(frozen=True)
+class Plan:
+    """More faults than there may be time for, and one for the end, however short the run is; None when none fits."""
+    faults: list
+    closing: Planned
+
+
 def make(seed, seconds, has_clock=True, only=""):
-    """As many as fit into so many seconds. Rounds with one of each kind; those that end the daemon come last in each,
-    so that one daemon is seen under all others. only: what their names hold."""
+    """For a run of so many seconds. Rounds with one of each kind; those that end the daemon come last in each, so that
+    one daemon is seen under all others. only: what their names hold."""
     generator = random.Random(f"{seed} plan")
     kinds = [kind for kind in ALL if only in kind.name and (has_clock or kind.name != CLOCK)]
-    found, left, fits = [], seconds, True
-    while fits:
-        fits = False
-        for kind in sorted(generator.sample(kinds, len(kinds)), key=lambda each: each.restarts):
-            fault = planned(generator, kind)
-            if fault.whole_s() <= left:
-                found.append(fault)
-                left -= fault.whole_s()
-                fits = True
-    return found
+    fitting = [fault for fault in drawn(generator, kinds) if fault.kind.restarts and fault.whole_s() <= seconds / 2]
+    found = []
+    while kinds and sum(fault.pause_s + fault.seconds for fault in found) < seconds:
+        found += sorted(drawn(generator, kinds), key=lambda each: each.kind.restarts)
+    return Plan(found, fitting[0] if fitting else None)
+
+
+def drawn(generator, kinds):
+    """One of each kind, in any order."""
+    return [planned(generator, kind) for kind in generator.sample(kinds, len(kinds))]

@@ -40,7 +40,8 @@ class Run:
         self.world = World(self.seed, preset)
         self.began = time.monotonic()
 
-    def say_fault(self, number, planned, disturbance, outcome):
+    def say_fault(self, planned, disturbance, outcome):
+        number = len(self.world.timeline.disturbances)
         print(f"   {number:3}  {disturbance.begin - self.began:7.1f} s  {planned.seconds:4.1f} s  {outcome:>10}  "
               f"{planned.text()}", flush=True)
 
@@ -53,11 +54,11 @@ class Run:
             self.world.start()
             print(f"   the daemon serves after {time.monotonic() - self.began:.1f} s; notifications of version "
                   f"{self.world.version}; its clock {'can' if self.world.has_clock else 'cannot'} be moved", flush=True)
-            director = self.strike()
+            self.strike()
             self.world.stopping.set()
             for thread in self.threads:
                 thread.join(60)
-            report = Report(self.world, director, self.began)
+            report = Report(self.world, self.began)
             is_good = report.show()
         except BaseException:
             print(f"\n-- the end of the daemon's log\n{daemon.Daemon.log_tail(30)}", flush=True)
@@ -79,11 +80,10 @@ class Run:
         planned = plan.make(self.seed, self.seconds - START_S - WARM_UP_S - SETTLE_S, self.world.has_clock,
                             self.only)
         director = Director(self.world, planned, self.say_fault)
-        say(f"the faults: {len(planned)} are planned\n    no.     begins   lasts  well again  fault")
+        say("the faults\n    no.     begins   lasts  well again  fault")
         director.run(end)
         left = 0 if self.world.failures else self.began + self.seconds - time.monotonic()
         time.sleep(max(left, SETTLE_S * waiting.PATIENCE))
-        return director
 
 
 def main():

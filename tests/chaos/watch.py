@@ -27,11 +27,12 @@ class Watch(threading.Thread):
         self.snmpds = []
         self.starts = 0  # by this supervisor
         self.done = threading.Event()
+        self.listener = threading.Thread(target=self.listen, daemon=True)
         self.absent_since = None
         self.next_sample = 0
 
     def run(self):
-        threading.Thread(target=self.listen, daemon=True).start()
+        self.listener.start()
         self.start_one()
         while not self.done.wait(POLL_S):
             self.look()

@@ -54,7 +54,8 @@ class World:
         machine.write_file(machine.MODE_CONF, "isdebugmode=false\n")
         self.notices = Notices(self.timeline, self.receiver)
         self.start_array(array.preset(self.preset), since=0)
-        self.has_clock = os.path.exists(FAKE_TIME)
+        # Sanitizers must be the first library of a program, and so must this one.
+        self.has_clock = os.path.exists(FAKE_TIME) and "SNMPSUBAGENT_SANITIZED" not in os.environ
         self.set_clock(0)
         self.keeper = subprocess.Popen([sys.executable, KEEPER], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                                        text=True, env=self.environment())
@@ -64,7 +65,7 @@ class World:
 
     def environment(self):
         environment = daemon.Daemon.environment()
-        if self.has_clock and "SNMPSUBAGENT_SANITIZED" not in os.environ:
+        if self.has_clock:
             environment.update(LD_PRELOAD=FAKE_TIME, FAKETIME_ONLY_CMDS="snmpSubagent", FAKETIME_NO_CACHE="1",
                                FAKETIME_TIMESTAMP_FILE=CLOCK)
         return environment
@@ -86,6 +87,8 @@ class World:
             self.array.stop()
         self.keeper.stdin.close()
         self.keeper.wait(30)
+        self.watch.listener.join(30)
+        self.keeper.stdout.close()
         self.receiver.close()
 
     # --- the array

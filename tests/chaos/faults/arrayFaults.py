@@ -14,16 +14,18 @@ KINDS_OF_OBJECT = sorted(set(KIND_OF_TABLE.values()))
 NOT_LIED_ABOUT = ("Tessera", "TsController", "TsEnclosure")
 LIED_ABOUT = [kind for kind in KINDS_OF_OBJECT if kind not in NOT_LIED_ABOUT]
 
-BROKEN_FRAMES = (("refuse",), ("tear",), ("tear", "3"), ("long-length",), ("huge-length",), ("zero-length",), ("garbage",),
-                 ("wrong-sequence",), ("wrong-type",), ("no-response",), ("no-cmd",), ("ping-false",))
+BROKEN_FRAMES = (("refuse",), ("tear",), ("tear", "3"), ("long-length",), ("huge-length",), ("zero-length",),
+                 ("garbage",), ("wrong-sequence",), ("wrong-type",), ("no-response",), ("no-cmd",), ("ping-false",))
 BAD_DOCUMENTS = (("truncated",), ("empty",), ("unbalanced",), ("wrong-root",), ("no-return",), ("no-successful",),
                  ("lower-true",), ("error", "Failed", "the array does not feel like it"), ("nesting",), ("doctype",),
                  ("entities",), ("external-entity",), ("too-many", "3"))
-SIDEWAYS = -1
-LIES = {("no-objects",): {"absent": True}, ("missing", "Name"): {"absent": True}, ("missing", "Status"): {"absent": True},
-        ("no-index",): {"absent": True}, ("no-parent",): {"absent": True},
-        ("unknown-status",): {"values": (SIDEWAYS,), "absent": False},
-        ("huge-text", "Name", "300000"): {"values": (b"x" * 300000,), "absent": False}}
+SIDEWAYS = -1  # the number of an unknown status
+LONG, HUGE = "30000", "300000"  # octets that still fit into a datagram, and more than that
+# What may be read because of them.
+LIES = {("no-objects",): {"absent": True}, ("missing", "Name"): {"absent": True},
+        ("missing", "Status"): {"absent": True}, ("no-index",): {"absent": True}, ("no-parent",): {"absent": True},
+        ("unknown-status",): {"values": (SIDEWAYS,)},
+        **{("huge-text", "Name", size): {"values": (b"x" * int(size),)} for size in (LONG, HUGE)}}
 
 
 def draw_frames(random):
@@ -39,16 +41,17 @@ def draw_lie(random):
 
 
 def draw_delay(random):
-    return ("delay", random.choice(("100", "700", "2500")), *random.choice(((), ("on", random.choice(KINDS_OF_OBJECT)))))
+    what = random.choice(((), ("on", random.choice(KINDS_OF_OBJECT))))
+    return ("delay", random.choice(("100", "700", "2500")), *what)
 
 
 @contextmanager
 def told(world, words):
-    world.change("fault", *words)
+    world.array.fault(*words)
     try:
         yield
     finally:
-        world.change("clear")
+        world.array.clear_faults()
 
 
 @contextmanager
@@ -63,7 +66,7 @@ def lied(world, words):
 @contextmanager
 def hung(world, words):
     """Nobody is answered any more; only its end frees those who wait."""
-    world.change("fault", *words)
+    world.array.fault(*words)
     try:
         yield
     finally:

@@ -1,7 +1,6 @@
 """What a kind of fault is."""
 
 import time
-from contextlib import contextmanager
 from dataclasses import dataclass
 from typing import Callable
 
@@ -27,11 +26,6 @@ class Kind:
 
 def no_words(_):
     return ()
-
-
-@contextmanager
-def nothing(*_):
-    yield
 
 
 def pause_until(world, end):
