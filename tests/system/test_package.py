@@ -38,6 +38,7 @@ class Packages(PackageStory):
         own = {"snmpsubagent": [PROGRAM, "/usr/bin/snmpSubagent-checkconf", machine.DAEMON_CONF],
                "snmpsubagent-tools": ["/usr/bin/arraySim", "/usr/bin/mgmtSend"],
                "snmpsubagent-mib": ["/usr/share/snmp/mibs/VORN-LUMIVANT-TESSERA-MIB.txt"],
+               "snmpsubagent-monitoring": ["/usr/share/snmpSubagent/monitoring/recordWalk"],
                "libtesseraapi-dev": ["/usr/lib/cmake/tesseraApi/tesseraApiConfig.cmake"]}
         for package, file in names.items():
             listed = self.host.run("dpkg-deb", "-c", file)

@@ -29,10 +29,11 @@ class Daemon:
 
     # --- starting
 
-    def start(self, wait=True, arguments=()):
-        """Starts it as a service: the call returns when it has gone into the background."""
+    def start(self, wait=True, arguments=(), line=UP):
+        """Starts it as a service: the call returns when it has gone into the background and, unless `wait` is false,
+        has written the line."""
         machine.write_file(machine.MODE_CONF, "isdebugmode=false\n")
-        return self.start_again_while_snmpd_is_late(lambda: self.launch(arguments), wait)
+        return self.start_again_while_snmpd_is_late(lambda: self.launch(arguments), wait, line)
 
     def start_in_foreground(self, wait=True, configure=True):
         """Starts it in debug mode, so that its exit status can be read with wait_for_exit_status."""
@@ -40,7 +41,7 @@ class Daemon:
             machine.write_file(machine.MODE_CONF, "isdebugmode=true\n")
         return self.start_again_while_snmpd_is_late(self.launch_in_foreground, wait)
 
-    def start_again_while_snmpd_is_late(self, launch, wait):
+    def start_again_while_snmpd_is_late(self, launch, wait, line=UP):
         """snmpd gets a tenth of a second to write its process number. On a machine with more to do than it can that
         may not be enough; then the daemon ends, and whoever watches over it starts it again."""
         for _ in range(START_TRIES):
@@ -49,7 +50,7 @@ class Daemon:
             if not wait:
                 return self
             try:
-                return self.wait_until_served()
+                return self.wait_until_served(line=line)
             except SnmpdIsLate:
                 if self.foreground:
                     self.foreground.wait(30)
@@ -72,9 +73,9 @@ class Daemon:
         return {**os.environ, "ASAN_OPTIONS": options, "UBSAN_OPTIONS": options + ":print_stacktrace=1",
                 "TSAN_OPTIONS": options}
 
-    def wait_until_served(self, limit_s=60):
+    def wait_until_served(self, limit_s=60, line=UP):
         def is_up():
-            if UP in self.log():
+            if line in self.log():
                 return True
             if ENDED in self.log():
                 late = SNMPD_IS_LATE in self.log()
