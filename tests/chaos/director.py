@@ -23,6 +23,7 @@ class Director:
     def strike(self, planned):
         """Whether all was well afterwards."""
         pause_until(self.world, time.monotonic() + planned.pause_s)
+        self.world.struck = None
         disturbance = Disturbance(planned.kind.name, time.monotonic(), planned.kind.disturbs)
         self.world.timeline.begin_disturbance(disturbance)
         try:

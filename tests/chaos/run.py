@@ -42,8 +42,9 @@ class Run:
 
     def say_fault(self, planned, disturbance, outcome):
         number = len(self.world.timeline.disturbances)
+        struck = "" if self.world.struck is None else f"; exchanges struck: {self.world.struck}"
         print(f"   {number:3}  {disturbance.begin - self.began:7.1f} s  {planned.seconds:4.1f} s  {outcome:>10}  "
-              f"{planned.text()}", flush=True)
+              f"{planned.text()}{struck}", flush=True)
 
     def whole(self):
         """The exit status."""

@@ -39,6 +39,7 @@ class World:
         self.array, self.has_events, self.objects = array.Array(), True, None
         self.failures = []  # what must hold and does not, beyond the counts
         self.own_kills = set()
+        self.struck = None  # exchanges of the array that the latest fault struck; None when that is not known
 
     # --- start and end
 

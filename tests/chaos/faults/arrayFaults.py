@@ -5,6 +5,8 @@ import signal
 import time
 from contextlib import contextmanager
 
+from harness import management
+
 from ..history import KIND_OF_TABLE, Lie
 from ..timeline import EVENTS
 from .kind import Kind, no_words
@@ -45,12 +47,39 @@ def draw_delay(random):
     return ("delay", random.choice(("100", "700", "2500")), *what)
 
 
+# Events that make the daemon ask for a kind, so that a fault strikes soon: number and the three arguments that follow.
+# FIRST stands for the API index of the first object of the kind, OF_ENCLOSURE for that of the first enclosure.
+FIRST, OF_ENCLOSURE = "first", "enclosure"
+QUESTIONS = {"TsDisk": (202, FIRST, 0, 0), "TsController": (203, FIRST, 0, 0), "TsEnclosure": (205, FIRST, 0, 0),
+             "TsDiskFolder": (207, FIRST, 0, 0), "TsVolume": (208, FIRST, 0, 0), "TsServer": (209, FIRST, 0, 0),
+             "TsControllerCacheCard": (210, 1, 0, 0), "Tessera": (211, 1, 0, 0), "TsUps": (212, FIRST, 0, 0),
+             "TsControllerFanSensor": (204, 1, 1, 1), "TsControllerPowerSupply": (204, 1, 2, 1),
+             "TsControllerTemperatureSensor": (204, 1, 3, 1), "TsControllerVoltageSensor": (204, 1, 4, 1),
+             "TsEnclosureCoolingFanSensor": (206, OF_ENCLOSURE, 1, 1),
+             "TsEnclosurePowerSupply": (206, OF_ENCLOSURE, 2, 1), "TsEnclosureIoModule": (206, OF_ENCLOSURE, 5, 1),
+             "TsEnclosureTemperatureSensor": (206, OF_ENCLOSURE, 3, 1),
+             "TsEnclosureAudibleAlarm": (206, OF_ENCLOSURE, 6, 1)}
+
+
+def ask_for(world, kind):
+    """Large tables without an event of their own wait for their turn."""
+    if kind in QUESTIONS:
+        number, first, *others = QUESTIONS[kind]
+        first = {FIRST: world.objects[kind][0].get("Index"),
+                 OF_ENCLOSURE: world.objects["TsEnclosure"][0]["Index"]}.get(first, first)
+        management.send(management.trap(f"1 2 3 {number} {first} {' '.join(map(str, others))} 0 of a fault"))
+
+
 @contextmanager
 def told(world, words):
+    before = world.array.exchanges(struck=True)
     world.array.fault(*words)
     try:
+        if "on" in words:
+            ask_for(world, words[-1])
         yield
     finally:
+        world.struck = world.array.exchanges(struck=True) - before
         world.array.clear_faults()
 
 
