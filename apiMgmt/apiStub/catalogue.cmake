@@ -20,7 +20,7 @@ endforeach()
 add_custom_command(
   OUTPUT "${TESSERA_OUT}/catalogue.stamp"
   BYPRODUCTS ${CATALOGUE_HEADERS} ${CATALOGUE_SOURCES} "${TESSERA_OUT}/catalogueRegistration.cpp"
-             "${TESSERA_OUT}/catalogue.json"
+             "${TESSERA_OUT}/catalogue.json" "${TESSERA_OUT}/apiReference.md"
   COMMAND "${CMAKE_COMMAND}" -E env PYTHONDONTWRITEBYTECODE=1 "${Python3_EXECUTABLE}"
           -m apiMgmt.apiStub.apiSdk.objects.tessera.catalogueGenerator
           --data "${TESSERA_DIR}/data" --out "${TESSERA_OUT}"

@@ -21,11 +21,21 @@ size_t count_lines(const std::string& text, const std::string& beginning) {
     return count;
 }
 
+// Eight words with a blank behind each, in what is looked at of a text.
+bool is_command(const std::string& text) {
+    const std::string seen = text.substr(0, kTrapCommandBuffer - 1);
+    int words = 0;
+    for (size_t i = 1; i < seen.size(); ++i)
+        words += seen[i] == ' ' && seen[i - 1] != ' ' ? 1 : 0;
+    return words >= 8;
+}
+
 std::unique_ptr<TrapToSend> parse(const std::string& text) {
     const size_t waiting = trapsToSend.size();
     char scratch[kTrapCommandBuffer];
     const int result = ParseTrapCommand(text.c_str(), scratch, sizeof scratch);
     FuzzCheck(trapsToSend.size() == waiting + (result == 0 ? 1 : 0), "result and queue disagree");
+    FuzzCheck((result == 0) == is_command(text), "taken or dropped against the form of a command");
     if (result != 0)
         return nullptr;
     std::unique_ptr<TrapToSend> trap = std::move(trapsToSend.back());

@@ -37,7 +37,9 @@ class Array:
     def is_ready(self, begin):
         if self.process.poll() is not None:
             raise AssertionError(f"arraySim ended with {self.process.returncode}: {machine.read_file(OUTPUT)}")
-        return "arraySim ready" in machine.read_file(OUTPUT)[begin:]
+        with open(OUTPUT, "rb") as file:
+            file.seek(begin)
+            return b"arraySim ready" in file.read()
 
     def is_running(self):
         return self.process is not None and self.process.poll() is None

@@ -104,13 +104,14 @@ def value(tag, contents):
     return kind, contents
 
 
-def bindings(reader):
+def bindings(reader, read_value=value):
+    """read_value: makes (type, value) of the tag and the contents of a value."""
     found = []
     outer = reader.inner(SEQUENCE)
     while outer.octets:
         one = outer.inner(SEQUENCE)
         name = oid(one.element(OID)[1])
-        found.append(Binding(name, *value(*one.element())))
+        found.append(Binding(name, *read_value(*one.element())))
         one.end()
     return found
 

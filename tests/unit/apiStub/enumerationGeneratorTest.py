@@ -1,17 +1,13 @@
 """The generator of the enumerations: a small input with what is made of it, wrong lines with their message."""
 
-import contextlib
-import io
 import os
 import sys
-import tempfile
 import unittest
-from unittest import mock
 
 sys.dont_write_bytecode = True
-ROOT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../../..")
-sys.path.insert(0, ROOT)
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
+import generatorCase  # noqa: E402
 from apiMgmt.apiStub.apiSdk.objects.tessera.enumerationGenerator import __main__ as program  # noqa: E402
 
 STATES = """\
@@ -88,32 +84,19 @@ WRONG = (
 )
 
 
-class EnumerationGenerator(unittest.TestCase):
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = folder.name
-
-    def path(self, name):
-        return os.path.join(self.folder, name)
-
+class EnumerationGenerator(generatorCase.GeneratorCase):
     def run_on(self, **files):
         for name, text in files.items():
-            with open(self.path(f"{name}.def"), "w", encoding="utf-8") as file:
-                file.write(text)
-        errors = io.StringIO()
-        arguments = ["enumerationGenerator", "--data", self.folder, "--out", self.path("out")]
-        with mock.patch.object(sys, "argv", arguments), contextlib.redirect_stderr(errors):
-            return program.main(), errors.getvalue()
+            self.write(f"{name}.def", text)
+        return self.run_program(program, "--data", self.folder, "--out", self.path("out"))
 
-    def read(self, name):
-        with open(self.path("out/" + name), encoding="ascii") as file:
-            return file.read()
+    def read_ascii(self, name):
+        return self.read(name, encoding="ascii")
 
     def test_makes_the_tables(self):
         self.assertEqual(self.run_on(zones=ZONES, states=STATES), (0, ""))
-        self.assertIn(HEADER, self.read("apiEnumsIDStrList.h"))
-        self.assertTrue(self.read("apiEnumsIDStrList.cpp").endswith(SOURCE), self.read("apiEnumsIDStrList.cpp"))
+        self.assertIn(HEADER, self.read_ascii("apiEnumsIDStrList.h"))
+        self.assertTrue(self.read_ascii("apiEnumsIDStrList.cpp").endswith(SOURCE), self.read_ascii("apiEnumsIDStrList.cpp"))
 
     def test_leaves_equal_files_untouched(self):
         self.run_on(zones=ZONES)

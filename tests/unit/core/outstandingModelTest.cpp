@@ -51,8 +51,10 @@ class memory_model {
     bool look(int64_t now_s) {
         if (records.empty() || now_s - looked_s < 1)
             return false;
+        if (cursor >= records.size())
+            cursor = 0;
         for (;;) {
-            record_of_model record = records[cursor];
+            const record_of_model record = records.at(cursor);
             const int64_t age_s = now_s - record.checked_s;
             if (age_s >= 604801) {
                 records.erase(records.begin() + static_cast<std::ptrdiff_t>(cursor));

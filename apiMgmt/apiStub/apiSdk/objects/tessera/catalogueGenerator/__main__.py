@@ -11,7 +11,8 @@ import sys
 from apiMgmt.common.generator import output, reader
 
 from ..enumerationGenerator import model as enumerations
-from . import check, describe, names, read, renderAssociations, renderHeader, renderRegistration, renderSource
+from . import (check, describe, names, read, renderAssociations, renderHeader, renderReference, renderRegistration,
+               renderSource)
 from .model import Catalogue
 
 
@@ -34,6 +35,7 @@ def render(catalogue):
     files = [("catalogueRegistration.cpp", renderRegistration.render(catalogue)),
              ("apiAssociations.cpp", renderAssociations.render(catalogue)),
              ("catalogue.json", describe.render_json(catalogue)),
+             ("apiReference.md", renderReference.render(catalogue)),
              (names.METHOD_OBJECT_UNIT + ".h", renderHeader.render_method_objects(catalogue.method_objects)),
              (names.METHOD_OBJECT_UNIT + ".cpp", renderSource.render_method_objects(catalogue.method_objects))]
     for each in catalogue.objects:

@@ -1,0 +1,1 @@
+"""A long run of everything under faults; README.md tells of it."""

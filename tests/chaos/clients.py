@@ -1,0 +1,208 @@
+"""Managers that ask all the time, each a thread with a way of its own."""
+
+import random
+import threading
+import time
+import traceback
+
+from harness import ber, berWriter, mib
+
+from . import ledger, snmp
+from .ledger import Doubt
+
+STRANGERS = (mib.ROOT + ".99.0", mib.oid("tsDiskName", 1999), mib.oid("tsCtlrFanName", 3, 1), mib.oid("productName"),
+             "1.3.6.1.4.1.913.4711.0", "1.3.6.1.4.1.27405.7.7")
+TEXTS = ("sysContact", "sysName", "sysLocation")
+GREATEST = 2147483647
+
+
+class Client(threading.Thread):
+    PAUSE_S = (0.02, 0.2)  # between its turns; drawn anew for each
+    VERSION = "2c"
+
+    def __init__(self, world, name, seed):
+        super().__init__(daemon=True, name=name)
+        self.world, self.judge, self.book = world, world.judge, world.book
+        self.random = random.Random(f"{seed} {name}")
+        self.manager = snmp.Manager(version=self.VERSION)
+
+    def run(self):
+        while not self.world.stopping.is_set():
+            try:
+                self.turn()
+            except ber.Malformed as error:
+                self.book.doubt(Doubt(ledger.MALFORMED, self.name, 0, 0, str(error)))
+            except Exception:  # a client that breaks must not pass for one that found nothing
+                self.book.doubt(Doubt(ledger.BROKEN, self.name, 0, 0, traceback.format_exc()))
+            self.world.stopping.wait(self.random.uniform(*self.PAUSE_S))
+        self.manager.close()
+
+    def counted(self, exchange):
+        """Takes an exchange into the book; its response, None when none came."""
+        self.book.count(self.name, "asked")
+        if exchange.response is None:
+            self.judge.doubt(ledger.UNANSWERED, self.name, exchange, "no answer")
+            return None
+        self.book.count(self.name, "answered")
+        if exchange.ended - exchange.sent > ledger.SLOW_S:
+            self.judge.doubt(ledger.SLOW, self.name, exchange, "slow")
+        if exchange.response.error == "genErr":
+            self.book.count(self.name, "genErr")
+            self.judge.doubt(ledger.REFUSED, self.name, exchange, "genErr")
+        return exchange.response
+
+    def some(self, count):
+        """Names of instances, most of them there."""
+        oids = self.random.choices(self.world.known_oids(), k=count)
+        return [self.dressed(oid) for oid in oids]
+
+    def dressed(self, oid):
+        chance = self.random.random()
+        if chance < 0.05:
+            return self.random.choice(STRANGERS)
+        return mib.old_form(oid) if chance < 0.2 and oid.startswith(mib.ENTERPRISE) else oid
+
+
+class Walker(Client):
+    """Walks all of the store, and holds that nothing is missing."""
+
+    PAUSE_S = (0.5, 2)
+
+    def step(self, oid):
+        return self.manager.read(berWriter.GET_BULK, [oid], 0, self.random.choice((1, 5, 10, 20)))
+
+    def turn(self):
+        begin, oid, seen = time.monotonic(), mib.ENTERPRISE, set()
+        while oid is not None:
+            if self.world.stopping.is_set():
+                return
+            exchange = self.step(oid)
+            response = self.counted(exchange)
+            if response is None or response.error not in ("noError", "noSuchName"):
+                self.book.count(self.name, "broken walks")
+                return
+            oid = None if response.error == "noSuchName" else self.take(exchange, oid, seen)
+        self.book.count(self.name, "walks")
+        self.judge.complete(self.name, snmp.Exchange(begin, time.monotonic(), None), seen)
+
+    def take(self, exchange, before, seen):
+        """The name to go on from; None at the end."""
+        for binding in exchange.response.bindings:
+            if binding.type == "endOfMibView" or not binding.oid.startswith(mib.ENTERPRISE + "."):
+                return None
+            if not self.judge.followed(self.name, exchange, before, binding):
+                return None
+            seen.add(binding.oid)
+            before = binding.oid
+        return before if exchange.response.bindings else None
+
+
+class OldWalker(Walker):
+    """By GETNEXT of version 1."""
+
+    VERSION = "1"
+
+    def step(self, oid):
+        return self.manager.read(berWriter.GET_NEXT, [oid])
+
+
+class Getter(Client):
+    """GETs of a few or many names, some of which nobody knows."""
+
+    def turn(self):
+        asked = self.some(self.random.choice((1, 1, 2, 5, 20, 60)))
+        exchange = self.manager.get(*asked)
+        response = self.counted(exchange)
+        if response and response.error == "noError":
+            self.judge.got(self.name, exchange, asked)
+
+
+class BulkAsker(Client):
+    """GETBULKs with numbers that make little sense."""
+
+    PAUSE_S = (0.1, 0.6)
+
+    def turn(self):
+        asked = self.some(self.random.choice((1, 1, 2, 3, 8)))
+        non_repeaters = self.random.choice((0, 0, 0, 1, len(asked), len(asked) + 1, GREATEST, -1, -GREATEST - 1))
+        repetitions = self.random.choice((0, 1, 2, 10, 20, 21, 1000, GREATEST, -1))
+        exchange = self.manager.read(berWriter.GET_BULK, asked, non_repeaters, repetitions)
+        response = self.counted(exchange)
+        if response and response.error == "noError":
+            self.judge.got_bulk(self.name, exchange, asked, non_repeaters)
+
+
+class Setter(Client):
+    """Sets texts of the array, asks for notifications, and tries what it may not."""
+
+    PAUSE_S = (0.5, 2.5)
+    number = 0
+
+    def turn(self):
+        self.random.choice((self.set_text, self.set_text, self.force_trap, self.set_what_is_refused))()
+
+    def assign(self, oid, value, community="private"):
+        self.manager.community = community
+        return self.manager.ask(berWriter.SET, [(oid, berWriter.octets(value))], tries=1)
+
+    def set_text(self):
+        self.number += 1
+        name, value = self.random.choice(TEXTS), f"set {self.number} <&> \"'".encode()
+        self.world.set_text(name, value, time.monotonic())
+        self.counted(self.assign(mib.scalar(name), value))
+
+    def force_trap(self):
+        oids = [oid for oid in self.world.known_oids() if mib.arcs(oid)[:-1] in FORCE_TRAPS]
+        self.counted(self.assign(self.random.choice(oids), "ForceTrap"))
+
+    def set_what_is_refused(self):
+        """A value that is none, an instance that cannot be set, and somebody who may not."""
+        oid, value, community = self.random.choice((
+            (mib.oid("tsCtlrForceTrap", 1), "forcetrap", "private"), (mib.oid("tsCtlrName", 1), "x", "private"),
+            (mib.scalar("sysName"), "must never be read", "public")))
+        exchange = self.assign(oid, value, community)
+        response = self.counted(exchange)
+        if response and response.error == "noError":
+            self.judge.doubt(ledger.VALUE, self.name, exchange, f"{oid} was set", oid, ("STRING", value))
+
+
+FORCE_TRAPS = {tuple(column.oid) for column in mib.MIB.columns
+               if column.table and column.name.endswith("ForceTrap") and column.table.parent == "none"}
+
+
+class Scribbler(Client):
+    """Datagrams that are no requests, and such as nearly are. Nobody has to answer them."""
+
+    PAUSE_S = (0.01, 0.1)
+
+    def turn(self):
+        self.manager.send(self.random.choice((self.noise, self.mutilated, self.odd))())
+        self.book.count(self.name, "scribbled")
+
+    def noise(self):
+        return self.random.randbytes(self.random.choice((0, 1, 2, 40, 400, 1400)))
+
+    def request(self):
+        kind = self.random.choice((berWriter.GET, berWriter.GET_NEXT, berWriter.GET_BULK))
+        pdu = berWriter.pdu(kind, self.random.randrange(GREATEST), [(oid, berWriter.NULL) for oid in self.some(3)])
+        return berWriter.message("2c", "public", pdu)
+
+    def mutilated(self):
+        octets = bytearray(self.request())
+        for _ in range(self.random.randint(1, 4)):
+            octets[self.random.randrange(len(octets))] = self.random.randrange(256)
+        return bytes(octets[:self.random.choice((len(octets), self.random.randrange(len(octets))))])
+
+    def odd(self):
+        """Well-formed, and wrong."""
+        kind = self.random.choice((0xA0, 0xA2, 0xA4, 0xA6, 0xA7, 0xA8, 0xAF))
+        oid = self.random.choice(("1.3", "0.0", "1.3.6.1.4.1.913.4294967295", mib.ENTERPRISE + ".1" * 110))
+        return berWriter.message("2c", self.random.choice(("public", "", "x" * 300)),
+                                 berWriter.pdu(kind, -1, [(oid, berWriter.NULL)] * self.random.choice((0, 1, 50))))
+
+
+def all_of(world, seed):
+    return [Walker(world, "bulk walker 1", seed), Walker(world, "bulk walker 2", seed),
+            OldWalker(world, "walker of version 1", seed), Getter(world, "getter 1", seed),
+            Getter(world, "getter 2", seed), BulkAsker(world, "bulk asker", seed), Setter(world, "setter", seed),
+            Scribbler(world, "scribbler", seed)]

@@ -1,0 +1,39 @@
+"""Lets the faults of a plan strike, one after the other, and waits after each until all is well again."""
+
+import time
+
+from .faults.kind import pause_until
+from .timeline import Disturbance
+
+
+class Director:
+    def __init__(self, world, plan, say):
+        self.world, self.plan, self.say = world, plan, say
+
+    def run(self, end):
+        """No fault begins that would not be over at the end, as far as can be told. Ends early when the daemon does not
+        come back."""
+        reserve = self.plan.closing.whole_s() if self.plan.closing else 0
+        for planned in self.plan.faults:
+            if time.monotonic() + planned.whole_s() + reserve <= end and not self.strike(planned):
+                return
+        if self.plan.closing:
+            self.strike(self.plan.closing)
+
+    def strike(self, planned):
+        """Whether all was well afterwards."""
+        pause_until(self.world, time.monotonic() + planned.pause_s)
+        disturbance = Disturbance(planned.kind.name, time.monotonic(), planned.kind.disturbs)
+        self.world.timeline.begin_disturbance(disturbance)
+        try:
+            with planned.kind.strike(self.world, planned.words):
+                pause_until(self.world, time.monotonic() + planned.seconds)
+            disturbance.over = time.monotonic()
+            self.world.wait_until_well()
+        except (AssertionError, OSError) as error:
+            self.world.failures.append(f"{planned.text()}: {error}")
+            self.say(planned, disturbance, "NEVER")
+            return False
+        disturbance.recovered = time.monotonic()
+        self.say(planned, disturbance, f"{disturbance.recovered - disturbance.over:.1f} s")
+        return True

@@ -1,0 +1,116 @@
+"""The array answers slowly, wrongly, or not at all; it stalls, and it goes and comes back."""
+
+import os
+import signal
+import time
+from contextlib import contextmanager
+
+from ..history import KIND_OF_TABLE, Lie
+from ..timeline import EVENTS
+from .kind import Kind, no_words
+
+KINDS_OF_OBJECT = sorted(set(KIND_OF_TABLE.values()))
+# A lie about these would change which address the array has, or what is whose part.
+NOT_LIED_ABOUT = ("Tessera", "TsController", "TsEnclosure")
+LIED_ABOUT = [kind for kind in KINDS_OF_OBJECT if kind not in NOT_LIED_ABOUT]
+
+BROKEN_FRAMES = (("refuse",), ("tear",), ("tear", "3"), ("long-length",), ("huge-length",), ("zero-length",),
+                 ("garbage",), ("wrong-sequence",), ("wrong-type",), ("no-response",), ("no-cmd",), ("ping-false",))
+BAD_DOCUMENTS = (("truncated",), ("empty",), ("unbalanced",), ("wrong-root",), ("no-return",), ("no-successful",),
+                 ("lower-true",), ("error", "Failed", "the array does not feel like it"), ("nesting",), ("doctype",),
+                 ("entities",), ("external-entity",), ("too-many", "3"))
+SIDEWAYS = -1  # the number of an unknown status
+LONG, HUGE = "30000", "300000"  # octets that still fit into a datagram, and more than that
+# What may be read because of them.
+LIES = {("no-objects",): {"absent": True}, ("missing", "Name"): {"absent": True},
+        ("missing", "Status"): {"absent": True}, ("no-index",): {"absent": True}, ("no-parent",): {"absent": True},
+        ("unknown-status",): {"values": (SIDEWAYS,)},
+        **{("huge-text", "Name", size): {"values": (b"x" * int(size),)} for size in (LONG, HUGE)}}
+
+
+def draw_frames(random):
+    return (*random.choice(BROKEN_FRAMES), *random.choice(((), ("for", "1"), ("for", "3"))))
+
+
+def draw_document(random):
+    return (*random.choice(BAD_DOCUMENTS), "on", random.choice(KINDS_OF_OBJECT))
+
+
+def draw_lie(random):
+    return (*random.choice(sorted(LIES)), "on", random.choice(LIED_ABOUT))
+
+
+def draw_delay(random):
+    what = random.choice(((), ("on", random.choice(KINDS_OF_OBJECT))))
+    return ("delay", random.choice(("100", "700", "2500")), *what)
+
+
+@contextmanager
+def told(world, words):
+    world.array.fault(*words)
+    try:
+        yield
+    finally:
+        world.array.clear_faults()
+
+
+@contextmanager
+def lied(world, words):
+    lie = Lie(words[-1], time.monotonic(), **LIES[words[:-2]])
+    world.history.add_lie(lie)
+    with told(world, words):
+        yield
+    lie.end = time.monotonic()
+
+
+@contextmanager
+def hung(world, words):
+    """Nobody is answered any more; only its end frees those who wait."""
+    world.array.fault(*words)
+    try:
+        yield
+    finally:
+        with world.array_lock:
+            world.array.stop()
+            world.start_array(world.objects, events=world.has_events)
+
+
+@contextmanager
+def stalled(world, _):
+    with world.array_lock:
+        os.kill(world.array.process.pid, signal.SIGSTOP)
+        try:
+            yield
+        finally:
+            os.kill(world.array.process.pid, signal.SIGCONT)
+
+
+def draw_return(random):
+    return (random.choice(("SIGTERM", "SIGKILL")), random.choice(("with events", "with events", "without events")))
+
+
+@contextmanager
+def gone(world, words):
+    """Ends, and comes back as it was."""
+    with world.array_lock:
+        world.array.process.send_signal(signal.Signals[words[0]])
+        world.array.process.wait(30)
+        try:
+            yield
+        finally:
+            world.start_array(world.objects, events=words[1] == "with events")
+
+
+STRIKE_S = 20  # the daemon's pause after a failed test
+
+KINDS = (
+    Kind("the array breaks its frames", draw_frames, told, recovery_s=STRIKE_S),
+    Kind("the array's documents are bad", draw_document, told, disturbs=(EVENTS,), seconds=(5, 10)),
+    Kind("the array lies", draw_lie, lied, disturbs=(EVENTS,), seconds=(5, 10)),
+    Kind("the array is slow", draw_delay, told, seconds=(4, 9)),
+    Kind("the array hangs", lambda _: ("hang",), hung),
+    Kind("the array stalls", no_words, stalled),
+    Kind("the array does not listen", lambda _: ("stop-listening",), told, seconds=(1, 4), recovery_s=STRIKE_S),
+    Kind("the array is restarted", draw_return, gone, seconds=(0, 4), recovery_s=STRIKE_S),
+    Kind("the array stays away", draw_return, gone, restarts=True, seconds=(45, 60), recovery_s=15),
+)

@@ -1,0 +1,84 @@
+"""The machine fails the daemon: its log file, its disk, its descriptors, its clock."""
+
+import os
+import resource
+from contextlib import contextmanager, suppress
+
+from harness import daemon, machine, waiting
+
+from .. import processes
+from .kind import NOTHING, Kind, no_words
+
+FILLER = "/var/log/filler"
+FILL_BYTES = 64 * 1024 * 1024  # more than the folder holds
+BLOCK = 512
+
+
+@contextmanager
+def log_removed(world, _):
+    machine.remove_file(daemon.LOG)
+    yield
+    world.log_is_written()
+
+
+@contextmanager
+def disk_full(world, _):
+    with open(FILLER, "wb", buffering=0) as file, suppress(OSError):
+        for _ in range(FILL_BYTES // BLOCK):
+            file.write(b"x" * BLOCK)
+    try:
+        yield
+    finally:
+        machine.remove_file(FILLER)
+    world.log_is_written()
+
+
+def limit_of(pid):
+    return resource.prlimit(pid, resource.RLIMIT_NOFILE)
+
+
+@contextmanager
+def no_descriptors(world, words):
+    """The limit is what is open, and a few more. Whoever the daemon starts has it too."""
+    pid = daemon.Daemon.pid()
+    before = limit_of(pid)
+    soft = processes.descriptors(pid) + int(words[0])
+    resource.prlimit(pid, resource.RLIMIT_NOFILE, (soft, before[1]))
+    try:
+        yield
+    finally:
+        waiting.wait_until(lambda: raise_limits(soft, before), "all limits are raised again", 20)
+
+
+def raise_limits(soft, before):
+    """A process that is started meanwhile has the low one; so until none is found. Whether none was."""
+    found = False
+    for entry in filter(str.isdigit, os.listdir("/proc")):
+        try:
+            if limit_of(int(entry))[0] == soft:
+                resource.prlimit(int(entry), resource.RLIMIT_NOFILE, before)
+                found = True
+        except (ProcessLookupError, PermissionError):
+            pass
+    return not found
+
+
+@contextmanager
+def clock_stepped(world, words):
+    """The daemon's alone."""
+    world.set_clock(int(words[0]))
+    yield
+    world.set_clock(int(words[1]))
+
+
+def draw_steps(random):
+    return tuple(random.choice((("3600", "0"), ("-3600", "0"), ("86400", "-86400"), ("-7", "7"), ("700000", "0"))))
+
+
+KINDS = (
+    Kind("the log file is removed", no_words, log_removed, disturbs=NOTHING, seconds=(0, 1), recovery_s=3),
+    Kind("the disk of the log is full", no_words, disk_full, disturbs=NOTHING, recovery_s=3),
+    Kind("descriptors run out", lambda random: (random.choice(("0", "1", "3")),), no_descriptors, restarts=True,
+         recovery_s=40),
+    Kind("the clock steps", draw_steps, clock_stepped, seconds=(4, 7), recovery_s=10),
+)

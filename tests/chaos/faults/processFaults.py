@@ -1,0 +1,50 @@
+"""snmpd and the daemon are ended or stopped from outside."""
+
+import os
+import signal
+from contextlib import contextmanager
+
+from harness import daemon, machine, waiting
+
+from .kind import Kind, no_words
+
+RESTART_S = 10
+
+
+@contextmanager
+def snmpd_killed(world, words):
+    os.kill(daemon.Daemon.snmpd_pid(), signal.Signals[words[0]])
+    yield
+
+
+@contextmanager
+def snmpd_stopped(world, _):
+    """Until the daemon has put another in its place; a short while does no harm but for the answers."""
+    pid = daemon.Daemon.snmpd_pid()
+    os.kill(pid, signal.SIGSTOP)
+    try:
+        yield
+    finally:
+        if machine.is_running(pid):
+            os.kill(pid, signal.SIGCONT)
+
+
+@contextmanager
+def daemon_ended(world, words):
+    pid = daemon.Daemon.pid()
+    world.own_kills.add(pid)
+    os.kill(pid, signal.Signals[words[0]])
+    waiting.wait_until(lambda: not machine.is_running(pid), "the daemon has ended", 60)
+    yield
+
+
+def draw_end(random):
+    return (random.choice(("SIGTERM", "SIGKILL")),)
+
+
+KINDS = (
+    Kind("snmpd is killed", lambda random: (random.choice(("SIGKILL", "SIGABRT")),), snmpd_killed, restarts=True,
+         seconds=(0, 1), recovery_s=RESTART_S),
+    Kind("snmpd is stopped", no_words, snmpd_stopped, restarts=True, seconds=(3, 9), recovery_s=RESTART_S),
+    Kind("the daemon is ended", draw_end, daemon_ended, restarts=True, seconds=(0, 1), recovery_s=RESTART_S),
+)

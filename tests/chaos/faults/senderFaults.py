@@ -1,0 +1,64 @@
+"""Bad senders on the management socket. None of them may disturb a manager."""
+
+import os
+from contextlib import contextmanager
+
+from harness import management
+
+from ..timeline import EVENTS
+from .kind import NOTHING, Kind, no_words
+
+MARK = management.trap("1 2 3 201 0 0 0 0 of a bad sender")
+# What they write before they go.
+TORN = {"half a length": MARK[:2], "half a body": MARK[:-5], "a length alone": MARK[:4], "nothing": b"",
+        "garbage": management.frame(b"\xff" * 40), "an empty body": management.frame(b""),
+        "too great a length": b"\xff\xff\xff\xff", "noise": None}
+
+
+@contextmanager
+def hanging(world, words):
+    """Holds the listener, which serves one after the other; events wait behind it."""
+    with management.Sender() as sender:
+        sender.send(TORN[words[0]])
+        yield
+
+
+@contextmanager
+def torn(world, words):
+    for word in words:
+        octets = TORN[word]
+        for _ in range(20):
+            try:
+                management.send(os.urandom(300) if octets is None else octets)
+            except ConnectionError:
+                pass  # the daemon need not listen to the end
+    yield
+
+
+@contextmanager
+def flood(world, words):
+    """Many events at once, each of which must come out."""
+    for _ in range(int(words[0])):
+        world.notices.tell(int(words[1]))
+    yield
+
+
+@contextmanager
+def switched(world, _):
+    """Debug lines and short answers, on and off."""
+    switches = (management.VERBOSE_ON, management.TEMP_TEST, management.DISPLAY_TRAPS)
+    back = (management.TEMP_TEST, management.VERBOSE_OFF)
+    management.send(*(management.message(code) for code in switches))
+    yield
+    management.send(*(management.message(code) for code in back))
+
+
+KINDS = (
+    Kind("a sender hangs", lambda random: (random.choice(("half a length", "half a body", "nothing")),), hanging,
+         disturbs=(EVENTS,), recovery_s=3),
+    Kind("senders tear their messages", lambda random: tuple(random.sample(sorted(TORN), 3)), torn, disturbs=NOTHING,
+         seconds=(0, 1), recovery_s=3),
+    Kind("a flood of events", lambda random: random.choice((("1", "1000"), ("40", "20"), ("3", "300"))), flood,
+         disturbs=NOTHING, seconds=(2, 4), recovery_s=3),
+    Kind("debug lines are switched on", no_words, switched, disturbs=NOTHING, seconds=(3, 6), recovery_s=3),
+)

@@ -1,0 +1,152 @@
+"""Which value every instance has had, and when: what a manager may read at a moment."""
+
+import bisect
+import threading
+
+from harness import mib
+from harness.expected import Expectation
+
+# A large table is asked for when it is two to three minutes old, and again only when its turn in the round of all
+# columns comes; what is copied from another table follows a round later. Disturbed time does not count.
+STALE_S = 300
+
+# Derived from other tables some time after the start of a daemon.
+DERIVED = ("globalStatus", "worstAlertNbr", "sysContact", "sysName", "sysLocation")
+DERIVED_S = 180
+UNDERIVED = (b"", 0, 3, None)  # 3: no open alert seen so far
+STICKY = "worstAlertNbr"  # keeps the row of the latest alert that there was
+SYSTEM = ("sysContact", "sysName", "sysLocation")  # snmpd has values of its own while no daemon is there
+
+
+def column_of(oid):
+    """The column of an instance in the new form; None outside the MIB."""
+    arcs = mib.arcs(oid)
+    for length in range(len(arcs) - 1, 0, -1):
+        if arcs[:length] in BY_ARCS:
+            return BY_ARCS[arcs[:length]]
+    return None
+
+
+BY_ARCS = {tuple(column.oid): column for column in mib.MIB.columns}
+# Kinds of object in the array by the tables that they fill.
+KIND_OF_TABLE = {refresh.table.name: refresh.object_name[0].upper() + refresh.object_name[1:]
+                 for refresh in mib.MIB.refreshes}
+
+
+class Track:
+    """A value over time: changes in order. What was before the first is unknown, thus nothing."""
+
+    def __init__(self):
+        self.times, self.values = [], []
+
+    def put(self, value, since):
+        self.times.append(since)
+        self.values.append(value)
+
+    def latest(self):
+        return self.values[-1] if self.values else None
+
+    def between(self, begin, end):
+        """All values that it had somewhere between."""
+        first = max(bisect.bisect_right(self.times, begin) - 1, 0)
+        return self.values[first:bisect.bisect_right(self.times, end)]
+
+
+class Lie:
+    """The array told this of a kind for a while, and it was not so. absent: it left something out."""
+
+    def __init__(self, kind, begin, columns=(), values=(), absent=False):
+        self.kind, self.begin, self.end = kind, begin, float("inf")
+        self.columns, self.values, self.absent = columns, values, absent
+
+    def covers(self, column, begin, end):
+        return (column.table is not None and KIND_OF_TABLE.get(column.table.name) == self.kind and
+                self.begin <= end and begin <= self.end)
+
+
+class History:
+    def __init__(self, timeline):
+        self.timeline = timeline
+        self.lock = threading.Lock()
+        self.tracks = {}  # of the array's model; None: no such instance
+        self.told = {}  # of what managers have set
+        self.lies = []
+
+    # --- what happens
+
+    def record(self, objects, since):
+        """The array's objects are these now, and may have been since then; 0: since ever."""
+        values = Expectation(objects).values
+        with self.lock:
+            for oid in self.tracks.keys() | values.keys():
+                value = values.get(oid)
+                track = self.tracks.get(oid) or self.new_track(oid, is_new=bool(since))
+                if not track.values or track.latest() != value:
+                    track.put(value, since)
+
+    def new_track(self, oid, is_new):
+        track = self.tracks[oid] = Track()
+        if is_new:
+            track.put(None, 0)
+        return track
+
+    def tell_set(self, oid, value, since):
+        with self.lock:
+            self.told.setdefault(oid, Track()).put(("STRING", value), since)
+
+    def add_lie(self, lie):
+        with self.lock:
+            self.lies.append(lie)
+
+    # --- what may be read
+
+    def horizon(self, sent):
+        """What was only before this cannot be in the store any more."""
+        return max(self.timeline.back(sent, STALE_S), self.timeline.began_before(sent))
+
+    def allows(self, oid, read, sent, ended):
+        """Whether (type, value), or None for no such instance, may be read in an exchange between these times."""
+        column = column_of(oid)
+        if column is None:
+            return read is None
+        if read is None and self.timeline.is_disturbed("requests", sent, ended):
+            return True
+        horizon = self.horizon(sent) if column.name != STICKY else self.timeline.began_before(sent)
+        if self.is_exempt(column, read, sent, ended):
+            return True
+        with self.lock:
+            values = [value for tracks in (self.tracks, self.told) if oid in tracks
+                      for value in tracks[oid].between(horizon, ended)]
+            if oid not in self.tracks:
+                values.append(None)
+            if read in values:
+                return True
+            return any(lie.covers(column, horizon, ended) and self.is_told(lie, column, read) for lie in self.lies)
+
+    @staticmethod
+    def is_told(lie, column, read):
+        if read is None:
+            return lie.absent
+        return (not lie.columns or column.name in lie.columns) and read[1] in lie.values
+
+    def is_exempt(self, column, read, sent, ended):
+        value = read and read[1]
+        if column.source == "process":
+            return True
+        if column.name.endswith("ForceTrap") and value in (b"Empty", b"ForceTrap"):
+            return True
+        if column.name in SYSTEM and self.timeline.is_disturbed("requests", sent, ended):
+            return True
+        return (column.name in DERIVED and value in UNDERIVED and
+                ended - self.timeline.began_before(sent) < DERIVED_S)
+
+    def steady(self, begin, end):
+        """The instances that a walk between these times must show."""
+        horizon = self.horizon(begin)
+        with self.lock:
+            return [oid for oid, track in self.tracks.items() if None not in track.between(horizon, end)]
+
+    def oids(self):
+        """Of all instances that the array has or had."""
+        with self.lock:
+            return list(self.tracks)

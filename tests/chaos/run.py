@@ -1,0 +1,98 @@
+"""A chaos run, in the sandbox: what scripts/chaos starts."""
+
+import argparse
+import os
+import random
+import sys
+import time
+
+sys.path[:0] = [os.path.join(os.path.dirname(os.path.realpath(__file__)), "..", *more) for more in ((), ("system",))]
+from harness import daemon, machine, waiting  # noqa: E402  (found through the line above)
+from chaos import clients, plan  # noqa: E402
+from chaos.changes import Changes  # noqa: E402
+from chaos.director import Director  # noqa: E402
+from chaos.report import Report  # noqa: E402
+from chaos.world import World  # noqa: E402
+
+START_S = 5
+WARM_UP_S = 22  # so that the first daemon is seen before anything has struck
+SETTLE_S = 12  # so that what waits can come out, and the last daemon is seen once more
+
+
+def options():
+    parser = argparse.ArgumentParser(prog="scripts/chaos", description="Everything at once, under faults.")
+    parser.add_argument("--minutes", type=float, default=10, help="how long it lasts (default: 10)")
+    parser.add_argument("--seed", type=int, help="the same seed gives the same faults in the same order")
+    parser.add_argument("--preset", choices=("small", "typical"), default="small", help="the array (default: small)")
+    parser.add_argument("--only", default="", metavar="TEXT", help="only faults with this in their names")
+    return parser.parse_args()
+
+
+def say(text):
+    print(f"\n-- {text}", flush=True)
+
+
+class Run:
+    def __init__(self, minutes, seed, preset, only=""):
+        self.seconds, self.only = minutes * 60, only
+        self.seed = random.randrange(10**6) if seed is None else seed
+        self.preset = preset
+        self.world = World(self.seed, preset)
+        self.began = time.monotonic()
+
+    def say_fault(self, planned, disturbance, outcome):
+        number = len(self.world.timeline.disturbances)
+        print(f"   {number:3}  {disturbance.begin - self.began:7.1f} s  {planned.seconds:4.1f} s  {outcome:>10}  "
+              f"{planned.text()}", flush=True)
+
+    def whole(self):
+        """The exit status."""
+        say(f"chaos with seed {self.seed}: {self.seconds:.0f} s, array '{self.preset}'; the same again: "
+            f"scripts/chaos --minutes {self.seconds / 60:g} --seed {self.seed} --preset {self.preset}" +
+            (f" --only '{self.only}'" if self.only else ""))
+        try:
+            self.world.start()
+            print(f"   the daemon serves after {time.monotonic() - self.began:.1f} s; notifications of version "
+                  f"{self.world.version}; its clock {'can' if self.world.has_clock else 'cannot'} be moved", flush=True)
+            self.strike()
+            self.world.stopping.set()
+            for thread in self.threads:
+                thread.join(60)
+            report = Report(self.world, self.began)
+            is_good = report.show()
+        except BaseException:
+            print(f"\n-- the end of the daemon's log\n{daemon.Daemon.log_tail(30)}", flush=True)
+            raise
+        finally:
+            self.world.stop()
+        if not is_good:
+            print(f"\n-- the end of the daemon's log\n{daemon.Daemon.log_tail(30)}")
+        say("all is as it must be" if is_good else f"NOT as it must be; seed {self.seed}")
+        return 0 if is_good else 1
+
+    def strike(self):
+        self.threads = [*clients.all_of(self.world, self.seed), Changes(self.world, self.seed)]
+        for thread in self.threads:
+            thread.start()
+        end = self.began + self.seconds - SETTLE_S
+        time.sleep(WARM_UP_S * waiting.PATIENCE)
+        # Not the time that is left: the same seed must give the same faults.
+        planned = plan.make(self.seed, self.seconds - START_S - WARM_UP_S - SETTLE_S, self.world.has_clock,
+                            self.only)
+        director = Director(self.world, planned, self.say_fault)
+        say("the faults\n    no.     begins   lasts  well again  fault")
+        director.run(end)
+        left = 0 if self.world.failures else self.began + self.seconds - time.monotonic()
+        time.sleep(max(left, SETTLE_S * waiting.PATIENCE))
+
+
+def main():
+    machine.require_sandbox()
+    chosen = options()
+    return Run(chosen.minutes, chosen.seed, chosen.preset, chosen.only).whole()
+
+
+if __name__ == "__main__":
+    status = main()
+    sys.stdout.flush()
+    os._exit(status)  # threads that wait for datagrams are not waited for

@@ -1,0 +1,103 @@
+"""One manager's requests over UDP, made and read by hand, so that each is known with its times."""
+
+import itertools
+import socket
+import time
+from collections import namedtuple
+
+from harness import ber, berWriter, waiting
+
+AGENT = ("127.0.0.1", 161)
+TRY_S = 4
+TRIES = 2
+REFUSED_PAUSE_S = 0.2  # nobody listens: the system says so at once
+LONGEST_DATAGRAM = 65535
+
+RESPONSE = 0xA2
+EXCEPTIONS = {0x80: "noSuchObject", 0x81: "noSuchInstance", 0x82: "endOfMibView"}
+ERRORS = ("noError", "tooBig", "noSuchName", "badValue", "readOnly", "genErr", "noAccess", "wrongType", "wrongLength",
+          "wrongEncoding", "wrongValue", "noCreation", "inconsistentValue", "resourceUnavailable", "commitFailed",
+          "undoFailed", "authorizationError", "notWritable", "inconsistentName")
+
+# error: its name; index: of the binding that it is about, from 1.
+Response = namedtuple("Response", "request_id error index bindings")
+# sent, ended: monotonic times. response is None when none came.
+Exchange = namedtuple("Exchange", "sent ended response")
+
+request_ids = itertools.count(1)
+
+
+def value(tag, contents):
+    return (EXCEPTIONS[tag], None) if tag in EXCEPTIONS else ber.value(tag, contents)
+
+
+def read_response(datagram):
+    """Raises ber.Malformed."""
+    whole = ber.Reader(datagram)
+    message = whole.inner(ber.SEQUENCE)
+    whole.end()
+    message.integer()
+    message.element(ber.OCTETS)
+    reader = message.inner(RESPONSE)
+    message.end()
+    request_id, error, index = reader.integer(), reader.integer(), reader.integer()
+    if not 0 <= error < len(ERRORS):
+        raise ber.Malformed(f"error status {error}")
+    found = ber.bindings(reader, value)
+    reader.end()
+    return Response(request_id, ERRORS[error], index, found)
+
+
+class Manager:
+    """One socket. Not for several threads."""
+
+    def __init__(self, community="public", version="2c"):
+        self.community = community
+        self.version = version
+        self.socket = socket.socket(socket.AF_INET, socket.SOCK_DGRAM)
+        self.socket.connect(AGENT)
+
+    def ask(self, kind, bindings, first=0, second=0, tries=TRIES):
+        """bindings: (OID, element of its value). Repeats the request when no answer comes, as tools do."""
+        request_id = next(request_ids) & 0x7FFFFFFF
+        datagram = berWriter.message(self.version, self.community,
+                                     berWriter.pdu(kind, request_id, bindings, first, second))
+        sent = time.monotonic()
+        for number in range(1, tries + 1):
+            response = self.exchange(datagram, request_id, sent + number * TRY_S * waiting.PATIENCE)
+            if response:
+                return Exchange(sent, time.monotonic(), response)
+        return Exchange(sent, time.monotonic(), None)
+
+    def exchange(self, datagram, request_id, deadline):
+        """Sends it; again whenever the system says that nobody listens. None at the deadline."""
+        self.send(datagram)
+        while (left := deadline - time.monotonic()) > 0:
+            self.socket.settimeout(left)
+            try:
+                response = read_response(self.socket.recv(LONGEST_DATAGRAM))
+            except TimeoutError:
+                return None
+            except ConnectionRefusedError:
+                time.sleep(REFUSED_PAUSE_S)
+                self.send(datagram)
+                continue
+            if response.request_id == request_id:  # others are late answers
+                return response
+        return None
+
+    def send(self, datagram):
+        """Without waiting for anything."""
+        try:
+            self.socket.send(datagram)
+        except ConnectionRefusedError:  # told of the one before
+            pass
+
+    def read(self, kind, oids, first=0, second=0):
+        return self.ask(kind, [(oid, berWriter.NULL) for oid in oids], first, second)
+
+    def get(self, *oids):
+        return self.read(berWriter.GET, oids)
+
+    def close(self):
+        self.socket.close()

@@ -1,0 +1,106 @@
+"""When what was disturbed, and which daemon lived when. Times are monotonic."""
+
+import threading
+from dataclasses import dataclass, field
+
+# What a fault may take away from others: answers to requests, notifications, or nothing.
+REQUESTS, EVENTS = "requests", "events"
+
+
+@dataclass
+class Disturbance:
+    """A fault from its begin until all was well again; `recovered` is None before that."""
+    name: str
+    begin: float
+    disturbs: tuple
+    over: float = None
+    recovered: float = None
+
+    def overlaps(self, begin, end):
+        return self.begin <= end and (self.recovered is None or begin <= self.recovered)
+
+
+@dataclass
+class Life:
+    """Of one daemon process."""
+    pid: int
+    begin: float
+    end: float = None
+    samples: list = field(default_factory=list)  # see vitals
+
+    def holds(self, moment):
+        return self.begin <= moment and (self.end is None or moment <= self.end)
+
+
+class Timeline:
+    def __init__(self):
+        self.lock = threading.Lock()
+        self.disturbances = []
+        self.lives = []
+
+    def begin_disturbance(self, disturbance):
+        with self.lock:
+            self.disturbances.append(disturbance)
+
+    def begin_life(self, life):
+        with self.lock:
+            self.lives.append(life)
+
+    def disturbing(self, what, begin, end):
+        """The names of what disturbed requests or events somewhere between."""
+        with self.lock:
+            return [each.name for each in self.disturbances if what in each.disturbs and each.overlaps(begin, end)]
+
+    def is_disturbed(self, what, begin, end):
+        return bool(self.disturbing(what, begin, end))
+
+    def life_at(self, moment):
+        """The daemon that lived then; None when there was none."""
+        with self.lock:
+            return next((life for life in reversed(self.lives) if life.holds(moment)), None)
+
+    def life_ended(self, begin, end):
+        with self.lock:
+            return any(life.end is not None and begin <= life.end <= end for life in self.lives)
+
+    def began_before(self, moment):
+        """When the daemon began that was the latest then."""
+        with self.lock:
+            return max((life.begin for life in self.lives if life.begin <= moment), default=0)
+
+    def undisturbed_s(self, begin, end):
+        """Seconds between the two in which neither requests nor events were disturbed."""
+        total, now = 0, begin
+        for each_begin, each_end in self.spans():
+            if each_begin > now:
+                total += max(min(each_begin, end) - now, 0)
+            now = max(now, each_end)
+            if now >= end:
+                return total
+        return total + max(end - now, 0)
+
+    def back(self, moment, seconds):
+        """The moment that lies so many undisturbed seconds before another."""
+        now = moment
+        for begin, end in reversed(self.spans()):
+            if begin >= now:
+                continue
+            calm = max(now - min(end, now), 0)
+            if calm >= seconds:
+                return now - seconds
+            seconds -= calm
+            now = begin
+        return now - seconds
+
+    def spans(self):
+        """(begin, end) of what disturbs, by begin; without overlaps."""
+        with self.lock:
+            spans = sorted((each.begin, each.recovered if each.recovered is not None else float("inf"))
+                           for each in self.disturbances if each.disturbs)
+        merged = []
+        for begin, end in spans:
+            if merged and begin <= merged[-1][1]:
+                merged[-1] = (merged[-1][0], max(merged[-1][1], end))
+            else:
+                merged.append((begin, end))
+        return merged

@@ -1,0 +1,52 @@
+"""What daemons hold: memory and descriptors, taken while nothing disturbs."""
+
+import statistics
+import time
+from collections import namedtuple
+
+from . import processes
+from .timeline import EVENTS, REQUESTS
+
+Sample = namedtuple("Sample", "moment resident_kb descriptors")
+
+# A daemon has served everything and refreshed most of its tables when it is so old, and has let go of what a fault
+# made it hold so long after.
+AGE_S = 15
+CALM_S = 3
+GROUP = 5  # samples that are taken together: single ones meet a refresh or a self-test under way
+# The store is laid out at the start and never grows; texts in it do, to the longest that there was, and the allocator
+# keeps what the largest answer and the longest queue took. Both are bounded; a leak is not.
+GROWTH_KB = 6144
+GROWTH_PERCENT = 10
+GROWTH_DESCRIPTORS = 2
+
+
+def sample(life, timeline):
+    now = time.monotonic()
+    if now - life.begin < AGE_S or any(timeline.is_disturbed(what, now - CALM_S, now) for what in (REQUESTS, EVENTS)):
+        return
+    try:
+        life.samples.append(Sample(now, processes.resident_kb(life.pid), processes.descriptors(life.pid)))
+    except (OSError, StopIteration):
+        pass  # it has just ended
+
+
+class Comparison:
+    """A life's first calm moments against its last."""
+
+    def __init__(self, life):
+        self.life = life
+        first, last = life.samples[:GROUP], life.samples[-GROUP:]
+        self.kb = [int(statistics.median(each.resident_kb for each in group)) for group in (first, last)]
+        self.descriptors = [min(each.descriptors for each in group) for group in (first, last)]
+        self.seconds = last[-1].moment - first[0].moment
+
+    def is_flat(self):
+        bound = max(GROWTH_KB, self.kb[0] * GROWTH_PERCENT // 100)
+        return (self.kb[1] - self.kb[0] <= bound and
+                self.descriptors[1] - self.descriptors[0] <= GROWTH_DESCRIPTORS)
+
+
+def comparisons(timeline):
+    """Of all lives that were calm long enough to be looked at twice."""
+    return [Comparison(life) for life in timeline.lives if len(life.samples) >= 2 * GROUP]

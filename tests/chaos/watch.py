@@ -1,0 +1,101 @@
+"""Watches the processes: which daemon lives, how processes end, what they hold; starts a daemon when there is none."""
+
+import collections
+import threading
+import time
+
+from harness import daemon, machine, waiting
+
+from . import processes, vitals
+from .timeline import Life
+
+POLL_S = 0.1
+ABSENCE_S = 5  # a daemon that restarts itself is back before
+SAMPLE_S = 1
+# How snmpd may end: the daemon ends it with these, and faults with the latter.
+ENDS_OF_SNMPD = (0, -6, -9)
+
+# How a process has ended: the exit status, negative for a signal.
+Ended = collections.namedtuple("Ended", "pid name status")
+
+
+class Watch(threading.Thread):
+    def __init__(self, world):
+        super().__init__(daemon=True)
+        self.world = world
+        self.ended = []
+        self.snmpds = []
+        self.starts = 0  # by this supervisor
+        self.done = threading.Event()
+        self.listener = threading.Thread(target=self.listen, daemon=True)
+        self.absent_since = None
+        self.next_sample = 0
+
+    def run(self):
+        self.listener.start()
+        self.start_one()
+        while not self.done.wait(POLL_S):
+            self.look()
+
+    def stop(self):
+        """No daemon is started any more."""
+        self.done.set()
+        self.join(10)
+
+    def listen(self):
+        for line in self.world.keeper.stdout:
+            pid, *name, status = line.split()
+            self.ended.append(Ended(int(pid), " ".join(name), int(status)))
+
+    def start_one(self):
+        self.starts += 1
+        self.absent_since = time.monotonic()
+        self.world.start_daemon()
+
+    def look(self):
+        self.see_life()
+        self.see_snmpd()
+        life = self.life()
+        now = time.monotonic()
+        if life is not None:
+            self.absent_since = None
+            if now >= self.next_sample:
+                self.next_sample = now + SAMPLE_S
+                vitals.sample(life, self.world.timeline)
+        elif machine.processes_named("snmpSubagent"):
+            self.absent_since = now
+        elif self.absent_since is None:
+            self.absent_since = now
+        elif now - self.absent_since > ABSENCE_S * waiting.PATIENCE:
+            self.start_one()
+
+    def life(self):
+        """The daemon that lives now."""
+        lives = self.world.timeline.lives
+        return lives[-1] if lives and lives[-1].end is None else None
+
+    def see_life(self):
+        life, pid = self.life(), daemon.Daemon.pid()
+        if life and not machine.is_running(life.pid):
+            life.end = time.monotonic()
+        if pid and (life is None or pid != life.pid) and machine.is_running(pid):
+            try:
+                begin = processes.begin_of(pid)
+            except OSError:
+                return
+            if life and life.end is None:
+                life.end = begin
+            self.world.timeline.begin_life(Life(pid, begin))
+
+    def see_snmpd(self):
+        pid = daemon.Daemon.snmpd_pid()
+        if pid and pid not in self.snmpds and machine.is_running(pid):
+            self.snmpds.append(pid)
+
+    # --- the last word
+
+    def crashes(self):
+        """Daemons that did not end by their own will or that of a fault, and every snmpd that fell."""
+        return [each for each in self.ended
+                if each.name == "snmpSubagent" and each.status != 0 and each.pid not in self.world.own_kills or
+                each.name == "snmpd" and each.status not in ENDS_OF_SNMPD]

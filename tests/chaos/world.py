@@ -1,0 +1,155 @@
+"""Everything that runs: the array, the daemon with its keeper, snmpd, the receiver. The verbs of faults and clients."""
+
+import os
+import random
+import subprocess
+import sys
+import threading
+import time
+
+from harness import array, berWriter, daemon, machine, management, mib, receiver, waiting
+
+from . import snmp
+from .history import History
+from .judge import Judge
+from .ledger import Ledger
+from .notices import COMMUNITY, Notices
+from .timeline import Timeline
+from .watch import Watch
+
+FOLDER = "/tmp/chaos"
+KEEPER = os.path.join(os.path.dirname(os.path.realpath(__file__)), "keeper.py")
+LOG_FOLDER, LOG_FOLDER_SIZE = "/var/log", "6m"
+FAKE_TIME = "/usr/lib/x86_64-linux-gnu/faketime/libfaketime.so.1"
+CLOCK = os.path.join(FOLDER, "clock")
+RECOVERY_S = 150
+MARK_S = 3
+TEXT_SOURCES = {"sysContact": "tsTsContact", "sysName": "tsTsName", "sysLocation": "tsTsLocation"}
+
+
+class World:
+    def __init__(self, seed, preset):
+        self.random = random.Random(f"{seed} world")
+        self.preset = preset
+        self.stopping = threading.Event()
+        self.array_lock = threading.RLock()  # whoever changes the array or what it holds
+        self.timeline, self.book = Timeline(), Ledger()
+        self.history = History(self.timeline)
+        self.judge = Judge(self.history, self.book)
+        self.array, self.has_events, self.objects = array.Array(), True, None
+        self.failures = []  # what must hold and does not, beyond the counts
+        self.own_kills = set()
+
+    # --- start and end
+
+    def start(self):
+        os.makedirs(FOLDER)
+        machine.run("mount", "-t", "tmpfs", "-o", f"size={LOG_FOLDER_SIZE}", "chaos", LOG_FOLDER)
+        array.OUTPUT = os.path.join(FOLDER, "arraySim.log")
+        daemon.SANITIZER_REPORTS = os.path.join(FOLDER, "sanitizer")
+        self.receiver = receiver.Receiver()
+        self.version = self.random.choice((1, 2, 3))
+        machine.configure_daemon(trapsEnabled="yes", trapDest="127.0.0.1", trapPort=self.receiver.port,
+                                 trapCommun=COMMUNITY, trapVer=self.version)
+        machine.write_file(machine.MODE_CONF, "isdebugmode=false\n")
+        self.notices = Notices(self.timeline, self.receiver)
+        self.start_array(array.preset(self.preset), since=0)
+        # Sanitizers must be the first library of a program, and so must this one.
+        self.has_clock = os.path.exists(FAKE_TIME) and "SNMPSUBAGENT_SANITIZED" not in os.environ
+        self.set_clock(0)
+        self.keeper = subprocess.Popen([sys.executable, KEEPER], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                                       text=True, env=self.environment())
+        self.watch = Watch(self)
+        self.watch.start()
+        waiting.wait_until(self.is_served, "the daemon serves", 60)
+
+    def environment(self):
+        environment = daemon.Daemon.environment()
+        if self.has_clock:
+            environment.update(LD_PRELOAD=FAKE_TIME, FAKETIME_ONLY_CMDS="snmpSubagent", FAKETIME_NO_CACHE="1",
+                               FAKETIME_TIMESTAMP_FILE=CLOCK)
+        return environment
+
+    def set_clock(self, offset_s):
+        """Of the daemon alone."""
+        machine.write_file(CLOCK + ".new", f"{offset_s:+d}\n")
+        os.rename(CLOCK + ".new", CLOCK)
+
+    def start_daemon(self):
+        self.keeper.stdin.write(machine.DAEMON + "\n")
+        self.keeper.stdin.flush()
+
+    def stop(self):
+        self.stopping.set()
+        self.watch.stop()
+        daemon.Daemon().stop()
+        with self.array_lock:
+            self.array.stop()
+        self.keeper.stdin.close()
+        self.keeper.wait(30)
+        self.watch.listener.join(30)
+        self.keeper.stdout.close()
+        self.receiver.close()
+
+    # --- the array
+
+    def start_array(self, objects, since=None, events=True):
+        """With this model; what it has told and nobody taken is forgotten."""
+        with self.array_lock:
+            since = time.monotonic() if since is None else since
+            self.has_events = events
+            self.array.start(*(("small", "--events") if events else ("small",)), objects=objects)
+            self.remember(since)
+
+    def change(self, *words):
+        """Tells the array a command, and keeps what it has become."""
+        with self.array_lock:
+            since = time.monotonic()
+            answer = self.array.tell(*words)
+            self.remember(since)
+            return answer
+
+    def remember(self, since):
+        self.objects = self.array.dump()
+        self.history.record(self.objects, since)
+
+    def known_oids(self):
+        return self.history.oids()
+
+    def set_text(self, name, value, since):
+        """A manager is about to set it."""
+        self.history.tell_set(mib.scalar(name), value, since)
+        self.history.tell_set(mib.oid(TEXT_SOURCES[name], 1), value, since)
+
+    # --- how it goes
+
+    def is_served(self):
+        """Whether a manager gets a value of the daemon's own."""
+        manager = snmp.Manager()
+        try:
+            exchange = manager.read(berWriter.GET, [mib.scalar("productName")])
+        finally:
+            manager.close()
+        response = exchange.response
+        return bool(response and response.error == "noError" and response.bindings[0].type == "STRING")
+
+    def is_well(self):
+        """The whole chain: a manager is answered, and an event comes out as a notification."""
+        if not self.is_served():
+            return False
+        marks = self.notices.tell()
+        end = time.monotonic() + MARK_S * waiting.PATIENCE
+        while marks and not marks[0].came and time.monotonic() < end:
+            time.sleep(waiting.POLL_S)
+        return bool(marks and marks[0].came)
+
+    def wait_until_well(self):
+        """Three times in a row, so that no wrong answer in between is forgotten."""
+        waiting.wait_until(lambda: all(self.is_well() for _ in range(3)), "the daemon serves again", RECOVERY_S)
+
+    def log_is_written(self):
+        """Makes the daemon write a line, and tells whether it is there."""
+        before = machine.read_file(daemon.LOG).count("7,7,7: ")
+        management.send(management.message(management.DISPLAY_TRAPS))
+        waiting.wait_until(lambda: machine.read_file(daemon.LOG).count("7,7,7: ") > before,
+                           "the daemon writes its log", 20)

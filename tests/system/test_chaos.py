@@ -1,0 +1,21 @@
+"""A short chaos run with a fixed seed: everything at once, under faults. See tests/chaos."""
+
+import os
+import sys
+import unittest
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.realpath(__file__)), ".."))
+from chaos.run import Run  # noqa: E402  (see the line above)
+from harness import story  # noqa: E402
+
+MINUTES = 1.25
+SEED = 18
+
+
+class Chaos(unittest.TestCase):
+    def test_a_minute_under_faults(self):
+        self.assertEqual(Run(MINUTES, SEED, "small").whole(), 0)
+
+
+if __name__ == "__main__":
+    story.tell()
