@@ -1,7 +1,6 @@
 #include "tools/arraySim/simulator.h"
 
 #include "tools/arraySim/answers.h"
-#include "tools/arraySim/apiRequest.h"
 #include "tools/arraySim/events.h"
 
 namespace arraysim {
@@ -9,19 +8,6 @@ namespace arraysim {
 namespace {
 
 using protoIPCMsg::GPBIPCMsg;
-
-constexpr const char* kNoObject = "-";
-constexpr const char* kUnknownObject = "?";
-
-/** The command in the words of the statistics. */
-std::string CommandLabel(const std::string& command) {
-    for (const char* known : {"GetList", "Get", "Modify"}) {
-        if (command == known) {
-            return command;
-        }
-    }
-    return "other";
-}
 
 void BendEnvelope(const EnvelopeBend& bend, GPBIPCMsg& response) {
     if (bend.wrong_sequence) {
@@ -54,50 +40,11 @@ bool ChangesStatus(Verb verb) {
 
 }  // namespace
 
-/** A message as far as it can be understood without the model. */
-struct Simulator::Question {
-    enum class Sort { kPing, kCommand, kOther };
-
-    Sort sort = Sort::kOther;
-    std::string command = "other";
-    std::string object = kNoObject;
-    ApiRequest request;
-    std::optional<ApiFailure> failure;  ///< when the document is none
-
-    /** How the objects of the answer are written. */
-    int Encoding() const {
-        return request.encode_type == "csv" ? object_encoding::kCsv : object_encoding::kXml;
-    }
-};
-
 Simulator::Simulator(Model model, Session session, Spelling spelling)
     : catalogue_(model.catalogue()),
       session_(std::move(session)),
       spelling_(spelling),
       model_(std::move(model)) {}
-
-Simulator::Question Simulator::Interpret(const GPBIPCMsg& message) const {
-    Question question;
-    if (message.msgtype() != protoIPCMsg::APIRequest || !message.has_apireqmsg()) {
-        return question;
-    }
-    const protoIPCMsg::APIReqMsg& request = message.apireqmsg();
-    if (request.cmdtype() == protoIPCMsg::Ping) {
-        question.sort = Question::Sort::kPing;
-        question.command = kPingTopic;
-    } else if (request.cmdtype() == protoIPCMsg::Command) {
-        question.sort = Question::Sort::kCommand;
-        try {
-            ParseApiRequest(request.cmd().cmddata(), question.request);
-        } catch (const ApiFailure& failure) {
-            question.failure = failure;
-        }
-        question.command = CommandLabel(question.request.command);
-        const bool known = catalogue_.FindRequestable(question.request.object).has_value();
-        question.object = known ? question.request.object : kUnknownObject;
-    }
-    return question;
-}
 
 Answer Simulator::AnswerCommand(const Question& question, const ExchangePlan& plan) {
     if (plan.document.error) {
@@ -127,7 +74,7 @@ void Simulator::SendChanges(const StatusWatch& watch) {
 }
 
 Exchange Simulator::Handle(const GPBIPCMsg& request) {
-    const Question question = Interpret(request);
+    const Question question = Interpret(catalogue_, request);
     const bool is_command = question.sort == Question::Sort::kCommand;
 
     std::unique_lock<std::mutex> lock(mutex_);

@@ -12,6 +12,7 @@
 #include "tools/arraySim/events.h"
 #include "tools/arraySim/exchangePlan.h"
 #include "tools/arraySim/model.h"
+#include "tools/arraySim/question.h"
 #include "tools/arraySim/statistics.h"
 
 namespace arraysim {
@@ -82,13 +83,10 @@ class Simulator {
     void StopWaiting();
 
   private:
-    struct Question;
-
     std::string Run(const Command& command);
     /** The trap command that a person has asked for. Throws CommandError when events are off. */
     std::string EventByHand(const Command& command) const;
 
-    Question Interpret(const protoIPCMsg::GPBIPCMsg& message) const;
     /** Carries a command out and reports what it changes. */
     Answer AnswerCommand(const Question& question, const ExchangePlan& plan);
     static protoIPCMsg::GPBIPCMsg WriteResponse(const Question& question, std::string document,
