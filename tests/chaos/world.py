@@ -64,6 +64,7 @@ class World:
         self.watch = Watch(self)
         self.watch.start()
         waiting.wait_until(self.is_served, "the daemon serves", 60)
+        self.served_since = time.monotonic()
 
     def environment(self):
         environment = daemon.Daemon.environment()
