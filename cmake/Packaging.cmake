@@ -23,6 +23,7 @@ set(CPACK_PACKAGE_CONTACT "Vorn Support Services <support@vorn-lumivant.example>
 set(CPACK_PACKAGE_VERSION "${PROJECT_VERSION}")
 set(CPACK_PACKAGE_HOMEPAGE_URL "https://www.vorn-lumivant.example/tessera")
 set(CPACK_STRIP_FILES ON)
+set(CPACK_PRE_BUILD_SCRIPTS "${CMAKE_SOURCE_DIR}/cmake/StripArchives.cmake")
 set(CPACK_COMPONENTS_GROUPING IGNORE)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
@@ -61,9 +62,10 @@ set(CPACK_DEBIAN_MIB_PACKAGE_SUGGESTS "snmp, snmp-mibs-downloader")
 set(CPACK_DEBIAN_MONITORING_PACKAGE_SECTION net)
 set(CPACK_DEBIAN_MONITORING_PACKAGE_ARCHITECTURE all)
 set(CPACK_COMPONENT_MONITORING_DESCRIPTION "settings for monitors of a Tessera storage array
-Modules, rules, checks, templates and dashboards with which Prometheus, Grafana,
-monitors of the Nagios family, Zabbix, SNMPTT and snmpsim read the array's SNMP
-service.")
+Modules, rules, checks, templates and dashboards with which Prometheus,
+Grafana, monitors of the Nagios family, Zabbix, SNMPTT and snmpsim read the
+array's SNMP service.")
+set(CPACK_DEBIAN_MONITORING_PACKAGE_DEPENDS "python3, snmp")
 set(CPACK_DEBIAN_MONITORING_PACKAGE_SUGGESTS "snmpsubagent-mib, prometheus-snmp-exporter, snmptt")
 
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION net)

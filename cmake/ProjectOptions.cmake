@@ -29,3 +29,12 @@ endif()
 
 # A daemon that runs as root for years: its tables of addresses are filled at start and read only from then on.
 add_link_options(-Wl,-z,relro,-z,now)
+
+option(SNMPSUBAGENT_COVERAGE "Count the lines that run" OFF)
+if(SNMPSUBAGENT_COVERAGE)
+  # The daemon ends with _exit, which would lose the counts.
+  add_library(count_at_exit OBJECT "${CMAKE_CURRENT_LIST_DIR}/countAtExit.cpp")
+  link_libraries(count_at_exit -Wl,--wrap=_exit)
+  add_compile_options(--coverage -fprofile-update=atomic)
+  add_link_options(--coverage)
+endif()

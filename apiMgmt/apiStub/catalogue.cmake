@@ -6,7 +6,7 @@ file(GLOB CATALOGUE_GENERATOR CONFIGURE_DEPENDS "${TESSERA_DIR}/catalogueGenerat
 
 # tsDisk.def describes apiTsDisk.h and apiTsDisk.cpp.
 set(CATALOGUE_HEADERS "${TESSERA_OUT}/apiMethodObjects.h")
-set(CATALOGUE_SOURCES "${TESSERA_OUT}/apiMethodObjects.cpp")
+set(CATALOGUE_SOURCES "${TESSERA_OUT}/apiAssociations.cpp" "${TESSERA_OUT}/apiMethodObjects.cpp")
 foreach(object ${CATALOGUE_OBJECTS})
   get_filename_component(object "${object}" NAME_WE)
   string(SUBSTRING "${object}" 0 1 first)
@@ -20,7 +20,7 @@ endforeach()
 add_custom_command(
   OUTPUT "${TESSERA_OUT}/catalogue.stamp"
   BYPRODUCTS ${CATALOGUE_HEADERS} ${CATALOGUE_SOURCES} "${TESSERA_OUT}/catalogueRegistration.cpp"
-             "${TESSERA_OUT}/catalogue.json"
+             "${TESSERA_OUT}/catalogue.json" "${TESSERA_OUT}/apiReference.md"
   COMMAND "${CMAKE_COMMAND}" -E env PYTHONDONTWRITEBYTECODE=1 "${Python3_EXECUTABLE}"
           -m apiMgmt.apiStub.apiSdk.objects.tessera.catalogueGenerator
           --data "${TESSERA_DIR}/data" --out "${TESSERA_OUT}"

@@ -21,7 +21,7 @@ check_root() {
 
 check_preset() {
     case $1 in
-        release | debug | asan | tsan) ;;
+        release | debug | asan | tsan | coverage) ;;
         *) fail "there is no preset '$1': release, debug, asan or tsan" ;;
     esac
 }

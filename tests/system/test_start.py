@@ -152,8 +152,7 @@ class TheSettings(story.Story):
                           "public'; touch /tmp/owned; '", 'a" & touch /tmp/owned & "', "public\ttouch"):
             with self.subTest(community=community):
                 machine.configure_daemon(rocommunity=community)
-                self.daemon.start(wait=False)
-                self.daemon.wait_for_log("ERROR: timed out waiting to receive snmp-GET of self-test oid.", 60)
+                self.daemon.start(line="ERROR: timed out waiting to receive snmp-GET of self-test oid.")
                 self.daemon.wait_until_ended()
                 self.assertFalse(os.path.exists("/tmp/owned"))
 

@@ -1,12 +1,15 @@
 #pragma once
 
 #include <cstddef>
+#include <deque>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "tools/arraySim/apiDocument.h"
+#include "apiMgmt/apiStub/base/apiObjects/base/methodReturns.h"
+#include "tools/arraySim/answerForm.h"
 #include "tools/arraySim/apiRequest.h"
 #include "tools/arraySim/model.h"
 
@@ -20,11 +23,27 @@ struct ListBend {
     std::vector<std::pair<std::string, std::string>> replaced_in_first;
 };
 
-/**
- * Carries out a request: the only place that knows the commands of the API. GetList and Get read the model,
- * Modify of the array object changes it. Throws ApiFailure.
- */
-ApiAnswer CarryOut(Model& model, const ApiRequest& request, const std::string& session_key,
-                   const ObjectStyle& style, const ListBend& bend);
+/** A session: the key that opens it, and what it may do. */
+struct Session {
+    std::string key;
+    int privilege = USER_PRIVILEGE_ADMIN;
+};
+
+/** What a request is answered with. Its objects are those of the model: it is written before that changes. */
+struct Answer {
+    std::deque<Object> altered;  ///< copies that a fault has changed
+    std::unique_ptr<AnswerForm> form;
+    std::unique_ptr<BASEApiMethodReturn> result;  ///< never null
+    size_t objects = 0;
+
+    bool successful() const { return result->GetSuccessful(); }
+};
+
+/** The answer that tells of a failure. The code need not be one of the API's: faults make up their own. */
+Answer FailureAnswer(const std::string& code, const std::string& text, const std::string& detail = {});
+
+/** Carries out a request; what goes wrong becomes the answer. */
+Answer CarryOut(Model& model, const ApiRequest& request, const Session& session, const ObjectStyle& style,
+                const ListBend& bend);
 
 }  // namespace arraysim

@@ -14,6 +14,15 @@ std::string ChildText(const parser::XMLElement& element, std::string_view tag) {
     return child ? std::string(child.GetText()) : std::string();
 }
 
+/** The two spellings that clients use: documents of their own, and those that the object library makes. */
+void ReadSessionKey(const parser::XMLElement& connection, ApiRequest& request) {
+    request.session_key = ChildText(connection, "SessionKey");
+    if (request.session_key.empty()) {
+        request.session_key = ChildText(connection, "sessionkey");
+        request.from_library = !request.session_key.empty();
+    }
+}
+
 void ReadMethod(const parser::XMLElement& method, ApiRequest& request) {
     request.command_type = ChildText(method, "CommandType");
     request.object = ChildText(method, "Object");
@@ -25,7 +34,9 @@ void ReadMethod(const parser::XMLElement& method, ApiRequest& request) {
         return;
     }
     for (parser::XMLElement each = attributes.GetFirstChild(); each; each = each.GetNextSibling()) {
-        request.attributes[std::string(each.GetTagName())] = each.GetText();
+        // A structured argument is an element within its attribute, and stays markup.
+        request.attributes[std::string(each.GetTagName())] =
+            each.GetFirstChild() ? each.GetElementContent() : std::string(each.GetText());
     }
 }
 
@@ -50,7 +61,7 @@ void ParseApiRequest(std::string_view document, ApiRequest& request) {
         throw ApiFailure(kParsingError, "The document element is not lumapi");
     }
     if (const parser::XMLElement connection = root.GetFirstChildByTagName("ApiConnection")) {
-        request.session_key = ChildText(connection, "SessionKey");
+        ReadSessionKey(connection, request);
     }
     const std::vector<parser::XMLElement> methods = root.GetChildElemsByTagName("ApiMethod");
     if (!methods.empty()) {

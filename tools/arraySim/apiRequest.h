@@ -10,17 +10,20 @@ namespace arraysim {
 /** A request that is answered with a failure: an error state of the API by its identifier, and a text. */
 class ApiFailure : public std::runtime_error {
   public:
-    ApiFailure(std::string code, const std::string& text)
-        : std::runtime_error(text), code_(std::move(code)) {}
+    ApiFailure(std::string code, const std::string& text, std::string detail = {})
+        : std::runtime_error(text), code_(std::move(code)), detail_(std::move(detail)) {}
     const std::string& code() const { return code_; }
+    const std::string& detail() const { return detail_; }
 
   private:
     std::string code_;
+    std::string detail_;
 };
 
 /** What a request document asks for. */
 struct ApiRequest {
     std::string session_key;
+    bool from_library = false;  ///< made by the object library, whose clients know its classes only
     std::string command_type;
     std::string object;
     std::string command;

@@ -3,7 +3,7 @@
 #include <strings.h>
 
 #include "tools/arraySim/catalogueReader.h"
-#include "tools/arraySim/objectsDef.h"
+#include "tools/arraySim/dataFiles.h"
 
 namespace arraysim {
 
@@ -20,7 +20,7 @@ bool SameNoCase(std::string_view left, std::string_view right) {
 
 std::optional<size_t> Kind::FindAttribute(std::string_view attribute) const {
     for (size_t i = 0; i < attributes.size(); ++i) {
-        if (SameNoCase(attributes[i].name, attribute)) {
+        if (SameNoCase(attributes[i].name(), attribute)) {
             return i;
         }
     }
@@ -31,7 +31,7 @@ std::string_view Kind::ParentKind() const {
     if (!parent) {
         return {};
     }
-    return attributes[*parent].name == "ControllerIndex" ? "TsController" : "TsEnclosure";
+    return attributes[*parent].name() == "ControllerIndex" ? "TsController" : "TsEnclosure";
 }
 
 size_t ObjectList::Capacity() const {
@@ -78,7 +78,7 @@ const Kind& Catalogue::KindOf(std::string_view name) const {
 }
 
 bool Catalogue::IsRequestable(const Selection& selection) {
-    return selection.kind == nullptr || !selection.list->mixed || selection.kind->alone;
+    return selection.kind == nullptr || selection.kind->HasClass();
 }
 
 std::optional<Selection> Catalogue::FindRequestable(std::string_view name) const {

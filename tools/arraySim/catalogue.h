@@ -3,11 +3,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "apiMgmt/apiStub/base/apiAttributes/baseApiAttribute.h"
 
 namespace arraysim {
 
@@ -38,10 +41,13 @@ struct Rule {
     std::vector<std::string> choices;  ///< of `pick`; attributes and values of `count`
 };
 
+/** An attribute as the API's catalogue describes it, and what the simulator adds. */
 struct Attribute {
-    std::string name;
+    const BASEApiAttribute* descriptor = nullptr;
     Rule rule;
     bool in_reduced = false;  ///< part of the reduced object that LiteObj asks for
+
+    const std::string& name() const { return descriptor->GetXmlName(); }
 };
 
 /** One argument of a trap command: a number, or something of the object that the command is about. */
@@ -66,12 +72,19 @@ struct ObjectList;
 /** One kind of object and its attributes, in the order of the answers. */
 struct Kind {
     std::string name;
+    std::string class_name;    ///< of the library's class that has its attributes
+    std::string element_name;  ///< of the element in answers: the name with a small letter in front
     const ObjectList* list = nullptr;
     std::vector<Attribute> attributes;
+    ATTRIBUTEList whole;    ///< their descriptors
+    ATTRIBUTEList reduced;  ///< those of a reduced object
+    /** What the array has beyond the catalogue: descriptors that belong to this kind. */
+    std::vector<std::unique_ptr<BASEApiAttribute>> own;
     std::optional<size_t> key;     ///< attribute that holds the API index; none when only one object exists
     std::optional<size_t> parent;  ///< attribute with rule `parent`
-    bool alone = false;            ///< a list member that can be asked for by its own name
 
+    /** Whether requests may name it: the catalogue knows it. */
+    bool HasClass() const { return class_name == name; }
     /** Position of an attribute, without regard to letter case. */
     std::optional<size_t> FindAttribute(std::string_view attribute) const;
     bool HasAttribute(std::string_view attribute) const { return FindAttribute(attribute).has_value(); }
@@ -87,7 +100,6 @@ struct ObjectList {
     size_t position = 0;  ///< place among the lists
     uint32_t rows = 0;    ///< capacity of the daemon's table, for each parent
     ParentKind per = ParentKind::kNone;
-    bool unlisted = false;
     bool mixed = false;
     std::optional<EventRule> event;  ///< none: changes are not reported
 
@@ -113,7 +125,7 @@ class CatalogueError : public std::runtime_error {
 /** All kinds and lists. Constant once it is made; kinds and lists keep their addresses. */
 class Catalogue {
   public:
-    /** Reads the text of an objects.def; throws CatalogueError. */
+    /** Reads the text of an objects.def against the catalogue of the API; throws CatalogueError. */
     explicit Catalogue(std::string_view text);
     Catalogue(const Catalogue&) = delete;
     Catalogue& operator=(const Catalogue&) = delete;

@@ -3,20 +3,17 @@
 #include <algorithm>
 #include <iterator>
 #include <sstream>
+#include <utility>
 
+#include "apiMgmt/apiStub/base/apiAttributes/textApiAttributes.h"
 #include "apiMgmt/common/utils/stringUtil.h"
 #include "tools/arraySim/eventRule.h"
+#include "tools/arraySim/numbers.h"
 #include "tools/arraySim/ruleParser.h"
 
 namespace arraysim {
 
 namespace {
-
-/** Attributes that name an object or its parent are never left out of a reduced object. */
-bool IsKey(const std::string& attribute) {
-    return attribute == "Index" || attribute == "ControllerIndex" || attribute == "EnclosureIndex" ||
-           attribute == "DiskIndex";
-}
 
 std::vector<std::string> WordsOf(const std::string& line) {
     std::istringstream stream(line);
@@ -63,14 +60,16 @@ void CatalogueReader::ReadLine(const std::string& line) {
         StartObject(words);
     } else if (words[0] == "list") {
         StartList(words);
-    } else if (words[0] == "attributes") {
+    } else if (words[0] == "values") {
         StartRun(words);
     } else if (words[0] == "use") {
         UseRun(words);
+    } else if (words[0] == "own") {
+        ReadOwn(words);
     } else if (words[0] == "event") {
         ReadEvent(words);
     } else if (words[0] == "read" || words[0] == "also") {
-        ReadAttribute(words, RestOf(line, 2));
+        ReadValue(words, RestOf(line, 2));
     } else {
         Fail("unknown word '" + words[0] + "'");
     }
@@ -90,31 +89,23 @@ void CatalogueReader::StartObject(const Words& words) {
     Kind kind;
     kind.name = words[1];
     ObjectList* own_list = nullptr;
-    for (size_t i = 2; i < words.size(); ++i) {
+    for (size_t i = 2; i < words.size(); i += 2) {
         const std::string argument = i + 1 < words.size() ? words[i + 1] : "";
-        if (words[i] == "alone") {
-            kind.alone = true;
-        } else if (words[i] == "unlisted" && own_list != nullptr) {
-            own_list->unlisted = true;
-        } else if (words[i] == "rows" && own_list == nullptr) {
+        if (words[i] == "rows" && own_list == nullptr) {
             own_list = &AddList(kind.name);
             own_list->rows = static_cast<uint32_t>(ParseInt(argument));
             kind.list = own_list;
-            ++i;
         } else if (words[i] == "per" && own_list != nullptr &&
                    (argument == "controller" || argument == "enclosure")) {
             own_list->per = argument == "controller" ? ParentKind::kController : ParentKind::kEnclosure;
-            ++i;
         } else if (words[i] == "keyed" && !argument.empty()) {
             keys_[kind.name] = argument;
-            ++i;
         } else if (words[i] == "in" && own_list == nullptr) {
             const std::optional<Selection> found = catalogue_.Find(argument);
             if (!found || found->kind != nullptr) {
                 Fail("no list '" + argument + "' stands above");
             }
             kind.list = found->list;
-            ++i;
         } else {
             Fail("'" + words[i] + "' does not fit here");
         }
@@ -122,8 +113,11 @@ void CatalogueReader::StartObject(const Words& words) {
     if (kind.list == nullptr || kind.list->rows == 0) {
         Fail("'" + kind.name + "' needs `rows N` or `in LIST`");
     }
-    target_ = &catalogue_.kinds_.emplace_back(std::move(kind)).attributes;
+    TakeAttributes(kind);
+    open_kind_ = &catalogue_.kinds_.emplace_back(std::move(kind));
+    open_run_ = nullptr;
     open_list_ = own_list;
+    put_.clear();
 }
 
 void CatalogueReader::StartList(const Words& words) {
@@ -133,33 +127,46 @@ void CatalogueReader::StartList(const Words& words) {
     ObjectList& list = AddList(words[1]);
     list.rows = static_cast<uint32_t>(ParseInt(words[3]));
     list.mixed = true;
-    target_ = nullptr;
+    open_kind_ = nullptr;
+    open_run_ = nullptr;
     open_list_ = &list;
 }
 
 void CatalogueReader::StartRun(const Words& words) {
-    target_ = &runs_[words[1]];
+    open_run_ = &runs_[words[1]];
+    open_kind_ = nullptr;
     open_list_ = nullptr;
-    if (!target_->empty()) {
+    if (!open_run_->empty()) {
         Fail("'" + words[1] + "' stands already");
     }
 }
 
-std::vector<Attribute>& CatalogueReader::Target() {
-    if (target_ == nullptr) {
-        Fail("no object or run of attributes is open");
+Kind& CatalogueReader::OpenKind() {
+    if (open_kind_ == nullptr) {
+        Fail("no object is open");
     }
-    return *target_;
+    return *open_kind_;
 }
 
 void CatalogueReader::UseRun(const Words& words) {
     const auto run = runs_.find(words[1]);
-    if (run == runs_.end() || &run->second == target_) {
+    if (run == runs_.end()) {
         Fail("no run '" + words[1] + "' stands above");
     }
-    for (const Attribute& attribute : run->second) {
-        Put(attribute);
+    for (const ValueLine& line : run->second) {
+        Put(line);
     }
+}
+
+void CatalogueReader::ReadOwn(const Words& words) {
+    Kind& kind = OpenKind();
+    const std::optional<uint32_t> longest = words.size() == 3 ? ReadUint32(words[2]) : std::nullopt;
+    if (!longest || kind.HasAttribute(words[1])) {
+        Fail("an attribute of the array's own reads: own ATTR LONGEST, and has a new name");
+    }
+    kind.own.push_back(
+        std::make_unique<STRINGApiAttribute>(words[1], 20, false, -1, int64_t{*longest}, words[1]));
+    kind.attributes.insert(kind.attributes.begin(), {kind.own.back().get(), {}, false});
 }
 
 void CatalogueReader::ReadEvent(const Words& words) {
@@ -173,75 +180,35 @@ void CatalogueReader::ReadEvent(const Words& words) {
     }
 }
 
-void CatalogueReader::ReadAttribute(const Words& words, const std::string& rule) {
-    std::vector<Attribute>& attributes = Target();
-    const auto known = std::find_if(attributes.begin(), attributes.end(),
-                                    [&](const Attribute& each) { return each.name == words[1]; });
-    if (known == attributes.end()) {
-        Put({words[1], RuleOf(rule), words[0] == "read" || IsKey(words[1])});
-        return;
-    }
-    known->in_reduced |= words[0] == "read";
-    if (!rule.empty()) {
-        known->rule = RuleOf(rule);
+void CatalogueReader::ReadValue(const Words& words, const std::string& rule) {
+    const ValueLine line{line_number_, words[0] == "read", words[1], rule};
+    if (open_run_ != nullptr) {
+        open_run_->push_back(line);
+    } else if (!put_.insert(line.attribute).second) {
+        Fail("attribute '" + line.attribute + "' stands already");
+    } else {
+        Put(line);
     }
 }
 
-void CatalogueReader::Put(const Attribute& attribute) {
-    for (const Attribute& each : Target()) {
-        if (each.name == attribute.name) {
-            Fail("attribute '" + attribute.name + "' stands already");
-        }
+/** A mistake in a run is one of the line there. */
+void CatalogueReader::Put(const ValueLine& line) {
+    const size_t asking_line = std::exchange(line_number_, line.number);
+    Kind& kind = OpenKind();
+    const auto attribute = std::find_if(kind.attributes.begin(), kind.attributes.end(),
+                                        [&](const Attribute& each) { return each.name() == line.attribute; });
+    if (attribute == kind.attributes.end()) {
+        Fail(kind.name + " has no attribute '" + line.attribute + "'");
     }
-    Target().push_back(attribute);
-}
-
-Rule CatalogueReader::RuleOf(const std::string& text) const {
+    attribute->in_reduced |= line.is_read;
     try {
-        return ParseRule(text);
+        if (!line.rule.empty()) {
+            attribute->rule = ParseRule(line.rule, *attribute->descriptor);
+        }
     } catch (const CatalogueError& error) {
         Fail(error.what());
     }
-}
-
-void CatalogueReader::CheckEvent(const Kind& kind) const {
-    const std::optional<EventRule>& event = kind.list->event;
-    if (!event) {
-        return;
-    }
-    if (!kind.HasAttribute(event->attribute)) {
-        Fail(kind.name + ": its event watches '" + event->attribute + "', which it has not");
-    }
-    for (const EventArgument& argument : event->arguments) {
-        const bool of_parent = argument.what == EventArgument::What::kParentIndex ||
-                               argument.what == EventArgument::What::kParentRow;
-        if (of_parent && !kind.parent) {
-            Fail(kind.name + ": its event speaks of a parent, which it has not");
-        }
-    }
-}
-
-void CatalogueReader::FinishKind(Kind& kind) {
-    const std::string key = keys_.count(kind.name) > 0 ? keys_[kind.name] : "Index";
-    if (key != "nothing") {
-        kind.key = kind.FindAttribute(key);
-        if (!kind.key) {
-            Fail(kind.name + " has no attribute '" + key + "' to be keyed by");
-        }
-    }
-    for (size_t i = 0; i < kind.attributes.size(); ++i) {
-        const Rule& rule = kind.attributes[i].rule;
-        if (rule.verb == Rule::Verb::kParent) {
-            kind.parent = i;
-        }
-        const std::optional<size_t> source = kind.FindAttribute(rule.text);
-        if (rule.verb == Rule::Verb::kSame && (!source || *source >= i)) {
-            Fail(kind.name + ": '" + rule.text + "' does not stand above " + kind.attributes[i].name);
-        }
-        if (rule.verb == Rule::Verb::kCount && !catalogue_.Find(rule.text)) {
-            Fail(kind.name + ": nothing to count is named '" + rule.text + "'");
-        }
-    }
+    line_number_ = asking_line;
 }
 
 }  // namespace arraysim

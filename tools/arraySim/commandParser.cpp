@@ -149,7 +149,7 @@ class CommandParser {
         for (const Kind& kind : catalogue_.kinds()) {
             if (kind.list == command_.selection.list && command_.selection.Matches(kind)) {
                 if (const std::optional<size_t> position = kind.FindAttribute(name)) {
-                    command_.attribute = kind.attributes[*position].name;
+                    command_.attribute = kind.attributes[*position].name();
                     return;
                 }
             }
@@ -223,10 +223,10 @@ class CommandParser {
             return;
         }
         if (kind.attributes[*position].rule.verb == Rule::Verb::kCount) {
-            throw CommandError(kind.attributes[*position].name + " follows the model and cannot be set");
+            throw CommandError(kind.attributes[*position].name() + " follows the model and cannot be set");
         }
         CheckText(value);
-        command_.values.emplace_back(kind.attributes[*position].name, value);
+        command_.values.emplace_back(kind.attributes[*position].name(), value);
     }
 
     void ReadGet() {

@@ -2,30 +2,11 @@
 
 #include "apiMgmt/common/utils/stringUtil.h"
 #include "tools/arraySim/modelFile.h"
-#include "tools/arraySim/objectMaker.h"
+#include "tools/arraySim/population.h"
 
 namespace arraysim {
 
 namespace {
-
-/** Objects that come and go with another of the same index. */
-struct Companion {
-    const char* kind;
-    const char* companion;
-};
-constexpr Companion kCompanions[] = {
-    {"TsDisk", "TsDiskConfiguration"},
-    {"TsDiskFolder", "TsDiskFolderStorageUsage"},
-};
-
-const char* CompanionOf(const Kind& kind) {
-    for (const Companion& each : kCompanions) {
-        if (kind.name == each.kind) {
-            return each.companion;
-        }
-    }
-    return nullptr;
-}
 
 std::string NameOf(const Selection& selection, uint32_t index) {
     return selection.Name() + " " + std::to_string(index);
@@ -47,8 +28,9 @@ size_t AttributeOf(const Object& object, const Command& command) {
     return *position;
 }
 
-/** The value of an attribute that may be changed. */
-std::optional<std::string>& ChangeableValue(Object& object, const Command& command) {
+/** An object with an attribute that may be changed. */
+Object& ChangeableObject(Model& model, const Command& command) {
+    Object& object = ObjectOf(model, command);
     const size_t position = AttributeOf(object, command);
     if (object.kind->key == position) {
         throw CommandError(command.attribute +
@@ -57,17 +39,17 @@ std::optional<std::string>& ChangeableValue(Object& object, const Command& comma
     if (object.kind->attributes[position].rule.verb == Rule::Verb::kCount) {
         throw CommandError(command.attribute + " follows the model and cannot be set");
     }
-    return object.values[position];
+    return object;
 }
 
 std::string Set(Model& model, const Command& command) {
-    ChangeableValue(ObjectOf(model, command), command) = command.text;
+    ChangeableObject(model, command).Put(command.attribute, command.text);
     model.UpdateCounts();
     return {};
 }
 
 std::string Unset(Model& model, const Command& command) {
-    ChangeableValue(ObjectOf(model, command), command).reset();
+    ChangeableObject(model, command).RemoveAttribute(command.attribute);
     model.UpdateCounts();
     return {};
 }
@@ -82,26 +64,12 @@ std::string Add(Model& model, const Command& command) {
     if (model.Find(list, index) != nullptr) {
         throw CommandError("there is a " + NameOf(list, index) + " already");
     }
-    const auto make = [&](const Kind& made, const GivenValues& values) {
-        const Place place = PlaceAtEnd(model, made, index, values);
-        model.Append(MakeObject(made, place, Random::For(model.serial(), made.name, index), values));
-    };
-    make(kind, command.values);
-    const char* companion = CompanionOf(kind);
-    if (companion != nullptr && model.Find(*model.catalogue().Find(companion), index) == nullptr) {
-        make(model.catalogue().KindOf(companion), {});
-    }
-    model.UpdateCounts();
+    AddObject(model, kind, index, command.values);
     return std::to_string(index) + "\n";
 }
 
 std::string Remove(Model& model, const Command& command) {
-    const Kind& kind = *ObjectOf(model, command).kind;
-    model.Remove(command.selection, *command.index);
-    if (const char* companion = CompanionOf(kind)) {
-        model.Remove(*model.catalogue().Find(companion), *command.index);
-    }
-    model.UpdateCounts();
+    RemoveObject(model, ObjectOf(model, command));
     return {};
 }
 
@@ -118,22 +86,22 @@ std::string Get(const Model& model, const Command& command) {
 
 std::string GetObject(const Object& object) {
     std::string text;
-    for (size_t i = 0; i < object.values.size(); ++i) {
-        if (object.values[i]) {
-            text += FormatString("%-36s %s\n", object.kind->attributes[i].name.c_str(),
-                                 object.values[i]->c_str());
+    for (const Attribute& attribute : object.kind->attributes) {
+        if (const std::optional<std::string_view> value = object.Value(attribute.name())) {
+            text += FormatString("%-36s %s\n", attribute.name().c_str(), std::string(*value).c_str());
         }
     }
     return text;
 }
 
-const std::optional<std::string>& ValueOf(Model& model, const Command& command) {
+std::optional<std::string> ValueOf(Model& model, const Command& command) {
     const Object& object = ObjectOf(model, command);
-    return object.values[AttributeOf(object, command)];
+    AttributeOf(object, command);
+    return std::optional<std::string>(object.Value(command.attribute));
 }
 
 std::string GetValue(Model& model, const Command& command) {
-    const std::optional<std::string>& value = ValueOf(model, command);
+    const std::optional<std::string> value = ValueOf(model, command);
     if (!value) {
         throw CommandError(NameOf(command.selection, *command.index) + " has no value for " +
                            command.attribute);
@@ -142,7 +110,7 @@ std::string GetValue(Model& model, const Command& command) {
 }
 
 std::string Expect(Model& model, const Command& command) {
-    const std::optional<std::string>& value = ValueOf(model, command);
+    const std::optional<std::string> value = ValueOf(model, command);
     if (value != command.text) {
         throw CommandError(NameOf(command.selection, *command.index) + " " + command.attribute +
                            ": expected '" + command.text + "', found " +

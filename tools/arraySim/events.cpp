@@ -1,7 +1,6 @@
 #include "tools/arraySim/events.h"
 
 #include <algorithm>
-#include <charconv>
 
 #include "apiMgmt/common/utils/stringUtil.h"
 #include "tools/arraySim/conditionTable.h"
@@ -45,12 +44,6 @@ std::string EventLine(const EventNumbers& numbers, const std::string& prefix, st
     return line;
 }
 
-uint32_t IndexIn(std::string_view text) {
-    uint32_t index = 0;
-    std::from_chars(text.data(), text.data() + text.size(), index);
-    return index;
-}
-
 /** Where an object stands, as the daemon counts. */
 struct Standing {
     const Object* object = nullptr;
@@ -64,7 +57,7 @@ std::optional<Standing> StandingOf(const Model& model, const Object& object) {
     const Kind& kind = *object.kind;
     Standing standing{&object};
     if (kind.parent) {
-        standing.parent_index = IndexIn(object.values[*kind.parent].value_or(""));
+        standing.parent_index = object.ParentIndex();
         const std::vector<Object>& parents = model.Objects(*model.catalogue().KindOf(kind.ParentKind()).list);
         const auto parent = std::find_if(parents.begin(), parents.end(), [&](const Object& each) {
             return each.index == standing.parent_index;
@@ -76,8 +69,7 @@ std::optional<Standing> StandingOf(const Model& model, const Object& object) {
     }
     const bool among_siblings = kind.list->per != ParentKind::kNone;
     for (const Object& each : model.Objects(*kind.list)) {
-        const bool counts =
-            !among_siblings || IndexIn(each.values[*each.kind->parent].value_or("")) == standing.parent_index;
+        const bool counts = !among_siblings || each.ParentIndex() == standing.parent_index;
         standing.row += counts ? 1 : 0;
         if (&each == &object) {
             break;
@@ -124,8 +116,8 @@ std::string EventOf(const EventRule& rule, const Standing& standing, const std::
                      TextAbout(rule, object, value));
 }
 
-const std::optional<std::string>& WatchedValue(const Object& object) {
-    return object.values[*object.kind->FindAttribute(object.kind->list->event->attribute)];
+std::optional<std::string> WatchedValue(const Object& object) {
+    return std::optional<std::string>(object.Value(object.kind->list->event->attribute));
 }
 
 }  // namespace
@@ -134,7 +126,7 @@ StatusWatch::StatusWatch(const Model& model) : before_(model.catalogue().lists()
     for (const ObjectList& list : model.catalogue().lists()) {
         if (list.event) {
             for (const Object& object : model.Objects(list)) {
-                before_[list.position].push_back(WatchedValue(object));
+                before_[list.position].push_back({object.index, WatchedValue(object)});
             }
         }
     }
@@ -143,11 +135,20 @@ StatusWatch::StatusWatch(const Model& model) : before_(model.catalogue().lists()
 std::vector<std::string> StatusWatch::Changes(const Model& model) const {
     std::vector<std::string> events;
     for (const ObjectList& list : model.catalogue().lists()) {
-        const Values& before = before_[list.position];
-        for (size_t i = 0; i < before.size(); ++i) {
-            const Object& object = model.Objects(list)[i];
-            const std::optional<std::string>& value = WatchedValue(object);
-            if (!value || value == before[i]) {
+        if (!list.event) {
+            continue;
+        }
+        const std::vector<Watched>& before = before_[list.position];
+        auto known = before.begin();
+        for (const Object& object : model.Objects(list)) {
+            // Objects go from anywhere, come at the end and keep their order.
+            known = std::find_if(known, before.end(),
+                                 [&](const Watched& each) { return each.index == object.index; });
+            if (known == before.end()) {
+                break;
+            }
+            const std::optional<std::string> value = WatchedValue(object);
+            if (!value || value == known->value) {
                 continue;
             }
             if (const std::optional<Standing> standing = StandingOf(model, object)) {

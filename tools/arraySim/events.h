@@ -15,7 +15,7 @@ inline constexpr size_t kGreatestEventText = 500;
 
 /**
  * What a change of the model gives the daemon to hear. Made before the change, it remembers how everything
- * is whose changes are reported; no object may come or go until Changes is asked.
+ * is whose changes are reported. Objects that have come or gone meanwhile are no change.
  */
 class StatusWatch {
   public:
@@ -26,9 +26,12 @@ class StatusWatch {
     std::vector<std::string> Changes(const Model& model) const;
 
   private:
-    using Values = std::vector<std::optional<std::string>>;
+    struct Watched {
+        uint32_t index;
+        std::optional<std::string> value;
+    };
 
-    std::vector<Values> before_;  ///< by list, in the order of its objects
+    std::vector<std::vector<Watched>> before_;  ///< by list, in the order of its objects
 };
 
 /** Trap command that carries a text and speaks of no object. */

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "tools/arraySim/answers.h"
-#include "tools/arraySim/apiDocument.h"
+#include "tools/arraySim/documentBend.h"
 #include "tools/arraySim/faults.h"
 
 namespace arraysim {

@@ -87,7 +87,7 @@ uint32_t ReadNumber(const FaultInfo& info, const std::string& text) {
 std::string ReadAttribute(const Catalogue& catalogue, const std::string& name) {
     for (const Kind& kind : catalogue.kinds()) {
         if (const std::optional<size_t> position = kind.FindAttribute(name)) {
-            return kind.attributes[*position].name;
+            return kind.attributes[*position].name();
         }
     }
     throw CommandError("no kind has an attribute '" + name + "'");

@@ -98,31 +98,18 @@ Condition DerivedFrom(const Survey& parts) {
 
 /** A controller or an enclosure: everything that names it as its parent. */
 void FollowChildren(Model& model, Object& parent) {
-    const std::string index = std::to_string(parent.index);
     Survey parts;
     for (const Kind& kind : model.catalogue().kinds()) {
         if (kind.ParentKind() != parent.kind->name || !HasCondition(kind)) {
             continue;
         }
         for (const Object& child : model.Objects(*kind.list)) {
-            if (child.values[*kind.parent] == index) {
+            if (child.ParentIndex() == parent.index) {
                 parts.Take(child);
             }
         }
     }
     ShowParts(parent, parts);
-}
-
-void FollowDisks(Model& model, Object& folder) {
-    const std::string index = std::to_string(folder.index);
-    Survey disks;
-    for (const Object& disk : model.Objects(*model.catalogue().KindOf("TsDisk").list)) {
-        if (disk.Text("DiskFolderIndex") == index) {
-            disks.Take(disk);
-        }
-    }
-    folder.Put("UnhealthyCount", std::to_string(disks.ailing()));
-    DeriveStatus(folder, disks, DerivedFrom(disks));
 }
 
 void FollowArray(Model& model) {
@@ -154,15 +141,12 @@ void FollowUpwards(Model& model, Object& object) {
         FollowDisks(model, object);
     }
     if (object.kind->parent) {
-        const int index = ParseInt(object.values[*object.kind->parent].value_or(""));
-        if (Object* parent =
-                model.Find(*catalogue.Find(object.kind->ParentKind()), static_cast<uint32_t>(index))) {
+        if (Object* parent = model.Find(*catalogue.Find(object.kind->ParentKind()), object.ParentIndex())) {
             FollowChildren(model, *parent);
         }
     }
     if (name == "TsDisk") {
-        const int index = ParseInt(std::string(object.Text("DiskFolderIndex")));
-        if (Object* folder = model.Find(*catalogue.Find("TsDiskFolder"), static_cast<uint32_t>(index))) {
+        if (Object* folder = model.Find(*catalogue.Find("TsDiskFolder"), object.Number("DiskFolderIndex"))) {
             FollowDisks(model, *folder);
         }
     }
@@ -181,6 +165,17 @@ void MakeRoomForAlert(Model& model, const std::string& controller) {
 }
 
 }  // namespace
+
+void FollowDisks(Model& model, Object& folder) {
+    Survey disks;
+    for (const Object& disk : model.Objects(*model.catalogue().KindOf("TsDisk").list)) {
+        if (disk.Number("DiskFolderIndex") == folder.index) {
+            disks.Take(disk);
+        }
+    }
+    folder.Put("UnhealthyCount", std::to_string(disks.ailing()));
+    DeriveStatus(folder, disks, DerivedFrom(disks));
+}
 
 const char* ConditionText(Condition condition) {
     switch (condition) {

@@ -25,6 +25,9 @@ bool HasCondition(const Kind& kind);
  */
 void PutInto(Model& model, Object& object, Condition condition);
 
+/** Brings a folder's status up to date with that of its disks. */
+void FollowDisks(Model& model, Object& folder);
+
 /** The attributes of an active alert about an object that is not up. */
 GivenValues AlertAbout(const Model& model, const Object& object);
 

@@ -1,21 +1,44 @@
 #include "tools/arraySim/model.h"
 
 #include <algorithm>
+#include <charconv>
 
 namespace arraysim {
 
-std::string_view Object::Text(std::string_view attribute) const {
-    const std::optional<size_t> position = kind->FindAttribute(attribute);
-    if (!position || !values[*position]) {
-        return {};
-    }
-    return *values[*position];
+/** Without what the library's objects have from the start: the rules of the kind say what there is. */
+Object::Object(const Kind& of_kind) : BASEApiObject(of_kind.class_name), kind(&of_kind) {
+    ClearAttributes();
 }
 
-void Object::Put(std::string_view attribute, std::string value) {
-    if (const std::optional<size_t> position = kind->FindAttribute(attribute)) {
-        values[*position] = std::move(value);
+std::optional<std::string_view> Object::Value(std::string_view attribute) const {
+    return GetAttributes().Find(attribute);
+}
+
+std::string_view Object::Text(std::string_view attribute) const {
+    return Value(attribute).value_or(std::string_view());
+}
+
+uint32_t Object::Number(std::string_view attribute) const {
+    const std::string_view text = Text(attribute);
+    uint32_t number = 0;
+    std::from_chars(text.data(), text.data() + text.size(), number);
+    return number;
+}
+
+uint32_t Object::ParentIndex() const {
+    return kind->parent ? Number(kind->attributes[*kind->parent].name()) : 0;
+}
+
+void Object::Put(std::string_view attribute, std::string_view value) {
+    if (FindAttributeIn(kind->whole, attribute) != nullptr) {
+        SetAttribute(attribute, value);
     }
+}
+
+bool Object::operator==(const Object& other) const {
+    return kind == other.kind && index == other.index &&
+           std::equal(GetAttributes().begin(), GetAttributes().end(), other.GetAttributes().begin(),
+                      other.GetAttributes().end());
 }
 
 Model::Model(const Catalogue& catalogue, uint32_t serial)
@@ -95,10 +118,9 @@ void Model::UpdateCounts() {
             if (object.kind->list->rows > 1) {
                 break;  // only single objects count others
             }
-            for (size_t i = 0; i < object.values.size(); ++i) {
-                const Rule& rule = object.kind->attributes[i].rule;
-                if (rule.verb == Rule::Verb::kCount) {
-                    object.values[i] = std::to_string(CountFor(rule));
+            for (const Attribute& attribute : object.kind->attributes) {
+                if (attribute.rule.verb == Rule::Verb::kCount) {
+                    object.Put(attribute.name(), std::to_string(CountFor(attribute.rule)));
                 }
             }
         }
@@ -106,15 +128,7 @@ void Model::UpdateCounts() {
 }
 
 bool Model::operator==(const Model& other) const {
-    return serial_ == other.serial_ &&
-           std::equal(lists_.begin(), lists_.end(), other.lists_.begin(), other.lists_.end(),
-                      [](const std::vector<Object>& left, const std::vector<Object>& right) {
-                          return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                                            [](const Object& one, const Object& two) {
-                                                return one.kind == two.kind && one.index == two.index &&
-                                                       one.values == two.values;
-                                            });
-                      });
+    return serial_ == other.serial_ && lists_ == other.lists_;
 }
 
 }  // namespace arraysim

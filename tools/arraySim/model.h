@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "apiMgmt/apiStub/base/apiObjects/base/baseApiObject.h"
 #include "tools/arraySim/catalogue.h"
 
 namespace arraysim {
@@ -14,16 +15,32 @@ namespace arraysim {
 /** Attributes given by name, for an object that is made. */
 using GivenValues = std::vector<std::pair<std::string, std::string>>;
 
-/** One object of the array. An attribute without a value is left out of answers. */
-struct Object {
-    const Kind* kind = nullptr;
-    uint32_t index = 0;                              ///< API index, the object's identity within its list
-    std::vector<std::optional<std::string>> values;  ///< one for each attribute of the kind
+/**
+ * One object of the array: an object of the API library whose class is told by its kind. Attributes are named
+ * as the catalogue names them; one without a value is left out of answers.
+ */
+class Object : public BASEApiObject {
+  public:
+    explicit Object(const Kind& of_kind);
 
-    /** The text of an attribute; empty when the kind or the object lacks it. */
+    const Kind* kind;
+    uint32_t index = 1;  ///< API index, the object's identity within its list
+
+    const std::string& GetObjectName() const override { return kind->class_name; }
+    const ATTRIBUTEList& GetAttributeList() const override { return kind->whole; }
+
+    /** None when the object lacks it. */
+    std::optional<std::string_view> Value(std::string_view attribute) const;
+    /** The same, with an empty text for none. */
     std::string_view Text(std::string_view attribute) const;
+    /** The number that an attribute begins with, 0 for none. */
+    uint32_t Number(std::string_view attribute) const;
+    /** API index of the controller or enclosure; 0 for none. */
+    uint32_t ParentIndex() const;
     /** Does nothing when the kind lacks the attribute. */
-    void Put(std::string_view attribute, std::string value);
+    void Put(std::string_view attribute, std::string_view value);
+
+    bool operator==(const Object& other) const;
 };
 
 /** The state of the array: every object, in the order of the answers. Not guarded by itself. */

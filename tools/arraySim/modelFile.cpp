@@ -22,9 +22,9 @@ Json ObjectToJson(const Object& object) {
     if (object.kind->list->mixed) {
         json[kKindMember] = object.kind->name;
     }
-    for (size_t i = 0; i < object.values.size(); ++i) {
-        if (object.values[i]) {
-            json[object.kind->attributes[i].name] = *object.values[i];
+    for (const Attribute& attribute : object.kind->attributes) {
+        if (const std::optional<std::string_view> value = object.Value(attribute.name())) {
+            json[attribute.name()] = std::string(*value);
         }
     }
     return json;
@@ -47,9 +47,7 @@ class ObjectReader {
         if (!json.is_object()) {
             Fail("is no JSON object");
         }
-        Object object;
-        object.kind = &KindFor(json);
-        object.values.resize(object.kind->attributes.size());
+        Object object(KindFor(json));
         for (const auto& [name, value] : json.items()) {
             if (!(list_.mixed && name == kKindMember)) {
                 Take(object, name, value);
@@ -84,16 +82,17 @@ class ObjectReader {
         if (!value.is_string()) {
             Fail("has an attribute \"" + name + "\" that is no text");
         }
-        object.values[*position] = value.get<std::string>();
+        object.Put(object.kind->attributes[*position].name(), value.get<std::string>());
     }
 
     uint32_t IndexOf(const Object& object) const {
         if (!object.kind->key) {
             return 1;
         }
-        const std::optional<uint32_t> index = ReadUint32(object.values[*object.kind->key].value_or(""));
+        const std::string& key = object.kind->attributes[*object.kind->key].name();
+        const std::optional<uint32_t> index = ReadUint32(object.Text(key));
         if (!index) {
-            Fail("needs a number as \"" + object.kind->attributes[*object.kind->key].name + "\"");
+            Fail("needs a number as \"" + key + "\"");
         }
         return *index;
     }

@@ -28,20 +28,17 @@ constexpr const char* Word(bool value) {
 class ObjectBuilder {
   public:
     ObjectBuilder(const Kind& kind, const Place& place, Random random)
-        : place_(place), random_(random), template_(place, random_) {
-        object_.kind = &kind;
+        : place_(place), random_(random), template_(place, random_), object_(kind) {
         object_.index = place.index;
-        object_.values.resize(kind.attributes.size());
     }
 
     Object Build(const GivenValues& given) {
-        for (size_t i = 0; i < object_.values.size(); ++i) {
-            const Attribute& attribute = object_.kind->attributes[i];
+        for (const Attribute& attribute : object_.kind->attributes) {
             // The rule runs in any case: a given value must not shift the random numbers of the others.
-            object_.values[i] = Apply(attribute.rule);
+            object_.SetAttribute(attribute.name(), Apply(attribute.rule));
             for (const auto& [name, value] : given) {
-                if (CompareNoCase(name, attribute.name) == 0) {
-                    object_.values[i] = value;
+                if (CompareNoCase(name, attribute.name()) == 0) {
+                    object_.SetAttribute(attribute.name(), value);
                 }
             }
         }
@@ -115,7 +112,7 @@ std::string_view Given(const GivenValues& given, const std::string& attribute) {
 void PutUnderParent(const Model& model, const Kind& kind, const GivenValues& given, Place& place) {
     const Selection parents = *model.catalogue().Find(kind.ParentKind());
     const std::vector<Object>& candidates = model.Objects(*parents.list);
-    const std::string& attribute = kind.attributes[*kind.parent].name;
+    const std::string& attribute = kind.attributes[*kind.parent].name();
     const std::string_view wanted = Given(given, attribute);
     for (size_t i = 0; i < candidates.size(); ++i) {
         if (wanted.empty() || candidates[i].index == IndexIn(wanted)) {
@@ -126,7 +123,7 @@ void PutUnderParent(const Model& model, const Kind& kind, const GivenValues& giv
         }
     }
     for (const Object& sibling : model.Objects(*kind.list)) {
-        place.row += IndexIn(sibling.Text(attribute)) == place.parent_index ? 1 : 0;
+        place.row += sibling.ParentIndex() == place.parent_index ? 1 : 0;
     }
 }
 

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "apiMgmt/common/utils/stringUtil.h"
+#include "tools/arraySim/folderDisks.h"
 #include "tools/arraySim/incidents.h"
 #include "tools/arraySim/objectMaker.h"
 #include "tools/arraySim/presetTables.h"
@@ -144,9 +145,8 @@ class PresetBuilder {
     GivenValues DiskValues(uint32_t number) {
         const std::vector<Object>& folders = Objects("TsDiskFolder");
         const Object& folder = folders[number % folders.size()];
-        const std::string reference =
-            std::string(folder.Text("InstanceId")) + " TsDiskFolder " + std::string(folder.Text("Name"));
-        GivenValues values = {{"DiskFolderIndex", std::to_string(folder.index)}, {"DiskFolder", reference}};
+        GivenValues values = {{"DiskFolderIndex", std::to_string(folder.index)},
+                              {"DiskFolder", folder.GetInstanceText()}};
         if (number % kDisksPerSpare == kDisksPerSpare - 1) {
             values.insert(values.end(), {{"Spare", "True"}, {"ControlType", "Spare"}});
         }
@@ -157,9 +157,8 @@ class PresetBuilder {
         const Kind& kind = catalogue_.KindOf("TsDiskConfiguration");
         uint32_t row = 0;
         for (const Object& disk : Objects("TsDisk")) {
-            const int enclosure = ParseInt(std::string(disk.Text("EnclosureIndex")));
-            const Object* holder =
-                model_.Find(*catalogue_.Find("TsEnclosure"), static_cast<uint32_t>(enclosure));
+            const uint32_t enclosure = disk.ParentIndex();
+            const Object* holder = model_.Find(*catalogue_.Find("TsEnclosure"), enclosure);
             Add(kind, PlaceOf(disk.index, ++row),
                 {{"EnclosureIndex", std::to_string(enclosure)},
                  {"EnclosureName", std::string(holder->Text("Name"))},
@@ -171,32 +170,17 @@ class PresetBuilder {
         const Kind& kind = catalogue_.KindOf("TsDiskFolderStorageUsage");
         uint32_t row = 0;
         for (Object& folder : Objects("TsDiskFolder")) {
-            const std::string index = std::to_string(folder.index);
-            int64_t total = 0;
-            int64_t spare = 0;
-            uint32_t disks = 0;
-            uint32_t spares = 0;
-            for (const Object& disk : Objects("TsDisk")) {
-                if (disk.Text("DiskFolderIndex") == index) {
-                    const int64_t blocks = std::atoll(std::string(disk.Text("Size")).c_str());
-                    const bool is_spare = disk.Text("Spare") == "True";
-                    (is_spare ? spare : total) += blocks;
-                    ++disks;
-                    spares += is_spare ? 1 : 0;
-                }
-            }
-            folder.Put("DiskCount", std::to_string(disks));
-            folder.Put("ManagedCount", std::to_string(disks - spares));
-            folder.Put("SpareCount", std::to_string(spares));
+            const FolderSums sums = SumsOf(model_, folder);
+            ShowDiskCounts(folder, sums);
             Random random = Random::For(seed_, "usage", folder.index);
-            const int64_t used = total / 100 * random.Between(20, 85);
-            const int64_t allocated = used + (total - used) / 100 * random.Between(5, 60);
+            const int64_t used = sums.total / 100 * random.Between(20, 85);
+            const int64_t allocated = used + (sums.total - used) / 100 * random.Between(5, 60);
             Add(kind, PlaceOf(folder.index, ++row),
-                {{"TotalSpace", std::to_string(total)},
+                {{"TotalSpace", std::to_string(sums.total)},
                  {"UsedSpace", std::to_string(used)},
                  {"AllocatedSpace", std::to_string(allocated)},
-                 {"FreeSpace", std::to_string(total - used)},
-                 {"SpareSpace", std::to_string(spare)}});
+                 {"FreeSpace", std::to_string(sums.total - used)},
+                 {"SpareSpace", std::to_string(sums.spare)}});
         }
     }
 

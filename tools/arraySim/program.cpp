@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiEnumsIDStrList.h"
 #include "apiMgmt/common/utils/pathConstants.h"
 #include "tools/arraySim/controlSocket.h"
 #include "tools/arraySim/modelFile.h"
@@ -55,6 +56,20 @@ void AddModelOptions(CLI::App& command, ServeOptions& options) {
         ->capture_default_str();
 }
 
+/** An option that takes one of these names; the help shows the names alone. */
+template <class Value>
+void AddChoice(CLI::App& app, const std::string& option, Value& value, const std::string& meaning,
+               const std::map<std::string, Value>& choices, const std::string& shown_default) {
+    std::string names;
+    for (const auto& [name, each] : choices) {
+        names += (names.empty() ? "" : ",") + name;
+    }
+    app.add_option(option, value, meaning)
+        ->transform(CLI::CheckedTransformer(choices).description(""))
+        ->type_name("TEXT:{" + names + "}")
+        ->default_str(shown_default);
+}
+
 CLI::App* AddServe(CLI::App& app, ServeOptions& options) {
     CLI::App* serve = app.add_subcommand("serve", "Run the simulator until SIGINT, SIGTERM or `tell quit`");
     AddModelOptions(*serve, options);
@@ -70,11 +85,15 @@ CLI::App* AddServe(CLI::App& app, ServeOptions& options) {
     serve->add_option("--key", options.key,
                       "Session key that requests must carry; otherwise the first line of "
                       "/etc/wirelink.key");
+    std::map<std::string, int> privileges;
+    for (const ENUMRow& row : APIEnumsIDStrList::gUserPrivilegeEnumIdStrList) {
+        privileges.emplace(row.Description, row.Value);
+    }
+    AddChoice(*serve, "--privilege", options.privilege, "What the key allows", privileges, "Admin");
     const std::map<std::string, Spelling> spellings = {{"api", Spelling::kApi},
                                                        {"library", Spelling::kLibrary}};
-    serve->add_option("--spelling", options.spelling, "Object elements as tsDisk (api) or TsDisk (library)")
-        ->transform(CLI::CheckedTransformer(spellings))
-        ->default_str("api");
+    AddChoice(*serve, "--spelling", options.spelling, "Object elements as tsDisk (api) or TsDisk (library)",
+              spellings, "api");
     serve->add_option("--scenario", options.scenario_file, "Timeline to run; see README.md");
     serve
         ->add_option("--events", options.events_path,

@@ -6,7 +6,10 @@
 
 namespace arraysim {
 
-/** Reads a rule of data/objects.def, whose head lists them. Throws CatalogueError without a line. */
-Rule ParseRule(const std::string& text);
+/** The rule that a text of data/objects.def means for an attribute. Throws CatalogueError. */
+Rule ParseRule(const std::string& text, const BASEApiAttribute& attribute);
+
+/** What an attribute has that no line speaks of. */
+Rule DefaultRule(const Kind& kind, const BASEApiAttribute& attribute);
 
 }  // namespace arraysim

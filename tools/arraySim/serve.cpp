@@ -108,7 +108,7 @@ ExitStatus Run(const ServeOptions& options, const sigset_t& signals) {
     }
     Model model = LoadModel(options);
     const std::string ready = ReadyLine(options, model);
-    Simulator simulator(std::move(model), SessionKey(options), options.spelling);
+    Simulator simulator(std::move(model), {SessionKey(options), options.privilege}, options.spelling);
     Trace trace(stdout, options.trace);
     EventSender events(
         options.events_path, {}, [&trace](const SentEvent& event) { trace.PrintEvent(event); },

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "tools/arraySim/apiDocument.h"
+#include "tools/arraySim/answers.h"
 
 namespace arraysim {
 
@@ -15,7 +15,8 @@ struct ServeOptions {
     uint32_t serial = 64702;
     std::string socket_path = "/tmp/apimgr.sock";
     std::string control_path = "/tmp/arraySim.ctl";
-    std::string key;  ///< empty: the trusted key of this machine
+    std::string key;                       ///< empty: the trusted key of this machine
+    int privilege = USER_PRIVILEGE_ADMIN;  ///< of who has the key
     Spelling spelling = Spelling::kApi;
     std::string scenario_file;
     std::string events_path;  ///< where the daemon takes events; empty: they are not sent

@@ -1,7 +1,6 @@
 #include "tools/arraySim/simulator.h"
 
 #include "tools/arraySim/answers.h"
-#include "tools/arraySim/apiRequest.h"
 #include "tools/arraySim/events.h"
 
 namespace arraysim {
@@ -9,27 +8,6 @@ namespace arraysim {
 namespace {
 
 using protoIPCMsg::GPBIPCMsg;
-
-constexpr const char* kNoObject = "-";
-constexpr const char* kUnknownObject = "?";
-
-/** The command in the words of the statistics. */
-std::string CommandLabel(const std::string& command) {
-    for (const char* known : {"GetList", "Get", "Modify"}) {
-        if (command == known) {
-            return command;
-        }
-    }
-    return "other";
-}
-
-ApiAnswer FailureAnswer(const std::string& code, const std::string& text) {
-    ApiAnswer answer;
-    answer.successful = false;
-    answer.error_code = code;
-    answer.error_text = text;
-    return answer;
-}
 
 void BendEnvelope(const EnvelopeBend& bend, GPBIPCMsg& response) {
     if (bend.wrong_sequence) {
@@ -50,6 +28,11 @@ bool IsEvent(Verb verb) {
     return verb == Verb::kEvent || verb == Verb::kMisc || verb == Verb::kScsi;
 }
 
+/** Commands of the API that only look are asked often. */
+bool MayChangeStatus(const std::string& command) {
+    return !command.starts_with("Get");
+}
+
 /** Objects that come, go or are loaded are no event. */
 bool ChangesStatus(Verb verb) {
     return verb == Verb::kSet || verb == Verb::kFail || verb == Verb::kRecover;
@@ -57,86 +40,67 @@ bool ChangesStatus(Verb verb) {
 
 }  // namespace
 
-/** A message as far as it can be understood without the model. */
-struct Simulator::Question {
-    enum class Sort { kPing, kCommand, kOther };
-
-    Sort sort = Sort::kOther;
-    std::string command = "other";
-    std::string object = kNoObject;
-    ApiRequest request;
-    std::optional<ApiAnswer> failure;  ///< when the document is none
-};
-
-Simulator::Simulator(Model model, std::string session_key, Spelling spelling)
+Simulator::Simulator(Model model, Session session, Spelling spelling)
     : catalogue_(model.catalogue()),
-      session_key_(std::move(session_key)),
+      session_(std::move(session)),
       spelling_(spelling),
       model_(std::move(model)) {}
 
-Simulator::Question Simulator::Interpret(const GPBIPCMsg& message) const {
-    Question question;
-    if (message.msgtype() != protoIPCMsg::APIRequest || !message.has_apireqmsg()) {
-        return question;
-    }
-    const protoIPCMsg::APIReqMsg& request = message.apireqmsg();
-    if (request.cmdtype() == protoIPCMsg::Ping) {
-        question.sort = Question::Sort::kPing;
-        question.command = kPingTopic;
-    } else if (request.cmdtype() == protoIPCMsg::Command) {
-        question.sort = Question::Sort::kCommand;
-        try {
-            ParseApiRequest(request.cmd().cmddata(), question.request);
-        } catch (const ApiFailure& failure) {
-            question.failure = FailureAnswer(failure.code(), failure.what());
-        }
-        question.command = CommandLabel(question.request.command);
-        const bool known = catalogue_.FindRequestable(question.request.object).has_value();
-        question.object = known ? question.request.object : kUnknownObject;
-    }
-    return question;
-}
-
-ApiAnswer Simulator::AnswerCommand(const Question& question, const ExchangePlan& plan) {
+Answer Simulator::AnswerCommand(const Question& question, const ExchangePlan& plan) {
     if (plan.document.error) {
         return FailureAnswer(plan.document.error->first, plan.document.error->second);
     }
     if (question.failure) {
-        return *question.failure;
+        return FailureAnswer(question.failure->code(), question.failure->what());
     }
     ObjectStyle style = plan.style;
-    style.spelling = spelling_;
+    style.spelling = question.request.from_library ? Spelling::kClasses : spelling_;
     style.lite = question.request.IsLite();
-    try {
-        return CarryOut(model_, question.request, session_key_, style, plan.list);
-    } catch (const ApiFailure& failure) {
-        return FailureAnswer(failure.code(), failure.what());
+    std::optional<StatusWatch> watch;
+    if (hooks_.send_event && MayChangeStatus(question.request.command)) {
+        watch.emplace(model_);
+    }
+    Answer answer = CarryOut(model_, question.request, session_, style, plan.list);
+    if (watch) {
+        SendChanges(*watch);
+    }
+    return answer;
+}
+
+void Simulator::SendChanges(const StatusWatch& watch) {
+    for (std::string& event : watch.Changes(model_)) {
+        hooks_.send_event(std::move(event));
     }
 }
 
 Exchange Simulator::Handle(const GPBIPCMsg& request) {
-    const Question question = Interpret(request);
+    const Question question = Interpret(catalogue_, request);
     const bool is_command = question.sort == Question::Sort::kCommand;
 
     std::unique_lock<std::mutex> lock(mutex_);
     const ExchangePlan plan = PlanFor(faults_.TakeFor(is_command ? question.object : question.command));
-    const ApiAnswer answer = is_command ? AnswerCommand(question, plan) : ApiAnswer();
-    statistics_.CountExchange(question.command, question.object, answer.successful, !plan.faults.empty());
+    std::optional<Answer> answer;
+    std::string document;
+    if (is_command) {
+        answer = AnswerCommand(question, plan);
+        document = answer->result->GenerateResponseXml(question.Encoding());
+    }
+    statistics_.CountExchange(question.command, question.object, !answer || answer->successful(),
+                              !plan.faults.empty());
     exchanged_.notify_all();
     lock.unlock();
 
     Exchange exchange;
-    exchange.response = WriteResponse(question, answer, plan);
+    exchange.response = WriteResponse(question, std::move(document), plan);
     exchange.response.set_sequencenum(request.sequencenum());
     BendEnvelope(plan.envelope, exchange.response);
     exchange.delivery = plan.delivery;
-    exchange.record = RecordOf(question, answer, plan);
+    exchange.record = RecordOf(question, answer ? &*answer : nullptr, plan);
     exchange.record.sequence = request.sequencenum();
     return exchange;
 }
 
-GPBIPCMsg Simulator::WriteResponse(const Question& question, const ApiAnswer& answer,
-                                   const ExchangePlan& plan) {
+GPBIPCMsg Simulator::WriteResponse(const Question& question, std::string document, const ExchangePlan& plan) {
     GPBIPCMsg response;
     if (question.sort == Question::Sort::kOther) {
         response.set_msgtype(protoIPCMsg::EMPTY_RESP);
@@ -149,19 +113,18 @@ GPBIPCMsg Simulator::WriteResponse(const Question& question, const ApiAnswer& an
         message.mutable_ping()->set_pingdata(!plan.envelope.ping_false);
     } else {
         message.set_cmdtype(protoIPCMsg::Command);
-        message.mutable_cmd()->set_respdata(WriteDocument(answer, plan.document));
+        message.mutable_cmd()->set_respdata(BendDocument(std::move(document), plan.document));
     }
     return response;
 }
 
-ExchangeRecord Simulator::RecordOf(const Question& question, const ApiAnswer& answer,
-                                   const ExchangePlan& plan) {
+ExchangeRecord Simulator::RecordOf(const Question& question, const Answer* answer, const ExchangePlan& plan) {
     ExchangeRecord record;
     record.command = question.command;
     record.object = question.object;
     record.lite = question.request.IsLite();
-    record.objects = answer.objects;
-    record.outcome = answer.successful ? "ok" : answer.error_code;
+    record.objects = answer == nullptr ? 0 : answer->objects;
+    record.outcome = answer == nullptr || answer->successful() ? "ok" : answer->result->GetErrorCode();
     record.outcome += plan.faults.empty() ? "" : " fault:" + plan.faults;
     return record;
 }
@@ -204,9 +167,7 @@ std::string Simulator::Run(const Command& command) {
     CommandWorld world{model_, faults_, statistics_};
     std::string data = RunCommand(world, command);
     if (watch) {
-        for (std::string& event : watch->Changes(model_)) {
-            hooks_.send_event(std::move(event));
-        }
+        SendChanges(*watch);
     }
     if (command.verb == Verb::kStats && hooks_.describe_events) {
         data += hooks_.describe_events();

@@ -8,10 +8,11 @@
 #include <string_view>
 
 #include "apiMgmt/proto/apiMgrMsg.pb.h"
-#include "tools/arraySim/apiDocument.h"
 #include "tools/arraySim/commandRunner.h"
+#include "tools/arraySim/events.h"
 #include "tools/arraySim/exchangePlan.h"
 #include "tools/arraySim/model.h"
+#include "tools/arraySim/question.h"
 #include "tools/arraySim/statistics.h"
 
 namespace arraysim {
@@ -58,7 +59,7 @@ struct SimulatorHooks {
  */
 class Simulator {
   public:
-    Simulator(Model model, std::string session_key, Spelling spelling);
+    Simulator(Model model, Session session, Spelling spelling);
 
     /** Must be set before other threads use the simulator. */
     void SetHooks(SimulatorHooks hooks) { hooks_ = std::move(hooks); }
@@ -82,21 +83,20 @@ class Simulator {
     void StopWaiting();
 
   private:
-    struct Question;
-
     std::string Run(const Command& command);
     /** The trap command that a person has asked for. Throws CommandError when events are off. */
     std::string EventByHand(const Command& command) const;
 
-    Question Interpret(const protoIPCMsg::GPBIPCMsg& message) const;
-    ApiAnswer AnswerCommand(const Question& question, const ExchangePlan& plan);
-    static protoIPCMsg::GPBIPCMsg WriteResponse(const Question& question, const ApiAnswer& answer,
+    /** Carries a command out and reports what it changes. */
+    Answer AnswerCommand(const Question& question, const ExchangePlan& plan);
+    static protoIPCMsg::GPBIPCMsg WriteResponse(const Question& question, std::string document,
                                                 const ExchangePlan& plan);
-    static ExchangeRecord RecordOf(const Question& question, const ApiAnswer& answer,
-                                   const ExchangePlan& plan);
+    /** answer: null for what is no command. */
+    static ExchangeRecord RecordOf(const Question& question, const Answer* answer, const ExchangePlan& plan);
+    void SendChanges(const StatusWatch& watch);
 
     const Catalogue& catalogue_;
-    const std::string session_key_;
+    const Session session_;
     const Spelling spelling_;
     SimulatorHooks hooks_;
 

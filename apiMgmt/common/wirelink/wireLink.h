@@ -87,7 +87,8 @@ class WireLinkSocket {
     int descriptor_;
 };
 
-/** The calling side. The constructor connects and throws when nobody listens. */
+/** The calling side. The constructor connects and throws when nobody listens, or somebody who is neither root
+    nor the effective user. */
 class WireLinkClient : public WireLinkSocket {
   public:
     explicit WireLinkClient(const WireLinkEndpoint& endpoint);

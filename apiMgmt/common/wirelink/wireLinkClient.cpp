@@ -1,9 +1,11 @@
 #include <sys/socket.h>
 #include <sys/time.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 
+#include "apiMgmt/common/platform/peerUser.h"
 #include "apiMgmt/common/wirelink/localSocket.h"
 #include "apiMgmt/common/wirelink/wireLink.h"
 
@@ -17,6 +19,16 @@ void LimitConnect(const WireLinkEndpoint& endpoint, int descriptor, int remainin
         ThrowWireLinkError(endpoint, "cannot set the time limit", errno);
 }
 
+/** The folder of the sockets is open to all users: whoever is first may listen at a free path. A request holds the
+    session key, so it goes to a process of this user or of root alone. */
+void CheckPeer(const WireLinkEndpoint& endpoint, int descriptor) {
+    const std::optional<uid_t> user = PeerUser(descriptor);
+    if (!user)
+        ThrowWireLinkError(endpoint, "cannot find out who listens", errno);
+    if (*user != 0 && *user != geteuid())
+        ThrowWireLinkError(endpoint, "user " + std::to_string(*user) + " listens, who is not trusted");
+}
+
 int Connected(const WireLinkEndpoint& endpoint) {
     const sockaddr_un address = LocalAddress(endpoint);
     OwnedDescriptor descriptor = NewLocalSocket(endpoint);
@@ -24,8 +36,10 @@ int Connected(const WireLinkEndpoint& endpoint) {
     for (;;) {
         // At least one try of a millisecond: no limit at all is what 0 would mean to the kernel.
         LimitConnect(endpoint, descriptor.get(), std::max(deadline.RemainingMs(), 1));
-        if (connect(descriptor.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0)
+        if (connect(descriptor.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) {
+            CheckPeer(endpoint, descriptor.get());
             return descriptor.Release();
+        }
         if (errno != EINTR && errno != EAGAIN)
             ThrowWireLinkError(endpoint, "cannot connect", errno);
         if (deadline.RemainingMs() == 0)

@@ -39,7 +39,13 @@ MUTEXWrapper& subagent_log_mutex() {
 }
 
 int open_log_descriptor() {
-    return open(kSubagentLogFile, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, kLogFileMode);
+    const int descriptor = open(kSubagentLogFile, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, kLogFileMode);
+    // A file that was there before may be open to others.
+    struct stat status {};
+    if (descriptor >= 0 && fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) &&
+        (status.st_mode & ACCESSPERMS) != kLogFileMode)
+        fchmod(descriptor, kLogFileMode);
+    return descriptor;
 }
 
 FILE* open_log() {

@@ -14,6 +14,12 @@ SANITIZER_REPORTS = "/var/log/sanitizer"
 
 UP = "snmpSubagent is up and running."
 ENDED = "snmpSubagent is exiting."
+SNMPD_IS_LATE = "Unable to read_pid_file()"
+START_TRIES = 10
+
+
+class SnmpdIsLate(Exception):
+    pass
 
 
 class Daemon:
@@ -23,25 +29,43 @@ class Daemon:
 
     # --- starting
 
-    def start(self, wait=True, arguments=()):
-        """Starts it as a service: the call returns when it has gone into the background."""
+    def start(self, wait=True, arguments=(), line=UP):
+        """Starts it as a service: the call returns when it has gone into the background and, unless `wait` is false,
+        has written the line."""
         machine.write_file(machine.MODE_CONF, "isdebugmode=false\n")
-        self.begin_log()
-        self.foreground = None
-        status = subprocess.run([machine.DAEMON, *arguments], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                                stderr=subprocess.DEVNULL, env=self.environment(), check=False).returncode
-        if status != 0:
-            raise AssertionError(f"the daemon did not go into the background: status {status}")
-        return self.wait_until_served() if wait else self
+        return self.start_again_while_snmpd_is_late(lambda: self.launch(arguments), wait, line)
 
     def start_in_foreground(self, wait=True, configure=True):
         """Starts it in debug mode, so that its exit status can be read with wait_for_exit_status."""
         if configure:
             machine.write_file(machine.MODE_CONF, "isdebugmode=true\n")
-        self.begin_log()
+        return self.start_again_while_snmpd_is_late(self.launch_in_foreground, wait)
+
+    def start_again_while_snmpd_is_late(self, launch, wait, line=UP):
+        """snmpd gets a tenth of a second to write its process number. On a machine with more to do than it can that
+        may not be enough; then the daemon ends, and whoever watches over it starts it again."""
+        for _ in range(START_TRIES):
+            self.begin_log()
+            launch()
+            if not wait:
+                return self
+            try:
+                return self.wait_until_served(line=line)
+            except SnmpdIsLate:
+                if self.foreground:
+                    self.foreground.wait(30)
+        raise AssertionError(f"snmpd was late {START_TRIES} times")
+
+    def launch(self, arguments):
+        self.foreground = None
+        status = subprocess.run([machine.DAEMON, *arguments], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                                stderr=subprocess.DEVNULL, env=self.environment(), check=False).returncode
+        if status != 0:
+            raise AssertionError(f"the daemon did not go into the background: status {status}")
+
+    def launch_in_foreground(self):
         self.foreground = subprocess.Popen([machine.DAEMON], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                                            stderr=subprocess.DEVNULL, env=self.environment())
-        return self.wait_until_served() if wait else self
 
     @staticmethod
     def environment():
@@ -49,12 +73,13 @@ class Daemon:
         return {**os.environ, "ASAN_OPTIONS": options, "UBSAN_OPTIONS": options + ":print_stacktrace=1",
                 "TSAN_OPTIONS": options}
 
-    def wait_until_served(self, limit_s=60):
+    def wait_until_served(self, limit_s=60, line=UP):
         def is_up():
-            if UP in self.log():
+            if line in self.log():
                 return True
             if ENDED in self.log():
-                raise AssertionError("the daemon ended during its start")
+                late = SNMPD_IS_LATE in self.log()
+                raise SnmpdIsLate() if late else AssertionError("the daemon ended during its start")
             return False
 
         waiting.wait_until(is_up, "the daemon is up and running", limit_s)

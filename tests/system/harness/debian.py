@@ -107,7 +107,7 @@ class Debian:
         return subprocess.run(self.command(*words), stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                               stderr=subprocess.DEVNULL, check=False).returncode
 
-    def run(self, *words, check=True, limit_s=120):
+    def run(self, *words, check=True, limit_s=300):
         """What a program prints."""
         return machine.run(*self.command(*words), check=check, limit_s=limit_s)
 

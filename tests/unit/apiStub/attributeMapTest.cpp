@@ -21,6 +21,7 @@ TEST(AttributeMap, DoesWhatAnOrderedMapDoes) {
     const auto pick = [&](int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); };
     ATTRIBUTEMap map;
     Model model;
+    size_t position = 0;  // of the entry found last: seldom right, and never wrong
     for (int step = 0; step < 20000; ++step) {
         const std::string name(static_cast<size_t>(pick(3)), static_cast<char>(pick(256)));
         const std::string text(static_cast<size_t>(pick(100) == 0 ? 3000 : pick(40)),
@@ -30,6 +31,18 @@ TEST(AttributeMap, DoesWhatAnOrderedMapDoes) {
         const auto found = map.Find(name);
         ASSERT_TRUE(found);
         ASSERT_EQ(*found, text);
+        const std::string other(static_cast<size_t>(pick(3)), static_cast<char>(pick(256)));
+        const auto near = map.Find(other, position);
+        const auto expected = model.find(other);
+        ASSERT_EQ(near.has_value(), expected != model.end());
+        if (near) {
+            ASSERT_EQ(*near, expected->second);
+        }
+        if (pick(4) == 0) {
+            map.Remove(other);
+            model.erase(other);
+            ASSERT_FALSE(map.Contains(other));
+        }
         if (step % 500 == 0) {
             ASSERT_EQ(ContentOf(map), model);
             const ATTRIBUTEMap copy = map;

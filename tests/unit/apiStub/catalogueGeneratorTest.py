@@ -1,18 +1,14 @@
 """The generator of the objects' classes: a small catalogue with what is made of it, wrong ones with their message."""
 
-import contextlib
-import io
 import json
 import os
 import sys
-import tempfile
 import unittest
-from unittest import mock
 
 sys.dont_write_bytecode = True
-HERE = os.path.dirname(os.path.abspath(__file__))
-sys.path.insert(0, os.path.join(HERE, "../../.."))
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
+import generatorCase  # noqa: E402
 from apiMgmt.apiStub.apiSdk.objects.tessera.catalogueGenerator import __main__ as program  # noqa: E402
 
 ENUMERATIONS = """\
@@ -85,7 +81,8 @@ constexpr char kSourceFile[] = "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTs
     APITsLampSmashMethod::Description();
     APIHistoricalFilter::Attributes();
     APISpan::Attributes();
-    static const ENUMApiAttribute attribute("Colour", 12, false, "Colour of the lamp");
+    static const ENUMApiAttribute attribute(
+        "Colour", 12, false, "Colour of the lamp", APIEnumsIDStrList::gColourEnumIdStrList);
     SetEnumId(*this, ColourAttribute(), APIEnumsIDStrList::gColourEnumIdStrList, id);
     static const INTApiAttribute attribute("Hours", 20, false, 0, 9000, "Hours");
 void APITsLamp::SetHours(int64_t number) { SetTyped(*this, HoursAttribute(), number); }
@@ -123,6 +120,20 @@ COUNTS = {
     "TsEnclosureTemperatureSensor": (14, 4, 2), "TsObjectCount": (9, 2, 1), "TsRemoteTessera": (32, 5, 3),
     "TsServer": (28, 8, 8), "TsUps": (9, 5, 1), "TsVolume": (27, 26, 16),
 }
+
+FACTS_OF_REFERENCE = """\
+- [TsLamp](#tslamp): A lamp "over" the rack
+## TsLamp
+A lamp "over" the rack.
+`#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsLamp.h"`
+| `GetList` | reads | Reporter | `Filter` |
+| `Modify` | changes | VolumeManager | `InstanceId` `Colour` [`ShineTime`] [`TsSerialNumber`] |
+Associations: `Tessera`, `LampList`.
+| `Name` | Name | a text of 1 to 64 bytes without \\<\\>& |
+| `Status` | Status | a row of gStatusEnumIdStrList, by its id |
+## Span
+| `Ends` | Ends | a time |
+"""
 
 # A line of LAMP or METHOD_OBJECTS (its beginning), what stands there instead, and the message. The line number
 # is that of the line replaced, unless the message has one.
@@ -195,61 +206,22 @@ WRONG_METHOD_OBJECTS = [
 ]
 
 
-class GeneratorTest(unittest.TestCase):
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = folder.name
-
-    def path(self, name):
-        return os.path.join(self.folder, name)
-
-    def write(self, name, text):
-        os.makedirs(os.path.dirname(self.path(name)), exist_ok=True)
-        with open(self.path(name), "w", encoding="utf-8") as file:
-            file.write(text)
-
-    def read(self, name):
-        with open(self.path("out/" + name), encoding="utf-8") as file:
-            return file.read()
-
-    def run_program(self):
-        """Exit status and what was written to standard error."""
-        arguments = ["catalogueGenerator", "--data", self.path("data"), "--out", self.path("out")]
-        errors = io.StringIO()
-        with mock.patch.object(sys, "argv", arguments), contextlib.redirect_stderr(errors):
-            status = program.main()
-        return status, errors.getvalue()
-
+class GeneratorTest(generatorCase.GeneratorCase):
     def run_on(self, lamp=LAMP, method_objects=METHOD_OBJECTS):
         self.write("data/enumerations/colours.def", ENUMERATIONS)
         self.write("data/methodObjects.def", method_objects)
         self.write("data/objects/tsLamp.def", lamp)
-        return self.run_program()
+        return self.run_on_files()
 
-    def check_wrong(self, name, good, rows, run):
-        for beginning, instead, message in rows:
-            lines = good.split("\n")
-            number = next(i for i, line in enumerate(lines) if line.startswith(beginning))
-            lines[number] = instead
-            wanted = message if message.startswith(name) else f"{name}:{number + 1}: {message}"
-            with self.subTest(line=instead or f"without {beginning}"):
-                self.assertEqual(run("\n".join(lines)), (1, wanted + "\n"))
-                self.assertFalse(os.path.exists(self.path("out")))
+    def run_on_files(self):
+        return self.run_program(program, "--data", self.path("data"), "--out", self.path("out"))
 
     def test_tells_where_an_object_is_wrong(self):
-        self.check_wrong("tsLamp.def", LAMP, WRONG_LAMP, lambda text: self.run_on(lamp=text))
+        self.check_wrong_runs("tsLamp.def", LAMP, WRONG_LAMP, lambda text: self.run_on(lamp=text))
 
     def test_tells_where_method_objects_are_wrong(self):
-        self.check_wrong("methodObjects.def", METHOD_OBJECTS, WRONG_METHOD_OBJECTS,
-                         lambda text: self.run_on(method_objects=text))
-
-    def assert_in_order(self, text, facts):
-        place = 0
-        for fact in facts.strip("\n").split("\n"):
-            found = text.find(fact + "\n", place)
-            self.assertGreaterEqual(found, 0, f"missing, or not in its place: {fact}\n{text}")
-            place = found
+        self.check_wrong_runs("methodObjects.def", METHOD_OBJECTS, WRONG_METHOD_OBJECTS,
+                              lambda text: self.run_on(method_objects=text))
 
     def test_makes_the_classes(self):
         self.assertEqual(self.run_on(), (0, ""))
@@ -259,6 +231,10 @@ class GeneratorTest(unittest.TestCase):
         made = "".join(map(self.read, sorted(os.listdir(self.path("out")))))
         self.assertNotIn(self.folder, made)
 
+    def test_makes_the_reference(self):
+        self.assertEqual(self.run_on(), (0, ""))
+        self.assert_in_order(self.read("apiReference.md"), FACTS_OF_REFERENCE)
+
     def test_refuses_two_classes_of_one_name(self):
         self.write("data/objects/tsLampShade.def",
                    'object TsLampShade plain "A shade"\nattribute Name NAME 20 Name\ncommand Get reads Reporter\n')
@@ -267,7 +243,7 @@ class GeneratorTest(unittest.TestCase):
                              "well\n"))
 
     def test_counts_of_the_real_data(self):
-        data = os.path.join(HERE, "../../../apiMgmt/apiStub/apiSdk/objects/tessera/data")
+        data = os.path.join(generatorCase.ROOT, "apiMgmt/apiStub/apiSdk/objects/tessera/data")
         catalogue = program.read_catalogue(data)
         self.assertEqual({each.name: (len(each.attributes), len(each.commands), len(each.associations))
                           for each in catalogue.objects}, COUNTS)
@@ -278,7 +254,7 @@ class GeneratorTest(unittest.TestCase):
         self.assertEqual(self.run_on(lamp="# nothing\n"), (1, "tsLamp.def:1: the file holds no object\n"))
         os.remove(self.path("data/methodObjects.def"))
         self.write("data/objects/tsLamp.def", LAMP)
-        status, errors = self.run_program()
+        status, errors = self.run_on_files()
         self.assertEqual(status, 1)
         self.assertIn("methodObjects.def", errors)
 

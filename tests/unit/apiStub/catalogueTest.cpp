@@ -2,6 +2,7 @@
 
 #include <map>
 
+#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiAssociations.h"
 #include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsController.h"
 #include "apiMgmt/apiStub/base/apiAttributes/apiAttributes.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/apiMethodReturn.h"
@@ -328,6 +329,37 @@ TEST(Catalogue, ArgumentsHaveTheRulesOfTheirOwnCommand) {
         ASSERT_NE(attribute, nullptr) << row.key;
         EXPECT_EQ(Describe(*attribute), row.description) << row.key;
     }
+}
+
+TEST(Catalogue, RelationsAreFoundByName) {
+    std::map<std::string_view, size_t> relations;
+    for (const ASSOCIATIONEntry& entry : GetAssociations()) {
+        ++relations[entry.object];
+        const auto association = CreateAssociation(entry.object, entry.relation);
+        ASSERT_NE(association, nullptr) << entry.object << " " << entry.relation;
+        EXPECT_EQ(association->GetObjectName(), entry.object);
+        EXPECT_EQ(association->GetCommandName(), entry.relation);
+    }
+    EXPECT_EQ(relations["Tessera"], 112u);
+    EXPECT_EQ(relations["TsUps"], 1u);
+    EXPECT_EQ(relations.size(), kFamilies.size());
+    EXPECT_EQ(CreateAssociation("TsDisk", "enclosure"), nullptr);
+    EXPECT_EQ(CreateAssociation("TsVolume", "Enclosure"), nullptr);
+    EXPECT_EQ(CreateAssociation("TsDisk", "Get"), nullptr);
+}
+
+TEST(Catalogue, EnumerationsKnowTheirTables) {
+    const auto table_of = [](const char* object, const char* name) {
+        const BASEApiAttribute* attribute =
+            FindAttributeIn(Objects::Instance().Create(object)->GetAttributeList(), name);
+        return dynamic_cast<const ENUMTABLEApiAttribute&>(*attribute).GetTable();
+    };
+    EXPECT_EQ(table_of("TsDisk", "HealthMask").size(), 13u);
+    EXPECT_EQ(table_of("TsDisk", "ChildStatus").DescriptionOf(3), "Degraded");
+    EXPECT_EQ(table_of("TsAlert", "Category").DescriptionOf(5), "Hardware");
+    const auto mapping = MethodObjects::Instance().Create("TsAdvancedMapping");
+    const BASEApiAttribute* any_word = FindAttributeIn(mapping->GetAttributeList(), "HostCachePolicy");
+    EXPECT_EQ(dynamic_cast<const ENUMApiAttribute&>(*any_word).GetTable().size(), 0u);
 }
 
 TEST(Catalogue, ValidatesACallByTheRulesOfItsClass) {

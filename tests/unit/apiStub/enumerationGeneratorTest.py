@@ -1,23 +1,14 @@
-"""The generator of the enumerations: a small input with what is made of it, wrong lines with their message; and
-the simulated array's values held against the data."""
+"""The generator of the enumerations: a small input with what is made of it, wrong lines with their message."""
 
-import contextlib
-import io
 import os
 import sys
-import tempfile
 import unittest
-from unittest import mock
 
 sys.dont_write_bytecode = True
-ROOT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../../..")
-sys.path.insert(0, ROOT)
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
+import generatorCase  # noqa: E402
 from apiMgmt.apiStub.apiSdk.objects.tessera.enumerationGenerator import __main__ as program  # noqa: E402
-from apiMgmt.apiStub.apiSdk.objects.tessera.enumerationGenerator import model  # noqa: E402
-from apiMgmt.common.generator import reader  # noqa: E402
-
-DATA = os.path.join(ROOT, "apiMgmt/apiStub/apiSdk/objects/tessera/data")
 
 STATES = """\
 # States.
@@ -93,32 +84,19 @@ WRONG = (
 )
 
 
-class EnumerationGenerator(unittest.TestCase):
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = folder.name
-
-    def path(self, name):
-        return os.path.join(self.folder, name)
-
+class EnumerationGenerator(generatorCase.GeneratorCase):
     def run_on(self, **files):
         for name, text in files.items():
-            with open(self.path(f"{name}.def"), "w", encoding="utf-8") as file:
-                file.write(text)
-        errors = io.StringIO()
-        arguments = ["enumerationGenerator", "--data", self.folder, "--out", self.path("out")]
-        with mock.patch.object(sys, "argv", arguments), contextlib.redirect_stderr(errors):
-            return program.main(), errors.getvalue()
+            self.write(f"{name}.def", text)
+        return self.run_program(program, "--data", self.folder, "--out", self.path("out"))
 
-    def read(self, name):
-        with open(self.path("out/" + name), encoding="ascii") as file:
-            return file.read()
+    def read_ascii(self, name):
+        return self.read(name, encoding="ascii")
 
     def test_makes_the_tables(self):
         self.assertEqual(self.run_on(zones=ZONES, states=STATES), (0, ""))
-        self.assertIn(HEADER, self.read("apiEnumsIDStrList.h"))
-        self.assertTrue(self.read("apiEnumsIDStrList.cpp").endswith(SOURCE), self.read("apiEnumsIDStrList.cpp"))
+        self.assertIn(HEADER, self.read_ascii("apiEnumsIDStrList.h"))
+        self.assertTrue(self.read_ascii("apiEnumsIDStrList.cpp").endswith(SOURCE), self.read_ascii("apiEnumsIDStrList.cpp"))
 
     def test_leaves_equal_files_untouched(self):
         self.run_on(zones=ZONES)
@@ -139,38 +117,6 @@ class EnumerationGenerator(unittest.TestCase):
 
     def test_an_empty_folder_is_a_mistake(self):
         self.assertEqual(self.run_on(), (1, f"{self.folder}: there are no data files\n"))
-
-
-def enumerations_of_attributes():
-    """(object, attribute): the name of its enumeration."""
-    found = {}
-    folder = os.path.join(DATA, "objects")
-    for name in (name for name in os.listdir(folder) if name.endswith(".def")):
-        owner = None
-        for line in reader.read_lines(os.path.join(folder, name)):
-            if line.words[0] == "object":
-                owner = line.words[1]
-            elif line.words[0] == "attribute" and line.words[-1].startswith("table="):
-                found[owner, line.words[1]] = line.words[-1][len("table="):]
-    return found
-
-
-class SimulatedArray(unittest.TestCase):
-    def test_answers_with_identifiers_of_the_enumerations(self):
-        identifiers = {table.name: {row.description for row in table.rows}
-                       for table in model.read_folder(os.path.join(DATA, "enumerations"))}
-        enumerations = enumerations_of_attributes()
-        owner, checked = None, 0
-        with open(os.path.join(ROOT, "tools/arraySim/data/objects.def"), encoding="utf-8") as file:
-            for line in map(str.split, file):
-                if line[:1] == ["object"]:
-                    owner = line[1]
-                name = enumerations.get((owner, line[1])) if len(line) > 3 else None
-                if name and line[2] in ("pick", "text"):
-                    checked += 1
-                    words = " ".join(line[3:]).replace("|", " ").split()
-                    self.assertLessEqual(set(words), identifiers[name], f"{owner} {line[1]}")
-        self.assertGreater(checked, 20)
 
 
 if __name__ == "__main__":

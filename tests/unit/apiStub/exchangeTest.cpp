@@ -1,8 +1,6 @@
 #include <gmock/gmock.h>
 
-#include <functional>
 #include <memory>
-#include <thread>
 
 #include "apiMgmt/apiStub/base/apiObjects/base/connectionRecord.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/methodReturns.h"
@@ -10,6 +8,7 @@
 #include "apiMgmt/common/utils/generalUtils.h"
 #include "apiMgmt/proto/apiMgrMsg.pb.h"
 #include "tests/unit/apiStub/sampleClasses.h"
+#include "tests/unit/layers/fakeApiMgr.h"
 #include "tests/unit/layers/temporaryFolder.h"
 
 namespace {
@@ -35,49 +34,15 @@ namespace {
 using protoIPCMsg::GPBIPCMsg;
 using testing::HasSubstr;
 
-/** Serves connections one after the other, each with one exchange, as the API manager does. */
-class FakeApiMgr {
-  public:
-    /** answer: fills the response; returns false to close without one. */
-    FakeApiMgr(int connections, std::function<bool(const GPBIPCMsg&, GPBIPCMsg&)> answer)
-        : server_(Endpoint()), thread_([this, connections, answer = std::move(answer)] {
-              for (int i = 0; i < connections; ++i)
-                  Serve(answer);
-          }) {}
-    ~FakeApiMgr() { thread_.join(); }
-
-    /** What each connection sent; look at it once all have been served. */
-    std::vector<GPBIPCMsg> requests;
-
-  private:
-    void Serve(const std::function<bool(const GPBIPCMsg&, GPBIPCMsg&)>& answer) {
-        WireLinkServerConnection connection(Endpoint(), server_.Accept(nullptr, nullptr, 0));
-        GPBIPCMsg& request = requests.emplace_back();
-        GPBIPCMsg response;
-        if (connection.RecvGPBMsg(request) != 0 && answer(request, response)) {
-            connection.SendGPBMsg(response);
-            GPBIPCMsg more;
-            more_came_ |= connection.RecvGPBMsg(more) != 0;  // 0: the client has closed
-        }
-        EXPECT_FALSE(more_came_);
-    }
-
-    bool more_came_ = false;
-    WireLinkServer server_;
-    std::thread thread_;
-};
-
 bool AnswerWithOneDisk(const GPBIPCMsg& /*request*/, GPBIPCMsg& response) {
-    response.set_msgtype(protoIPCMsg::APIResp);
-    response.mutable_apirespmsg()->set_cmdtype(protoIPCMsg::Command);
-    response.mutable_apirespmsg()->mutable_cmd()->set_respdata(
-        "<lumapi><ApiMethodReturn><Successful>True</Successful></ApiMethodReturn>"
-        "<ReturnObjectArray><TsDisk><Index>5</Index></TsDisk></ReturnObjectArray></lumapi>");
+    SetDocument(response,
+                "<lumapi><ApiMethodReturn><Successful>True</Successful></ApiMethodReturn>"
+                "<ReturnObjectArray><TsDisk><Index>5</Index></TsDisk></ReturnObjectArray></lumapi>");
     return true;
 }
 
 TEST(Exchange, EachCallHasAConnectionOfItsOwn) {
-    FakeApiMgr manager(2, AnswerWithOneDisk);
+    FakeApiMgr manager(Endpoint(), 2, AnswerWithOneDisk);
     const sample::DiskGetList method;
     const ConnectionRecord connection = {"1.0", "user:pass", "token", "id", "10.0.0.9"};
     const std::map<std::string, std::string> blobs = {{"key", "data"}};
@@ -97,7 +62,7 @@ TEST(Exchange, EachCallHasAConnectionOfItsOwn) {
 }
 
 TEST(Exchange, AForeignAnswerIsAReturn) {
-    FakeApiMgr manager(1, [](const GPBIPCMsg&, GPBIPCMsg& response) {
+    FakeApiMgr manager(Endpoint(), 1, [](const GPBIPCMsg&, GPBIPCMsg& response) {
         response.set_msgtype(protoIPCMsg::EMPTY_RESP);
         return true;
     });
@@ -110,7 +75,7 @@ TEST(Exchange, AForeignAnswerIsAReturn) {
 TEST(Exchange, FailuresOfTheChannelPassThrough) {
     const sample::DiskGetList method;
     EXPECT_THROW(method.ExecuteWithSession("KEY", nullptr, ""), WireLinkError);  // nobody listens
-    FakeApiMgr manager(1, [](const GPBIPCMsg&, GPBIPCMsg&) { return false; });
+    FakeApiMgr manager(Endpoint(), 1, [](const GPBIPCMsg&, GPBIPCMsg&) { return false; });
     EXPECT_THROW(method.ExecuteWithSession("KEY", nullptr, ""), WireLinkError);  // closes instead
 }
 

@@ -24,8 +24,8 @@ class Commands : public testing::Test {
         return reply.text;
     }
 
-    Simulator simulator_{BuildPreset(Catalogue::Builtin(), *FindPreset("small"), 1, 64702), "key",
-                         Spelling::kApi};
+    Simulator simulator_{
+        BuildPreset(Catalogue::Builtin(), *FindPreset("small"), 1, 64702), {"key"}, Spelling::kApi};
 };
 
 TEST_F(Commands, MistakesAreNamedAndChangeNothing) {

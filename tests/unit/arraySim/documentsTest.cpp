@@ -1,5 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <memory>
+
+#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsDisk.h"
+#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsServer.h"
+#include "apiMgmt/apiStub/base/apiObjects/base/methodReturns.h"
+#include "tests/unit/arraySim/libraryChannel.h"
 #include "tests/unit/arraySim/requests.h"
 #include "tools/arraySim/modelFile.h"
 #include "tools/arraySim/simulator.h"
@@ -26,19 +32,16 @@ constexpr const char* kGood =
     "<ErrorDetail></ErrorDetail><LocalizedError></LocalizedError><ReturnObjectEncode>Xml</ReturnObjectEncode>"
     "<Successful>True</Successful><ObjectType>ApiMethodReturn</ObjectType></ApiMethodReturn>";
 
-std::string Failure(const std::string& code, const std::string& text) {
+std::string Failure(const std::string& code, const std::string& text, const std::string& detail = "") {
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<lumapi><ApiMethodReturn><Error>" + text +
-           "</Error><ErrorCode>" + code + "</ErrorCode><ErrorDetail></ErrorDetail><LocalizedError>" + text +
+           "</Error><ErrorCode>" + code + "</ErrorCode><ErrorDetail>" + detail +
+           "</ErrorDetail><LocalizedError>" + text +
            "</LocalizedError><ReturnObjectEncode>Xml</ReturnObjectEncode><Successful>False</Successful>"
            "<ObjectType>ApiMethodReturn</ObjectType></ApiMethodReturn></lumapi>";
 }
 
 class Documents : public testing::Test {
   protected:
-    static Simulator Make(Spelling spelling) {
-        return {ReadModel(Catalogue::Builtin(), kTinyArray), kTestKey, spelling};
-    }
-
     std::string Answer(const std::string& document) {
         const Exchange exchange = simulator_.Handle(CommandMessage(document, 41));
         EXPECT_EQ(exchange.response.msgtype(), protoIPCMsg::APIResp);
@@ -52,7 +55,7 @@ class Documents : public testing::Test {
         return Answer(RequestDocument(object, command, attributes));
     }
 
-    Simulator simulator_{ReadModel(Catalogue::Builtin(), kTinyArray), kTestKey, Spelling::kApi};
+    Simulator simulator_{ReadModel(Catalogue::Builtin(), kTinyArray), {kTestKey}, Spelling::kApi};
 };
 
 TEST_F(Documents, ListsHoldWholeObjectsEscaped) {
@@ -90,6 +93,31 @@ TEST_F(Documents, ServersStandMixedInTheOrderOfTheModel) {
                   "</ReturnObject></lumapi>");
 }
 
+TEST_F(Documents, ListsGiveWhatTheFilterLetsPass) {
+    EXPECT_EQ(Answer("TsDisk", "GetList", {{"Filter", "and Status = down-Index &gt; 5-"}, {"LiteObj", "1"}}),
+              std::string(kGood) +
+                  "<ReturnObjectArray><tsDisk><Healthy>False</Healthy><Index>9</Index>"
+                  "<Name>a&lt;b&gt;&amp;&apos;&quot;&#x0a;ö</Name><Status>Down</Status></tsDisk>"
+                  "</ReturnObjectArray></lumapi>");
+    EXPECT_EQ(Answer("TsServer", "GetList", {{"Filter", "or Name iqs ar-Index = 7-"}}),
+              std::string(kGood) +
+                  "<ReturnObjectArray><tsRemoteTessera><TsCreated>True</TsCreated><Index>2</Index>"
+                  "<Name>far</Name></tsRemoteTessera><tsPhysicalServer><Index>7</Index><Name>db</Name>"
+                  "</tsPhysicalServer></ReturnObjectArray></lumapi>");
+}
+
+TEST_F(Documents, ObjectsAreWrittenAsCsvWhenThatIsAskedFor) {
+    std::string document = RequestDocument("TsDisk", "GetList", {{"LiteObj", "1"}});
+    document.replace(document.find(">xml<"), 5, ">csv<");
+    std::string good = kGood;
+    good.replace(good.find(">Xml<"), 5, ">Csv<");
+    EXPECT_EQ(Answer(document),
+              good +
+                  "<ReturnObjectArray><Header>EnclosureIndex,Healthy,Index,Name,Status,StatusMessage</Header>"
+                  "<Data>3,,5,01-01,Up,:,False,9,a&lt;b&gt;&amp;&apos;&quot;&#x0a;ö,Down,:</Data>"
+                  "</ReturnObjectArray></lumapi>");
+}
+
 TEST_F(Documents, StorageUsageIsFoundByTheFoldersIndex) {
     EXPECT_EQ(Answer("TsDiskFolderStorageUsage", "Get", {{"InstanceId", "64702.6"}}),
               std::string(kGood) +
@@ -105,7 +133,7 @@ TEST_F(Documents, AnEmptyListIsNoFailureUnlessItIsOfUps) {
 
 TEST_F(Documents, LibrarySpellingKeepsTheCapital) {
     Simulator simulator =
-        Simulator(ReadModel(Catalogue::Builtin(), kTinyArray), kTestKey, Spelling::kLibrary);
+        Simulator(ReadModel(Catalogue::Builtin(), kTinyArray), {kTestKey}, Spelling::kLibrary);
     const Exchange exchange = simulator.Handle(
         CommandMessage(RequestDocument("TsDiskFolderStorageUsage", "Get", {{"InstanceId", "64702.6"}})));
     EXPECT_EQ(exchange.response.apirespmsg().cmd().respdata(),
@@ -133,7 +161,7 @@ TEST_F(Documents, RequestsThatCannotBeCarriedOutFailAndChangeNothing) {
     struct Case {
         std::string object, command;
         RequestAttributes attributes;
-        std::string code, text;
+        std::string code, text, detail = {};
     };
     const std::string long_name(65, 'x');
     const Case cases[] = {
@@ -155,7 +183,12 @@ TEST_F(Documents, RequestsThatCannotBeCarriedOutFailAndChangeNothing) {
          {},
          "MethodNotAvailable",
          "TsDiskFolderStorageUsage has no command &apos;GetList&apos;"},
-        {"TsDisk", "Get", {}, "InvalidValue", "Required attribute InstanceId not set"},
+        {"TsDisk", "Get", {}, "InvalidValue", "Required attribute InstanceId not set", "Code 10009"},
+        {"TsController",
+         "CacheCardGet",
+         {{"InstanceId", "64702.1"}},
+         "MethodNotAvailable",
+         "TsController has no command &apos;CacheCardGet&apos;"},
         {"TsDisk", "Get", {{"InstanceId", "64702.6"}}, "ObjectNotAvailable", "TsDisk 64702.6 does not exist"},
         {"TsDisk", "Get", {{"InstanceId", "64703.5"}}, "InvalidTessera", "Array 64703 is not known"},
         {"TsDisk",
@@ -168,40 +201,77 @@ TEST_F(Documents, RequestsThatCannotBeCarriedOutFailAndChangeNothing) {
          {{"InstanceId", "64702.5x"}},
          "InvalidArguments",
          "&apos;64702.5x&apos; is no instance of an object"},
-        {"TsDisk", "GetList", {{"Filter", "and Name = a-"}}, "InvalidArguments", "Filters are not answered"},
-        {"Tessera",
-         "Modify",
-         {{"InstanceId", "1"}, {"Name", "x"}},
-         "InvalidTessera",
-         "Array &apos;1&apos; is not known"},
+        {"TsDisk",
+         "GetList",
+         {{"Filter", "Name = a-"}},
+         "InvalidArguments",
+         "&apos;Name = a-&apos; is no filter"},
+        {"Tessera", "Modify", {{"InstanceId", "1"}, {"Name", "x"}}, "InvalidTessera", "Array 1 is not known"},
         {"Tessera", "Modify", {{"InstanceId", "64702"}}, "InvalidArguments", "Nothing to modify was given"},
         {"Tessera",
          "Modify",
          {{"InstanceId", "64702"}, {"Name", "x"}, {"Status", "Up"}},
          "InvalidArguments",
-         "Attribute Status cannot be modified"},
+         "Tessera Modify takes no attribute &apos;Status&apos;"},
         {"Tessera",
          "Modify",
          {{"InstanceId", "64702"}, {"Location", "x"}, {"Name", ""}},
          "ParsingError",
-         "Attribute &quot;Name&quot; was &quot;&quot; [0 characters long], but must be a string of 1 to 64 "
-         "characters"},
+         "Attribute &quot;Name&quot; was &quot;&quot; [0 characters long], but must be a string at least 1 "
+         "characters",
+         "Code 10763: Name, 1"},
         {"Tessera",
          "Modify",
          {{"InstanceId", "64702"}, {"Name", long_name}},
          "ParsingError",
          "Attribute &quot;Name&quot; was &quot;" + long_name +
-             "&quot; [65 characters long], but must be a string of 1 to 64 characters"},
+             "&quot; [65 characters long], but must be a string no more than 64 characters",
+         "Code 10764: Name, 64"},
         {"Tessera",
          "Modify",
          {{"InstanceId", "64702"}, {"Name", "a&amp;b"}},
          "ParsingError",
          "Attribute &quot;Name&quot; was &quot;a&amp;b&quot;, but cannot contain these characters: "
-         "&lt;&gt;&amp;"},
+         "&lt;&gt;&amp;",
+         "Code 10011: Name"},
+        {"Tessera",
+         "Modify",
+         {{"InstanceId", "64702"}, {"Location", "x"}, {"OperationMode", "Sleepy"}},
+         "InvalidValue",
+         "Attribute &quot;OperationMode&quot; was &quot;Sleepy&quot;, but must be of its enumeration"},
+        {"Tessera",
+         "Modify",
+         {{"InstanceId", "64702"}, {"Location", "x"}, {"ManagementIp", "1.2.3"}},
+         "InvalidValue",
+         "Attribute &quot;ManagementIp&quot; was &quot;1.2.3&quot;, but must be an address"},
+        {"TsVolume",
+         "MapToServer",
+         {{"InstanceId", "64702.1"}, {"Server", "64702.4"}},
+         "InvalidValue",
+         "Attribute &quot;Server&quot; was &quot;64702.4&quot;, but must be a reference: id, type and name "
+         "of an "
+         "object"},
+        {"TsVolume",
+         "Expand",
+         {{"InstanceId", "64702.1"}},
+         "InvalidValue",
+         "Required attribute ExpandAmount not set",
+         "Code 10009"},
+        {"TsDiskFolder",
+         "Create",
+         {{"DiskList", "64702.5 TsDisk 01-01:64702.6 TsDisk 01-02"}, {"Tessera", "64702 Tessera lab"}},
+         "ObjectNotAvailable",
+         "TsDisk 64702.6 does not exist"},
+        {"TsDiskFolder",
+         "RaidRebalance",
+         {{"Tessera", "64703 Tessera far"}},
+         "InvalidTessera",
+         "Array 64703 is not known"},
     };
     const std::string before = simulator_.Execute("dump").text;
     for (const Case& each : cases) {
-        EXPECT_EQ(Answer(each.object, each.command, each.attributes), Failure(each.code, each.text))
+        EXPECT_EQ(Answer(each.object, each.command, each.attributes),
+                  Failure(each.code, each.text, each.detail))
             << each.object << " " << each.command;
     }
     EXPECT_EQ(simulator_.Execute("dump").text, before);
@@ -213,6 +283,32 @@ TEST_F(Documents, TheKeyIsCheckedBeforeAnythingElse) {
                   Failure("IllegalSessionKey", "The session key is not known"))
             << key;
     }
+}
+
+TEST_F(Documents, TheKeyOfTheLibrarysOwnDocumentsIsCheckedAsWell) {
+    ChannelToSimulator channel(simulator_);
+    APITsDisk::APITsDiskGetListMethod method;
+    method.SetChannel(&channel);
+
+    const std::unique_ptr<BASEApiMethodReturn> good(method.ExecuteWithSession(kTestKey, nullptr, "en_US"));
+    const auto* list = dynamic_cast<const COMPObjectMethodReturn*>(good.get());
+    ASSERT_NE(list, nullptr);
+    ASSERT_EQ(list->GetObjects().size(), 2u);
+    EXPECT_EQ(list->GetObjects()[1]->GetAttribute("Name"), "a<b>&'\"\nö");
+
+    // Every server is of a class that the library has.
+    APITsServer::APITsServerGetListMethod servers;
+    servers.SetChannel(&channel);
+    const std::unique_ptr<BASEApiMethodReturn> mixed(servers.ExecuteWithSession(kTestKey, nullptr, ""));
+    const auto* all = dynamic_cast<const COMPObjectMethodReturn*>(mixed.get());
+    ASSERT_NE(all, nullptr);
+    ASSERT_EQ(all->GetObjects().size(), 3u);
+    EXPECT_EQ(all->GetObjects()[1]->GetObjectName(), "TsRemoteTessera");
+
+    const std::unique_ptr<BASEApiMethodReturn> bad(method.ExecuteWithSession("TEST+KEY", nullptr, ""));
+    ASSERT_NE(bad, nullptr);
+    EXPECT_FALSE(bad->GetSuccessful());
+    EXPECT_EQ(bad->GetErrorCode(), "IllegalSessionKey");
 }
 
 TEST_F(Documents, WhatIsNoRequestDocumentIsAParsingError) {
@@ -240,8 +336,9 @@ TEST_F(Documents, OtherFormsOfRequestAreRefused) {
         const char *old_text, *new_text, *code;
     };
     const Case cases[] = {{">Method<", ">Association<", "MethodNotAvailable"},
+                          {">Method<", ">Rumour<", "MethodNotAvailable"},
                           {"<Async>false<", "<Async>true<", "InvalidArguments"},
-                          {">xml<", ">csv<", "InvalidArguments"}};
+                          {">xml<", ">json<", "InvalidArguments"}};
     for (const Case& each : cases) {
         std::string document = good;
         document.replace(document.find(each.old_text), std::string(each.old_text).size(), each.new_text);

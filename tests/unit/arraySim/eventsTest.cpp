@@ -51,8 +51,8 @@ class Events : public testing::Test {
     }
 
     std::vector<std::string> events_;
-    Simulator simulator_{BuildPreset(Catalogue::Builtin(), *FindPreset("small"), 1, 64702), kTestKey,
-                         Spelling::kApi};
+    Simulator simulator_{
+        BuildPreset(Catalogue::Builtin(), *FindPreset("small"), 1, 64702), {kTestKey}, Spelling::kApi};
 };
 
 /** The preset's indexes differ from its rows, so one that is taken for the other shows. */

@@ -58,8 +58,8 @@ class Faults : public testing::Test {
     }
 
     TestFolder folder_;
-    Simulator simulator_{BuildPreset(Catalogue::Builtin(), *FindPreset("small"), 1, 64702), kTestKey,
-                         Spelling::kApi};
+    Simulator simulator_{
+        BuildPreset(Catalogue::Builtin(), *FindPreset("small"), 1, 64702), {kTestKey}, Spelling::kApi};
     WireLinkEndpoint endpoint_ = WireLinkEndpoint::CreateLocalEndpoint(folder_ / "api", 900, 5242880);
     Service service_{simulator_, folder_ / "api", [](const ServedExchange&) {}};
 };

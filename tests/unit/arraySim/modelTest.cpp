@@ -33,7 +33,7 @@ size_t Count(const Model& model, const char* kind) {
 std::map<std::string, size_t> CountByParent(const Model& model, const Kind& kind) {
     std::map<std::string, size_t> counts;
     for (const Object& object : model.Objects(*kind.list)) {
-        ++counts[*object.values[*kind.parent]];
+        ++counts[std::to_string(object.ParentIndex())];
     }
     return counts;
 }
@@ -97,7 +97,8 @@ TEST(Presets, IndexesAreUniqueRiseWithGapsAndDifferFromRows) {
             for (const Object& object : model.Objects(list)) {
                 EXPECT_TRUE(seen.insert(object.index).second) << list.name << " " << object.index;
                 if (object.kind->key) {
-                    EXPECT_EQ(object.values[*object.kind->key], std::to_string(object.index)) << list.name;
+                    const std::string& key = object.kind->attributes[*object.kind->key].name();
+                    EXPECT_EQ(object.Text(key), std::to_string(object.index)) << list.name;
                 }
             }
         }
@@ -173,10 +174,10 @@ TEST(Catalogue, ReducedObjectsHoldWhatTheDaemonReads) {
         std::set<std::string> reduced, expected = reads[name];
         for (const Attribute& attribute : kind.attributes) {
             if (attribute.in_reduced) {
-                reduced.insert(attribute.name);
+                reduced.insert(attribute.name());
             }
-            if (keys.count(attribute.name) > 0) {
-                expected.insert(attribute.name);
+            if (keys.count(attribute.name()) > 0) {
+                expected.insert(attribute.name());
             }
         }
         EXPECT_EQ(reduced, expected) << kind.name;
@@ -188,34 +189,45 @@ TEST(Catalogue, MistakesNameTheirLine) {
         const char *text, *error;
     };
     const Case cases[] = {
-        {"object A rows 2\n  also Index index\n  also Index index x",
-         "objects.def:3: rule 'index x' is not complete"},
-        {"# head\nobject A", "objects.def:2: 'A' needs `rows N` or `in LIST`"},
-        {"object A rows 1\n  also X wish", "objects.def:2: unknown rule 'wish'"},
-        {"object A rows 1\n  also X number 5..2", "objects.def:2: rule 'number 5..2' is not complete"},
-        {"object A rows 1\n  use nothing", "objects.def:2: no run 'nothing' stands above"},
-        {"  also X empty", "objects.def:1: no object or run of attributes is open"},
-        {"object A rows 1 keyed nothing\n  also X same Y", "objects.def:2: A: 'Y' does not stand above X"},
-        {"object A rows 1\n  also X empty", "objects.def:2: A has no attribute 'Index' to be keyed by"},
-        {"object A in B", "objects.def:1: no list 'B' stands above"},
-        {"object A rows 1 sideways", "objects.def:1: 'sideways' does not fit here"},
-        {"object A rows 1\nobject A rows 1", "objects.def:2: 'A' stands already"},
+        {"object TsUps rows 2\n  also Index index\n  also Index index x",
+         "objects.def:3: attribute 'Index' stands already"},
+        {"# head\nobject TsUps", "objects.def:2: 'TsUps' needs `rows N` or `in LIST`"},
+        {"object TsMoon rows 1", "objects.def:1: the API has no object 'TsMoon'"},
+        {"object TsUps rows 1\n  also Colour red", "objects.def:2: TsUps has no attribute 'Colour'"},
+        {"object TsUps rows 1\n  also Type Elephant", "objects.def:2: 'Elephant' is no Type"},
+        {"object TsUps rows 1\n  also Type APC|Elephant", "objects.def:2: 'Elephant' is no Type"},
+        {"object TsUps rows 1\n  also Type row 9", "objects.def:2: Type has no row 9"},
+        {"object TsUps rows 1\n  also BatteryLife 5..2",
+         "objects.def:2: the range 5..2 ends before it begins"},
+        {"object TsUps rows 1\n  use nothing", "objects.def:2: no run 'nothing' stands above"},
+        {"values run\n  also Index index\n  also Moon 1\nobject TsUps rows 1\n  use run",
+         "objects.def:3: TsUps has no attribute 'Moon'"},
+        {"  also X empty", "objects.def:1: no object is open"},
+        {"object TsUps rows 1\n  also IpAddress =Name",
+         "objects.def:2: TsUps: 'Name' does not stand above IpAddress"},
+        {"object TsUps rows 1 keyed Colour", "objects.def:1: TsUps has no attribute 'Colour' to be keyed by"},
+        {"object TsUps rows 1\n  own Name 5",
+         "objects.def:2: an attribute of the array's own reads: own ATTR LONGEST, and has a new name"},
+        {"object TsUps in B", "objects.def:1: no list 'B' stands above"},
+        {"object TsUps rows 1 sideways", "objects.def:1: 'sideways' does not fit here"},
+        {"object TsUps rows 1\nobject TsUps rows 1", "objects.def:2: 'TsUps' stands already"},
         {"make A", "objects.def:1: unknown word 'make'"},
         {"  event 202 1 2 3 of index",
          "objects.def:1: an event stands once below a list, or an object that is no part of one"},
-        {"list L rows 1\nobject A in L\n  event 202 1 2 3 of index",
+        {"list TsServer rows 1\nobject TsNearServer in TsServer\n  event 202 1 2 3 of index",
          "objects.def:3: an event stands once below a list, or an object that is no part of one"},
-        {"object A rows 1\n  event 202 1 2 of index",
+        {"object TsUps rows 1\n  event 202 1 2 of index",
          "objects.def:2: an event reads: event TRAP ID ID ID of A [B [C]] [watches ATTR=GOOD]"},
-        {"object A rows 1\n  event 202 1 2 3 of watches X=Y",
+        {"object TsUps rows 1\n  event 202 1 2 3 of watches X=Y",
          "objects.def:2: an event reads: event TRAP ID ID ID of A [B [C]] [watches ATTR=GOOD]"},
-        {"object A rows 1\n  event 202 1 2 3 of 1 2 3 4",
+        {"object TsUps rows 1\n  event 202 1 2 3 of 1 2 3 4",
          "objects.def:2: an event reads: event TRAP ID ID ID of A [B [C]] [watches ATTR=GOOD]"},
-        {"object A rows 1\n  event 202 1 2 3 of column", "objects.def:2: 'column' is no number of an event"},
-        {"object A rows 1 keyed nothing\n  event 202 1 2 3 of 1\n  also X empty",
-         "objects.def:3: A: its event watches 'Status', which it has not"},
-        {"object A rows 1 keyed nothing\n  event 202 1 2 3 of parent\n  also Status empty",
-         "objects.def:3: A: its event speaks of a parent, which it has not"},
+        {"object TsUps rows 1\n  event 202 1 2 3 of column",
+         "objects.def:2: 'column' is no number of an event"},
+        {"object TsObjectCount rows 1 keyed nothing\n  event 202 1 2 3 of 1",
+         "objects.def:2: TsObjectCount: its event watches 'Status', which it has not"},
+        {"object TsUps rows 1\n  event 202 1 2 3 of parent",
+         "objects.def:2: TsUps: its event speaks of a parent, which it has not"},
     };
     for (const Case& each : cases) {
         try {
@@ -231,7 +243,7 @@ TEST(ModelFile, DumpAndLoadGiveTheSameModel) {
     for (const char* preset : {"small", "typical"}) {
         Model model = Build(preset);
         At(model, "TsDisk", 12).Put("Notes", "");
-        At(model, "TsDisk", 12).values[2].reset();
+        At(model, "TsDisk", 12).RemoveAttribute("DiskClassIndex");
         At(model, "TsDisk", 13).Put("Name", "line\nfeed \"quote\" \\ ö");
         const Model loaded = ReadModel(Catalogue::Builtin(), WriteModel(model));
         EXPECT_TRUE(loaded == model) << preset;

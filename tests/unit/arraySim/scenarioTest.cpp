@@ -53,8 +53,8 @@ class Scenarios : public testing::Test {
         return Run(ParseScenario(Catalogue::Builtin(), "test", text));
     }
 
-    Simulator simulator_{BuildPreset(Catalogue::Builtin(), *FindPreset("typical"), 1, 64702), kTestKey,
-                         Spelling::kApi};
+    Simulator simulator_{
+        BuildPreset(Catalogue::Builtin(), *FindPreset("typical"), 1, 64702), {kTestKey}, Spelling::kApi};
     JumpingPace pace_{simulator_};
     std::vector<std::string> lines_;
 };

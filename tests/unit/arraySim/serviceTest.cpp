@@ -51,8 +51,8 @@ class Services : public testing::Test {
     std::mutex mutex_;
     std::vector<ServedExchange> served_;
     TestFolder folder_;
-    Simulator simulator_{BuildPreset(Catalogue::Builtin(), *FindPreset("small"), 1, 64702), kTestKey,
-                         Spelling::kApi};
+    Simulator simulator_{
+        BuildPreset(Catalogue::Builtin(), *FindPreset("small"), 1, 64702), {kTestKey}, Spelling::kApi};
     WireLinkEndpoint endpoint_ = WireLinkEndpoint::CreateLocalEndpoint(folder_ / "api", 900, 5242880);
     Service service_{simulator_, folder_ / "api",
                      [this](const ServedExchange& exchange) { Observe(exchange); }};
@@ -145,7 +145,7 @@ TEST_F(Services, TheTraceTellsWhatWasServed) {
 
 TEST(FullArray, TheAlertListFitsAndIsWhole) {
     TestFolder folder;
-    Simulator simulator(BuildPreset(Catalogue::Builtin(), *FindPreset("full"), 1, 64702), kTestKey,
+    Simulator simulator(BuildPreset(Catalogue::Builtin(), *FindPreset("full"), 1, 64702), {kTestKey},
                         Spelling::kApi);
     Service service(simulator, folder / "api", [](const ServedExchange&) {});
     service.Start();
@@ -160,8 +160,8 @@ TEST(FullArray, TheAlertListFitsAndIsWhole) {
 class Controls : public testing::Test {
   protected:
     TestFolder folder_;
-    Simulator simulator_{BuildPreset(Catalogue::Builtin(), *FindPreset("small"), 1, 64702), kTestKey,
-                         Spelling::kApi};
+    Simulator simulator_{
+        BuildPreset(Catalogue::Builtin(), *FindPreset("small"), 1, 64702), {kTestKey}, Spelling::kApi};
     ControlServer control_{simulator_, folder_ / "ctl"};
 };
 

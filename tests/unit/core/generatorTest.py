@@ -1,17 +1,13 @@
 """The generator of the MIB tables: small inputs with what is made of them, wrong ones with their message."""
 
-import contextlib
-import io
 import os
 import sys
-import tempfile
 import unittest
-from unittest import mock
 
 sys.dont_write_bytecode = True
-HERE = os.path.dirname(os.path.abspath(__file__))
-sys.path.insert(0, os.path.join(HERE, "../../.."))
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
+import generatorCase  # noqa: E402
 from apiMgmt.snmpSubagent.snmpSubagentMibParser.generator import __main__ as program  # noqa: E402
 
 COLUMNS = """\
@@ -129,7 +125,7 @@ WRONG_COLUMNS = [
      "a table has parents=0 exactly when it has parent=none"),
     ("table   disk", "table disk R.3 parent=none parents=0 rows=0 min=1", "'0' is no number of at least 1"),
     ("table   disk", "table disk R.3 parent=none parents=0 rows=5 min=-1", "'-1' is no number of at least 0"),
-    ("table   disk", "", "a column line stands below no table"),
+    ("table   disk", "", "8: a column line stands below no table"),
     ("table   fan", "table disk R.4 parent=none parents=0 rows=5 min=1", "table 'disk' stands there twice"),
     ("scalar  worst", "table empty R.6 parent=none parents=0 rows=1 min=0", "table 'empty' has no columns"),
     ("  column  diskStatus", "  column diskStatus x enumeration attribute", "'x' is no number of at least 1"),
@@ -142,7 +138,7 @@ WRONG_COLUMNS = [
 WRONG_REFRESH = [
     ("refresh tsDisk", "refresh tsDisk", "expected: refresh OBJECT TABLE"),
     ("refresh tsDisk", "refresh tsDisk disc", "there is no table 'disc'"),
-    ("refresh tsDisk", "", "an attribute line stands below no refresh line"),
+    ("refresh tsDisk", "", "2: an attribute line stands below no refresh line"),
     ("refresh tsFan", "refresh tsFan disk", "table 'disk' is filled already at line 1"),
     ("  Status", "  Status", "expected: ATTRIBUTE COLUMN [POST-PROCESS]"),
     ("  Status", "  Status diskState", "there is no column 'diskState'"),
@@ -152,37 +148,15 @@ WRONG_REFRESH = [
 ]
 
 
-class GeneratorTest(unittest.TestCase):
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = folder.name
-
-    def path(self, name):
-        return os.path.join(self.folder, name)
-
+class GeneratorTest(generatorCase.GeneratorCase):
     def run_on(self, columns, refresh):
-        """Exit status and what was written to standard error."""
-        for name, text in (("columns.def", columns), ("refresh.def", refresh)):
-            with open(self.path(name), "w", encoding="utf-8") as file:
-                file.write(text)
-        arguments = ["generator", "--columns", self.path("columns.def"), "--refresh", self.path("refresh.def"),
-                     "--traps", os.devnull, "--out", self.path("out")]
-        errors = io.StringIO()
-        with mock.patch.object(sys, "argv", arguments), contextlib.redirect_stderr(errors):
-            status = program.main()
-        return status, errors.getvalue()
+        self.write("columns.def", columns)
+        self.write("refresh.def", refresh)
+        return self.run_generator(self.path("columns.def"), self.path("refresh.def"), os.devnull)
 
-    def read(self, name):
-        with open(self.path("out/" + name), encoding="utf-8") as file:
-            return file.read()
-
-    def assert_in_order(self, text, facts):
-        place = 0
-        for fact in facts.strip("\n").split("\n"):
-            found = text.find(fact + "\n", place)
-            self.assertGreaterEqual(found, 0, f"missing, or not in its place: {fact}\n{text}")
-            place = found
+    def run_generator(self, columns, refresh, traps):
+        return self.run_program(program, "--columns", columns, "--refresh", refresh, "--traps", traps,
+                                "--out", self.path("out"))
 
     def test_makes_the_tables(self):
         self.assertEqual(self.run_on(COLUMNS, REFRESH), (0, ""))
@@ -201,35 +175,19 @@ class GeneratorTest(unittest.TestCase):
         self.run_on(COLUMNS + "# a comment\n", REFRESH)
         self.assertEqual(os.stat(self.path("out/mibColumns.h")).st_mtime, 1)
 
-    def check_wrong(self, name, good, rows, run):
-        for beginning, instead, message in rows:
-            lines = good.split("\n")
-            number = next(i for i, line in enumerate(lines) if line.startswith(beginning))
-            lines[number] = instead
-            with self.subTest(line=instead or f"without {beginning}"):
-                status, errors = run("\n".join(lines))
-                wanted = message if message.startswith((name, "refresh.def:")) else f"{name}:{number + 1}: {message}"
-                if not instead and wanted == f"{name}:{number + 1}: {message}":
-                    wanted = f"{name}:{number + 2}: {message}"  # the line behind the missing one
-                self.assertEqual((status, errors), (1, wanted + "\n"))
-                self.assertFalse(os.path.exists(self.path("out")))
-
     def test_tells_where_columns_are_wrong(self):
-        self.check_wrong("columns.def", COLUMNS, WRONG_COLUMNS, lambda text: self.run_on(text, REFRESH))
+        self.check_wrong_runs("columns.def", COLUMNS, WRONG_COLUMNS, lambda text: self.run_on(text, REFRESH))
 
     def test_tells_where_refreshes_are_wrong(self):
-        self.check_wrong("refresh.def", REFRESH, WRONG_REFRESH, lambda text: self.run_on(COLUMNS, text))
+        self.check_wrong_runs("refresh.def", REFRESH, WRONG_REFRESH, lambda text: self.run_on(COLUMNS, text))
 
     def test_missing_files_and_too_many_columns(self):
         status, errors = self.run_on(
             "".join(f"scalar s{i} 1.{i} integer constant 1\n" for i in range(257)), "")
         self.assertEqual((status, errors), (1, "a column number must fit one byte: there are more than 256 columns\n"))
-        with mock.patch.object(sys, "argv", ["generator", "--columns", self.path("none"), "--refresh",
-                                             self.path("none"), "--traps", self.path("none"), "--out", self.path("out")]):
-            errors = io.StringIO()
-            with contextlib.redirect_stderr(errors):
-                self.assertEqual(program.main(), 1)
-            self.assertIn("none", errors.getvalue())
+        status, errors = self.run_generator(*[self.path("none")] * 3)
+        self.assertEqual(status, 1)
+        self.assertIn("none", errors)
 
 
 if __name__ == "__main__":

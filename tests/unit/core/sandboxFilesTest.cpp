@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -12,6 +13,9 @@
 #include <thread>
 #include <vector>
 
+#include "apiMgmt/common/utils/generalUtils.h"
+#include "apiMgmt/common/wirelink/wireLink.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentComm/snmpSubagentComm.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/diagnostics.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
@@ -60,6 +64,16 @@ TEST_F(LogFile, LineHasAHeaderUnlessItsLevelIsZero) {
     EXPECT_EQ(take(), "raw\n\n");
     subagent_log(7, "f", "o", 1, "%s", "");
     EXPECT_EQ(take(), "11/14/2023 22:13:20  f: o(1): ");
+}
+
+TEST_F(LogFile, ThatOthersCouldReadIsClosedToThem) {
+    write_file(kLog, "before\n");
+    ASSERT_EQ(chmod(kLog, 0644), 0);
+    subagent_log(0, "f", "o", 1, "after\n");
+    struct stat status {};
+    ASSERT_EQ(stat(kLog, &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0600U);
+    EXPECT_EQ(take(), "before\nafter\n");
 }
 
 TEST_F(LogFile, MessageIsCutAt3999Characters) {
@@ -230,6 +244,35 @@ TEST(Settings, AreReadAsTheyStand) {
     const string log = read_file(kLog);
     EXPECT_NE(log.find("): conf_controllerIndexThis is not 1 or 2: 3\n"), string::npos);
     EXPECT_EQ(log.find('\n'), log.size() - 1) << log;
+}
+
+// Another user was first at the API manager's path. Runs until it is killed.
+pid_t start_impostor() {
+    int ready[2];
+    EXPECT_EQ(pipe(ready), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+        if (setuid(65534) != 0)
+            _exit(1);
+        const WireLinkServer server(GENERALUtils::GetEndpoint(ENDPOINT_APIMGR));
+        [[maybe_unused]] const ssize_t told = write(ready[1], "", 1);
+        for (;;)
+            pause();
+    }
+    char byte;
+    EXPECT_EQ(read(ready[0], &byte, 1), 1);
+    close(ready[0]);
+    close(ready[1]);
+    return child;
+}
+
+TEST_F(LogFile, TellsOfAnotherUserAtTheApiManagersSocketWhoIsAskedNothing) {
+    const pid_t impostor = start_impostor();
+    EXPECT_EQ(SnmpSubagentComm().TryOpenSocketToApiMgr(), 1);
+    EXPECT_NE(take().find("/tmp/apimgr.sock: user 65534 listens, who is not trusted"), string::npos);
+    kill(impostor, SIGKILL);
+    waitpid(impostor, nullptr, 0);
+    std::filesystem::remove("/tmp/apimgr.sock");
 }
 
 }  // namespace

@@ -6,9 +6,9 @@ import tempfile
 import unittest
 
 sys.dont_write_bytecode = True
-HERE = os.path.dirname(os.path.abspath(__file__))
-sys.path.insert(0, os.path.join(HERE, "../../.."))
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
+import generatorCase  # noqa: E402
 from apiMgmt.common.generator import reader  # noqa: E402
 from apiMgmt.snmpSubagent.snmpSubagentMibParser.generator import model, renderTraps, traps  # noqa: E402
 
@@ -125,7 +125,7 @@ WRONG = [
 ]
 
 
-class TrapsGeneratorTest(unittest.TestCase):
+class TrapsGeneratorTest(generatorCase.FactsCase):
     def lines_of(self, name, text):
         with tempfile.NamedTemporaryFile("w", suffix=name, encoding="utf-8") as file:
             file.write(text)
@@ -138,11 +138,7 @@ class TrapsGeneratorTest(unittest.TestCase):
 
     def test_makes_the_catalogue(self):
         catalogue = self.build(TRAPS)
-        text, place = renderTraps.render_catalogue(catalogue), 0
-        for fact in FACTS_OF_CATALOGUE.strip("\n").split("\n"):
-            found = text.find(fact + "\n", place)
-            self.assertGreaterEqual(found, 0, f"missing, or not in its place: {fact}\n{text}")
-            place = found
+        self.assert_in_order(renderTraps.render_catalogue(catalogue), FACTS_OF_CATALOGUE)
         self.assertIn("int diskForceTrap_set(int32_t var_index);\nint partForceTrap_set(",
                       renderTraps.render_handlers_header(catalogue))
         self.assertIn("int partForceTrap_set(int32_t var_index) {\n"
@@ -150,16 +146,12 @@ class TrapsGeneratorTest(unittest.TestCase):
                       renderTraps.render_handlers(catalogue))
 
     def test_tells_where_a_line_is_wrong(self):
-        for beginning, instead, message in WRONG:
-            lines = TRAPS.split("\n")
-            number = next(i for i, line in enumerate(lines) if line.startswith(beginning))
-            lines[number] = instead
-            if not message.startswith("columns.def:"):
-                message = "traps.def:" + (message if message[0].isdigit() else f"{number + 1}: {message}")
-            with self.subTest(line=instead or f"without {beginning}"):
-                with self.assertRaises(reader.DataError) as caught:
-                    self.build("\n".join(lines))
-                self.assertEqual(str(caught.exception), message)
+        def check(text, message):
+            with self.assertRaises(reader.DataError) as caught:
+                self.build(text)
+            self.assertEqual(str(caught.exception), message)
+
+        self.check_wrong("traps.def", TRAPS, WRONG, check)
 
 
 if __name__ == "__main__":

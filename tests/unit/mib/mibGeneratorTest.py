@@ -1,17 +1,13 @@
 """The generator of the MIB modules: a small array with what is made of it, wrong descriptions with their message."""
 
-import contextlib
-import io
 import os
 import sys
-import tempfile
 import unittest
-from unittest import mock
 
 sys.dont_write_bytecode = True
-HERE = os.path.dirname(os.path.abspath(__file__))
-sys.path.insert(0, os.path.join(HERE, "../../.."))
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
+import generatorCase  # noqa: E402
 from mib.generator import __main__ as program  # noqa: E402
 
 COLUMNS = """\
@@ -214,53 +210,23 @@ WRONG = [
 ]
 
 
-class GeneratorTest(unittest.TestCase):
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = folder.name
-        os.makedirs(self.path("data/descriptions"))
-
-    def path(self, name):
-        return os.path.join(self.folder, name)
-
+class GeneratorTest(generatorCase.GeneratorCase):
     def run_on(self, descriptions, columns=COLUMNS, traps=TRAPS):
-        """Exit status and what was written to standard error."""
         for name, text in (("columns.def", columns), ("refresh.def", REFRESH), ("traps.def", traps),
                            ("descriptions/a.def", descriptions)):
-            with open(self.path("data/" + name), "w", encoding="utf-8") as file:
-                file.write(text)
-        arguments = ["generator", "--data", self.path("data"), "--out", self.path("out")]
-        errors = io.StringIO()
-        with mock.patch.object(sys, "argv", arguments), contextlib.redirect_stderr(errors):
-            status = program.main()
-        return status, errors.getvalue()
-
-    def read(self, name):
-        with open(self.path("out/" + name), encoding="utf-8") as file:
-            return file.read()
+            self.write("data/" + name, text)
+        return self.run_program(program, "--data", self.path("data"), "--out", self.path("out"))
 
     def test_makes_the_module(self):
         self.assertEqual(self.run_on(DESCRIPTIONS), (0, ""))
-        text, place = self.read("SMALL-MIB.txt"), 0
-        for fact in FACTS.strip("\n").split("\n"):
-            found = text.find(fact + "\n", place)
-            self.assertGreaterEqual(found, 0, f"missing, or not in its place: {fact}\n{text}")
-            place = found
+        text = self.read("SMALL-MIB.txt")
+        self.assert_in_order(text, FACTS)
         self.assertNotIn("sysServices", text)
         self.assertIn("sysServices", self.read("mib-reference.md"))
         self.assertIn("::= { enterprises 27405 }\n", self.read("SMALL-OLD-MIB.txt"))
 
     def test_tells_where_descriptions_are_wrong(self):
-        for beginning, instead, message in WRONG:
-            lines = DESCRIPTIONS.split("\n")
-            number = next(i for i, line in enumerate(lines) if line.startswith(beginning))
-            lines[number] = instead
-            with self.subTest(line=instead or f"without {beginning}"):
-                has_place = message.startswith(("a.def:", "the descriptions"))
-                wanted = message if has_place else f"a.def:{number + 1}: {message}"
-                self.assertEqual(self.run_on("\n".join(lines)), (1, wanted + "\n"))
-                self.assertFalse(os.path.exists(self.path("out")))
+        self.check_wrong_runs("a.def", DESCRIPTIONS, WRONG, self.run_on)
 
     def test_nothing_is_left_without_a_description(self):
         table = "table late R.50 parent=none parents=0 rows=1 min=0\n  column lateNbr 2 unsigned computed\n"

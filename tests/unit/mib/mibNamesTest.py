@@ -2,6 +2,7 @@
 Usage: mibNamesTest.py FOLDER-OF-THE-MODULES"""
 
 import os
+import re
 import subprocess
 import sys
 import tempfile
@@ -12,6 +13,8 @@ HERE = os.path.dirname(os.path.abspath(__file__))
 ROOT = os.path.normpath(os.path.join(HERE, "../../.."))
 sys.path.insert(0, ROOT)
 
+sys.path.insert(0, HERE)
+import moduleFacts  # noqa: E402  (found through the line above)
 from apiMgmt.common.generator import reader  # noqa: E402
 from apiMgmt.snmpSubagent.snmpSubagentMibParser.generator import model, traps  # noqa: E402
 
@@ -22,7 +25,7 @@ ENTERPRISE, OLD_ENTERPRISE = "1.3.6.1.4.1.913.11000.2000.500.1", "1.3.6.1.4.1.27
 modules_folder = None
 
 
-def translate(words, *options, modules=MODULE):
+def translate(words, *options, modules=MODULE, lines_each=1):
     """What snmptranslate makes of each word; its complaints fail the test."""
     with tempfile.TemporaryDirectory() as home:  # no settings of the user's, and none left behind
         os.mkdir(os.path.join(home, "cert_indexes"))  # the tool says so when it has to make it
@@ -30,7 +33,7 @@ def translate(words, *options, modules=MODULE):
                               stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False,
                               env={**os.environ, "SNMPCONFPATH": home, "SNMP_PERSISTENT_DIR": home})
     lines = [line for line in done.stdout.split("\n") if line]
-    if done.returncode != 0 or done.stderr or len(lines) != len(words):
+    if done.returncode != 0 or done.stderr or lines_each and len(lines) != len(words):
         raise AssertionError(f"status {done.returncode}, {len(lines)} of {len(words)} lines: {done.stderr[:2000]}")
     return lines
 
@@ -84,6 +87,16 @@ class NamesTest(unittest.TestCase):
         self.assert_translated(oids, names)
         # The number and order of the indexes are those of the module.
         self.assert_translated(oids, map(bracketed, names), "-OX")
+
+    def test_enumerations_are_those_that_other_tools_read(self):
+        facts = moduleFacts.read(os.path.join(modules_folder, MODULE + ".txt"))["nodes"]
+        enumerated = [name for name, node in facts.items() if node["enumeration"]]
+        self.assertGreater(len(enumerated), 30)
+        details = "\n".join(translate([f"{MODULE}::{name}" for name in enumerated], "-Td", lines_each=None))
+        shown = re.findall(r"SYNTAX\s+INTEGER {(.*)}", details)
+        self.assertEqual(len(shown), len(enumerated))
+        for name, text in zip(enumerated, shown):
+            self.assertEqual(text.replace(",", ""), moduleFacts.numbers(facts[name]["enumeration"]), name)
 
     def test_the_older_number_is_known(self):
         self.assert_translated([f".{OLD_ENTERPRISE}.2.13.1.3.1"],

@@ -195,19 +195,6 @@ class FilesTest(unittest.TestCase):
         self.assertIn("Total Errors:   0", said)
         self.assertRegex(said, r"Checked [4-9] services", said)
 
-    def test_every_notification_has_its_events(self):
-        """SNMPTT reads the file; of the notifications of the MIB module none is missing."""
-        with open(os.path.join(build_folder, "mib", "VORN-LUMIVANT-TESSERA-MIB.txt"), encoding="utf-8") as file:
-            notifications = set(re.findall(r"^(\w+) NOTIFICATION-TYPE", file.read(), re.MULTILINE))
-        self.assertGreater(len(notifications), 10)
-        ini = os.path.join(self.folder, "snmptt.ini")
-        with open(ini, "w", encoding="utf-8") as file:
-            file.write("[General]\nmode = standalone\n[Logging]\n[SQL]\n[Exec]\n[Debugging]\n[TrapFiles]\n"
-                       f"snmptt_conf_files = <<END\n{path('snmptt', 'tessera.conf')}\nEND\n")
-        said = run("snmptt", f"--ini={ini}", "--dump")
-        for name in notifications:
-            self.assertRegex(said, rf"\b{name}\b")
-
 
 if __name__ == "__main__":
     build_folder = sys.argv.pop(1)

@@ -101,6 +101,21 @@ bool INSTANCEIDApiAttribute::MatchesFilter(const FILTERItem& item, const std::st
 
 // ---- ENUMApiAttribute, ENUMMASKApiAttribute ----
 
+ENUMTABLEApiAttribute::ENUMAttributeProperties::ENUMAttributeProperties(const std::string& name,
+                                                                        uint32_t width, bool first,
+                                                                        const std::string& text,
+                                                                        ENUMTable rows)
+    : BASEAttributeProperties(name, width, first, false, text), table(rows) {}
+
+ENUMTABLEApiAttribute::ENUMTABLEApiAttribute(const std::string& xmlName, uint32_t displayWidth,
+                                             bool firstFlag, const std::string& label, ENUMTable rows)
+    : BASEApiAttribute(
+          std::make_unique<ENUMAttributeProperties>(xmlName, displayWidth, firstFlag, label, rows)) {}
+
+const ENUMTable& ENUMTABLEApiAttribute::GetTable() const {
+    return static_cast<const ENUMAttributeProperties&>(GetProperties()).table;
+}
+
 bool ENUMApiAttribute::MatchesFilter(const FILTERItem& item, const std::string& text) const {
     return HasBothSides(item, text) && item.filterOperator == filter_operator::kEqual &&
            CompareNoCase(FromText(text), FromText(item.PlainValue())) == 0;

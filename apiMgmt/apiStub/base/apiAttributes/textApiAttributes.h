@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "apiMgmt/apiStub/base/apiAttributes/baseApiAttribute.h"
+#include "apiMgmt/apiStub/base/apiAttributes/enumRow.h"
 
 /** Attributes that hold texts, words of enumerations and lists of them. Lengths are in bytes. */
 
@@ -54,10 +55,26 @@ class INSTANCEIDApiAttribute : public STRINGApiAttribute {
     bool MatchesFilter(const FILTERItem& item, const std::string& text) const override;
 };
 
-/** The `Description` of a row of an enumeration. */
-class ENUMApiAttribute : public BASEApiAttribute {
+/** What the attributes of enumerations have in common: the table that their words come from, without rows
+    where any word will do. It is there to be read: no value is refused for it. */
+class ENUMTABLEApiAttribute : public BASEApiAttribute {
   public:
-    using BASEApiAttribute::BASEApiAttribute;
+    class ENUMAttributeProperties : public BASEAttributeProperties {
+      public:
+        ENUMAttributeProperties(const std::string& xmlName, uint32_t displayWidth, bool firstFlag,
+                                const std::string& label, ENUMTable rows);
+        ENUMTable table;
+    };
+
+    ENUMTABLEApiAttribute(const std::string& xmlName, uint32_t displayWidth, bool firstFlag,
+                          const std::string& label, ENUMTable rows = {});
+    const ENUMTable& GetTable() const;
+};
+
+/** The `Description` of a row of an enumeration. */
+class ENUMApiAttribute : public ENUMTABLEApiAttribute {
+  public:
+    using ENUMTABLEApiAttribute::ENUMTABLEApiAttribute;
     bool MatchesFilter(const FILTERItem& item, const std::string& text) const override;
 
     std::string ToText(const std::string& description) const { return description; }
@@ -65,9 +82,9 @@ class ENUMApiAttribute : public BASEApiAttribute {
 };
 
 /** Several of an enumeration's descriptions, separated by blanks. */
-class ENUMMASKApiAttribute : public BASEApiAttribute {
+class ENUMMASKApiAttribute : public ENUMTABLEApiAttribute {
   public:
-    using BASEApiAttribute::BASEApiAttribute;
+    using ENUMTABLEApiAttribute::ENUMTABLEApiAttribute;
     bool MatchesFilter(const FILTERItem&, const std::string&) const override { return false; }
 
     std::string ToText(const std::vector<std::string>& descriptions) const;

@@ -108,6 +108,9 @@ void log_record(const OutstandingTrap& record) {
 void check_outstanding_traps() {
     if (outstandingTraps.empty() || ClockNowUs() - lastTrapCheckTime_us < kSecondUs)
         return;
+    // Events since the last look may have taken away the record at the cursor and all behind it.
+    if (outstandingTrapCursor >= outstandingTraps.size())
+        outstandingTrapCursor = 0;
     for (;;) {
         const walk next = check_at_cursor();
         if (next == walk::stay || !move_on() || next == walk::on_end)

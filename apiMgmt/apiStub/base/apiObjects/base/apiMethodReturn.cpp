@@ -30,7 +30,8 @@ const STRINGApiAttribute& APIApiMethodReturn::ErrorAttribute() {
 }
 
 const ENUMApiAttribute& APIApiMethodReturn::ErrorCodeAttribute() {
-    static const ENUMApiAttribute attribute("ErrorCode", 25, false, "Error Code");
+    static const ENUMApiAttribute attribute("ErrorCode", 25, false, "Error Code",
+                                            APIEnumsIDStrList::gErrorStateEnumIdStrList);
     return attribute;
 }
 
@@ -40,7 +41,8 @@ const STRINGApiAttribute& APIApiMethodReturn::ErrorDetailAttribute() {
 }
 
 const ENUMApiAttribute& APIApiMethodReturn::LocaleAttribute() {
-    static const ENUMApiAttribute attribute("Locale", 25, false, "Locale");
+    static const ENUMApiAttribute attribute("Locale", 25, false, "Locale",
+                                            APIEnumsIDStrList::gLanguageLocaleEnumIdStrList);
     return attribute;
 }
 
@@ -50,7 +52,8 @@ const STRINGApiAttribute& APIApiMethodReturn::LocalizedErrorAttribute() {
 }
 
 const ENUMApiAttribute& APIApiMethodReturn::ReturnObjectEncodeAttribute() {
-    static const ENUMApiAttribute attribute("ReturnObjectEncode", 25, false, "Return Object Encode");
+    static const ENUMApiAttribute attribute("ReturnObjectEncode", 25, false, "Return Object Encode",
+                                            APIEnumsIDStrList::gObjectReturnEncodeEnumIdStrList);
     return attribute;
 }
 

@@ -19,10 +19,25 @@ void ATTRIBUTEMap::Set(std::string_view name, std::string_view text) {
 }
 
 std::optional<std::string_view> ATTRIBUTEMap::Find(std::string_view name) const {
-    const size_t position = LowerBound(name);
+    size_t position = entries.size();
+    return Find(name, position);
+}
+
+std::optional<std::string_view> ATTRIBUTEMap::Find(std::string_view name, size_t& position) const {
+    if (position < entries.size() && NameOf(entries[position]) == name)
+        return TextOf(entries[position]);
+    position = LowerBound(name);
     if (position == entries.size() || NameOf(entries[position]) != name)
         return std::nullopt;
     return TextOf(entries[position]);
+}
+
+void ATTRIBUTEMap::Remove(std::string_view name) {
+    const size_t position = LowerBound(name);
+    if (position == entries.size() || NameOf(entries[position]) != name)
+        return;
+    wasted += entries[position].nameLength + entries[position].textLength;
+    entries.erase(entries.begin() + static_cast<std::ptrdiff_t>(position));
 }
 
 void ATTRIBUTEMap::Clear() {

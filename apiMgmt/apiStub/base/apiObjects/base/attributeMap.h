@@ -21,7 +21,13 @@ class ATTRIBUTEMap {
     void Set(std::string_view name, std::string_view text);
 
     std::optional<std::string_view> Find(std::string_view name) const;
+    /** Looks at a position first, where an entry of that name stood in another map of the same sort, and
+        leaves it where it found one in this map. */
+    std::optional<std::string_view> Find(std::string_view name, size_t& position) const;
     bool Contains(std::string_view name) const { return Find(name).has_value(); }
+
+    /** Does nothing when there is no such entry. */
+    void Remove(std::string_view name);
 
     /** Forgets all entries. */
     void Clear();

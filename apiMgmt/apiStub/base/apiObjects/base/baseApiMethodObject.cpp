@@ -24,8 +24,7 @@ std::string BASEApiMethodObject::ToXml(bool escape) const {
     for (const BASEApiAttribute* attribute : GetAttributeList()) {
         const auto text = attributes.Find(attribute->GetXmlName());
         if (text)
-            AppendElement(xml, attribute->GetXmlName(),
-                          escape ? EscapeXml(std::string(*text), false) : *text);
+            AppendElement(xml, attribute->GetXmlName(), *text, escape);
     }
     return xml.append("</").append(object).append(">");
 }

@@ -26,12 +26,17 @@ std::string BASEApiMethodReturn::ReturnXml(int /*encoding*/) const {
     return {};
 }
 
+void BASEApiMethodReturn::AppendReturnXml(std::string& document, int encoding) const {
+    document += ReturnXml(encoding);
+}
+
 std::string BASEApiMethodReturn::GenerateResponseXml(int encoding) {
     SetReturnObjectEncode(encoding);
     std::string document = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<lumapi>";
     AppendXml(document);
-    document += ReturnXml(encoding);
-    return document + "</lumapi>";
+    AppendReturnXml(document, encoding);
+    document += "</lumapi>";
+    return document;
 }
 
 void BASEApiMethodReturn::ToStream(std::ostream& stream) const {

@@ -30,6 +30,9 @@ class BASEApiMethodReturn : public APIApiMethodReturn {
      */
     virtual std::string ReturnXml(int encoding) const;
 
+    /** The same, appended to a document. */
+    virtual void AppendReturnXml(std::string& document, int encoding) const;
+
     /** The whole document. Stores the encoding in the status. */
     std::string GenerateResponseXml(int encoding);
 

@@ -64,8 +64,7 @@ void BASEApiObject::AppendXml(std::string& xml) const {
     for (const BASEApiAttribute* attribute : GetAttributeList()) {
         const auto text = attributes.Find(attribute->GetXmlName());
         if (text)
-            AppendElement(xml, attribute->GetXmlName(),
-                          escapes ? EscapeXml(std::string(*text), false) : *text);
+            AppendElement(xml, attribute->GetXmlName(), *text, escapes);
     }
     xml.append("</").append(object).append(">");
 }

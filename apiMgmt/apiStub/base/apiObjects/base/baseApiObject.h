@@ -42,8 +42,13 @@ class BASEApiObject {
     bool HasAttribute(std::string_view name) const { return attributes.Contains(name); }
 
     const ATTRIBUTEMap& GetAttributes() const { return attributes; }
+    /** Does nothing when the attribute is absent. */
+    void RemoveAttribute(std::string_view name) { attributes.Remove(name); }
     /** Takes away all of them, those of the constructor included. */
     void ClearAttributes() { attributes.Clear(); }
+
+    /** Whether values have to be escaped in documents; those of one object are markup already. */
+    bool EscapesValues() const;
 
     /** The object as an element. Attributes without a descriptor are left out. */
     std::string ToXml() const;
@@ -81,9 +86,9 @@ class BASEApiObject {
     explicit BASEApiObject(const std::string& objectName);
     BASEApiObject(const BASEApiObject&) = default;
     BASEApiObject& operator=(const BASEApiObject&) = default;
+    BASEApiObject(BASEApiObject&&) noexcept = default;
+    BASEApiObject& operator=(BASEApiObject&&) noexcept = default;
 
   private:
-    bool EscapesValues() const;
-
     ATTRIBUTEMap attributes;
 };

@@ -3,13 +3,32 @@
 #include <string>
 #include <string_view>
 
+#include "apiMgmt/common/utils/stringUtil.h"
+
 /** Pieces of documents, appended without any white space. */
 
-inline void AppendElement(std::string& xml, std::string_view name, std::string_view text) {
+/** Most values need no escaping, and a long list has some hundred thousand of them. */
+inline void AppendEscaped(std::string& xml, std::string_view text) {
+    for (const char c : text) {
+        const bool special =
+            static_cast<unsigned char>(c) < 32 || c == '<' || c == '>' || c == '&' || c == '\'' || c == '"';
+        if (special) {
+            xml += EscapeXml(std::string(text), false);
+            return;
+        }
+    }
+    xml += text;
+}
+
+inline void AppendElement(std::string& xml, std::string_view name, std::string_view text,
+                          bool escape = false) {
     xml += '<';
     xml += name;
     xml += '>';
-    xml += text;
+    if (escape)
+        AppendEscaped(xml, text);
+    else
+        xml += text;
     xml += "</";
     xml += name;
     xml += '>';

@@ -7,6 +7,7 @@
 
 #include "apiMgmt/apiStub/base/apiObjects/base/baseApiMethodObject.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/baseApiMethodReturn.h"
+#include "apiMgmt/apiStub/base/apiObjects/base/objectForm.h"
 
 /** Answers with a result, a class for each kind. All are successes unless their status is set otherwise. A
    method that is handed to a constructor belongs to the return from then on. */
@@ -67,6 +68,11 @@ class COMPObjectMethodReturn : public BASEApiMethodReturn {
 
     /** A list is written without the objects that the filter of its method keeps out. */
     std::string ReturnXml(int encoding) const override;
+    void AppendReturnXml(std::string& document, int encoding) const override;
+
+    /** How the objects are written; null, as at first, as their classes say. Lent: it must outlive the
+        writing. */
+    void SetForm(const OBJECTForm* lent) { form = lent; }
 
     /** The one object, which stays here; null for a list. */
     BASEApiObject* GetObject() const;
@@ -74,7 +80,7 @@ class COMPObjectMethodReturn : public BASEApiMethodReturn {
     /**
      * Takes an object, replacing all others or behind them. Null is ignored, and without replace so is a
      * second object where there is no list. Returns whether the object was taken: only then it belongs to the
-     * return. No object may be in a list twice.
+     * return. No object that is owned may be in a list twice.
      */
     bool AddObject(BASEApiObject* object, bool replace);
 
@@ -91,8 +97,10 @@ class COMPObjectMethodReturn : public BASEApiMethodReturn {
 
   private:
     void DropObjectsExcept(std::vector<BASEApiObject*> kept);
+    void AppendObjects(std::string& document, int encoding, const std::vector<BASEApiObject*>& written) const;
 
     std::vector<BASEApiObject*> objects;
+    const OBJECTForm* form = nullptr;
 };
 
 /** Structured values: one, or a list. */

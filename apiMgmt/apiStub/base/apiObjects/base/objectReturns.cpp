@@ -5,6 +5,7 @@
 #include "apiMgmt/apiStub/base/apiAttributes/filterList.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/getListApiMethod.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/methodReturns.h"
+#include "apiMgmt/apiStub/base/apiObjects/base/objectWriter.h"
 
 namespace {
 
@@ -58,21 +59,24 @@ std::unique_ptr<FILTERList> FilterOf(const BASEApiMethod* method) {
     return std::unique_ptr<FILTERList>(list_method == nullptr ? nullptr : list_method->GetFilter());
 }
 
-std::string XmlOf(const std::vector<BASEApiObject*>& objects) {
-    std::string xml;
-    for (const BASEApiObject* object : objects)
-        object->AppendXml(xml);
-    return xml;
-}
-
-std::string CsvOf(const std::vector<BASEApiObject*>& objects) {
-    const ATTRIBUTENames names = BASEApiObject::MergeAttributeNames(objects);
-    std::string csv = BASEApiObject::HeaderText(names) + "<Data>";
+/** The names in the CSV form: what the objects hold and, where a form says so, no more than that shows. */
+ATTRIBUTENames NamesOf(const std::vector<BASEApiObject*>& objects, const OBJECTForm* form) {
+    ATTRIBUTENames held = BASEApiObject::MergeAttributeNames(objects);
+    if (form == nullptr)
+        return held;
+    ATTRIBUTENames shown;
+    const ATTRIBUTEList* known = nullptr;
     for (const BASEApiObject* object : objects) {
-        object->AppendDataRow(csv, names);
-        csv += ':';
+        const ATTRIBUTEList& list = form->AttributesOf(*object);
+        if (&list == known)
+            continue;
+        known = &list;
+        for (const BASEApiAttribute* attribute : list) {
+            if (held.contains(attribute->GetXmlName()))
+                shown.insert(attribute->GetXmlName());
+        }
     }
-    return csv + "</Data>";
+    return shown;
 }
 
 }  // namespace
@@ -87,16 +91,40 @@ COMPObjectMethodReturn::~COMPObjectMethodReturn() {
 }
 
 std::string COMPObjectMethodReturn::ReturnXml(int encoding) const {
-    if (objects.empty())
-        return isArray ? "<ReturnObjectArray />" : "";
-    if (!isArray) {
-        const BASEApiObject& object = *objects.front();
-        return "<ReturnObject>" + (encoding == object_encoding::kCsv ? object.DataText() : object.ToXml()) +
-               "</ReturnObject>";
+    std::string xml;
+    AppendReturnXml(xml, encoding);
+    return xml;
+}
+
+void COMPObjectMethodReturn::AppendReturnXml(std::string& document, int encoding) const {
+    if (objects.empty()) {
+        document += isArray ? "<ReturnObjectArray />" : "";
+    } else if (isArray) {
+        document += "<ReturnObjectArray>";
+        AppendObjects(document, encoding, ObjectsToWrite());
+        document += "</ReturnObjectArray>";
+    } else {
+        document += "<ReturnObject>";
+        AppendObjects(document, encoding, {objects.front()});
+        document += "</ReturnObject>";
     }
-    const std::vector<BASEApiObject*> passed = ObjectsToWrite();
-    return "<ReturnObjectArray>" + (encoding == object_encoding::kCsv ? CsvOf(passed) : XmlOf(passed)) +
-           "</ReturnObjectArray>";
+}
+
+void COMPObjectMethodReturn::AppendObjects(std::string& document, int encoding,
+                                           const std::vector<BASEApiObject*>& written) const {
+    if (encoding != object_encoding::kCsv) {
+        OBJECTWriter writer(form);
+        for (const BASEApiObject* object : written)
+            writer.Append(document, *object);
+        return;
+    }
+    const ATTRIBUTENames names = NamesOf(written, form);
+    document += BASEApiObject::HeaderText(names) + "<Data>";
+    for (const BASEApiObject* object : written) {
+        object->AppendDataRow(document, names);
+        document += isArray ? ":" : "";
+    }
+    document += "</Data>";
 }
 
 std::vector<BASEApiObject*> COMPObjectMethodReturn::ObjectsToWrite() const {

@@ -59,12 +59,14 @@ const ATTRIBUTEList& TSStatusBaseApiObject::GetAttributeList() const {
 }
 
 const ENUMApiAttribute& TSStatusBaseApiObject::StatusAttribute() {
-    static const ENUMApiAttribute attribute("Status", 25, false, "Status");
+    static const ENUMApiAttribute attribute("Status", 25, false, "Status",
+                                            APIEnumsIDStrList::gStatusEnumIdStrList);
     return attribute;
 }
 
 const ENUMApiAttribute& TSStatusBaseApiObject::ChildStatusAttribute() {
-    static const ENUMApiAttribute attribute("ChildStatus", 25, false, "Child Status");
+    static const ENUMApiAttribute attribute("ChildStatus", 25, false, "Child Status",
+                                            APIEnumsIDStrList::gStatusEnumIdStrList);
     return attribute;
 }
 

@@ -11,7 +11,8 @@ import sys
 from apiMgmt.common.generator import output, reader
 
 from ..enumerationGenerator import model as enumerations
-from . import check, describe, names, read, renderHeader, renderRegistration, renderSource
+from . import (check, describe, names, read, renderAssociations, renderHeader, renderReference, renderRegistration,
+               renderSource)
 from .model import Catalogue
 
 
@@ -32,7 +33,9 @@ def read_catalogue(folder):
 def render(catalogue):
     """Names and texts of all that is made."""
     files = [("catalogueRegistration.cpp", renderRegistration.render(catalogue)),
+             ("apiAssociations.cpp", renderAssociations.render(catalogue)),
              ("catalogue.json", describe.render_json(catalogue)),
+             ("apiReference.md", renderReference.render(catalogue)),
              (names.METHOD_OBJECT_UNIT + ".h", renderHeader.render_method_objects(catalogue.method_objects)),
              (names.METHOD_OBJECT_UNIT + ".cpp", renderSource.render_method_objects(catalogue.method_objects))]
     for each in catalogue.objects:

@@ -114,7 +114,10 @@ def descriptor_arguments(attribute):
         arguments += [bound(attribute, "minLength"), bound(attribute, "maxLength")]
     if "invalid" in attribute.rules:
         arguments += [c_string(attribute.rules["invalid"]), '""']
-    return arguments + [c_string(attribute.label)]
+    arguments.append(c_string(attribute.label))
+    if "table" in attribute.rules:
+        arguments.append(names.table(attribute.rules["table"]))
+    return arguments
 
 
 def render_descriptor(scope, attribute):

@@ -1,0 +1,54 @@
+// Envelopes as the answers of the API manager: the record of the link must say what the exchange was worth.
+
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/apiAccess.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
+#include "fuzz/lib/fuzzCheck.h"
+#include "fuzz/lib/fuzzInput.h"
+#include "fuzz/lib/fuzzWorld.h"
+#include "tests/unit/core/fakes/fakeApiMgr.h"
+#include "tests/unit/core/fakes/transcript.h"
+
+namespace {
+
+// The first byte says whether the number of the answer is made right and which test is made.
+constexpr uint8_t kRightNumber = 1;
+
+bool is_answer_to(const fake_api_mgr::envelope& request, const fake_api_mgr::envelope& response) {
+    return response.sequencenum() == request.sequencenum() && response.msgtype() == protoIPCMsg::APIResp &&
+           response.has_apirespmsg();
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    static FuzzMibWorld world;
+    verbose = false;
+    FuzzInput input(data, size);
+    const uint8_t choice = input.Byte();
+    const std::string answer(input.Rest());
+    bool is_good = false;
+    fake_api_mgr::meddle([&](const fake_api_mgr::envelope& request, fake_api_mgr::envelope& response) {
+        response.Clear();
+        if (!response.ParsePartialFromString(answer))
+            response.Clear();
+        if ((choice & kRightNumber) != 0)
+            response.set_sequencenum(request.sequencenum());
+        is_good = is_answer_to(request, response);
+    });
+
+    const std::pair<const char*, int> results[] = {
+        {"ping", snmpSubagentComm->SendPingToApiMgr()},
+        {"access", snmpSubagentComm->TestAccessToApiMgr()},
+    };
+    for (const auto& [test, result] : results)
+        if (result == 0 && !is_good)
+            FuzzFail(std::string(test) + " took an answer that is none");
+    FuzzCheck(snmpSubagentComm->apimgr_ok() == (results[1].second == 0), "the link's record is another");
+    std::string text;
+    const int access = AccessApi("tsDisk", text, kAllObjects, "", "");
+    FuzzCheck(access != 0 || is_good, "AccessApi took an answer that is none");
+    GetSingleInstance("tsDisk", 3, "Status", cols[COLID_tsDiskStatus].first_var, false);
+    fake_api_mgr::meddle(nullptr);
+    transcript::take();
+    return 0;
+}

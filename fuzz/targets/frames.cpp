@@ -1,0 +1,84 @@
+// Bytes as a peer of one of the two sockets may send them: frames, whole, torn or lying about their length.
+// Each message that comes through is handled as the management listener does and as an answer of the API
+// manager.
+
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <string>
+
+#include "apiMgmt/common/wirelink/wireLink.h"
+#include "apiMgmt/proto/apiMgrMsg.pb.h"
+#include "apiMgmt/proto/mgmtCommands.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/mgmtMsgListener.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapQueue.h"
+#include "fuzz/lib/fuzzCheck.h"
+#include "fuzz/lib/fuzzInput.h"
+
+namespace {
+
+constexpr unsigned long kSizeBytes = 256;  // the greatest body is 4096
+constexpr size_t kLongestInput = 65536;    // fits the socket's buffer
+
+// Length and body that the input holds at a place; none when the frame is not whole.
+std::string_view BodyAt(std::string_view bytes, size_t place) {
+    if (bytes.size() - place < 4)
+        return {};
+    FuzzInput input(reinterpret_cast<const uint8_t*>(bytes.data()) + place, bytes.size() - place);
+    size_t length = 0;
+    for (int i = 0; i < 4; ++i)
+        length = length * 256 + input.Byte();
+    const std::string_view body = input.Text(length);
+    return body.size() == length ? body : std::string_view();
+}
+
+bool IsTrapCommand(const protoIPCMsg::GPBIPCMsg& message) {
+    return message.msgtype() == protoIPCMsg::MGMT && message.has_mgmtmsg() &&
+           message.mgmtmsg().cmdtype() == MGMTCommand_SPECIFIC &&
+           message.mgmtmsg().cmdspecific() == MGMT_SPECIFIC_SEND_TRAP;
+}
+
+void Handle(const protoIPCMsg::GPBIPCMsg& message, std::string_view body) {
+    protoIPCMsg::GPBIPCMsg expected;
+    FuzzCheck(expected.ParseFromArray(body.data(), static_cast<int>(body.size())),
+              "an unreadable body was taken");
+    FuzzCheck(message.SerializeAsString() == expected.SerializeAsString(), "another message than was sent");
+    const size_t waiting = trapsToSend.size();
+    HandleMgmtMsg(message);
+    FuzzCheck(trapsToSend.size() == waiting || (trapsToSend.size() == waiting + 1 && IsTrapCommand(message)),
+              "a command from nowhere");
+}
+
+void ReadAll(WireLinkServerConnection& connection, std::string_view bytes) {
+    protoIPCMsg::GPBIPCMsg message;
+    size_t place = 0;
+    try {
+        while (const size_t taken = connection.RecvGPBMsg(message)) {
+            const std::string_view body = BodyAt(bytes, place);
+            FuzzCheck(taken == 4 + body.size() && body.size() <= 16 * kSizeBytes, "a frame of another size");
+            Handle(message, body);
+            place += taken;
+        }
+        FuzzCheck(place == bytes.size(), "the peer seemed to close early");
+    } catch (const WireLinkError&) {
+        FuzzCheck(place < bytes.size(), "an error behind the last frame");
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    static const WireLinkEndpoint endpoint = WireLinkEndpoint::CreateLocalEndpoint("/fuzz", 10, kSizeBytes);
+    const std::string_view bytes(reinterpret_cast<const char*>(data), std::min(size, kLongestInput));
+    int pair[2];
+    FuzzCheck(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, pair) == 0, "no socket pair");
+    FuzzCheck(send(pair[0], bytes.data(), bytes.size(), MSG_DONTWAIT | MSG_NOSIGNAL) ==
+                      static_cast<ssize_t>(bytes.size()) ||
+                  bytes.empty(),
+              "the socket's buffer is too small");
+    close(pair[0]);
+    WireLinkServerConnection connection(endpoint, pair[1]);
+    ReadAll(connection, bytes);
+    trapsToSend.clear();
+    return 0;
+}

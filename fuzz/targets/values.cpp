@@ -1,0 +1,79 @@
+// Texts into the value types. A value that was read is written in one form, which reads as the same value;
+// every attribute class of every object judges the text without failing in another way than by its own
+// exception.
+
+#include <cstdlib>
+#include <ctime>
+
+#include "apiMgmt/apiStub/base/apiAttributes/apiAttributes.h"
+#include "apiMgmt/apiStub/base/apiAttributes/apiObjectInstance.h"
+#include "apiMgmt/apiStub/base/apiAttributes/datetimeValue.h"
+#include "apiMgmt/apiStub/base/apiAttributes/sizeValue.h"
+#include "apiMgmt/apiStub/base/apiAttributes/temperatureValue.h"
+#include "apiMgmt/apiStub/base/apiAttributes/versionValue.h"
+#include "apiMgmt/apiStub/base/apiObjects/base/apiObjectFactory.h"
+#include "apiMgmt/apiStub/base/apiObjects/base/baseApiObject.h"
+#include "apiMgmt/common/utils/apiMethodError.h"
+#include "fuzz/lib/fuzzCheck.h"
+
+namespace {
+
+template <class Value>
+void CheckValue(const std::string& text, const char* what) {
+    const std::string written = Value::FromText(text).ToText();
+    if (Value::FromText(written).ToText() != written)
+        FuzzFail(std::string(what) + " '" + written + "' comes back as '" +
+                 Value::FromText(written).ToText() + "'");
+}
+
+void CheckReference(const std::string& text) {
+    const std::unique_ptr<APIObjectInstance> reference = APIObjectInstance::FromText(text);
+    if (!reference)
+        return;
+    const std::unique_ptr<APIObjectInstance> again = APIObjectInstance::FromText(reference->ToText());
+    if (!again || again->ToText() != reference->ToText())
+        FuzzFail("reference '" + reference->ToText() + "'");
+}
+
+// All descriptors of all objects.
+const ATTRIBUTEList& AllAttributes() {
+    static const ATTRIBUTEList all = [] {
+        ATTRIBUTEList list;
+        for (const auto& [name, create] : APIObjectFactory<BASEApiObject>::Instance().GetCreators()) {
+            const std::unique_ptr<BASEApiObject> object(create());
+            const ATTRIBUTEList& own = object->GetAttributeList();
+            list.insert(list.end(), own.begin(), own.end());
+        }
+        return list;
+    }();
+    return all;
+}
+
+bool IsLegal(const BASEApiAttribute& attribute, const std::string& text) {
+    try {
+        return attribute.Validate(text);
+    } catch (const APIMethodError&) {
+        return false;
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    static const bool utc = setenv("TZ", "UTC", 1) == 0;  // elsewhere an hour a year is told twice
+    FuzzCheck(utc, "no time zone");
+    const std::string text(reinterpret_cast<const char*>(data), size);
+    CheckValue<DATETIMEValue>(text, "date");
+    CheckValue<SIZEValue>(text, "size");
+    CheckValue<TEMPERATUREValue>(text, "temperature");
+    CheckValue<VERSIONValue>(text, "version");
+    CheckReference(text);
+    FILTERItem item;
+    item.value = text;
+    for (const BASEApiAttribute* attribute : AllAttributes()) {
+        for (item.filterOperator = 0; item.filterOperator <= filter_operator::kIqs; ++item.filterOperator)
+            attribute->MatchesFilter(item, text);
+        IsLegal(*attribute, text);
+    }
+    return 0;
+}

@@ -1,0 +1,75 @@
+// Bytes as a document and as a text in one. A document that parses keeps to the limits, and its elements'
+// markup parses to the same elements; a text that is escaped reads as it was.
+
+#include "apiMgmt/common/utils/stringUtil.h"
+#include "apiMgmt/common/xmlwrap/xmlDocument.h"
+#include "apiMgmt/common/xmlwrap/xmlParser.h"
+#include "fuzz/lib/fuzzCheck.h"
+
+namespace {
+
+bool HasControlCharacter(const std::string& text) {
+    for (const char c : text) {
+        if (static_cast<unsigned char>(c) < 32)
+            return true;
+    }
+    return false;
+}
+
+void CheckEscapes(const std::string& text) {
+    UnescapeXml(text, true);
+    UnescapeXml(text, false);
+    if (HasControlCharacter(text))
+        return;
+    const std::string escaped = EscapeXml(text, false);
+    if (UnescapeXml(escaped, false) != text)
+        FuzzFail("escaped as '" + escaped + "'");
+    parser::XMLParser parser;
+    if (parser.ParseXMLString("<a>" + escaped + "</a>"))
+        if (parser.GetDocumentElement().GetText() != text)
+            FuzzFail("parsed from '" + escaped + "'");
+}
+
+// Elements with their texts, whatever else stood between them.
+void Outline(const parser::XMLElement& element, uint32_t depth, std::string& outline) {
+    FuzzCheck(depth <= parser::kGreatestDepth, "too deep");
+    outline.append("<").append(element.GetTagName()).append(">").append(element.GetText());
+    for (parser::XMLElement child = element.GetFirstChild(); child; child = child.GetNextSibling())
+        Outline(child, depth + 1, outline);
+    outline.append("</>");
+}
+
+std::string OutlineOf(const parser::XMLElement& root) {
+    std::string outline;
+    Outline(root, 1, outline);
+    return outline;
+}
+
+void CheckDocument(const std::string& text) {
+    parser::XMLParser parser;
+    if (!parser.ParseXMLString(text)) {
+        FuzzCheck(!parser.GetError().empty() && !parser.GetDocumentElement(), "a failure without a reason");
+        return;
+    }
+    const parser::XMLElement root = parser.GetDocumentElement();
+    FuzzCheck(static_cast<bool>(root), "a document without an element");
+    const std::string tag(root.GetTagName());
+    parser::XMLParser again;
+    std::string content = root.GetElementContent();
+    if (HasControlCharacter(content))
+        return;  // escaped, all of them are line feeds
+    if (!root.GetFirstChild())
+        content = EscapeXml(content, false);
+    if (!again.ParseXMLString("<" + tag + ">" + content + "</" + tag + ">"))
+        FuzzFail("its content does not parse: " + again.GetError());
+    FuzzCheck(OutlineOf(again.GetDocumentElement()) == OutlineOf(root), "its content is another");
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    const std::string text(reinterpret_cast<const char*>(data), size);
+    CheckEscapes(text);
+    CheckDocument(text);
+    return 0;
+}

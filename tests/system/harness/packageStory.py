@@ -1,0 +1,83 @@
+"""The frame of the packages' test: a Debian machine, the packages of this build, an array, and what is asked of them."""
+
+import glob
+import unittest
+
+from . import daemon, debian, machine, manager, mib, waiting
+
+UNIT = "snmpsubagent.service"
+PACKAGES = "/tmp/packages"
+# Where the packages may leave something.
+PLACES = ("/etc", "/usr", "/lib", "/var/lib/snmpsubagent", "/var/log", "/var/agentx", "/mnt/root", "/mnt/cores", "/run",
+          "/tmp/apps")
+
+
+class PackageStory(unittest.TestCase):
+    """The tests of a class run in the order of their names on one machine: each begins where the last one ended."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.host = debian.Debian()
+        try:
+            cls.host.boot()
+            cls.host.run("cpack", "--config", f"{machine.BUILD}/CPackConfig.cmake", "-B", PACKAGES)
+            cls.files = [path[len(debian.ROOT):] for path in sorted(glob.glob(f"{debian.ROOT}{PACKAGES}/*.deb"))]
+            cls.before = cls.host.files(*PLACES)
+        except BaseException:
+            cls.host.halt()
+            raise
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.host.halt()
+
+    def run(self, result=None):
+        before = len(result.failures) + len(result.errors)
+        super().run(result)
+        if len(result.failures) + len(result.errors) > before:
+            print(f"--- the journal at the end of {self.id()}\n{self.host.journal(UNIT)[-4000:]}\n--- and the daemon's "
+                  f"log\n{self.host.read(daemon.LOG)[-4000:]}", flush=True)
+        return result
+
+    # --- verbs
+
+    def systemctl(self, *words, check=True):
+        return self.host.run("systemctl", *words, check=check)
+
+    def start_array(self):
+        type(self).array = self.host.start("arraySim", "serve", "--preset", "small", "--serial", "1")
+        waiting.wait_until(lambda: self.host.exists("/tmp/apimgr.sock"), "the array is there")
+
+    def stop_array(self):
+        for pid in self.host.pids("arraySim"):
+            self.host.run("kill", pid)
+        self.array.wait(30)
+
+    def log_holds(self, text):
+        return text in self.host.read(daemon.LOG)
+
+    def wait_for_log(self, text, limit_s=60):
+        waiting.wait_until(lambda: self.log_holds(text), f"the log holds '{text}'", limit_s)
+
+    def ups(self):
+        return self.host.read(daemon.LOG).count(daemon.UP)
+
+    def wait_for_another_start(self, ups, limit_s=180):
+        waiting.wait_until(lambda: self.ups() > ups, "the daemon is up again", limit_s)
+
+    def assert_served_by_one(self):
+        """One daemon, which is the unit's, one snmpd, which is its child, and the array behind them."""
+        self.assertEqual(self.systemctl("is-active", UNIT), "active\n")
+        main = int(self.host.unit(UNIT, "MainPID"))
+        self.assertEqual(self.host.pids("snmpSubagent"), [main])
+        waiting.wait_until(lambda: len(self.host.pids("snmpd")) == 1, "there is one snmpd")
+        self.assertLessEqual({"snmpSubagent", "snmpd"}, set(self.host.programs_of(UNIT)))
+        self.assertTrue(self.ask("public").value(mib.oid("tsCtlrName", 1)))
+
+    @staticmethod
+    def ask(community):
+        return manager.Manager(community=community)
+
+    def assert_nothing_runs(self):
+        for name in ("snmpSubagent", "snmpd"):
+            waiting.wait_until(lambda wanted=name: not self.host.pids(wanted), f"{name} has ended")

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "tools/apiClient/program.h"
+
+/** One run of the program with all that came of it. */
+struct ClientRun {
+    explicit ClientRun(std::vector<std::string> words) {
+        words.insert(words.begin(), "apiClient");
+        std::vector<const char*> argv;
+        for (const std::string& word : words) {
+            argv.push_back(word.c_str());
+        }
+        std::ostringstream out;
+        std::ostringstream err;
+        status = RunProgram(static_cast<int>(argv.size()), argv.data(), out, err);
+        output = out.str();
+        errors = err.str();
+    }
+
+    int status;
+    std::string output;
+    std::string errors;
+};

@@ -1,0 +1,112 @@
+"""SNMPTT with its file: every notification of the MIB module gives one line, with its severity and its variables.
+Usage: snmpttTest.py FOLDER-OF-THE-BUILD"""
+
+import os
+import re
+import subprocess
+import sys
+import tempfile
+import unittest
+
+sys.dont_write_bytecode = True
+HERE = os.path.dirname(os.path.abspath(__file__))
+sys.path.insert(0, os.path.join(HERE, "../mib"))
+import moduleFacts  # noqa: E402  (found through the line above)
+
+INI = """\
+[General]
+mode = standalone
+multiple_event = 1
+[Logging]
+log_enable = 1
+log_file = {folder}/log
+unknown_trap_log_enable = 1
+unknown_trap_log_file = {folder}/unknown
+[TrapFiles]
+snmptt_conf_files = <<END
+{events}
+END
+"""
+EVENT = re.compile(r"^Event: \.([\d.]+) => (\w+),")
+CLEARED, ACTIVE = "1", "2"
+# What carries the status of the object, as it goes over the wire, and the severity while the trouble lasts.
+STATUSES = {"1": "WARNING", "2": "CRITICAL", "3": "WARNING", "4294967295": "WARNING", "down(2)": "CRITICAL"}
+# Those whose worst is no critical state, or that have none.
+LIGHTER = {"tsMiscAlert", "tsServerStatusChange", "tsLocalPortCondStatusChange", "tsSIDeviceStatusChange"}
+build_folder = None
+
+
+def status_of(name, objects):
+    """The variable that says how the object is."""
+    own = name.removesuffix("Change").replace("MonitoredUPS", "UPS")
+    return "trapCompStatus" if "trapCompStatus" in objects else own if own in objects else "tsTsPortsBal"
+
+
+class SnmpttTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        facts = moduleFacts.read(os.path.join(build_folder, "mib", moduleFacts.MODULE + ".txt"))
+        cls.nodes, cls.notifications = facts["nodes"], facts["notifications"]
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = folder.name
+        self.ini = os.path.join(self.folder, "snmptt.ini")
+        events = os.path.join(build_folder, "monitoring", "snmptt", "tessera.conf")
+        with open(self.ini, "w", encoding="utf-8") as file:
+            file.write(INI.format(folder=self.folder, events=events))
+
+    def run_snmptt(self, *options, text=""):
+        done = subprocess.run(["snmptt", f"--ini={self.ini}", *options], input=text, capture_output=True, text=True,
+                              check=False, timeout=60)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        return done.stdout
+
+    def lines_of(self, name, **values):
+        """What SNMPTT writes about a notification as snmptrapd hands it on."""
+        log = os.path.join(self.folder, "log")
+        with open(log, "w", encoding="utf-8"):
+            pass
+        oid, objects = self.notifications[name]
+        bindings = [f".{self.nodes[each]['oid']}.1 {values.get(each, 'value-of-' + each)}" for each in objects]
+        head = ["array1", "UDP: [192.0.2.1]:1->[192.0.2.2]:162", ".1.3.6.1.2.1.1.3.0 0:0:00:01.00",
+                f".1.3.6.1.6.3.1.1.4.1.0 .{oid}"]
+        self.run_snmptt(text="\n".join([*head, *bindings, ""]))
+        with open(log, encoding="utf-8") as file:
+            return file.read().splitlines()
+
+    def test_every_notification_of_the_module_has_events(self):
+        found = set()
+        for line in self.run_snmptt("--dump").splitlines():
+            event = EVENT.match(line)
+            if event:
+                found.add(event.groups())
+        self.assertEqual({(oid, name) for name, (oid, _) in self.notifications.items()} - found, set())
+
+    def assert_one(self, severity, name, **values):
+        lines = self.lines_of(name, **values)
+        self.assertEqual(len(lines), 1, f"{name} {values}: {lines}")
+        self.assertIn(f" {severity} ", lines[0])
+        self.assertEqual("Over: " in lines[0], values.get("trapAlertState") in (CLEARED, "cleared(1)"), lines[0])
+        for each in self.notifications[name][1]:
+            self.assertRegex(lines[0], rf" {each}={re.escape(values.get(each, 'value-of-' + each))}( |$)")
+
+    def test_one_event_matches_whatever_the_state_is(self):
+        for name, (_, objects) in self.notifications.items():
+            if "trapAlertState" not in objects:
+                self.assert_one("NORMAL", name)
+                continue
+            status = status_of(name, objects)
+            self.assert_one("NORMAL", name, trapAlertState=CLEARED, **{status: "2"})
+            self.assert_one("WARNING" if name in LIGHTER else "CRITICAL", name, trapAlertState=ACTIVE, **{status: "2"})
+
+    def test_the_severity_is_that_of_the_status(self):
+        for status, severity in STATUSES.items():
+            self.assert_one(severity, "tsDiskStatusChange", trapAlertState=ACTIVE, tsDiskStatus=status)
+        self.assert_one("NORMAL", "tsDiskStatusChange", trapAlertState="cleared(1)", tsDiskStatus="up(1)")
+
+
+if __name__ == "__main__":
+    build_folder = sys.argv.pop(1)
+    unittest.main()
