@@ -143,7 +143,7 @@ class Setter(Client):
 
     def assign(self, oid, value, community="private"):
         self.manager.community = community
-        return self.manager.ask(berWriter.SET, [(oid, berWriter.octets(value))], tries=1)
+        return self.manager.ask(berWriter.SET, [(oid, berWriter.octets(value))])
 
     def set_text(self):
         self.number += 1

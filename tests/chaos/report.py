@@ -96,6 +96,10 @@ class Report:
         self.line("restarts of the daemon", len(self.world.timeline.lives) - 1,
                   f"(the supervisor started it {watch.starts - 1} times, not always with success)")
         self.line("restarts of snmpd", len(watch.snmpds) - 1)
+        self.line("ends of a daemon without a cause", self.must_be_none(
+            "daemons that ended while nothing was disturbed",
+            [f"{life.end - self.began:.1f} s: daemon {life.pid}"
+             for life in self.world.timeline.ended_by_themselves(self.world.served_since)]))
         self.line("crashes", self.must_be_none("processes that crashed", watch.crashes()))
         self.line("sanitizer reports", self.must_be_none("sanitizer reports", self.sanitizer_reports()))
         print(f"   {'':44} {'memory in kB':>22}  {'descriptors':>11}")

@@ -9,7 +9,7 @@ from harness import ber, berWriter, waiting
 
 AGENT = ("127.0.0.1", 161)
 TRY_S = 4
-TRIES = 2
+TRIES = 3
 REFUSED_PAUSE_S = 0.2  # nobody listens: the system says so at once
 LONGEST_DATAGRAM = 65535
 

@@ -136,6 +136,14 @@ class Others(unittest.TestCase):
         for taken, is_due in ((50, True), (95, True), (179, True), (185, False), (None, False), (300, False)):
             self.assertEqual(judged.is_due(notices.Mark(1, 0, taken)), is_due, taken)
 
+    def test_which_daemon_ended_without_a_cause(self):
+        for disturbs, end, is_found in (((REQUESTS,), 105, False), ((REQUESTS,), 125, True), ((EVENTS,), 105, True),
+                                        ((REQUESTS,), 40, False)):
+            timeline = Timeline()
+            timeline.begin_life(Life(1, 0, end))
+            timeline.begin_disturbance(Disturbance("x", 100, disturbs, 110, 120))
+            self.assertEqual(bool(timeline.ended_by_themselves(50)), is_found, (disturbs, end))
+
     def test_growth(self):
         for kilobytes, descriptors, is_flat in ((20000, 12, True), (25000, 14, True), (27000, 12, False),
                                                 (20000, 15, False)):

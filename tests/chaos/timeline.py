@@ -5,6 +5,7 @@ from dataclasses import dataclass, field
 
 # What a fault may take away from others: answers to requests, notifications, or nothing.
 REQUESTS, EVENTS = "requests", "events"
+NOTICED_S = 0.5  # an end is noticed by then
 
 
 @dataclass
@@ -62,6 +63,11 @@ class Timeline:
     def life_ended(self, begin, end):
         with self.lock:
             return any(life.end is not None and begin <= life.end <= end for life in self.lives)
+
+    def ended_by_themselves(self, since):
+        """Daemons that ended later than this while nothing disturbed requests."""
+        return [life for life in self.lives if life.end is not None and life.end > since and
+                not self.is_disturbed(REQUESTS, life.end - NOTICED_S, life.end)]
 
     def began_before(self, moment):
         """When the daemon began that was the latest then."""

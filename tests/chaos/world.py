@@ -38,6 +38,7 @@ class World:
         self.judge = Judge(self.history, self.book)
         self.array, self.has_events, self.objects = array.Array(), True, None
         self.failures = []  # what must hold and does not, beyond the counts
+        self.keeper = self.watch = self.receiver = None
         self.own_kills = set()
         self.struck = None  # exchanges of the array that the latest fault struck; None when that is not known
 
@@ -63,6 +64,7 @@ class World:
         self.watch = Watch(self)
         self.watch.start()
         waiting.wait_until(self.is_served, "the daemon serves", 60)
+        self.served_since = time.monotonic()
 
     def environment(self):
         environment = daemon.Daemon.environment()
@@ -81,16 +83,20 @@ class World:
         self.keeper.stdin.flush()
 
     def stop(self):
+        """Ends what was started, however far that went."""
         self.stopping.set()
-        self.watch.stop()
-        daemon.Daemon().stop()
+        if self.watch:
+            self.watch.stop()
+            daemon.Daemon().stop()
         with self.array_lock:
             self.array.stop()
-        self.keeper.stdin.close()
-        self.keeper.wait(30)
-        self.watch.listener.join(30)
-        self.keeper.stdout.close()
-        self.receiver.close()
+        if self.watch:
+            self.keeper.stdin.close()
+            self.keeper.wait(30)
+            self.watch.listener.join(30)
+            self.keeper.stdout.close()
+        if self.receiver:
+            self.receiver.close()
 
     # --- the array
 

@@ -60,7 +60,11 @@ class Sender:
     def __init__(self, limit_s=30):
         self.socket = socket.socket(socket.AF_UNIX, socket.SOCK_STREAM)
         self.socket.settimeout(limit_s * waiting.PATIENCE)
-        self.socket.connect(SOCKET)
+        try:
+            self.socket.connect(SOCKET)
+        except OSError:
+            self.socket.close()
+            raise
 
     def send(self, *octets):
         self.socket.sendall(b"".join(octets))
