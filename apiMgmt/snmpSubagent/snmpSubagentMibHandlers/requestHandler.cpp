@@ -208,9 +208,11 @@ int SnmpSubagentMibHandlers::deliver_cached_info(int32_t var_index) {
         case SMI_BASETYPE_ENUM:
             snmp_set_var_typed_value(current_requestvb, ASN_INTEGER, &entry.uint, sizeof entry.uint);
             break;
-        case SMI_BASETYPE_OCTET_STRING:
-            snmp_set_var_typed_value(current_requestvb, ASN_OCTET_STR, entry.str.data(), entry.str.size());
+        case SMI_BASETYPE_OCTET_STRING: {
+            const std::string_view text = served_text(var_index);
+            snmp_set_var_typed_value(current_requestvb, ASN_OCTET_STR, text.data(), text.size());
             break;
+        }
         case SMI_BASETYPE_UNSIGNED32:
             snmp_set_var_typed_value(current_requestvb, ASN_UNSIGNED, &entry.uint, sizeof entry.uint);
             break;

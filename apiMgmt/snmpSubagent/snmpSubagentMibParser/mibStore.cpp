@@ -244,3 +244,14 @@ int store_number(int32_t var_index, int64_t number) {
     set_cached(var_index);
     return 0;
 }
+
+std::string_view served_text(int32_t var_index) {
+    const std::string& text = vars[var_index].str;
+    if (text.size() <= kLongestServedText)
+        return text;
+    size_t length = kLongestServedText;
+    while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80)  // inside a UTF-8 character
+        --length;
+    SUBAGENT_LOG(4, "col-id:%d, a text of %zu octets is cut to %zu\n", vars[var_index].col_id, text.size(), length);
+    return std::string_view(text).substr(0, length);
+}

@@ -7,6 +7,7 @@
 #include <atomic>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibColumns.h"
 
@@ -144,3 +145,11 @@ int32_t first_cached_from(int64_t var_index);
 /** get_fn bodies of scalars: store the value and set `cached`. Result 0. */
 int store_text(int32_t var_index, const std::string& text);
 int store_number(int32_t var_index, int64_t number);
+
+/** So many octets of a text leave the daemon at most, be it in an answer or in a notification. A datagram holds some
+    65000; snmpd gives no answer at all to a request whose answer would be longer, and after it none to anybody. */
+inline constexpr size_t kLongestServedText = 4096;
+
+/** The text of a string variable as it leaves the daemon: cut, with a log line, before the character that would pass
+    the limit. */
+std::string_view served_text(int32_t var_index);

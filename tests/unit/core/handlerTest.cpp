@@ -48,6 +48,15 @@ TEST_F(Handler, DeliversEachTypeAsItsTagAndMarksIt) {
     EXPECT_TRUE(snmpSubagentComm->agentx_ok());
 }
 
+TEST_F(Handler, CutsATextThatNoAnswerCouldCarry) {
+    put("R.1.0", string(4096, 'x'));
+    EXPECT_EQ(get("R.1.0"), "R.1.0 = \"" + string(4096, 'x') + "\"");
+    EXPECT_EQ(transcript::take().find("log 4"), string::npos);
+    put("R.1.0", string(4095, 'x') + "\xc3\xa4");  // a character of two octets across the limit
+    EXPECT_EQ(get("R.1.0"), "R.1.0 = \"" + string(4095, 'x') + "\"");
+    EXPECT_NE(transcript::take().find("log 4 col-id:4, a text of 4097 octets is cut to 4095$\n"), string::npos);
+}
+
 TEST_F(Handler, RefusesToDeliverATypeThatNoColumnHas) {
     put("R.1.0", "x");
     snmp_pdu_of_test pdu(MODE_GET);

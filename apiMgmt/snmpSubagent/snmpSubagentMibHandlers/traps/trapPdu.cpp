@@ -102,23 +102,24 @@ int add_variable(netsnmp_pdu* pdu, const column_record& column) {
     append_seq_nums(name, &length, var_index);
 
     char type = 0;
-    std::string number;
+    std::string text;
     switch (column.data_type) {
         case SMI_BASETYPE_UNKNOWN:
             SUBAGENT_LOG(4, "got SMI_BASETYPE_UNKNOWN\n");
             return 1;
         case SMI_BASETYPE_INTEGER32:
             type = 'i';
-            number = std::to_string(static_cast<int32_t>(entry.uint));
+            text = std::to_string(static_cast<int32_t>(entry.uint));
             break;
         case SMI_BASETYPE_UNSIGNED32:
         case SMI_BASETYPE_ENUM:
             type = 'u';
-            number = std::to_string(entry.uint);
+            text = std::to_string(entry.uint);
             break;
         case SMI_BASETYPE_OCTET_STRING:
         case SMI_BASETYPE_BITS:
             type = 's';
+            text = served_text(var_index);
             break;
         case 3:
         case 5:
@@ -129,12 +130,10 @@ int add_variable(netsnmp_pdu* pdu, const column_record& column) {
             SUBAGENT_LOG(4, "unknown data type: %d\n", static_cast<int>(column.data_type));
             return 0;
     }
-    const bool is_text = type == 's';
-    const char* value = is_text ? entry.str.c_str() : number.c_str();
-    if (snmp_add_var(pdu, name, length, type, value) == 0)
+    if (snmp_add_var(pdu, name, length, type, text.c_str()) == 0)
         return 0;
     SUBAGENT_LOG(4, "Fail on snmp_add_var() for var binding (%d): %s=%s\n", column.first_var,
-                 is_text ? "pCachedString" : "var_value_str", value);
+                 type == 's' ? "pCachedString" : "var_value_str", text.c_str());
     return 1;
 }
 
