@@ -51,6 +51,7 @@ class Events(TrapStory):
         management.wait_until_there()
         cls.tell(*EARLY)
         cls.daemon.wait_until_served()
+        cls.daemon.wait_for_log("generate coldstart")
         lines = [line for line in cls.daemon.log().splitlines() if RECEIVED in line or "generate coldstart" in line]
         early = next(place for place, line in enumerate(lines) if RECEIVED not in line)
         for event in EARLY[:early] + (COLD_START,) + EARLY[early:]:

@@ -4,6 +4,7 @@ import glob
 import os
 import signal
 import subprocess
+import time
 
 from . import machine, waiting
 
@@ -104,15 +105,27 @@ class Daemon:
         os.kill(self.pid(), number)
 
     def stop(self, limit_s=60):
-        """Ends it in the orderly way and waits until it has ended."""
+        """Ends it in the orderly way and waits until it has ended. One that is still starting takes no notice of a
+        SIGTERM, so it gets another one now and then."""
         pid = self.pid()
         if pid is None or not machine.is_running(pid):
             return
-        os.kill(pid, signal.SIGTERM)
-        waiting.wait_until(lambda: not machine.is_running(pid), "the daemon ends on SIGTERM", limit_s)
+        end = time.monotonic() + limit_s * waiting.PATIENCE
+        while machine.is_running(pid):
+            if time.monotonic() > end:
+                raise waiting.WaitedInVain("the daemon does not end on SIGTERM")
+            os.kill(pid, signal.SIGTERM)
+            self.wait_a_moment_for_the_end_of(pid)
         if self.foreground:
             self.foreground.wait(30)
         self.check_sanitizers()
+
+    @staticmethod
+    def wait_a_moment_for_the_end_of(pid):
+        try:
+            waiting.wait_until(lambda: not machine.is_running(pid), "it ends", 10)
+        except waiting.WaitedInVain:
+            pass
 
     def wait_until_ended(self, limit_s=60):
         waiting.wait_until(lambda: not machine.processes_named("snmpSubagent"), "the daemon has ended", limit_s)
