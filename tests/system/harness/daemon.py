@@ -114,17 +114,18 @@ class Daemon:
         while machine.is_running(pid):
             if time.monotonic() > end:
                 raise waiting.WaitedInVain("the daemon does not end on SIGTERM")
-            os.kill(pid, signal.SIGTERM)
-            self.wait_a_moment_for_the_end_of(pid)
+            self.terminate(pid)
         if self.foreground:
             self.foreground.wait(30)
         self.check_sanitizers()
 
     @staticmethod
-    def wait_a_moment_for_the_end_of(pid):
+    def terminate(pid):
+        """Sends the signal, and waits a moment for the end."""
         try:
+            os.kill(pid, signal.SIGTERM)
             waiting.wait_until(lambda: not machine.is_running(pid), "it ends", 10)
-        except waiting.WaitedInVain:
+        except (ProcessLookupError, waiting.WaitedInVain):
             pass
 
     def wait_until_ended(self, limit_s=60):
