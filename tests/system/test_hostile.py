@@ -10,7 +10,7 @@ LONGEST_TEXT = 4096
 RING_LIMIT_S = 180  # every foreground table is read again within one round of the schedule
 
 TRANSPORT = "Caught std::exception processing request"
-NO_PARSE = "error found while trying to parse ipXmlString|response from ApiMgr does not parse"
+NO_PARSE = "error found while trying to parse (?:ip)?XmlString|response from ApiMgr does not parse"
 
 # Fault of the next exchange, whichever that is, and the line that it leaves.
 EXCHANGES = (
