@@ -1,5 +1,12 @@
-"""Text as it stands in a terminal, as a picture: textToSvg.py TITLE < TEXT > PICTURE."""
+"""Text as it stands in a terminal, as a picture.
 
+Usage: textToSvg.py TITLE PICTURE < TEXT            writes the picture, unless only times would change in it
+       textToSvg.py TITLE PICTURE --check < TEXT    fails when the picture shows something else
+"""
+
+import difflib
+import os
+import re
 import sys
 from xml.sax.saxutils import escape
 
@@ -29,11 +36,29 @@ def picture(title, lines):
     yield "</svg>"
 
 
+def without_times(lines):
+    return [re.sub(r"after [\d.]+ s\b", "after some time", line) for line in lines]
+
+
 def main():
     lines = [line.rstrip().expandtabs() for line in sys.stdin.read().strip("\n").splitlines()]
-    if not lines or len(sys.argv) != 2:
+    if not lines or len(sys.argv) not in (3, 4) or sys.argv[3:] not in ([], ["--check"]):
         raise SystemExit(__doc__)
-    print("\n".join(picture(sys.argv[1], lines)))
+    title, path = sys.argv[1:3]
+    new, old = list(picture(title, lines)), []
+    if os.path.exists(path):
+        with open(path, encoding="utf-8") as file:
+            old = file.read().splitlines()
+    name = os.path.basename(path)
+    changes = list(difflib.unified_diff(without_times(old), without_times(new), "shown", "run", lineterm="", n=0))
+    if not changes:
+        print(f"{name} shows this, times aside.")
+    elif len(sys.argv) == 4:
+        raise SystemExit("\n".join([*changes, f"{name} shows something else: scripts/record-demo makes it anew"]))
+    else:
+        with open(path, "w", encoding="utf-8") as file:
+            file.write("\n".join(new) + "\n")
+        print(f"{name} is new.")
 
 
 if __name__ == "__main__":

@@ -7,10 +7,9 @@ import subprocess
 import unittest
 
 from harness import daemon, debian, machine, manager, mib, waiting
-from harness.packageStory import PLACES, UNIT, PackageStory
+from harness.packageStory import NEWER, PLACES, UNIT, PackageStory
 
 PROGRAM = "/usr/sbin/snmpSubagent"
-NEWER = "9.9.9"
 # Systemd's own figure for what the unit leaves open, in tenths: 100 is everything.
 GREATEST_EXPOSURE = 30
 # What systemd, dpkg and others keep of their own.
@@ -80,7 +79,7 @@ class Packages(PackageStory):
 
     def test_13_it_starts_and_serves(self):
         self.host.write(machine.SESSION_KEY, "a-key-of-the-platform\n", 0o600)
-        self.start_array()
+        self.start_array("--serial", "1")
         self.assertEqual(self.host.status("snmpSubagent-checkconf"), 0)
         self.systemctl("enable", "--now", UNIT)
         self.wait_for_another_start(0)
@@ -143,7 +142,7 @@ class Packages(PackageStory):
         patient = manager.Manager(timeout_s=90, retries=0)
         request = patient.start("snmpget", "127.0.0.1", mib.oid("tsCtlrName", 1))
         self.wait_for_log("strikes_against_apimgr = 2 out of 3", 60)
-        self.start_array()
+        self.start_array("--serial", "1")
         self.wait_for_log("recovered before reached 3 strikes", 60)
         patient.finish(request)  # a value, or a refusal when it was taken in together with the daemon's own ping
         self.assertEqual(self.host.unit(UNIT, "MainPID"), before)
@@ -155,7 +154,7 @@ class Packages(PackageStory):
         self.wait_for_log("3 retries and no connect", 90)
         restarts = int(self.host.unit(UNIT, "NRestarts"))
         waiting.wait_until(lambda: int(self.host.unit(UNIT, "NRestarts")) > restarts + 1, "the unit tries again", 60)
-        self.start_array()
+        self.start_array("--serial", "1")
         self.wait_for_another_start(ups)
         self.assert_served_by_one()
 
@@ -179,10 +178,7 @@ class Packages(PackageStory):
     def test_30_an_upgrade_keeps_changed_settings_and_goes_on(self):
         settings = self.host.read(machine.DAEMON_CONF) + "# changed here\n"
         self.host.write(machine.DAEMON_CONF, settings)
-        package = next(path for path in self.files if "/snmpsubagent_" in path)
-        self.host.run("dpkg-deb", "--raw-extract", package, "/tmp/newer")
-        self.host.run("sed", "-i", f"s/^Version: .*/Version: {NEWER}/", "/tmp/newer/DEBIAN/control")
-        self.host.run("dpkg-deb", "-Znone", "--build", "--root-owner-group", "/tmp/newer", "/tmp/newer.deb")
+        self.make_newer(next(path for path in self.files if "/snmpsubagent_" in path), "/tmp/newer.deb")
         ups, before = self.ups(), self.host.unit(UNIT, "MainPID")
         self.host.run("dpkg", "--install", "/tmp/newer.deb")
         self.wait_for_another_start(ups)

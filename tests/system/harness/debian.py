@@ -1,7 +1,7 @@
 """A Debian machine with a systemd of its own, inside the sandbox: a copy of this one that keeps nothing.
 
-The copy lies over the root of the machine, so what dpkg knows as installed there is installed here too. It shares
-the sandbox's network, and has its own processes and control groups.
+The copy lies over the root of the machine, so what dpkg knows as installed there is installed here too; others lie over
+the repository and the build. It shares the sandbox's network, and has its own processes and control groups.
 """
 
 import os
@@ -12,7 +12,6 @@ from . import machine, waiting
 
 PLACE = "/mnt/debian"
 ROOT = f"{PLACE}/root"
-CHANGES = f"{PLACE}/changes"
 CGROUPS = "/sys/fs/cgroup"
 # Units of this machine that nobody needs here are not started: only what is asked for.
 TARGET = "installed-here.target"
@@ -40,6 +39,14 @@ def mount(*arguments):
     subprocess.run(["mount", *arguments], check=True)
 
 
+def mount_copy(name, folder, place):
+    """Shows a folder at another place, where it can be changed without a change of the folder."""
+    for each in (f"{PLACE}/{name}/changes", f"{PLACE}/{name}/work", place):
+        os.makedirs(each, exist_ok=True)
+    mount("-t", "overlay", "-o", f"lowerdir={folder},upperdir={PLACE}/{name}/changes,workdir={PLACE}/{name}/work",
+          "debian", place)
+
+
 class Debian:
     def __init__(self):
         self.outer = None
@@ -47,15 +54,13 @@ class Debian:
         self.group = None
         os.makedirs(PLACE, exist_ok=True)
         mount("-t", "tmpfs", "debian", PLACE)
-        for folder in (ROOT, CHANGES, f"{PLACE}/work"):
-            os.mkdir(folder)
-        mount("-t", "overlay", "-o", f"lowerdir=/,upperdir={CHANGES},workdir={PLACE}/work", "debian", ROOT)
+        mount_copy("machine", "/", ROOT)
         for folder in ("/tmp", "/run"):
             mount("-t", "tmpfs", "-o", "mode=1777" if folder == "/tmp" else "mode=755", "debian", ROOT + folder)
         mount("--rbind", "/dev", ROOT + "/dev")
-        for folder in (machine.REPOSITORY, machine.BUILD):
-            os.makedirs(ROOT + folder, exist_ok=True)
-            mount("--bind", folder, ROOT + folder)
+        mount_copy("repository", machine.REPOSITORY, ROOT + machine.REPOSITORY)
+        if not machine.BUILD.startswith(machine.REPOSITORY + "/"):
+            mount_copy("build", machine.BUILD, ROOT + machine.BUILD)
         # Names are resolved as in the sandbox, and services may start: a machine that images are built on forbids it.
         for name in ("hosts", "nsswitch.conf"):
             machine.write_file(f"{ROOT}/etc/{name}", machine.read_file(f"/etc/{name}"))

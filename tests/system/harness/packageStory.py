@@ -7,6 +7,7 @@ from . import daemon, debian, machine, manager, mib, waiting
 
 UNIT = "snmpsubagent.service"
 PACKAGES = "/tmp/packages"
+NEWER = "9.9.9"
 # Where the packages may leave something.
 PLACES = ("/etc", "/usr", "/lib", "/var/lib/snmpsubagent", "/var/log", "/var/agentx", "/mnt/root", "/mnt/cores", "/run",
           "/tmp/apps")
@@ -20,12 +21,16 @@ class PackageStory(unittest.TestCase):
         cls.host = debian.Debian()
         try:
             cls.host.boot()
-            cls.host.run("cpack", "--config", f"{machine.BUILD}/CPackConfig.cmake", "-B", PACKAGES)
-            cls.files = [path[len(debian.ROOT):] for path in sorted(glob.glob(f"{debian.ROOT}{PACKAGES}/*.deb"))]
-            cls.before = cls.host.files(*PLACES)
+            cls.prepare()
         except BaseException:
             cls.host.halt()
             raise
+
+    @classmethod
+    def prepare(cls):
+        cls.host.run("cpack", "--config", f"{machine.BUILD}/CPackConfig.cmake", "-B", PACKAGES)
+        cls.files = [path[len(debian.ROOT):] for path in sorted(glob.glob(f"{debian.ROOT}{PACKAGES}/*.deb"))]
+        cls.before = cls.host.files(*PLACES)
 
     @classmethod
     def tearDownClass(cls):
@@ -44,14 +49,22 @@ class PackageStory(unittest.TestCase):
     def systemctl(self, *words, check=True):
         return self.host.run("systemctl", *words, check=check)
 
-    def start_array(self):
-        type(self).array = self.host.start("arraySim", "serve", "--preset", "small", "--serial", "1")
-        waiting.wait_until(lambda: self.host.exists("/tmp/apimgr.sock"), "the array is there")
+    @classmethod
+    def start_array(cls, *options, program="arraySim"):
+        cls.array = cls.host.start(program, "serve", "--preset", "small", *options)
+        waiting.wait_until(lambda: cls.host.exists("/tmp/apimgr.sock"), "the array is there")
 
     def stop_array(self):
         for pid in self.host.pids("arraySim"):
             self.host.run("kill", pid)
         self.array.wait(30)
+
+    @classmethod
+    def make_newer(cls, package, path):
+        """The same package with a later version."""
+        cls.host.run("dpkg-deb", "--raw-extract", package, "/tmp/newer")
+        cls.host.run("sed", "-i", f"s/^Version: .*/Version: {NEWER}/", "/tmp/newer/DEBIAN/control")
+        cls.host.run("dpkg-deb", "-Znone", "--build", "--root-owner-group", "/tmp/newer", path)
 
     def log_holds(self, text):
         return text in self.host.read(daemon.LOG)
