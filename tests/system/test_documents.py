@@ -25,30 +25,35 @@ SETTINGS = {"controllerIdThis 1": "controllerIdThis 64702", "trapsEnabled no": "
 USERS = {"#createUser monitor": "createUser monitor", "#rouser monitor": "rouser monitor",
          "signing passphrase": "SIGNING-WORD", "encrypting passphrase": "ENCRYPTING-WORD"}
 
-# MIBDIRS stands in for the package snmp-mibs-downloader.
-PRELUDE = """
-cd {folder}
-export MIBDIRS={standard}:/usr/share/snmp/mibs
-said=$(mktemp)
+# A block is a shell of its own that ends at the first command that fails. MIBDIRS stands in for snmp-mibs-downloader.
+SCRIPT = "/tmp/block"
+PRELUDE = f"""
+cd {{folder}}
+export MIBDIRS={machine.REPOSITORY}/mib/standard:/usr/share/snmp/mibs
+output=/tmp/block.output said=/tmp/block.said
 trap 'kill $(jobs -p) 2>/dev/null' EXIT
 """
-# Whoever starts something in the background goes on when it has said that it is ready.
-IN_BACKGROUND = """\
-{text} >"$said" 2>&1 &
-until test -s "$said"; do kill -0 $! || exit; sleep 0.1; done; cat "$said"
-"""
+# Net-SNMP's tools end well without an answer to show, too.
+PLAIN = """
+{{ {text}
+}} >$output 2>&1 || {{ status=$?; cat $output; exit $status; }}
+if grep 'No Such' $output; then exit 1; fi"""
+# The next command can come when this one has said that it is ready.
+IN_BACKGROUND = """
+: >$said
+{text} >$said 2>&1 &
+until test -s $said; do kill -0 $! || exit; sleep 0.1; done"""
+PRINTS = """
+test "$(cat $output)" = {prints} || {{ cat $output; exit 1; }}"""
 
 
 def shell_lines(command):
-    """What runs one command, shows it, and ends the shell when it fails or prints something else than it should."""
     text = documents.SHORTER.get(command.text, command.text)
-    yield f"echo {shlex.quote(f'{command.document}:{command.line}: {text}')}"
-    if text.endswith("&"):
-        yield IN_BACKGROUND.format(text=text[:-1])
-    elif command.prints is not None:
-        yield f'printed=$({text}) || exit\necho "$printed"\ntest "$printed" = {shlex.quote(command.prints)} || exit'
-    else:
-        yield f"{{ {text}\n}} || exit"
+    lines = f"\necho {shlex.quote(f'{command.document}:{command.line}: {text}')}"
+    lines += IN_BACKGROUND.format(text=text[:-1]) if text.endswith("&") else PLAIN.format(text=text)
+    if command.prints is not None:
+        lines += PRINTS.format(prints=shlex.quote(command.prints))
+    return lines
 
 
 class Documents(PackageStory):
@@ -69,30 +74,32 @@ class Documents(PackageStory):
 
     def follow(self, document):
         for block in documents.blocks(document):
-            commands = [each for each in block if not documents.left_out(each)]
-            # Scripts, and what stands in the running text, once.
-            if len(block) == 1:
-                commands = [each for each in commands if each.text not in self.done]
-            commands = [each for each in commands if not each.text.startswith("scripts/") or each.text not in self.done]
+            commands = [each for each in block if not documents.left_out(each) and not self.runs_again(each, block)]
             self.done.update(each.text for each in commands)
             if commands:
                 self.wait_until_served()
                 self.run_commands(commands, FOLDERS.get(document, machine.REPOSITORY))
 
+    def runs_again(self, command, block):
+        """Scripts run once, and so does what stands alone; in a block each command may need those before it."""
+        return command.text in self.done and (len(block) == 1 or command.text.startswith("scripts/"))
+
     def run_commands(self, commands, folder):
-        own_array = any(each.text.startswith("arraySim serve ") and "--socket" not in each.text for each in commands)
-        if own_array:
+        text = "\n".join(each.text for each in commands)
+        brings_array = "arraySim serve" in text and "--socket" not in text
+        if brings_array:
             self.stop_array()
-        lines = [PRELUDE.format(folder=folder, standard=f"{machine.REPOSITORY}/mib/standard")]
-        for each in commands:
-            lines += shell_lines(each)
-        print(self.host.run("bash", "-c", "\n".join(lines), limit_s=600)[-2000:], flush=True)
-        if own_array:
+        self.host.write(SCRIPT, "\n".join([PRELUDE.format(folder=folder), *map(shell_lines, commands)]))
+        print(self.host.run("bash", SCRIPT, limit_s=600), end="", flush=True)
+        if brings_array:
+            self.start_array("--events")
+        elif machine.SESSION_KEY in text:
+            self.stop_array()
             self.start_array("--events")
 
     def wait_until_served(self):
         """A service that has just been started needs a moment."""
-        if self.host.status("systemctl", "is-active", "--quiet", UNIT) == 0:
+        if self.host.status("systemctl", "is-enabled", "--quiet", UNIT) == 0:
             reader = manager.Manager()
             waiting.wait_until(lambda: reader.get(mib.scalar("globalStatus")).status == 0, "the array is served", 60)
 

@@ -119,6 +119,14 @@ class Packages(PackageStory):
         self.assertIn("oldEngineID", self.host.read("/var/lib/snmpsubagent/snmpd.conf"))
         self.assertEqual(os.stat(debian.ROOT + "/var/lib/snmpsubagent").st_mode & 0o007, 0)
 
+    def test_16_programs_are_guarded_against_overruns(self):
+        for program in self.host.run("sh", "-c", "dpkg -L snmpsubagent snmpsubagent-tools | grep -E '/s?bin/.'").split():
+            facts = self.host.run("readelf", "--wide", "--segments", "--dynamic", "--dyn-syms", program)
+            for what, pattern in (("any address", r"FLAGS_1\) +Flags: NOW PIE"), ("a stack without code", r"GNU_STACK .* RW +0x"),
+                                  ("read-only relocations", r"GNU_RELRO .* R +0x"), ("all of them", r"FLAGS\) +BIND_NOW"),
+                                  ("guarded stacks", r" __stack_chk_fail@"), ("guarded buffers", r" __\w+_chk@")):
+                self.assertRegex(facts, pattern, f"{program}: {what}")
+
     # --- supervision
 
     def test_20_snmpd_is_lost(self):
