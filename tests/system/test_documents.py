@@ -30,14 +30,14 @@ SCRIPT = "/tmp/block"
 PRELUDE = f"""
 cd {{folder}}
 export MIBDIRS={machine.REPOSITORY}/mib/standard:/usr/share/snmp/mibs
-output=/tmp/block.output said=/tmp/block.said
+output=/tmp/block.output said=/tmp/block.said complaints=/tmp/block.complaints
 trap 'kill $(jobs -p) 2>/dev/null' EXIT
 """
 # Net-SNMP's tools end well without an answer to show, too.
 PLAIN = """
 {{ {text}
-}} >$output 2>&1 || {{ status=$?; cat $output; exit $status; }}
-if grep 'No Such' $output; then exit 1; fi"""
+}} >$output 2>$complaints || {{ status=$?; cat $output $complaints; exit $status; }}
+if head -1 $output | grep 'No Such\\|No more variables'; then exit 1; fi"""
 # The next command can come when this one has said that it is ready.
 IN_BACKGROUND = """
 : >$said
