@@ -80,6 +80,8 @@ def commands(path, begin, lines):
             prints = said.removeprefix("prints ") if said.startswith("prints ") else None
             found.append(Command(path, number, held + line, prints))
             held = ""
+    if held:
+        raise AssertionError(f"{path}:{begin}: this block ends within a command: {held}")
     return found
 
 

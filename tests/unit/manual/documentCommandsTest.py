@@ -63,6 +63,8 @@ class Commands(unittest.TestCase):
         self.assertEqual(found("docs/man/a.5", PAGE), [])
         with self.assertRaisesRegex(AssertionError, "a.md:2: this block does not say what it holds"):
             documents.blocks("a.md", "Look:\n```\nls\n```\n")
+        with self.assertRaisesRegex(AssertionError, "a.md:2: this block ends within a command: ls"):
+            documents.blocks("a.md", "```sh\nls \\\n```\n")
 
     def test_what_is_left_out_runs_elsewhere(self):
         commands = [each for path in documents.paths() for block in documents.blocks(path) for each in block]
