@@ -137,8 +137,9 @@ class History:
             return True
         if column.name in SYSTEM and self.timeline.is_disturbed("requests", sent, ended):
             return True
+        # Repeated while no daemon was there, a request is answered by one that began after it was sent.
         return (column.name in DERIVED and value in UNDERIVED and
-                ended - self.timeline.began_before(sent) < DERIVED_S)
+                ended - self.timeline.began_before(ended) < DERIVED_S)
 
     def steady(self, begin, end):
         """The instances that a walk between these times must show."""

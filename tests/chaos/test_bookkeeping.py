@@ -54,6 +54,12 @@ class TheHistory(unittest.TestCase):
         self.assertFalse(self.allows(MODEL, b"old", 1110))
         self.assertTrue(self.allows(MODEL, b"old", 1090))
 
+    def test_a_new_daemon_has_yet_to_derive(self):
+        self.timeline.begin_life(Life(2, 1100))
+        for sent, ended, is_good in ((1110, 1111, True), (1098, 1101, True), (1098, 1099, False), (1290, 1291, False)):
+            with self.subTest(sent=sent, ended=ended):
+                self.assertEqual(self.history.allows(mib.scalar("globalStatus"), ("INTEGER", 0), sent, ended), is_good)
+
     def test_disturbed_time_makes_nothing_stale(self):
         late = 1000 + STALE_S + 10
         self.timeline.begin_disturbance(Disturbance("away", 1100, (REQUESTS,), 1150, 1160))
