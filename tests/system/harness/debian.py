@@ -13,6 +13,7 @@ from . import machine, waiting
 PLACE = "/mnt/debian"
 ROOT = f"{PLACE}/root"
 CGROUPS = "/sys/fs/cgroup"
+UNIFIED = f"{PLACE}/cgroups"
 # Units of this machine that nobody needs here are not started: only what is asked for.
 TARGET = "installed-here.target"
 TARGET_TEXT = "[Unit]\nRequires=basic.target\nAfter=basic.target\nAllowIsolate=yes\n"
@@ -51,7 +52,7 @@ class Debian:
     def __init__(self):
         self.outer = None
         self.pid = None
-        self.group = None
+        self.groups = []
         os.makedirs(PLACE, exist_ok=True)
         mount("-t", "tmpfs", "debian", PLACE)
         mount_copy("machine", "/", ROOT)
@@ -73,11 +74,18 @@ class Debian:
     # --- its life
 
     def boot(self):
-        kind = "unified" if os.path.exists(f"{CGROUPS}/cgroup.controllers") else "legacy"
-        groups = CGROUPS if kind == "unified" else f"{CGROUPS}/systemd"
-        self.group = f"{groups}/sandbox-debian-{os.getpid()}-{os.stat('/proc/self/ns/pid').st_ino}"
-        os.mkdir(self.group)
-        script = f"echo 0 >{self.group}/cgroup.procs && exec unshare --mount --pid --cgroup --uts --fork --kill-child bash -c \"$0\" \"$@\""
+        kind, trees = "unified", [CGROUPS]
+        if not os.path.exists(f"{CGROUPS}/cgroup.controllers"):
+            # Here systemd keeps its groups in two trees, and in both another machine may have units of the same names.
+            os.mkdir(UNIFIED)
+            mount("-t", "cgroup2", "cgroup2", UNIFIED)
+            kind, trees = "legacy", [f"{CGROUPS}/systemd", UNIFIED]
+        name = f"sandbox-debian-{os.getpid()}-{os.stat('/proc/self/ns/pid').st_ino}"
+        self.groups = [f"{tree}/{name}" for tree in trees]
+        for group in self.groups:
+            os.mkdir(group)
+        joined = " && ".join(f"echo 0 >{group}/cgroup.procs" for group in self.groups)
+        script = joined + ' && exec unshare --mount --pid --cgroup --uts --fork --kill-child bash -c "$0" "$@"'
         self.outer = subprocess.Popen(["bash", "-c", script, BOOT, "boot", ROOT, TARGET, kind], stdin=subprocess.DEVNULL)
         self.pid = waiting.wait_until(self.first_process, "the machine has a first process")
         waiting.wait_until(lambda: self.status("systemctl", "is-active", "--quiet", TARGET) == 0, "systemd is up", 60)
@@ -90,8 +98,9 @@ class Debian:
         if self.outer:
             self.outer.send_signal(signal.SIGKILL)  # its child, and with that all of the machine, goes too
             self.outer.wait()
-            for folder, _, _ in os.walk(self.group, topdown=False):
-                waiting.wait_until(lambda place=folder: self.remove_group(place), f"{folder} is empty")
+            for group in self.groups:
+                for folder, _, _ in os.walk(group, topdown=False):
+                    waiting.wait_until(lambda place=folder: self.remove_group(place), f"{folder} is empty")
 
     @staticmethod
     def remove_group(folder):
@@ -131,7 +140,7 @@ class Debian:
 
     def programs_of(self, unit):
         """Names of all processes in a unit's control group."""
-        members = machine.read_file(f"{self.group}{self.unit(unit, 'ControlGroup')}/cgroup.procs").split()
+        members = machine.read_file(f"{self.groups[0]}{self.unit(unit, 'ControlGroup')}/cgroup.procs").split()
         return [machine.read_file(f"/proc/{pid}/comm").strip() for pid in members]
 
     def read(self, path):
