@@ -51,13 +51,19 @@ size_t Model::Count(const Selection& selection) const {
     }));
 }
 
+/** Indexes mostly rise within a list, so the place where they would put it is looked at first. A list that
+    came from a file, or has got an object back, may have them in any order. */
 const Object* Model::Find(const Selection& selection, uint32_t index) const {
-    for (const Object& object : Objects(*selection.list)) {
-        if (object.index == index && selection.Matches(*object.kind)) {
-            return &object;
-        }
+    const std::vector<Object>& objects = Objects(*selection.list);
+    const auto is_wanted = [&](const Object& object) {
+        return object.index == index && selection.Matches(*object.kind);
+    };
+    auto found = std::partition_point(objects.begin(), objects.end(),
+                                      [&](const Object& object) { return object.index < index; });
+    if (found == objects.end() || !is_wanted(*found)) {
+        found = std::find_if(objects.begin(), objects.end(), is_wanted);
     }
-    return nullptr;
+    return found == objects.end() ? nullptr : &*found;
 }
 
 Object* Model::Find(const Selection& selection, uint32_t index) {

@@ -1,0 +1,63 @@
+#include <cstdlib>
+#include <string>
+
+#include "bench/ratio.h"
+#include "tools/arraySim/presets.h"
+#include "tools/arraySim/simulator.h"
+
+// What does the simulated array need for a Get of one disk, when it has 2000 of them?
+
+namespace {
+
+using namespace arraysim;
+
+constexpr double kWanted = 1.25;
+constexpr int kRequests = 2000;
+constexpr char kKey[] = "key";
+constexpr uint32_t kSerial = 64702;
+
+/** An array with a question about its last disk. */
+class Asked {
+  public:
+    explicit Asked(const char* preset)
+        : model_(BuildPreset(Catalogue::Builtin(), *FindPreset(preset), 1, kSerial)),
+          simulator_(model_, {kKey}, Spelling::kApi) {
+        const uint32_t index = model_.Objects(*Catalogue::Builtin().KindOf("TsDisk").list).back().index;
+        request_.set_msgtype(protoIPCMsg::APIRequest);
+        request_.set_sequencenum(1);
+        protoIPCMsg::APIReqMsg& message = *request_.mutable_apireqmsg();
+        message.set_cmdtype(protoIPCMsg::Command);
+        message.mutable_cmd()->set_cmddata(
+            "<lumapi><ApiConnection><SessionKey>" + std::string(kKey) +
+            "</SessionKey></ApiConnection><ApiMethod><CommandType>Method</CommandType><Object>TsDisk</Object>"
+            "<Command>Get</Command><Async>false</Async><ObjectEncodeType>xml</ObjectEncodeType><Attributes>"
+            "<InstanceId>" +
+            std::to_string(kSerial) + "." + std::to_string(index) +
+            "</InstanceId><LiteObj>1</LiteObj></Attributes></ApiMethod></lumapi>");
+    }
+
+    void AskOften() {
+        for (int i = 0; i < kRequests; ++i) {
+            if (simulator_.Handle(request_).record.objects != 1) {
+                abort();
+            }
+        }
+    }
+
+  private:
+    Model model_;
+    Simulator simulator_;
+    protoIPCMsg::GPBIPCMsg request_;
+};
+
+void BM_get_one_disk_of_2000_against_one_of_a_dozen(benchmark::State& state) {
+    Asked full("full");
+    Asked small("small");
+    measure_ratio(
+        state, kWanted, [&] { full.AskOften(); }, [&] { small.AskOften(); });
+    state.counters["requests"] = kRequests;
+}
+
+}  // namespace
+
+BENCHMARK(BM_get_one_disk_of_2000_against_one_of_a_dozen)->UseManualTime()->Unit(benchmark::kMillisecond);
