@@ -28,9 +28,9 @@ bool IsEvent(Verb verb) {
     return verb == Verb::kEvent || verb == Verb::kMisc || verb == Verb::kScsi;
 }
 
-/** Commands of the API that only look are asked often. */
-bool MayChangeStatus(const std::string& command) {
-    return !command.starts_with("Get");
+/** Calls that only look are asked often, and to watch the whole model costs many times their answer. */
+bool MayChangeStatus(const ApiRequest& request) {
+    return request.command_type == "Method" && !request.command.starts_with("Get");
 }
 
 /** Objects that come, go or are loaded are no event. */
@@ -57,7 +57,7 @@ Answer Simulator::AnswerCommand(const Question& question, const ExchangePlan& pl
     style.spelling = question.request.from_library ? Spelling::kClasses : spelling_;
     style.lite = question.request.IsLite();
     std::optional<StatusWatch> watch;
-    if (hooks_.send_event && MayChangeStatus(question.request.command)) {
+    if (hooks_.send_event && MayChangeStatus(question.request)) {
         watch.emplace(model_);
     }
     Answer answer = CarryOut(model_, question.request, session_, style, plan.list);

@@ -30,10 +30,20 @@ TEST(AttributeText, NumbersAreWhatAStreamCouldRead) {
                                                        {"12abc", 12},
                                                        {"  -7 8", -7},
                                                        {"+5", 5},
+                                                       {"\n\v\t\f\r 8", 8},
+                                                       {"+-5", 0},
+                                                       {"-+5", 0},
+                                                       {"+ 5", 0},
+                                                       {"-", 0},
+                                                       {"+", 0},
+                                                       {" ", 0},
+                                                       {"-0012x", -12},
                                                        {"0x10", 0},
                                                        {"1.9", 1},
                                                        {"9223372036854775807", INT64_MAX},
                                                        {"9223372036854775808", INT64_MAX},
+                                                       {"+99999999999999999999", INT64_MAX},
+                                                       {"-9223372036854775808", INT64_MIN},
                                                        {"-99999999999999999999", INT64_MIN}};
     for (const auto& [text, value] : numbers)
         EXPECT_EQ(number.FromText(text), value) << text;

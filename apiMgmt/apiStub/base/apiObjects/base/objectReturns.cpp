@@ -159,8 +159,8 @@ void COMPObjectMethodReturn::AssignObjects(std::vector<BASEApiObject*> list) {
 
 /** Those that are about to be held again must live. */
 void COMPObjectMethodReturn::DropObjectsExcept(std::vector<BASEApiObject*> kept) {
-    std::sort(kept.begin(), kept.end());
-    if (ownsObjects) {
+    if (ownsObjects && !objects.empty()) {
+        std::sort(kept.begin(), kept.end());
         for (BASEApiObject* object : objects) {
             if (!std::binary_search(kept.begin(), kept.end(), object))
                 delete object;
