@@ -6,7 +6,7 @@ import re
 from harness import daemon, machine, mib, story, waiting
 from harness.expected import Expectation
 
-LONGEST_TEXT = 4096
+LONGEST_TEXT = 3072
 RING_LIMIT_S = 180  # every foreground table is read again within one round of the schedule
 
 TRANSPORT = "Caught std::exception processing request"

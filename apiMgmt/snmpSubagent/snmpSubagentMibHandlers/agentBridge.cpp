@@ -1,3 +1,4 @@
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/answerSize.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/oidLookup.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/registration.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
@@ -61,6 +62,23 @@ int serve_request(netsnmp_mib_handler* handler, netsnmp_handler_registration* re
     return SnmpSubagentMibHandlers::central_oid_handler(handler, reginfo, info, request);
 }
 
+bool only_reads(const netsnmp_agent_request_info* info) {
+    return info->mode == MODE_GET || info->mode == MODE_GETNEXT;
+}
+
+// Net-SNMP writes an error with the bindings as they were asked for, and the range of each request as its
+// value: without those the error takes no more room than the request did.
+int fail(netsnmp_agent_request_info* info, netsnmp_request_info* request, int error) {
+    if (request->status == SNMP_ERR_NOERROR)
+        netsnmp_set_request_error(info, request, error);
+    if (only_reads(info)) {
+        netsnmp_variable_list* asked = info->asp->orig_pdu->variables;
+        for (; asked != nullptr; asked = asked->next_variable)
+            snmp_set_var_typed_value(asked, ASN_NULL, nullptr, 0);
+    }
+    return error;
+}
+
 }  // namespace
 
 int serve_requests(netsnmp_mib_handler* handler, netsnmp_handler_registration* reginfo,
@@ -74,9 +92,9 @@ int serve_requests(netsnmp_mib_handler* handler, netsnmp_handler_registration* r
             netsnmp_set_request_error(info, request, SNMP_NOSUCHINSTANCE);
             continue;
         }
-        if (request->status == SNMP_ERR_NOERROR)
-            netsnmp_set_request_error(info, request, result);
-        return result;
+        return fail(info, request, result);
     }
-    return SNMP_ERR_NOERROR;
+    // All bindings of the PDU, those of other registrations included, which may have their values already.
+    const bool is_too_big = only_reads(info) && size_of_answer(info->asp->pdu->variables) > kGreatestAnswer;
+    return is_too_big ? fail(info, first, SNMP_ERR_TOOBIG) : SNMP_ERR_NOERROR;
 }

@@ -146,9 +146,10 @@ int32_t first_cached_from(int64_t var_index);
 int store_text(int32_t var_index, const std::string& text);
 int store_number(int32_t var_index, int64_t number);
 
-/** So many octets of a text leave the daemon at most, be it in an answer or in a notification. A datagram holds some
-    65000; snmpd gives no answer at all to a request whose answer would be longer, and after it none to anybody. */
-inline constexpr size_t kLongestServedText = 4096;
+/** So many octets of a text leave the daemon at most, be it in an answer or in a notification. Of an answer
+    that is longer than a datagram snmpd sends nothing. The shipped snmpd.conf lets a GETBULK have 20 values,
+    and 20 texts of this length fit in a datagram. */
+inline constexpr size_t kLongestServedText = 3072;
 
 /** The text of a string variable as it leaves the daemon: cut, with a log line, before the character that would pass
     the limit. */

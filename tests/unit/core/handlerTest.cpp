@@ -49,12 +49,34 @@ TEST_F(Handler, DeliversEachTypeAsItsTagAndMarksIt) {
 }
 
 TEST_F(Handler, CutsATextThatNoAnswerCouldCarry) {
-    put("R.1.0", string(4096, 'x'));
-    EXPECT_EQ(get("R.1.0"), "R.1.0 = \"" + string(4096, 'x') + "\"");
+    put("R.1.0", string(3072, 'x'));
+    EXPECT_EQ(get("R.1.0"), "R.1.0 = \"" + string(3072, 'x') + "\"");
     EXPECT_EQ(transcript::take().find("log 4"), string::npos);
-    put("R.1.0", string(4095, 'x') + "\xc3\xa4");  // a character of two octets across the limit
-    EXPECT_EQ(get("R.1.0"), "R.1.0 = \"" + string(4095, 'x') + "\"");
-    EXPECT_NE(transcript::take().find("log 4 col-id:4, a text of 4097 octets is cut to 4095$\n"), string::npos);
+    put("R.1.0", string(3071, 'x') + "\xc3\xa4");  // a character of two octets across the limit
+    EXPECT_EQ(get("R.1.0"), "R.1.0 = \"" + string(3071, 'x') + "\"");
+    EXPECT_NE(transcript::take().find("log 4 col-id:4, a text of 3073 octets is cut to 3071$\n"),
+              string::npos);
+}
+
+TEST_F(Handler, RefusesAnAnswerThatTheMasterAgentWouldDrop) {
+    // Twenty of the longest texts, another one, and a binding of another registration. The error goes back
+    // with the bindings as they came, and must be short enough itself.
+    const auto serve = [](const char* foreign) {
+        snmp_pdu_of_test pdu(MODE_GET);
+        for (int i = 0; i < 20; ++i)
+            pdu.ask("R.1.0");
+        const int result = pdu.ask("R.2.0").foreign(foreign).serve();
+        return std::to_string(result) + ", ranges " + std::to_string(pdu.ranges());
+    };
+    put("R.1.0", string(3072, 'x'));
+    put("R.2.0", string(3008, 'y'));
+    EXPECT_EQ(serve("R.13.1.2.1"), "0, ranges 22");
+    EXPECT_EQ(serve("R.46.1.11.2.1"), "1, ranges 0");
+    put("R.2.0", string(3009, 'y'));
+    EXPECT_EQ(serve("R.13.1.2.1"), "1, ranges 0");
+    EXPECT_EQ(get("R.1.0").size(), 3082U);  // the next PDU is served
+    end_agent_tick();
+    EXPECT_EQ(serve("R.13.1.2.1"), "5, ranges 0");
 }
 
 TEST_F(Handler, RefusesToDeliverATypeThatNoColumnHas) {

@@ -6,16 +6,21 @@
 snmp_pdu_of_test::snmp_pdu_of_test(int mode) {
     info_.mode = mode;
     info_.asp = &session_;
+    session_.pdu = &pdu_;
+    session_.orig_pdu = &asked_;
     registered_at("1.3.6.1.4.1.913");
 }
 
 snmp_pdu_of_test::~snmp_pdu_of_test() {
     snmp_free_varbind(bindings_);
+    snmp_free_varbind(asked_.variables);
 }
 
 void snmp_pdu_of_test::add(const std::string& name, int type, const void* value, size_t size) {
     const std::vector<oid> arcs = oid_of(name);
     snmp_varlist_add_variable(&bindings_, arcs.data(), arcs.size(), static_cast<u_char>(type), value, size);
+    constexpr oid kEnd[] = {0, 0};
+    snmp_varlist_add_variable(&asked_.variables, arcs.data(), arcs.size(), ASN_OBJECT_ID, kEnd, sizeof kEnd);
 }
 
 void snmp_pdu_of_test::add_request(bool inclusive) {
@@ -70,6 +75,7 @@ snmp_pdu_of_test& snmp_pdu_of_test::rename(size_t binding, const std::string& na
 
 int snmp_pdu_of_test::serve(int mode) {
     info_.mode = mode;
+    pdu_.variables = bindings_;
     return serve_requests(nullptr, &registration_, &info_, &requests_.front());
 }
 
@@ -117,6 +123,13 @@ std::string snmp_pdu_of_test::answers() const {
     for (const netsnmp_variable_list* each = bindings_; each != nullptr; each = each->next_variable)
         text += answer(binding++) + "\n";
     return text;
+}
+
+size_t snmp_pdu_of_test::ranges() const {
+    size_t count = 0;
+    for (const netsnmp_variable_list* each = asked_.variables; each != nullptr; each = each->next_variable)
+        count += each->type == ASN_OBJECT_ID ? 1 : 0;
+    return count;
 }
 
 namespace {

@@ -42,11 +42,16 @@ class snmp_pdu_of_test {
     /** All bindings, a line each. */
     std::string answers() const;
 
+    /** How many bindings of the PDU as it came, which an error goes back with, still have their range. */
+    size_t ranges() const;
+
   private:
     void add(const std::string& name, int type, const void* value, size_t size);
     void add_request(bool inclusive);
 
     netsnmp_agent_session session_{};
+    netsnmp_pdu pdu_{};
+    netsnmp_pdu asked_{};
     netsnmp_handler_registration registration_{};
     std::vector<oid> root_;
     netsnmp_agent_request_info info_{};
