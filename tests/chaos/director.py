@@ -11,14 +11,16 @@ class Director:
         self.world, self.plan, self.say = world, plan, say
 
     def run(self, end):
-        """No fault begins that would not be over at the end, as far as can be told. Ends early when the daemon does not
-        come back."""
+        """No fault begins that would not be over at the end of its part, as far as can be told. Ends early when the daemon
+        does not come back."""
         reserve = self.plan.closing.whole_s() if self.plan.closing else 0
-        for planned in self.plan.faults:
-            if time.monotonic() + planned.whole_s() + reserve <= end and not self.strike(planned):
-                return
-        if self.plan.closing:
+        if (self.strike_all(self.plan.bearable, time.monotonic() + self.plan.bearable_s) and
+                self.strike_all(self.plan.any, end - reserve) and self.plan.closing):
             self.strike(self.plan.closing)
+
+    def strike_all(self, faults, end):
+        """Whether all was well after each."""
+        return all(self.strike(planned) for planned in faults if time.monotonic() + planned.whole_s() <= end)
 
     def strike(self, planned):
         """Whether all was well afterwards."""

@@ -8,6 +8,7 @@ from .faults.kind import Kind
 
 PAUSE_S = (1, 4)
 CLOCK = "the clock steps"
+ENDINGS_S, ENDINGS_SHARE = 600, 0.4  # the part of a run in which daemons end; of a short one, its share
 
 
 @dataclass(frozen=True)
@@ -32,21 +33,33 @@ def planned(generator, kind):
 
 @dataclass(frozen=True)
 class Plan:
-    """More faults than there may be time for, and one for the end, however short the run is; None when none fits."""
-    faults: list
+    """More faults of each part than there may be time for, and one for the end, however short the run is; None when none
+    fits. The daemon lives through all that are bearable; any may strike once these have lasted bearable_s."""
+    bearable: list
+    bearable_s: float
+    any: list
     closing: Planned
 
 
 def make(seed, seconds, has_clock=True, only=""):
-    """For a run of so many seconds. Rounds with one of each kind; those that end the daemon come last in each, so that
-    one daemon is seen under all others. only: what their names hold."""
+    """For a run of so many seconds, in rounds of each kind once. only: what their names hold."""
     generator = random.Random(f"{seed} plan")
     kinds = [kind for kind in ALL if only in kind.name and (has_clock or kind.name != CLOCK)]
+    bearable = [kind for kind in kinds if not kind.restarts]
     fitting = [fault for fault in drawn(generator, kinds) if fault.kind.restarts and fault.whole_s() <= seconds / 2]
+    bearable_s = seconds - min(ENDINGS_S, seconds * ENDINGS_SHARE)
+    if not bearable or bearable == kinds:
+        bearable_s = seconds if bearable else 0
+    return Plan(rounds(generator, bearable, bearable_s), bearable_s, rounds(generator, kinds, seconds - bearable_s),
+                fitting[0] if fitting else None)
+
+
+def rounds(generator, kinds, seconds):
+    """As many as fill so many seconds, however soon all is well again."""
     found = []
     while kinds and sum(fault.pause_s + fault.seconds for fault in found) < seconds:
-        found += sorted(drawn(generator, kinds), key=lambda each: each.kind.restarts)
-    return Plan(found, fitting[0] if fitting else None)
+        found += drawn(generator, kinds)
+    return found
 
 
 def drawn(generator, kinds):

@@ -162,8 +162,16 @@ class Others(unittest.TestCase):
         self.assertEqual(plan.make(7, 600), plan.make(7, 600))
         self.assertNotEqual(plan.make(7, 600), plan.make(8, 600))
         self.assertLessEqual(plan.make(7, 40).closing.whole_s(), 20)
-        self.assertEqual({fault.kind.name for fault in plan.make(7, 600, only="snmpd").faults},
+        self.assertEqual({fault.kind.name for fault in plan.make(7, 600, only="snmpd").any},
                          {"snmpd is killed", "snmpd is stopped"})
+
+    def test_one_daemon_lives_through_most_of_a_run(self):
+        for seconds, bearable_s in ((100, 60), (3600, 3000)):
+            made = plan.make(7, seconds)
+            self.assertEqual(made.bearable_s, bearable_s)
+            self.assertFalse([fault.text() for fault in made.bearable if fault.kind.restarts])
+            self.assertEqual({fault.kind.name for fault in made.any}, {kind.name for kind in plan.ALL})
+            self.assertTrue(made.closing.kind.restarts)
 
     def test_requests_and_their_answers_as_octets(self):
         """What is written is read back; numbers at the edges of their octets."""
