@@ -29,8 +29,7 @@
 namespace {
 
 constexpr int64_t kIdleSleepUs = 10 * kMillisecondUs;
-constexpr int64_t kBusySleepUs = 100;
-constexpr int64_t kBusySleepsInOne = 10;
+constexpr int64_t kBusyWaitUs = 5 * kMillisecondUs;
 constexpr time_t kSilence_s = 2;
 constexpr int kGreatestStrikes = 3;
 constexpr int64_t kStrikeSleepUs = 15 * kSecondUs;
@@ -41,13 +40,13 @@ int leave(int result) {
     return result;
 }
 
-// For a second after traffic a packet is served within a busy sleep. A wait that the packet itself ends does
-// that sooner, and so may be as long as several: the self-test alone makes every third second a busy one.
+// For a second after traffic a packet is served as it comes: it ends the wait. So the wait need not be as short as
+// the 100 microseconds that a sleep would have to be; the self-test alone makes every third second a busy one.
 // A trap command that can be served ends the rest in any case.
 void rest(bool is_busy) {
     const int wake_up = snmpSubagentComm->apimgr_ok() ? trap_queue_descriptor() : -1;
     if (is_busy)
-        agent_wait(kBusySleepsInOne * kBusySleepUs, wake_up);
+        agent_wait(kBusyWaitUs, wake_up);
     else
         ClockSleepUnlessReadable(kIdleSleepUs, wake_up);
 }

@@ -97,7 +97,7 @@ TEST_F(MainLoop, GoesThroughAPassInOrder) {
     EXPECT_EQ(main_loop(), 0);
     EXPECT_EQ(
         transcript::take(),
-        string("wait 1000 us\nrefresh 0\nlog 4 liteObjEnabled toggled to false$\nreopen_redirected_log\n"
+        string("wait 5000 us\nrefresh 0\nlog 4 liteObjEnabled toggled to false$\nreopen_redirected_log\n"
                "truncate_subagent_log\napi GetList TsController\nagent ping\n") +
             kSnmpget + kPs + "agent check\n" + kSigterm + kPopped + "log 7 exiting main_loop$\n");
     EXPECT_EQ(permission_to_process_pdu, 0);
@@ -108,7 +108,7 @@ TEST_F(MainLoop, GoesThroughAPassInOrder) {
 TEST_F(MainLoop, RestsByTheTraffic) {
     at_checks({nothing,
                [] {
-                   fake_clock::advance(1'000'000 - 1000 - 1000);
+                   fake_clock::advance(1'000'000 - 5000 - 5000);
                    return 0;
                },
                [] { return 1; }, [] { return 3; },
@@ -118,12 +118,12 @@ TEST_F(MainLoop, RestsByTheTraffic) {
                },
                nothing, [] { return -1; }, nothing});
     EXPECT_EQ(run(),
-              string("wait 1000 us\nagent check\n"
-                     "wait 1000 us\nagent check\n"
+              string("wait 5000 us\nagent check\n"
+                     "wait 5000 us\nagent check\n"
                      "sleep 10000 us\nagent check\n"  // a second has gone by without packets
                      "agent check\n"                  // right after packets: neither rest nor scan
                      "agent check\n"
-                     "wait 1000 us\nagent check\n"  // 999999 microseconds after the last packets
+                     "wait 5000 us\nagent check\n"  // 999999 microseconds after the last packets
                      "sleep 10000 us\nagent check\n"
                      "sleep 10000 us\nagent check\n") +
                   kSigterm + kPopped + "result 0");
@@ -151,7 +151,7 @@ TEST_F(MainLoop, ServesOneEventAPass) {
                          "trapArgD, owner, uint, str, status, uint, str$\nagent check\n" +
                          refusal(902) + "agent check\n" + refusal(903) +
                          "agent check\n"
-                         "wait 1000 us\nagent check\n" +  // only now there is time to rest
+                         "wait 5000 us\nagent check\n" +  // only now there is time to rest
                          kSigterm +
                          kPopped + "result 0");
     EXPECT_FALSE(sendTestTrap);
@@ -169,14 +169,14 @@ TEST_F(MainLoop, HoldsEventsBackWhileTheArrayIsAway) {
     const string course = run();
     const size_t back = course.find("sleep 15000000 us\n");
     ASSERT_NE(back, string::npos) << course;
-    EXPECT_EQ(course.find("wait 1000 us\n"), 0);  // they do not end a rest that cannot serve them
+    EXPECT_EQ(course.find("wait 5000 us\n"), 0);  // they do not end a rest that cannot serve them
     EXPECT_GT(course.find(refusal(901)), back);
     EXPECT_LT(course.find(refusal(901)), course.find("Traps are disabled"));
     EXPECT_LT(course.find("Traps are disabled"), course.find(refusal(902)));
 }
 
 TEST_F(MainLoop, LooksAtLinksThatWereSilentForMoreThanTwoWholeSeconds) {
-    const string calm = string("wait 1000 us\nagent check\nsleep 10000 us\n");
+    const string calm = string("wait 5000 us\nagent check\nsleep 10000 us\n");
     const struct {
         int64_t silence_us;
         string looks;
@@ -223,7 +223,7 @@ TEST_F(MainLoop, CountsStrikesUntilTheApiManagerIsBack) {
         return 0;
     };
     EXPECT_EQ(run(),
-              "wait 1000 us\n" + strike(1) + "sleep 10000 us\n" + strike(2) +
+              "wait 5000 us\n" + strike(1) + "sleep 10000 us\n" + strike(2) +
                   "sleep 10000 us\napi ping\napi GetList TsController\n" + kPs +
                   "agent check\n"
                   // The next pass tells of the recovery and clears the strikes.
@@ -248,7 +248,7 @@ TEST_F(MainLoop, TestsTheWholeLinkWhenTheAccessTestFails) {
     });
     at_checks({nothing});
     EXPECT_EQ(run(),
-              string("wait 1000 us\napi GetList TsController\nlog 4 msgResponse did Not have apirespmsg$\n"
+              string("wait 5000 us\napi GetList TsController\nlog 4 msgResponse did Not have apirespmsg$\n"
                      "log 4 Error on ApiMgr-ping.$\nlog 7 connection to apimgr is Not okay$\napi ping\n"
                      "api GetList TsController\nagent check\n") +
                   kSigterm + kPopped + "log 7 exiting main_loop$\nresult 0");
@@ -277,7 +277,7 @@ TEST_F(MainLoop, StartsANewCopyWhenTheChainIsBroken) {
         fake_agent::ping_result = 1;
         vars[COLID_selfTestVersion].flags |= VAR_FLAG_delivered;
         each.breakage();
-        EXPECT_EQ(run(), "wait 1000 us\n" + each.course + kRestart + "result 1") << each.what;
+        EXPECT_EQ(run(), "wait 5000 us\n" + each.course + kRestart + "result 1") << each.what;
         EXPECT_EQ(snmpSubagentComm->agentx_ok(), string(each.what) == "no main session");
     }
 }
@@ -287,7 +287,7 @@ TEST_F(MainLoop, TestsAMainSessionThatHasComeBackAtOnce) {
     transcript::on("log 4 main-session went down",
                    [](const string&) { fake_agent::has_main_session = true; });
     at_checks({nothing});
-    EXPECT_EQ(run(), string("wait 1000 us\nlog 4 main-session went down$\nagent ping\n") + kSnmpget +
+    EXPECT_EQ(run(), string("wait 5000 us\nlog 4 main-session went down$\nagent ping\n") + kSnmpget +
                          "agent check\n" + kSigterm + kPopped + "result 0");
 }
 
@@ -302,11 +302,11 @@ TEST_F(MainLoop, KillsASnmpdThatTakesTooMuchMemory) {
                    return 0;
                },
                nothing});
-    EXPECT_EQ(run(), string("wait 1000 us\n") + kPs +
+    EXPECT_EQ(run(), string("wait 5000 us\n") + kPs +
                          "log 4 snmpd mem usage too high: 50001$\n"
                          "open /usr/bin/killall -6 -v snmpd 2>&1\nsleep 10000 us\n"
                          "open /usr/bin/killall -9 -v snmpd 2>&1\nsleep 10000 us\nagent check\n"
-                         "wait 1000 us\nagent check\nsleep 10000 us\nagent check\n" +
+                         "wait 5000 us\nagent check\nsleep 10000 us\nagent check\n" +
                          kSigterm + kPopped + "result 0");
 }
 
@@ -319,22 +319,22 @@ TEST_F(MainLoop, EndsAtWhicheverPointItSeesSigterm) {
         std::function<void()> prepare;
         string course;
     } rows[] = {
-        {"wait", nothing, string("wait 1000 us\n") + kSigterm + "log 7 exiting main_loop$\nresult 1"},
+        {"wait", nothing, string("wait 5000 us\n") + kSigterm + "log 7 exiting main_loop$\nresult 1"},
         {"log 4 liteObjEnabled", [] { tempTest_requested = true; },
-         string("wait 1000 us\nlog 4 liteObjEnabled toggled to false$\n") + kSigterm +
+         string("wait 5000 us\nlog 4 liteObjEnabled toggled to false$\n") + kSigterm +
              "log 7 exiting main_loop$\nresult 1"},
         {"truncate_subagent_log", nothing,
-         string("wait 1000 us\n") + kSigterm + "log 7 exiting main_loop$\nresult 1"},
+         string("wait 5000 us\n") + kSigterm + "log 7 exiting main_loop$\nresult 1"},
         {"log 4 Error on ApiMgr-ping", [] { fake_api_mgr::refuse_connections(true); },
-         "wait 1000 us\n" + refused_test + kSigterm + "log 7 exiting main_loop$\nresult 1"},
+         "wait 5000 us\n" + refused_test + kSigterm + "log 7 exiting main_loop$\nresult 1"},
         {"log 7 connection to apimgr is Not okay", [] { snmpSubagentComm->set_apimgr_state(false); },
-         string("wait 1000 us\nlog 7 connection to apimgr is Not okay$\n") + kSigterm +
+         string("wait 5000 us\nlog 7 connection to apimgr is Not okay$\n") + kSigterm +
              "log 7 exiting main_loop$\nresult 1"},
         {"log 4 main-session went down", [] { fake_agent::has_main_session = false; },
-         string("wait 1000 us\napi GetList TsController\nlog 4 main-session went down$\n") + kSigterm +
+         string("wait 5000 us\napi GetList TsController\nlog 4 main-session went down$\n") + kSigterm +
              "log 7 exiting main_loop$\nresult 1"},
         {"log 4 main-session down, or", [] { fake_agent::has_main_session = false; },
-         string("wait 1000 us\napi GetList TsController\nlog 4 main-session went down$\n") +
+         string("wait 5000 us\napi GetList TsController\nlog 4 main-session went down$\n") +
              string(kRestart).substr(0, string(kRestart).find("run")) + kSigterm +
              "log 7 exiting main_loop$\nresult 1"},  // and starts no new copy
         {"sleep 15000000",
@@ -344,14 +344,14 @@ TEST_F(MainLoop, EndsAtWhicheverPointItSeesSigterm) {
              verbose = false;
          },
          string(
-             "wait 1000 us\napi refused\nlog 4 Exception: /tmp/apimgr.sock: nobody listens$\n"
+             "wait 5000 us\napi refused\nlog 4 Exception: /tmp/apimgr.sock: nobody listens$\n"
              "log 4  ---- Can't connect to ApiMgr's socket ----$\nlog 4 Could not open socket to ApiMgr.$\n"
              "log 4 failed interface test to apimgr: strikes_against_apimgr = 1 out of 3: we'll retry after "
              "a "
              "sleep of 15 sec$\nsleep 15000000 us\n") +
              kSigterm + kPopped + "result 0"},
         {"api GetList", nothing,  // a test that has begun is ended, and so is the pass
-         string("wait 1000 us\napi GetList TsController\nagent check\n") + kSigterm + kPopped +
+         string("wait 5000 us\napi GetList TsController\nagent check\n") + kSigterm + kPopped +
              "log 7 exiting main_loop$\nresult 0"},
     };
     static string when;
@@ -383,7 +383,7 @@ TEST_F(MainLoop, EndsWhenTheListenerCouldNotBeSetUp) {
         return 0;
     };
     EXPECT_EQ(run(),
-              "wait 1000 us\nagent check\n"
+              "wait 5000 us\nagent check\n"
               "log 4 popped out of main_loop: snmpSubagent_is_active=1, abort_snmpSubagent=1$\nresult 0");
 }
 
@@ -400,10 +400,10 @@ TEST_F(MainLoop, GoesOnAfterSigintAndSigpipe) {
                    return 0;
                },
                nothing});
-    EXPECT_EQ(run(), string("wait 1000 us\nagent check\nwait 1000 us\n"
+    EXPECT_EQ(run(), string("wait 5000 us\nagent check\nwait 5000 us\n"
                             "log 4 (((((((((((((((((( SIGINT ))))))))))))))))))))$\n"
                             "log 7 (((((((((((((((((( SIGPIPE ))))))))))))))))))))$\n"
-                            "agent check\nwait 1000 us\nagent check\n") +
+                            "agent check\nwait 5000 us\nagent check\n") +
                          kSigterm + kPopped + "log 7 exiting main_loop$\nresult 0");
 }
 
