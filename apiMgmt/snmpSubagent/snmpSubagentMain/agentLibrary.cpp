@@ -19,7 +19,6 @@ int agentx_parse(netsnmp_session* session, netsnmp_pdu* pdu, u_char* data, size_
 namespace {
 
 // Of the header of an AgentX PDU.
-constexpr size_t kHeaderSize = 20;
 constexpr size_t kTypeAt = 1, kFlagsAt = 2, kSessionAt = 4, kTransactionAt = 8, kPacketAt = 12;
 constexpr u_char kNetworkByteOrder = 0x10;
 constexpr u_char kGet = 5, kTestSet = 8;  // with GetNext and GetBulk between them: these have bindings
