@@ -1,8 +1,10 @@
 // Objects into their CSV form and back, as a client reads it. Each line of the input is "NAME VALUE"; a line
 // "+" begins another object.
 
+#include <algorithm>
 #include <map>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsDisk.h"
@@ -31,11 +33,18 @@ std::vector<std::string> Fields(const std::string& text, char separator) {
     return fields;
 }
 
-std::string Plain(std::string field) {
-    ReplaceAll(field, "--cl--", ":");
-    ReplaceAll(field, "--nl--", "\n");
-    ReplaceAll(field, "--cm--", ",");
-    return UnescapeXml(field, false);
+// From the left: between the marks of two commas there may stand what looks like another with them.
+std::string Plain(const std::string& field) {
+    constexpr std::pair<std::string_view, char> kMarks[] = {{"--cl--", ':'}, {"--nl--", '\n'}, {"--cm--", ','}};
+    std::string plain;
+    for (size_t at = 0; at < field.size();) {
+        const auto* mark = std::find_if(std::begin(kMarks), std::end(kMarks), [&](const auto& each) {
+            return field.compare(at, each.first.size(), each.first) == 0;
+        });
+        plain += mark == std::end(kMarks) ? field[at] : mark->second;
+        at += mark == std::end(kMarks) ? 1 : mark->first.size();
+    }
+    return UnescapeXml(plain, false);
 }
 
 Rows Read(const std::string& csv) {

@@ -7,7 +7,7 @@ import sys
 import time
 
 sys.path[:0] = [os.path.join(os.path.dirname(os.path.realpath(__file__)), "..", *more) for more in ((), ("system",))]
-from harness import daemon, machine, waiting  # noqa: E402  (found through the line above)
+from harness import daemon, machine, waiting, wallClock  # noqa: E402  (found through the line above)
 from chaos import clients, plan  # noqa: E402
 from chaos.changes import Changes  # noqa: E402
 from chaos.director import Director  # noqa: E402
@@ -54,7 +54,7 @@ class Run:
         try:
             self.world.start()
             print(f"   the daemon serves after {time.monotonic() - self.began:.1f} s; notifications of version "
-                  f"{self.world.version}; its clock {'can' if self.world.has_clock else 'cannot'} be moved", flush=True)
+                  f"{self.world.version}; its clock {'can' if wallClock.CAN_BE_SET else 'cannot'} be moved", flush=True)
             self.strike()
             self.world.stopping.set()
             for thread in self.threads:
@@ -78,7 +78,7 @@ class Run:
         end = self.began + self.seconds - SETTLE_S
         time.sleep(WARM_UP_S * waiting.PATIENCE)
         # Not the time that is left: the same seed must give the same faults.
-        planned = plan.make(self.seed, self.seconds - START_S - WARM_UP_S - SETTLE_S, self.world.has_clock,
+        planned = plan.make(self.seed, self.seconds - START_S - WARM_UP_S - SETTLE_S, wallClock.CAN_BE_SET,
                             self.only)
         director = Director(self.world, planned, self.say_fault)
         say("the faults\n    no.     begins   lasts  well again  fault")

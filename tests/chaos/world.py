@@ -7,7 +7,7 @@ import sys
 import threading
 import time
 
-from harness import array, berWriter, daemon, machine, management, mib, receiver, waiting
+from harness import array, berWriter, daemon, machine, management, mib, receiver, waiting, wallClock
 
 from . import snmp
 from .history import History
@@ -20,8 +20,6 @@ from .watch import Watch
 FOLDER = "/tmp/chaos"
 KEEPER = os.path.join(os.path.dirname(os.path.realpath(__file__)), "keeper.py")
 LOG_FOLDER, LOG_FOLDER_SIZE = "/var/log", "6m"
-FAKE_TIME = "/usr/lib/x86_64-linux-gnu/faketime/libfaketime.so.1"
-CLOCK = os.path.join(FOLDER, "clock")
 RECOVERY_S = 150
 MARK_S = 3
 TEXT_SOURCES = {"sysContact": "tsTsContact", "sysName": "tsTsName", "sysLocation": "tsTsLocation"}
@@ -56,27 +54,13 @@ class World:
         machine.write_file(machine.MODE_CONF, "isdebugmode=false\n")
         self.notices = Notices(self.timeline, self.receiver)
         self.start_array(array.preset(self.preset), since=0)
-        # Sanitizers must be the first library of a program, and so must this one.
-        self.has_clock = os.path.exists(FAKE_TIME) and "SNMPSUBAGENT_SANITIZED" not in os.environ
-        self.set_clock(0)
+        wallClock.set_to(0)
         self.keeper = subprocess.Popen([sys.executable, KEEPER], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                                       text=True, env=self.environment())
+                                       text=True, env={**daemon.Daemon.environment(), **wallClock.environment()})
         self.watch = Watch(self)
         self.watch.start()
         waiting.wait_until(self.is_served, "the daemon serves", 60)
         self.served_since = time.monotonic()
-
-    def environment(self):
-        environment = daemon.Daemon.environment()
-        if self.has_clock:
-            environment.update(LD_PRELOAD=FAKE_TIME, FAKETIME_ONLY_CMDS="snmpSubagent", FAKETIME_NO_CACHE="1",
-                               FAKETIME_TIMESTAMP_FILE=CLOCK)
-        return environment
-
-    def set_clock(self, offset_s):
-        """Of the daemon alone."""
-        machine.write_file(CLOCK + ".new", f"{offset_s:+d}\n")
-        os.rename(CLOCK + ".new", CLOCK)
 
     def start_daemon(self):
         self.keeper.stdin.write(machine.DAEMON + "\n")

@@ -1,16 +1,17 @@
 """A change in the array is seen over SNMP after the refresh that the schedule gives: what is read every few
 seconds, what the second thread fetches every few minutes, rows that come and go."""
 
+import time
 import unittest
 
-from harness import mib, story, waiting
+from harness import daemon, mib, story, waiting, wallClock
 from harness.expected import Expectation
 
 FOREGROUND_LIMIT_S = 180
 BACKGROUND_LIMIT_S = 420
 
 
-class AChangingArray(story.SharedStory):
+class Reading(story.SharedStory):
     def served(self, root):
         return {b.oid: (b.type, b.value) for b in self.manager.bulk_walk(root, "-Cr20").bindings}
 
@@ -23,6 +24,8 @@ class AChangingArray(story.SharedStory):
         expected = self.expected(root)
         waiting.wait_until(lambda: self.served(root) == expected, f"table {table} shows the change", limit_s)
 
+
+class AChangingArray(Reading):
     def test_changes_show(self):
         """One long test: the waits for all tables run side by side."""
         controller = self.array.dump()["TsController"][1]["Index"]
@@ -54,6 +57,27 @@ class AChangingArray(story.SharedStory):
         self.array.recover("TsDisk", disks[2])
         self.wait_until_it_shows("tsCtlr", FOREGROUND_LIMIT_S)
         self.wait_until_it_shows("tsDisk", BACKGROUND_LIMIT_S)
+
+
+@unittest.skipUnless(wallClock.CAN_BE_SET, "libfaketime cannot be the first library beside a sanitizer")
+class AClockThatIsSet(Reading):
+    """What was read in a time that has not come yet would not be read again before it."""
+
+    AHEAD_S = 8 * 86400
+
+    @classmethod
+    def launch(cls):
+        wallClock.set_to(cls.AHEAD_S)
+        cls.daemon.environment = lambda: {**daemon.Daemon.environment(), **wallClock.environment()}
+        super().launch()
+
+    def test_refreshes_go_on(self):
+        day = time.strftime("%-m/%-d/%Y", time.localtime(time.time() + self.AHEAD_S))
+        self.assertIn(day, self.daemon.log())
+        wallClock.set_to(0)
+        controller = self.array.dump()["TsController"][1]["Index"]
+        self.array.set("TsController", controller, "Name", "Renamed controller")
+        self.wait_until_it_shows("tsCtlr", FOREGROUND_LIMIT_S)
 
 
 if __name__ == "__main__":

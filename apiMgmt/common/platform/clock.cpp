@@ -5,6 +5,16 @@
 
 #include <cerrno>
 
+namespace {
+
+int64_t read_us(clockid_t clock) {
+    timespec now{};
+    clock_gettime(clock, &now);
+    return static_cast<int64_t>(now.tv_sec) * kSecondUs + now.tv_nsec / 1000;
+}
+
+}  // namespace
+
 timeval ClockNow() {
     timeval now{};
     gettimeofday(&now, nullptr);
@@ -12,8 +22,8 @@ timeval ClockNow() {
 }
 
 int64_t ClockNowUs() {
-    const timeval now = ClockNow();
-    return static_cast<int64_t>(now.tv_sec) * 1'000'000 + now.tv_usec;
+    static const int64_t origin_us = read_us(CLOCK_REALTIME) - read_us(CLOCK_MONOTONIC);
+    return origin_us + read_us(CLOCK_MONOTONIC);
 }
 
 int64_t ClockNowMs() {
@@ -24,22 +34,15 @@ void ClockSleepMicroseconds(int64_t duration_us) {
     if (duration_us <= 0) {
         return;
     }
-    // An end point instead of a duration, so that signals neither shorten nor stretch the sleep.
-    timespec end{};
-    clock_gettime(CLOCK_MONOTONIC, &end);
-    end.tv_sec += static_cast<time_t>(duration_us / 1'000'000);
-    end.tv_nsec += static_cast<long>(duration_us % 1'000'000) * 1000;
-    if (end.tv_nsec >= 1'000'000'000) {
-        end.tv_nsec -= 1'000'000'000;
-        ++end.tv_sec;
-    }
-    while (clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &end, nullptr) == EINTR) {
+    timespec left{.tv_sec = static_cast<time_t>(duration_us / kSecondUs),
+                  .tv_nsec = static_cast<long>(duration_us % kSecondUs) * 1000};
+    while (nanosleep(&left, &left) != 0 && errno == EINTR) {
     }
 }
 
 void ClockSleepUnlessReadable(int64_t duration_us, int descriptor) {
     pollfd watched{.fd = descriptor, .events = POLLIN, .revents = 0};
-    const timespec limit{.tv_sec = static_cast<time_t>(duration_us / 1'000'000),
-                         .tv_nsec = static_cast<long>(duration_us % 1'000'000) * 1000};
+    const timespec limit{.tv_sec = static_cast<time_t>(duration_us / kSecondUs),
+                         .tv_nsec = static_cast<long>(duration_us % kSecondUs) * 1000};
     ppoll(&watched, 1, &limit, nullptr);
 }

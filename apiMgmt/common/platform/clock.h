@@ -4,19 +4,20 @@
 
 #include <cstdint>
 
-/** The one way to the wall clock and to sleep. Tests link a clock of their own in place of clock.cpp. */
+/** The one way to the clocks and to sleep. Tests link a clock of their own in place of clock.cpp. */
 
 inline constexpr int64_t kMillisecondUs = 1000;
 inline constexpr int64_t kSecondUs = 1000 * kMillisecondUs;
 
-/** Wall clock, seconds and microseconds. */
+/** Wall clock, seconds and microseconds: for what people read. It jumps when somebody sets it. */
 timeval ClockNow();
 
-/** Wall clock in milliseconds since the epoch. */
-int64_t ClockNowMs();
-
-/** The same in microseconds. */
+/** Microseconds for whatever is measured or falls due: the wall clock of the first call, and steady from there on,
+    whoever sets the wall clock meanwhile. */
 int64_t ClockNowUs();
+
+/** The same in milliseconds. */
+int64_t ClockNowMs();
 
 /** Sleeps on the calling thread; signals do not cut it short. */
 void ClockSleepMicroseconds(int64_t duration_us);

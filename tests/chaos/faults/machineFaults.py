@@ -4,7 +4,7 @@ import os
 import resource
 from contextlib import contextmanager, suppress
 
-from harness import daemon, machine, waiting
+from harness import daemon, machine, waiting, wallClock
 
 from .. import processes
 from .kind import NOTHING, Kind, no_words
@@ -64,11 +64,10 @@ def raise_limits(soft, before):
 
 
 @contextmanager
-def clock_stepped(world, words):
-    """The daemon's alone."""
-    world.set_clock(int(words[0]))
+def clock_stepped(_, words):
+    wallClock.set_to(int(words[0]))
     yield
-    world.set_clock(int(words[1]))
+    wallClock.set_to(int(words[1]))
 
 
 def draw_steps(random):
