@@ -102,10 +102,11 @@ class Report:
              for life in self.world.timeline.ended_by_themselves(self.world.served_since)]))
         self.line("crashes", self.must_be_none("processes that crashed", watch.crashes()))
         self.line("sanitizer reports", self.must_be_none("sanitizer reports", self.sanitizer_reports()))
-        print(f"   {'':44} {'memory in kB':>22}  {'descriptors':>11}")
-        for number, each in enumerate(self.comparisons, 1):
-            print(f"   {f'daemon {each.life.pid}, over {each.seconds:.0f} calm and other seconds':44} "
-                  f"{each.kb[0]:>9} -> {each.kb[1]:<9}  {each.descriptors[0]:>4} -> {each.descriptors[1]:<4}")
+        print(f"   {'':44} {'descriptors':12} memory in kB")
+        for each in self.comparisons:
+            descriptors = f"{each.descriptors[0]} -> {each.descriptors[-1]}"
+            print(f"   {f'daemon {each.life.pid}, over {each.seconds:.0f} calm and other seconds':44} {descriptors:12} "
+                  f"{' -> '.join(map(str, each.kb))}")
         self.must_be_none("daemons that grow", [
             f"daemon {each.life.pid}: {each.kb} kB, {each.descriptors} descriptors; allowed are {vitals.GROWTH_KB} kB "
             f"or {vitals.GROWTH_PERCENT} %, and {vitals.GROWTH_DESCRIPTORS} descriptors"

@@ -32,19 +32,22 @@ def sample(life, timeline):
 
 
 class Comparison:
-    """A life's first calm moments against its last."""
+    """A life's first calm moments against its last, with some between them: what fills up once rises and stays."""
+
+    BETWEEN = 3
 
     def __init__(self, life):
         self.life = life
-        first, last = life.samples[:GROUP], life.samples[-GROUP:]
-        self.kb = [int(statistics.median(each.resident_kb for each in group)) for group in (first, last)]
-        self.descriptors = [min(each.descriptors for each in group) for group in (first, last)]
-        self.seconds = last[-1].moment - first[0].moment
+        starts = [(len(life.samples) - GROUP) * part // (self.BETWEEN + 1) for part in range(self.BETWEEN + 2)]
+        groups = [life.samples[start:start + GROUP] for start in starts]
+        self.kb = [int(statistics.median(each.resident_kb for each in group)) for group in groups]
+        self.descriptors = [min(each.descriptors for each in group) for group in groups]
+        self.seconds = groups[-1][-1].moment - groups[0][0].moment
 
     def is_flat(self):
         bound = max(GROWTH_KB, self.kb[0] * GROWTH_PERCENT // 100)
-        return (self.kb[1] - self.kb[0] <= bound and
-                self.descriptors[1] - self.descriptors[0] <= GROWTH_DESCRIPTORS)
+        return (self.kb[-1] - self.kb[0] <= bound and
+                self.descriptors[-1] - self.descriptors[0] <= GROWTH_DESCRIPTORS)
 
 
 def comparisons(timeline):
