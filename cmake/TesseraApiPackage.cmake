@@ -32,6 +32,9 @@ target_link_libraries(tesseraApi_factories PUBLIC tesseraApi_classes)
 
 install(TARGETS tesseraApi_classes tesseraApi_factories EXPORT tesseraApiTargets
         ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT api_library)
+if(SNMPSUBAGENT_COVERAGE)  # every target is linked with it
+  install(TARGETS count_at_exit EXPORT tesseraApiTargets OBJECTS DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT api_library)
+endif()
 install(EXPORT tesseraApiTargets NAMESPACE tesseraApi:: DESTINATION "${API_PACKAGE_CONFIG}" COMPONENT api_library)
 
 configure_package_config_file(cmake/tesseraApiConfig.cmake.in "${CMAKE_BINARY_DIR}/tesseraApiConfig.cmake"
