@@ -21,6 +21,9 @@ target_include_directories(tesseraApi_classes SYSTEM INTERFACE "$<INSTALL_INTERF
 if(SNMPSUBAGENT_SANITIZE)
   target_link_options(tesseraApi_classes INTERFACE -fsanitize=${SNMPSUBAGENT_SANITIZE})
 endif()
+if(SNMPSUBAGENT_COVERAGE)
+  target_link_options(tesseraApi_classes INTERFACE --coverage)
+endif()
 
 # The entries of the factories, apart. Nothing refers to them, so that a linker takes none of them from an archive;
 # the package's configuration has it take this one whole. An OBJECT library would do for programs that link the
