@@ -114,7 +114,11 @@ class Manager:
         return self.ask("snmpwalk", *options, "127.0.0.1", oid)
 
     def bulk_walk(self, oid, *options, limit_s=300):
-        return self.ask("snmpbulkwalk", *options, "127.0.0.1", oid, limit_s=limit_s)
+        """Tried twice at most, for the reason that value has."""
+        walked = self.ask("snmpbulkwalk", *options, "127.0.0.1", oid, limit_s=limit_s)
+        if walked.error == "genError":
+            walked = self.ask("snmpbulkwalk", *options, "127.0.0.1", oid, limit_s=limit_s)
+        return walked
 
     def set(self, *assignments):
         """assignments: (oid, type letter of snmpset, value), all in one SET."""
