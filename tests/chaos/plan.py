@@ -47,9 +47,12 @@ def make(seed, seconds, has_clock=True, only=""):
     kinds = [kind for kind in ALL if only in kind.name and (has_clock or kind.name != CLOCK)]
     bearable = [kind for kind in kinds if not kind.restarts]
     fitting = [fault for fault in drawn(generator, kinds) if fault.kind.restarts and fault.whole_s() <= seconds / 2]
-    bearable_s = seconds - min(ENDINGS_S, seconds * ENDINGS_SHARE)
-    if not bearable or bearable == kinds:
-        bearable_s = seconds if bearable else 0
+    if not bearable:
+        bearable_s = 0
+    elif bearable == kinds:
+        bearable_s = seconds
+    else:
+        bearable_s = seconds - min(ENDINGS_S, seconds * ENDINGS_SHARE)
     return Plan(rounds(generator, bearable, bearable_s), bearable_s, rounds(generator, kinds, seconds - bearable_s),
                 fitting[0] if fitting else None)
 
