@@ -1,7 +1,6 @@
 #include "apiMgmt/common/threadpool/debugLogFile.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -9,17 +8,11 @@
 
 #include "apiMgmt/common/platform/clock.h"
 #include "apiMgmt/common/utils/pathConstants.h"
+#include "apiMgmt/common/utils/privateFile.h"
 
 namespace {
 
 constexpr off_t kGreatestSize = 1'000'000;
-
-// Debug lines carry the session key, so that nobody but the owner may read the file.
-constexpr mode_t kMode = 0600;
-
-int OpenFile(int more_flags) {
-    return open(kDebugLogFile, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | more_flags, kMode);
-}
 
 // Better to lose what the file holds than to let it grow without end.
 void PutAside() {
@@ -31,13 +24,13 @@ void PutAside() {
 
 // Below 0 when there is no file to write to.
 int OpenWithRoom() {
-    const int descriptor = OpenFile(0);
+    const int descriptor = OpenPrivateLog(kDebugLogFile);
     if (descriptor < 0 || lseek(descriptor, 0, SEEK_END) <= kGreatestSize) {
         return descriptor;
     }
     close(descriptor);
     PutAside();
-    return OpenFile(O_TRUNC);
+    return OpenPrivateLog(kDebugLogFile, O_TRUNC);
 }
 
 std::string LocalTime() {

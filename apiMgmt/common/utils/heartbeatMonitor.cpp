@@ -17,6 +17,7 @@ namespace {
 
 constexpr timeval kPingTimeLimit{5, 0};
 constexpr int64_t kPauseAfterFailedAccept_us = 10'000;
+constexpr int64_t kPauseWithoutPort_us = 1'000'000;
 
 void AnswerOnePing(TCPServerSocket& listener) {
     sockaddr_in peer;
@@ -32,6 +33,13 @@ void AnswerOnePing(TCPServerSocket& listener) {
     char ping[4];
     if (connection.ReadExact(ping, sizeof ping) == SocketWrapper::kSuccess) {
         connection.Write(ping, sizeof ping);
+    }
+}
+
+[[noreturn]] void ServePings(int port) {
+    TCPServerSocket listener(port, true);
+    for (;;) {
+        AnswerOnePing(listener);
     }
 }
 
@@ -57,14 +65,15 @@ void* HeartbeatThreadRoutine(void* argument) {
         syslog(LOG_WARNING, "Heartbeat monitor listener port not specified");
         return nullptr;
     }
-    try {
-        TCPServerSocket listener(*static_cast<const int*>(argument), true);
-        for (;;) {
-            AnswerOnePing(listener);
+    // A predecessor that is slow to end may still hold the port.
+    for (bool is_first = true;; is_first = false) {
+        try {
+            ServePings(*static_cast<const int*>(argument));
+        } catch (const std::exception& error) {
+            if (is_first) {
+                syslog(LOG_WARNING, "Heartbeat monitor waits for its port: %s", error.what());
+            }
+            ClockSleepMicroseconds(kPauseWithoutPort_us);
         }
-    } catch (const std::exception& error) {
-        // The daemon is of more use without its heartbeat than not at all.
-        syslog(LOG_WARNING, "Heartbeat monitor ends: %s", error.what());
     }
-    return nullptr;
 }

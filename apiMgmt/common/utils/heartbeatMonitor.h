@@ -11,5 +11,6 @@ extern int gPingListenPort;
 /** Starts the thread. 0, or the error number of the thread's creation. */
 int StartHeartbeatMonitor(int port);
 
-/** The thread: argument is the address of the port. Returns only when it cannot listen. */
+/** The thread: argument is the address of the port. While the port is taken it tries again each second.
+ * Returns only without a port. */
 void* HeartbeatThreadRoutine(void* argument);

@@ -98,6 +98,15 @@ int unrecognized(const std::string& apiName) {
     return 1;
 }
 
+// The method writes values as they are, and a manager's text must not become markup. What is no markup,
+// line ends and tabs among it, reaches the array as it came.
+std::string as_content(const std::string& text) {
+    std::string content;
+    for (const char each : text)
+        content.append(each == '&' ? "&amp;" : std::string(1, each));
+    return EscapeXml(content, true);
+}
+
 void append_method(BASEApiMethod& method, std::string& xml) {
     if (liteObjEnabled)
         method.SetLiteObj();
@@ -143,6 +152,7 @@ int AccessApi(const std::string& apiName, std::string& response, int iApiIndex, 
     }
     if (!answer.apirespmsg().has_cmd()) {
         SUBAGENT_LOG(4, "msgResponse did Not have cmd\n");
+        snmpSubagentComm->set_apimgr_state(false);
         return 1;
     }
     // Moved, not copied: the list of a full array takes many megabytes.
@@ -172,9 +182,8 @@ int gen_xml_Set_append_to_string(const std::string& apiName, std::string& xml, i
                                  const std::string& attrName, const std::string& attrValue) {
     if (apiName != "Tessera")
         return unrecognized(apiName);
-    // The method writes values as they are; a manager's text must not become markup.
     const attribute_map attributes = {{"InstanceId", std::to_string(conf_controllerIdThis)},
-                                      {attrName, EscapeXml(attrValue, false)}};
+                                      {attrName, as_content(attrValue)}};
     xml += APITessera::APITesseraModifyMethod(attributes).GenerateXml(false, true);
     return 0;
 }

@@ -35,7 +35,8 @@ int store_attribute(int32_t var_index, uint32_t data_type, std::string_view text
         case SMI_BASETYPE_UNSIGNED32:
         case SMI_BASETYPE_ENUM:
         case 11:
-            if (text != entry.str) {
+            // A variable that was never filled has an empty text, too, but no number yet.
+            if (text != entry.str || text.empty()) {
                 entry.str = text;
                 entry.uint = number_from_text(text, data_type);
             }
@@ -136,7 +137,7 @@ int get_col_info(int col_id, int32_t first_var, const element_table& elements, i
     if (!column.is_table())
         return merge_scalar(merge);
     const uint32_t parents = std::max(column.maxNumOfParents, 1U);
-    if (elements.element_count() > static_cast<int64_t>(parents) * column.maxNumOfRows) {
+    if (elements.element_count() > column.capacity()) {
         SUBAGENT_LOG(7,
                      "too many elements received from api: col_id:%d, index_to_soc:%d, "
                      "number_of_elems_of_interest:%d, "

@@ -54,6 +54,9 @@ element_table::element_table(const parser::XMLParser& document, const std::vecto
                              int table_col_id, int map_size, const attribute_map_entry* map)
     : element_count_(elements.size()) {
     const column_record& column = cols[table_col_id];
+    // Refused for their count alone: no memory for what may be millions.
+    if (column.is_table() && element_count() > column.capacity())
+        return;
     read_values(document, elements, map_size, map, parent_attribute_of(column));
     assign_rows(column);
 }

@@ -15,7 +15,8 @@
  */
 class element_table {
   public:
-    /** The texts belong to the document of `elements`, which has to outlive the table. */
+    /** The texts belong to the document of `elements`, which has to outlive the table. Of more objects than
+        the column has rows only the count is kept. */
     element_table(const parser::XMLParser& document, const std::vector<parser::XMLElement>& elements,
                   int table_col_id, int map_size, const attribute_map_entry* map);
 

@@ -212,8 +212,10 @@ int get_oid_str(const oid* name, size_t name_length, char* output, size_t output
         return 0;
     }
     output[0] = '\0';
-    if (name_length > MAX_handled_oidlen)
+    if (name_length > MAX_handled_oidlen) {
         SUBAGENT_LOG(4, "oidlen too long: %d\n", static_cast<int>(name_length));
+        return 0;
+    }
     size_t used = 0;
     for (size_t i = 0; i < name_length; ++i) {
         if (output_size - used < kPlacesForOne) {

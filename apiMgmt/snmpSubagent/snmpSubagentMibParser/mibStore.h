@@ -78,6 +78,11 @@ struct column_record {
         return (col_flags & (COL_FLAG_controller_parent | COL_FLAG_enclosure_parent)) != 0;
     }
 
+    /** Rows below all parents: the variables of a table's column, and the most objects it can show. */
+    int64_t capacity() const {
+        return int64_t{maxNumOfParents == 0 ? 1 : maxNumOfParents} * int64_t{maxNumOfRows};
+    }
+
     /** True for a scalar and for the first column of a table. */
     bool stands_for_itself() const { return first_var == head_var; }
 };
@@ -151,6 +156,6 @@ int store_number(int32_t var_index, int64_t number);
     and 20 texts of this length fit in a datagram. */
 inline constexpr size_t kLongestServedText = 3072;
 
-/** The text of a string variable as it leaves the daemon: cut, with a log line, before the character that would pass
-    the limit. */
+/** The text of a string variable as it leaves the daemon: cut, with a log line, before the character that
+   would pass the limit. */
 std::string_view served_text(int32_t var_index);

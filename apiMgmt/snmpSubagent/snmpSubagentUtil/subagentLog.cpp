@@ -15,6 +15,7 @@
 #include "apiMgmt/common/threadpool/mutexWrapper.h"
 #include "apiMgmt/common/threadpool/scopedMutex.h"
 #include "apiMgmt/common/utils/pathConstants.h"
+#include "apiMgmt/common/utils/privateFile.h"
 
 std::atomic<bool> verbose{false};
 
@@ -24,9 +25,6 @@ constexpr int kRawLevel = 0;
 constexpr const char* kApplicationLogModule = "snmpSubagent";
 constexpr off_t kGreatestLogSize = 3000000;
 constexpr off_t kLogSizeAfterCut = 2000000;
-
-// Debug lines carry the session key, so that nobody but the owner may read the file.
-constexpr mode_t kLogFileMode = 0600;
 
 // Guarded by subagent_log_mutex: any thread writes lines.
 char message_buffer[4000];
@@ -38,18 +36,8 @@ MUTEXWrapper& subagent_log_mutex() {
     return *mutex;
 }
 
-int open_log_descriptor() {
-    const int descriptor = open(kSubagentLogFile, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, kLogFileMode);
-    // A file that was there before may be open to others.
-    struct stat status {};
-    if (descriptor >= 0 && fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) &&
-        (status.st_mode & ACCESSPERMS) != kLogFileMode)
-        fchmod(descriptor, kLogFileMode);
-    return descriptor;
-}
-
 FILE* open_log() {
-    const int descriptor = open_log_descriptor();
+    const int descriptor = OpenPrivateLog(kSubagentLogFile);
     if (descriptor < 0)
         return nullptr;
     FILE* stream = fdopen(descriptor, "a");
@@ -68,7 +56,7 @@ void write_header(FILE* stream, const char* file, const char* operation, int lin
 
 // freopen would close standard output for good when the log cannot be opened; a duplicate leaves it alone.
 void redirect_locked() {
-    const int descriptor = open_log_descriptor();
+    const int descriptor = OpenPrivateLog(kSubagentLogFile);
     if (descriptor < 0) {
         redirected_stdout = nullptr;
         return;
@@ -102,6 +90,15 @@ bool write_line(int level, const char* file, const char* operation, int line) {
     return true;
 }
 
+void truncate_locked() {
+    struct stat status {};
+    if (stat(kSubagentLogFile, &status) != 0 || !S_ISREG(status.st_mode) ||
+        status.st_size <= kGreatestLogSize)
+        return;
+    // A cut that fails is tried again with the next line.
+    [[maybe_unused]] const int result = truncate(kSubagentLogFile, kLogSizeAfterCut);
+}
+
 int32_t application_level(int level) {
     const bool has_its_own = level > kRawLevel && level < 7;
     return has_its_own ? level + 1 : app_level::kDebug;
@@ -128,7 +125,7 @@ void subagent_log(int level, const char* file, const char* operation, int line, 
 
     if (write_line(level, file, operation, line))
         pass_on_to_application_log(level, file, operation, line);
-    truncate_subagent_log();
+    truncate_locked();
 }
 
 void redirect_stdout_to_log() {
@@ -150,10 +147,6 @@ void close_redirected_log() {
 }
 
 void truncate_subagent_log() {
-    struct stat status {};
-    if (stat(kSubagentLogFile, &status) != 0 || !S_ISREG(status.st_mode) ||
-        status.st_size <= kGreatestLogSize)
-        return;
-    // A cut that fails is tried again with the next line.
-    [[maybe_unused]] const int result = truncate(kSubagentLogFile, kLogSizeAfterCut);
+    scopedMutex lock(subagent_log_mutex());
+    truncate_locked();
 }

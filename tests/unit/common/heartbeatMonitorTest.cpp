@@ -31,6 +31,14 @@ uint16_t StartOnFreePort() {
     return static_cast<uint16_t>(listening_port);
 }
 
+sockaddr_in Loopback(uint16_t port) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    return address;
+}
+
 class Watcher {
   public:
     Watcher() : descriptor_(socket(AF_INET, SOCK_STREAM, 0)) {}
@@ -40,11 +48,8 @@ class Watcher {
 
     // What comes back up to the monitor's end of the connection.
     std::string Ping(uint16_t port, const std::string& bytes, bool waits = true) const {
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_port = htons(port);
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        if (connect(descriptor_, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) {
+        const sockaddr_in address = Loopback(port);
+        if (connect(descriptor_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
             return "no connection";
         }
         send(descriptor_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
@@ -115,12 +120,23 @@ TEST(HeartbeatMonitor, PausesWhileAcceptFailsAndThenServes) {
     EXPECT_GE(sleeps, 1);
 }
 
-TEST(HeartbeatMonitor, WithoutItsPortTheThreadEndsWithALogLine) {
-    const int taken = StartOnFreePort();
-    int port = taken;
-    EXPECT_EQ(HeartbeatThreadRoutine(&port), nullptr);
+TEST(HeartbeatMonitor, WaitsForAPortThatIsTaken) {
+    const int taken = socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in address = Loopback(0);
+    socklen_t length = sizeof address;
+    ASSERT_EQ(bind(taken, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    ASSERT_EQ(getsockname(taken, reinterpret_cast<sockaddr*>(&address), &length), 0);
+    const uint16_t port = ntohs(address.sin_port);
+    ASSERT_EQ(StartHeartbeatMonitor(port), 0);
+    while (sleeps < 3) {
+        sched_yield();
+    }
+    EXPECT_THAT(SyslogLines(),
+                testing::ElementsAre("4|Heartbeat monitor waits for its port: Bind failed at port [" +
+                                     std::to_string(port) + "]"));
+    close(taken);
+    listening_port.wait(0);
+    EXPECT_EQ(Watcher().Ping(port, "late"), "late");
     EXPECT_EQ(HeartbeatThreadRoutine(nullptr), nullptr);
-    EXPECT_THAT(SyslogLines(), testing::ElementsAre("4|Heartbeat monitor ends: Bind failed at port [" +
-                                                        std::to_string(taken) + "]",
-                                                    "4|Heartbeat monitor listener port not specified"));
+    EXPECT_EQ(SyslogLines().back(), "4|Heartbeat monitor listener port not specified");
 }

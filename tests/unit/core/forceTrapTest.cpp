@@ -66,6 +66,8 @@ TEST_F(ForceTrap, ComposesTheCommandOfItsRow) {
     ASSERT_EQ(trapsToSend.size(), 1U);
     EXPECT_EQ(trapsToSend.back()->trapNum, 212);
     EXPECT_EQ(trapsToSend.back()->eventIdB, 1);
+    vars[var_at(COLID_tsVolumeApiIndex, 1)].uint = 4294967295U;
+    EXPECT_EQ(force(COLID_tsVolumeForceTrap, 1), "15 1 60 208 4294967295 0 0 0 @@@");
 }
 
 TEST_F(ForceTrap, RefusesRowsWithoutAnObject) {

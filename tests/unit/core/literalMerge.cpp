@@ -116,7 +116,7 @@ void literal_merge::merge(variable& target, int col_id, const parser::XMLElement
         return;
     }
     const std::string text(children[0].GetText());
-    if (text != target.str) {
+    if (text != target.str || text.empty()) {
         target.str = text;
         const uint32_t type = cols[col_id].data_type;
         if (type != SMI_BASETYPE_OCTET_STRING)

@@ -251,8 +251,11 @@ TEST(OidText, IsCutAtItsLimits) {
     EXPECT_EQ(get_oid_str(name.data(), 3, text, 13), 4);
     EXPECT_STREQ(text, "1.3.");
     EXPECT_EQ(get_oid_str(name.data(), 3, nullptr, 190), 0);
+    EXPECT_EQ(get_oid_str(too_long.data(), 20, text, 190), 0);
+    EXPECT_STREQ(text, "");
     EXPECT_EQ(transcript::take(),
-              "log 4 ran out of room in output_str: 1.3.$\nlog 4 no ptr to output string$\n");
+              "log 4 ran out of room in output_str: 1.3.$\nlog 4 no ptr to output string$\n"
+              "log 4 oidlen too long: 20$\n");
 
     std::string appended = "oid ";
     oid_to_string(appended, name.data(), 3);

@@ -221,6 +221,8 @@ TEST_F(Refresh, FillsARowAndLetsRowsLeave) {
     EXPECT_EQ(row_of_values(kDisk, 3), "3 1 \"Disk 01-17\" 1 \"fine\" 17 \"Empty\" 2000 4 3");
     EXPECT_EQ(row_of_values(kDisk, 4), "- - - - - - - - - -");
     EXPECT_EQ(vars[var_at(COLID_tsDiskName, 4)].str, "Disk 01-17");  // the value is kept
+    refresh(27, "TsDisk", "<tsDisk/><tsDisk/><tsDisk/><tsDisk/><tsDisk/><tsDisk><Index/></tsDisk>");
+    EXPECT_EQ(value_of(var_at(32, 6)), "0");  // never filled before, and no digits
 }
 
 TEST_F(Refresh, KeepsTheOldRowsWhenAnAnswerIsRefused) {

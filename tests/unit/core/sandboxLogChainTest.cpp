@@ -70,7 +70,9 @@ TEST_F(DebugFile, GetsTheLinesOfEnabledModulesWithTheTime) {
     struct stat status {};
     ASSERT_EQ(stat(kDebugFile, &status), 0);
     EXPECT_EQ(status.st_mode & 0777, 0600U);
+    fs::permissions(kDebugFile, fs::perms::all);
     log("two\n%s", 7, "Cache");
+    EXPECT_EQ(fs::status(kDebugFile).permissions(), fs::perms::owner_read | fs::perms::owner_write);
     APPLogger::SetModules("1|2");
     log("of a module that is off", 8, "Cache");
     log("of a module that is on", 7, "apimanager");

@@ -182,6 +182,9 @@ TEST_F(Objects, AreRefusedWithAReason) {
         {command(213, 2001, 1, 1), "disk does not exist: 2001"},
         {command(213, -1, 1, 1), "disk does not exist: -1"},
     };
+    // What a cell holds whose text passed the greatest number is no object's index.
+    for (const int col_id : {COLID_tsEnclApiIndex, COLID_tsVolumeApiIndex})
+        vars[var_at(col_id, 3)].uint = static_cast<uint32_t>(-5);
     for (const row& each : rows)
         EXPECT_EQ(run(each.command), "1\nlog 4 " + string(each.log) + "$\n") << each.command;
     EXPECT_EQ(run(command(212, 1)), "1\nrefresh tsUps\nlog 4 could not find ups index: trapArgA 1$\n");
@@ -240,6 +243,8 @@ TEST_F(Objects, EnclosureOfADisk) {
     expect_shown(shown("5-"), {"R.15.1.4.1 \"Unknown\""});
     expect_shown(shown("lonely"), {"R.15.1.4.1 \"Unknown\""});
     expect_shown(shown("7-1-2"), {"R.15.1.4.2 \"Enclosure 7\""});
+    expect_shown(shown(string(500, '7') + "-1"), {"R.15.1.4.1 \"Unknown\""});
+    EXPECT_EQ(shown("-7-1"), "1\napi Get TsDisk 64702.40\nlog 4 could not find encl index: enclNum 0$\n");
     EXPECT_EQ(shown("9-1"), "1\napi Get TsDisk 64702.40\nlog 4 could not find encl index: enclNum 9$\n");
     answer_status("TsDisk", 40, "Down");
     EXPECT_EQ(shown("9-1")[0], '1');

@@ -45,7 +45,7 @@ int32_t find_component_row(const component_definition& component, int32_t parent
         row = find_row_by_value(variable_of(state.index_column, parent_row, 1), static_cast<int32_t>(rows),
                                 static_cast<uint32_t>(trapArgC) + 1) +
               1;
-        if (row == 0) {
+        if (trapArgC < 0 || row == 0) {
             refuse_trap(state.unknown, {trapArgC});
             return 0;
         }

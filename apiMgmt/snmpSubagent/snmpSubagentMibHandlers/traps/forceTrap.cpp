@@ -16,7 +16,7 @@ constexpr int32_t kComponentIndexOffset = 2;
 
 // trapArgA to trapArgC; trapArgD is always 0 and the alert text empty.
 struct force_arguments {
-    int32_t a = 0;
+    int64_t a = 0;  // wide enough for an API index
     int32_t b = 0;
     int32_t c = 0;
 };
@@ -50,7 +50,7 @@ bool find_object(const force_definition& force, int32_t var_index, int32_t row, 
         SUBAGENT_LOG(7, "%s does not exist\n", force.word);
         return false;
     }
-    arguments->a = static_cast<int32_t>(vars[index_var].uint);
+    arguments->a = vars[index_var].uint;
     return true;
 }
 
@@ -83,7 +83,8 @@ int force_notification(const force_definition& force, int32_t var_index) {
     if (!find_arguments(force, var_index, &arguments))
         return 1;
     std::string command = force.event_id;
-    for (const int32_t number : {force.trapNum, arguments.a, arguments.b, arguments.c, 0})
+    for (const int64_t number :
+         {int64_t{force.trapNum}, arguments.a, int64_t{arguments.b}, int64_t{arguments.c}, int64_t{0}})
         command.append(" ").append(std::to_string(number));
     forceTrapCommand = command + " @@@";
     return ExecuteForceTrap();

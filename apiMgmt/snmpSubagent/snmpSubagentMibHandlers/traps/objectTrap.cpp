@@ -13,9 +13,12 @@
 namespace {
 
 constexpr int32_t kDiskStatusChange = 202;
+constexpr size_t kLongestDiskName = 500;  // what of a name is looked at
 
-// 1-based; 0 when no row holds the index.
+// 1-based; 0 when no row holds the index. A negative one is no index, whatever a cell may hold.
 int32_t row_of_index(int index_column, int32_t index) {
+    if (index < 0)
+        return 0;
     const column_record& column = cols[index_column];
     return find_row_by_value(column.first_var, static_cast<int32_t>(column.maxNumOfRows),
                              static_cast<uint32_t>(index)) +
@@ -128,10 +131,11 @@ int send_object_trap(const notification_definition& notification, const TrapToSe
 }
 
 disk_enclosure find_enclosure_of_disk(const std::string& disk_name) {
-    const size_t dash = disk_name.find('-');
-    if (dash == std::string::npos || dash + 1 == disk_name.size())
+    const std::string name = disk_name.substr(0, kLongestDiskName);
+    const size_t dash = name.find('-');
+    if (dash == std::string::npos || dash + 1 == name.size())
         return {.is_named = false, .row = 0};
-    const auto enclosure = static_cast<int32_t>(strtol(disk_name.c_str(), nullptr, 10));
+    const auto enclosure = static_cast<int32_t>(strtol(name.substr(0, dash).c_str(), nullptr, 10));
     const int32_t row = row_of_index(COLID_tsEnclApiIndex, enclosure);
     if (row == 0)
         refuse_trap("could not find encl index: enclNum %d", {enclosure});
