@@ -20,7 +20,7 @@ std::atomic<int> sigints_to_log{0};
 std::atomic<bool> sigpipe_to_log{false};
 
 // Written by catch_sigpipe alone.
-std::atomic<int64_t> last_sigpipe_time_us{0};
+std::atomic<int64_t> last_sigpipe_time_us{-kSigpipeQuiet_us};
 
 static_assert(std::atomic<int>::is_always_lock_free && std::atomic<int64_t>::is_always_lock_free &&
                   std::atomic<bool>::is_always_lock_free,
@@ -39,7 +39,7 @@ void catch_sigint(int) {
 
 void catch_sigpipe(int) {
     timespec now{};
-    clock_gettime(CLOCK_REALTIME, &now);
+    clock_gettime(CLOCK_MONOTONIC, &now);
     const int64_t now_us = int64_t{now.tv_sec} * kSecondUs + now.tv_nsec / 1000;
     if (now_us - last_sigpipe_time_us < kSigpipeQuiet_us)
         return;

@@ -44,7 +44,7 @@ def draw_lie(random):
 
 def draw_delay(random):
     what = random.choice(((), ("on", random.choice(KINDS_OF_OBJECT))))
-    return ("delay", random.choice(("100", "700", "2500")), *what)
+    return ("delay", random.choice(("100", "700", "3500")), *what)
 
 
 # Events that make the daemon ask for a kind, so that a fault strikes soon: number and the three arguments that follow.

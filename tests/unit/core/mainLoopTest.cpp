@@ -84,12 +84,13 @@ TEST_F(MainLoop, GoesThroughAPassInOrder) {
     bgUpdateLastFetch_us = 0;
     tempTest_requested = true;
     fake_clock::advance(3'000'000);
-    at_checks({[] {
+    const auto window = [] {
         EXPECT_EQ(permission_to_process_pdu, 10);
         EXPECT_EQ(mib_mutex.TryLock(), 0);
         mib_mutex.Unlock();
         return 0;
-    }});
+    };
+    at_checks({window, window});
     cols[0].get_fn = [](int32_t, bool) {
         transcript::add("refresh 0");
         return 0;
@@ -98,7 +99,7 @@ TEST_F(MainLoop, GoesThroughAPassInOrder) {
     EXPECT_EQ(
         transcript::take(),
         string("wait 5000 us\nrefresh 0\nlog 4 liteObjEnabled toggled to false$\nreopen_redirected_log\n"
-               "truncate_subagent_log\napi GetList TsController\nagent ping\n") +
+               "truncate_subagent_log\napi GetList TsController\nagent check\nagent ping\n") +
             kSnmpget + kPs + "agent check\n" + kSigterm + kPopped + "log 7 exiting main_loop$\n");
     EXPECT_EQ(permission_to_process_pdu, 0);
     EXPECT_NE(mib_mutex.TryLock(), 0);
@@ -180,8 +181,9 @@ TEST_F(MainLoop, LooksAtLinksThatWereSilentForMoreThanTwoWholeSeconds) {
     const struct {
         int64_t silence_us;
         string looks;
-    } rows[] = {{3'000'000 - 10'000 - 1, ""},
-                {3'000'000 - 10'000, string("api GetList TsController\nagent ping\n") + kSnmpget + kPs}};
+    } rows[] = {
+        {3'000'000 - 10'000 - 1, ""},
+        {3'000'000 - 10'000, string("api GetList TsController\nagent check\nagent ping\n") + kSnmpget + kPs}};
     for (const auto& each : rows) {
         const int64_t start_us = ClockNowUs();
         snmpSubagent_is_active = true;
@@ -190,6 +192,10 @@ TEST_F(MainLoop, LooksAtLinksThatWereSilentForMoreThanTwoWholeSeconds) {
                        return 0;
                    },
                    nothing});
+        if (!each.looks.empty())
+            fake_agent::on_check = [begin = fake_agent::on_check, checks = 0]() mutable {
+                return ++checks == 2 ? 0 : begin();
+            };
         EXPECT_EQ(run(), calm + each.looks + "agent check\n" + kSigterm + kPopped + "result 0");
         vars[COLID_selfTestVersion].flags |= VAR_FLAG_delivered;
         snmpSubagentComm->set_apimgr_state(true);
@@ -228,7 +234,7 @@ TEST_F(MainLoop, CountsStrikesUntilTheApiManagerIsBack) {
                   "agent check\n"
                   // The next pass tells of the recovery and clears the strikes.
                   "sleep 10000 us\nlog 4 interface to apimgr has been recovered before reached 3 strikes$\n"
-                  "agent ping\n" +
+                  "agent check\nagent ping\n" +
                   kSnmpget +
                   "agent check\n"
                   "sleep 10000 us\n" +
@@ -262,11 +268,12 @@ TEST_F(MainLoop, StartsANewCopyWhenTheChainIsBroken) {
     } rows[] = {
         {"no main session", [] { fake_agent::has_main_session = false; }, "log 4 main-session went down$\n"},
         {"no ping", [] { fake_agent::ping_result = 0; },
-         "agent ping\nlog 4 Error on ping to master agent$\n"},
+         "agent check\nagent ping\nlog 4 Error on ping to master agent$\n"},
         {"no self-test", [] { vars[COLID_selfTestVersion].flags = 0; },
-         "agent ping\nlog 4 Did not get results from previous execute of snmpget of self-test oid$\n"},
+         "agent check\nagent ping\nlog 4 Did not get results from previous execute of snmpget of self-test "
+         "oid$\n"},
         {"no snmpget", [] { fake_agent::output_of = [](const string&) { return nullptr; }; },
-         string("agent ping\n") + kSnmpget + "log 4 failed popen(): args: " +
+         string("agent check\nagent ping\n") + kSnmpget + "log 4 failed popen(): args: " +
              string(kSnmpget).substr(5, string(kSnmpget).size() - 6) + "$\n"},
     };
     for (const auto& each : rows) {
@@ -282,13 +289,40 @@ TEST_F(MainLoop, StartsANewCopyWhenTheChainIsBroken) {
     }
 }
 
+TEST_F(MainLoop, AnswersWhatCameInALongPassBeforeItJudges) {
+    const auto request = [](int64_t duration_us) {
+        return [duration_us] {
+            fake_clock::advance(duration_us);
+            vars[COLID_selfTestVersion].flags |= VAR_FLAG_delivered;
+            return 1;
+        };
+    };
+    const auto course = [](const char* checks) {
+        return string("wait 5000 us\n") + checks + "agent ping\n" + kSnmpget + "agent check\n" + kSigterm +
+               kPopped + "result 0";
+    };
+    const auto begin_long_pass = [] {
+        fake_clock::advance(3'000'000);
+        snmpSubagentComm->set_apimgr_state(true);
+        last_mem_check_time_us = ClockNowUs();
+        vars[COLID_selfTestVersion].flags = 0;
+    };
+    begin_long_pass();
+    at_checks({request(0), request(0), nothing, nothing});
+    EXPECT_EQ(run(), course("agent check\nagent check\nagent check\n"));
+    snmpSubagent_is_active = true;
+    begin_long_pass();
+    at_checks({request(600'000), request(600'000), nothing});  // a flood is cut off after a second
+    EXPECT_EQ(run(), course("agent check\nagent check\n"));
+}
+
 TEST_F(MainLoop, TestsAMainSessionThatHasComeBackAtOnce) {
     fake_agent::has_main_session = false;
     transcript::on("log 4 main-session went down",
                    [](const string&) { fake_agent::has_main_session = true; });
-    at_checks({nothing});
-    EXPECT_EQ(run(), string("wait 5000 us\nlog 4 main-session went down$\nagent ping\n") + kSnmpget +
-                         "agent check\n" + kSigterm + kPopped + "result 0");
+    at_checks({nothing, nothing});
+    EXPECT_EQ(run(), string("wait 5000 us\nlog 4 main-session went down$\nagent check\nagent ping\n") +
+                         kSnmpget + "agent check\n" + kSigterm + kPopped + "result 0");
 }
 
 TEST_F(MainLoop, KillsASnmpdThatTakesTooMuchMemory) {
