@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <map>
 #include <memory>
+#include <string_view>
 #include <utility>
 
 #include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTessera.h"
@@ -98,13 +99,14 @@ int unrecognized(const std::string& apiName) {
     return 1;
 }
 
-// The method writes values as they are, and a manager's text must not become markup. What is no markup,
-// line ends and tabs among it, reaches the array as it came.
+// The method writes values as they are, and a manager's text must not become markup. What is none within an
+// element reaches the array as it came: EscapeXml alone would make a line end of a tab.
 std::string as_content(const std::string& text) {
+    constexpr std::string_view kNoMarkup = "\t\n\"'";
     std::string content;
     for (const char each : text)
-        content.append(each == '&' ? "&amp;" : std::string(1, each));
-    return EscapeXml(content, true);
+        content += kNoMarkup.find(each) == kNoMarkup.npos ? EscapeXml({each}, false) : std::string{each};
+    return content;
 }
 
 void append_method(BASEApiMethod& method, std::string& xml) {

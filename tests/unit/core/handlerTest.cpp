@@ -360,13 +360,13 @@ TEST_F(Set, OfForceTrapIsStoredAtCommit) {
 }
 
 TEST_F(Set, OfTheSystemGroupGoesToTheArray) {
-    EXPECT_EQ(set("1.3.6.1.2.1.1.5.0", "a<b & \"c\"\tO'Neill\n"), "0 0\napi Modify Tessera 64702\n");
+    EXPECT_EQ(set("1.3.6.1.2.1.1.5.0", "a<b & \"c\"\tO'Neill\n\1"), "0 0\napi Modify Tessera 64702\n");
     EXPECT_EQ(
         fake_api_mgr::last_document,
         "<lumapi><ApiConnection><SessionKey>KEY</SessionKey></ApiConnection><ApiMethod><CommandType>Method"
         "</CommandType><Object>Tessera</Object><Command>Modify</Command><Async>false</Async>"
         "<ObjectEncodeType>xml</ObjectEncodeType><Attributes><InstanceId>64702</InstanceId><Name>a&lt;b "
-        "&amp; \"c\"\tO'Neill\n</Name></Attributes></ApiMethod></lumapi>");
+        "&amp; \"c\"\tO'Neill\n&#x0a;</Name></Attributes></ApiMethod></lumapi>");
     EXPECT_EQ(set("1.3.6.1.2.1.1.5.0", ""), "0 0\napi Modify Tessera 64702\n");
     put("1.3.6.1.2.1.1.4.0", "");
     put("1.3.6.1.2.1.1.6.0", "");
