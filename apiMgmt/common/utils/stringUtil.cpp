@@ -7,6 +7,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "apiMgmt/common/platform/cLocale.h"
+
 namespace {
 
 constexpr std::string_view kWhiteSpace = " \f\n\r\t\v";
@@ -59,6 +61,7 @@ std::string FormatString(const char* format, ...) {
 }
 
 std::string FormatStringV(const char* format, va_list arguments) {
+    const CLocaleScope c_locale;
     char short_text[100] = {};
     va_list first_try;
     va_copy(first_try, arguments);
@@ -125,14 +128,22 @@ bool ParseBool(const std::string& text) {
     return CompareNoCase(text, "true") == 0 || ParseInt(text) == 1;
 }
 
+double ParseDouble(const std::string& text, const char** end) {
+    const CLocaleScope c_locale;
+    char* behind = nullptr;
+    const double number = strtod(text.c_str(), &behind);
+    *end = behind;
+    return number;
+}
+
 bool IsNumeric(const std::string& text) {
     std::string number = text;
     Trim(number);
     if (number.empty()) {
         return false;
     }
-    char* end = nullptr;
-    strtod(number.c_str(), &end);
+    const char* end = nullptr;
+    ParseDouble(number, &end);
     return end == number.c_str() + number.size();
 }
 

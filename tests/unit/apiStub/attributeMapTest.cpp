@@ -1,4 +1,5 @@
 #include <gmock/gmock.h>
+#include <malloc.h>
 
 #include <map>
 #include <random>
@@ -55,6 +56,18 @@ TEST(AttributeMap, DoesWhatAnOrderedMapDoes) {
     for (const auto& [name, text] : map)
         EXPECT_EQ(name, (expected++)->first);
     EXPECT_FALSE(map.Contains("no such name"));
+}
+
+TEST(AttributeMap, GivesBackWhatEntriesThatAreGoneTook) {
+    ATTRIBUTEMap map;
+    map.Set("Kept", "text");
+    const size_t before = mallinfo2().uordblks;
+    for (int i = 0; i < 1000; ++i) {
+        map.Set("Name", std::string(10000, 'n'));
+        map.Remove("Name");
+    }
+    EXPECT_LT(mallinfo2().uordblks, before + 100000);
+    EXPECT_EQ(*map.Find("Kept"), "text");
 }
 
 TEST(AttributeMap, TakesTextsOutOfItself) {

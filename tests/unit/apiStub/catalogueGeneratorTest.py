@@ -77,18 +77,18 @@ class APITsLamp : public TSStatusBaseApiObject {
 FACTS_OF_SOURCE = """\
 constexpr char kSourceFile[] = "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsLamp";
         &ColourAttribute(), &HoursAttribute(), &NameAttribute(),
-        &BoughtAttribute()}, TSStatusBaseApiObject::Attributes());
+        &BoughtAttribute()}, TSStatusBaseApiObject::Attributes()));
     APITsLampSmashMethod::Description();
     APIHistoricalFilter::Attributes();
     APISpan::Attributes();
-    static const ENUMApiAttribute attribute(
+    static const auto& attribute = *new ENUMApiAttribute(
         "Colour", 12, false, "Colour of the lamp", APIEnumsIDStrList::gColourEnumIdStrList);
     SetEnumId(*this, ColourAttribute(), APIEnumsIDStrList::gColourEnumIdStrList, id);
-    static const INTApiAttribute attribute("Hours", 20, false, 0, 9000, "Hours");
+    static const auto& attribute = *new INTApiAttribute("Hours", 20, false, 0, 9000, "Hours");
 void APITsLamp::SetHours(int64_t number) { SetTyped(*this, HoursAttribute(), number); }
 int64_t APITsLamp::GetHours() const { return GetTyped(*this, HoursAttribute()); }
-    static const STRINGApiAttribute attribute("Name", 20, false, 1, 64, "<>&", "", "Name");
-    static const STRINGApiAttribute attribute("Bought", 20, true, -1, -1, "Bought On");
+    static const auto& attribute = *new STRINGApiAttribute("Name", 20, false, 1, 64, "<>&", "", "Name");
+    static const auto& attribute = *new STRINGApiAttribute("Bought", 20, true, -1, -1, "Bought On");
         .required = {"Filter"},
         .attributes = {&GETLISTApiMethod::FilterAttribute()},
         .commandName = "Modify",
@@ -96,8 +96,8 @@ int64_t APITsLamp::GetHours() const { return GetTyped(*this, HoursAttribute()); 
         .privilege = USER_PRIVILEGE_VOLUME_MANAGER,
         .required = {"InstanceId", "Colour"},
         .attributes = {&ColourAttribute(), &ShineTimeAttribute(), &TsSerialNumberAttribute()},
-    static const METHODOBJECTApiAttribute attribute("ShineTime", 20, false, "Shine Time");
-    static const INTApiAttribute attribute("TsSerialNumber", 25, false, 1, -1, "Tessera SN");
+    static const auto& attribute = *new METHODOBJECTApiAttribute("ShineTime", 20, false, "Shine Time");
+    static const auto& attribute = *new INTApiAttribute("TsSerialNumber", 25, false, 1, -1, "Tessera SN");
         .required = {"InstanceId", "HistoricalFilter"},
         .attributes = {&HistoricalFilterAttribute()},
 """

@@ -1,4 +1,5 @@
 #include <gmock/gmock.h>
+#include <unistd.h>
 
 #include <map>
 
@@ -22,6 +23,15 @@ std::string NamesOf(const ATTRIBUTEList& list) {
         names += (names.empty() ? "" : " ") + attribute->GetXmlName();
     return names;
 }
+
+// Begins before everything that a first use makes, and so ends after it.
+struct LastReader {
+    ~LastReader() {
+        if (!expected.empty() && NamesOf(APITsController::Attributes()) != expected)
+            _exit(1);
+    }
+    std::string expected;
+} last_reader;
 
 template <class Kind>
 bool Is(const BASEApiAttribute& attribute) {
@@ -373,6 +383,15 @@ TEST(Catalogue, ValidatesACallByTheRulesOfItsClass) {
     method.SetIPv6GatewayPrefix(0);
     method.SetName(std::string(65, 'n'));
     EXPECT_THROW(method.ValidateAttributes(), APIMethodError);
+}
+
+TEST(Catalogue, IsThereUntilTheProcessHasEnded) {
+    EXPECT_EXIT(
+        {
+            last_reader.expected = NamesOf(APITsController::Attributes());
+            exit(0);
+        },
+        testing::ExitedWithCode(0), "");
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <exception>
 #include <iostream>
 
+#include "apiMgmt/common/platform/cLocale.h"
 #include "apiMgmt/common/utils/stringUtil.h"
 
 namespace {
@@ -14,6 +15,7 @@ constexpr const char* kOtherFormat = "%m/%d/%Y-%H:%M:%S";
 
 // What the platform pads with blanks is written with one.
 std::string FormatTime(const std::string& format, const std::tm& parts) {
+    const CLocaleScope c_locale;
     char buffer[256];
 // The format is the caller's.
 #pragma GCC diagnostic push
@@ -70,6 +72,7 @@ std::string DATETIMEValue::Format(const std::string& format) const {
 }
 
 DATETIMEValue DATETIMEValue::Parse(const std::string& text, const std::string& format) {
+    const CLocaleScope c_locale;
     std::tm parts{};
     const char* end = strptime(text.c_str(), format.empty() ? kTextFormat : format.c_str(), &parts);
     if (text.empty() || end == nullptr) {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <limits>
 #include <span>
 
@@ -28,7 +27,8 @@ uint64_t BlocksOf(double number, uint64_t divisor) {
 // Whole numbers are read digit by digit: a double does not hold every one.
 uint64_t NumericValue(const std::string& text) {
     const bool is_whole = text.find_first_not_of("+-0123456789 \f\n\r\t\v") == std::string::npos;
-    return is_whole ? ParseUnsigned(text) : ToUnsigned(strtod(text.c_str(), nullptr));
+    const char* end = nullptr;
+    return is_whole ? ParseUnsigned(text) : ToUnsigned(ParseDouble(text, &end));
 }
 
 std::string FirstWord(const std::string& text) {
@@ -39,8 +39,8 @@ std::string FirstWord(const std::string& text) {
 
 uint64_t ValueWithUnit(std::string text) {
     Trim(text);
-    char* behind_number = nullptr;
-    const double number = strtod(text.c_str(), &behind_number);
+    const char* behind_number = nullptr;
+    const double number = ParseDouble(text, &behind_number);
     const std::string word = FirstWord(behind_number);
     for (const SIZEValue::Unit& unit : SIZEValue::dataSizeTypes) {
         if (CompareNoCase(word, unit.shortName) == 0 || CompareNoCase(word, unit.letter) == 0) {

@@ -8,7 +8,7 @@ namespace {
 constexpr int kNoError = 1;
 
 const std::string& ObjectName() {
-    static const std::string name = "ApiMethodReturn";
+    static const auto& name = *new std::string("ApiMethodReturn");
     return name;
 }
 
@@ -25,54 +25,56 @@ const ATTRIBUTEList& APIApiMethodReturn::GetAttributeList() const {
 }
 
 const STRINGApiAttribute& APIApiMethodReturn::ErrorAttribute() {
-    static const STRINGApiAttribute attribute("Error", 25, false, 0, -1, "Error");
+    static const auto& attribute = *new STRINGApiAttribute("Error", 25, false, 0, -1, "Error");
     return attribute;
 }
 
 const ENUMApiAttribute& APIApiMethodReturn::ErrorCodeAttribute() {
-    static const ENUMApiAttribute attribute("ErrorCode", 25, false, "Error Code",
-                                            APIEnumsIDStrList::gErrorStateEnumIdStrList);
+    static const auto& attribute = *new ENUMApiAttribute("ErrorCode", 25, false, "Error Code",
+                                                         APIEnumsIDStrList::gErrorStateEnumIdStrList);
     return attribute;
 }
 
 const STRINGApiAttribute& APIApiMethodReturn::ErrorDetailAttribute() {
-    static const STRINGApiAttribute attribute("ErrorDetail", 25, false, 0, -1, "Error Detail");
+    static const auto& attribute = *new STRINGApiAttribute("ErrorDetail", 25, false, 0, -1, "Error Detail");
     return attribute;
 }
 
 const ENUMApiAttribute& APIApiMethodReturn::LocaleAttribute() {
-    static const ENUMApiAttribute attribute("Locale", 25, false, "Locale",
-                                            APIEnumsIDStrList::gLanguageLocaleEnumIdStrList);
+    static const auto& attribute =
+        *new ENUMApiAttribute("Locale", 25, false, "Locale", APIEnumsIDStrList::gLanguageLocaleEnumIdStrList);
     return attribute;
 }
 
 const STRINGApiAttribute& APIApiMethodReturn::LocalizedErrorAttribute() {
-    static const STRINGApiAttribute attribute("LocalizedError", 25, false, 0, -1, "Localized Error");
+    static const auto& attribute =
+        *new STRINGApiAttribute("LocalizedError", 25, false, 0, -1, "Localized Error");
     return attribute;
 }
 
 const ENUMApiAttribute& APIApiMethodReturn::ReturnObjectEncodeAttribute() {
-    static const ENUMApiAttribute attribute("ReturnObjectEncode", 25, false, "Return Object Encode",
-                                            APIEnumsIDStrList::gObjectReturnEncodeEnumIdStrList);
+    static const auto& attribute =
+        *new ENUMApiAttribute("ReturnObjectEncode", 25, false, "Return Object Encode",
+                              APIEnumsIDStrList::gObjectReturnEncodeEnumIdStrList);
     return attribute;
 }
 
 const BOOLEANApiAttribute& APIApiMethodReturn::SuccessfulAttribute() {
-    static const BOOLEANApiAttribute attribute("Successful", 25, false, "Successful");
+    static const auto& attribute = *new BOOLEANApiAttribute("Successful", 25, false, "Successful");
     return attribute;
 }
 
 const STRINGARRAYApiAttribute& APIApiMethodReturn::WarningListAttribute() {
-    static const STRINGARRAYApiAttribute attribute("WarningList", 25, false, "Warning List");
+    static const auto& attribute = *new STRINGARRAYApiAttribute("WarningList", 25, false, "Warning List");
     return attribute;
 }
 
 const ATTRIBUTEList& APIApiMethodReturn::Attributes() {
-    static const ATTRIBUTEList list =
+    static const auto& list = *new ATTRIBUTEList(
         JoinAttributeLists({&ErrorAttribute(), &ErrorCodeAttribute(), &ErrorDetailAttribute(),
                             &LocaleAttribute(), &LocalizedErrorAttribute(), &ReturnObjectEncodeAttribute(),
                             &SuccessfulAttribute(), &WarningListAttribute()},
-                           BASEApiObject::Attributes());
+                           BASEApiObject::Attributes()));
     return list;
 }
 

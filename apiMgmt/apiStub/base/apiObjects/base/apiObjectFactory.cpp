@@ -6,19 +6,19 @@
 
 template <>
 APIObjectFactory<BASEApiObject>& APIObjectFactory<BASEApiObject>::Instance() {
-    static APIObjectFactory factory;
+    static auto& factory = *new APIObjectFactory;
     return factory;
 }
 
 template <>
 APIObjectFactory<BASEApiMethod>& APIObjectFactory<BASEApiMethod>::Instance() {
-    static APIObjectFactory factory;
+    static auto& factory = *new APIObjectFactory;
     return factory;
 }
 
 template <>
 APIObjectFactory<BASEApiMethodObject>& APIObjectFactory<BASEApiMethodObject>::Instance() {
-    static APIObjectFactory factory;
+    static auto& factory = *new APIObjectFactory;
     return factory;
 }
 

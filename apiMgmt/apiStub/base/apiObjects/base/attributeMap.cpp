@@ -38,6 +38,7 @@ void ATTRIBUTEMap::Remove(std::string_view name) {
         return;
     wasted += entries[position].nameLength + entries[position].textLength;
     entries.erase(entries.begin() + static_cast<std::ptrdiff_t>(position));
+    CompactIfWorthwhile();
 }
 
 void ATTRIBUTEMap::Clear() {
@@ -71,8 +72,7 @@ void ATTRIBUTEMap::Overwrite(Entry& entry, std::string_view text) {
     wasted += entry.textLength;
     entry.text = static_cast<uint32_t>(start);
     entry.textLength = static_cast<uint32_t>(text.size());
-    if (wasted > kSmallWaste && wasted > block.size() / 2)
-        Compact();
+    CompactIfWorthwhile();
 }
 
 /** The texts may be parts of the block, which therefore lives until they are copied. */
@@ -90,7 +90,9 @@ void ATTRIBUTEMap::Append(std::string_view first, std::string_view second) {
     block = std::move(larger);
 }
 
-void ATTRIBUTEMap::Compact() {
+void ATTRIBUTEMap::CompactIfWorthwhile() {
+    if (wasted <= kSmallWaste || wasted <= block.size() / 2)
+        return;
     std::string kept;
     kept.reserve(block.size() - wasted);
     for (Entry& entry : entries) {

@@ -58,7 +58,7 @@ class ATTRIBUTEMap {
     void Insert(size_t position, std::string_view name, std::string_view text);
     void Overwrite(Entry& entry, std::string_view text);
     void Append(std::string_view first, std::string_view second);
-    void Compact();
+    void CompactIfWorthwhile();
 
     std::vector<Entry> entries;
     std::string block;

@@ -23,7 +23,7 @@ BASEApiAssociation::BASEApiAssociation(const std::string& instanceId) : BASEApiM
 }
 
 const ATTRIBUTEList& BASEApiAssociation::GetAttributeList() const {
-    static const ATTRIBUTEList list = {&InstanceIdAttribute()};
+    static const auto& list = *new ATTRIBUTEList{&InstanceIdAttribute()};
     return list;
 }
 
@@ -35,7 +35,7 @@ void BASEApiAssociation::CheckRequiredAttributes() const {
 }
 
 const INSTANCEIDApiAttribute& BASEApiAssociation::InstanceIdAttribute() {
-    static const INSTANCEIDApiAttribute attribute("InstanceId", 30, false, "");
+    static const auto& attribute = *new INSTANCEIDApiAttribute("InstanceId", 30, false, "");
     return attribute;
 }
 

@@ -20,7 +20,7 @@ BASEApiMethod::BASEApiMethod(bool association, const std::map<std::string, std::
 }
 
 const ATTRIBUTEList& BASEApiMethod::GetAttributeList() const {
-    static const ATTRIBUTEList none;
+    static const auto& none = *new ATTRIBUTEList;
     return none;
 }
 

@@ -5,7 +5,7 @@
 #include "apiMgmt/common/xmlwrap/xmlParser.h"
 
 const ATTRIBUTEList& BASEApiMethodObject::GetAttributeList() const {
-    static const ATTRIBUTEList none;
+    static const auto& none = *new ATTRIBUTEList;
     return none;
 }
 

@@ -134,23 +134,24 @@ ATTRIBUTENames BASEApiObject::MergeAttributeNames(const std::vector<BASEApiObjec
 // ---- Attributes ----
 
 const INSTANCEIDApiAttribute& BASEApiObject::InstanceIdAttribute() {
-    static const INSTANCEIDApiAttribute attribute("InstanceId", 30, false, "Instance ID");
+    static const auto& attribute = *new INSTANCEIDApiAttribute("InstanceId", 30, false, "Instance ID");
     return attribute;
 }
 
 const NAMEApiAttribute& BASEApiObject::InstanceNameAttribute() {
-    static const NAMEApiAttribute attribute("InstanceName", 50, false, false, 1, -1, "Instance Name");
+    static const auto& attribute =
+        *new NAMEApiAttribute("InstanceName", 50, false, false, 1, -1, "Instance Name");
     return attribute;
 }
 
 const STRINGApiAttribute& BASEApiObject::ObjectTypeAttribute() {
-    static const STRINGApiAttribute attribute("ObjectType", 15, false, 1, -1, "");
+    static const auto& attribute = *new STRINGApiAttribute("ObjectType", 15, false, 1, -1, "");
     return attribute;
 }
 
 const ATTRIBUTEList& BASEApiObject::Attributes() {
-    static const ATTRIBUTEList list = {&InstanceIdAttribute(), &InstanceNameAttribute(),
-                                       &ObjectTypeAttribute()};
+    static const auto& list =
+        *new ATTRIBUTEList{&InstanceIdAttribute(), &InstanceNameAttribute(), &ObjectTypeAttribute()};
     return list;
 }
 

@@ -12,6 +12,6 @@ void GETLISTApiMethod::SetFilter(const FILTERList* filter) {
 }
 
 const GETLISTFILTERApiAttribute& GETLISTApiMethod::FilterAttribute() {
-    static const GETLISTFILTERApiAttribute attribute("Filter", 20, false, "Filter");
+    static const auto& attribute = *new GETLISTFILTERApiAttribute("Filter", 20, false, "Filter");
     return attribute;
 }

@@ -16,18 +16,18 @@ const ATTRIBUTEList& TSBaseApiObject::GetAttributeList() const {
 }
 
 const NAMEApiAttribute& TSBaseApiObject::TsNameAttribute() {
-    static const NAMEApiAttribute attribute("TsName", 25, false, false, 1, -1, "Tessera");
+    static const auto& attribute = *new NAMEApiAttribute("TsName", 25, false, false, 1, -1, "Tessera");
     return attribute;
 }
 
 const INTApiAttribute& TSBaseApiObject::TsSerialNumberAttribute() {
-    static const INTApiAttribute attribute("TsSerialNumber", 25, false, -1, -1, "Tessera SN");
+    static const auto& attribute = *new INTApiAttribute("TsSerialNumber", 25, false, -1, -1, "Tessera SN");
     return attribute;
 }
 
 const ATTRIBUTEList& TSBaseApiObject::Attributes() {
-    static const ATTRIBUTEList list =
-        JoinAttributeLists({&TsNameAttribute(), &TsSerialNumberAttribute()}, BASEApiObject::Attributes());
+    static const auto& list = *new ATTRIBUTEList(
+        JoinAttributeLists({&TsNameAttribute(), &TsSerialNumberAttribute()}, BASEApiObject::Attributes()));
     return list;
 }
 
@@ -59,26 +59,27 @@ const ATTRIBUTEList& TSStatusBaseApiObject::GetAttributeList() const {
 }
 
 const ENUMApiAttribute& TSStatusBaseApiObject::StatusAttribute() {
-    static const ENUMApiAttribute attribute("Status", 25, false, "Status",
-                                            APIEnumsIDStrList::gStatusEnumIdStrList);
+    static const auto& attribute =
+        *new ENUMApiAttribute("Status", 25, false, "Status", APIEnumsIDStrList::gStatusEnumIdStrList);
     return attribute;
 }
 
 const ENUMApiAttribute& TSStatusBaseApiObject::ChildStatusAttribute() {
-    static const ENUMApiAttribute attribute("ChildStatus", 25, false, "Child Status",
-                                            APIEnumsIDStrList::gStatusEnumIdStrList);
+    static const auto& attribute = *new ENUMApiAttribute("ChildStatus", 25, false, "Child Status",
+                                                         APIEnumsIDStrList::gStatusEnumIdStrList);
     return attribute;
 }
 
 const STRINGApiAttribute& TSStatusBaseApiObject::StatusMessageAttribute() {
-    static const STRINGApiAttribute attribute("StatusMessage", 32, false, -1, -1, "Status Message");
+    static const auto& attribute =
+        *new STRINGApiAttribute("StatusMessage", 32, false, -1, -1, "Status Message");
     return attribute;
 }
 
 const ATTRIBUTEList& TSStatusBaseApiObject::Attributes() {
-    static const ATTRIBUTEList list =
+    static const auto& list = *new ATTRIBUTEList(
         JoinAttributeLists({&StatusAttribute(), &ChildStatusAttribute(), &StatusMessageAttribute()},
-                           TSBaseApiObject::Attributes());
+                           TSBaseApiObject::Attributes()));
     return list;
 }
 

@@ -61,7 +61,7 @@ const ATTRIBUTEList& {cls}::GetAttributeList() const {{
 
 NAMES = """\
 const std::string& {cls}::ObjectName() {{
-    static const std::string name = "{name}";
+    static const auto& name = *new std::string("{name}");
     return name;
 }}
 
@@ -83,7 +83,7 @@ DESCRIPTOR = """\
 
 DESCRIPTION = """\
 {head}
-    static const METHODDescription description{{
+    static const auto& description = *new METHODDescription{{
         .objectName = ObjectName(),
         .commandName = "{command}",
         .changesState = {changes},
@@ -122,7 +122,7 @@ def descriptor_arguments(attribute):
 
 def render_descriptor(scope, attribute):
     kind = names.attribute_class(attribute.kind)
-    line = joined(f"    static const {kind} attribute(", descriptor_arguments(attribute), ");", LIST_INDENT)
+    line = joined(f"    static const auto& attribute = *new {kind}(", descriptor_arguments(attribute), ");", LIST_INDENT)
     accessor = f"{scope}::{names.accessor(attribute.name)}"
     return DESCRIPTOR.format(head=head(f"const {kind}&", accessor, "", " {"), attribute=line)
 
@@ -165,8 +165,8 @@ def accessor_list(attributes):
 
 def render_object_list(each):
     base = BASES[each.base]
-    line = joined("    static const ATTRIBUTEList list = JoinAttributeLists({", accessor_list(each.attributes),
-                  f"}}, {base}::Attributes());", LIST_INDENT)
+    line = joined("    static const auto& list = *new ATTRIBUTEList(JoinAttributeLists({",
+                  accessor_list(each.attributes), f"}}, {base}::Attributes()));", LIST_INDENT)
     return LIST.format(cls=names.object_class(each.name), list=line)
 
 
@@ -234,7 +234,7 @@ def render_object(each):
 
 def render_method_object(each):
     cls = names.object_class(each.name)
-    line = joined("    static const ATTRIBUTEList list = {", accessor_list(each.attributes), "};", LIST_INDENT)
+    line = joined("    static const auto& list = *new ATTRIBUTEList{", accessor_list(each.attributes), "};", LIST_INDENT)
     return METHOD_OBJECT.format(
         names=render_names(each), cls=cls, list=LIST.format(cls=cls, list=line),
         attributes="\n\n".join(render_attribute(cls, attribute) for attribute in each.attributes))

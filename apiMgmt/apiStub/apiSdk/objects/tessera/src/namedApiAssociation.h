@@ -22,7 +22,7 @@ class NAMEDApiAssociation : public BASEApiAssociation {
     using BASEApiAssociation::BASEApiAssociation;
 
     const std::string& GetCommandName() const override {
-        static const std::string name = relation.text;
+        static const auto& name = *new std::string(relation.text);
         return name;
     }
     const std::string& GetObjectName() const override { return Object::ObjectName(); }
