@@ -44,10 +44,14 @@ constexpr const char* kNoConfigurationFiles = "/var/empty/snmpSubagent";
 SnmpSubagentMibHandlers* snmpSubagentMibHandlers = nullptr;
 
 // Neither snmpd nor snmpget, nor this process, parses MIB files: it would take them most of a second, and
-// snmpd is given a tenth of one.
+// snmpd is given a tenth of one. What snmpd keeps for itself is a configuration file as well: without it each
+// start would be that of a new SNMPv3 engine.
 void set_environment() {
     setenv("MIBS", "", 1);
-    setenv("SNMPCONFPATH", kNoConfigurationFiles, 1);
+    std::string path = kNoConfigurationFiles;
+    if (const char* kept_by_snmpd = getenv("SNMP_PERSISTENT_DIR"))
+        path.append(":").append(kept_by_snmpd);
+    setenv("SNMPCONFPATH", path.c_str(), 1);
 }
 
 std::string build_restart_command(int argc, char* argv[]) {
