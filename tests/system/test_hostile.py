@@ -5,9 +5,8 @@ import re
 import socket
 
 from harness import array, ber, berWriter, daemon, machine, manager, mib, story, waiting
-from harness.expected import Expectation
+from harness.expected import LONGEST_TEXT, Expectation
 
-LONGEST_TEXT = 3072
 RING_LIMIT_S = 180  # every foreground table is read again within one round of the schedule
 
 TRANSPORT = "Caught std::exception processing request"

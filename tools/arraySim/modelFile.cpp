@@ -5,9 +5,9 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <set>
-#include <sstream>
 
 #include "tools/arraySim/numbers.h"
+#include "tools/arraySim/textFile.h"
 
 namespace arraysim {
 
@@ -176,13 +176,12 @@ void WriteModelFile(const Model& model, const std::string& path) {
 }
 
 Model ReadModelFile(const Catalogue& catalogue, const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream text;
-    if (!file || !(text << file.rdbuf())) {
+    const std::optional<std::string> text = ReadTextFile(path);
+    if (!text) {
         throw ModelFileError("cannot read " + path + ": " + std::strerror(errno));
     }
     try {
-        return ReadModel(catalogue, text.str());
+        return ReadModel(catalogue, *text);
     } catch (const ModelFileError& error) {
         throw ModelFileError(path + ": " + error.what());
     }

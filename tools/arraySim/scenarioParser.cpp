@@ -1,12 +1,12 @@
 #include <cerrno>
 #include <cstring>
-#include <fstream>
 #include <sstream>
 
 #include "apiMgmt/common/utils/stringUtil.h"
 #include "tools/arraySim/command.h"
 #include "tools/arraySim/numbers.h"
 #include "tools/arraySim/scenario.h"
+#include "tools/arraySim/textFile.h"
 
 namespace arraysim {
 
@@ -115,12 +115,11 @@ Scenario ParseScenario(const Catalogue& catalogue, const std::string& file, std:
 }
 
 Scenario ReadScenarioFile(const Catalogue& catalogue, const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream text;
-    if (!file || (file.peek() != std::ifstream::traits_type::eof() && !(text << file.rdbuf()))) {
+    const std::optional<std::string> text = ReadTextFile(path);
+    if (!text) {
         throw ScenarioError("cannot read " + path + ": " + std::strerror(errno));
     }
-    return ParseScenario(catalogue, path, text.str());
+    return ParseScenario(catalogue, path, *text);
 }
 
 }  // namespace arraysim

@@ -102,6 +102,9 @@ class ScenarioThread {
 };
 
 ExitStatus Run(const ServeOptions& options, const sigset_t& signals) {
+    if (options.socket_path == options.control_path) {
+        throw ControlError("the API and the commands cannot have the same socket: " + options.socket_path);
+    }
     std::optional<Scenario> scenario;
     if (!options.scenario_file.empty()) {
         scenario = ReadScenarioFile(Catalogue::Builtin(), options.scenario_file);

@@ -52,6 +52,8 @@ void set_environment() {
     if (const char* kept_by_snmpd = getenv("SNMP_PERSISTENT_DIR"))
         path.append(":").append(kept_by_snmpd);
     setenv("SNMPCONFPATH", path.c_str(), 1);
+    // A name in trapDest is looked up while managers wait; by default a dead name server takes 10 seconds.
+    setenv("RES_OPTIONS", "timeout:1 attempts:2", 0);
 }
 
 std::string build_restart_command(int argc, char* argv[]) {

@@ -2,6 +2,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/oidLookup.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/registration.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
 // Between Net-SNMP and central_oid_handler. Net-SNMP hands over the requests of one registration, linked
 // by `next`; but the bindings' own chain, next_variable, is that of the whole PDU and holds bindings of other
@@ -92,6 +93,10 @@ int serve_requests(netsnmp_mib_handler* handler, netsnmp_handler_registration* r
             netsnmp_set_request_error(info, request, SNMP_NOSUCHINSTANCE);
             continue;
         }
+        // AgentX has no answer to a COMMIT: the manager is told of a success.
+        if (info->mode == MODE_SET_COMMIT)
+            SUBAGENT_LOG(4, "SET failed at %s: this binding and those behind it were not carried out\n",
+                         oid_text(request->requestvb->name, request->requestvb->name_length).c_str());
         return fail(info, request, result);
     }
     // All bindings of the PDU, those of other registrations included, which may have their values already.

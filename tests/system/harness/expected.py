@@ -8,6 +8,7 @@ from .mib import COLUMNS, MIB, TABLES
 
 SERVER_KINDS = ("TsPhysicalServer", "TsRemoteTessera", "TsServerCluster", "TsVirtualServer")
 STANDARD_FOLDERS = (1, 69696969)
+LONGEST_TEXT = 3072  # octets of a text that are served
 BLOCKS_PER_GB = 1953125
 BLOCKS_PER_GIB = 2097152
 WEB_ADDRESS = "https://www.vorn-lumivant.example/tessera"

@@ -69,6 +69,7 @@ TEST_F(Commands, MistakesAreNamedAndChangeNothing) {
         {"expect TsDisk 5 Status Down", "TsDisk 5 Status: expected 'Down', found 'Up'"},
         {"dump /nonexistent/folder/x", "cannot write /nonexistent/folder/x: No such file or directory"},
         {"load /nonexistent", "cannot read /nonexistent: No such file or directory"},
+        {"load /tmp", "cannot read /tmp: Is a directory"},
         {"load", "something is missing; usage: load FILE"},
         {"event 4 4 4 0", "events are off; start the simulator with --events"},
         {"misc", "something is missing; usage: misc TEXT"},

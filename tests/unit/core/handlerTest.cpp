@@ -355,8 +355,10 @@ TEST_F(Set, OfForceTrapIsStoredAtCommit) {
     trapAlertState = 0;
     EXPECT_EQ(set("R.42.0", "1 2 3 4 5 6 7 8 x"), "0 0\n");
     EXPECT_EQ(forceTrapCommand, "1 2 3 4 5 6 7 8 x");
-    EXPECT_EQ(set("R.42.0", "1 2 3"), "0 5 !5\n");  // no whole command
-    EXPECT_EQ(trapAlertState, 0);                   // outside the columns of ForceTrap
+    EXPECT_EQ(set("R.42.0", "1 2 3"),  // no whole command
+              "0 5 !5\nlog 4 SET failed at 1.3.6.1.4.1.913.11000.2000.500.1.2.42.0.: this binding and those "
+              "behind it were not carried out$\n");
+    EXPECT_EQ(trapAlertState, 0);  // outside the columns of ForceTrap
 }
 
 TEST_F(Set, OfTheSystemGroupGoesToTheArray) {
@@ -379,10 +381,12 @@ TEST_F(Set, OfTheSystemGroupGoesToTheArray) {
     fake_api_mgr::documents["Modify Tessera 64702"] = fake_api_mgr::failure_answer("No");
     EXPECT_EQ(set("1.3.6.1.2.1.1.5.0", "x"), "0 0\napi Modify Tessera 64702\n");
     fake_api_mgr::refuse_connections(true);
-    EXPECT_EQ(set("1.3.6.1.2.1.1.5.0", "new name"),
-              "0 5 !5\napi refused\n"
-              "log 4 Caught std::exception processing request: /tmp/apimgr.sock: nobody listens$\n"
-              "log 4 failed to SendRequestToAPIManager: Tessera$\n");
+    EXPECT_EQ(
+        set("1.3.6.1.2.1.1.5.0", "new name"),
+        "0 5 !5\napi refused\n"
+        "log 4 Caught std::exception processing request: /tmp/apimgr.sock: nobody listens$\n"
+        "log 4 failed to SendRequestToAPIManager: Tessera$\n"
+        "log 4 SET failed at 1.3.6.1.2.1.1.5.0.: this binding and those behind it were not carried out$\n");
     EXPECT_EQ(value_of(index_of("1.3.6.1.2.1.1.5.0")), "\"new name\"");
 }
 

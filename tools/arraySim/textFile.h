@@ -1,0 +1,11 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace arraysim {
+
+/** The whole text of a file. None, with errno set, when it cannot be read. */
+std::optional<std::string> ReadTextFile(const std::string& path);
+
+}  // namespace arraysim
