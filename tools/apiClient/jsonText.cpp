@@ -1,6 +1,7 @@
 #include "tools/apiClient/jsonText.h"
 
 #include <charconv>
+#include <cmath>
 #include <nlohmann/json.hpp>
 
 #include "apiMgmt/apiStub/base/apiAttributes/apiAttributes.h"
@@ -10,12 +11,14 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-/** Text stays text when it is no number as a whole. */
+/** Text stays text when it is no number as a whole. "nan" and "inf" do too: JSON has no such numbers, and
+   null would look like a value that is not there. */
 template <class Number>
 Json NumberJson(const std::string& text) {
     Number number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return error == std::errc() && end == text.data() + text.size() ? Json(number) : Json(text);
+    const bool is_whole = error == std::errc() && end == text.data() + text.size();
+    return is_whole && std::isfinite(number) ? Json(number) : Json(text);
 }
 
 Json ReferenceJson(const APIObjectInstance& object) {

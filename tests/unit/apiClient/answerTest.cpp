@@ -130,6 +130,19 @@ TEST_F(ApiClientAnswer, JsonHasTypes) {
 )");
 }
 
+TEST_F(ApiClientAnswer, JsonKeepsTheTextOfRealsThatAreNoNumber) {
+    const std::pair<const char*, const char*> cases[] = {{"1.25", "1.25"},     {"-2e3", "-2000.0"},
+                                                         {"nan", "\"nan\""},   {"inf", "\"inf\""},
+                                                         {"-inf", "\"-inf\""}, {"1e999", "\"1e999\""}};
+    for (const auto& [text, json] : cases) {
+        const ClientRun run =
+            RunBefore(std::string(kGood) + "<ReturnObject><TsControllerVoltageSensor><CurrentVoltage>" +
+                          text + "</CurrentVoltage></TsControllerVoltageSensor></ReturnObject>",
+                      {"TsControllerVoltageSensor", "Get", "InstanceId=1", "--format", "json"});
+        EXPECT_THAT(run.output, HasSubstr(std::string("\"CurrentVoltage\": ") + json + ",\n")) << text;
+    }
+}
+
 TEST_F(ApiClientAnswer, XmlIsTheDocumentAsItCame) {
     EXPECT_EQ(RunBefore(kTwoDisks, {"TsDisk", "GetList", "--format", "xml"}).output,
               "<lumapi>" + kTwoDisks + "</lumapi>\n");
