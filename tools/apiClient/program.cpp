@@ -33,7 +33,8 @@ constexpr const char* kDescription =
 constexpr const char* kFooter =
     "Exit status:\n"
     "  0  the array has done what was asked\n"
-    "  1  the API manager cannot be reached, or gives no answer of the API\n"
+    "  1  the API manager cannot be reached, or gives no answer of the API; or the output could not\n"
+    "     be written\n"
     "  2  the command line is wrong, or there is no session key; the array was not asked to do anything, "
     "except\n"
     "     when the message is about a column of an answer\n"

@@ -25,7 +25,8 @@ constexpr const char* kDescription =
 constexpr const char* kFooter =
     "Exit status:\n"
     "  0  good\n"
-    "  1  the command was refused, a step of the scenario failed, or the scenario has a mistake\n"
+    "  1  the command was refused, a step of the scenario failed, the scenario has a mistake, or the output\n"
+    "     could not be written\n"
     "  2  the command line is wrong\n"
     "  3  no start: model, key, scenario or sockets could not be had; no simulator answered\n"
     "\nExamples:\n"

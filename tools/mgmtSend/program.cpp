@@ -23,13 +23,15 @@ constexpr unsigned long kSize_bytes = 65536;
 constexpr const char* kStandardInput = "-";
 
 constexpr const char* kDescription =
-    "Sends the SNMP daemon what the array application sends: events that become notifications, and commands of an\n"
+    "Sends the SNMP daemon what the array application sends: events that become notifications, and commands "
+    "of an\n"
     "operator. The daemon does not answer: what became of a message is in its log and at the receiver.\n";
 
 constexpr const char* kFooter =
     "Exit status:\n"
     "  0  delivered to the daemon's socket\n"
-    "  1  the daemon cannot be reached, or has closed before all was sent\n"
+    "  1  the daemon cannot be reached, or has closed before all was sent; or the output could not\n"
+    "     be written\n"
     "  2  the command line is wrong; nothing was sent, except lines of standard input before the one that is "
     "wrong\n"
     "\nExamples:\n"
