@@ -3,14 +3,21 @@
 #include <arpa/inet.h>
 
 #include <algorithm>
+#include <array>
+#include <cctype>
 #include <charconv>
-#include <cstdlib>
+#include <chrono>
+#include <cmath>
+#include <ctime>
+#include <iterator>
+#include <limits>
 #include <map>
+#include <utility>
 
 #include "apiMgmt/apiStub/base/apiAttributes/apiObjectInstance.h"
-#include "apiMgmt/apiStub/base/apiAttributes/datetimeValue.h"
 #include "apiMgmt/apiStub/base/apiAttributes/filterList.h"
 #include "apiMgmt/apiStub/base/apiAttributes/sizeValue.h"
+#include "apiMgmt/apiStub/base/apiAttributes/temperatureValue.h"
 #include "apiMgmt/apiStub/base/apiAttributes/wordList.h"
 #include "apiMgmt/common/utils/netUtil.h"
 #include "tools/apiClient/attributeWords.h"
@@ -22,6 +29,28 @@ std::optional<int64_t> ReadWhole(const std::string& text) {
     int64_t number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     return error == std::errc() && end == text.data() + text.size() ? std::optional(number) : std::nullopt;
+}
+
+/** A number at the start of a text and what stands behind it. */
+struct RealPrefix {
+    double number;
+    std::string rest;
+};
+
+/** Nothing without a finite number in decimal digits; strtod would take hexadecimal ones, nan and inf as
+ * well. */
+std::optional<RealPrefix> ReadReal(std::string text) {
+    Trim(text);
+    const bool has_plus = text.size() > 1 && text[0] == '+' && text[1] != '-';
+    double number = 0;
+    const auto [end, error] =
+        std::from_chars(text.data() + (has_plus ? 1 : 0), text.data() + text.size(), number);
+    if (error != std::errc() || !std::isfinite(number)) {
+        return std::nullopt;
+    }
+    std::string rest = text.substr(static_cast<size_t>(end - text.data()));
+    Trim(rest);
+    return RealPrefix{number, rest};
 }
 
 // The library reads what it can and takes false or 0 for the rest; a person's slip must not become a value.
@@ -49,7 +78,8 @@ std::string WholeText(const CatalogueAttribute& attribute, const std::string& va
 }
 
 std::string RealText(const CatalogueAttribute& attribute, const std::string& value) {
-    if (!IsNumeric(value)) {
+    const std::optional<RealPrefix> real = ReadReal(value);
+    if (!real || !real->rest.empty()) {
         RefuseValue(attribute, value);
     }
     return value;
@@ -70,25 +100,57 @@ std::string ReferenceText(const CatalogueAttribute& attribute, const std::string
     return PlainText(attribute, value);
 }
 
-std::string TimeText(const CatalogueAttribute& attribute, const std::string& value) {
-    const DATETIMEValue time = DATETIMEValue::FromText(value);
-    if (time.GetSeconds() == 0) {
-        RefuseValue(attribute, value);
-    }
-    return time.ToText();
+/** The fields of a time, if the whole text has that form of strptime. */
+std::optional<std::tm> ReadTimeFields(const std::string& text, const char* format) {
+    std::tm fields{};
+    const char* end = strptime(text.c_str(), format, &fields);
+    return end == text.c_str() + text.size() ? std::optional(fields) : std::nullopt;
 }
 
-/** Whether the text is a number that is not negative, alone or with a unit that is known. */
-bool IsSize(std::string text) {
+/** Whether there is such a time. No zone is asked: the array's counts, and this machine may have another. */
+bool IsTime(const std::tm& fields) {
+    using namespace std::chrono;
+    constexpr int kFirstYear = 1900;  // of tm_year
+    constexpr int kLastSecond = 59;   // strptime knows leap seconds
+    const year_month_day date(year(fields.tm_year + kFirstYear),
+                              month(static_cast<unsigned>(fields.tm_mon + 1)),
+                              day(static_cast<unsigned>(fields.tm_mday)));
+    // In some zone the first day of the epoch is 0 or before it, which says that there is no date.
+    return date.ok() && sys_days(date) > sys_days{} && fields.tm_sec <= kLastSecond;
+}
+
+constexpr char kTimeForm[] = "%m/%d/%Y %I:%M:%S %p";
+constexpr char kTimeFormOf24Hours[] = "%m/%d/%Y-%H:%M:%S";
+
+std::string TimeText(const CatalogueAttribute& attribute, const std::string& value) {
+    std::string text = value;
     Trim(text);
-    char* behind = nullptr;
-    const double number = std::strtod(text.c_str(), &behind);
-    std::string unit = behind;
-    Trim(unit);
-    return behind != text.c_str() && number >= 0 &&
-           (unit.empty() || std::ranges::any_of(SIZEValue::dataSizeTypes, [&](const SIZEValue::Unit& each) {
-                return CompareNoCase(unit, each.letter) == 0 || CompareNoCase(unit, each.shortName) == 0;
-            }));
+    std::optional<std::tm> fields = ReadTimeFields(text, kTimeForm);
+    if (!fields) {
+        fields = ReadTimeFields(text, kTimeFormOf24Hours);
+    }
+    if (!fields || !IsTime(*fields)) {
+        RefuseValue(attribute, value);
+    }
+    std::array<char, 64> written{};
+    return {written.data(), strftime(written.data(), written.size(), kTimeForm, &*fields)};
+}
+
+/** Whether the text is a number from 0 that fits, alone or with a unit that is known. */
+bool IsSize(const std::string& text) {
+    constexpr auto kTooGreat = static_cast<double>(std::numeric_limits<uint64_t>::max());
+    const std::optional<RealPrefix> real = ReadReal(text);
+    if (!real || real->number < 0) {
+        return false;
+    }
+    if (real->rest.empty()) {
+        return real->number < kTooGreat;
+    }
+    const auto* unit = std::ranges::find_if(SIZEValue::dataSizeTypes, [&](const SIZEValue::Unit& each) {
+        return CompareNoCase(real->rest, each.letter) == 0 || CompareNoCase(real->rest, each.shortName) == 0;
+    });
+    return unit != std::end(SIZEValue::dataSizeTypes) &&
+           real->number * static_cast<double>(unit->divisor) < kTooGreat;
 }
 
 std::string SizeText(const CatalogueAttribute& attribute, const std::string& value) {
@@ -96,6 +158,64 @@ std::string SizeText(const CatalogueAttribute& attribute, const std::string& val
         RefuseValue(attribute, value);
     }
     return SIZEValue::FromText(value).ToText();
+}
+
+/** Whether the library reads all of a text as a temperature: whole degrees, and a unit that stands apart. */
+bool IsDegrees(std::string text) {
+    Trim(text);
+    const size_t blank = text.find(' ');
+    const std::optional<int64_t> number = ReadWhole(text.substr(0, blank));
+    std::string unit = blank == std::string::npos ? "" : text.substr(blank);
+    Trim(unit);
+    return number && std::in_range<int32_t>(*number) &&
+           (unit.empty() || CompareNoCase(unit, "C") == 0 || CompareNoCase(unit, "F") == 0);
+}
+
+/** Whether both halves, as in "45 C/113 F", say the same, which the library demands. */
+bool HalvesAgree(const std::string& first, std::string second) {
+    Trim(second);
+    const TEMPERATUREValue temperature = TEMPERATUREValue::FromText(first);
+    return TEMPERATUREValue::FromText(second).GetCelsius() == temperature.GetCelsius() ||
+           second == std::to_string(temperature.GetFahrenheit()) + " F";
+}
+
+std::string TemperatureText(const CatalogueAttribute& attribute, const std::string& value) {
+    std::vector<std::string> halves;
+    Split(value, "/", halves);
+    if (halves.size() > 2 || !std::ranges::all_of(halves, IsDegrees) ||
+        (halves.size() == 2 && !HalvesAgree(halves[0], halves[1]))) {
+        RefuseValue(attribute, value);
+    }
+    return value;
+}
+
+// One letter may stand before the numbers, as in "R06.03"; of more the library would take no notice either,
+// but they are no version.
+bool IsVersion(std::string text) {
+    constexpr int64_t kGreatest[] = {99, 99, 999, 9999, 99};
+    Trim(text);
+    if (!text.empty() && std::isalpha(static_cast<unsigned char>(text[0]))) {
+        text.erase(0, 1);
+    }
+    std::vector<std::string> fields;
+    Split(text, ".", fields);
+    if (fields.empty() || fields.size() > std::size(kGreatest)) {
+        return false;
+    }
+    for (size_t i = 0; i < fields.size(); ++i) {
+        const std::optional<int64_t> number = ReadWhole(fields[i]);
+        if (!number || fields[i][0] == '-' || *number > kGreatest[i]) {
+            return false;
+        }
+    }
+    return true;
+}
+
+std::string VersionText(const CatalogueAttribute& attribute, const std::string& value) {
+    if (!IsVersion(value)) {
+        RefuseValue(attribute, value);
+    }
+    return value;
 }
 
 std::string IPv4Text(const CatalogueAttribute& attribute, const std::string& value) {
@@ -168,6 +288,8 @@ const std::map<std::string_view, KindText> kKinds = {
     {"OBJECTARRAY", {MarkedReferenceText, ":"}},
     {"DATETIME", {TimeText}},
     {"SIZE", {SizeText}},
+    {"TEMPERATURE", {TemperatureText}},
+    {"VERSION", {VersionText}},
     {"IPV4ADDRESS", {IPv4Text}},
     {"IPV6ADDRESS", {IPv6Text}},
     {"GETLISTFILTER", {FilterText}},

@@ -79,6 +79,9 @@ TEST(ApiClientRequest, ConditionsBecomeTheFilterOfAList) {
         std::vector<std::string> words;
         const char* filter;
     };
+    // Under this zone the half hour past two does not exist on that day; the array's zone is another.
+    setenv("TZ", "EST5EDT,M3.2.0,M11.1.0", 1);
+    tzset();
     const Case cases[] = {
         {{"--filter", "Status = Down"}, "and Status = Down-"},
         {{"--filter", "status=down"}, "and Status = Down-"},
@@ -88,10 +91,26 @@ TEST(ApiClientRequest, ConditionsBecomeTheFilterOfAList) {
         {{"--filter", "Size > 2 TB"}, "and Size &gt; 4294967296-"},
         {{"--filter", "Name = two  words = one"}, "and Name = two  words = one-"},
         {{"Filter=and Index = 5-"}, "and Index = 5-"},
+        {{"--filter", "EstimatedWearDate > 03/13/2016 2:30:00 am"},
+         "and EstimatedWearDate &gt; 03/13/2016 02:30:00 AM-"},
+        {{"--filter", "EstimatedWearDate < 02/29/2016-00:00:59"},
+         "and EstimatedWearDate &lt; 02/29/2016 12:00:59 AM-"},
+        {{"TsControllerVoltageSensor", "--filter", "CurrentVoltage > -1.5e1"},
+         "and CurrentVoltage &gt; &amp;hy&amp;1.5e1-"},
+        {{"TsControllerTemperatureSensor", "--filter", "CurrentTemperature > 45"},
+         "and CurrentTemperature &gt; 45-"},
+        {{"TsControllerTemperatureSensor", "--filter", "CurrentTemperature < -5 c"},
+         "and CurrentTemperature &lt; &amp;hy&amp;5 c-"},
+        {{"TsControllerTemperatureSensor", "--filter", "CurrentTemperature = 45 C/113 F"},
+         "and CurrentTemperature = 45 C/113 F-"},
+        {{"TsController", "--filter", "Version >= 07.03.20.0027"}, "and Version &gt;= 07.03.20.0027-"},
+        {{"TsController", "--filter", "Version = R6"}, "and Version = R6-"},
     };
     for (const Case& each : cases) {
-        std::vector<std::string> words = {"TsDisk", "GetList", "--print"};
-        words.insert(words.end(), each.words.begin(), each.words.end());
+        std::vector<std::string> words = {"GetList", "--print"};
+        const bool has_object = each.words[0].starts_with("Ts");
+        words.insert(words.begin(), has_object ? each.words[0] : "TsDisk");
+        words.insert(words.end(), each.words.begin() + (has_object ? 1 : 0), each.words.end());
         const ClientRun run(words);
         EXPECT_THAT(run.output, HasSubstr(std::string("<Filter>") + each.filter + "</Filter>")) << run.errors;
     }
@@ -170,6 +189,32 @@ TEST(ApiClientRequest, MistakesAreExplained) {
         EXPECT_EQ(run.status, 2) << each.explanation;
         EXPECT_THAT(run.errors, HasSubstr(each.explanation));
         EXPECT_EQ(run.output, "");
+    }
+}
+
+TEST(ApiClientRequest, SlipsDoNotBecomeValuesOfFilters) {
+    const std::vector<std::pair<std::string, std::vector<std::string>>> rows = {
+        {"TsControllerTemperatureSensor CurrentTemperature",
+         {"1000C", "hot", "45.5 C", "45 K", "45 C F", "C", "45 C/116 F", "0 C/50 F", "1 C/2 C/3 C", "45 C/",
+          "99999999999 C", "0x10"}},
+        {"TsController Version",
+         {"newest", "6..3", "6.3.", "6,3", "-6.3", "6.100", "1.2.3.4.5.6", "6.3 beta"}},
+        {"TsControllerVoltageSensor CurrentVoltage",
+         {"0x1p3", "nan", "inf", "-infinity", "1e999", "5 V", "+-5"}},
+        {"TsDisk Size", {"0x10", "nan", "inf TB", "infinity", "-1", "1 TB x", "1e300", "17000000 PB"}},
+        {"TsDisk EstimatedWearDate",
+         {"02/31/2016 01:02:03 PM", "02/29/2015-01:02:03", "10/31/2016 01:02:03 PM CET",
+          "10/31/2016-01:02:03.5", "10/31/2016", "10/31/2016-23:59:60", "10/31/2016-24:00:00",
+          "10/31/16 01:02:03 PM", "01/01/1970-12:00:00"}},
+    };
+    for (const auto& [place, values] : rows) {
+        const std::string object = place.substr(0, place.find(' '));
+        const std::string attribute = place.substr(place.find(' ') + 1);
+        for (const std::string& value : values) {
+            const ClientRun run({object, "GetList", "--print", "--filter", attribute + " > " + value});
+            EXPECT_EQ(run.status, 2) << attribute << ' ' << value << ' ' << run.output;
+            EXPECT_THAT(run.errors, HasSubstr(" was given '" + value + "', but is a "));
+        }
     }
 }
 
