@@ -4,11 +4,15 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <iterator>
 #include <string>
+#include <vector>
 
 #include "apiMgmt/common/utils/stringUtil.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
 #include "tools/checkconf/checks.h"
+#include "tools/checkconf/masterAgentAccess.h"
+#include "tools/checkconf/masterAgentAddress.h"
 #include "tools/checkconf/masterAgentFile.h"
 #include "tools/checkconf/settingLines.h"
 
@@ -28,42 +32,64 @@ bool IsMaster(const MasterAgentFile& file) {
     });
 }
 
-/** Whether requests of this machine come under the source of a community's line. */
-bool IncludesThisMachine(const Directive& words) {
-    if (words.size() < 3)
-        return true;
-    const std::string source = ToLower(words[2]);
-    return source == "default" || source == "localhost" || source.starts_with("127.") ||
-           source.starts_with("0.0.0.0");
+bool HasIncludes(const MasterAgentFile& file) {
+    return !file.Find({"includefile", "includedir", "includeallexternals"}).empty();
+}
+
+/** An error that a line of an included file may mend. */
+void ErrUnlessIncluded(const MasterAgentFile& file, const std::string& fault, Report& report) {
+    if (HasIncludes(file))
+        report.Warn(fault + "; the files that this one includes are not looked at");
+    else
+        report.Error(fault + ": the daemon ends during its start");
 }
 
 void CheckCommunity(const MasterAgentFile& file, Report& report) {
-    const std::string& community = self_test_community();
-    bool is_named = false;
-    for (const Directive& words : file.Find({"rocommunity", "rwcommunity"})) {
-        if (words.size() < 2 || words[1] != community)
-            continue;
-        if (IncludesThisMachine(words)) {
-            report.Fact("the community of the self-test is answered");
+    const std::string community = "the community of the self-test ";
+    switch (JudgeAccess(file, self_test_community())) {
+        case Access::kAnswered:
+            report.Fact(community + "is answered");
+            break;
+        case Access::kNotLookedAt:
+            report.Fact(community + "is known; whether it may read " + SelfTestOidText() +
+                        " is not looked at");
+            break;
+        case Access::kHidden:
+            ErrUnlessIncluded(file,
+                              community + "may not read " + SelfTestOidText() + ", which the daemon asks for",
+                              report);
+            break;
+        case Access::kElsewhere:
+            ErrUnlessIncluded(file, community + "is not answered to this machine", report);
+            break;
+        case Access::kNone:
+            ErrUnlessIncluded(file, community + "has no rocommunity line", report);
+            break;
+    }
+}
+
+/** Where snmpd listens; without a line at UDP port 161 of all interfaces. */
+void CheckAddresses(const MasterAgentFile& file, Report& report) {
+    std::vector<Judgement> judgements;
+    for (const Directive& words : file.Find({"agentaddress"})) {
+        if (words.size() > 2) {
+            report.Error(
+                "agentAddress has a blank among its addresses: snmpd ends, and so does the daemon during its "
+                "start");
             return;
         }
-        is_named = true;
+        std::vector<std::string> addresses;
+        if (words.size() == 2)
+            SplitChar(words[1], ',', addresses);
+        std::ranges::transform(addresses, std::back_inserter(judgements), ServesThisMachine);
     }
-    for (const Directive& words : file.Find({"com2sec"})) {
-        if (words.back() == community) {
-            report.Fact(
-                "the community of the self-test has a security name; whether it may read is not looked at");
-            return;
-        }
-    }
-    if (!file.Find({"includefile", "includedir", "includeallexternals"}).empty())
-        report.Warn(
-            "the community of the self-test is not in this file; the files that it includes are not looked "
-            "at");
+    if (judgements.empty() || std::ranges::count(judgements, Judgement::kYes) > 0)
+        return;
+    if (std::ranges::count(judgements, Judgement::kNotLookedAt) > 0)
+        report.Fact("agentAddress names a host; whether the self-test finds snmpd there is not looked at");
     else
-        report.Error(std::string("the community of the self-test ") +
-                     (is_named ? "is not answered to this machine" : "has no rocommunity line") +
-                     ": the daemon ends during its start");
+        ErrUnlessIncluded(file, "no agentAddress is UDP port 161 at 127.0.0.1, where the daemon asks",
+                          report);
 }
 
 void CheckPatience(const MasterAgentFile& file, Report& report) {
@@ -99,6 +125,7 @@ void CheckMasterAgent(const std::string& path, Report& report) {
     if (!file.Find({"agentxsocket"}).empty())
         report.Error("agentXSocket is set: the daemon looks for snmpd at its usual socket only");
     CheckCommunity(file, report);
+    CheckAddresses(file, report);
     CheckPatience(file, report);
     CheckSecrecy(path, file, report);
     const size_t users = file.Find({"rouser", "rwuser"}).size();

@@ -182,6 +182,98 @@ TEST_F(Checkconf, ErrsWhereTheDaemonWouldNotStart) {
     EXPECT_EQ(Run(), 0) << out_;
 }
 
+// Each row is what snmpd itself makes of such lines.
+TEST_F(Checkconf, FollowsALineOfTheCommunityToWhatItShows) {
+    const string hidden = "may not read .1.3.6.1.4.1.913.11000.2000.500.1.2.7.0, which the daemon asks for";
+    const string unseen = "whether it may read .1.3.6.1.4.1.913.11000.2000.500.1.2.7.0 is not looked at";
+    const string answered = "the community of the self-test is answered\n";
+    const string by_view = "rocommunity public default -V v\n";
+    const string array = ".1.3.6.1.4.1.913.11000.2000.500";
+    struct Row {
+        string text;
+        string said;
+        int status;
+    };
+    const Row rows[] = {
+        {by_view + "view v included .1.3.6.1.2.1.1\n", hidden, 2},
+        {"rocommunity public default .1.3.6.1.2.1.1\n", hidden, 2},
+        {"rocommunity public default " + array + "\n", answered, 0},
+        {"rocommunity public default 1.3.6.1.4.1.913.11000.2000.500.1.2.7.0\n", answered, 0},
+        {"rocommunity public default " + array + " other\n", hidden, 2},
+        {"rocommunity public default " + array + " *\n", answered, 0},
+        {"rocommunity public default enterprises\n", unseen, 0},
+        {"VIEW v included " + array + "\nROCOMMUNITY public localhost -V v\n", answered, 0},
+        {by_view, hidden, 2},
+        {by_view + "view V included .1\n", hidden, 2},
+        {by_view + "view v INCLUDED .1\n", hidden, 2},
+        {by_view + "view v included .1\nview v excluded " + array + ".1.2\n", hidden, 2},
+        {by_view + "view v excluded " + array + "\nview v included " + array + ".1\nview v excluded .1\n",
+         answered, 0},
+        {by_view + "view v included .1\nview v excluded .1\n", answered, 0},
+        {by_view + "view v excluded .1\nview v included .1\n", hidden, 2},
+        {by_view + "view v included .1.3.6.1.2 f0\n", answered, 0},
+        {by_view + "view v included .1.3.6.1.2 0xf8\n", hidden, 2},
+        {by_view + "view v included .1.3.6.1.4.1.913.11000.9 ff:7f\n", answered, 0},
+        {by_view + "view v included .1.3.6.1.4.1.913.11000.9 ff.80\n", hidden, 2},
+        {by_view + "view v included .1.3.6.1.5 f0\nview v excluded .1.3.6.1.4\n", answered, 0},
+        {by_view + "view v included .1 f00f\n", unseen, 0},
+        {by_view + "view v included .iso\n", unseen, 0},
+        {by_view + "view v included .1\nview w included system\n", answered, 0},
+        {"rocommunity public default .1.3.6.1.2\nrocommunity public\n", hidden, 2},
+        {"rwcommunity public 10.0.0.0/8 .1.3.6.1.2\nrocommunity public 127.0.0.0/255.0.0.0\n", answered, 0},
+        {"rocommunity public 127.0.0.5\n", "is not answered to this machine", 2},
+        {"rocommunity public monitor\n", unseen, 0},
+        {"com2sec someone default public\n", unseen, 0},
+        {"com2sec someone 10.0.0.1 public\nrocommunity public default .1.3.6.1.2\n", hidden, 2},
+        {"authcommunity read public\n", unseen, 0},
+        {"includeFile x\n" + by_view, hidden + "; the files that this one includes are not looked at", 0},
+    };
+    for (const Row& row : rows) {
+        Write(kMaster, "master agentx\n" + row.text);
+        EXPECT_EQ(Run({"--allow-warnings"}), row.status) << row.text;
+        EXPECT_THAT(out_, HasSubstr(row.said)) << row.text;
+    }
+}
+
+TEST_F(Checkconf, ErrsWhereTheMasterAgentListensElsewhere) {
+    const string elsewhere = "no agentAddress is UDP port 161 at 127.0.0.1, where the daemon asks";
+    const string unseen = "whether the self-test finds snmpd there is not looked at";
+    const std::pair<const char*, string> rows[] = {
+        {"agentaddress udp:1161", elsewhere},
+        {"agentAddress udp:127.0.0.5:161", elsewhere},
+        {"agentaddress udp:10.0.0.1", elsewhere},
+        {"agentaddress tcp:161", elsewhere},
+        {"agentaddress udp6:161", elsewhere},
+        {"agentaddress udp6:[::1]:161,[::1]:161", elsewhere},
+        {"agentaddress unix:/run/x,/run/y", elsewhere},
+        {"agentaddress monitor:1161", elsewhere},
+        {"agentaddress udp:1161,", elsewhere},
+        {"includeDir /x\nagentaddress udp:1161", elsewhere + "; the files that this one includes"},
+        {"agentaddress udp:161, udp:1161", "agentAddress has a blank among its addresses"},
+        {"agentaddress udp:1161,monitor", unseen},
+        {"agentaddress udp:161@lo", unseen},
+        {"agentaddress udp:1161\nAGENTADDRESS UDP:161", ""},
+        {"agentaddress tcp:1161,161", ""},
+        {"agentaddress udp:0.0.0.0:161", ""},
+        {"agentaddress LocalHost", ""},
+        {"agentaddress localhost:0161", ""},
+        {"agentaddress 127.0.0.1", ""},
+        {"agentaddress udp:127.0.0.1:161", ""},
+        {"agentaddress :161", ""},
+        {"agentaddress udp:", ""},
+        {"agentaddress ,udp:1161", ""},
+        {"agentaddress", ""},
+    };
+    for (const auto& [text, said] : rows) {
+        Write(kMaster, string("master agentx\nrocommunity public\n") + text + "\n");
+        const bool is_good = said.empty() || said == unseen || text[0] == 'i';
+        EXPECT_EQ(Run({"--allow-warnings"}), is_good ? 0 : 2) << text;
+        EXPECT_THAT(out_,
+                    said.empty() ? testing::Matcher<string>(Not(HasSubstr("agentAddress"))) : HasSubstr(said))
+            << text;
+    }
+}
+
 TEST_F(Checkconf, SaysWhyAKeyIsNotTrusted) {
     chmod((root_ + kKey).c_str(), 0640);
     EXPECT_EQ(Run(), 2);
