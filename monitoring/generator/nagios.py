@@ -2,6 +2,9 @@
 
 from .oids import dotted
 
+# A text that comes through the whole chain and is never a trouble.
+REACHED = "selfTestVersion"
+
 HEAD = """\
 # Made from the data of the MIB; edits are lost.
 #
@@ -9,11 +12,13 @@ HEAD = """\
 # of the object, or the row of the controller or enclosure, a dot, and the row of the part. The answer shows the name
 # of the object too, for row numbers may move.
 
-# Use it for a host with the custom variable _COMMUNITY, and add services for the objects that you care for.
+# Use it for a host with the custom variable _COMMUNITY, and add services for the objects that you care for. Its
+# check says only whether the array answers, and the array's state is a service: of a host that is DOWN no service is
+# notified.
 define host {
   name                 tessera-array
   hostgroups           tessera-arrays
-  check_command        check_tessera_globalStatus!0
+  check_command        check_tessera_@REACHED@!0
   max_check_attempts   3
   check_interval       1
   retry_interval       1
@@ -80,15 +85,14 @@ class Commands:
         self.columns = {column.name: column for column in renderer.mib.columns}
         self.found, self.plans, self.watches = renderer.found, metrics.plans, watches
 
-    def command(self, metric, thresholds):
+    def command(self, column, thresholds=""):
         """The first column is judged, the second one only shown."""
-        column = metric.column
         labels = self.plans[column.table.name].labels if column.table else []
         oids = [dotted(column.oid)] + [dotted(self.columns[name].oid) for name in labels[:1]]
         places = ",".join(f"{oid}.$ARG1$" for oid in oids)
         about = self.found.columns[column.name].paragraphs()[0]
         return COMMAND.format(name=f"check_tessera_{column.name}", about=about,
-                              arguments=f"-o {places} -l {column.name} {thresholds}")
+                              arguments=f"-o {places} -l {column.name} {thresholds}".rstrip())
 
     def of_watch(self, watch):
         """Critical are these values alone; a warning is whatever is neither critical nor good."""
@@ -98,12 +102,12 @@ class Commands:
         warning = inside(numbers["warning"]) or outside(numbers["ok"])
         if (numbers["critical"] and not critical) or (numbers["warning"] and not warning):
             raise watch.place.error("these states cannot be said with the ranges of check_snmp")
-        return self.command(watch.metric, " ".join(
+        return self.command(watch.metric.column, " ".join(
             filter(None, [warning and f"-w {warning}", critical and f"-c {critical}"])))
 
     def of_limit(self, limit):
         warning, critical = (limit.levels[severity][0] for severity in ("warning", "critical"))
-        return self.command(limit.metric, f"-w {warning}: -c {critical}:")
+        return self.command(limit.metric.column, f"-w {warning}: -c {critical}:")
 
     def services(self):
         """Of what every array has once."""
@@ -113,5 +117,6 @@ class Commands:
                 yield SERVICE.format(name=watch.metric.column.name, instance=1 if table else 0)
 
     def file(self):
-        return HEAD + "".join([*map(self.of_watch, self.watches.watches), *map(self.of_limit, self.watches.limits),
-                               *self.services()])
+        return HEAD.replace("@REACHED@", REACHED) + "".join([
+            self.command(self.columns[REACHED]), *map(self.of_watch, self.watches.watches),
+            *map(self.of_limit, self.watches.limits), *self.services()])

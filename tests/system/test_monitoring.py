@@ -116,6 +116,21 @@ class Monitoring(story.SharedStory):
         status, said = self.plugins.run("check_tessera_tsDiskStatus", "1999")
         self.assertEqual(status, 3, said)
 
+    def test_a_host_whose_array_is_critical_is_up(self):
+        """Of a host that is down the monitor tells nothing else."""
+        place, alert = mib.scalar("globalStatus"), self.array.dump()["TsAlert"][0]
+        before = self.manager.value(place)
+        changes = {"Active": "True", "Acknowledged": "False", "AlertStatus": "Critical"}
+        for attribute, value in changes.items():
+            self.array.set("TsAlert", alert["Index"], attribute, value)
+        self.manager.wait_for_value(place, 5, 180)
+        self.assertEqual(self.plugins.run("check_tessera_globalStatus", "0")[0], 2)
+        status, said = self.plugins.run(*self.plugins.check_of_host)
+        self.assertEqual(status, 0, said)
+        for attribute in changes:
+            self.array.set("TsAlert", alert["Index"], attribute, alert[attribute])
+        self.manager.wait_for_value(place, before, 180)
+
     def test_a_failing_disk_goes_through_all_states(self):
         row, disk = self.healthy_disk()
         place = mib.oid("tsDiskStatus", row)
