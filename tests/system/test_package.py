@@ -10,6 +10,7 @@ from harness import daemon, debian, machine, manager, mib, waiting
 from harness.packageStory import NEWER, PLACES, UNIT, PackageStory
 
 PROGRAM = "/usr/sbin/snmpSubagent"
+MASTER = "/var/agentx/master"
 # Systemd's own figure for what the unit leaves open, in tenths: 100 is everything.
 GREATEST_EXPOSURE = 30
 # What systemd, dpkg and others keep of their own.
@@ -204,6 +205,9 @@ class Packages(PackageStory):
         self.assertEqual(os.readlink(debian.ROOT + "/usr/local/bin/snmpget"), "/usr/bin/snmpget")
         self.systemctl("start", "snmpd")
         self.assertEqual(self.systemctl("is-active", "snmpd"), "active\n")
+        # A purge some time later takes nothing away from it.
+        self.host.run("dpkg", "--purge", "snmpsubagent")
+        self.assertTrue(self.host.exists(MASTER), "subagents of Debian's snmpd find it no more")
         self.systemctl("stop", "snmpd")
 
     def test_32_a_daemon_started_by_hand_is_ended_by_removal_too(self):
