@@ -4,7 +4,7 @@ import re
 import subprocess
 import unittest
 
-from harness import management, manager, mib, mibModule, story, waiting
+from harness import machine, management, manager, mib, mibModule, story, waiting
 from harness.trapStory import IDS, TrapStory
 from harness.traps import Event
 
@@ -63,7 +63,10 @@ class MibModule(TrapStory):
         self.assertRegex(self.ask("snmpget", "127.0.0.1", f"{MODULE}::tsCtlrTempCurrent.1.1"), r"\d degrees Celsius$")
 
     def test_a_set_by_name_takes_its_type_from_the_module(self):
-        self.ask("snmpset", "127.0.0.1", f"{MODULE}::tsVolumeForceTrap.1", "=", "ForceTrap", community="private")
+        """What administrators are told to try out, on an array whose first disk and volume have the API index 2."""
+        page = machine.read_file(f"{machine.REPOSITORY}/docs/administrators.md")
+        name, = re.findall(r"`snmpset \.\.\. (\S+) = ForceTrap`", page)
+        self.ask("snmpset", "127.0.0.1", f"{MODULE}::{name}", "=", "ForceTrap", community="private")
         got = self.receiver.take()
         self.assertEqual(got.bindings[1].value, f"{mib.ENTERPRISE}.251.0.208")
 
