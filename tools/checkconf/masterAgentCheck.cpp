@@ -25,11 +25,17 @@ using Directive = MasterAgentFile::Directive;
 // Two rests of 15 seconds while the array does not answer.
 constexpr int kLongestPass_s = 30;
 
+constexpr const char* kAgentXSocket = "/var/agentx/master";
+
+// snmpd compares all that stands behind the word, a comment included, and the last line counts.
 bool IsMaster(const MasterAgentFile& file) {
-    return std::ranges::any_of(file.Find({"master"}), [](const Directive& words) {
-        const std::string value = words.size() > 1 ? ToLower(words[1]) : "";
-        return value == "agentx" || value == "yes" || value == "all" || value == "on";
-    });
+    const std::string text = file.LastText("master");
+    return text == "agentx" || text == "yes" || text == "all" || text == "on" || ParseInt(text) == 1;
+}
+
+bool MovesSocket(const MasterAgentFile& file) {
+    const std::string text = file.LastText("agentxsocket");
+    return !text.empty() && text != kAgentXSocket;
 }
 
 bool HasIncludes(const MasterAgentFile& file) {
@@ -121,8 +127,10 @@ void CheckMasterAgent(const std::string& path, Report& report) {
     const MasterAgentFile file(ReadWhole(path));
     if (!IsMaster(file))
         report.Error(
-            "there is no line 'master agentx': the daemon cannot attach to snmpd and ends during its start");
-    if (!file.Find({"agentxsocket"}).empty())
+            "there is no line 'master agentx', or more stands behind it, or another follows: the daemon "
+            "cannot "
+            "attach to snmpd and ends during its start");
+    if (MovesSocket(file))
         report.Error("agentXSocket is set: the daemon looks for snmpd at its usual socket only");
     CheckCommunity(file, report);
     CheckAddresses(file, report);

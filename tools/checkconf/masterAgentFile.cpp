@@ -36,6 +36,10 @@ MasterAgentFile::MasterAgentFile(const std::string& text) {
         if (words.empty())
             continue;
         words[0] = ToLower(words[0]);
+        Trim(line);
+        std::string behind = line.substr(std::min(line.find_first_of(kWhite), line.size()));
+        Trim(behind);
+        last_texts_[words[0]] = behind;
         directives_.push_back(std::move(words));
     }
 }
@@ -47,6 +51,11 @@ std::vector<MasterAgentFile::Directive> MasterAgentFile::Find(
         return std::ranges::find(names, words[0]) != names.end();
     });
     return found;
+}
+
+std::string MasterAgentFile::LastText(const std::string& name) const {
+    const auto found = last_texts_.find(name);
+    return found == last_texts_.end() ? "" : found->second;
 }
 
 std::optional<int> MasterAgentFile::Number(std::string_view name) const {

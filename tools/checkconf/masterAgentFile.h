@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,8 +23,12 @@ class MasterAgentFile {
     /** The number behind a word, of its last line; nothing when there is none, or none in plain digits. */
     std::optional<int> Number(std::string_view name) const;
 
+    /** What stands behind a word in its last line, quotes and a comment with it; empty without a line. */
+    std::string LastText(const std::string& name) const;
+
   private:
     std::vector<Directive> directives_;
+    std::map<std::string, std::string> last_texts_;
 };
 
 }  // namespace checkconf

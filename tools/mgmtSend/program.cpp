@@ -86,10 +86,12 @@ class Program {
         show_outstanding_ = app_.add_subcommand(
             "show-outstanding", "Let the daemon log the objects of which a notification is outstanding");
         verbose_ = app_.add_subcommand("verbose", "Switch the daemon's debug lines");
-        verbose_->add_option("on|off", options_.verbose, "Whether they are written")
+        verbose_
+            ->add_option_function<std::string>(
+                "on|off", [this](const std::string& word) { options_.verbose = word == "on"; },
+                "Whether they are written")
             ->required()
-            ->transform(CLI::Transformer({{"on", "true"}, {"off", "false"}}))
-            ->check(CLI::IsMember({"true", "false"}));
+            ->check(CLI::IsMember({"on", "off"}));
     }
 
     int Run(int argc, const char* const* argv) {

@@ -173,7 +173,7 @@ TEST_F(MgmtSend, MistakesAreNamedBeforeAnythingIsSent) {
         {{"raw", "two\nlines"}, "a trap command is one line"},
         {{"raw", std::string(501, '1')}, "the trap command has 501 bytes"},
         {{"verbose"}, "on|off is required"},
-        {{"verbose", "loud"}, "loud"},
+        {{"verbose", "loud"}, "on|off: loud not in {on,off}"},
         {{"lite-objects", "on"}, "on"},
         {{"explode"}, "explode"},
     };
