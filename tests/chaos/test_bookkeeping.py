@@ -3,6 +3,7 @@
 import os
 import sys
 import unittest
+from unittest import mock
 
 sys.path[:0] = [os.path.join(os.path.dirname(os.path.realpath(__file__)), "..", *more) for more in ((), ("system",))]
 from chaos import ledger, notices, plan, snmp, vitals  # noqa: E402  (found through the line above)
@@ -151,12 +152,14 @@ class Others(unittest.TestCase):
             self.assertEqual(bool(timeline.ended_by_themselves(50)), is_found, (disturbs, end))
 
     def test_growth(self):
-        for kilobytes, descriptors, is_flat in ((20000, 12, True), (25000, 14, True), (27000, 12, False),
-                                                (20000, 15, False)):
+        for kilobytes, descriptors, own, is_flat in ((20000, 12, True, True), (25000, 14, True, True),
+                                                     (27000, 12, True, False), (27000, 12, False, True),
+                                                     (20000, 15, False, False)):
             life = Life(1, 0)
             life.samples = ([vitals.Sample(moment, 20000, 12) for moment in range(5)] +
                             [vitals.Sample(moment, kilobytes, descriptors) for moment in range(5)])
-            self.assertEqual(vitals.Comparison(life).is_flat(), is_flat, (kilobytes, descriptors))
+            with mock.patch.object(vitals, "IS_MEMORY_ITS_OWN", own):
+                self.assertEqual(vitals.Comparison(life).is_flat(), is_flat, (kilobytes, descriptors, own))
 
     def test_a_seed_gives_one_plan(self):
         self.assertEqual(plan.make(7, 600), plan.make(7, 600))

@@ -1,5 +1,6 @@
 """What daemons hold: memory and descriptors, taken while nothing disturbs."""
 
+import os
 import statistics
 import time
 from collections import namedtuple
@@ -19,6 +20,8 @@ GROUP = 5  # samples that are taken together: single ones meet a refresh or a se
 GROWTH_KB = 6144
 GROWTH_PERCENT = 10
 GROWTH_DESCRIPTORS = 2
+# A sanitizer keeps what was given back, to see who uses it all the same: its memory says nothing of the daemon's.
+IS_MEMORY_ITS_OWN = "SNMPSUBAGENT_SANITIZED" not in os.environ
 
 
 def sample(life, timeline):
@@ -46,7 +49,7 @@ class Comparison:
 
     def is_flat(self):
         bound = max(GROWTH_KB, self.kb[0] * GROWTH_PERCENT // 100)
-        return (self.kb[-1] - self.kb[0] <= bound and
+        return ((self.kb[-1] - self.kb[0] <= bound or not IS_MEMORY_ITS_OWN) and
                 self.descriptors[-1] - self.descriptors[0] <= GROWTH_DESCRIPTORS)
 
 
