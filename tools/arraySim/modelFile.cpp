@@ -6,8 +6,8 @@
 #include <nlohmann/json.hpp>
 #include <set>
 
+#include "apiMgmt/common/utils/textFile.h"
 #include "tools/arraySim/numbers.h"
-#include "tools/arraySim/textFile.h"
 
 namespace arraysim {
 

@@ -3,10 +3,10 @@
 #include <sstream>
 
 #include "apiMgmt/common/utils/stringUtil.h"
+#include "apiMgmt/common/utils/textFile.h"
 #include "tools/arraySim/command.h"
 #include "tools/arraySim/numbers.h"
 #include "tools/arraySim/scenario.h"
-#include "tools/arraySim/textFile.h"
 
 namespace arraysim {
 

@@ -1,20 +1,20 @@
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <iterator>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "apiMgmt/common/utils/stringUtil.h"
+#include "apiMgmt/common/utils/textFile.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
 #include "tools/checkconf/checks.h"
 #include "tools/checkconf/masterAgentAccess.h"
 #include "tools/checkconf/masterAgentAddress.h"
 #include "tools/checkconf/masterAgentFile.h"
-#include "tools/checkconf/settingLines.h"
 
 namespace checkconf {
 
@@ -119,17 +119,18 @@ void CheckSecrecy(const std::string& path, const MasterAgentFile& file, Report& 
 
 void CheckMasterAgent(const std::string& path, Report& report) {
     report.Begin(path);
-    if (access(path.c_str(), R_OK) != 0) {
+    const std::optional<std::string> text = ReadTextFile(path);
+    if (!text) {
         report.Error("cannot be read (" + std::string(strerror(errno)) +
                      "): snmpd takes no subagent without it, and the daemon ends during its start");
         return;
     }
-    const MasterAgentFile file(ReadWhole(path));
+    const MasterAgentFile file(*text);
     if (!IsMaster(file))
         report.Error(
             "there is no line 'master agentx', or more stands behind it, or another follows: the daemon "
             "cannot "
-            "attach to snmpd and ends during its start");
+            "attach, and ends during its start");
     if (MovesSocket(file))
         report.Error("agentXSocket is set: the daemon looks for snmpd at its usual socket only");
     CheckCommunity(file, report);

@@ -2,10 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <fstream>
-#include <iterator>
 #include <optional>
 
+#include "apiMgmt/common/utils/textFile.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
 
 namespace checkconf {
@@ -152,17 +151,13 @@ void CheckUnknownNames(const std::string& whole, Report& report) {
 
 }  // namespace
 
-std::string ReadWhole(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 size_t LineNumber(std::string_view text, size_t place) {
     return 1 + static_cast<size_t>(std::ranges::count(text.substr(0, place), '\n'));
 }
 
 void CheckSettingLines(const std::string& path, Report& report) {
-    const Texts texts{.whole = ReadWhole(path), .read = read_conf_text(path.c_str()).value_or("")};
+    const Texts texts{.whole = ReadTextFile(path).value_or(""),
+                      .read = read_conf_text(path.c_str()).value_or("")};
     if (const size_t zero = texts.whole.find('\0'); zero != std::string::npos)
         report.Warn(texts.Line(zero) + ": a zero byte, where the file ends for the daemon");
     for (const conf_setting& setting : conf_settings)

@@ -11,9 +11,6 @@ namespace checkconf {
 /** Warns of every line of a settings file that the daemon's reader takes otherwise than a person would. */
 void CheckSettingLines(const std::string& path, Report& report);
 
-/** The whole text of a file; empty when it cannot be read. */
-std::string ReadWhole(const std::string& path);
-
 /** Number of the line in which a place of a text stands, from 1. */
 size_t LineNumber(std::string_view text, size_t place);
 

@@ -8,7 +8,7 @@
 
 #include "apiMgmt/common/platform/clock.h"
 #include "apiMgmt/common/utils/pathConstants.h"
-#include "apiMgmt/common/utils/privateFile.h"
+#include "apiMgmt/common/utils/privateLog.h"
 
 namespace {
 

@@ -132,7 +132,9 @@ double ParseDouble(const std::string& text, const char** end) {
     const CLocaleScope c_locale;
     char* behind = nullptr;
     const double number = strtod(text.c_str(), &behind);
-    *end = behind;
+    if (end != nullptr) {
+        *end = behind;
+    }
     return number;
 }
 

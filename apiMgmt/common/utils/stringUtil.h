@@ -38,8 +38,8 @@ uint64_t ParseUnsigned(std::string_view text);
 /** True for "true" in any letter case and for a text whose integer value is 1. */
 bool ParseBool(const std::string& text);
 
-/** As strtod; *end is set behind the number, within text. */
-double ParseDouble(const std::string& text, const char** end);
+/** As strtod; *end is set behind the number, within text, unless end is null. */
+double ParseDouble(const std::string& text, const char** end = nullptr);
 
 /** Whether the text, white space at its ends aside, is one floating-point number as strtod reads it. */
 bool IsNumeric(const std::string& text);

@@ -85,8 +85,7 @@ int init_tbl_col(uint32_t maxNumOfParents, uint32_t maxNumOfRows, uint32_t minNu
     column.get_fn = get_fn;
     column.set_fn = set_fn;
 
-    const uint32_t parents = maxNumOfParents == 0 ? 1 : maxNumOfParents;
-    for (uint32_t i = 0; i < parents * maxNumOfRows; ++i) {
+    for (int64_t i = 0; i < column.capacity(); ++i) {
         const int result = init_a_var(col_id);
         if (result != 0) {
             SUBAGENT_LOG(4, "error while initializing oid: col_id: %d\n", col_id);
@@ -250,8 +249,10 @@ std::string_view served_text(int32_t var_index) {
     if (text.size() <= kLongestServedText)
         return text;
     size_t length = kLongestServedText;
-    while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80)  // inside a UTF-8 character
+    while (length > 0 &&
+           (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80)  // inside a UTF-8 character
         --length;
-    SUBAGENT_LOG(4, "col-id:%d, a text of %zu octets is cut to %zu\n", vars[var_index].col_id, text.size(), length);
+    SUBAGENT_LOG(4, "col-id:%d, a text of %zu octets is cut to %zu\n", vars[var_index].col_id, text.size(),
+                 length);
     return std::string_view(text).substr(0, length);
 }

@@ -1,6 +1,5 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -15,7 +14,7 @@
 #include "apiMgmt/common/threadpool/mutexWrapper.h"
 #include "apiMgmt/common/threadpool/scopedMutex.h"
 #include "apiMgmt/common/utils/pathConstants.h"
-#include "apiMgmt/common/utils/privateFile.h"
+#include "apiMgmt/common/utils/privateLog.h"
 
 std::atomic<bool> verbose{false};
 

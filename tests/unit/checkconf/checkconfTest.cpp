@@ -290,6 +290,15 @@ TEST_F(Checkconf, SaysWhyAKeyIsNotTrusted) {
     EXPECT_THAT(out_, HasSubstr("it is a link"));
 }
 
+TEST_F(Checkconf, IsNotEndedByAFolderInAFilesPlace) {
+    for (const string path : {kMaster, kSettings}) {
+        std::filesystem::remove(root_ + path);
+        std::filesystem::create_directory(root_ + path);
+        EXPECT_EQ(Run(), 2) << path;
+    }
+    EXPECT_THAT(out_, HasSubstr("cannot be read (Is a directory)"));
+}
+
 TEST_F(Checkconf, WarnsOfAnImpatientOrIndiscreetMasterAgent) {
     const std::pair<string, const char*> rows[] = {
         {"agentXTimeout 30\nagentXRetries 0\n", "agentXTimeout is 30 s"},

@@ -27,8 +27,7 @@ uint64_t BlocksOf(double number, uint64_t divisor) {
 // Whole numbers are read digit by digit: a double does not hold every one.
 uint64_t NumericValue(const std::string& text) {
     const bool is_whole = text.find_first_not_of("+-0123456789 \f\n\r\t\v") == std::string::npos;
-    const char* end = nullptr;
-    return is_whole ? ParseUnsigned(text) : ToUnsigned(ParseDouble(text, &end));
+    return is_whole ? ParseUnsigned(text) : ToUnsigned(ParseDouble(text));
 }
 
 std::string FirstWord(const std::string& text) {

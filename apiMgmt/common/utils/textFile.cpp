@@ -1,10 +1,8 @@
-#include "tools/arraySim/textFile.h"
+#include "apiMgmt/common/utils/textFile.h"
 
 #include <cerrno>
 #include <fstream>
 #include <sstream>
-
-namespace arraysim {
 
 std::optional<std::string> ReadTextFile(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
@@ -19,5 +17,3 @@ std::optional<std::string> ReadTextFile(const std::string& path) {
     }
     return text.str();
 }
-
-}  // namespace arraysim

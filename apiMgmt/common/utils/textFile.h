@@ -3,9 +3,5 @@
 #include <optional>
 #include <string>
 
-namespace arraysim {
-
 /** The whole text of a file. None, with errno set, when it cannot be read. */
 std::optional<std::string> ReadTextFile(const std::string& path);
-
-}  // namespace arraysim

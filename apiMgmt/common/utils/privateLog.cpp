@@ -1,4 +1,4 @@
-#include "apiMgmt/common/utils/privateFile.h"
+#include "apiMgmt/common/utils/privateLog.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
