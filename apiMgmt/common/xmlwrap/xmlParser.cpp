@@ -8,6 +8,8 @@ namespace parser {
 XMLParser::XMLParser(const char* encoding) : encoding_(encoding ? encoding : "") {}
 
 XMLParser::~XMLParser() = default;
+XMLParser::XMLParser(XMLParser&&) noexcept = default;
+XMLParser& XMLParser::operator=(XMLParser&&) noexcept = default;
 
 bool XMLParser::ParseXMLString(std::string_view text) {
     document_.reset();  // first, so that two trees are never held at a time

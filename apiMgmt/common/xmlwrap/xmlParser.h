@@ -60,6 +60,9 @@ class XMLParser {
     /** encoding: overrides the document's own; null leaves it to the document. */
     explicit XMLParser(const char* encoding = nullptr);
     ~XMLParser();
+    /** Elements stay valid. */
+    XMLParser(XMLParser&&) noexcept;
+    XMLParser& operator=(XMLParser&&) noexcept;
     XMLParser(const XMLParser&) = delete;
     XMLParser& operator=(const XMLParser&) = delete;
 

@@ -11,7 +11,7 @@ int bgUpdateTable = 0;
 std::string bgUpdateApiName;
 int bgUpdateMapSize = 0;
 const attribute_map_entry* bgUpdateMap = nullptr;
-std::string bgUpdateResponse;
+table_response bgUpdateResponse;
 int bgUpdateColumn = 0;
 int64_t bgUpdateLastFetch_us = 0;
 
@@ -53,7 +53,7 @@ bool take_background_answer() {
         case BGUPDATE_STATE_getlist_done:
             process_table_info(bgUpdateTable, bgUpdateApiName.c_str(), bgUpdateMapSize, bgUpdateMap,
                                bgUpdateResponse);
-            std::string().swap(bgUpdateResponse);  // many megabytes for a full array
+            bgUpdateResponse = {};  // many megabytes for a full array
             break;
         case BGUPDATE_STATE_error_on_getlist:
             SUBAGENT_LOG(7, "BGUPDATE_STATE_error_on_getlist for bgUpdateTable: %d, bgUpdateApiName: %s\n",

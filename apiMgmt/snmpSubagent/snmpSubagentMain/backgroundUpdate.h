@@ -28,7 +28,7 @@ extern int bgUpdateTable;           /**< first column of the table; written by t
 extern std::string bgUpdateApiName; /**< these four are written by the GetList task */
 extern int bgUpdateMapSize;
 extern const attribute_map_entry* bgUpdateMap;
-extern std::string bgUpdateResponse;
+extern table_response bgUpdateResponse;
 
 // ---- main thread only ----
 extern int bgUpdateColumn;           /**< where the next scan begins */

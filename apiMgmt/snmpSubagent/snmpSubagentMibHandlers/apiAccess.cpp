@@ -162,6 +162,14 @@ int AccessApi(const std::string& apiName, std::string& response, int iApiIndex, 
     return 0;
 }
 
+api_response fetch_response(const std::string& apiName, int iApiIndex) {
+    api_response response;
+    response.result = AccessApi(apiName, response.text, iApiIndex, "", "");
+    if (response.result == 0)
+        response.document.ParseXMLString(response.text);
+    return response;
+}
+
 int gen_xml_GetList_append_to_string(const std::string& apiName, std::string& xml) {
     const auto found = kGetListMethods.find(apiName);
     if (found == kGetListMethods.end())

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "apiMgmt/common/xmlwrap/xmlParser.h"
 
@@ -21,6 +22,21 @@ inline constexpr int kAllObjects = -1;
  */
 int AccessApi(const std::string& apiName, std::string& response, int iApiIndex, const std::string& attrName,
               const std::string& attrValue);
+
+/** A response that was fetched and parsed but not judged: that is left to whoever reads it, on the main thread. */
+struct api_response {
+    int result = 1; /**< of AccessApi */
+    std::string text;
+    parser::XMLParser document{nullptr};
+};
+
+/** One exchange with AccessApi, and the parse. Main thread and GetList task. */
+api_response fetch_response(const std::string& apiName, int iApiIndex);
+
+/** The object in the response to a Get; tests false, with the reason logged, if the exchange failed, the response is
+    refused or holds no object. `iAttrName` is only for the log. */
+parser::XMLElement object_in_response(const api_response& response, const std::string& apiName,
+                                      const std::string& iAttrName);
 
 /** Append one method to a document. 0, or 1 for an object that has no such method. */
 int gen_xml_GetList_append_to_string(const std::string& apiName, std::string& xml);

@@ -5,37 +5,16 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
-namespace {
-
-// The answer to the last fetch, kept for the calls that read further attributes of the same object; parsed
-// once. Main thread only.
-struct kept_response {
-    std::string text;
-    parser::XMLParser document{nullptr};
-};
-
-kept_response& last_response() {
-    static kept_response kept;
-    return kept;
-}
-
-int fetch(const std::string& apiName, int iApiIndex, const std::string& iAttrName) {
-    kept_response& kept = last_response();
-    kept.text.clear();
-    const int result = AccessApi(apiName, kept.text, iApiIndex, "", "");
-    kept.document.ParseXMLString(kept.text);
-    if (result != 0)
+parser::XMLElement object_in_response(const api_response& response, const std::string& apiName,
+                                      const std::string& iAttrName) {
+    if (response.result != 0) {
         SUBAGENT_LOG(4, "failed to get xml response for %s, attrName: %s\n", apiName.c_str(),
                      iAttrName.c_str());
-    return result;
-}
-
-// The object in the kept answer; tests false when the answer holds none, with the reason logged.
-parser::XMLElement object_of_last_response(const std::string& apiName) {
-    const kept_response& kept = last_response();
-    const parser::XMLElement root = kept.document.GetDocumentElement();
+        return {};
+    }
+    const parser::XMLElement root = response.document.GetDocumentElement();
     if (!root) {
-        SUBAGENT_LOG(4, "error found while trying to parse XmlString: %s\n", kept.text.c_str());
+        SUBAGENT_LOG(4, "error found while trying to parse XmlString: %s\n", response.text.c_str());
         return {};
     }
     if (check_xml_resp(apiName, root) != 0)
@@ -54,16 +33,12 @@ parser::XMLElement object_of_last_response(const std::string& apiName) {
     return objects.front();
 }
 
-}  // namespace
-
 int GetSingleInstance(const std::string& apiName, int iApiIndex, const std::string& iAttrName,
                       int32_t var_index, bool reuse_response) {
-    if (!reuse_response) {
-        const int result = fetch(apiName, iApiIndex, iAttrName);
-        if (result != 0)
-            return result;
-    }
-    const parser::XMLElement object = object_of_last_response(apiName);
+    static api_response kept;  // for the calls that read further attributes of the same object
+    if (!reuse_response)
+        kept = fetch_response(apiName, iApiIndex);
+    const parser::XMLElement object = object_in_response(kept, apiName, iAttrName);
     if (!object)
         return 1;
     const parser::XMLElement attribute = object.GetFirstChildByTagName(iAttrName);

@@ -1,7 +1,8 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/tableRefresh.h"
 
+#include <utility>
+
 #include "apiMgmt/common/utils/stringUtil.h"
-#include "apiMgmt/common/xmlwrap/xmlParser.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/backgroundUpdate.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/apiAccess.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/columnMerge.h"
@@ -11,16 +12,25 @@
 int32_t ctlrIndexFirst = 0;
 int32_t ctlrIndexSecond = 0;
 
+table_response::table_response(std::string text) : xml(std::move(text)) {
+    document.ParseXMLString(xml);
+}
+
 namespace {
 
 using element_list = std::vector<parser::XMLElement>;
 
-// Where the text of an answer goes: to the hand-over in background mode, else to a text of the caller.
-int fetch_list(const char* apiName, std::string& response) {
-    const int result = AccessApi(apiName, response, kAllObjects, "", "");
-    if (result != 0)
+int fetch_table(const char* apiName, table_response& response) {
+    std::string xml;
+    const int result = AccessApi(apiName, xml, kAllObjects, "", "");
+    if (result != 0) {
         SUBAGENT_LOG(4, "failed to get xml response for apiName: %s, retVal: %d\n", apiName, result);
-    return result;
+        return result;
+    }
+    response = table_response(std::move(xml));
+    if (apiName == kDiskFolderObject)
+        response.folder_usages = fetch_folder_usages(response.document);
+    return 0;
 }
 
 // Which controllers the parents 1 and 2 are. With one controller the second index keeps its value.
@@ -67,21 +77,20 @@ int get_table_info(int col_id, const char* apiName, int map_size, const attribut
                    bool background) {
     if (background) {
         park_fetch_arguments(apiName, map_size, map);
-        return fetch_list(apiName, bgUpdateResponse);
+        return fetch_table(apiName, bgUpdateResponse);
     }
-    std::string response;
-    const int result = fetch_list(apiName, response);
+    table_response response;
+    const int result = fetch_table(apiName, response);
     return result != 0 ? result : process_table_info(col_id, apiName, map_size, map, response);
 }
 
 int process_table_info(int col_id, const char* apiName, int map_size, const attribute_map_entry* map,
-                       const std::string& xml) {
-    parser::XMLParser document(nullptr);
-    if (!document.ParseXMLString(xml)) {
-        SUBAGENT_LOG(4, "error found while trying to parse ipXmlString: %s\n", xml.c_str());
+                       const table_response& response) {
+    const parser::XMLElement root = response.document.GetDocumentElement();
+    if (!root) {
+        SUBAGENT_LOG(4, "error found while trying to parse ipXmlString: %s\n", response.xml.c_str());
         return 1;
     }
-    const parser::XMLElement root = document.GetDocumentElement();
     if (check_xml_resp(apiName, root) != 0)
         return 1;
     element_list objects;
@@ -94,8 +103,10 @@ int process_table_info(int col_id, const char* apiName, int map_size, const attr
     if (objects.size() < cols[col_id].minNumOfRows) {
         SUBAGENT_LOG(7, "number_of_elems_of_interest (%d) is less than %d, apiName: %s\n",
                      static_cast<int>(objects.size()), static_cast<int>(cols[col_id].minNumOfRows), apiName);
-        SUBAGENT_LOG(7, "*ipXmlString: %s", xml.c_str());
+        SUBAGENT_LOG(7, "*ipXmlString: %s", response.xml.c_str());
         return 1;
     }
-    return merge_columns(col_id, map_size, map, element_table(document, objects, col_id, map_size, map));
+    const folder_usages_of_merge usages(response.folder_usages);
+    return merge_columns(col_id, map_size, map,
+                         element_table(response.document, objects, col_id, map_size, map));
 }

@@ -124,7 +124,7 @@ TEST_F(Scan, ServesEachStateOfTheHandshake) {
     bgUpdateApiName = "tsDisk";
     bgUpdateMapSize = 1;
     bgUpdateMap = map;
-    bgUpdateResponse = fake_api_mgr::list_answer("<tsDisk><Name>d</Name></tsDisk>");
+    bgUpdateResponse = table_response(fake_api_mgr::list_answer("<tsDisk><Name>d</Name></tsDisk>"));
 
     bgUpdateState = BGUPDATE_STATE_getlist_requested;
     EXPECT_EQ(scan_from(37), "next 37, state 1 of 27");  // busy: what lies behind waits as well
@@ -136,7 +136,7 @@ TEST_F(Scan, ServesEachStateOfTheHandshake) {
     EXPECT_EQ(scan_from(107), "refresh 127\nnext 128, state 0");
     EXPECT_EQ(value_of(var_at(COLID_tsDiskName, 1)), "\"d\"");
     bgUpdateState = BGUPDATE_STATE_getlist_done;
-    bgUpdateResponse = "torn";
+    bgUpdateResponse = table_response("torn");
     set_age(115, 1000 * kSecond, 0);
     EXPECT_EQ(scan_from(115),
               "log 4 error found while trying to parse ipXmlString: torn$\nnext 116, state 1 of 115");

@@ -323,7 +323,7 @@ TEST_F(Refresh, InTheBackgroundOnlyParksTheAnswer) {
     EXPECT_EQ(bgUpdateApiName, "tsDisk");
     EXPECT_EQ(bgUpdateMapSize, 9);
     EXPECT_STREQ(bgUpdateMap[8].attribute, "Name");
-    EXPECT_EQ(bgUpdateResponse, list_answer(kDiskObject));
+    EXPECT_EQ(bgUpdateResponse.xml, list_answer(kDiskObject));
 }
 
 }  // namespace
