@@ -1,6 +1,5 @@
 #include "apiMgmt/common/platform/clock.h"
 
-#include <poll.h>
 #include <time.h>
 
 #include <cerrno>
@@ -38,11 +37,4 @@ void ClockSleepMicroseconds(int64_t duration_us) {
                   .tv_nsec = static_cast<long>(duration_us % kSecondUs) * 1000};
     while (nanosleep(&left, &left) != 0 && errno == EINTR) {
     }
-}
-
-void ClockSleepUnlessReadable(int64_t duration_us, int descriptor) {
-    pollfd watched{.fd = descriptor, .events = POLLIN, .revents = 0};
-    const timespec limit{.tv_sec = static_cast<time_t>(duration_us / kSecondUs),
-                         .tv_nsec = static_cast<long>(duration_us % kSecondUs) * 1000};
-    ppoll(&watched, 1, &limit, nullptr);
 }

@@ -21,6 +21,3 @@ int64_t ClockNowMs();
 
 /** Sleeps on the calling thread; signals do not cut it short. */
 void ClockSleepMicroseconds(int64_t duration_us);
-
-/** The same, ended when the descriptor can be read (-1: none), or by a signal. */
-void ClockSleepUnlessReadable(int64_t duration_us, int descriptor);

@@ -38,16 +38,20 @@ int StepDeadline::RemainingMs() const {
     return static_cast<int>(std::max<std::chrono::milliseconds::rep>(remaining.count(), 0));
 }
 
-bool StepDeadline::WaitFor(int descriptor, short events) const {
+bool StepDeadline::WaitFor(int descriptor, short events, const WireLinkWait& wait) const {
     while (const int remaining_ms = RemainingMs()) {
-        pollfd entry{.fd = descriptor, .events = events, .revents = 0};
-        const int ready = poll(&entry, 1, remaining_ms);
-        if (ready > 0)
+        if (wait(descriptor, events, remaining_ms))
             return true;
-        if (ready < 0 && errno != EINTR)
-            throw WireLinkError("poll: " + std::system_category().message(errno));
     }
     return false;
+}
+
+bool PollDescriptor(int descriptor, short events, int timeout_ms) {
+    pollfd entry{.fd = descriptor, .events = events, .revents = 0};
+    const int ready = poll(&entry, 1, timeout_ms);
+    if (ready < 0 && errno != EINTR)
+        throw WireLinkError("poll: " + std::system_category().message(errno));
+    return ready > 0;
 }
 
 sockaddr_un LocalAddress(const WireLinkEndpoint& endpoint) {
@@ -64,8 +68,8 @@ sockaddr_un LocalAddress(const WireLinkEndpoint& endpoint) {
     return address;
 }
 
-OwnedDescriptor NewLocalSocket(const WireLinkEndpoint& endpoint) {
-    const int descriptor = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+OwnedDescriptor NewLocalSocket(const WireLinkEndpoint& endpoint, int flags) {
+    const int descriptor = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | flags, 0);
     if (descriptor < 0)
         ThrowWireLinkError(endpoint, "cannot create a socket", errno);
     return OwnedDescriptor(descriptor);

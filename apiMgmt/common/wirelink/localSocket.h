@@ -34,8 +34,8 @@ class StepDeadline {
     /** 0 when the end is reached, else at least 1. */
     int RemainingMs() const;
 
-    /** Waits for poll(2) events. False when the end was reached first. */
-    bool WaitFor(int descriptor, short events) const;
+    /** Waits for poll(2) events. Returns false if the end was reached first. */
+    bool WaitFor(int descriptor, short events, const WireLinkWait& wait) const;
 
   private:
     std::chrono::steady_clock::time_point end_;
@@ -44,8 +44,8 @@ class StepDeadline {
 /** Throws when the path is empty or does not fit. */
 sockaddr_un LocalAddress(const WireLinkEndpoint& endpoint);
 
-/** A stream socket that programs started by this process do not inherit. Throws. */
-OwnedDescriptor NewLocalSocket(const WireLinkEndpoint& endpoint);
+/** A stream socket that child processes do not inherit; flags as of socket(2). Throws. */
+OwnedDescriptor NewLocalSocket(const WireLinkEndpoint& endpoint, int flags = 0);
 
 /** Errors name the path, since a process talks over several. */
 [[noreturn]] void ThrowWireLinkError(const WireLinkEndpoint& endpoint, const std::string& what);

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <stdexcept>
 #include <string>
 
@@ -22,6 +23,15 @@ class WireLinkError : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
 };
+
+/**
+ * Waits for poll(2) events on a descriptor (-1: just lets the time pass) for at most this many milliseconds.
+ * Returns whether one has occurred; may return false early. May throw, which ends the step and its exchange.
+ */
+using WireLinkWait = std::function<bool(int descriptor, short events, int timeout_ms)>;
+
+/** The default: poll(2). */
+bool PollDescriptor(int descriptor, short events, int timeout_ms);
 
 /** Where a peer listens, and the limits of a conversation with it. Copies freely; connects nothing. */
 class WireLinkEndpoint {
@@ -77,7 +87,7 @@ class WireLinkSocket {
     int descriptor() const { return descriptor_; }
 
   protected:
-    WireLinkSocket(const WireLinkEndpoint& endpoint, int descriptor);
+    WireLinkSocket(const WireLinkEndpoint& endpoint, int descriptor, WireLinkWait wait);
     virtual ~WireLinkSocket();
 
     const WireLinkEndpoint& endpoint() const { return endpoint_; }
@@ -85,13 +95,14 @@ class WireLinkSocket {
   private:
     WireLinkEndpoint endpoint_;
     int descriptor_;
+    WireLinkWait wait_;
 };
 
-/** The calling side. The constructor connects and throws when nobody listens, or somebody who is neither root
-    nor the effective user. */
+/** The calling side. The constructor connects; it throws if nobody listens, or if the listener is neither root nor
+    the effective user. Every wait, including that for a full backlog, goes through `wait`. */
 class WireLinkClient : public WireLinkSocket {
   public:
-    explicit WireLinkClient(const WireLinkEndpoint& endpoint);
+    explicit WireLinkClient(const WireLinkEndpoint& endpoint, WireLinkWait wait = PollDescriptor);
 
     /** Sends the request and blocks for the one answer. Throws also when the peer closes instead. */
     void SendReceiveMessage(const google::protobuf::Message& request, google::protobuf::Message& response);

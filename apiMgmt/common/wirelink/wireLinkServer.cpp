@@ -87,4 +87,4 @@ int WireLinkServer::Accept(sockaddr* address, unsigned* address_length, int flag
 }
 
 WireLinkServerConnection::WireLinkServerConnection(const WireLinkEndpoint& endpoint, int descriptor)
-    : WireLinkSocket(endpoint, descriptor) {}
+    : WireLinkSocket(endpoint, descriptor, PollDescriptor) {}

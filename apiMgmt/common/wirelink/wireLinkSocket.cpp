@@ -36,8 +36,8 @@ bool WouldBlock(int error) {
 /** One frame on its way in: all its bytes share one time limit. */
 class FrameReader {
   public:
-    FrameReader(const WireLinkEndpoint& endpoint, int descriptor)
-        : endpoint_(endpoint), descriptor_(descriptor), deadline_(endpoint.timeout_s()) {}
+    FrameReader(const WireLinkEndpoint& endpoint, int descriptor, const WireLinkWait& wait)
+        : endpoint_(endpoint), descriptor_(descriptor), wait_(wait), deadline_(endpoint.timeout_s()) {}
 
     /** False when the peer has closed before the first byte. */
     bool ReadHeader(FrameHeader& header) {
@@ -77,17 +77,19 @@ class FrameReader {
                 continue;
             if (!WouldBlock(errno))
                 ThrowWireLinkError(endpoint_, "cannot receive", errno);
-            if (!deadline_.WaitFor(descriptor_, POLLIN))
+            if (!deadline_.WaitFor(descriptor_, POLLIN, wait_))
                 ThrowTimeLimit(endpoint_, "receiving a frame");
         }
     }
 
     const WireLinkEndpoint& endpoint_;
     int descriptor_;
+    const WireLinkWait& wait_;
     StepDeadline deadline_;
 };
 
-void SendAll(const WireLinkEndpoint& endpoint, int descriptor, std::span<const char> bytes) {
+void SendAll(const WireLinkEndpoint& endpoint, int descriptor, const WireLinkWait& wait,
+             std::span<const char> bytes) {
     const StepDeadline deadline(endpoint.timeout_s());
     while (!bytes.empty()) {
         const ssize_t count = send(descriptor, bytes.data(), bytes.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
@@ -97,7 +99,7 @@ void SendAll(const WireLinkEndpoint& endpoint, int descriptor, std::span<const c
             ThrowWireLinkError(endpoint, "the peer closed while a frame was sent");
         else if (errno != EINTR && !WouldBlock(errno))
             ThrowWireLinkError(endpoint, "cannot send", errno);
-        else if (WouldBlock(errno) && !deadline.WaitFor(descriptor, POLLOUT))
+        else if (WouldBlock(errno) && !deadline.WaitFor(descriptor, POLLOUT, wait))
             ThrowTimeLimit(endpoint, "sending a frame");
     }
 }
@@ -121,15 +123,15 @@ void Parse(const WireLinkEndpoint& endpoint, FrameBody& body, size_t length,
 
 }  // namespace
 
-WireLinkSocket::WireLinkSocket(const WireLinkEndpoint& endpoint, int descriptor)
-    : endpoint_(endpoint), descriptor_(descriptor) {}
+WireLinkSocket::WireLinkSocket(const WireLinkEndpoint& endpoint, int descriptor, WireLinkWait wait)
+    : endpoint_(endpoint), descriptor_(descriptor), wait_(std::move(wait)) {}
 
 WireLinkSocket::~WireLinkSocket() {
     close(descriptor_);
 }
 
 size_t WireLinkSocket::RecvGPBMsg(google::protobuf::Message& message) {
-    FrameReader reader(endpoint_, descriptor_);
+    FrameReader reader(endpoint_, descriptor_, wait_);
     FrameHeader header;
     if (!reader.ReadHeader(header))
         return 0;
@@ -151,5 +153,5 @@ void WireLinkSocket::SendGPBMsg(const google::protobuf::Message& message) {
     std::string frame(header.data(), kHeaderSize);
     if (!message.AppendPartialToString(&frame))
         ThrowWireLinkError(endpoint_, "the message cannot be serialised");
-    SendAll(endpoint_, descriptor_, frame);
+    SendAll(endpoint_, descriptor_, wait_, frame);
 }

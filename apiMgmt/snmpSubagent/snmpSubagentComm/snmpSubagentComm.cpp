@@ -1,12 +1,13 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentComm/snmpSubagentComm.h"
 
+#include <algorithm>
 #include <exception>
+#include <utility>
 
 #include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsController.h"
 #include "apiMgmt/common/platform/clock.h"
 #include "apiMgmt/common/utils/generalUtils.h"
 #include "apiMgmt/common/utils/timeUtil.h"
-#include "apiMgmt/common/wirelink/wireLink.h"
 #include "apiMgmt/common/xmlwrap/xmlParser.h"
 #include "apiMgmt/proto/apiMgrMsg.pb.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
@@ -30,17 +31,56 @@ timeval to_timeval(int64_t time_us) {
             .tv_usec = static_cast<suseconds_t>(time_us % 1000000)};
 }
 
+thread_local WireLinkWait wait_of_thread = PollDescriptor;
+
+// Waits as the thread does, and logs an exchange that takes long: when it has taken 10 seconds, and when it ends.
+class exchange_wait {
+  public:
+    explicit exchange_wait(uint32_t req_seqnum) : req_seqnum_(req_seqnum) {}
+
+    bool wait(int descriptor, short events, int timeout_ms) {
+        const int64_t quiet_ms = kLongExchange_ms - elapsed_ms();
+        if (!is_long_ && quiet_ms <= 0) {
+            is_long_ = true;
+            SUBAGENT_LOG(4, "API manager: no response to request %u for 10 s; still waiting\n", req_seqnum_);
+        }
+        return wait_of_thread(descriptor, events,
+                              is_long_ ? timeout_ms : std::min(timeout_ms, static_cast<int>(quiet_ms)));
+    }
+
+    void end(const char* outcome) const {
+        if (is_long_)
+            SUBAGENT_LOG(4, "API manager: request %u %s after %lld s\n", req_seqnum_, outcome,
+                         static_cast<long long>(elapsed_ms() / 1000));
+    }
+
+  private:
+    static constexpr int64_t kLongExchange_ms = 10'000;
+
+    int64_t elapsed_ms() const { return ClockNowMs() - begin_ms_; }
+
+    uint32_t req_seqnum_;
+    int64_t begin_ms_ = ClockNowMs();
+    bool is_long_ = false;
+};
+
 // False when the exchange could not be made; the reason is logged.
 bool exchange(const protoIPCMsg::GPBIPCMsg& request, protoIPCMsg::GPBIPCMsg& response) {
+    exchange_wait patience(request.sequencenum());
     try {
-        WireLinkClient client(GENERALUtils::GetEndpoint(ENDPOINT_APIMGR));
+        WireLinkClient client(GENERALUtils::GetEndpoint(ENDPOINT_APIMGR),
+                              [&patience](int descriptor, short events, int timeout_ms) {
+                                  return patience.wait(descriptor, events, timeout_ms);
+                              });
         client.SendReceiveMessage(request, response);
+        patience.end("answered");
         return true;
     } catch (const std::exception& error) {
         SUBAGENT_LOG(4, "Caught std::exception processing request: %s\n", error.what());
     } catch (...) {
         SUBAGENT_LOG(4, "Caught unknown exception processing request\n");
     }
+    patience.end("given up");
     return false;
 }
 
@@ -156,6 +196,10 @@ void SnmpSubagentComm::time_since_apimgr_ok(timeval* elapsed) const {
 
 void SnmpSubagentComm::time_since_agentx_ok(timeval* elapsed) const {
     TimeSince(to_timeval(agentx_ok_time_us_), elapsed);
+}
+
+void set_exchange_wait(WireLinkWait wait) {
+    wait_of_thread = std::move(wait);
 }
 
 void build_api_request_prefix(const std::string& session_key) {

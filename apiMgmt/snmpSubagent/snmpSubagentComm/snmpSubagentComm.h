@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <string>
 
+#include "apiMgmt/common/wirelink/wireLink.h"
+
 namespace protoIPCMsg {
 class GPBIPCMsg;
 }
@@ -23,7 +25,7 @@ class SnmpSubagentComm {
     /**
      * One exchange. Writes the sequence number into the request. 0 when the answer is an API response with
      * the same number; otherwise 1, and the link counts as bad. The payload is the caller's business. Blocks
-     * for as long as the API manager takes, up to the channel's time limit.
+     * for as long as the API manager takes, up to the channel's time limit; see set_exchange_wait.
      */
     int SendRequestToAPIManager(protoIPCMsg::GPBIPCMsg& request, protoIPCMsg::GPBIPCMsg& response);
 
@@ -58,6 +60,9 @@ extern SnmpSubagentComm* snmpSubagentComm;
 /** Every API document is this prefix, request bodies, and the end. The prefix holds the session key. */
 extern std::string apiRequestPrefix;
 extern const char* const apiDocumentEnd;
+
+/** How the calling thread waits in its exchanges from now on; PollDescriptor until then. */
+void set_exchange_wait(WireLinkWait wait);
 
 /** Builds apiRequestPrefix; once, before any request. */
 void build_api_request_prefix(const std::string& session_key);

@@ -1,8 +1,11 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/agentLibrary.h"
 
 #include <dlfcn.h>
+#include <poll.h>
+#include <sys/select.h>
 
 #include <algorithm>
+#include <cerrno>
 
 #include "apiMgmt/common/platform/clock.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/answerSize.h"
@@ -90,20 +93,24 @@ int agent_check() {
     return agent_check_and_process(0);
 }
 
-void agent_wait(long timeout_us, int also) {
-    fd_set descriptors;
-    FD_ZERO(&descriptors);
+bool agent_wait(int64_t timeout_us, int descriptor, short events) {
+    fd_set readable;
+    fd_set writable;
+    FD_ZERO(&readable);
+    FD_ZERO(&writable);
     int count = 0;
     int block = 0;
-    timeval timeout{.tv_sec = 0, .tv_usec = timeout_us};
-    snmp_select_info(&count, &descriptors, &timeout, &block);
-    if (also >= 0 && also < FD_SETSIZE) {
-        FD_SET(also, &descriptors);
-        count = std::max(count, also + 1);
+    timeval timeout{.tv_sec = timeout_us / kSecondUs, .tv_usec = timeout_us % kSecondUs};
+    snmp_select_info(&count, &readable, &timeout, &block);
+    const bool is_watched = descriptor >= 0 && descriptor < FD_SETSIZE;
+    if (is_watched) {
+        FD_SET(descriptor, (events & POLLOUT) != 0 ? &writable : &readable);
+        count = std::max(count, descriptor + 1);
     }
-    // A descriptor that is just going away must not turn the wait into a spin.
-    if (select(count, &descriptors, nullptr, nullptr, &timeout) < 0)
-        ClockSleepMicroseconds(timeout_us);
+    const int ready = select(count, &readable, &writable, nullptr, &timeout);
+    if (ready < 0 && errno != EINTR)  // must not turn the wait into a spin
+        ClockSleepMicroseconds(std::min(timeout_us, kMillisecondUs));
+    return ready > 0 && is_watched && (FD_ISSET(descriptor, &readable) || FD_ISSET(descriptor, &writable));
 }
 
 void agent_shutdown() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 /**
  * The calls into Net-SNMP's agent library that the daemon's spine makes, in one unit; tests link another
  * in its place. Main thread only.
@@ -33,8 +35,9 @@ int agent_send_ping();
 /** Handles what has arrived, without waiting. Above 0 when something was handled. */
 int agent_check();
 
-/** Waits until something has arrived, or this descriptor can be read (-1: none), at most so long. */
-void agent_wait(long timeout_us, int also);
+/** Waits until something has arrived or poll(2) events occur on another descriptor (-1: none), at most this long.
+    Returns whether the events have occurred; returns early on a signal. */
+bool agent_wait(int64_t timeout_us, int descriptor, short events);
 
 /** Ends the library. */
 void agent_shutdown();

@@ -1,5 +1,6 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/mainLoop.h"
 
+#include <poll.h>
 #include <sched.h>
 
 #include "apiMgmt/common/platform/clock.h"
@@ -8,19 +9,22 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/backgroundUpdate.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/masterAgent.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/serviceWait.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/shellCommand.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/signals.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/setOperations.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/outstandingTraps.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapCommand.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapQueue.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
-// One pass:
-//   rest             no time after packets, little for a second after them, longer otherwise; when nothing
-//                    came, one scan for a table to refresh
-//   events           what the listener has taken in: one trap command a pass; then one outstanding object
+// One iteration. Wherever it waits for the array, requests are served (serviceWait.h):
+//   rest             until something arrives, 10 ms at most; then one scan for a table to refresh. Neither of them
+//                    right after packets
+//   array            one change that a manager has SET
+//   events           what the listener has taken in: one trap command per iteration; then one outstanding object
 //   log file         follow one that was moved, cut one that is too long
 //   links            the API manager, then the master agent; tested when silent for more than 2 seconds
 //   memory           of snmpd, now and then
@@ -28,11 +32,10 @@
 
 namespace {
 
-constexpr int64_t kIdleSleepUs = 10 * kMillisecondUs;
-constexpr int64_t kBusyWaitUs = 5 * kMillisecondUs;
+constexpr int64_t kRestUs = 10 * kMillisecondUs;
 constexpr time_t kSilence_s = 2;
 constexpr int kGreatestStrikes = 3;
-constexpr int64_t kStrikeSleepUs = 15 * kSecondUs;
+constexpr int kStrikeSleep_ms = 15'000;
 
 int leave(int result) {
     log_caught_signals();
@@ -40,32 +43,19 @@ int leave(int result) {
     return result;
 }
 
-// For a second after traffic a packet is served as it comes: it ends the wait. So the wait need not be as
-// short as the 100 microseconds that a sleep would have to be; the self-test alone makes every third second a
-// busy one. A trap command that can be served ends the rest in any case.
-void rest(bool is_busy) {
-    const int wake_up = snmpSubagentComm->apimgr_ok() ? trap_queue_descriptor() : -1;
-    if (is_busy)
-        agent_wait(kBusyWaitUs, wake_up);
-    else
-        ClockSleepUnlessReadable(kIdleSleepUs, wake_up);
-}
-
 void rest_and_scan_tables() {
-    const int64_t now_us = ClockNowUs();
     if (pdu_was_processed) {
-        last_pdu_time_us = now_us;
         pdu_was_processed = false;
         return;
     }
-    rest(now_us - last_pdu_time_us < kSecondUs);
+    // Trap commands wait while the array cannot be asked about their objects.
+    agent_wait(kRestUs, snmpSubagentComm->apimgr_ok() ? trap_queue_descriptor() : -1, POLLIN);
     check_for_table_changes();
 }
 
 void serve_events() {
     if (tempTest_requested)
         SnmpSubagentMibHandlers::handleTempTest();
-    // Commands wait while the array cannot be asked about their objects.
     if (snmpSubagentComm->apimgr_ok())
         process_oldest_trap([](TrapToSend& trap) { processSendTrapCmd(trap, false); });
     if (sendTestTrap && snmpSubagentComm->apimgr_ok()) {
@@ -120,7 +110,7 @@ links test_lost_apimgr(int* strikes_against_apimgr) {
                  "failed interface test to apimgr: strikes_against_apimgr = %d out of 3: we'll retry after a "
                  "sleep of 15 sec\n",
                  *strikes_against_apimgr);
-    ClockSleepMicroseconds(kStrikeSleepUs);
+    wait_and_serve(-1, 0, kStrikeSleep_ms);
     return links::struck;
 }
 
@@ -190,12 +180,13 @@ void watch_snmpd_memory() {
 
 int main_loop() {
     int strikes_against_apimgr = 0;
-    last_pdu_time_us = ClockNowUs();
+    const serving_exchanges scope;
     while (snmpSubagent_is_active && !abort_snmpSubagent) {
         sched_yield();
         rest_and_scan_tables();
         if (!snmpSubagent_is_active)
             return leave(1);
+        perform_queued_set();
         serve_events();
         if (!snmpSubagent_is_active)
             return leave(1);

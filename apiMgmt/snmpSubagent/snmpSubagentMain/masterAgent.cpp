@@ -1,6 +1,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/masterAgent.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -13,6 +14,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentComm/snmpSubagentComm.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/agentLibrary.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/serviceWait.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/shellCommand.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/pduWindow.h"
@@ -25,6 +27,7 @@ namespace {
 
 constexpr int64_t kShortSleepUs = 10 * kMillisecondUs;
 constexpr int kPidFileTries = 11;
+constexpr int kPsWait_ms = 1000;  // for the first line; reading it then waits without service
 constexpr int kMemoryLimitKb = 50000;
 constexpr size_t kOidTextSize = 191;
 
@@ -194,6 +197,7 @@ bool snmpd_using_too_much_mem() {
         SUBAGENT_LOG(4, "failed to popen: errno: %d\n", errno);
         return true;
     }
+    wait_and_serve(fileno(output.get()), POLLIN, kPsWait_ms);
     char ps_output[200] = "";
     if (fgets(ps_output, sizeof ps_output, output.get()) == nullptr ||
         fgets(ps_output, sizeof ps_output, output.get()) == nullptr) {

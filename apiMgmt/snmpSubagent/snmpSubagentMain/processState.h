@@ -21,8 +21,7 @@ extern std::atomic<bool> abort_snmpSubagent;
 /** The last process_agent_events handled at least one packet. */
 extern bool pdu_was_processed;
 
-/** Microseconds since the epoch: the last pass that followed handled packets; the last memory check. */
-extern int64_t last_pdu_time_us;
+/** Microseconds since the epoch: the last memory check. */
 extern int64_t last_mem_check_time_us;
 
 // ---- constant after start ----

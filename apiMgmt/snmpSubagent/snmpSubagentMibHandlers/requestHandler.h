@@ -62,9 +62,3 @@ class SnmpSubagentMibHandlers {
 
 /** netsnmp_set_request_error on the request being served. */
 void set_current_request_error(int error);
-
-/** The set_fn of the scalars in columns.def. They take the index of the written variable; 0 on success. */
-int sysContact_set(int32_t var_index);
-int sysName_set(int32_t var_index);
-int sysLocation_set(int32_t var_index);
-int forceTrapCommand_set(int32_t var_index);

@@ -32,13 +32,6 @@ int32_t refuse_set(int error, int col_id) {
     return -1;
 }
 
-// A forced notification counts as one for an object that is not healthy.
-void note_forced_trap(int col_id) {
-    if (takes_any_text(col_id))
-        return;
-    write_alert_state(kAlertActive);
-}
-
 }  // namespace
 
 int32_t SnmpSubagentMibHandlers::process_reserve1() {
@@ -65,7 +58,8 @@ int32_t SnmpSubagentMibHandlers::process_reserve1() {
         SUBAGENT_LOG(7, "string is not 'ForceTrap': col-id: %d\n", col_id);
         return refuse_set(SNMP_ERR_BADVALUE, col_id);
     }
-    note_forced_trap(col_id);
+    if (!takes_any_text(col_id))
+        note_forced_trap();
     return var_index;
 }
 

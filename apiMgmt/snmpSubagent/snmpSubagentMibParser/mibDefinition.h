@@ -2,6 +2,7 @@
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/postProcess.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/setOperations.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/tableRefresh.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/forceTrapHandlers.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"

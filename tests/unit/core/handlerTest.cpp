@@ -4,6 +4,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/enterpriseNumber.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/pduWindow.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/setOperations.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapQueue.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibValues.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
@@ -361,33 +362,42 @@ TEST_F(Set, OfForceTrapIsStoredAtCommit) {
     EXPECT_EQ(trapAlertState, 0);  // outside the columns of ForceTrap
 }
 
-TEST_F(Set, OfTheSystemGroupGoesToTheArray) {
-    EXPECT_EQ(set("1.3.6.1.2.1.1.5.0", "a<b & \"c\"\tO'Neill\n\1"), "0 0\napi Modify Tessera 64702\n");
+TEST_F(Set, OfTheSystemGroupIsHandedToTheArrayLater) {
+    const auto performed = [] {
+        transcript::take();
+        perform_queued_set();
+        return transcript::take();
+    };
+    put("1.3.6.1.2.1.1.6.0", "");
+    EXPECT_EQ(set("1.3.6.1.2.1.1.5.0", "replaced before it is sent"), "0 0\n");
+    EXPECT_EQ(set("1.3.6.1.2.1.1.6.0", "here"), "0 0\n");
+    EXPECT_EQ(set("1.3.6.1.2.1.1.5.0", "a<b & \"c\"\tO'Neill\n\1"), "0 0\n");
+    put("1.3.6.1.2.1.1.5.0", "what a refresh brought back");
+    EXPECT_EQ(performed(), "api Modify Tessera 64702\n");
     EXPECT_EQ(
         fake_api_mgr::last_document,
         "<lumapi><ApiConnection><SessionKey>KEY</SessionKey></ApiConnection><ApiMethod><CommandType>Method"
         "</CommandType><Object>Tessera</Object><Command>Modify</Command><Async>false</Async>"
         "<ObjectEncodeType>xml</ObjectEncodeType><Attributes><InstanceId>64702</InstanceId><Name>a&lt;b "
         "&amp; \"c\"\tO'Neill\n&#x0a;</Name></Attributes></ApiMethod></lumapi>");
-    EXPECT_EQ(set("1.3.6.1.2.1.1.5.0", ""), "0 0\napi Modify Tessera 64702\n");
-    put("1.3.6.1.2.1.1.4.0", "");
-    put("1.3.6.1.2.1.1.6.0", "");
-    set("1.3.6.1.2.1.1.4.0", "me");
-    EXPECT_NE(fake_api_mgr::last_document.find("<Contact>me</Contact>"), string::npos);
-    set("1.3.6.1.2.1.1.6.0", "here");
+    EXPECT_EQ(vars[index_of("1.3.6.1.2.1.1.5.0")].str, "a<b & \"c\"\tO'Neill\n\1");
+    EXPECT_EQ(performed(), "api Modify Tessera 64702\n");
     EXPECT_NE(fake_api_mgr::last_document.find("<Location>here</Location>"), string::npos);
+    EXPECT_EQ(performed(), "");
 
-    // The array's refusal is not looked at; a lost link fails the commit. The store has the new text.
+    // The array's refusal is not looked at; that it cannot be asked is logged. The store has the new text.
+    put("1.3.6.1.2.1.1.4.0", "");
     fake_api_mgr::documents["Modify Tessera 64702"] = fake_api_mgr::failure_answer("No");
-    EXPECT_EQ(set("1.3.6.1.2.1.1.5.0", "x"), "0 0\napi Modify Tessera 64702\n");
+    set("1.3.6.1.2.1.1.4.0", "");
+    EXPECT_EQ(performed(), "api Modify Tessera 64702\n");
     fake_api_mgr::refuse_connections(true);
-    EXPECT_EQ(
-        set("1.3.6.1.2.1.1.5.0", "new name"),
-        "0 5 !5\napi refused\n"
-        "log 4 Caught std::exception processing request: /tmp/apimgr.sock: nobody listens$\n"
-        "log 4 failed to SendRequestToAPIManager: Tessera$\n"
-        "log 4 SET failed at 1.3.6.1.2.1.1.5.0.: this binding and those behind it were not carried out$\n");
-    EXPECT_EQ(value_of(index_of("1.3.6.1.2.1.1.5.0")), "\"new name\"");
+    set("1.3.6.1.2.1.1.4.0", "me");
+    EXPECT_EQ(performed(),
+              "api refused\n"
+              "log 4 Caught std::exception processing request: /tmp/apimgr.sock: nobody listens$\n"
+              "log 4 failed to SendRequestToAPIManager: Tessera$\n"
+              "log 4 SET failed at 1.3.6.1.2.1.1.4.0: the array could not be asked$\n");
+    EXPECT_EQ(value_of(index_of("1.3.6.1.2.1.1.4.0")), "\"me\"");
 }
 
 TEST_F(Set, AtCommitLooksAgainAndRefusesOtherTypes) {

@@ -71,6 +71,11 @@ class MainLoop : public MibWorld {
             for (size_t place; (place = lines.find(care)) != string::npos;)
                 lines.erase(place, care.size());
         }
+        string strike;  // requests are served in it
+        for (int i = 0; i < 150; ++i)
+            strike += "wait 100000 us\nagent check\n";
+        for (size_t place; (place = lines.find(strike)) != string::npos;)
+            lines.replace(place, strike.size(), "serve 15 s\n");
         return lines + "result " + std::to_string(result);
     }
 };
@@ -98,7 +103,7 @@ TEST_F(MainLoop, GoesThroughAPassInOrder) {
     EXPECT_EQ(main_loop(), 0);
     EXPECT_EQ(
         transcript::take(),
-        string("wait 5000 us\nrefresh 0\nlog 4 liteObjEnabled toggled to false$\nreopen_redirected_log\n"
+        string("wait 10000 us\nrefresh 0\nlog 4 liteObjEnabled toggled to false$\nreopen_redirected_log\n"
                "truncate_subagent_log\napi GetList TsController\nagent check\nagent ping\n") +
             kSnmpget + kPs + "agent check\n" + kSigterm + kPopped + "log 7 exiting main_loop$\n");
     EXPECT_EQ(permission_to_process_pdu, 0);
@@ -106,28 +111,11 @@ TEST_F(MainLoop, GoesThroughAPassInOrder) {
     EXPECT_EQ(last_mem_check_time_us, ClockNowUs());
 }
 
-TEST_F(MainLoop, RestsByTheTraffic) {
-    at_checks({nothing,
-               [] {
-                   fake_clock::advance(1'000'000 - 5000 - 5000);
-                   return 0;
-               },
-               [] { return 1; }, [] { return 3; },
-               [] {
-                   fake_clock::advance(999'999);
-                   return 0;
-               },
-               nothing, [] { return -1; }, nothing});
-    EXPECT_EQ(run(),
-              string("wait 5000 us\nagent check\n"
-                     "wait 5000 us\nagent check\n"
-                     "sleep 10000 us\nagent check\n"  // a second has gone by without packets
-                     "agent check\n"                  // right after packets: neither rest nor scan
-                     "agent check\n"
-                     "wait 5000 us\nagent check\n"  // 999999 microseconds after the last packets
-                     "sleep 10000 us\nagent check\n"
-                     "sleep 10000 us\nagent check\n") +
-                  kSigterm + kPopped + "result 0");
+TEST_F(MainLoop, RestsUnlessPacketsHaveJustCome) {
+    at_checks({nothing, [] { return 1; }, [] { return 3; }, [] { return -1; }, nothing});
+    EXPECT_EQ(run(), string("wait 10000 us\nagent check\nwait 10000 us\nagent check\nagent check\nagent check\n"
+                            "wait 10000 us\nagent check\n") +
+                         kSigterm + kPopped + "result 0");
 }
 
 void queue_unknown(int32_t number) {
@@ -152,7 +140,7 @@ TEST_F(MainLoop, ServesOneEventAPass) {
                          "trapArgD, owner, uint, str, status, uint, str$\nagent check\n" +
                          refusal(902) + "agent check\n" + refusal(903) +
                          "agent check\n"
-                         "wait 5000 us\nagent check\n" +  // only now there is time to rest
+                         "wait 10000 us\nagent check\n" +  // only now there is time to rest
                          kSigterm +
                          kPopped + "result 0");
     EXPECT_FALSE(sendTestTrap);
@@ -165,19 +153,23 @@ TEST_F(MainLoop, HoldsEventsBackWhileTheArrayIsAway) {
     queue_unknown(901);
     queue_unknown(902);
     sendTestTrap = true;
-    transcript::on("sleep 15000000", [](const string&) { fake_api_mgr::refuse_connections(false); });
-    at_checks({nothing, nothing, nothing});
+    transcript::on("log 4 failed interface test", [](const string&) { fake_api_mgr::refuse_connections(false); });
+    fake_agent::on_check = [passes = 0]() mutable {
+        if (snmpSubagentComm->apimgr_ok() && ++passes == 3)
+            catch_sigterm(SIGTERM);
+        return 0;
+    };
     const string course = run();
-    const size_t back = course.find("sleep 15000000 us\n");
+    const size_t back = course.find("serve 15 s\n");
     ASSERT_NE(back, string::npos) << course;
-    EXPECT_EQ(course.find("wait 5000 us\n"), 0);  // they do not end a rest that cannot serve them
+    EXPECT_EQ(course.find("wait 10000 us\n"), 0);  // they do not end a rest that cannot serve them
     EXPECT_GT(course.find(refusal(901)), back);
     EXPECT_LT(course.find(refusal(901)), course.find("Traps are disabled"));
     EXPECT_LT(course.find("Traps are disabled"), course.find(refusal(902)));
 }
 
 TEST_F(MainLoop, LooksAtLinksThatWereSilentForMoreThanTwoWholeSeconds) {
-    const string calm = string("wait 5000 us\nagent check\nsleep 10000 us\n");
+    const string calm = string("wait 10000 us\nagent check\nwait 10000 us\n");
     const struct {
         int64_t silence_us;
         string looks;
@@ -211,34 +203,34 @@ TEST_F(MainLoop, CountsStrikesUntilTheApiManagerIsBack) {
     const auto strike = [&](int number) {
         return refused +
                "log 4 failed interface test to apimgr: strikes_against_apimgr = " + std::to_string(number) +
-               " out of 3: we'll retry after a sleep of 15 sec$\nsleep 15000000 us\n";
+               " out of 3: we'll retry after a sleep of 15 sec$\nserve 15 s\n";
     };
     snmpSubagentComm->set_apimgr_state(false);
     fake_api_mgr::refuse_connections(true);
-    int sleeps = 0;
-    transcript::on("sleep 15000000", [&](const string&) {
-        if (++sleeps == 2)
+    int strikes = 0;
+    transcript::on("log 4 failed interface test", [&](const string&) {
+        if (++strikes == 2)
             fake_api_mgr::refuse_connections(false);
     });
     int checks = 0;
     fake_agent::on_check = [&] {
-        if (++checks == 2) {  // gone once more
+        if (snmpSubagentComm->apimgr_ok() && ++checks == 2) {  // gone once more
             snmpSubagentComm->set_apimgr_state(false);
             fake_api_mgr::refuse_connections(true);
         }
         return 0;
     };
     EXPECT_EQ(run(),
-              "wait 5000 us\n" + strike(1) + "sleep 10000 us\n" + strike(2) +
-                  "sleep 10000 us\napi ping\napi GetList TsController\n" + kPs +
+              "wait 10000 us\n" + strike(1) + "wait 10000 us\n" + strike(2) +
+                  "wait 10000 us\napi ping\napi GetList TsController\n" + kPs +
                   "agent check\n"
                   // The next pass tells of the recovery and clears the strikes.
-                  "sleep 10000 us\nlog 4 interface to apimgr has been recovered before reached 3 strikes$\n"
+                  "wait 10000 us\nlog 4 interface to apimgr has been recovered before reached 3 strikes$\n"
                   "agent check\nagent ping\n" +
                   kSnmpget +
                   "agent check\n"
-                  "sleep 10000 us\n" +
-                  strike(1) + "sleep 10000 us\n" + strike(2) + "sleep 10000 us\n" + refused +
+                  "wait 10000 us\n" +
+                  strike(1) + "wait 10000 us\n" + strike(2) + "wait 10000 us\n" + refused +
                   "log 4 failed interface test to apimgr: 3 retries and no connect.$\nresult 1");
 }
 
@@ -254,7 +246,7 @@ TEST_F(MainLoop, TestsTheWholeLinkWhenTheAccessTestFails) {
     });
     at_checks({nothing});
     EXPECT_EQ(run(),
-              string("wait 5000 us\napi GetList TsController\nlog 4 msgResponse did Not have apirespmsg$\n"
+              string("wait 10000 us\napi GetList TsController\nlog 4 msgResponse did Not have apirespmsg$\n"
                      "log 4 Error on ApiMgr-ping.$\nlog 7 connection to apimgr is Not okay$\napi ping\n"
                      "api GetList TsController\nagent check\n") +
                   kSigterm + kPopped + "log 7 exiting main_loop$\nresult 0");
@@ -284,7 +276,7 @@ TEST_F(MainLoop, StartsANewCopyWhenTheChainIsBroken) {
         fake_agent::ping_result = 1;
         vars[COLID_selfTestVersion].flags |= VAR_FLAG_delivered;
         each.breakage();
-        EXPECT_EQ(run(), "wait 5000 us\n" + each.course + kRestart + "result 1") << each.what;
+        EXPECT_EQ(run(), "wait 10000 us\n" + each.course + kRestart + "result 1") << each.what;
         EXPECT_EQ(snmpSubagentComm->agentx_ok(), string(each.what) == "no main session");
     }
 }
@@ -298,7 +290,7 @@ TEST_F(MainLoop, AnswersWhatCameInALongPassBeforeItJudges) {
         };
     };
     const auto course = [](const char* checks) {
-        return string("wait 5000 us\n") + checks + "agent ping\n" + kSnmpget + "agent check\n" + kSigterm +
+        return string("wait 10000 us\n") + checks + "agent ping\n" + kSnmpget + "agent check\n" + kSigterm +
                kPopped + "result 0";
     };
     const auto begin_long_pass = [] {
@@ -321,7 +313,7 @@ TEST_F(MainLoop, TestsAMainSessionThatHasComeBackAtOnce) {
     transcript::on("log 4 main-session went down",
                    [](const string&) { fake_agent::has_main_session = true; });
     at_checks({nothing, nothing});
-    EXPECT_EQ(run(), string("wait 5000 us\nlog 4 main-session went down$\nagent check\nagent ping\n") +
+    EXPECT_EQ(run(), string("wait 10000 us\nlog 4 main-session went down$\nagent check\nagent ping\n") +
                          kSnmpget + "agent check\n" + kSigterm + kPopped + "result 0");
 }
 
@@ -336,11 +328,11 @@ TEST_F(MainLoop, KillsASnmpdThatTakesTooMuchMemory) {
                    return 0;
                },
                nothing});
-    EXPECT_EQ(run(), string("wait 5000 us\n") + kPs +
+    EXPECT_EQ(run(), string("wait 10000 us\n") + kPs +
                          "log 4 snmpd mem usage too high: 50001$\n"
                          "open /usr/bin/killall -6 -v snmpd 2>&1\nsleep 10000 us\n"
                          "open /usr/bin/killall -9 -v snmpd 2>&1\nsleep 10000 us\nagent check\n"
-                         "wait 5000 us\nagent check\nsleep 10000 us\nagent check\n" +
+                         "wait 10000 us\nagent check\nwait 10000 us\nagent check\n" +
                          kSigterm + kPopped + "result 0");
 }
 
@@ -353,39 +345,39 @@ TEST_F(MainLoop, EndsAtWhicheverPointItSeesSigterm) {
         std::function<void()> prepare;
         string course;
     } rows[] = {
-        {"wait", nothing, string("wait 5000 us\n") + kSigterm + "log 7 exiting main_loop$\nresult 1"},
+        {"wait", nothing, string("wait 10000 us\n") + kSigterm + "log 7 exiting main_loop$\nresult 1"},
         {"log 4 liteObjEnabled", [] { tempTest_requested = true; },
-         string("wait 5000 us\nlog 4 liteObjEnabled toggled to false$\n") + kSigterm +
+         string("wait 10000 us\nlog 4 liteObjEnabled toggled to false$\n") + kSigterm +
              "log 7 exiting main_loop$\nresult 1"},
         {"truncate_subagent_log", nothing,
-         string("wait 5000 us\n") + kSigterm + "log 7 exiting main_loop$\nresult 1"},
+         string("wait 10000 us\n") + kSigterm + "log 7 exiting main_loop$\nresult 1"},
         {"log 4 Error on ApiMgr-ping", [] { fake_api_mgr::refuse_connections(true); },
-         "wait 5000 us\n" + refused_test + kSigterm + "log 7 exiting main_loop$\nresult 1"},
+         "wait 10000 us\n" + refused_test + kSigterm + "log 7 exiting main_loop$\nresult 1"},
         {"log 7 connection to apimgr is Not okay", [] { snmpSubagentComm->set_apimgr_state(false); },
-         string("wait 5000 us\nlog 7 connection to apimgr is Not okay$\n") + kSigterm +
+         string("wait 10000 us\nlog 7 connection to apimgr is Not okay$\n") + kSigterm +
              "log 7 exiting main_loop$\nresult 1"},
         {"log 4 main-session went down", [] { fake_agent::has_main_session = false; },
-         string("wait 5000 us\napi GetList TsController\nlog 4 main-session went down$\n") + kSigterm +
+         string("wait 10000 us\napi GetList TsController\nlog 4 main-session went down$\n") + kSigterm +
              "log 7 exiting main_loop$\nresult 1"},
         {"log 4 main-session down, or", [] { fake_agent::has_main_session = false; },
-         string("wait 5000 us\napi GetList TsController\nlog 4 main-session went down$\n") +
+         string("wait 10000 us\napi GetList TsController\nlog 4 main-session went down$\n") +
              string(kRestart).substr(0, string(kRestart).find("run")) + kSigterm +
              "log 7 exiting main_loop$\nresult 1"},  // and starts no new copy
-        {"sleep 15000000",
+        {"log 4 failed interface test",
          [] {
              snmpSubagentComm->set_apimgr_state(false);
              fake_api_mgr::refuse_connections(true);
              verbose = false;
          },
          string(
-             "wait 5000 us\napi refused\nlog 4 Exception: /tmp/apimgr.sock: nobody listens$\n"
+             "wait 10000 us\napi refused\nlog 4 Exception: /tmp/apimgr.sock: nobody listens$\n"
              "log 4  ---- Can't connect to ApiMgr's socket ----$\nlog 4 Could not open socket to ApiMgr.$\n"
              "log 4 failed interface test to apimgr: strikes_against_apimgr = 1 out of 3: we'll retry after "
              "a "
-             "sleep of 15 sec$\nsleep 15000000 us\n") +
+             "sleep of 15 sec$\n") +
              kSigterm + kPopped + "result 0"},
         {"api GetList", nothing,  // a test that has begun is ended, and so is the pass
-         string("wait 5000 us\napi GetList TsController\nagent check\n") + kSigterm + kPopped +
+         string("wait 10000 us\napi GetList TsController\nagent check\n") + kSigterm + kPopped +
              "log 7 exiting main_loop$\nresult 0"},
     };
     static string when;
@@ -417,7 +409,7 @@ TEST_F(MainLoop, EndsWhenTheListenerCouldNotBeSetUp) {
         return 0;
     };
     EXPECT_EQ(run(),
-              "wait 5000 us\nagent check\n"
+              "wait 10000 us\nagent check\n"
               "log 4 popped out of main_loop: snmpSubagent_is_active=1, abort_snmpSubagent=1$\nresult 0");
 }
 
@@ -434,10 +426,10 @@ TEST_F(MainLoop, GoesOnAfterSigintAndSigpipe) {
                    return 0;
                },
                nothing});
-    EXPECT_EQ(run(), string("wait 5000 us\nagent check\nwait 5000 us\n"
+    EXPECT_EQ(run(), string("wait 10000 us\nagent check\nwait 10000 us\n"
                             "log 4 (((((((((((((((((( SIGINT ))))))))))))))))))))$\n"
                             "log 7 (((((((((((((((((( SIGPIPE ))))))))))))))))))))$\n"
-                            "agent check\nwait 5000 us\nagent check\n") +
+                            "agent check\nwait 10000 us\nagent check\n") +
                          kSigterm + kPopped + "log 7 exiting main_loop$\nresult 0");
 }
 

@@ -63,6 +63,7 @@ int processSendTrapCmd(TrapToSend& trap, bool recheck) {
             "%s\n",
             trap.eventIdA, trap.eventIdB, trap.eventIdC, trap.trapNum, trap.trapArgA, trap.trapArgB,
             trap.trapArgC, trap.trapArgD, trap.alertString.c_str());
+    const trap_command_in_hand in_hand;
     prepare_trap_variables(trap);
     return dispatch(trap, recheck);
 }

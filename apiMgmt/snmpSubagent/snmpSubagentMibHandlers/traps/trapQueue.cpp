@@ -65,10 +65,15 @@ void queue_trap(std::unique_ptr<TrapToSend> trap) {
 }
 
 bool process_oldest_trap(void (*process)(TrapToSend& trap)) {
+    TrapToSend* oldest = nullptr;
+    {
+        scopedMutex lock(trapsToSend_mutex);
+        if (trapsToSend.empty())
+            return false;
+        oldest = trapsToSend.front().get();
+    }
+    process(*oldest);
     scopedMutex lock(trapsToSend_mutex);
-    if (trapsToSend.empty())
-        return false;
-    process(*trapsToSend.front());
     trapsToSend.pop_front();
     if (trapsToSend.empty())
         wake_up().drain();

@@ -9,6 +9,8 @@ namespace {
 constexpr std::string_view kAlertSeparator = "@@@";
 constexpr size_t kGreatestAlertString = 255;
 
+int commands_in_hand = 0;
+
 // The alert text, from the alert string as it came; only then is the string itself shortened.
 std::string take_alert_text(std::string& alertString) {
     const size_t separator = alertString.rfind(kAlertSeparator);
@@ -37,6 +39,19 @@ void write_alert_state(int32_t state) {
 
 void write_action_text(const std::string& text) {
     write_trap_text(trapActionText, COLID_trapActionText, text);
+}
+
+void note_forced_trap() {
+    if (commands_in_hand == 0)
+        write_alert_state(kAlertActive);
+}
+
+trap_command_in_hand::trap_command_in_hand() {
+    ++commands_in_hand;
+}
+
+trap_command_in_hand::~trap_command_in_hand() {
+    --commands_in_hand;
 }
 
 void prepare_trap_variables(TrapToSend& trap) {

@@ -23,8 +23,21 @@ inline constexpr int32_t kAlertActive = 2;
 void write_alert_state(int32_t state);
 void write_action_text(const std::string& text);
 
+/** A forced notification counts as one for an object that is not healthy, from its SET on. Has no effect while a command
+    waits for the array: its notification is still to be built from these values. */
+void note_forced_trap();
+
 /** What every command writes, before its object is looked at: event id, alert state, the texts. */
 void prepare_trap_variables(TrapToSend& trap);
+
+/** While one exists, a command is being processed. */
+class trap_command_in_hand {
+  public:
+    trap_command_in_hand();
+    ~trap_command_in_hand();
+    trap_command_in_hand(const trap_command_in_hand&) = delete;
+    trap_command_in_hand& operator=(const trap_command_in_hand&) = delete;
+};
 
 /** Values of the status columns. */
 inline constexpr uint32_t kStatusUp = 1;

@@ -62,10 +62,12 @@ int agent_check() {
     return fake_agent::on_check ? fake_agent::on_check() : 0;
 }
 
-void agent_wait(long timeout_us, int also) {
-    pollfd watched{.fd = also, .events = POLLIN, .revents = 0};
-    if (poll(&watched, 1, 0) == 0)
-        fake_clock::pass("wait", timeout_us);
+bool agent_wait(int64_t timeout_us, int descriptor, short events) {
+    pollfd watched{.fd = descriptor, .events = events, .revents = 0};
+    if (poll(&watched, 1, 0) > 0)
+        return true;
+    fake_clock::pass("wait", timeout_us);
+    return false;
 }
 
 void agent_oid_text(int col_id, char* text, unsigned long size) {
@@ -80,7 +82,10 @@ command_output open_command(const std::string& command) {
         errno = EAGAIN;
         return nullptr;
     }
-    return command_output(popen(("cat <<'END'\n" + std::string(output) + "END\n").c_str(), "r"));
+    command_output pipe(popen(("cat <<'END'\n" + std::string(output) + "END\n").c_str(), "r"));
+    pollfd watched{.fd = fileno(pipe.get()), .events = POLLIN, .revents = 0};
+    poll(&watched, 1, -1);  // so that the reader need not wait
+    return pipe;
 }
 
 int run_command(const std::string& command) {

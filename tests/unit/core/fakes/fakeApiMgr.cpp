@@ -94,12 +94,17 @@ std::string WireLinkEndpoint::GetAccessKey() {
     return fake_api_mgr::access_key;
 }
 
-WireLinkSocket::WireLinkSocket(const WireLinkEndpoint& endpoint, int descriptor)
-    : endpoint_(endpoint), descriptor_(descriptor) {}
+WireLinkSocket::WireLinkSocket(const WireLinkEndpoint& endpoint, int descriptor, WireLinkWait wait)
+    : endpoint_(endpoint), descriptor_(descriptor), wait_(std::move(wait)) {}
+
+bool PollDescriptor(int, short, int) {
+    return true;
+}
 
 WireLinkSocket::~WireLinkSocket() = default;
 
-WireLinkClient::WireLinkClient(const WireLinkEndpoint& endpoint) : WireLinkSocket(endpoint, -1) {
+WireLinkClient::WireLinkClient(const WireLinkEndpoint& endpoint, WireLinkWait wait)
+    : WireLinkSocket(endpoint, -1, std::move(wait)) {
     const std::lock_guard guard(fake_api_mgr::lock);
     if (fake_api_mgr::connections_are_refused) {
         transcript::add("api refused");

@@ -1,7 +1,5 @@
 #include "tests/unit/core/fakes/fakeClock.h"
 
-#include <poll.h>
-
 #include <atomic>
 #include <chrono>
 #include <string>
@@ -56,10 +54,4 @@ int64_t ClockNowMs() {
 
 void ClockSleepMicroseconds(int64_t duration_us) {
     fake_clock::pass("sleep", duration_us);
-}
-
-void ClockSleepUnlessReadable(int64_t duration_us, int descriptor) {
-    pollfd watched{.fd = descriptor, .events = POLLIN, .revents = 0};
-    if (poll(&watched, 1, 0) == 0)
-        fake_clock::pass("sleep", duration_us);
 }

@@ -41,7 +41,7 @@ int WireLinkServer::Accept(sockaddr* /*address*/, unsigned* /*length*/, int /*fl
 }
 
 WireLinkServerConnection::WireLinkServerConnection(const WireLinkEndpoint& endpoint, int descriptor)
-    : WireLinkSocket(endpoint, descriptor) {}
+    : WireLinkSocket(endpoint, descriptor, PollDescriptor) {}
 
 size_t WireLinkSocket::RecvGPBMsg(google::protobuf::Message& message) {
     const connection& sender = connections.at(static_cast<size_t>(descriptor_));
