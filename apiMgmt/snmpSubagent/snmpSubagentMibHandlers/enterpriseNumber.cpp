@@ -42,6 +42,10 @@ bool has_old_enterprise_number(const netsnmp_variable_list* binding) {
     return binding->name_length >= kOldLength && binding->name[kCommonLength] == kOldNumber;
 }
 
+bool is_old_enterprise_number(const netsnmp_variable_list* binding) {
+    return binding->name_length == kOldLength && has_old_enterprise_number(binding);
+}
+
 bool expand_old_enterprise_number(netsnmp_variable_list* binding) {
     report_old_number(binding);
     if (binding->name_length + kGrowth > MAX_handled_oidlen) {

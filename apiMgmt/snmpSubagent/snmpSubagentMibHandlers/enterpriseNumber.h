@@ -12,6 +12,9 @@ extern bool rcvd_req_with_old_enterprise_num;
 
 bool has_old_enterprise_number(const netsnmp_variable_list* binding);
 
+/** Returns whether the name is the old number itself, where a walk enters the old subtree. */
+bool is_old_enterprise_number(const netsnmp_variable_list* binding);
+
 /** Writes the name in the current form. False, the name unchanged, when it would become too long. */
 bool expand_old_enterprise_number(netsnmp_variable_list* binding);
 

@@ -58,9 +58,10 @@ void name_current_binding(int32_t var_index) {
     snmp_set_var_objid(current_requestvb, name, name_length);
 }
 
-int serve_getnext(bool name_was_expanded) {
-    // A walk that has just ended must not begin anew, in the old form, at the start of the store.
-    if (name_was_expanded && follows_end_of_view(current_requestvb)) {
+int serve_getnext(bool enters_old_subtree) {
+    // A walk that has just ended must not start again, in the old form, at the beginning of the store. A
+    // longer name belongs to a walk that is under way, possibly another manager's: that one goes on.
+    if (enters_old_subtree && follows_end_of_view(current_requestvb)) {
         SUBAGENT_LOG(7,
                      "reqinfo->mode: MODE_GETNEXT: got rcvd_req_with_old_enterprise_num and "
                      "last_resp_was_endofmibview\n");
@@ -88,12 +89,12 @@ int serve_commit() {
     return var_index < 0 ? 1 : SnmpSubagentMibHandlers::process_commitset(var_index);
 }
 
-int serve_mode(bool name_was_expanded) {
+int serve_mode(bool enters_old_subtree) {
     switch (reqinfo->mode) {
         case MODE_GET:
             return serve_get();
         case MODE_GETNEXT:
-            return serve_getnext(name_was_expanded);
+            return serve_getnext(enters_old_subtree);
         case MODE_GETBULK:
             SUBAGENT_LOG(4, "Error: Recieved a GETBULK request from master agent\n");
             return 1;
@@ -125,9 +126,10 @@ int serve_binding() {
         return 1;
     }
     const bool is_old_form = has_old_enterprise_number(current_requestvb);
+    const bool enters_old_subtree = is_old_enterprise_number(current_requestvb);
     if (is_old_form && !expand_old_enterprise_number(current_requestvb))
         return 1;
-    const int result = serve_mode(is_old_form);
+    const int result = serve_mode(enters_old_subtree);
     if (is_old_form)
         shrink_to_old_enterprise_number(current_requestvb);
     return result;
