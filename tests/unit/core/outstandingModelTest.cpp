@@ -68,6 +68,8 @@ class memory_model {
                     return has_changed;
                 }
                 records.erase(records.begin() + static_cast<std::ptrdiff_t>(cursor));
+                advance();
+                return false;
             }
             if (!advance())
                 return false;

@@ -79,7 +79,8 @@ walk check_at_cursor() {
     TrapToSend command = record.command;
     if (processSendTrapCmd(command, true) != 0) {
         log_removal("error while checking status - element is probably gone", record.command);
-        return remove_at_cursor();
+        remove_outstanding_trap(outstandingTrapCursor);
+        return walk::on_end;  // it may have cost an exchange, so it is this second's re-check
     }
     const variable_entry& status = vars[record.statusVar];
     if (value_kind_of(status.col_id) == value_kind::none) {
