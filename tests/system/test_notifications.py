@@ -108,7 +108,7 @@ class EveryNotification:
                                  wanted.decode() if isinstance(wanted, bytes) else wanted, name)
 
     def test_unknown_names_of_disks_and_enclosures(self):
-        """The last one by its name: it leaves words in the first rows of two tables."""
+        """The last one by its name: it leaves a name in the first row of the enclosures."""
         self.tell_and_expect(Event(IDS, 213, 4, 12, -3, text="@@@a device lost its disk"))
         for place in ODD_DISKS:
             for event in (self.object_case(202, place).event, Event(IDS, 213, place + 1, 1, 2)):

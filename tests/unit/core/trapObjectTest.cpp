@@ -258,13 +258,21 @@ TEST_F(Objects, DeviceOfAScsiInitiator) {
     vars[var_at(COLID_tsDiskName, 2)].str = "9-03";
     EXPECT_EQ(run(command(213, 2, 3, 4)),
               "1\nrefresh tsEnclosure\nlog 4 could not find encl index: enclNum 9$\n");
+    // The first row of a table shows that there is no object; another object has the row again afterwards.
     vars[var_at(COLID_tsDiskName, 2)].str = "lonely";
-    expect_shown(run(command(213, 2, 3, 4)), {"R.14.1.2.2 gauge 2", "R.14.1.4.2 \"lonely\"",
-                                              "R.15.1.2.1 gauge 0", "R.15.1.4.1 \"Unknown\""});
-    const string none = run(command(213, 0, 3, 4));
-    EXPECT_EQ(none.find("refresh"), string::npos);
-    expect_shown(none, {"R.14.1.2.1 gauge 0", "R.14.1.4.1 \"Unknown\"", "R.15.1.2.1 gauge 0",
-                        "R.15.1.4.1 \"Unknown\""});
+    const std::pair<string, std::vector<string>> unknown[] = {
+        {command(213, 2, 3, 4), {"R.14.1.2.2 gauge 2", "R.14.1.4.2 \"lonely\""}},
+        {command(213, 0, 3, 4), {"R.14.1.2.1 gauge 0", "R.14.1.4.1 \"Unknown\""}},
+    };
+    for (const auto& [device, disk] : unknown) {
+        expect_shown(run(device), {disk[0], disk[1], "R.15.1.2.1 gauge 0", "R.15.1.4.1 \"Unknown\""});
+        conf_trapsEnabled = false;
+        EXPECT_EQ(run(device)[0], '1');
+        conf_trapsEnabled = true;
+        EXPECT_EQ(value_of(var_at(COLID_tsDiskNbr, 1)) + value_of(var_at(COLID_tsDiskName, 1)), "1\"05-01\"");
+        EXPECT_EQ(value_of(var_at(COLID_tsEnclNbr, 1)) + value_of(var_at(COLID_tsEnclName, 1)),
+                  "1\"Enclosure 5\"");
+    }
     EXPECT_TRUE(outstandingTraps.empty());
 }
 

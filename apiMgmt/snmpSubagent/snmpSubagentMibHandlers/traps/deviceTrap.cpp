@@ -1,3 +1,7 @@
+#include <optional>
+#include <string>
+#include <utility>
+
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/objectTrap.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/sendTrap.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapVariables.h"
@@ -7,25 +11,43 @@ namespace {
 
 constexpr int32_t kDeviceStatusChange = 213;
 
-// The number of a row that is not known reads as 0.
-void show_unknown_row(int number_column) {
-    set_trap_row(number_column, 1);
-    vars[cols[number_column].first_var].uint = 0;
-}
+// Lets the notification show an unknown object: row 1 with the number 0 and the name "Unknown". The two cells
+// get their values back when it is destroyed, because they belong to another object, which is known by them.
+class unknown_object {
+  public:
+    unknown_object(int number_column, int name_column)
+        : number_(vars[cols[number_column].first_var].uint),
+          name_(vars[cols[name_column].first_var].str),
+          kept_number_(std::exchange(number_, 0)),
+          kept_name_(std::exchange(name_, "Unknown")) {
+        set_trap_row(number_column, 1);
+        set_trap_row(name_column, 1);
+    }
+    ~unknown_object() {
+        number_ = kept_number_;
+        name_ = std::move(kept_name_);
+    }
+    unknown_object(const unknown_object&) = delete;
+    unknown_object& operator=(const unknown_object&) = delete;
 
-void show_no_disk() {
-    show_unknown_row(COLID_tsDiskNbr);
-    set_trap_row(COLID_tsDiskName, 1);
-    vars[cols[COLID_tsDiskName].first_var].str = "Unknown";
-}
+  private:
+    uint32_t& number_;
+    std::string& name_;
+    uint32_t kept_number_;
+    std::string kept_name_;
+};
 
-void show_no_enclosure() {
-    show_unknown_row(COLID_tsEnclNbr);
-    show_unknown_enclosure();
-}
+// What a notification shows for want of a disk or an enclosure; empty if there is one.
+struct unknown_objects {
+    std::optional<unknown_object> disk;
+    std::optional<unknown_object> enclosure;
 
-// The disk in a row and its enclosure. 0, or 1 after a logged refusal.
-int show_disk(int32_t row) {
+    void add_disk() { disk.emplace(COLID_tsDiskNbr, COLID_tsDiskName); }
+    void add_enclosure() { enclosure.emplace(COLID_tsEnclNbr, COLID_tsEnclName); }
+};
+
+// Shows the disk in a row and its enclosure. 0, or 1 after a logged refusal.
+int show_disk(int32_t row, unknown_objects& unknown) {
     set_trap_row(COLID_tsDiskNbr, row);
     set_trap_row(COLID_tsDiskName, row);
     const column_record& names = cols[COLID_tsDiskName];
@@ -37,7 +59,7 @@ int show_disk(int32_t row) {
     refresh_table_of(COLID_tsEnclApiIndex);
     const disk_enclosure enclosure = find_enclosure_of_disk(name);
     if (!enclosure.is_named) {
-        show_no_enclosure();
+        unknown.add_enclosure();
         return 0;
     }
     if (enclosure.row == 0)
@@ -56,10 +78,11 @@ int send_device_trap(const TrapToSend& trap) {
     if (trap.trapArgC == 0)
         return refuse_trap("no scsi initiator device status passed");
     write_trap_number(trapSIDeviceStatus, COLID_trapSIDeviceStatus, trap.trapArgC);
+    unknown_objects unknown;
     if (trap.trapArgA == 0) {
-        show_no_disk();
-        show_no_enclosure();
-    } else if (show_disk(trap.trapArgA) != 0) {
+        unknown.add_disk();
+        unknown.add_enclosure();
+    } else if (show_disk(trap.trapArgA, unknown) != 0) {
         return 1;
     }
     return send_notification(kDeviceStatusChange);

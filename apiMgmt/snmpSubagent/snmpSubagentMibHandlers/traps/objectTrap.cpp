@@ -72,7 +72,9 @@ int show_enclosure_of_disk(int32_t disk_row) {
     const disk_enclosure enclosure =
         find_enclosure_of_disk(vars[cols[COLID_tsDiskName].first_var + disk_row - 1].str);
     if (!enclosure.is_named) {
-        show_unknown_enclosure();
+        // The first row reads so until the next refresh.
+        set_trap_row(COLID_tsEnclName, 1);
+        vars[cols[COLID_tsEnclName].first_var].str = "Unknown";
         return 0;
     }
     if (enclosure.row == 0)
@@ -140,9 +142,4 @@ disk_enclosure find_enclosure_of_disk(const std::string& disk_name) {
     if (row == 0)
         refuse_trap("could not find encl index: enclNum %d", {enclosure});
     return {.is_named = true, .row = row};
-}
-
-void show_unknown_enclosure() {
-    set_trap_row(COLID_tsEnclName, 1);
-    vars[cols[COLID_tsEnclName].first_var].str = "Unknown";
 }

@@ -32,6 +32,3 @@ struct disk_enclosure {
     int32_t row;
 };
 disk_enclosure find_enclosure_of_disk(const std::string& disk_name);
-
-/** An unknown enclosure: the first row is shown, with this as its name until the next refresh. */
-void show_unknown_enclosure();
