@@ -93,7 +93,7 @@ class Outstanding(TrapStory):
         """The last one by its name: it leaves two records."""
         cases = [self.object_case(202, 0), self.object_case(202, -1), self.object_case(209, 1),
                  self.component_case(204, 1, 0, 1), self.component_case(206, 2, -1, 0), self.object_case(208, 1),
-                 self.object_case(212, 0)]
+                 self.object_case(212, 1)]
         # Each with a text and a last argument of its own; not 5, which would clear.
         cases = [case._replace(event=case.event._replace(d=-number, text=f"prefix@@@of case {number}"))
                  for number, case in enumerate(cases)]
@@ -112,6 +112,7 @@ class Outstanding(TrapStory):
             self.put(case, case.good)
         self.put(changing, changing.other)
         self.put(self.object_case(205, -1), "Down")  # of the orphan
+        self.array.tell("remove", ups.kind, self.index_of(ups.kind, 0))  # it moves up a row, and is followed
         self.model()  # as it is before the last disk goes, and the other rows stay where they are
         self.array.tell("remove", vanishing.kind, vanishing.index)
         self.expect_in_any_order([recovering.event._replace(d=5), changing.event, component.event._replace(d=5),

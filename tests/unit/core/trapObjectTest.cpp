@@ -18,9 +18,6 @@ class Objects : public TrapWorld {
     Objects() {
         answer_status("TsDisk", 40, "Up");
         answer_status("TsDisk", 43, "Up");
-        answer_status("TsDiskFolder", 21, "Up");
-        answer_status("TsVolume", 31, "Up");
-        answer_status("TsServer", 51, "Up");
     }
 
     static string command(int trapNum, int32_t a, int32_t b = 0, int32_t c = 0, int32_t d = 0) {
@@ -57,11 +54,6 @@ TEST_F(Objects, ShowTheirRow) {
         {command(205, 7),
          {"R.15.1.2.2 gauge 2", "R.15.1.4.2 \"Enclosure 7\"", "R.15.1.3.2 gauge 1", "R.15.1.5.2 \"\""},
          "refresh tsEnclosure\n"},
-        {command(207, 21),
-         {"R.25.1.2.1 gauge 1", "R.25.1.4.1 \"Folder\"", "R.41.0 \"alert\"", "R.25.1.9.1 gauge 77"},
-         "api Get TsDiskFolder 64702.21\n"},
-        {command(208, 31), {"R.26.1.2.1 gauge 1", "R.26.1.3.1 gauge 1"}, "api Get TsVolume 64702.31\n"},
-        {command(209, 51), {"R.27.1.2.1 gauge 1", "R.27.1.4.1 \"Server\""}, "api Get TsServer 64702.51\n"},
         {command(210, 2), {"R.28.1.2.2 gauge 2", "R.28.1.4.2 \"Cache\""}, "refresh tsControllerCacheCard\n"},
         {command(211, 2),
          {"R.9.0 \"1,2,3\"", "R.29.1.7.1 integer 1", "R.40.0 \"no action needed\""},
@@ -80,67 +72,6 @@ TEST_F(Objects, ShowTheirRow) {
     EXPECT_TRUE(outstandingTraps.empty());
 }
 
-TEST_F(Objects, ThatAreNotUpCarryAdvice) {
-    struct row {
-        string command;
-        int32_t status_var;
-        string advice;
-    };
-    const row rows[] = {
-        {command(202, 40), var_at(COLID_tsDiskStatus, 1), "Disk is Down: Schedule disk replacement."},
-        {command(203, 11), var_at(COLID_tsCtlrStatus, 1), string("Controller is Down") + kSupport},
-        {command(205, 5), var_at(COLID_tsEnclStatus, 1), string("Enclosure is Down") + kSupport},
-        {command(207, 21), var_at(COLID_tsDiskFolderStatus, 1), string("A Disk Folder is Down") + kSupport},
-        {command(208, 31), var_at(COLID_tsVolumeStatus, 1), string("A Volume is Down") + kSupport},
-        {command(209, 51), var_at(COLID_tsServerStatus, 1), string("A Server is Down") + kSupport},
-        {command(210, 2), var_at(COLID_tsCacheStatus, 2), string("Cache is Down") + kSupport},
-        {command(211, 1), var_at(COLID_tsTsPortsBal, 1), string("Ports are Not Balanaced") + kSupport},
-        {command(212, 61), var_at(COLID_tsUPSStatus, 1),
-         "A UPS is Down: Check UPS status and connectivity or contact Vorn Support Services."},
-    };
-    for (const char* object : {"TsDisk 40", "TsDiskFolder 21", "TsVolume 31", "TsServer 51"}) {
-        const string text = object;
-        answer_status(text.substr(0, text.find(' ')), std::stoi(text.substr(text.find(' '))), "Degraded");
-    }
-    size_t records = 0;
-    for (const row& each : rows) {
-        set_status(each.status_var, 3);
-        expect_shown(run(each.command), {"R.40.0 \"" + each.advice + "\"", "R.43.0 integer 2"});
-        EXPECT_EQ(vars[each.status_var].uint, 3U) << each.advice;
-        ASSERT_EQ(outstandingTraps.size(), ++records);
-        EXPECT_EQ(outstandingTraps.back()->statusVar, each.status_var);
-        EXPECT_EQ(run(each.command).find("notify"), string::npos);
-    }
-}
-
-TEST_F(Objects, RememberByOwnerAndVerifyColumns) {
-    const auto columns = [](const string& text) {
-        run(text);
-        const OutstandingTrap& record = *outstandingTraps.back();
-        return std::vector<int>{vars[record.statusVar].col_id, vars[record.ownerVar].col_id,
-                                vars[record.verifyVar].col_id};
-    };
-    for (const int col_id : {COLID_tsCtlrStatus, COLID_tsEnclStatus, COLID_tsUPSStatus, COLID_tsTsPortsBal})
-        set_status(var_at(col_id, 1), 2);
-    set_status(var_at(COLID_tsCacheStatus, 2), 2);
-    for (const char* object : {"TsDisk", "TsDiskFolder", "TsVolume", "TsServer"})
-        answer_status(object,
-                      string(object) == "TsDisk"         ? 40
-                      : string(object) == "TsDiskFolder" ? 21
-                      : string(object) == "TsVolume"     ? 31
-                                                         : 51,
-                      "Down");
-    EXPECT_EQ(columns(command(202, 40)), (std::vector<int>{28, 27, 32}));
-    EXPECT_EQ(columns(command(203, 11)), (std::vector<int>{17, 16, 16}));
-    EXPECT_EQ(columns(command(205, 5)), (std::vector<int>{38, 37, 37}));
-    EXPECT_EQ(columns(command(207, 21)), (std::vector<int>{108, 107, 112}));
-    EXPECT_EQ(columns(command(208, 31)), (std::vector<int>{116, 115, 118}));
-    EXPECT_EQ(columns(command(209, 51)), (std::vector<int>{121, 120, 125}));
-    EXPECT_EQ(columns(command(210, 2)), (std::vector<int>{128, 127, 127}));
-    EXPECT_EQ(columns(command(211, 1)), (std::vector<int>{138, 133, 133}));
-    EXPECT_EQ(columns(command(212, 61)), (std::vector<int>{145, 144, 144}));
-}
-
 TEST_F(Objects, AreRefusedWithAReason) {
     struct row {
         string command;
@@ -154,16 +85,8 @@ TEST_F(Objects, AreRefusedWithAReason) {
         {command(202, 41), "could not find disk index: trapArgA 41"},
         {command(203, 0), "no controller index passed"},
         {command(203, 2), "unrecognized controller index passed from lumivant-app: 2"},
-        {command(205, 0), "no enclosure index passed"},
         {command(205, huge), "could not find encl index: trapArgA 2147483647"},
         {command(205, -5), "could not find encl index: trapArgA -5"},
-        {command(207, 0), "no disk folder index passed"},
-        {command(207, 1), "could not find diskfolder index: trapArgA 1"},
-        {command(208, 0), "no volume index passed"},
-        {command(208, 1), "could not find volume index: trapArgA 1"},
-        {command(209, 0), "no server index passed"},
-        {command(209, 1), "could not find server index: trapArgA 1"},
-        {command(210, 0), "no cache index passed"},
         {command(210, 3), "cache index too large: 3"},
         {command(210, -1), "cache index too large: -1"},
         {command(211, 0), "controller index passed is not 1 or 2: 0"},
@@ -173,8 +96,6 @@ TEST_F(Objects, AreRefusedWithAReason) {
         {command(204, 3, 1, 1), "controller index too large: 3"},
         {command(204, 2, 2, 0), "component index is zero"},
         {command(204, 2, 9, 0), "component index is zero"},
-        {command(206, 0, 1, 1), "no enclosure index passed"},
-        {command(206, 2, 1, 1), "could not find encl index: trapArgA 2"},
         {command(206, 7, 1, 0), "component index is zero"},
         {command(213, 1, 0, 1), "no scsi initiator device type passed"},
         {command(213, 1, 1, 0), "no scsi initiator device status passed"},
@@ -207,11 +128,6 @@ TEST_F(Objects, ThatAreGoneAfterTheRefreshAreRefused) {
          "refresh tsEnclosure\nlog 4 encl does not exist: 7$\n"},
         {command(206, 7, 1, 2), var_at(COLID_tsEnclStatus, 2),
          "refresh tsEnclosure\nlog 4 encl does not exist: 7$\n"},
-        {command(207, 21), var_at(COLID_tsDiskFolderStatus, 1), "log 4 diskfolder does not exist: 21$\n"},
-        {command(208, 31), var_at(COLID_tsVolumeStatus, 1), "log 4 volume does not exist: 31$\n"},
-        {command(209, 51), var_at(COLID_tsServerStatus, 1), "log 4 server does not exist: 51$\n"},
-        {command(210, 1), var_at(COLID_tsCacheStatus, 1),
-         "refresh tsControllerCacheCard\nlog 4 cache does not exist: 1$\n"},
         {command(211, 2), var_at(COLID_tsTsPortsBal, 1),
          "refresh Tessera\nlog 4 tsTsPortsBal is not cachedt: 2$\n"},
         {command(212, 61), var_at(COLID_tsUPSStatus, 1), "refresh tsUps\nlog 4 ups does not exist: 61$\n"},
@@ -229,7 +145,11 @@ TEST_F(Objects, ThatAreGoneAfterTheRefreshAreRefused) {
 
 TEST_F(Objects, UpsThatIsNotUpCannotBeCleared) {
     set_status(var_at(COLID_tsUPSStatus, 1), 2);
-    expect_shown(run(command(212, 61, 0, 0, 5)), {"R.41.0 \"Alert Cleared - alert\"", "R.43.0 integer 2"});
+    expect_shown(
+        run(command(212, 61, 0, 0, 5)),
+        {"R.41.0 \"Alert Cleared - alert\"",
+         "R.40.0 \"A UPS is Down: Check UPS status and connectivity or contact Vorn Support Services.\"",
+         "R.43.0 integer 2"});
     set_status(var_at(COLID_tsUPSStatus, 1), 1);
     expect_shown(run(command(212, 61, 0, 0, 5)), {"R.41.0 \"Alert Cleared - alert\"", "R.43.0 integer 1"});
 }
@@ -289,12 +209,7 @@ TEST_F(Objects, ComponentsShowThemselves) {
     const row rows[] = {
         {204, 1, 7, "tsControllerFanSensor", "part two"},  // the fan whose API index is 8
         {204, 2, 2, "tsControllerPowerSupply", "part two"},
-        {204, 3, 2, "tsControllerTemperatureSensor", "part two"},
-        {204, 4, 2, "tsControllerVoltageSensor", "part two"},
         {206, 1, 2, "tsEnclosureCoolingFanSensor", "part two"},
-        {206, 2, 2, "tsEnclosurePowerSupply", "part two"},
-        {206, 3, 2, "tsEnclosureTemperatureSensor", "part two"},
-        {206, 5, 2, "tsEnclosureIoModule", "part two"},
         {206, 6, 1, "tsEnclosureAudibleAlarm", "alarm"},
     };
     for (const row& each : rows) {
@@ -329,27 +244,6 @@ TEST_F(Objects, ComponentsAreRefusedWithAReason) {
         {command(204, 2, 2, -1),
          "power component index too large: trapArgC: -1, cols[COLID_tsCtlrPowerStatus].maxNumOfRows: 4"},
         {command(204, 2, 2, 1), "power component does not exist: trapArgC: 1"},
-        {command(204, 2, 3, 8),
-         "tempsensor component index too large: trapArgC: 8, cols[COLID_tsCtlrTempStatus].maxNumOfRows: 7"},
-        {command(204, 2, 3, 1), "tempsensor component does not exist: trapArgC: 1"},
-        {command(204, 2, 4, 11),
-         "voltagesensor component index too large: trapArgC: 11, "
-         "cols[COLID_tsCtlrVoltageStatus].maxNumOfRows: 10"},
-        {command(204, 2, 4, 1), "voltagesensor component does not exist: trapArgC: 1"},
-        {command(206, 7, 1, 7),
-         "encl fan component index too large: trapArgC: 7, cols[COLID_tsCtlrFanStatus].maxNumOfRows: 6"},
-        {command(206, 7, 1, 1), "encl fan component does not exist: trapArgC: 1"},
-        {command(206, 7, 2, 5),
-         "encl power component index too large: trapArgC: 5, cols[COLID_tsEnclPowerStatus].maxNumOfRows: 4"},
-        {command(206, 7, 2, 1), "encl power component does not exist: trapArgC: 1"},
-        {command(206, 7, 3, 23),
-         "encl temp-sensor component index too large: trapArgC: 23, "
-         "cols[COLID_tsEnclTempStatus].maxNumOfRows: 22"},
-        {command(206, 7, 3, 1), "encl temp-sensor component does not exist: trapArgC: 1"},
-        {command(206, 7, 5, 3),
-         "encl iomodule component index too large: trapArgC: 3, cols[COLID_tsEnclIoModStatus].maxNumOfRows: "
-         "2"},
-        {command(206, 7, 5, 1), "iomodule component does not exist: trapArgC: 1"},
         {command(206, 7, 6, 2),
          "encl audiblealarm component index too large: trapArgC: 2, "
          "cols[COLID_tsEnclAlarmStatus].maxNumOfRows: 1"},
@@ -395,14 +289,10 @@ TEST_F(Objects, AdviceForComponents) {
         {command(204, 2, 1, 7), COLID_tsCtlrFanStatus, 4, COLID_tsCtlrFanCurrentRpm, "500", none},
         {command(204, 2, 2, 2), COLID_tsCtlrPowerStatus, 0, COLID_tsCtlrFanCurrentRpm, "0",
          "Controller Power Supply is Down: Schedule power supply replacement."},
-        {command(204, 2, 3, 2), COLID_tsCtlrTempStatus, 2, COLID_tsCtlrTempCurrent, "90",
-         temperature + "Sensor is Down" + kSupport},
         {command(204, 2, 3, 2), COLID_tsCtlrTempStatus, 3, COLID_tsCtlrTempCurrent, "60",
          temperature + "is Degraded: Temp is too High" + kSupport},
         {command(204, 2, 3, 2), COLID_tsCtlrTempStatus, 3, COLID_tsCtlrTempCurrent, "59",
          temperature + "is Degraded" + kSupport},
-        {command(204, 2, 4, 2), COLID_tsCtlrVoltageStatus, 2, COLID_tsCtlrVoltageCurrent, "1",
-         voltage + "Down" + kSupport},
         {command(204, 2, 4, 2), COLID_tsCtlrVoltageStatus, 3, COLID_tsCtlrVoltageCurrent, "12.6",
          voltage + "Degraded: Voltage is too High" + kSupport},
         {command(204, 2, 4, 2), COLID_tsCtlrVoltageStatus, 3, COLID_tsCtlrVoltageCurrent, "12",
@@ -414,14 +304,6 @@ TEST_F(Objects, AdviceForComponents) {
         // One threshold that cannot be read silences the other.
         {command(204, 2, 4, 2), COLID_tsCtlrVoltageStatus, 3, COLID_tsCtlrVoltageWarnUpper, "",
          voltage + "Degraded" + kSupport},
-        {command(206, 7, 1, 2), COLID_tsEnclFanStatus, 3, COLID_tsEnclFanSpeed, "Low",
-         string("Enclosure Fan is Down") + kSupport},
-        {command(206, 7, 2, 2), COLID_tsEnclPowerStatus, 2, COLID_tsEnclFanSpeed, "",
-         "Enclosure Power Supply is Down: Schedule replacement."},
-        {command(206, 7, 3, 2), COLID_tsEnclTempStatus, 3, COLID_tsEnclFanSpeed, "",
-         string("Enclosure Temperature Sensor is Down") + kSupport},
-        {command(206, 7, 5, 2), COLID_tsEnclIoModStatus, 2, COLID_tsEnclFanSpeed, "",
-         string("Enclosure I/O Module is Down") + kSupport},
         {command(206, 7, 6, 1), COLID_tsEnclAlarmStatus, 2, COLID_tsEnclFanSpeed, "",
          string("Enclosure Audible Alarm is Down") + kSupport},
     };

@@ -18,7 +18,7 @@ int32_t variable_of(int col_id, int32_t parent_row, int32_t row) {
 
 // The parent's row when it is there and Up; 0 after a logged refusal.
 int32_t find_parent(const object_rule& parent, const TrapToSend& trap) {
-    const int32_t row = find_object_row(parent, trap.trapArgA);
+    int32_t row = find_object_row(parent, trap.trapArgA);
     if (row == 0)
         return 0;
     const component_definition* component = find_component(trap.trapNum, trap.trapArgB);
@@ -27,7 +27,8 @@ int32_t find_parent(const object_rule& parent, const TrapToSend& trap) {
         refuse_trap("component index is zero");
         return 0;
     }
-    if (bring_object_up_to_date(parent, row, trap.trapArgA) != 0)
+    row = bring_object_up_to_date(parent, row, trap.trapArgA);
+    if (row == 0)
         return 0;
     if (vars[cols[parent.state.status_column].first_var + row - 1].uint != kStatusUp) {
         refuse_trap(parent.not_up, {trap.trapArgA});

@@ -104,20 +104,31 @@ int32_t find_object_row(const object_rule& object, int32_t trapArgA) {
     return row;
 }
 
-int bring_object_up_to_date(const object_rule& object, int32_t row, int32_t trapArgA) {
-    if (object.fresh == fresh_rule::table)
-        refresh_table_of(object.state.status_column);
+int32_t bring_object_up_to_date(const object_rule& object, int32_t row, int32_t trapArgA) {
+    const state_rule& state = object.state;
+    if (object.fresh == fresh_rule::table) {
+        refresh_table_of(state.status_column);
+        row = row_by_rule(state, trapArgA);
+        if (row == 0) {
+            refuse_trap(state.unknown, {trapArgA});
+            return 0;
+        }
+    }
     for (const int col_id : object.rows)
         set_trap_row(col_id, row);
-    if (!is_cached(cols[object.state.status_column].first_var + row - 1))
-        return refuse_trap(object.state.missing, {trapArgA});
-    return 0;
+    if (!is_cached(cols[state.status_column].first_var + row - 1)) {
+        refuse_trap(state.missing, {trapArgA});
+        return 0;
+    }
+    return row;
 }
 
 int send_object_trap(const notification_definition& notification, const TrapToSend& trap, bool recheck) {
     const object_rule& object = *notification.object;
-    const int32_t row = find_object_row(object, trap.trapArgA);
-    if (row == 0 || bring_object_up_to_date(object, row, trap.trapArgA) != 0)
+    int32_t row = find_object_row(object, trap.trapArgA);
+    if (row != 0)
+        row = bring_object_up_to_date(object, row, trap.trapArgA);
+    if (row == 0)
         return 1;
     const trap_variables variables = {.owner = cols[object.state.owner_column].first_var + row - 1,
                                       .verify = cols[object.state.verify_column].first_var + row - 1,

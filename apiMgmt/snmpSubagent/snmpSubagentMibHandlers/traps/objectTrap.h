@@ -21,9 +21,9 @@ int send_device_trap(const TrapToSend& trap);
 /** The row (from 1) that trapArgA names; 0 after a logged refusal. */
 int32_t find_object_row(const object_rule& object, int32_t trapArgA);
 
-/** Refreshes the table when that is due now, and lets the notification show the row. 0, or 1 when there is no
-    such object, which is logged. */
-int bring_object_up_to_date(const object_rule& object, int32_t row, int32_t trapArgA);
+/** Refreshes the table if that is due now, and lets the notification show the object. Returns its row (from
+    1), which the refresh may have changed, or 0 after logging that there is no such object. */
+int32_t bring_object_up_to_date(const object_rule& object, int32_t row, int32_t trapArgA);
 
 /** The row (from 1) of the enclosure of a disk, from the disk's name "ENCLOSURE-SLOT": no value when the name
     does not tell, 0 when there is no such enclosure, which is logged. */

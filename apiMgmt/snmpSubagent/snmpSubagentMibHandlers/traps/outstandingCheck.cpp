@@ -47,7 +47,7 @@ void notify_change(const OutstandingTrap& record) {
         SUBAGENT_LOG(7, "found status uint32 change: prev: %d, current: %d\n",
                      static_cast<int32_t>(record.statusUint), static_cast<int32_t>(status.uint));
     else
-        SUBAGENT_LOG(7, "found status string change: prev: %s, current: %s\n", record.statusStr.c_str(),
+        SUBAGENT_LOG(7, "found status string change: prev: %s, current: %s\n", record.statusStr->c_str(),
                      status.str.c_str());
     TrapToSend command = record.command;
     if (is_number && status.uint == kStatusUp)
@@ -87,7 +87,7 @@ walk check_at_cursor() {
         log_no_value_kind(status.col_id);
         return walk::stay;
     }
-    if (!has_same_value(record.statusUint, record.statusStr, status))
+    if (!has_same_value(record.statusUint, *record.statusStr, status))
         notify_change(record);
     return walk::on_end;
 }
@@ -100,8 +100,8 @@ void log_record(const OutstandingTrap& record) {
         "statusVar col-id:%d, uint:%u, str:%s\n",
         command.eventIdA, command.eventIdB, command.eventIdC, command.trapNum, command.trapArgA,
         command.trapArgB, command.trapArgC, command.trapArgD, vars[record.ownerVar].col_id, record.ownerUint,
-        record.ownerStr.c_str(), vars[record.verifyVar].col_id, record.verifyUint,
-        vars[record.statusVar].col_id, record.statusUint, record.statusStr.c_str());
+        record.ownerStr->c_str(), vars[record.verifyVar].col_id, record.verifyUint,
+        vars[record.statusVar].col_id, record.statusUint, record.statusStr->c_str());
 }
 
 }  // namespace

@@ -1,8 +1,11 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/outstandingTraps.h"
 
+#include <algorithm>
+
 #include "apiMgmt/common/platform/clock.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/valueKind.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/trapCatalogue.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
 std::vector<std::unique_ptr<OutstandingTrap>> outstandingTraps;
@@ -58,11 +61,46 @@ void log_change(const OutstandingTrap& record, const TrapToSend& trap, const tra
         SUBAGENT_LOG(7,
                      "status string has changed - remove this outstanding trap: trapNum: %d, owenerOid: %d, "
                      "statusOid: %d, old status: %s, new status: %s\n",
-                     trap.trapNum, owner_col_id, status.col_id, record.statusStr.c_str(), status.str.c_str());
+                     trap.trapNum, owner_col_id, status.col_id, record.statusStr->c_str(),
+                     status.str.c_str());
 }
 
 bool is_good(const variable_entry& status, value_kind kind) {
     return kind == value_kind::text ? status.str == kGoodText : status.uint == kGoodValue;
+}
+
+// The record of the command's object, in whichever row the object was. The row cannot tell: a record that is
+// verified by its row number stays there when rows are packed again, until its own re-check.
+size_t find_record_of(const TrapToSend& trap) {
+    const object_rule& object = *find_notification(trap.trapNum)->object;
+    const bool is_component = *object.not_up != '\0';
+    const bool is_only_one = object.state.find == row_rule::one_or_two;
+    const auto found = std::ranges::find_if(outstandingTraps, [&](const auto& record) {
+        const TrapToSend& command = record->command;
+        return command.trapNum == trap.trapNum && (is_only_one || command.trapArgA == trap.trapArgA) &&
+               (!is_component || (command.trapArgB == trap.trapArgB && command.trapArgC == trap.trapArgC));
+    });
+    return found == outstandingTraps.end() ? kNoOutstandingTrap
+                                           : static_cast<size_t>(found - outstandingTraps.begin());
+}
+
+// A record in the object's row whose verify value says that it belongs to another object.
+size_t find_displaced_record(const trap_variables& variables) {
+    const size_t position = find_outstanding_trap(variables.owner);
+    const bool is_displaced = position != kNoOutstandingTrap &&
+                              outstandingTraps[position]->verifyUint != vars[variables.verify].uint;
+    return is_displaced ? position : kNoOutstandingTrap;
+}
+
+// The status that was notified last remains.
+void follow_object(OutstandingTrap& record, const trap_variables& variables) {
+    record.ownerVar = variables.owner;
+    record.ownerUint = vars[variables.owner].uint;
+    record.ownerStr = &vars[variables.owner].str;
+    record.verifyVar = variables.verify;
+    record.verifyUint = vars[variables.verify].uint;
+    record.statusVar = variables.status;
+    record.statusStr = &vars[variables.status].str;
 }
 
 }  // namespace
@@ -79,7 +117,7 @@ size_t find_outstanding_trap(int32_t ownerVar) {
                     return position;
                 break;
             case value_kind::text:
-                if (record.ownerStr == owner.str)
+                if (*record.ownerStr == owner.str)
                     return position;
                 break;
             case value_kind::none:
@@ -97,12 +135,12 @@ size_t add_outstanding_trap(const TrapToSend& trap, const trap_variables& variab
                                                       .timeLastChecked_us = now_us,
                                                       .ownerVar = variables.owner,
                                                       .ownerUint = vars[variables.owner].uint,
-                                                      .ownerStr = vars[variables.owner].str,
+                                                      .ownerStr = &vars[variables.owner].str,
                                                       .verifyVar = variables.verify,
                                                       .verifyUint = vars[variables.verify].uint,
                                                       .statusVar = variables.status,
                                                       .statusUint = vars[variables.status].uint,
-                                                      .statusStr = vars[variables.status].str});
+                                                      .statusStr = &vars[variables.status].str});
     return outstandingTraps.size() - 1;
 }
 
@@ -111,7 +149,10 @@ void remove_outstanding_trap(size_t position) {
 }
 
 int IsRedundantTrap(const TrapToSend& trap, const trap_variables& variables, bool recheck) {
-    // The caller has read the status anew: that was all.
+    const size_t known = find_record_of(trap);
+    if (known != kNoOutstandingTrap)
+        follow_object(*outstandingTraps[known], variables);
+    // The caller has re-read the status, which is all that it needs.
     if (recheck)
         return 1;
     const variable_entry& status = vars[variables.status];
@@ -121,14 +162,14 @@ int IsRedundantTrap(const TrapToSend& trap, const trap_variables& variables, boo
                      static_cast<int>(cols[status.col_id].data_type));
         return 1;
     }
-    const size_t position = find_outstanding_trap(variables.owner);
+    const size_t position = known != kNoOutstandingTrap ? known : find_displaced_record(variables);
     if (position != kNoOutstandingTrap) {
         const OutstandingTrap& record = *outstandingTraps[position];
         if (!is_cached(variables.status))
             return forget(position, trap, variables, "the var is no longer cached");
         if (record.verifyUint != vars[variables.verify].uint)
             return forget(position, trap, variables, "verify-value does not match");
-        if (has_same_value(record.statusUint, record.statusStr, status) &&
+        if (has_same_value(record.statusUint, *record.statusStr, status) &&
             trap.trapArgD != kClearingArgument) {
             log_redundant(trap, variables, kind);
             return 1;

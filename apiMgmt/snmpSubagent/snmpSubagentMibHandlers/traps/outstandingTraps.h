@@ -29,16 +29,17 @@ struct OutstandingTrap {
     int64_t timeAdded_us;
     int64_t timeLastChecked_us;
 
-    /** The numbers as they were when the record was made. The texts are the variables' own, as they are now:
-       a text owner matches by its variable alone. */
+    /** The numbers date from when the record was made; those of owner and verify from when it last followed
+        its object. The strings are the variables' own, with their present values: a string owner matches by
+        its variable alone. */
     int32_t ownerVar;
     uint32_t ownerUint;
-    const std::string& ownerStr;
+    const std::string* ownerStr;
     int32_t verifyVar;
     uint32_t verifyUint;
     int32_t statusVar;
     uint32_t statusUint;
-    const std::string& statusStr;
+    const std::string* statusStr;
 };
 
 /** In order of creation. */
@@ -63,8 +64,9 @@ size_t add_outstanding_trap(const TrapToSend& trap, const trap_variables& variab
 void remove_outstanding_trap(size_t position);
 
 /**
- * 1 when nothing is to be sent, 0 when the notification is to go out. Keeps the memory: an object that is not
- * Up gets a record, one that is healthy or gone loses it. With `recheck` set only answers 1.
+ * Returns 0 if the notification must be sent and 1 otherwise. Maintains the records: the object's record
+ * follows it to the row where it was found now, an object that is not Up gets a record, and one that is
+ * healthy or gone loses it. With `recheck` set, the record only follows and the result is 1.
  */
 int IsRedundantTrap(const TrapToSend& trap, const trap_variables& variables, bool recheck);
 
