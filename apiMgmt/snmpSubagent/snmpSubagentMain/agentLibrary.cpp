@@ -9,6 +9,7 @@
 
 #include "apiMgmt/common/platform/clock.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/answerSize.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestPace.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/netSnmpHeaders.h"
 
@@ -58,10 +59,13 @@ void refuse_as_too_big(netsnmp_session* session, const u_char* data) {
 extern "C" __attribute__((visibility("default"))) int agentx_parse(netsnmp_session* session, netsnmp_pdu* pdu,
                                                                    u_char* data, size_t length) {
     static const auto parse = reinterpret_cast<decltype(&agentx_parse)>(dlsym(RTLD_NEXT, "agentx_parse"));
-    if (length > kGreatestRequest && data[kTypeAt] >= kGet && data[kTypeAt] <= kTestSet) {
+    const bool is_request = length > kTypeAt && data[kTypeAt] >= kGet && data[kTypeAt] <= kTestSet;
+    if (is_request && length > kGreatestRequest) {
         refuse_as_too_big(session, data);
         return SNMPERR_TOO_LONG;
     }
+    if (is_request)
+        note_request_arrived(length);
     return parse(session, pdu, data, length);
 }
 

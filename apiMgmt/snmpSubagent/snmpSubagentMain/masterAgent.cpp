@@ -18,6 +18,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/shellCommand.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/pduWindow.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestPace.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
@@ -250,5 +251,7 @@ bool process_agent_events() {
     const int handled = agent_check();
     mib_mutex.Lock();
     end_agent_tick();
+    if (handled <= 0)
+        note_no_request_waits();
     return handled > 0;
 }

@@ -3,20 +3,17 @@
 #include <algorithm>
 #include <vector>
 
-#include "apiMgmt/common/platform/clock.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestPace.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
 int permission_to_process_pdu = 0;
 int pdu_failures = 0;
-int64_t next_pdu_slot_ms = 0;
 
 namespace {
 
 constexpr int kPdusPerTick = 10;
 constexpr int kGreatestFailures = 4;
-constexpr int64_t kPduSlotMs = 2;
-constexpr int64_t kBurstMs = 1000;
 
 struct pdu_of_tick {
     const netsnmp_agent_session* session = nullptr;
@@ -45,8 +42,7 @@ void end_agent_tick() {
 bool admit_pdu(const netsnmp_agent_request_info* info) {
     if (current_pdu.session != nullptr && current_pdu.session == info->asp)
         return true;
-    SnmpSubagentMibHandlers::pace_pdu_processing();
-    if (permission_to_process_pdu <= 0)
+    if (!keep_request_pace(info->asp->pdu->variables) || permission_to_process_pdu <= 0)
         return false;
     --permission_to_process_pdu;
     current_pdu = {info->asp, pdu_failures, false, {}};
@@ -75,16 +71,4 @@ void note_end_of_view(const netsnmp_variable_list* binding) {
 
 bool follows_end_of_view(const netsnmp_variable_list* binding) {
     return current_pdu.has_ended(binding) || (last_resp_was_endofmibview && current_pdu.ended.empty());
-}
-
-void SnmpSubagentMibHandlers::pace_pdu_processing() {
-    const int64_t now_ms = ClockNowMs();
-    const int64_t slot_ms = next_pdu_slot_ms + kPduSlotMs;
-    if (now_ms > slot_ms) {
-        next_pdu_slot_ms = now_ms + kPduSlotMs;
-        return;
-    }
-    if (slot_ms > now_ms + kBurstMs)
-        ClockSleepMicroseconds(kPduSlotMs * 1000);
-    next_pdu_slot_ms = slot_ms;
 }

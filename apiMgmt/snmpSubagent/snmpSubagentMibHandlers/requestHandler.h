@@ -28,9 +28,6 @@ extern int permission_to_process_pdu;
 /** Consecutive failed PDUs. The fifth closes the window for the rest of the tick. */
 extern int pdu_failures;
 
-/** Virtual clock of the pacing, in milliseconds. */
-extern int64_t next_pdu_slot_ms;
-
 /** Every GetList and Get asks for reduced objects while this is set. Written by the main thread only. */
 extern std::atomic<bool> liteObjEnabled;
 

@@ -1,9 +1,12 @@
+#include <map>
+
 #include "apiMgmt/common/platform/clock.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/enterpriseNumber.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/pduWindow.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestPace.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/setOperations.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapQueue.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibValues.h"
@@ -263,6 +266,40 @@ TEST_F(Window, PacesPdusToAboutFiveHundredASecond) {
     SnmpSubagentMibHandlers::pace_pdu_processing();
     EXPECT_EQ(next_pdu_slot_ms, ClockNowMs() + 2);
     EXPECT_EQ(transcript::take(), "");
+}
+
+TEST_F(Window, RejectsWhatExceedsThePaceInAnOverloadOnly) {
+    verbose = false;
+    const auto results_of = [](int pdus, size_t octets, size_t waiting) {
+        std::map<int, int> results;
+        for (int i = 0; i < pdus; ++i) {
+            note_no_request_waits();
+            for (size_t each = 0; each < waiting; ++each)
+                note_request_arrived(octets);
+            begin_agent_tick();
+            snmp_pdu_of_test pdu(MODE_GET);
+            ++results[pdu.ask("R.1.0").serve()];
+            fake_clock::advance(100);
+        }
+        return results;
+    };
+    using results = std::map<int, int>;
+    const string begin = "log 4 overload: ";
+    // Fast walkers have few requests under way, however long they walk.
+    EXPECT_EQ(results_of(10'000, 100, 50), (results{{SNMP_ERR_NOERROR, 10'000}}));
+    // Many requests wait for the pace until their managers have given up.
+    EXPECT_EQ(results_of(2'000, 100, 60), (results{{SNMP_ERR_NOERROR, 2'000}}));
+    EXPECT_EQ(transcript::take(), "");
+    EXPECT_GT(results_of(10'000, 100, 60)[SNMP_ERR_GENERR], 5'000);
+    EXPECT_EQ(transcript::take(), begin + "59 requests wait; rejecting those that exceed the pace$\n");
+    begin_agent_tick();
+    put("R.6.0", 3U);
+    EXPECT_EQ(get("R.6.0"), "R.6.0 = integer 3");  // nobody else asks for it
+    fake_clock::advance(600'000);
+    EXPECT_EQ(results_of(1, 100, 60), (results{{SNMP_ERR_NOERROR, 1}}));
+    EXPECT_TRUE(transcript::take().starts_with("log 4 overload is over: rejected "));
+    // Large ones take too much of snmpd's memory before that.
+    EXPECT_GT(results_of(700, 5'000, 60)[SNMP_ERR_GENERR], 100);
 }
 
 // ---- SET ----

@@ -1,0 +1,121 @@
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestPace.h"
+
+#include <array>
+#include <deque>
+#include <string_view>
+
+#include "apiMgmt/common/platform/clock.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
+
+int64_t next_pdu_slot_ms = 0;
+
+namespace {
+
+constexpr int64_t kPduSlot_ms = 2;
+constexpr int64_t kBurst_ms = 1000;
+
+// Managers that wait for each response have few requests under way, however fast they walk. More than these for so long
+// are an overload, and so are, immediately, as many as take two seconds at the pace or too much of snmpd's memory: it
+// needs some fifty octets for each octet of a request.
+constexpr size_t kFewRequests = 50;
+constexpr int64_t kPatience_ms = 5000;
+constexpr size_t kMostRequests = 1000;
+constexpr size_t kMostOctets = 256 * 1024;
+
+constexpr int64_t kRelief_ms = 500;  // for so long less than the pace was asked for: the overload is over
+constexpr int64_t kAgain_ms = 250;
+
+std::deque<size_t> waiting_requests;  // their sizes, oldest first
+size_t waiting_octets = 0;
+
+struct overload {
+    int64_t begin_ms = 0;  // since when many requests have waited; 0: they do not
+    bool is_shed = false;
+    uint64_t rejected = 0;
+};
+overload current;
+
+void note_request_served() {
+    if (waiting_requests.empty())
+        return;
+    waiting_octets -= waiting_requests.front();
+    waiting_requests.pop_front();
+}
+
+void end_overload() {
+    if (current.is_shed)
+        SUBAGENT_LOG(4, "overload is over: rejected %llu requests\n",
+                     static_cast<unsigned long long>(current.rejected));
+    current = {};
+}
+
+void look_for_overload(int64_t now_ms) {
+    if (current.is_shed)
+        return;
+    if (waiting_requests.size() <= kFewRequests) {
+        current.begin_ms = 0;
+        return;
+    }
+    if (current.begin_ms == 0)
+        current.begin_ms = now_ms;
+    current.is_shed = now_ms - current.begin_ms >= kPatience_ms || waiting_requests.size() > kMostRequests ||
+                      waiting_octets > kMostOctets;
+    if (current.is_shed)
+        SUBAGENT_LOG(4, "overload: %zu requests wait; rejecting those that exceed the pace\n",
+                     waiting_requests.size());
+}
+
+// Whether the name has just been asked for. Names share places, so a few are taken for others.
+bool is_asked_again(const netsnmp_variable_list* binding, int64_t now_ms) {
+    static std::array<int64_t, 4096> last_asked_ms{};
+    const std::string_view name(reinterpret_cast<const char*>(binding->name),
+                                binding->name_length * sizeof(oid));
+    int64_t& last_ms = last_asked_ms[std::hash<std::string_view>{}(name) % last_asked_ms.size()];
+    const bool is_again = now_ms - last_ms < kAgain_ms;
+    if (!is_again)
+        last_ms = now_ms;
+    return is_again;
+}
+
+}  // namespace
+
+void note_request_arrived(size_t octets) {
+    waiting_requests.push_back(octets);
+    waiting_octets += octets;
+}
+
+void note_no_request_waits() {
+    waiting_requests.clear();
+    waiting_octets = 0;
+}
+
+bool keep_request_pace(const netsnmp_variable_list* first_binding) {
+    note_request_served();
+    const int64_t now_ms = ClockNowMs();
+    const int64_t ahead_ms = next_pdu_slot_ms + kPduSlot_ms - now_ms;
+    if (ahead_ms > kBurst_ms) {
+        look_for_overload(now_ms);
+        if (current.is_shed) {
+            const bool is_again = is_asked_again(first_binding, now_ms);
+            current.rejected += is_again;
+            return !is_again;
+        }
+    } else if (ahead_ms < kBurst_ms - kRelief_ms) {
+        end_overload();
+    }
+    SnmpSubagentMibHandlers::pace_pdu_processing();
+    return true;
+}
+
+void SnmpSubagentMibHandlers::pace_pdu_processing() {
+    const int64_t now_ms = ClockNowMs();
+    const int64_t slot_ms = next_pdu_slot_ms + kPduSlot_ms;
+    if (now_ms > slot_ms) {
+        next_pdu_slot_ms = now_ms + kPduSlot_ms;
+        return;
+    }
+    if (slot_ms > now_ms + kBurst_ms)
+        ClockSleepMicroseconds(kPduSlot_ms * 1000);
+    next_pdu_slot_ms = slot_ms;
+}
