@@ -1,7 +1,6 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/mainLoop.h"
 
 #include <poll.h>
-#include <sched.h>
 
 #include "apiMgmt/common/platform/clock.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentComm/snmpSubagentComm.h"
@@ -21,8 +20,8 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
 // One iteration. Wherever it waits for the array, requests are served (serviceWait.h):
-//   rest             until something arrives, 10 ms at most; then one scan for a table to refresh. Neither of them
-//                    right after packets
+//   rest             until something arrives, 10 ms at most
+//   tables           one scan for a table to refresh
 //   array            one change that a manager has SET
 //   events           what the listener has taken in: one trap command per iteration; then one outstanding object
 //   log file         follow one that was moved, cut one that is too long
@@ -33,6 +32,8 @@
 namespace {
 
 constexpr int64_t kRestUs = 10 * kMillisecondUs;
+constexpr int64_t kServiceUs = 10 * kMillisecondUs;
+constexpr int64_t kLogCareUs = 100 * kMillisecondUs;
 constexpr time_t kSilence_s = 2;
 constexpr int kGreatestStrikes = 3;
 constexpr int kStrikeSleep_ms = 15'000;
@@ -43,14 +44,9 @@ int leave(int result) {
     return result;
 }
 
-void rest_and_scan_tables() {
-    if (pdu_was_processed) {
-        pdu_was_processed = false;
-        return;
-    }
-    // Trap commands wait while the array cannot be asked about their objects.
+// A request ends the wait. Trap commands wait while the array cannot be asked about their objects.
+void rest() {
     agent_wait(kRestUs, snmpSubagentComm->apimgr_ok() ? trap_queue_descriptor() : -1, POLLIN);
-    check_for_table_changes();
 }
 
 void serve_events() {
@@ -67,8 +63,19 @@ void serve_events() {
     check_outstanding_traps();
 }
 
+// Serves what has arrived, for at most this long. A request takes several events of the agent library.
+void serve_for(int64_t limit_us) {
+    const int64_t end_us = ClockNowUs() + limit_us;
+    while (process_agent_events() && ClockNowUs() < end_us) {
+    }
+}
+
 void care_for_log() {
     log_caught_signals();
+    static int64_t next_us = 0;  // each look at the file is a system call
+    if (ClockNowUs() < next_us)
+        return;
+    next_us = ClockNowUs() + kLogCareUs;
     reopen_redirected_log();
     truncate_subagent_log();
 }
@@ -114,14 +121,6 @@ links test_lost_apimgr(int* strikes_against_apimgr) {
     return links::struck;
 }
 
-// A slow array may have kept the pass busy for seconds. What came meanwhile, the last self-test's request
-// among it, is answered before the ping, which refuses all that it finds on its way.
-void serve_what_waits() {
-    const int64_t begin_us = ClockNowUs();
-    while (process_agent_events() && ClockNowUs() - begin_us < kSecondUs) {
-    }
-}
-
 links test_master_agent() {
     bool is_due = agentx_was_silent();
     if (!agent_has_main_session()) {
@@ -134,7 +133,9 @@ links test_master_agent() {
     }
     if (!is_due)
         return links::good;
-    serve_what_waits();
+    // What came in a long iteration, the last self-test's request among it, is served before the ping, which rejects
+    // all that it finds on its way.
+    serve_for(kSecondUs);
     return ping_agentx_master() == 0 && check_snmpget() == 0 ? links::good : links::agent_lost;
 }
 
@@ -182,8 +183,8 @@ int main_loop() {
     int strikes_against_apimgr = 0;
     const serving_exchanges scope;
     while (snmpSubagent_is_active && !abort_snmpSubagent) {
-        sched_yield();
-        rest_and_scan_tables();
+        rest();
+        check_for_table_changes();
         if (!snmpSubagent_is_active)
             return leave(1);
         perform_queued_set();
@@ -204,7 +205,7 @@ int main_loop() {
                 return leave(1);
         }
         watch_snmpd_memory();
-        pdu_was_processed = process_agent_events();
+        serve_for(kServiceUs);
     }
     log_caught_signals();
     SUBAGENT_LOG(4, "popped out of main_loop: snmpSubagent_is_active=%d, abort_snmpSubagent=%d\n",

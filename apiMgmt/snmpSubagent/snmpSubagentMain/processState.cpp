@@ -2,7 +2,6 @@
 
 std::atomic<bool> snmpSubagent_is_active{false};
 std::atomic<bool> abort_snmpSubagent{false};
-bool pdu_was_processed = false;
 int64_t last_mem_check_time_us = 0;
 std::string restart_command;
 

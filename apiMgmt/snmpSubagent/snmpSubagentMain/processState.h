@@ -18,9 +18,6 @@ extern std::atomic<bool> abort_snmpSubagent;
 
 // ---- main thread only ----
 
-/** The last process_agent_events handled at least one packet. */
-extern bool pdu_was_processed;
-
 /** Microseconds since the epoch: the last memory check. */
 extern int64_t last_mem_check_time_us;
 

@@ -1,7 +1,5 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
 
-#include <sched.h>
-
 #include <algorithm>
 #include <string>
 
@@ -142,7 +140,6 @@ int serve_bindings() {
         result = serve_binding();
         if (result != 0)
             break;
-        sched_yield();
         current_requestvb = current_requestvb->next_variable;
         if (current_requestvb != nullptr)
             SUBAGENT_LOG(7, "another var in same request:\n");
@@ -166,7 +163,6 @@ int serve_admitted(netsnmp_agent_request_info* info, netsnmp_request_info* reque
     requests = request;
     current_requestvb = request->requestvb;
     const int retVal = serve_bindings();
-    sched_yield();
     if (retVal == 0) {
         count_success();
         snmpErr = SNMP_ERR_NOERROR;

@@ -111,10 +111,14 @@ TEST_F(MainLoop, GoesThroughAPassInOrder) {
     EXPECT_EQ(last_mem_check_time_us, ClockNowUs());
 }
 
-TEST_F(MainLoop, RestsUnlessPacketsHaveJustCome) {
-    at_checks({nothing, [] { return 1; }, [] { return 3; }, [] { return -1; }, nothing});
+TEST_F(MainLoop, ServesWhatHasArrivedAndGoesOnAfterTenMilliseconds) {
+    const auto slow_request = [] {
+        fake_clock::advance(6'000);
+        return 1;
+    };
+    at_checks({nothing, [] { return 1; }, [] { return 3; }, [] { return -1; }, slow_request, slow_request, nothing});
     EXPECT_EQ(run(), string("wait 10000 us\nagent check\nwait 10000 us\nagent check\nagent check\nagent check\n"
-                            "wait 10000 us\nagent check\n") +
+                            "wait 10000 us\nagent check\nagent check\nwait 10000 us\nagent check\n") +
                          kSigterm + kPopped + "result 0");
 }
 
