@@ -16,7 +16,8 @@ WANTED_P99_MS, WANTED_GREATEST_MS = 10, 20
 
 INTERVAL_S = 0.02  # between GETs of the daemon's variables, on average
 # The floor: snmpd answers one request in three without the daemon, which shows how much of the latency is the
-# machine's and the client's. It also waits if snmpd itself does: its writes to a daemon that reads nothing block.
+# machine's and the client's. A daemon that reads nothing delays the floor as well, because snmpd blocks when
+# it writes to it.
 FLOOR_SHARE = 3
 FLOOR_OID = "1.3.6.1.2.1.1.3.0"  # sysUpTime
 FIRST_FLOOR = 1 << 24  # request number
