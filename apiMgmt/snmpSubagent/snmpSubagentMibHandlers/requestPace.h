@@ -8,8 +8,8 @@
 /**
  * The pace of SNMP service: about 500 PDUs per second, after a burst of as many. Normally a PDU that exceeds the pace
  * waits. Managers that do not wait for responses would fill the queues in front of the daemon and the memory of snmpd,
- * which restarts the service: while such an overload lasts, a PDU that exceeds the pace is rejected immediately instead,
- * unless nobody has just asked for its first name. So the other managers are still served. Main thread only.
+ * which restarts the service: while such an overload lasts, a PDU that exceeds the pace is rejected immediately instead.
+ * A small one for whose first name nobody has just asked is served, so that other managers still are. Main thread only.
  */
 
 /** Virtual clock of the pacing, in milliseconds. */
