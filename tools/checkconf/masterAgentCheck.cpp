@@ -22,8 +22,8 @@ namespace {
 
 using Directive = MasterAgentFile::Directive;
 
-// Two rests of 15 seconds while the array does not answer.
-constexpr int kLongestPass_s = 30;
+// A name in trapDest is resolved while requests wait: so long with three name servers that do not answer.
+constexpr int kLongestSilence_s = 12;
 
 constexpr const char* kAgentXSocket = "/var/agentx/master";
 
@@ -100,12 +100,12 @@ void CheckAddresses(const MasterAgentFile& file, Report& report) {
 
 void CheckPatience(const MasterAgentFile& file, Report& report) {
     const int timeout_s = file.Number("agentxtimeout").value_or(1);
-    if (timeout_s <= kLongestPass_s)
+    if (timeout_s <= kLongestSilence_s)
         report.Warn("agentXTimeout is " + std::to_string(timeout_s) +
-                    " s: snmpd gives the daemon up while it waits for the array, up to " +
-                    std::to_string(kLongestPass_s) + " s; 60 is good");
+                    " s: snmpd drops the daemon if no name server answers for " +
+                    std::to_string(kLongestSilence_s) + " s while it resolves trapDest; set 60");
     if (file.Number("agentxretries").value_or(5) != 0)
-        report.Warn("agentXRetries is not 0: snmpd repeats requests while the daemon waits for the array");
+        report.Warn("agentXRetries is not 0: snmpd repeats requests that wait for the daemon's pace; set 0");
 }
 
 void CheckSecrecy(const std::string& path, const MasterAgentFile& file, Report& report) {

@@ -301,7 +301,7 @@ TEST_F(Checkconf, IsNotEndedByAFolderInAFilesPlace) {
 
 TEST_F(Checkconf, WarnsOfAnImpatientOrIndiscreetMasterAgent) {
     const std::pair<string, const char*> rows[] = {
-        {"agentXTimeout 30\nagentXRetries 0\n", "agentXTimeout is 30 s"},
+        {"agentXTimeout 12\nagentXRetries 0\n", "agentXTimeout is 12 s"},
         {"agentXRetries 0\n", "agentXTimeout is 1 s"},
         {"agentXTimeout 60\n", "agentXRetries is not 0"},
         {"AGENTXTIMEOUT 60\nagentxretries 0\ncreateUser x SHA \"a passphrase\"\n", "it holds passphrases"},
