@@ -1,0 +1,84 @@
+"""Service that nothing interrupts: while the array is slow, hangs or is changed, and when there are too many requests."""
+
+import socket
+import threading
+import time
+
+from harness import berWriter, manager, mib, story, waiting
+
+AGENT = ("127.0.0.1", 161)
+NAME = mib.scalar("productName")
+
+
+class Service(story.SharedStory):
+    PRESET = "typical"
+
+    @classmethod
+    def launch(cls):
+        super().launch()
+        cls.pids = cls.daemon.pid(), cls.daemon.snmpd_pid()
+        cls.impatient = manager.Manager(timeout_s=1, retries=0)
+
+    def tearDown(self):
+        self.array.clear_faults()
+        self.assertEqual((self.daemon.pid(), self.daemon.snmpd_pid()), self.pids)
+
+    def served_until(self, condition, what, limit_s):
+        """Sends one GET after the other. Each has a second and no retry."""
+
+        def is_met():
+            self.assertEqual(self.impatient.value(NAME), "Vorn-Lumivant Tessera")
+            return condition()
+
+        waiting.wait_until(is_met, what, limit_s)
+
+    def test_a_slow_array(self):
+        """Every exchange then lasts longer than the time between two tests of the master agent."""
+        self.array.fault("delay", "3200")
+        begin = self.array.exchanges()
+        self.served_until(lambda: self.array.exchanges() >= begin + 5, "five slow exchanges", 90)
+
+    def test_one_set_with_many_values(self):
+        oid, begin = mib.scalar("sysContact"), self.array.exchanges("Modify", "Tessera")
+        self.array.fault("delay", "1500", "on", "Tessera")
+        answer = self.writer.set(*((oid, "s", f"contact {number}") for number in range(40)))
+        self.assertEqual(answer.status, 0, answer)
+        self.served_until(lambda: self.array.get("Tessera", 1, "Contact") == "contact 39", "the array has it", 60)
+        self.assertLessEqual(self.array.exchanges("Modify", "Tessera") - begin, 2)  # the last value is enough
+
+    def test_more_requests_than_are_served(self):
+        columns = [mib.oid("tsDiskName", row) for row in range(1, 101)]
+        large = berWriter.message("2c", "public", berWriter.pdu(
+            berWriter.GET, 1, [(oid, berWriter.NULL) for oid in columns]))
+        small = berWriter.message("2c", "public", berWriter.pdu(berWriter.GET, 1, [(columns[0], berWriter.NULL)]))
+        for packet, per_second in ((small, 5000), (large, 700)):
+            flood = threading.Thread(target=send, args=(packet, per_second, 12))
+            flood.start()
+            patient = manager.Manager(timeout_s=1, retries=3)
+            while flood.is_alive():
+                self.assertEqual(patient.value(NAME), "Vorn-Lumivant Tessera")
+                time.sleep(0.5)
+            flood.join()
+        self.daemon.wait_for_log("overload is over: rejected")
+
+    def test_z_a_hung_array(self):
+        """The last one: it ends the daemon in the middle of an exchange."""
+        self.array.fault("hang")
+        self.served_until(lambda: self.daemon.lines_with("no response to request"), "a log line", 60)
+        self.daemon.stop(5)
+        self.assertTrue(self.daemon.lines_with("given up after"))
+        type(self).pids = self.daemon.pid(), self.daemon.snmpd_pid()
+
+
+def send(packet, per_second, seconds):
+    with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as link:
+        begin, sent = time.monotonic(), 0
+        while (elapsed := time.monotonic() - begin) < seconds:
+            for _ in range(min(int(elapsed * per_second) - sent, 200)):
+                link.sendto(packet, AGENT)
+                sent += 1
+            time.sleep(0.01)
+
+
+if __name__ == "__main__":
+    story.tell()
