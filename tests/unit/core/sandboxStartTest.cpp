@@ -270,7 +270,7 @@ TEST(Daemon, StartsServesAndEnds) {
               kFirstSteps + kStartOfSnmpd + "agent become_subagent\n" + kFetches + kLibrary +
                   "agent ping\napi GetList TsController\n" + kSnmpget +
                   "sleep 1000 us\nagent check\nlog 4 snmpSubagent is up and running.$\n"
-                  "wait 5000 us\nreopen_redirected_log\ntruncate_subagent_log\n"
+                  "wait 10000 us\nreopen_redirected_log\ntruncate_subagent_log\n"
                   "open /bin/ps -o pid,rss 4711\nlog 4 no 1st or 2nd line of output from ps command: $\n" +
                   kKills +
                   "agent check\npid file\nlog 4 (((((((((((((((((( SIGTERM ))))))))))))))))))))$\n"
