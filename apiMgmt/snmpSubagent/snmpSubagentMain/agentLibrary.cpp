@@ -2,10 +2,10 @@
 
 #include <dlfcn.h>
 #include <poll.h>
-#include <sys/select.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <vector>
 
 #include "apiMgmt/common/platform/clock.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/answerSize.h"
@@ -98,23 +98,23 @@ int agent_check() {
 }
 
 bool agent_wait(int64_t timeout_us, int descriptor, short events) {
-    fd_set readable;
-    fd_set writable;
-    FD_ZERO(&readable);
-    FD_ZERO(&writable);
+    fd_set of_library;
+    FD_ZERO(&of_library);
     int count = 0;
     int block = 0;
     timeval timeout{.tv_sec = timeout_us / kSecondUs, .tv_usec = timeout_us % kSecondUs};
-    snmp_select_info(&count, &readable, &timeout, &block);
-    const bool is_watched = descriptor >= 0 && descriptor < FD_SETSIZE;
-    if (is_watched) {
-        FD_SET(descriptor, (events & POLLOUT) != 0 ? &writable : &readable);
-        count = std::max(count, descriptor + 1);
+    snmp_select_info(&count, &of_library, &timeout, &block);  // shortens the timeout to the library's next alarm
+    static std::vector<pollfd> watched;
+    watched.assign(1, {.fd = descriptor, .events = events, .revents = 0});
+    for (int each = 0; each < count; ++each) {
+        if (FD_ISSET(each, &of_library))
+            watched.push_back({.fd = each, .events = POLLIN, .revents = 0});
     }
-    const int ready = select(count, &readable, &writable, nullptr, &timeout);
+    const timespec limit{.tv_sec = timeout.tv_sec, .tv_nsec = timeout.tv_usec * 1000};
+    const int ready = ppoll(watched.data(), watched.size(), &limit, nullptr);
     if (ready < 0 && errno != EINTR)  // must not turn the wait into a spin
         ClockSleepMicroseconds(std::min(timeout_us, kMillisecondUs));
-    return ready > 0 && is_watched && (FD_ISSET(descriptor, &readable) || FD_ISSET(descriptor, &writable));
+    return ready > 0 && watched.front().revents != 0;
 }
 
 void agent_shutdown() {

@@ -3,6 +3,7 @@
 #include "apiMgmt/common/platform/clock.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/agentLibrary.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/masterAgent.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/serviceWait.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/startStep.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/agentAddress.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/registration.h"

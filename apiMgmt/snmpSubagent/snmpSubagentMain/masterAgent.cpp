@@ -13,12 +13,9 @@
 #include "apiMgmt/common/utils/pathConstants.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentComm/snmpSubagentComm.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/agentLibrary.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/serviceWait.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/shellCommand.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/pduWindow.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestPace.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
@@ -243,15 +240,4 @@ int ping_agentx_master() {
         SUBAGENT_LOG(4, "Error on ping to master agent\n");
     snmpSubagentComm->set_agentx_state(answered);
     return answered ? 0 : 1;
-}
-
-bool process_agent_events() {
-    begin_agent_tick();
-    mib_mutex.Unlock();
-    const int handled = agent_check();
-    mib_mutex.Lock();
-    end_agent_tick();
-    if (handled <= 0)
-        note_no_request_waits();
-    return handled > 0;
 }

@@ -31,6 +31,3 @@ int check_snmpget();
 
 /** 0 when the master agent answers an AgentX ping. */
 int ping_agentx_master();
-
-/** Opens the window in which requests are served, once. True when at least one packet was handled. */
-bool process_agent_events();
