@@ -5,8 +5,10 @@ find_package(Protobuf REQUIRED)
 find_package(EXPAT REQUIRED)
 find_package(CLI11 REQUIRED)
 find_package(nlohmann_json 3.11 REQUIRED)
-find_package(GTest REQUIRED)
-find_package(benchmark REQUIRED)
+if(BUILD_TESTING)
+  find_package(GTest REQUIRED)
+  find_package(benchmark REQUIRED)
+endif()
 find_package(Python3 3.11 REQUIRED COMPONENTS Interpreter)
 
 # Documents of a peer go through expat, so a version with its known holes closed is a must. Debian

@@ -15,10 +15,6 @@ usage_and_exit() {
     case $1 in -h | --help) exit 0 ;; *) exit 2 ;; esac
 }
 
-check_root() {
-    ((EUID == 0)) || fail "must be run as root: the daemon only ever runs in the sandbox, and only root can make one"
-}
-
 check_preset() {
     case $1 in
         release | debug | asan | tsan | coverage) ;;

@@ -88,7 +88,7 @@ class Run:
 
 
 def main():
-    machine.require_sandbox()
+    machine.require_sandbox("namespaces", "user")  # it mounts
     chosen = options()
     return Run(chosen.minutes, chosen.seed, chosen.preset, chosen.only).whole()
 

@@ -18,4 +18,4 @@ class Chaos(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    story.tell()
+    story.tell("namespaces", "user")  # it mounts

@@ -119,5 +119,5 @@ for number, path in enumerate(sorted(documents.paths(), key=lambda path: path ==
     setattr(Documents, f"test_{number:02}_{path}", test_of(path))
 
 if __name__ == "__main__":
-    machine.require_sandbox()
+    machine.require_sandbox("namespaces")
     unittest.main(verbosity=2)

@@ -182,7 +182,7 @@ class Version2(EveryNotification, TrapStory):
 
 class Inform(EveryNotification, TrapStory):
     VERSION = 3
-    LISTEN = DESTINATION = "::1"
+    LISTEN = DESTINATION = "::1" if machine.has_ipv6() else "127.0.0.1"
 
 
 if __name__ == "__main__":

@@ -28,11 +28,17 @@ class Receiver:
     def __init__(self, address="127.0.0.1", port=0):
         self.arrived = queue.SimpleQueue()
         self.socket = socket.socket(family_of(address), socket.SOCK_DGRAM)
-        self.socket.setsockopt(socket.SOL_SOCKET, 33, BUFFER_BYTES)  # SO_RCVBUFFORCE: beyond the system's limit
+        self.enlarge_buffer()
         self.socket.bind((address, port))
         self.address, self.port = self.socket.getsockname()[:2]
         self.thread = threading.Thread(target=self.receive, daemon=True)
         self.thread.start()
+
+    def enlarge_buffer(self):
+        try:
+            self.socket.setsockopt(socket.SOL_SOCKET, 33, BUFFER_BYTES)  # SO_RCVBUFFORCE: beyond the system's limit
+        except PermissionError:  # a container or a user namespace
+            self.socket.setsockopt(socket.SOL_SOCKET, socket.SO_RCVBUF, BUFFER_BYTES)
 
     def receive(self):
         while True:

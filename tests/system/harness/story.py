@@ -82,7 +82,7 @@ class SharedStory(Story):
         cls.end()
 
 
-def tell():
-    """Runs the tests of the file: what a test file calls at its end."""
-    machine.require_sandbox()
+def tell(*ways):
+    """Runs the tests of the file: what a test file calls at its end. See require_sandbox for the ways."""
+    machine.require_sandbox(*ways)
     unittest.main(verbosity=2)

@@ -1,0 +1,152 @@
+# The way 'container' of the sandbox: the container itself, whose files are replaced and restored. Read by
+# sandbox/sandbox.
+
+# The lock of the container. Not empty while a sandbox has its files in place.
+state=/run/snmpsubagent-sandbox
+aside=.before-sandbox
+# Everything that a run creates: the daemon, snmpd and the tests.
+taken_paths=(
+    /etc/{snmpd.conf,snmpSubagent.conf,wirelink.key,nsswitch.conf}
+    /tmp/{apps,chaos,manager,monitors,recording,trapd,wallClock,arraySim.model,arraySim.dump}
+    /var/{agentx,lib/snmp,lib/snmpsubagent} /var/log/{snmpSubagent.log,arraySim.log}
+    /run/{snmpd.pid,snmpSubagent.pid}
+    /mnt/{root,cores} /usr/local/sbin/snmpd /usr/local/bin/snmpget /dev/log
+)
+sockets=(/tmp/apimgr.sock /tmp/mcshim.sock /tmp/snmpsubagent.sock)
+programs=(snmpd snmpSubagent arraySim)
+
+# --- outside -----------------------------------------------------------------------------------------------
+
+# The first PID namespace of a machine has this number: a container that shares it shows the host's processes.
+has_own_processes() {
+    [[ $(readlink /proc/self/ns/pid) != "pid:[4026531836]" ]]
+}
+
+looks_like_container() {
+    [[ -e /.dockerenv || -e /run/.containerenv ]] && return
+    tr '\0' '\n' 2>/dev/null </proc/1/environ | grep -q '^container=' && return
+    systemd-detect-virt --quiet --container 2>/dev/null && return
+    [[ $(stat -f -c %T /) == overlayfs && $(</proc/1/comm) != @(init|systemd) ]]
+}
+
+container_allowed() {
+    ((EUID == 0)) || { echo "must be run as root"; return 1; }
+    [[ -z "${SNMPSUBAGENT_SANDBOX_RUN:-}" ]] || { echo "this is a sandbox already"; return 1; }
+    [[ "${SNMPSUBAGENT_SANDBOX:-}" == container ]] && return
+    has_own_processes || { echo "the processes of the whole machine are visible"; return 1; }
+    looks_like_container || { echo "this is no container"; return 1; }
+}
+
+describe_container() {
+    echo "this container itself; its files are restored afterwards"
+}
+
+# As a subreaper, the first process of the sandbox becomes the parent of everything that loses its own inside.
+run_container() {
+    exec /usr/bin/python3 -c 'import ctypes, os, sys
+PR_SET_CHILD_SUBREAPER = 36
+if ctypes.CDLL(None).prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0) != 0: sys.exit("sandbox: no subreaper here")
+os.execvp("env", ["env", "--default-signal=PIPE,XFSZ", "/bin/bash", *sys.argv[1:]])' "$script" "$@"
+}
+
+# --- inside ------------------------------------------------------------------------------------------------
+
+lock_container() {
+    exec 9>>"$state" || fail "could not write $state"
+    flock --nonblock 9 && return
+    echo "sandbox: waiting for another sandbox in this container" >&2
+    step flock 9
+}
+
+exists() {
+    [[ -e "$1" || -L "$1" ]]
+}
+
+# What belongs to somebody else and would be killed, replaced or in the way.
+check_container() {
+    local name path found
+    for name in "${programs[@]}"; do
+        found=$(pgrep --runstates RSDT --exact "$name" | tr '\n' ' ')
+        [[ -z "$found" ]] || fail "$name runs in this container (process ${found% }): stop it first; a run would kill it"
+    done
+    for path in "${sockets[@]}"; do
+        exists "$path" && fail "$path exists: stop the program that uses it, or remove it if there is none"
+    done
+    [[ -z $(ss -Hlun 'sport = :161'; ss -Hltn 'sport = :35003') ]] ||
+        fail "UDP port 161 or TCP port 35003 is in use in this container; the daemon and its snmpd need them"
+    for path in "${kept[@]}"; do
+        for found in "${taken_paths[@]}"; do
+            lies_below "$path" "$found" && fail "$path is in $found, which a run replaces: move it elsewhere"
+        done
+    done
+}
+
+# A container's /etc/hosts is often a mount point, so it cannot be renamed.
+put_files_aside() {
+    local path
+    for path in "${taken_paths[@]}"; do
+        exists "$path" && step mv -T "$path" "$path$aside"
+    done
+    step cp -a /etc/hosts "/etc/hosts$aside"
+    echo taken >"$state"
+}
+
+# Emptying the state comes in between, so that a run that was killed in here can be continued by the next.
+restore_files() {
+    local path
+    if [[ -s "$state" ]]; then
+        rm -rf "${taken_paths[@]}" "${sockets[@]}"
+        : >"$state"
+    fi
+    for path in "${taken_paths[@]}"; do
+        exists "$path$aside" || continue
+        exists "$path" && fail "both $path and $path$aside exist: remove one of them"
+        step mv -T "$path$aside" "$path"
+    done
+    exists "/etc/hosts$aside" && step cp -a "/etc/hosts$aside" /etc/hosts && rm "/etc/hosts$aside"
+}
+
+# Kills what the command has left. What a killed process leaves becomes a child of this one in turn.
+kill_children() {
+    local file line pids=(none)
+    while ((${#pids[@]} > 0)); do
+        pids=()
+        for file in /proc/[0-9]*/stat; do
+            { read -r line <"$file"; } 2>/dev/null || continue
+            [[ "${line##*) }" == [!ZX]" $$ "* ]] && pids+=("${line%% *}")
+        done
+        ((${#pids[@]} == 0)) || kill -KILL "${pids[@]}" 2>/dev/null
+    done
+}
+
+# What a sandbox has left that was killed itself.
+kill_marked_processes() {
+    local file
+    for file in /proc/[0-9]*/environ; do
+        grep -qzs '^SNMPSUBAGENT_SANDBOX_RUN=' "$file" && kill -KILL "$(basename "$(dirname "$file")")"
+    done
+}
+
+leave_container() {
+    trap '' INT TERM HUP
+    kill_children
+    restore_files
+}
+
+prepare_container() {
+    lock_container
+    if [[ -s "$state" ]]; then
+        echo "sandbox: cleaning up after a sandbox that was killed" >&2
+        kill_marked_processes
+    fi
+    restore_files
+    check_container
+    trap leave_container EXIT
+    put_files_aside
+    step install -m 644 "$defaults/nsswitch.conf" /etc
+    step cp "$defaults/hosts" /etc/hosts
+    echo "127.0.0.1 $(hostname)" >>/etc/hosts
+    make_daemon_folders ""
+    [[ "$bare" == yes ]] || make_default_files ""
+    export SNMPSUBAGENT_SANDBOX_RUN=$$
+}
