@@ -119,11 +119,14 @@ kill_children() {
     done
 }
 
-# What a sandbox has left that was killed itself.
+# What a sandbox has left that was killed itself. A container's root often cannot read the environment of another
+# user's process, but snmpd runs under this name only while a sandbox has its files in place.
 kill_marked_processes() {
-    local file
-    for file in /proc/[0-9]*/environ; do
-        grep -qzs '^SNMPSUBAGENT_SANDBOX_RUN=' "$file" && kill -KILL "$(basename "$(dirname "$file")")"
+    local process
+    for process in /proc/[0-9]*; do
+        grep -qzs '^SNMPSUBAGENT_SANDBOX_RUN=' "$process/environ" ||
+            grep -qzs '^/usr/local/sbin/snmpd$' "$process/cmdline" || continue
+        kill -KILL "${process#/proc/}" 2>/dev/null
     done
 }
 

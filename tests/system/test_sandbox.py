@@ -11,6 +11,7 @@ from harness import machine, waiting
 
 SANDBOX = os.path.join(machine.REPOSITORY, "sandbox", "sandbox")
 MADE = subprocess.run([SANDBOX, "--which"], capture_output=True, text=True, check=False).stdout.strip()
+ORDINARY_USER = ["setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"] if os.geteuid() == 0 else []
 PRIVATE = ("/etc", "/tmp", "/var", "/run", "/mnt", "/usr/local", "/dev")
 
 
@@ -110,7 +111,7 @@ class ItIsPrepared(unittest.TestCase):
                                 "|| true", "--bare"), "")
 
     def test_a_repository_or_build_folder_in_a_private_folder_stays_in_its_place(self):
-        for home in ("/tmp", "/var/tmp", "/mnt"):
+        for home in filter(lambda folder: os.access(folder, os.W_OK), ("/tmp", "/var/tmp", "/mnt")):
             with self.subTest(home=home), tempfile.TemporaryDirectory(dir=home) as folder:
                 clone = os.path.join(folder, "clone")
                 build = os.path.join(folder, "build")
@@ -163,14 +164,10 @@ class ItEndsCleanly(unittest.TestCase):
                 self.assertIn(text, result.stderr)
 
     def test_a_way_that_does_not_work_is_not_taken(self):
-        for way, user, text in (("namespaces", ["setpriv", "--reuid=65534", "--clear-groups"], "must be run as root"),
-                                ("container", ["setpriv", "--reuid=65534", "--clear-groups"], "must be run as root"),
-                                ("namespaces", ["setpriv", "--bounding-set=-sys_admin"], "Operation not permitted"),
-                                ("chroot", [], "allowed are namespaces, user and container")):
-            with self.subTest(way=way, user=user):
-                if user and os.geteuid() != 0:
-                    self.skipTest("needs root")
-                result = subprocess.run([*user, SANDBOX, "true"], capture_output=True, text=True, check=False,
+        for way, text in (("namespaces", "must be run as root"), ("container", "must be run as root"),
+                          ("chroot", "allowed are namespaces, user and container")):
+            with self.subTest(way=way):
+                result = subprocess.run([*ORDINARY_USER, SANDBOX, "true"], capture_output=True, text=True, check=False,
                                         env={**os.environ, "SNMPSUBAGENT_SANDBOX": way})
                 self.assertEqual(result.returncode, 125)
                 self.assertIn(text, result.stderr)
@@ -178,9 +175,7 @@ class ItEndsCleanly(unittest.TestCase):
 
 class WithoutRoot(unittest.TestCase):
     def test_snmpd_changes_to_its_user_and_answers(self):
-        # Not every machine lets its users do so.
-        user = ["setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"] if os.geteuid() == 0 else []
-        user = ["env", "SNMPSUBAGENT_SANDBOX=user", *user]
+        user = ["env", "SNMPSUBAGENT_SANDBOX=user", *ORDINARY_USER]
         if subprocess.run([*user, SANDBOX, "--which"], capture_output=True, check=False).returncode != 0:
             self.skipTest("needs user namespaces")
         shown = inside("id -u; stat -c %U /etc /etc/wirelink.key; "
