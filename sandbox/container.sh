@@ -6,7 +6,7 @@ state=/run/snmpsubagent-sandbox
 aside=.before-sandbox
 # Everything that a run creates: the daemon, snmpd and the tests.
 taken_paths=(
-    /etc/{snmpd.conf,snmpSubagent.conf,wirelink.key,nsswitch.conf}
+    /etc/{hosts,snmpd.conf,snmpSubagent.conf,wirelink.key,nsswitch.conf}
     /tmp/{apps,chaos,manager,monitors,recording,trapd,wallClock,arraySim.model,arraySim.dump}
     /var/{agentx,lib/snmp,lib/snmpsubagent} /var/log/{snmpSubagent.log,arraySim.log}
     /run/{snmpd.pid,snmpSubagent.pid}
@@ -81,13 +81,16 @@ check_container() {
     done
 }
 
-# A container's /etc/hosts is often a mount point, so it cannot be renamed.
+# A container's /etc/hosts is often a mount point, which cannot be renamed.
 put_files_aside() {
     local path
     for path in "${taken_paths[@]}"; do
-        exists "$path" && step mv -T "$path" "$path$aside"
+        if mountpoint -q "$path"; then
+            step cp -aT "$path" "$path$aside"
+        elif exists "$path"; then
+            step mv -T "$path" "$path$aside"
+        fi
     done
-    step cp -a /etc/hosts "/etc/hosts$aside"
     echo taken >"$state"
 }
 
@@ -95,15 +98,19 @@ put_files_aside() {
 restore_files() {
     local path
     if [[ -s "$state" ]]; then
-        rm -rf "${taken_paths[@]}" "${sockets[@]}"
+        rm -rf "${taken_paths[@]}" "${sockets[@]}" 2>/dev/null
         : >"$state"
     fi
     for path in "${taken_paths[@]}"; do
         exists "$path$aside" || continue
-        exists "$path" && fail "both $path and $path$aside exist: remove one of them"
-        step mv -T "$path$aside" "$path"
+        if mountpoint -q "$path"; then
+            step cp -aT "$path$aside" "$path"
+            rm -rf "$path$aside"
+        else
+            exists "$path" && fail "both $path and $path$aside exist: remove one of them"
+            step mv -T "$path$aside" "$path"
+        fi
     done
-    exists "/etc/hosts$aside" && step cp -a "/etc/hosts$aside" /etc/hosts && rm "/etc/hosts$aside"
 }
 
 # Kills what the command has left. What a killed process leaves becomes a child of this one in turn.
