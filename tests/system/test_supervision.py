@@ -43,7 +43,8 @@ class TheMasterAgent(story.Story):
         self.daemon.wait_for_log(RESTART, 90)
         self.daemon.wait_for_log(daemon.UP, 90, times=2)
         waiting.wait_until(lambda: not machine.is_running(old_daemon), "the old daemon has ended")
-        self.assertEqual(machine.processes_named("snmpSubagent"), [self.daemon.pid()])
+        # A child of the daemon has its name until it has become another program.
+        waiting.wait_until(lambda: machine.processes_named("snmpSubagent") == [self.daemon.pid()], "one daemon runs")
         self.assertNotEqual(self.daemon.snmpd_pid(), old_snmpd)
         self.assertEqual(len(machine.processes_named("snmpd")), 1)
         self.assertEqual(self.manager.value(mib.oid("tsCtlrName", 1)), self.name)
@@ -96,8 +97,9 @@ class TheMasterAgent(story.Story):
         words = machine.read_file(f"/proc/{self.daemon.snmpd_pid()}/cmdline").rstrip("\0").split("\0")
         self.assertEqual(words, ["/usr/local/sbin/snmpd", "-c", "/etc/snmpd.conf", "-p", "/var/run/snmpd.pid",
                                  "-LS 5d", "-Lf /dev/null", "-u", "daemon", "-r"])
-        links = [os.readlink(f"/proc/{self.daemon.snmpd_pid()}/fd/{number}") for number in range(3)]
-        self.assertEqual(links, ["/dev/null"] * 3)
+        if machine.WAY != "container":  # where root often may not see the descriptors of another user's process
+            links = [os.readlink(f"/proc/{self.daemon.snmpd_pid()}/fd/{number}") for number in range(3)]
+            self.assertEqual(links, ["/dev/null"] * 3)
         self.daemon.stop()
         self.assertEqual(machine.processes_named("snmpd"), [])
 
