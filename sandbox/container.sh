@@ -67,7 +67,7 @@ check_container() {
     local name path found
     for name in "${programs[@]}"; do
         found=$(pgrep --runstates RSDT --exact "$name" | tr '\n' ' ')
-        [[ -z "$found" ]] || fail "$name runs in this container (process ${found% }): stop it first; a run would kill it"
+        [[ -z "$found" ]] || fail "$name runs in this container (process ${found% }); stop it: a run would kill it"
     done
     for path in "${sockets[@]}"; do
         exists "$path" && fail "$path exists: stop the program that uses it, or remove it if there is none"
@@ -122,18 +122,22 @@ kill_children() {
             { read -r line <"$file"; } 2>/dev/null || continue
             [[ "${line##*) }" == [!ZX]" $$ "* ]] && pids+=("${line%% *}")
         done
-        ((${#pids[@]} == 0)) || kill -KILL "${pids[@]}" 2>/dev/null
+        ((${#pids[@]} == 0)) || { kill -KILL "${pids[@]}" 2>/dev/null; sleep 0.05; }
     done
 }
 
 # What a sandbox has left that was killed itself. A container's root often cannot read the environment of another
 # user's process, but snmpd runs under this name only while a sandbox has its files in place.
 kill_marked_processes() {
-    local process
-    for process in /proc/[0-9]*; do
-        grep -qzs '^SNMPSUBAGENT_SANDBOX_RUN=' "$process/environ" ||
-            grep -qzs '^/usr/local/sbin/snmpd$' "$process/cmdline" || continue
-        kill -KILL "${process#/proc/}" 2>/dev/null
+    local process found=yes
+    while [[ -n "$found" ]]; do
+        found=""
+        for process in /proc/[0-9]*; do
+            grep -qzs '^SNMPSUBAGENT_SANDBOX_RUN=' "$process/environ" ||
+                grep -qzs '^/usr/local/sbin/snmpd$' "$process/cmdline" || continue
+            kill -KILL "${process#/proc/}" 2>/dev/null
+            found=yes
+        done
     done
 }
 
