@@ -2,7 +2,7 @@
 
 import unittest
 
-from harness import mib, story, trapLists
+from harness import machine, mib, story, trapLists
 from harness.receiver import Receiver, Trapd
 from harness.trapStory import COMMUNITY, IDS, MARK, TrapStory
 from harness.traps import Event
