@@ -8,6 +8,7 @@ aside=.before-sandbox
 taken_paths=(
     /etc/{hosts,snmpd.conf,snmpSubagent.conf,wirelink.key,nsswitch.conf}
     /tmp/{apps,chaos,manager,monitors,recording,trapd,wallClock,arraySim.model,arraySim.dump}
+    /tmp/{demonstration.txt,open.key,wrong.key}
     /var/{agentx,lib/snmp,lib/snmpsubagent} /var/log/{snmpSubagent.log,arraySim.log}
     /run/{snmpd.pid,snmpSubagent.pid}
     /mnt/{root,cores} /usr/local/sbin/snmpd /usr/local/bin/snmpget /dev/log
@@ -99,6 +100,7 @@ restore_files() {
     local path
     if [[ -s "$state" ]]; then
         rm -rf "${taken_paths[@]}" "${sockets[@]}" 2>/dev/null
+        find /dev/shm -name '*faketime_*' -newer "$state" -delete
         : >"$state"
     fi
     for path in "${taken_paths[@]}"; do

@@ -1,5 +1,8 @@
 # What the scripts share; they read it with the repository's root as working directory.
 
+# An ordinary user's PATH lacks the directories of some programs that the tests run.
+export PATH=$PATH:/usr/sbin:/sbin
+
 say() {
     printf '\n== %s\n' "$*"
 }
