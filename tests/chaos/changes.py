@@ -1,15 +1,16 @@
-"""The array's own life: values move, objects fail and recover, come and go, and it tells of it."""
+"""The array's own life: values move, objects fail, recover, go and return, and the array reports it, or fails to."""
 
 import random
 import threading
 import time
 import traceback
 
-from harness import waiting
+from harness import management
+from harness.traps import Event, arguments
 
-from . import ledger
+from . import ledger, spares
 from .ledger import Doubt
-from .notices import DELIVERY_S
+from .states import KINDS, PARTS, UP
 
 PAUSE_S = (0.3, 1.5)
 # Kind, attribute, and how its new value is drawn.
@@ -22,89 +23,164 @@ VALUES = (("TsControllerFanSensor", "CurrentRpm", lambda r: r.randint(4001, 1399
           ("TsServer", "PathCount", lambda r: r.randint(0, 8)),
           ("TsDisk", "Size", lambda r: r.randint(10**9, 10**10)),
           ("TsControllerVoltageSensor", "CurrentVoltage", lambda r: f"{r.uniform(11, 13):.2f}"))
-# Kinds that fail and recover, with the number of their notification.
-FAILING = (("TsDisk", 202), ("TsVolume", 208), ("TsServer", 209), ("TsUps", 212), ("TsEnclosure", 205))
-COMING = ("TsVolume", "TsDisk")  # and going; always the last one, so that no other object changes its row
+NUMBERS = (*KINDS, *{number for number, _ in PARTS.values()})
+MOST = 16  # objects that are unhealthy, or have been
+AT_ONCE = (1, 1, 2, 4)
+# How long a status lasts: long enough for a notification, or for some re-checks. Only a re-check finds a change without
+# an event.
+WITH_EVENT_S, WITHOUT_EVENT_S = ((25, 45), (70, 150)), (160, 240)
+AWAY_S = (40, 120)
+MOVING = ("TsController", "TsEnclosure", "TsUps", "TsControllerFanSensor", "TsDisk", "TsVolume", "TsServer")
+NEVER_NEW = ("TsController", "TsEnclosure", "TsControllerFanSensor")  # these return as what they were
 
 
 class Changes(threading.Thread):
     def __init__(self, world, seed):
         super().__init__(daemon=True, name="the array's own changes")
-        self.world = world
+        self.world, self.states = world, world.states
         self.random = random.Random(f"{seed} changes")
-        self.added = {}
-        self.failed = None  # see healthy_one
-        self.change = None  # the latest of which a notification is due
+        self.busy = {}  # subjects whose status must last, and until when
+        self.away = {}  # by kind: until when, and what went: (kind, place, element)
+        self.added = 0
 
     def run(self):
         while not self.world.stopping.wait(self.random.uniform(*PAUSE_S)):
+            action = self.random.choice((self.move, self.move, self.misc, self.tell, self.tell_of_device, self.repeat,
+                                         self.go_or_return, self.fail_or_recover, self.fail_or_recover))
             try:
-                self.random.choice((self.move, self.move, self.misc, self.tell, self.come_or_go,
-                                    self.fail_or_recover))()
+                with self.world.array_lock:
+                    action()
             except Exception:  # what breaks here must not pass for a quiet array
                 if not self.world.stopping.is_set():
                     self.world.book.doubt(Doubt(ledger.BROKEN, self.name, 0, 0, traceback.format_exc()))
 
-    def any(self, kind):
-        return self.random.choice(self.world.objects[kind])
+    # --- values and texts
 
     def move(self):
         kind, attribute, draw = self.random.choice(VALUES)
-        self.world.change("set", kind, self.any(kind)["Index"], attribute, draw(self.random))
+        chosen = self.random.choice(self.world.objects[kind])
+        self.world.change("set", kind, chosen["Index"], attribute, draw(self.random))
 
     def misc(self):
         """An alert in words, told by the array itself."""
-        with self.world.array_lock:
-            if self.world.has_events:
-                _, text = self.world.notices.new_mark()
-                self.world.array.tell("misc", text)
+        if self.world.has_events:
+            self.world.array.tell("misc", self.world.notices.new_mark()[1])
 
     def tell(self):
         """An event straight to the daemon's socket."""
         self.world.notices.tell(self.random.choice((1, 1, 5)))
 
-    def come_or_go(self):
-        kind = self.random.choice(COMING)
-        if kind in self.added:
-            self.world.change("remove", kind, self.added.pop(kind))
-        else:
-            # It is in an enclosure, and called like the others.
-            more = (f"EnclosureIndex={self.any('TsEnclosure')['Index']}",) if kind == "TsDisk" else ()
-            self.added[kind] = self.world.change("add", kind, *more).split()[-1]
+    def tell_of_device(self):
+        """An event that names neither disk nor enclosure."""
+        if self.world.has_events:
+            self.world.array.tell("scsi", self.world.notices.new_mark()[0].number, self.random.randint(1, 99))
+
+    # --- statuses
+
+    def repeat(self):
+        """Reports the status of an object once more."""
+        found = [subject for subject in self.busy if subject in self.states.current]
+        if found:
+            subject = self.random.choice(found)
+            standing = self.states.current[subject]
+            numbers = arguments(self.world.objects, subject.number, PARTS.get(standing.kind, (0, 0))[1], standing.element)
+            event = Event((1, 2, 3), subject.number, *numbers, text=f"again@@@'{subject.name}' is as it was")
+            self.states.repeat(subject, time.monotonic())
+            try:
+                management.send(management.trap(event.command()))
+            except OSError:
+                pass  # nobody takes it
 
     def fail_or_recover(self):
-        """One object at a time; it stays as it is until its notification has come or ought to have."""
-        if self.change and not self.change.came and time.monotonic() - self.change.begin < self.patience_s():
+        now = time.monotonic()
+        due = [subject for subject, until in self.busy.items() if until <= now]
+        for subject in due:
+            standing = self.states.current.get(subject)
+            if standing is None or standing.status == UP:
+                del self.busy[subject]
+                continue
+            status = self.random.choice([each for each in ("Up", "Up", "Up", "Down", "Degraded")
+                                         if self.value(subject, each) != self.status_of(standing)])
+            self.put(subject, status, is_told=self.random.random() < 0.6)
             return
-        if self.change:
-            self.change.until = time.monotonic()
-        # Who has not heard of the latest state may take the next for no news.
-        is_news = self.change is None or self.change.came
-        if self.failed is None:
-            self.failed = self.healthy_one()
-            self.change = self.failed and self.to("Down", "fail", is_news)
-        else:
-            self.change = self.to("Up", "recover", is_news)
-            self.failed = None
+        if not due:
+            for _ in range(self.random.choice(AT_ONCE)):
+                self.fail_one()
+
+    def fail_one(self):
+        number = self.random.choice(NUMBERS)
+        found = [subject for subject, standing in self.states.current.items()
+                 if subject.number == number and self.is_free(subject, standing)]
+        if found and len(self.busy) < MOST and not (number == 204 and "TsController" in self.away):
+            self.put(self.random.choice(found), self.random.choice(("Down", "Degraded")), is_told=True)
+
+    def is_free(self, subject, standing):
+        return standing.status == UP and subject not in self.busy
 
     @staticmethod
-    def patience_s():
-        return (DELIVERY_S + 1) * waiting.PATIENCE
+    def value(subject, status):
+        return str(status == "Up") if subject.number == 211 else status
 
-    def healthy_one(self):
-        """(kind, API index, number of its notification, name) of an object; None when none is to be had."""
-        kind, number = self.random.choice(FAILING)
-        found = [each for each in self.world.objects[kind]
-                 if each["Status"] == "Up" and each["Index"] != self.added.get(kind)]
-        if not found:
-            return None
-        chosen = self.random.choice(found)
-        return kind, chosen["Index"], number, chosen["Name"]
+    @staticmethod
+    def status_of(standing):
+        return standing.element["PortsBalanced" if standing.kind == "Tessera" else "Status"]
 
-    def to(self, status, verb, is_news):
-        kind, index, number, name = self.failed
-        with self.world.array_lock:
-            is_due = is_news and self.world.has_events
-            change = self.world.notices.expect_change(number, name, status) if is_due else None
-            self.world.change(verb, kind, index)
-        return change
+    def put(self, subject, status, is_told):
+        element, kind = self.states.current[subject].element, self.states.current[subject].kind
+        value, attribute = self.value(subject, status), "PortsBalanced" if kind == "Tessera" else "Status"
+        if not is_told:
+            self.world.replace({name: [{**each, attribute: value} if each is element else each for each in found]
+                                for name, found in self.world.objects.items()})
+        elif kind == "Tessera":
+            self.world.change("set", kind, 1, attribute, value)
+        elif status == "Up":
+            self.world.change("recover", kind, element["Index"])
+        else:
+            self.world.change("fail", kind, element["Index"], status)
+        lasting = self.random.choice(WITH_EVENT_S) if is_told else WITHOUT_EVENT_S
+        self.busy[subject] = time.monotonic() + self.random.uniform(*lasting)
+
+    # --- rows
+
+    def go_or_return(self):
+        now = time.monotonic()
+        kind = self.random.choice([each for each in MOVING if each not in self.away or self.away[each][0] <= now] or [None])
+        if kind in self.away:
+            self.bring_back(kind, *self.away.pop(kind)[1])
+        elif kind:
+            self.take_away(kind)
+
+    def take_away(self, kind):
+        """Removes an object that may be ahead of others."""
+        free = [standing.element for subject, standing in self.states.current.items()
+                if standing.kind == kind and self.is_free(subject, standing) and self.may_go(standing)]
+        if not free:
+            return
+        chosen = self.random.choice(free[:(len(free) + 1) // 2])
+        index = chosen["Index"]
+        gone = [(name, place, each) for name, key in ((kind, "Index"), ("TsDiskConfiguration", "DiskIndex"))
+                for place, each in enumerate(self.world.objects[name])
+                if each[key] == index and (name == kind or kind == "TsDisk")]
+        self.world.change("remove", kind, index)
+        self.away[kind] = time.monotonic() + self.random.uniform(*AWAY_S), gone
+
+    def may_go(self, standing):
+        """Disks need their enclosure. Events name components of a controller by its row, and so mean others when it moves."""
+        if standing.kind == "TsEnclosure":
+            return int(standing.element["Index"]) >= spares.FIRST_INDEX
+        return standing.kind != "TsController" or len(self.world.objects["TsController"]) > 1 and not any(
+            subject.number == 204 for subject in self.busy)
+
+    def bring_back(self, kind, *gone):
+        """Where it was, or another one at the end of the list."""
+        if kind in NEVER_NEW or self.random.random() < 0.5:
+            objects = {name: list(found) for name, found in self.world.objects.items()}
+            for name, place, element in gone:
+                objects[name].insert(place, element)
+            self.world.replace(objects)
+            return
+        self.added += 1
+        element = gone[0][2]
+        more = (f"EnclosureIndex={element['EnclosureIndex']}",) if kind == "TsDisk" else ()
+        name = f"{element['EnclosureIndex']}-{100 + self.added}" if kind == "TsDisk" else f"new-{self.added}"
+        self.world.change("add", element["ObjectType"], f"Name={name}", *more)

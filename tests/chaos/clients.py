@@ -8,7 +8,9 @@ import traceback
 from harness import ber, berWriter, mib
 
 from . import ledger, snmp
+from .history import KIND_OF_TABLE
 from .ledger import Doubt
+from .states import KINDS
 
 STRANGERS = (mib.ROOT + ".99.0", mib.oid("tsDiskName", 1999), mib.oid("tsCtlrFanName", 3, 1), mib.oid("productName"),
              "1.3.6.1.4.1.913.4711.0", "1.3.6.1.4.1.27405.7.7")
@@ -152,8 +154,9 @@ class Setter(Client):
         self.counted(self.assign(mib.scalar(name), value))
 
     def force_trap(self):
-        oids = [oid for oid in self.world.known_oids() if mib.arcs(oid)[:-1] in FORCE_TRAPS]
-        self.counted(self.assign(self.random.choice(oids), "ForceTrap"))
+        oid = self.random.choice([oid for oid in self.world.known_oids() if mib.arcs(oid)[:-1] in FORCE_TRAPS])
+        self.world.notices.force(FORCE_TRAPS[mib.arcs(oid)[:-1]])
+        self.counted(self.assign(oid, "ForceTrap"))
 
     def set_what_is_refused(self):
         """A value that is none, an instance that cannot be set, and somebody who may not."""
@@ -166,7 +169,10 @@ class Setter(Client):
             self.judge.doubt(ledger.VALUE, self.name, exchange, f"{oid} was set", oid, ("STRING", value))
 
 
-FORCE_TRAPS = {tuple(column.oid) for column in mib.MIB.columns
+# Columns that ask for a notification about a whole object, with its number.
+FORCE_TRAPS = {tuple(column.oid): next(number for number, kind in KINDS.items()
+                                       if kind == KIND_OF_TABLE[column.table.name])
+               for column in mib.MIB.columns
                if column.table and column.name.endswith("ForceTrap") and column.table.parent == "none"}
 
 

@@ -98,6 +98,10 @@ class History:
         with self.lock:
             self.lies.append(lie)
 
+    def was_lied_about(self, kind, begin, end):
+        with self.lock:
+            return any(lie.kind == kind and lie.begin <= end and begin <= lie.end for lie in self.lies)
+
     # --- what may be read
 
     def horizon(self, sent):

@@ -1,51 +1,69 @@
-"""Notifications: which are due, and which have come."""
+"""Notifications: the marks that must come out once, and a Notice for each that is about an object."""
 
 import re
 import threading
 import time
+from collections import namedtuple
 from dataclasses import dataclass
 
 from harness import array, ber, machine, management, mib, waiting
+from harness.trapLists import COMPONENTS, OBJECTS
 from harness.traps import COLD_START, NOTIFICATIONS, TRAP_OID
 
+from .history import column_of
 from .timeline import EVENTS
 
 MARK = re.compile(rb"chaos-(\d+)-")
 COMMUNITY = "watch.tower"
 # So many seconds without a fault are enough for anything that waits in the daemon.
 DELIVERY_S = 20
-TRACE_LINE = re.compile(r"event\s+delivered\s.*chaos-(\d+)-")
-
-STATUS_NAMES = {"Up": 1, "Down": 2, "Degraded": 3}
-# Columns of the status and of the name, by the number of the notification.
-OBJECT_COLUMNS = {202: (28, 29), 205: (38, 39), 207: (108, 109), 208: (116, 117), 209: (121, 122), 212: (145, 146)}
+TRACE_LINE = re.compile(r"event\s+delivered\s.*(?:chaos-|device of type )(\d+)\b")
+DEVICE_TYPE, ALERT_STATE, ALERT_TEXT, COMPONENT, COMPONENT_STATUS, COMPONENT_NAME = 165, 175, 173, 170, 167, 168
+NUMBERS_ON_THE_WIRE = 2**32  # a negative enumeration is sent as an unsigned value
 
 
 @dataclass
 class Mark:
-    """A text that must come out once. taken: when the daemon had it, None while nobody knows."""
+    """An event that must come out once. taken: when the daemon had it, None while nobody knows."""
     number: int
     told: float
     taken: float = None
     came: int = 0
 
 
-@dataclass
-class Change:
-    """An object took a status of which a notification must tell before `until`."""
-    number: int
-    name: bytes
-    status: int
-    begin: float
-    until: float = None
-    came: bool = False
+# A notification about an object. cells: (OID, (type, value)) of its table columns, as a GET would return them.
+Notice = namedtuple("Notice", "arrival number shown_as status alert_state text cells")
+
+
+def notice_of(arrival, number, notification):
+    """The Notice in a notification of 202 to 212."""
+    values, cells = {}, []
+    for each in notification.bindings:
+        column = column_of(each.oid)
+        if column is None:
+            continue
+        value = each.value
+        if column.type == "enumeration":
+            value -= NUMBERS_ON_THE_WIRE if value >= NUMBERS_ON_THE_WIRE // 2 else 0
+            cells.append((each.oid, ("INTEGER", value)))
+        else:
+            cells.append((each.oid, (each.type, value)))
+        values[column.number] = value.decode() if isinstance(value, bytes) else value
+    if number in OBJECTS:
+        trap = OBJECTS[number]
+        shown_as, status = (number, values.get(trap.name, "")), values[trap.status]
+    else:
+        component, parent = values[COMPONENT], OBJECTS[number - 1].name
+        shown_as, status = (number, values[parent], component, values[COMPONENT_NAME]), values[COMPONENT_STATUS]
+    own = [cell for cell in cells if column_of(cell[0]).table]
+    return Notice(arrival, number, shown_as, status, values[ALERT_STATE], values.get(ALERT_TEXT, ""), own)
 
 
 class Notices:
     def __init__(self, timeline, receiver):
         self.timeline, self.receiver = timeline, receiver
         self.lock = threading.Lock()
-        self.marks, self.changes = {}, []
+        self.marks, self.about_objects, self.forced = {}, [], []
         self.received = self.cold_starts = 0
         self.strange = []
         threading.Thread(target=self.collect, daemon=True).start()
@@ -70,33 +88,32 @@ class Notices:
             mark.taken = time.monotonic()
         return [mark for mark, _ in pairs]
 
+    def force(self, number):
+        """An event without an alert text is about to be sent, about any object of this number."""
+        with self.lock:
+            self.forced.append((time.monotonic(), number))
+
     def read_trace(self):
         """What the array's own record says of the events that went through it."""
         for number in TRACE_LINE.findall(machine.read_file(array.OUTPUT)):
             mark = self.marks[int(number)]
             mark.taken = mark.taken or mark.told
 
-    def expect_change(self, number, name, status):
-        change = Change(number, name.encode(), STATUS_NAMES[status], time.monotonic())
-        with self.lock:
-            self.changes.append(change)
-        return change
-
     # --- what comes
 
     def collect(self):
         while True:
             try:
-                datagram = self.receiver.take_datagram(3600)[1]
+                arrival, datagram = self.receiver.take_datagram(3600)
             except waiting.WaitedInVain:
                 continue
             try:
                 with self.lock:
-                    self.take(ber.read(datagram))
+                    self.take(arrival, ber.read(datagram))
             except (ber.Malformed, KeyError, ValueError, StopIteration) as error:
                 self.strange.append(f"{error}: {datagram.hex()}")
 
-    def take(self, notification):
+    def take(self, arrival, notification):
         self.received += 1
         if notification.community != COMMUNITY:
             raise ber.Malformed(f"community {notification.community}")
@@ -108,8 +125,10 @@ class Notices:
             found = MARK.search(values[mib.scalar("trapMiscAlertText")])
             if found:
                 self.marks[int(found.group(1))].came += 1
-        elif number in OBJECT_COLUMNS:
-            self.take_change(number, notification.bindings)
+        elif number == 213:
+            self.marks[values[mib.scalar("trapSIDeviceType")]].came += 1
+        elif number in OBJECTS or number in (204, 206):
+            self.about_objects.append(notice_of(arrival, number, notification))
 
     @staticmethod
     def number_of(notification):
@@ -118,14 +137,6 @@ class Notices:
             return notification.specific
         identity = next(binding.value for binding in notification.bindings if binding.oid == TRAP_OID)
         return 0 if identity == COLD_START else int(identity.removeprefix(NOTIFICATIONS + ".0."))
-
-    def take_change(self, number, bindings):
-        status, name = (next(each.value for each in bindings if each.oid.startswith(prefix(column)))
-                        for column in OBJECT_COLUMNS[number])
-        for change in reversed(self.changes):
-            if (change.number, change.name) == (number, name):
-                change.came = change.came or change.status == status
-                return
 
     # --- the last word
 
@@ -137,29 +148,17 @@ class Notices:
         end = life.end if life.end is not None else time.monotonic()
         return self.timeline.undisturbed_s(mark.taken, end) >= DELIVERY_S
 
-    def is_change_due(self, change):
-        until = change.until or time.monotonic()
-        return until - change.begin >= DELIVERY_S * waiting.PATIENCE and not self.timeline.is_disturbed(
-            EVENTS, change.begin - 1, until) and not self.timeline.life_ended(change.begin, until)
-
     def summary(self):
         self.read_trace()
         marks = list(self.marks.values())
         taken = [mark for mark in marks if mark.taken or mark.came]
         missed = [mark for mark in taken if not mark.came]
         lost = [mark for mark in missed if self.is_due(mark) and not self.was_without_descriptors(mark)]
-        changes = [change for change in self.changes if self.is_change_due(change) or change.came]
         return {"received": self.received, "told": len(marks), "taken": len(taken),
                 "came": sum(bool(mark.came) for mark in marks), "lost": lost, "gone": len(missed) - len(lost),
-                "twice": [mark for mark in marks if mark.came > 1], "changes": len(changes),
-                "changes lost": [change for change in changes if not change.came],
-                "changes excused": len(self.changes) - len(changes), "cold starts": self.cold_starts,
+                "twice": [mark for mark in marks if mark.came > 1], "cold starts": self.cold_starts,
                 "strange": self.strange}
 
     def was_without_descriptors(self, mark):
         """A notification needs one, and nobody tries twice."""
         return "descriptors run out" in self.timeline.disturbing(EVENTS, mark.taken, mark.taken + DELIVERY_S)
-
-
-def prefix(column):
-    return ".".join(map(str, mib.MIB.columns[column].oid)) + "."

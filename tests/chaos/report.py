@@ -1,9 +1,13 @@
 """What a run has found, for people; and the verdict."""
 
+from collections import Counter
+
 from harness import daemon
 
 from . import ledger, vitals
-from .notices import Change, Mark
+from .notices import Mark
+from .states import Change
+from .statusJudge import Finding, StatusJudge
 
 SHOWN = 5  # examples of each fault that was found
 REFUSED_PERCENT = 1
@@ -14,6 +18,7 @@ class Report:
     def __init__(self, world, began):
         self.world, self.began = world, began
         self.notices = world.notices.summary()
+        self.statuses = StatusJudge(world.states, world.history, world.notices)
         self.comparisons = vitals.comparisons(world.timeline)
         self.faulty = {kind: world.judge.faulty(kind) for kind in ledger.KINDS}
         self.problems = []
@@ -32,8 +37,11 @@ class Report:
         if isinstance(found, Mark):
             return f"{found.told - self.began:.1f} s, text {found.number}: received {found.came} times"
         if isinstance(found, Change):
-            return (f"{found.begin - self.began:.1f} s, {found.name.decode()} to status {found.status}: "
-                    f"no trap {found.number}")
+            how = "" if found.told else ", without an event"
+            return (f"{found.begin - self.began:.1f} s, '{found.subject.name}' to status {found.status}{how}: "
+                    f"no trap {found.subject.number}")
+        if isinstance(found, Finding):
+            return f"{found.moment - self.began:.1f} s, {found.text}"
         return str(found)
 
     def line(self, what, *cells):
@@ -82,13 +90,26 @@ class Report:
         self.line("   gone with a daemon that ended", found["gone"])
         self.line("   lost", self.must_be_none("notifications lost", found["lost"]))
         self.line("   received twice", self.must_be_none("notifications received twice", found["twice"]))
-        self.line("changes of status due / received",
-                  f"{found['changes']} / {found['changes'] - len(found['changes lost'])}",
-                  f"({found['changes excused']} more during outages)")
-        self.must_be_none("changes of status not notified", found["changes lost"])
+        self.show_statuses()
         self.line("cold starts / daemons", f"{found['cold starts']} / {len(self.world.timeline.lives)}")
         self.line("datagrams that are no notification",
                   self.must_be_none("datagrams that are no notification", found["strange"]))
+
+    def show_statuses(self):
+        judge, states = self.statuses, self.world.states
+        silent = sum(not change.told for change in judge.due)
+        self.line("changes of status / due / received",
+                  f"{len(states.changes)} / {len(judge.due)} / {len(judge.due) - len(judge.lost)}",
+                  f"({silent} due by a re-check alone)")
+        self.must_be_none("changes of status not notified", judge.lost)
+        self.line("notifications about objects", len(judge.notices), "by number: " + ", ".join(
+            f"{number} {count}" for number, count in sorted(Counter(each.number for each in judge.notices).items())))
+        self.line("   of a state that the object did not have",
+                  self.must_be_none("notifications of a wrong state", judge.wrong))
+        self.line("   repeated without news", self.must_be_none("notifications repeated without news", judge.repeated))
+        self.line("   repeated every minute",
+                  self.must_be_none("objects notified every minute without end", judge.endless))
+        self.line("rows came, went or moved", sum(map(len, states.moves.values())))
 
     def show_processes(self):
         watch = self.world.watch

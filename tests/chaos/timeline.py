@@ -3,8 +3,9 @@
 import threading
 from dataclasses import dataclass, field
 
-# What a fault may take away from others: answers to requests, notifications, or nothing.
-REQUESTS, EVENTS = "requests", "events"
+# What a fault may take away from others: answers to requests, notifications, the daemon's records of unhealthy
+# objects, or nothing.
+REQUESTS, EVENTS, RECORDS = "requests", "events", "records"
 NOTICED_S = 0.5  # an end is noticed by then
 
 

@@ -14,6 +14,8 @@ from .history import History
 from .judge import Judge
 from .ledger import Ledger
 from .notices import COMMUNITY, Notices
+from .spares import with_spares
+from .states import States
 from .timeline import Timeline
 from .watch import Watch
 
@@ -32,7 +34,7 @@ class World:
         self.stopping = threading.Event()
         self.array_lock = threading.RLock()  # whoever changes the array or what it holds
         self.timeline, self.book = Timeline(), Ledger()
-        self.history = History(self.timeline)
+        self.history, self.states = History(self.timeline), States(self.timeline)
         self.judge = Judge(self.history, self.book)
         self.array, self.has_events, self.objects = array.Array(), True, None
         self.failures = []  # what must hold and does not, beyond the counts
@@ -53,7 +55,7 @@ class World:
                                  trapCommun=COMMUNITY, trapVer=self.version)
         machine.write_file(machine.MODE_CONF, "isdebugmode=false\n")
         self.notices = Notices(self.timeline, self.receiver)
-        self.start_array(array.preset(self.preset), since=0)
+        self.start_array(with_spares(array.preset(self.preset)), since=0)
         wallClock.set_to(0)
         self.keeper = subprocess.Popen([sys.executable, KEEPER], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                                        text=True, env={**daemon.Daemon.environment(), **wallClock.environment()})
@@ -90,19 +92,27 @@ class World:
             since = time.monotonic() if since is None else since
             self.has_events = events
             self.array.start(*(("small", "--events") if events else ("small",)), objects=objects)
-            self.remember(since)
+            self.remember(since, told=False)
 
     def change(self, *words):
         """Tells the array a command, and keeps what it has become."""
         with self.array_lock:
             since = time.monotonic()
             answer = self.array.tell(*words)
-            self.remember(since)
+            self.remember(since, told=self.has_events)
             return answer
 
-    def remember(self, since):
+    def replace(self, objects):
+        """Gives the array other objects, of which it sends no event."""
+        with self.array_lock:
+            since = time.monotonic()
+            self.array.load(objects)
+            self.remember(since, told=False)
+
+    def remember(self, since, told):
         self.objects = self.array.dump()
         self.history.record(self.objects, since)
+        self.states.record(self.objects, since, told)
 
     def known_oids(self):
         return self.history.oids()

@@ -9,7 +9,7 @@ from harness import management
 from harness.expected import LONGEST_TEXT
 
 from ..history import KIND_OF_TABLE, Lie
-from ..timeline import EVENTS
+from ..timeline import EVENTS, RECORDS, REQUESTS
 from .kind import Kind, no_words
 
 KINDS_OF_OBJECT = sorted(set(KIND_OF_TABLE.values()))
@@ -68,6 +68,7 @@ def ask_for(world, kind):
         number, first, *others = QUESTIONS[kind]
         first = {FIRST: world.objects[kind][0].get("Index"),
                  OF_ENCLOSURE: world.objects["TsEnclosure"][0]["Index"]}.get(first, first)
+        world.notices.force(number)
         management.send(management.trap(f"1 2 3 {number} {first} {' '.join(map(str, others))} 0 of a fault"))
 
 
@@ -133,14 +134,16 @@ def gone(world, words):
 
 STRIKE_S = 20  # the daemon's pause after a failed test
 
+ALL, NOTICES = (REQUESTS, EVENTS, RECORDS), (EVENTS, RECORDS)
+
 KINDS = (
-    Kind("the array breaks its frames", draw_frames, told, recovery_s=STRIKE_S),
-    Kind("the array's documents are bad", draw_document, told, disturbs=(EVENTS,), seconds=(5, 10)),
-    Kind("the array lies", draw_lie, lied, disturbs=(EVENTS,), seconds=(5, 10)),
-    Kind("the array is slow", draw_delay, told, seconds=(4, 9)),
-    Kind("the array hangs", lambda _: ("hang",), hung),
-    Kind("the array stalls", no_words, stalled),
-    Kind("the array does not listen", lambda _: ("stop-listening",), told, seconds=(1, 4), recovery_s=STRIKE_S),
-    Kind("the array is restarted", draw_return, gone, seconds=(0, 4), recovery_s=STRIKE_S),
-    Kind("the array stays away", draw_return, gone, restarts=True, seconds=(45, 60), recovery_s=15),
+    Kind("the array breaks its frames", draw_frames, told, ALL, recovery_s=STRIKE_S),
+    Kind("the array's documents are bad", draw_document, told, NOTICES, seconds=(5, 10)),
+    Kind("the array lies", draw_lie, lied, NOTICES, seconds=(5, 10)),
+    Kind("the array is slow", draw_delay, told, ALL, seconds=(4, 9)),
+    Kind("the array hangs", lambda _: ("hang",), hung, ALL),
+    Kind("the array stalls", no_words, stalled, ALL),
+    Kind("the array does not listen", lambda _: ("stop-listening",), told, ALL, seconds=(1, 4), recovery_s=STRIKE_S),
+    Kind("the array is restarted", draw_return, gone, ALL, seconds=(0, 4), recovery_s=STRIKE_S),
+    Kind("the array stays away", draw_return, gone, ALL, restarts=True, seconds=(45, 60), recovery_s=15),
 )

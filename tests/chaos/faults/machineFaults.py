@@ -7,6 +7,7 @@ from contextlib import contextmanager, suppress
 from harness import daemon, machine, waiting, wallClock
 
 from .. import processes
+from ..timeline import EVENTS, RECORDS, REQUESTS
 from .kind import NOTHING, Kind, no_words
 
 FILLER = "/var/log/filler"
@@ -79,5 +80,5 @@ KINDS = (
     Kind("the disk of the log is full", no_words, disk_full, disturbs=NOTHING, recovery_s=3),
     Kind("descriptors run out", lambda random: (random.choice(("0", "1", "3")),), no_descriptors, restarts=True,
          recovery_s=40),
-    Kind("the clock steps", draw_steps, clock_stepped, seconds=(4, 7), recovery_s=10),
+    Kind("the clock steps", draw_steps, clock_stepped, (REQUESTS, EVENTS, RECORDS), seconds=(4, 7), recovery_s=10),
 )

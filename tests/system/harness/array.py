@@ -25,7 +25,7 @@ class Array:
         """objects: those of a dump, changed at will, in place of the preset's."""
         source = ["--preset", preset]
         if objects is not None:
-            machine.write_file(MODEL, json.dumps({"serial": SERIAL, "objects": objects}))
+            self.write_model(objects)
             source = ["--model", MODEL]
         with open(OUTPUT, "ab") as output:
             begin = output.tell()
@@ -33,6 +33,15 @@ class Array:
                                             stdin=subprocess.DEVNULL, stdout=output, stderr=output)
         waiting.wait_until(lambda: self.is_ready(begin), "the simulated array is ready", 60)
         return self
+
+    @staticmethod
+    def write_model(objects):
+        machine.write_file(MODEL, json.dumps({"serial": SERIAL, "objects": objects}))
+
+    def load(self, objects):
+        """Replaces its objects, without an event."""
+        self.write_model(objects)
+        self.tell("load", MODEL)
 
     def is_ready(self, begin):
         if self.process.poll() is not None:

@@ -22,9 +22,17 @@ LISTS = {
 PLAIN_TEXT = (1, 2, 3, 4, 5, 6, 7, 8, 100, 101)
 
 SUPPORT = ": Contact Vorn Support Services."
-# object of the array; columns of its row; column of the API index by which it is found, None: see row_of; columns of
-# status and owner; advice.
-ObjectTrap = namedtuple("ObjectTrap", "kind columns index status owner advice")
+
+class ObjectTrap(namedtuple("ObjectTrap", "kind columns index status owner advice")):
+    """Object of the array; columns of its row; column of the API index by which it is found, None: see row_of; columns of
+    status and owner; advice."""
+
+    @property
+    def name(self):
+        """The column of its name; None for the array."""
+        return self.columns[2] if len(self.columns) > 1 else None
+
+
 OBJECTS = {
     202: ObjectTrap("tsDisk", (27, 28, 29, 30, 31, 177), 32, 28, 27, "Disk is Down: Schedule disk replacement."),
     203: ObjectTrap("tsController", (16, 17, 18), None, 17, 16, "Controller is Down" + SUPPORT),

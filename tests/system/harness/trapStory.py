@@ -103,9 +103,10 @@ class TrapStory(story.SharedStory):
         kind = capital(trapLists.OBJECTS[number].kind)
         if number == 211:
             return Case(Event(ids, number, 1, text=text), kind, "1", "PortsBalanced", "True", "False", "odd")
-        index = cls.index_of(kind, place)
-        argument = place % len(cls.array.dump()[kind]) + 1 if number == 210 else int(index)
-        return Case(Event(ids, number, argument, text=text), kind, index)
+        dump = cls.array.dump()
+        element = dump[kind][place]
+        numbers = traps.arguments(dump, number, 0, element)
+        return Case(Event(ids, number, *numbers, text=text), kind, element["Index"])
 
     @classmethod
     def component_case(cls, number, component, parent, place, ids=IDS, text=""):
@@ -113,10 +114,9 @@ class TrapStory(story.SharedStory):
         kind, dump = capital(trapLists.COMPONENTS[number, component].kind), cls.array.dump()
         owner, tag = ("TsController", "ControllerIndex") if number == 204 else ("TsEnclosure", "EnclosureIndex")
         parents = [each["Index"] for each in dump[owner]]
-        rows = [each["Index"] for each in dump[kind] if each[tag] == parents[parent]]
-        first = parents.index(parents[parent]) + 1 if number == 204 else int(parents[parent])
-        third = int(rows[place]) - 1 if (number, component) == (204, 1) else rows.index(rows[place]) + 1
-        return Case(Event(ids, number, first, component, third, text=text), kind, rows[place])
+        element = [each for each in dump[kind] if each[tag] == parents[parent]][place]
+        numbers = traps.arguments(dump, number, component, element)
+        return Case(Event(ids, number, *numbers, text=text), kind, element["Index"])
 
     @classmethod
     def cases(cls, place, ids=IDS, text=""):

@@ -35,6 +35,26 @@ class Event(namedtuple("Event", "ids number a b c d text", defaults=(0, 0, 0, 0,
         return octets(self.command())[len(self.numbers()):LONGEST_COMMAND]
 
 
+def arguments(objects, number, component, element):
+    """The first three arguments of the event about an object of the array. component: 0 for whole objects."""
+    def row(found):
+        return [each.get("Index") for each in found].index(element.get("Index")) + 1
+
+    if number == 211:
+        return 1, 0, 0
+    if not component:
+        return row(objects["TsControllerCacheCard"]) if number == 210 else int(element["Index"]), 0, 0
+    kind = COMPONENTS[number, component].kind
+    siblings = objects[kind[0].upper() + kind[1:]]
+    if number == 204:
+        parent = [each["Index"] for each in objects["TsController"]].index(element["ControllerIndex"]) + 1
+        siblings = [each for each in siblings if each["ControllerIndex"] == element["ControllerIndex"]]
+    else:
+        parent = int(element["EnclosureIndex"])
+        siblings = [each for each in siblings if each["EnclosureIndex"] == element["EnclosureIndex"]]
+    return parent, component, int(element["Index"]) - 1 if (number, component) == (204, 1) else row(siblings)
+
+
 class Refused(Exception):
     """The event is dropped, with this line in the daemon's log."""
 

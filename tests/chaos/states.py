@@ -1,0 +1,121 @@
+"""The status of every object that a notification can be about, over time, and the events that were sent about it."""
+
+import threading
+from collections import defaultdict, namedtuple
+from dataclasses import dataclass
+
+from harness import mib
+from harness.expected import STATUS, truth_value
+from harness.trapLists import COMPONENTS, OBJECTS
+
+from .history import KIND_OF_TABLE, Track
+
+UP = 1
+ARRAY = ""  # stands for the name of the array, of which a notification says nothing
+# Number of the notification of a component's parent, and the attribute that holds the parent's index.
+PARENTS = {204: (203, "ControllerIndex"), 206: (205, "EnclosureIndex")}
+ATTRIBUTES = {entry.column.number: entry.attribute for refresh in mib.MIB.refreshes for entry in refresh.entries}
+KINDS = {number: KIND_OF_TABLE[mib.MIB.columns[trap.status].table.name] for number, trap in OBJECTS.items()}
+PARTS = {KIND_OF_TABLE[mib.MIB.columns[row.status].table.name]: key for key, row in COMPONENTS.items()}
+
+# An object, by the number of its notification and its name.
+Subject = namedtuple("Subject", "number name")
+# shown_as: the name by which a notification refers to the object; parent: None for whole objects.
+Standing = namedtuple("Standing", "kind element status shown_as parent")
+
+
+@dataclass
+class Change:
+    """A status that an object had from begin to until (None: still). told: the array sent an event."""
+    subject: Subject
+    status: int
+    begin: float
+    told: bool
+    until: float = None
+
+
+# An event about an object. is_repeat: it reports no change.
+Telling = namedtuple("Telling", "moment subject is_repeat")
+
+
+def standings(objects):
+    """{subject: Standing} of all objects that have a row."""
+    found = {}
+    for number, kind in KINDS.items():
+        for each in objects.get(kind, []):
+            name = ARRAY if number == 211 else each["Name"]
+            status = truth_value(each["PortsBalanced"]) if number == 211 else STATUS[each["Status"]]
+            found[Subject(number, name)] = Standing(kind, each, status, (number, name), None)
+    for kind, (number, component) in PARTS.items():
+        owner, tag = PARENTS[number]
+        names = {each["Index"]: each["Name"] for each in objects.get(KINDS[owner], [])}
+        shown = ATTRIBUTES[COMPONENTS[number, component].name]
+        for each in objects.get(kind, []):
+            if each[tag] in names:
+                parent = names[each[tag]]
+                found[Subject(number, each["Name"])] = Standing(
+                    kind, each, STATUS[each["Status"]], (number, parent, component, each[shown]), Subject(owner, parent))
+    return found
+
+
+class States:
+    def __init__(self, timeline):
+        self.timeline = timeline
+        self.lock = threading.Lock()
+        self.tracks = {}  # the status of each subject; None while it has no row
+        self.current = {}
+        self.known = {}  # the latest Standing of each subject, gone ones included
+        self.shown = {}  # subjects by the names that notifications use
+        self.changes, self.tellings = [], []
+        self.orders, self.moves = {}, defaultdict(list)  # indexes of each list, and when the list changed
+
+    def record(self, objects, since, told):
+        """The objects of the array are these now. told: the array reports changes of status."""
+        found = standings(objects)
+        with self.lock:
+            for subject in found.keys() | self.current.keys():
+                self.take(subject, found.get(subject), since, told)
+            self.current = found
+            for kind in KINDS.values():
+                order = [each.get("Index") for each in objects.get(kind, [])]
+                if self.orders.get(kind, order) != order:
+                    self.moves[kind].append(since)
+                self.orders[kind] = order
+
+    def take(self, subject, standing, since, told):
+        track = self.tracks.setdefault(subject, Track())
+        if standing:
+            self.known[subject] = standing
+            self.shown[standing.shown_as] = subject
+        status = standing and standing.status
+        before = track.latest()
+        if track.values and before == status:
+            return
+        if not track.values and since:
+            track.put(None, 0)
+        track.put(status, since)
+        latest = next((each for each in reversed(self.changes) if each.subject == subject), None)
+        if latest and latest.until is None:
+            latest.until = since
+        if before is not None and status is not None:
+            self.changes.append(Change(subject, status, since, told))
+            if told:
+                self.tellings.append(Telling(since, subject, False))
+
+    def repeat(self, subject, moment):
+        """An event that reports the status of a subject once more."""
+        with self.lock:
+            self.tellings.append(Telling(moment, subject, True))
+
+    def between(self, subject, begin, end):
+        """All that its status was between these times, None included."""
+        return self.tracks[subject].between(begin, end) if subject in self.tracks else [None]
+
+    def was_all_the_time(self, subject, begin, end, status=None):
+        """Whether it had a row, and a status if one is given, from begin to end."""
+        found = self.between(subject, begin, end)
+        return None not in found if status is None else found == [status]
+
+    def has_moved(self, number, begin, end):
+        """Whether rows of its kind of object came, went or moved."""
+        return any(begin <= moment <= end for moment in self.moves[KINDS[number]])
