@@ -1,46 +1,217 @@
-"""The bookkeeping of chaos runs: each of its checks finds what it is there for, and excuses no more than it must."""
+"""Checks the checks of a chaos run: each finds a planted violation, and excuses no more than it must."""
 
+import contextlib
+import io
 import os
 import sys
+import threading
+import time
 import unittest
 from unittest import mock
 
 sys.path[:0] = [os.path.join(os.path.dirname(os.path.realpath(__file__)), "..", *more) for more in ((), ("system",))]
-from chaos import ledger, notices, plan, snmp, vitals  # noqa: E402  (found through the line above)
+from chaos import ledger, plan, snmp  # noqa: E402  (found through the line above)
 from chaos.history import STALE_S, History, Lie  # noqa: E402
 from chaos.judge import Judge  # noqa: E402
-from chaos.timeline import EVENTS, REQUESTS, Disturbance, Life, Timeline  # noqa: E402
-from harness import berWriter, mib  # noqa: E402
+from chaos.notices import Mark, Notice, Notices  # noqa: E402
+from chaos.report import Report  # noqa: E402
+from chaos.states import States, Subject  # noqa: E402
+from chaos.timeline import EVENTS, RECORDS, REQUESTS, Disturbance, Life, Timeline  # noqa: E402
+from chaos.vitals import Sample  # noqa: E402
+from chaos.watch import Ended, Watch  # noqa: E402
+from harness import berWriter, daemon, mib  # noqa: E402
 from harness.manager import Binding  # noqa: E402
 
-MODEL = mib.oid("tsUPSName", 1)
-SECOND = mib.oid("tsUPSName", 2)
+MODEL, SECOND = mib.oid("tsUPSName", 1), mib.oid("tsUPSName", 2)
+NOW = 5000
+UP, DOWN, DEGRADED = 1, 2, 3
+ONE = Subject(212, "one")
 
 
-def ups(*names):
-    """Objects of an array that has little else."""
-    return {"TsUps": [{"Index": str(number), "Name": name, "Status": "Up", "BatteryLife": "5", "StatusDescription": ""}
-                      for number, name in enumerate(names, 2)],
-            "Tessera": [{"ManagementIp": "192.0.2.1", "Name": "a", "Contact": "b", "Location": "c"}],
-            "TsController": [{"Index": "2", "IpAddress": "192.0.2.2"}]}
+def objects(*names, status="Up", enclosure="Up", part="Up"):
+    """UPSs with these names, of which the first has a status, and an enclosure with a power supply."""
+    return {"TsUps": [{"Index": str(index), "Name": name, "Status": status if name == "one" else "Up", "BatteryLife": "5",
+                       "StatusDescription": ""} for index, name in enumerate(names, 2)],
+            "Tessera": [{"ManagementIp": "192.0.2.1", "Name": "a", "Contact": "b", "Location": "c",
+                         "PortsBalanced": "True"}],
+            "TsController": [{"Index": "2", "Name": "A", "Status": "Up", "IpAddress": "192.0.2.2"}],
+            "TsEnclosure": [{"Index": "7", "Name": "E", "Status": enclosure}],
+            "TsEnclosurePowerSupply": [{"Index": "8", "EnclosureIndex": "7", "Name": "P", "Position": "1",
+                                        "Status": part}]}
 
 
-def text(value):
-    return ("STRING", value)
+class Silence:
+    """A receiver to which nothing comes."""
+
+    @staticmethod
+    def take_datagram(_):
+        threading.Event().wait()
+
+
+class Books:
+    """The books of a run without a violation: one daemon, which was calm, and an array in which nothing happened."""
+
+    def __init__(self):
+        self.timeline, self.book, self.failures, self.served_since = Timeline(), ledger.Ledger(), [], 10
+        self.timeline.begin_life(Life(1, 0, samples=[Sample(moment, 20000, 12) for moment in range(20)]))
+        self.history, self.states = History(self.timeline), States(self.timeline)
+        self.judge, self.notices = Judge(self.history, self.book), Notices(self.timeline, Silence())
+        self.own_kills, self.watch = {70}, Watch(self)
+        self.become(0)
+        self.book.count("x", "answered", 100)
+
+    def become(self, moment, *names, told=True, **statuses):
+        found = objects(*(names or ("one", "two")), **statuses)
+        self.history.record(found, moment)
+        self.states.record(found, moment, told)
+        return self
+
+    def disturb(self, *what, begin=95, end=102):
+        self.timeline.begin_disturbance(Disturbance("x", begin, what, end - 1, end))
+        return self
+
+    def restart(self, moment, *disturbed):
+        self.timeline.lives[-1].end = moment
+        self.timeline.begin_life(Life(2, moment))
+        return self.disturb(*(disturbed or (REQUESTS,)), begin=moment - 1, end=moment + 1)
+
+    def lie(self, moment):
+        self.history.add_lie(Lie("TsUps", moment, values=(b"lie",)))
+        self.history.lies[-1].end = moment + 5
+        return self
+
+    def hear(self, moment, status=DOWN, state=2, text="UPS 'one' is down", name="one", cell=b"one"):
+        """A notification about a UPS."""
+        self.notices.about_objects.append(Notice(moment, 212, (212, name), status, state, text,
+                                                 [(MODEL, ("STRING", cell))]))
+        return self
+
+    def hear_up(self, moment):
+        return self.hear(moment, UP, 1, "Alert Cleared - UPS 'one' is up")
+
+    def down(self, moment=1000):
+        """A UPS fails, and the notification comes."""
+        return self.become(moment, status="Down").hear(moment + 1)
+
+    def doubt(self, kind, client="x", times=1):
+        for _ in range(times):
+            self.book.doubt(ledger.Doubt(kind, client, 100, 101, "text", SECOND, ("STRING", b"three")))
+        return self
+
+    def mark(self, taken, came=0):
+        self.notices.marks[1] = Mark(1, 0, taken, came)
+        return self
+
+    def walk_without(self, *oids):
+        seen = {oid for oid in self.history.oids() if not self.history.allows(oid, None, 100, 101)} - set(oids)
+        self.judge.complete("x", snmp.Exchange(100, 101, None), seen)
+        return self
+
+    def sampled(self, kilobytes, descriptors):
+        self.timeline.lives[0].samples[-5:] = [Sample(moment, kilobytes, descriptors) for moment in range(5)]
+        return self
+
+    def do(self, target, method, *arguments):
+        getattr(target, method)(*arguments)
+        return self
+
+
+# What is planted, and the first words of what the verdict must say; None: it is explained.
+PLANTED = (
+    (lambda b: b, None),
+    (lambda b: b.doubt(ledger.UNANSWERED), "requests without an answer"),
+    (lambda b: b.doubt(ledger.UNANSWERED).disturb(REQUESTS), None),
+    (lambda b: b.doubt(ledger.UNANSWERED).disturb(EVENTS, RECORDS), "requests without an answer"),
+    (lambda b: b.doubt(ledger.VALUE), "values that the array did not have"),
+    (lambda b: b.walk_without(), None),
+    (lambda b: b.walk_without(SECOND), "instances missing in a walk"),
+    (lambda b: b.doubt(ledger.ORDER), "answers out of order"),
+    (lambda b: b.doubt(ledger.MALFORMED), "malformed answers"),
+    (lambda b: b.doubt(ledger.BROKEN), "the run itself broke"),
+    (lambda b: b.doubt(ledger.REFUSED), None),
+    (lambda b: b.doubt(ledger.REFUSED, times=2), "more than 1 % of all answers"),
+    (lambda b: b.doubt(ledger.REFUSED, client="setter", times=9), None),
+    # texts
+    (lambda b: b.mark(50, came=1), None),
+    (lambda b: b.mark(50, came=2), "notifications received twice"),
+    (lambda b: b.mark(50), "notifications lost"),
+    (lambda b: b.mark(95).disturb(REQUESTS, end=120), "notifications lost"),
+    (lambda b: b.mark(95).disturb(REQUESTS, end=120).restart(135), None),
+    (lambda b: b.mark(None), None),
+    (lambda b: b.do(b.notices.strange, "append", "x"), "datagrams that are no notification"),
+    # changes that must be notified
+    (lambda b: b.down(), None),
+    (lambda b: b.become(1000, status="Down"), "changes of status not notified"),
+    (lambda b: b.become(1000, status="Down").become(1010), "changes of status not notified"),
+    (lambda b: b.become(1000, status="Down").disturb(EVENTS, begin=1005, end=1040), None),
+    (lambda b: b.become(1000, status="Down").restart(1005), None),
+    (lambda b: b.become(1000, status="Down").lie(900), None),
+    (lambda b: b.become(1000, status="Down", told=False), None),  # an event makes the record
+    (lambda b: b.down().become(1500, told=False), "changes of status not notified"),
+    (lambda b: b.down().become(1500, told=False).hear_up(1570), None),
+    (lambda b: b.down().become(1500, told=False).disturb(EVENTS, RECORDS, begin=1100, end=1120), None),
+    (lambda b: b.down().become(1500, told=False).restart(1200), None),
+    (lambda b: b.down().become(1200, "two").become(1300, status="Down").become(1700, told=False), None),
+    (lambda b: b.become(1000, part="Down"), "changes of status not notified"),
+    (lambda b: b.become(900, told=False, enclosure="Down").become(1000, part="Down", enclosure="Down"), None),
+    # notifications of a wrong state
+    (lambda b: b.down().hear(1500, UP, 2), "notifications of a wrong state"),
+    (lambda b: b.become(1000, status="Down").hear(1001, DEGRADED), "notifications of a wrong state"),
+    (lambda b: b.down().lie(1490).hear(1500, -1), None),
+    (lambda b: b.down().hear(1061, DOWN, 1, "Alert Cleared - UPS 'one' is down"), "notifications of a wrong state"),
+    (lambda b: b.down().become(1200).hear(1201, UP, 1, "UPS 'one' is up"), "notifications of a wrong state"),
+    (lambda b: b.become(1000, status="Down").hear(1001, text="UPS 'two' is down"), "notifications of a wrong state"),
+    (lambda b: b.down().hear(1500, name="nobody"), "notifications of a wrong state"),
+    (lambda b: b.become(1000, status="Down").hear(1001, cell=b"three"), "notifications of a wrong state"),
+    # notifications that repeat
+    (lambda b: b.down().hear(1070), "notifications repeated without news"),
+    (lambda b: b.down().hear(1061).hear(1121), "objects notified every minute"),
+    (lambda b: b.down().do(b.states, "repeat", ONE, 1050).hear(1051), "notifications repeated"),
+    (lambda b: b.down().become(1200).hear_up(1201).become(1300, status="Down").hear(1301), None),
+    (lambda b: b.down().become(1010).become(1015, status="Down").hear(1016), None),
+    # processes
+    (lambda b: b.restart(100, EVENTS), "daemons that ended"),
+    (lambda b: b.restart(100), None),
+    (lambda b: b.do(b.watch.ended, "append", Ended(7, "snmpSubagent", -11)), "processes that crashed"),
+    (lambda b: b.do(b.watch.ended, "append", Ended(70, "snmpSubagent", -9)), None),
+    (lambda b: b.do(b.watch.ended, "append", Ended(7, "snmpd", -11)), "processes that crashed"),
+    (lambda b: b.sampled(25000, 14), None),
+    (lambda b: b.sampled(27000, 12), "daemons that grow"),
+    (lambda b: b.sampled(20000, 15), "daemons that grow"),
+    (lambda b: b.do(b.timeline.lives[0].samples, "clear"), "no daemon was calm"),
+    (lambda b: b.do(b.failures, "append", "x"), "what had to hold after a fault"))
+
+
+class TheVerdict(unittest.TestCase):
+    def test_each_check_can_fail(self):
+        for number, (plant, wanted) in enumerate(PLANTED):
+            with self.subTest(number=number, wanted=wanted), mock.patch.object(time, "monotonic", lambda: NOW), \
+                    contextlib.redirect_stdout(io.StringIO()):
+                report = Report(plant(Books()), 0)
+                self.assertEqual(report.show(), wanted is None, report.problems)
+                self.assertTrue(wanted is None or any(wanted in each for each in report.problems), report.problems)
+
+    def test_reports_of_sanitizers(self):
+        with mock.patch.object(daemon.Daemon, "check_sanitizers", side_effect=AssertionError("found")), \
+                mock.patch.object(time, "monotonic", lambda: NOW), contextlib.redirect_stdout(io.StringIO()):
+            self.assertFalse(Report(Books(), 0).show())
 
 
 class TheHistory(unittest.TestCase):
+    """Which values may be read when. A UPS is renamed and a second one comes at 1000."""
+
     def setUp(self):
         self.timeline = Timeline()
         self.timeline.begin_life(Life(1, 50))
         self.history = History(self.timeline)
-        self.history.record(ups("old"), 0)
-        self.history.record(ups("new", "second"), 1000)
+        self.history.record(objects("old"), 0)
+        self.history.record(objects("new", "second"), 1000)
 
-    def allows(self, oid, value, moment):
-        return self.history.allows(oid, value and text(value), moment, moment + 1)
+    def allows(self, oid, value, moment, later=1):
+        value = (value if isinstance(value, tuple) else ("STRING", value)) if value is not None else None
+        return self.history.allows(oid, value, moment, moment + later)
 
-    def test_values_are_good_while_they_may_be_in_the_store(self):
+    def test_values(self):
         late = 1000 + STALE_S + 10
         for oid, value, moment, is_good in (
                 (MODEL, b"old", 900, True), (MODEL, b"old", 1200, True), (MODEL, b"old", late, False),
@@ -49,17 +220,17 @@ class TheHistory(unittest.TestCase):
                 (SECOND, b"second", 900, False)):
             with self.subTest(oid=oid, value=value, moment=moment):
                 self.assertEqual(self.allows(oid, value, moment), is_good)
+        self.assertIn(MODEL, self.history.steady(1200, 1201))
+        self.assertNotIn(SECOND, self.history.steady(1200, 1201))
+        self.assertIn(SECOND, self.history.steady(late, late + 1))
 
-    def test_a_new_daemon_knows_nothing_older(self):
+    def test_a_new_daemon(self):
+        """It knows nothing older, and has yet to derive some values."""
         self.timeline.begin_life(Life(2, 1100))
         self.assertFalse(self.allows(MODEL, b"old", 1110))
         self.assertTrue(self.allows(MODEL, b"old", 1090))
-
-    def test_a_new_daemon_has_yet_to_derive(self):
-        self.timeline.begin_life(Life(2, 1100))
-        for sent, ended, is_good in ((1110, 1111, True), (1098, 1101, True), (1098, 1099, False), (1290, 1291, False)):
-            with self.subTest(sent=sent, ended=ended):
-                self.assertEqual(self.history.allows(mib.scalar("globalStatus"), ("INTEGER", 0), sent, ended), is_good)
+        for sent, later, is_good in ((1110, 1, True), (1098, 3, True), (1098, 1, False), (1290, 1, False)):
+            self.assertEqual(self.allows(mib.scalar("globalStatus"), ("INTEGER", 0), sent, later), is_good, sent)
 
     def test_disturbed_time_makes_nothing_stale(self):
         late = 1000 + STALE_S + 10
@@ -68,39 +239,18 @@ class TheHistory(unittest.TestCase):
         self.assertFalse(self.allows(MODEL, b"old", late + 60))
 
     def test_lies_are_excused_where_and_as_they_were_told(self):
-        lie = Lie("TsUps", 1400, ("tsUPSName",), (b"lie",))
-        self.history.add_lie(lie)
-        lie.end = 1410
-        self.assertTrue(self.allows(MODEL, b"lie", 1405))
-        self.assertFalse(self.allows(MODEL, b"lie", 1390))
-        self.assertFalse(self.allows(MODEL, b"other", 1405))
-        self.assertFalse(self.allows(MODEL, None, 1405))
-        self.assertFalse(self.allows(mib.oid("tsTsName", 1), b"lie", 1405))
-
-    def test_what_a_walk_must_show(self):
-        self.assertIn(MODEL, self.history.steady(1200, 1201))
-        self.assertNotIn(SECOND, self.history.steady(1200, 1201))
-        self.assertIn(SECOND, self.history.steady(1000 + STALE_S + 10, 1000 + STALE_S + 11))
+        self.history.add_lie(Lie("TsUps", 1400, ("tsUPSName",), (b"lie",)))
+        self.history.lies[0].end = 1410
+        for oid, value, moment, is_good in ((MODEL, b"lie", 1405, True), (MODEL, b"lie", 1390, False),
+                                            (MODEL, b"other", 1405, False), (MODEL, None, 1405, False),
+                                            (mib.oid("tsTsName", 1), b"lie", 1405, False)):
+            self.assertEqual(self.allows(oid, value, moment), is_good, (oid, value, moment))
 
 
 class TheJudge(unittest.TestCase):
-    def setUp(self):
-        self.timeline = Timeline()
-        self.timeline.begin_life(Life(1, 0))
-        self.book = ledger.Ledger()
-        history = History(self.timeline)
-        history.record(ups("one", "two"), 0)
-        self.judge = Judge(history, self.book)
-
-    def exchange(self, *bindings):
-        return snmp.Exchange(100, 101, snmp.Response(1, "noError", 0, list(bindings)))
-
-    def faulty(self):
-        return [kind for kind in (ledger.VALUE, ledger.ORDER, ledger.MISSING) if self.judge.faulty(kind)]
-
     def test_gets_and_bulks(self):
-        one, two = Binding(MODEL, *text(b"one")), Binding(SECOND, *text(b"two"))
-        wrong, end = Binding(SECOND, *text(b"three")), Binding(SECOND, "endOfMibView", None)
+        one, two = Binding(MODEL, "STRING", b"one"), Binding(SECOND, "STRING", b"two")
+        wrong, end = Binding(SECOND, "STRING", b"three"), Binding(SECOND, "endOfMibView", None)
         column = mib.oid("tsUPSName")
         for asked, non_repeaters, bindings, faults in (
                 (None, 0, (one, two), []), (None, 0, (one, wrong), [ledger.VALUE]),
@@ -108,59 +258,18 @@ class TheJudge(unittest.TestCase):
                 ([column], 0, (two, one), [ledger.ORDER]), ([column], 0, (one, one), [ledger.ORDER]),
                 ([column, MODEL], 1, (one, two, end), []), ([column, MODEL], 1, (one, one), [ledger.ORDER]),
                 ([column, column], -1, (one, one, two, two), []), ([column], 1, (one, two), [ledger.ORDER]),
-                ([SECOND], 0, (Binding(mib.old_form(MODEL), *text(b"one")),), [])):
+                ([SECOND], 0, (Binding(mib.old_form(MODEL), "STRING", b"one"),), [])):
             with self.subTest(asked=asked, bindings=bindings):
-                self.setUp()
+                judge = Books().judge
+                exchange = snmp.Exchange(100, 101, snmp.Response(1, "noError", 0, list(bindings)))
                 if asked is None:
-                    self.judge.got("x", self.exchange(*bindings), [MODEL, SECOND])
+                    judge.got("x", exchange, [MODEL, SECOND])
                 else:
-                    self.judge.got_bulk("x", self.exchange(*bindings), asked, non_repeaters)
-                self.assertEqual(self.faulty(), faults)
-
-    def test_a_row_that_a_walk_leaves_out(self):
-        served = [oid for oid in self.judge.history.oids() if oid.startswith(mib.ENTERPRISE)]
-        exempt = {oid for oid in served if not self.judge.history.allows(oid, None, 100, 101)}
-        self.judge.complete("x", self.exchange(), exempt)
-        self.assertEqual(self.faulty(), [])
-        self.judge.complete("x", self.exchange(), exempt - {SECOND})
-        self.assertEqual(self.faulty(), [ledger.MISSING])
-
-    def test_silence_is_excused_by_what_disturbs_requests_alone(self):
-        for disturbs, is_faulty in (((REQUESTS,), False), ((EVENTS,), True), ((), True)):
-            self.setUp()
-            self.timeline.begin_disturbance(Disturbance("x", 95, disturbs, 99, 100.5))
-            self.judge.doubt(ledger.UNANSWERED, "x", self.exchange(), "no answer")
-            self.assertEqual(bool(self.judge.faulty(ledger.UNANSWERED)), is_faulty, disturbs)
+                    judge.got_bulk("x", exchange, asked, non_repeaters)
+                self.assertEqual([kind for kind in (ledger.VALUE, ledger.ORDER) if judge.faulty(kind)], faults)
 
 
-class Others(unittest.TestCase):
-    def test_which_missed_notification_was_due(self):
-        timeline = Timeline()
-        timeline.begin_life(Life(1, 0, 200))
-        timeline.begin_disturbance(Disturbance("x", 100, (REQUESTS,), 110, 120))
-        judged = notices.Notices.__new__(notices.Notices)
-        judged.timeline = timeline
-        for taken, is_due in ((50, True), (95, True), (179, True), (185, False), (None, False), (300, False)):
-            self.assertEqual(judged.is_due(notices.Mark(1, 0, taken)), is_due, taken)
-
-    def test_which_daemon_ended_without_a_cause(self):
-        for disturbs, end, is_found in (((REQUESTS,), 105, False), ((REQUESTS,), 125, True), ((EVENTS,), 105, True),
-                                        ((REQUESTS,), 40, False)):
-            timeline = Timeline()
-            timeline.begin_life(Life(1, 0, end))
-            timeline.begin_disturbance(Disturbance("x", 100, disturbs, 110, 120))
-            self.assertEqual(bool(timeline.ended_by_themselves(50)), is_found, (disturbs, end))
-
-    def test_growth(self):
-        for kilobytes, descriptors, own, is_flat in ((20000, 12, True, True), (25000, 14, True, True),
-                                                     (27000, 12, True, False), (27000, 12, False, True),
-                                                     (20000, 15, False, False)):
-            life = Life(1, 0)
-            life.samples = ([vitals.Sample(moment, 20000, 12) for moment in range(5)] +
-                            [vitals.Sample(moment, kilobytes, descriptors) for moment in range(5)])
-            with mock.patch.object(vitals, "IS_MEMORY_ITS_OWN", own):
-                self.assertEqual(vitals.Comparison(life).is_flat(), is_flat, (kilobytes, descriptors, own))
-
+class ThePlan(unittest.TestCase):
     def test_a_seed_gives_one_plan(self):
         self.assertEqual(plan.make(7, 600), plan.make(7, 600))
         self.assertNotEqual(plan.make(7, 600), plan.make(8, 600))
@@ -176,7 +285,9 @@ class Others(unittest.TestCase):
             self.assertEqual({fault.kind.name for fault in made.any}, {kind.name for kind in plan.ALL})
             self.assertTrue(made.closing.kind.restarts)
 
-    def test_requests_and_their_answers_as_octets(self):
+
+class Octets(unittest.TestCase):
+    def test_requests_and_their_answers(self):
         """What is written is read back; numbers at the edges of their octets."""
         for number in (0, 127, 128, -1, -128, -129, 2**31 - 1, -2**31):
             with self.subTest(number=number):

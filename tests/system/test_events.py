@@ -1,7 +1,6 @@
 """The way in of events: the management socket with its good and bad senders, and the order in which events come
 out."""
 
-import re
 import unittest
 
 from harness import management, story, waiting
@@ -11,20 +10,7 @@ from harness.traps import Event
 IDS = (5, 6, 7)
 EARLY = tuple(Event(IDS, 201, text=f"early {number}") for number in range(3))
 STRIKE = "failed interface test to apimgr: strikes_against_apimgr = 1 out of 3"
-NO_MANAGEMENT = "Invalid connection data: PDU is not a mgmt message"
-COUNTERS = re.compile(r"accept_counter=(-?\d+), cmd_specific_counter=(-?\d+)")
 THROWN = "Caught std::exception processing request: "
-
-# Texts that are no event, and leave nothing at all.
-MALFORMED = ("", " ", "junk", "1 2 3 201", "1 2 3 201 5 6 7", "1 2 3 201 5 6 7 ", "1 2 3 201 5 6 7 8", "1" * 600,
-             "1 2 3 201 5 6 7" + " " * 500 + "8 text", "1 2 3 201 0 0 0" + " " * 484 + "0 text", None)
-
-# Texts that are read all the same, and what they mean.
-ODD = (("1  2    3 201  0 0 0     0 text", Event((1, 2, 3), 201, text="text")),
-       ("a b c 201 x y z 5junk text", Event((0, 0, 0), 201, d=5, text="text")),
-       ("+1 -2 3x 201 0 0 0 0 text", Event((1, -2, 3), 201, text="text")),
-       ("1 2 3 201 0 0 0 0 ", Event((1, 2, 3), 201)),
-       ("1 2 3 201 0 0 0 0   blanks ahead", Event((1, 2, 3), 201, text="  blanks ahead")))
 
 GOOD = management.envelope(management.management_body(management.SEND_TRAP, MARK.command()))
 # What a sender writes before it closes, and whether an error is told.
@@ -56,62 +42,6 @@ class Events(TrapStory):
         early = next(place for place, line in enumerate(lines) if RECEIVED not in line)
         for event in EARLY[:early] + (COLD_START,) + EARLY[early:]:
             cls.expect(event)
-
-    # --- the texts
-
-    def test_malformed_texts_leave_nothing(self):
-        for text in MALFORMED:
-            with self.subTest(text=text):
-                self.daemon.begin_log()
-                management.send(management.message(management.SEND_TRAP, text), management.trap(MARK.command()))
-                self.expect(MARK)
-                lines = [line for line in self.daemon.log().splitlines() if "trapNum: " in line]
-                self.assertEqual(len(lines), 1, lines)
-
-    def test_odd_texts(self):
-        for text, event in ODD:
-            with self.subTest(text=text):
-                management.send(management.trap(text))
-                self.expect(event)
-
-    # --- the messages
-
-    def counters(self):
-        """(all messages, those of the right kind) by the daemon's line about the latest one."""
-        return [int(number) for number in COUNTERS.search(self.daemon.wait_for_log(RECEIVED)[-1]).groups()]
-
-    def test_wrong_messages_do_not_end_the_connection(self):
-        body = management.management_body
-        cases = ((management.envelope(None, kind=2), NO_MANAGEMENT), (management.envelope(None), NO_MANAGEMENT),
-                 (management.envelope(body(1, MARK.command()), kind=2), NO_MANAGEMENT),
-                 (management.envelope(body(1, MARK.command(), command_type=1)),
-                  "Received unknown mgmtMsg.cmdtype(): 1"),
-                 (management.envelope(body(1, command_type=2**32 - 1)), "Received unknown mgmtMsg.cmdtype(): -1"),
-                 (management.envelope(body(0)), "Received unknown mgmtMsg.cmdspecific(): 0"),
-                 (management.envelope(body(None)), "Received unknown mgmtMsg.cmdspecific(): 0"),
-                 (management.envelope(body(6)), "Received unknown mgmtMsg.cmdspecific(): 6"),
-                 (management.envelope(body(2**31)), "Received unknown mgmtMsg.cmdspecific(): -2147483648"))
-        self.tell_and_expect(MARK)
-        before = self.counters()
-        self.daemon.begin_log()
-        with management.Sender() as sender:
-            for number, (octets, line) in enumerate(cases, 1):
-                with self.subTest(octets=octets):
-                    sender.send(management.frame(octets))
-                    self.daemon.wait_for_log(line, times=sum(line == each[1] for each in cases[:number]))
-            # What is not looked at may hold anything.
-            sender.send(management.message(management.SEND_TRAP, MARK.command(), service=2**32 - 1, kind=77))
-            self.expect(MARK)
-        wrong_kind = sum("cmdspecific" not in line for _, line in cases)
-        after = self.counters()
-        self.assertEqual((after[0] - before[0], after[1] - before[1]), (len(cases) + 1, len(cases) + 1 - wrong_kind))
-
-    def test_switches(self):
-        self.daemon.begin_log()
-        management.send(*(management.message(code) for code in (
-            management.VERBOSE_OFF, management.VERBOSE_OFF, management.VERBOSE_ON, management.VERBOSE_ON)))
-        self.daemon.wait_for_log("Set verbose to True", times=2)
-        self.assertEqual(len(self.daemon.lines_with("Set verbose to False")), 1)
 
     def test_the_switch_of_short_answers(self):
         """Requests carry the wish for short objects until it is taken back."""

@@ -17,32 +17,12 @@ FAMILY = (("tsCtlr", 203, (37, 4, 8), "index"), ("tsDisk", 202, (13, 1, 37), "ro
           ("tsServer", 209, (23, 1, 301), "index"), ("tsCache", 210, (29, 1, 47), "row"),
           ("tsTs", 211, (7, 7, 7), "row"), ("tsUPS", 212, (29, 1, 22), "index"))
 
-# Kind, its table, the rows of the table, and what is said of the last.
-FULL = (("TsDiskFolder", "tsDiskFolder", 500, "disk folder index too large"),
-        ("TsVolume", "tsVolume", 2000, "volume index too large"),
-        ("TsServer", "tsServer", 500, "server index too large"), ("TsUps", "tsUPS", 100, "ups index too large"))
-
 PAYLOAD = "NMS's ForceTrap payload: "
 COMMAND = mib.scalar("forceTrapCommand")
 
 
-def filled(objects, rows):
-    """A list with copies of its last object, of further indexes, until there are so many."""
-    index = max(int(each["Index"]) for each in objects)
-    return objects + [{**objects[-1], "Index": str(index + number)} for number in range(1, rows - len(objects) + 1)]
-
-
 class ForcedNotifications(TrapStory):
     SETTINGS = {"verbose": "yes"}
-
-    @classmethod
-    def objects(cls):
-        objects = super().objects()
-        for kind, _, rows, _ in FULL:
-            objects[kind] = filled(objects[kind], rows)
-        usage = objects["TsDiskFolderStorageUsage"][-1]
-        objects["TsDiskFolderStorageUsage"] = [{**usage, "Index": each["Index"]} for each in objects["TsDiskFolder"]]
-        return objects
 
     def force(self, table, instance, form=str):
         self.daemon.begin_log()
@@ -87,30 +67,6 @@ class ForcedNotifications(TrapStory):
                     event = self.event_of(number, ids, what, table, instance)
                     self.force(table, instance, mib.old_form if instance[-1] == 2 else str)
                     self.assert_outcome(event)
-
-    def test_the_last_row_of_a_full_table_is_refused(self):
-        for kind, table, rows, line in FULL:
-            with self.subTest(table=table):
-                number, ids, what = next(row[1:] for row in FAMILY if row[0] == table)
-                self.force(table, (rows,))
-                self.daemon.wait_for_log(line)
-                self.expect_nothing_of()
-                self.assertEqual(self.daemon.lines_with(PAYLOAD), [])
-                self.force(table, (rows - 1,))
-                self.assert_outcome(self.event_of(number, ids, what, table, (rows - 1,)))
-
-    def test_an_unhealthy_object_is_told_of_once(self):
-        case = self.object_case(208, 4)
-        self.put(case, "Down")
-        self.force("tsVolume", (5,))
-        event = self.event_of(208, (15, 1, 60), "index", "tsVolume", (5,))
-        self.assert_outcome(event)
-        self.force("tsVolume", (5,))
-        self.daemon.wait_for_log("cuz it would be redundant: trapNum: 208")
-        self.expect_nothing_of()
-        self.put(case, "Up")
-        self.force("tsVolume", (5,))
-        self.assert_outcome(event)
 
     def test_whole_commands(self):
         event = self.object_case(212, 0, (1, 2, 3), "@@@by hand").event

@@ -7,8 +7,6 @@ import socket
 from harness import array, ber, berWriter, daemon, machine, manager, mib, story, waiting
 from harness.expected import LONGEST_TEXT, Expectation
 
-RING_LIMIT_S = 180  # every foreground table is read again within one round of the schedule
-
 TRANSPORT = "Caught std::exception processing request"
 NO_PARSE = "error found while trying to parse (?:ip)?XmlString|response from ApiMgr does not parse"
 
@@ -22,21 +20,6 @@ EXCHANGES = (
     (("truncated",), NO_PARSE), (("empty",), NO_PARSE), (("unbalanced",), NO_PARSE), (("doctype",), NO_PARSE),
     (("entities",), NO_PARSE), (("external-entity",), NO_PARSE), (("nesting",), NO_PARSE),
     (("wrong-root",), "does not contain 'lumapi'"))
-
-# Faults of one table's answers: the object, the fault, the line, and what the table shows meanwhile.
-SAME = "same"
-GONE = "gone"
-ANSWERS = (
-    ("TsControllerFanSensor", ("no-return",), "does not contain 'ApiMethodReturn'", SAME),
-    ("TsControllerPowerSupply", ("no-successful",), "does not contain 'Successful'", SAME),
-    ("TsControllerVoltageSensor", ("lower-true",), "is Not successful: ErrorCode: [", SAME),
-    ("TsControllerTemperatureSensor", ("no-objects",), None, SAME),  # at least one is expected
-    ("TsEnclosurePowerSupply", ("error", "Busy", "come back later"), "is Not successful: ErrorCode: [Busy]", SAME),
-    ("TsEnclosureIoModule", ("too-many",), None, SAME),
-    ("TsEnclosureAudibleAlarm", ("no-objects",), None, GONE),
-    ("TsEnclosureCoolingFanSensor", ("no-parent",), None, GONE),
-    ("TsControllerCacheCard", ("nesting",), NO_PARSE, SAME),
-    ("TsController", ("no-index",), "tsController does not contain 'Index' for 1st ctlr", SAME))
 
 TABLE_OF = {refresh.object_name[0].upper() + refresh.object_name[1:]: refresh.table for refresh in mib.MIB.refreshes}
 
@@ -89,54 +72,6 @@ class HostileAnswers(story.SharedStory):
                 self.wait_for_good_exchange()
                 self.assert_served_as_before()
         self.assertEqual(self.daemon.lines_with("strikes_against_apimgr"), [])
-
-    def test_a_ping_that_is_answered_with_false_is_a_strike(self):
-        self.array.fault("ping-false", "for", "1")
-        self.array.fault("refuse", "for", "1")
-        self.daemon.wait_for_log("Failed 1st try to SendPingToApiMgr()", 60)
-        self.daemon.wait_for_log("interface to apimgr has been recovered before reached 3 strikes", 90)
-        self.assert_served_as_before()
-
-    def test_answers_that_are_wrong_for_a_table(self):
-        for kind, fault, _, _ in ANSWERS:
-            self.array.fault(*fault, "on", kind)
-        for kind, fault, line, then in ANSWERS:
-            with self.subTest(kind=kind, fault=fault):
-                root = self.table_root(kind)
-                if line:
-                    self.wait_for_line(line if line == NO_PARSE else re.escape(line), RING_LIMIT_S)
-                self.array.wait_until_struck(kind, RING_LIMIT_S)
-                if then == GONE:
-                    waiting.wait_until(lambda: not self.in_this_table(root), "the rows leave", RING_LIMIT_S)
-                else:
-                    self.assertEqual(self.served(root), self.right(root))
-        self.array.clear_faults()
-        for kind, _, _, _ in ANSWERS:
-            root = self.table_root(kind)
-            waiting.wait_until(lambda: self.served(root) == self.right(root), f"{kind} is right again", RING_LIMIT_S)
-
-    def in_this_table(self, root):
-        return [oid for oid in self.served(root) if oid.startswith(root + ".")]
-
-    def test_objects_that_lack_something_or_have_too_much(self):
-        status, name = mib.oid("tsCtlrPowerStatus", 1, 1), mib.oid("tsCtlrPowerName", 1, 1)
-        self.array.fault("missing", "Status", "on", "TsControllerPowerSupply")
-        self.array.fault("unknown-status", "Sideways", "on", "TsControllerFanSensor")
-        self.array.fault("huge-text", "Model", "2000000", "on", "TsController")
-        self.wait_for_line(r"unknown status string: 'no api object' for col_id: 60,", RING_LIMIT_S)
-        self.wait_for_line(r"unknown status string: 'Sideways' for col_id: 48,", RING_LIMIT_S)
-        self.assertEqual([b.type for b in self.manager.get(status, name).bindings], ["noSuchInstance", "STRING"])
-        self.assertEqual(self.manager.value(mib.oid("tsCtlrFanStatus", 1, 1)), -1)
-        # A text that no answer could carry is cut, and stands in nobody's way.
-        model = mib.oid("tsCtlrModel", 1)
-        waiting.wait_until(lambda: len(self.manager.get(model).bindings[0].value) == LONGEST_TEXT,
-                           "the text comes cut", RING_LIMIT_S)
-        self.assertEqual(self.manager.value(mib.oid("tsCtlrName", 1)), self.right(self.table_root("TsController"))[
-            mib.oid("tsCtlrName", 1)][1].decode())
-        self.array.clear_faults()
-        for kind in ("TsControllerPowerSupply", "TsControllerFanSensor", "TsController"):
-            root = self.table_root(kind)
-            waiting.wait_until(lambda: self.served(root) == self.right(root), f"{kind} is right again", RING_LIMIT_S)
 
     def test_nothing_of_a_named_file_is_served(self):
         secret = machine.read_file("/etc/passwd").splitlines()[0]

@@ -49,16 +49,6 @@ class TheMasterAgent(story.Story):
         self.assertEqual(len(machine.processes_named("snmpd")), 1)
         self.assertEqual(self.manager.value(mib.oid("tsCtlrName", 1)), self.name)
 
-    def test_snmpd_is_killed(self):
-        self.start()
-        os.kill(self.daemon.snmpd_pid(), signal.SIGKILL)
-        self.assert_served_by_a_new_daemon()
-
-    def test_snmpd_hangs(self):
-        self.start()
-        os.kill(self.daemon.snmpd_pid(), signal.SIGSTOP)
-        self.assert_served_by_a_new_daemon()
-
     @unittest.skipIf(machine.WAY == "container", "mounts another ps")
     def test_snmpd_grows_too_large(self):
         with ps_that_shows(50000):
