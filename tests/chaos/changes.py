@@ -12,7 +12,7 @@ from . import ledger, spares
 from .ledger import Doubt
 from .states import KINDS, PARTS, UP
 
-PAUSE_S = (0.3, 1.5)
+PAUSE_S = (0.2, 1)
 # Kind, attribute, and how its new value is drawn.
 VALUES = (("TsControllerFanSensor", "CurrentRpm", lambda r: r.randint(4001, 13999)),
           ("TsUps", "BatteryLife", lambda r: r.randint(0, 100)),
@@ -23,7 +23,7 @@ VALUES = (("TsControllerFanSensor", "CurrentRpm", lambda r: r.randint(4001, 1399
           ("TsServer", "PathCount", lambda r: r.randint(0, 8)),
           ("TsDisk", "Size", lambda r: r.randint(10**9, 10**10)),
           ("TsControllerVoltageSensor", "CurrentVoltage", lambda r: f"{r.uniform(11, 13):.2f}"))
-NUMBERS = (*KINDS, *{number for number, _ in PARTS.values()})
+NUMBERS = (*KINDS, *{number for number, _ in PARTS.values()}, 204, 205, 206, 212)  # the last ones are the most likely
 MOST = 16  # objects that are unhealthy, or have been
 AT_ONCE = (1, 1, 2, 4)
 # How long a status lasts: long enough for a notification, or for some re-checks. Only a re-check finds a change without
@@ -144,7 +144,10 @@ class Changes(threading.Thread):
 
     def go_or_return(self):
         now = time.monotonic()
-        kind = self.random.choice([each for each in MOVING if each not in self.away or self.away[each][0] <= now] or [None])
+        kinds = [kind for kind in MOVING if kind not in self.away or self.away[kind][0] <= now]
+        unhealthy = {standing.kind for subject, standing in self.states.current.items()
+                     if subject in self.busy and standing.status != UP}
+        kind = self.random.choice([kind for kind in kinds if kind in unhealthy] or kinds or [None])
         if kind in self.away:
             self.bring_back(kind, *self.away.pop(kind)[1])
         elif kind:

@@ -8,9 +8,8 @@ import traceback
 from harness import ber, berWriter, mib
 
 from . import ledger, snmp
-from .history import KIND_OF_TABLE
 from .ledger import Doubt
-from .states import KINDS
+from .states import KIND_OF_TABLE, KINDS
 
 STRANGERS = (mib.ROOT + ".99.0", mib.oid("tsDiskName", 1999), mib.oid("tsCtlrFanName", 3, 1), mib.oid("productName"),
              "1.3.6.1.4.1.913.4711.0", "1.3.6.1.4.1.27405.7.7")

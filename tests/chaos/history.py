@@ -1,10 +1,11 @@
 """Which value every instance has had, and when: what a manager may read at a moment."""
 
-import bisect
 import threading
 
 from harness import mib
 from harness.expected import Expectation
+
+from .states import FETCHED_SINGLY, KIND_OF_TABLE, OBJECTS, Subject, Track
 
 # A large table is asked for when it is two to three minutes old, and again only when its turn in the round of all
 # columns comes; what is copied from another table follows a round later. Disturbed time does not count.
@@ -28,28 +29,7 @@ def column_of(oid):
 
 
 BY_ARCS = {tuple(column.oid): column for column in mib.MIB.columns}
-# Kinds of object in the array by the tables that they fill.
-KIND_OF_TABLE = {refresh.table.name: refresh.object_name[0].upper() + refresh.object_name[1:]
-                 for refresh in mib.MIB.refreshes}
 
-
-class Track:
-    """A value over time: changes in order. What was before the first is unknown, thus nothing."""
-
-    def __init__(self):
-        self.times, self.values = [], []
-
-    def put(self, value, since):
-        self.times.append(since)
-        self.values.append(value)
-
-    def latest(self):
-        return self.values[-1] if self.values else None
-
-    def between(self, begin, end):
-        """All values that it had somewhere between."""
-        first = max(bisect.bisect_right(self.times, begin) - 1, 0)
-        return self.values[first:bisect.bisect_right(self.times, end)]
 
 
 class Lie:
@@ -65,8 +45,8 @@ class Lie:
 
 
 class History:
-    def __init__(self, timeline):
-        self.timeline = timeline
+    def __init__(self, timeline, states):
+        self.timeline, self.states = timeline, states
         self.lock = threading.Lock()
         self.tracks = {}  # of the array's model; None: no such instance
         self.told = {}  # of what managers have set
@@ -123,9 +103,19 @@ class History:
                       for value in tracks[oid].between(horizon, ended)]
             if oid not in self.tracks:
                 values.append(None)
-            if read in values:
+            if read in values or self.is_of_old_row(column, oid, read, horizon, ended):
                 return True
             return any(lie.covers(column, horizon, ended) and self.is_told(lie, column, read) for lie in self.lies)
+
+    def is_of_old_row(self, column, oid, read, begin, end):
+        """Whether it is the status of an object that had this row before: such a status is fetched alone, for an event."""
+        number = FETCHED_SINGLY.get(column.number)
+        if number is None or read is None:
+            return False
+        name = mib.oid(mib.MIB.columns[OBJECTS[number].name].name, mib.arcs(oid)[-1])
+        names = self.tracks[name].between(begin, end) if name in self.tracks else []
+        return any(read[1] in self.states.between(Subject(number, each[1].decode()), begin, end)
+                   for each in names if each)
 
     @staticmethod
     def is_told(lie, column, read):

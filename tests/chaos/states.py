@@ -1,5 +1,6 @@
 """The status of every object that a notification can be about, over time, and the events that were sent about it."""
 
+import bisect
 import threading
 from collections import defaultdict, namedtuple
 from dataclasses import dataclass
@@ -8,9 +9,10 @@ from harness import mib
 from harness.expected import STATUS, truth_value
 from harness.trapLists import COMPONENTS, OBJECTS
 
-from .history import KIND_OF_TABLE, Track
-
 UP = 1
+# Kinds of object in the array by the tables that they fill.
+KIND_OF_TABLE = {refresh.table.name: refresh.object_name[0].upper() + refresh.object_name[1:]
+                 for refresh in mib.MIB.refreshes}
 ARRAY = ""  # stands for the name of the array, of which a notification says nothing
 # Number of the notification of a component's parent, and the attribute that holds the parent's index.
 PARENTS = {204: (203, "ControllerIndex"), 206: (205, "EnclosureIndex")}
@@ -18,10 +20,32 @@ ATTRIBUTES = {entry.column.number: entry.attribute for refresh in mib.MIB.refres
 KINDS = {number: KIND_OF_TABLE[mib.MIB.columns[trap.status].table.name] for number, trap in OBJECTS.items()}
 PARTS = {KIND_OF_TABLE[mib.MIB.columns[row.status].table.name]: key for key, row in COMPONENTS.items()}
 
+# Notifications for which the status of the object is fetched alone, by the status column.
+FETCHED_SINGLY = {OBJECTS[number].status: number for number in (202, 207, 208, 209)}
+
 # An object, by the number of its notification and its name.
 Subject = namedtuple("Subject", "number name")
 # shown_as: the name by which a notification refers to the object; parent: None for whole objects.
 Standing = namedtuple("Standing", "kind element status shown_as parent")
+
+
+class Track:
+    """A value over time: changes in order. What was before the first is unknown, thus nothing."""
+
+    def __init__(self):
+        self.times, self.values = [], []
+
+    def put(self, value, since):
+        self.times.append(since)
+        self.values.append(value)
+
+    def latest(self):
+        return self.values[-1] if self.values else None
+
+    def between(self, begin, end):
+        """All values that it had somewhere between."""
+        first = max(bisect.bisect_right(self.times, begin) - 1, 0)
+        return self.values[first:bisect.bisect_right(self.times, end)]
 
 
 @dataclass
@@ -59,8 +83,7 @@ def standings(objects):
 
 
 class States:
-    def __init__(self, timeline):
-        self.timeline = timeline
+    def __init__(self):
         self.lock = threading.Lock()
         self.tracks = {}  # the status of each subject; None while it has no row
         self.current = {}

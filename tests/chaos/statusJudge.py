@@ -7,7 +7,7 @@ from collections import defaultdict, namedtuple
 
 from .history import STALE_S
 from .notices import DELIVERY_S
-from .states import KINDS, PARENTS, PARTS, UP
+from .states import FETCHED_SINGLY, KINDS, PARENTS, PARTS, UP
 from .timeline import EVENTS, RECORDS
 
 # The daemon re-checks a record after 60 s, one record per second.
@@ -17,7 +17,6 @@ QUOTED = re.compile(r"'(.*)'")
 CLEARED = "Alert Cleared - "
 # The daemon looks up the row of these before it refreshes their table.
 FOUND_IN_OLD_ROWS = (203, 205, 206)
-FETCHED_SINGLY = (202, 207, 208, 209)  # a moved row or a failed request drops their records
 LONGEST_BREAK_S = 1  # between a change in the array and its entry in the books
 
 Finding = namedtuple("Finding", "moment text")
@@ -26,10 +25,10 @@ Heard = namedtuple("Heard", "notice is_news")
 
 class StatusJudge:
     def __init__(self, states, history, notices):
-        self.states, self.history, self.timeline = states, history, states.timeline
+        self.states, self.history, self.timeline = states, history, history.timeline
         self.notices = sorted(notices.about_objects, key=lambda notice: notice.arrival)
         self.tellings = sorted(states.tellings)
-        self.forced = sorted(notices.forced)
+        self.forced = notices.forced
         self.heard = defaultdict(list)  # by subject
         self.wrong, self.repeated, self.endless = [], [], []
         for notice in self.notices:
@@ -111,11 +110,9 @@ class StatusJudge:
                 continue
             self.tellings.remove(telling)
             return True
-        for forced in self.forced:
-            if begin <= forced[0] <= notice.arrival and forced[1] == notice.number and not named:
-                self.forced.remove(forced)
-                return True
-        return False
+        # A manager that gets no answer repeats its request, so one of these may explain several.
+        return not named and any(begin <= moment <= notice.arrival and number == notice.number
+                                 for moment, number in self.forced)
 
     def may_be_forgotten(self, subject, begin, end):
         """Whether the daemon may have dropped the record of an object between these times."""
@@ -125,7 +122,7 @@ class StatusJudge:
                 self.history.was_lied_about(standing.kind, stale, end) or
                 not self.states.was_all_the_time(subject, stale, end) or
                 bool(standing.parent) and not self.states.was_all_the_time(standing.parent, begin, end, UP) or
-                number in FETCHED_SINGLY and self.states.has_moved(number, stale, end) or
+                number in FETCHED_SINGLY.values() and self.states.has_moved(number, stale, end) or
                 number == 204 and self.states.has_moved(203, stale, end))
 
     def find_endless(self):

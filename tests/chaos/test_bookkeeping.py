@@ -54,7 +54,8 @@ class Books:
     def __init__(self):
         self.timeline, self.book, self.failures, self.served_since = Timeline(), ledger.Ledger(), [], 10
         self.timeline.begin_life(Life(1, 0, samples=[Sample(moment, 20000, 12) for moment in range(20)]))
-        self.history, self.states = History(self.timeline), States(self.timeline)
+        self.states = States()
+        self.history = History(self.timeline, self.states)
         self.judge, self.notices = Judge(self.history, self.book), Notices(self.timeline, Silence())
         self.own_kills, self.watch = {70}, Watch(self)
         self.become(0)
@@ -203,7 +204,7 @@ class TheHistory(unittest.TestCase):
     def setUp(self):
         self.timeline = Timeline()
         self.timeline.begin_life(Life(1, 50))
-        self.history = History(self.timeline)
+        self.history = History(self.timeline, States())
         self.history.record(objects("old"), 0)
         self.history.record(objects("new", "second"), 1000)
 

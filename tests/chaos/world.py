@@ -2,6 +2,7 @@
 
 import os
 import random
+import re
 import subprocess
 import sys
 import threading
@@ -24,6 +25,8 @@ KEEPER = os.path.join(os.path.dirname(os.path.realpath(__file__)), "keeper.py")
 LOG_FOLDER, LOG_FOLDER_SIZE = "/var/log", "6m"
 RECOVERY_S = 150
 MARK_S = 3
+RECORDS_FOLLOW = "7,7,7: trapNum, "
+RECORD = re.compile(r"\d+,\d+,\d+: (\d+), (\d+), .*ownerVar")
 TEXT_SOURCES = {"sysContact": "tsTsContact", "sysName": "tsTsName", "sysLocation": "tsTsLocation"}
 
 
@@ -34,7 +37,8 @@ class World:
         self.stopping = threading.Event()
         self.array_lock = threading.RLock()  # whoever changes the array or what it holds
         self.timeline, self.book = Timeline(), Ledger()
-        self.history, self.states = History(self.timeline), States(self.timeline)
+        self.states = States()
+        self.history = History(self.timeline, self.states)
         self.judge = Judge(self.history, self.book)
         self.array, self.has_events, self.objects = array.Array(), True, None
         self.failures = []  # what must hold and does not, beyond the counts
@@ -149,8 +153,14 @@ class World:
         waiting.wait_until(lambda: all(self.is_well() for _ in range(3)), "the daemon serves again", RECOVERY_S)
 
     def log_is_written(self):
-        """Makes the daemon write a line, and tells whether it is there."""
-        before = machine.read_file(daemon.LOG).count("7,7,7: ")
+        """Makes the daemon write a line, and waits until it is there."""
+        before = machine.read_file(daemon.LOG).count(RECORDS_FOLLOW)
         management.send(management.message(management.DISPLAY_TRAPS))
-        waiting.wait_until(lambda: machine.read_file(daemon.LOG).count("7,7,7: ") > before,
+        waiting.wait_until(lambda: machine.read_file(daemon.LOG).count(RECORDS_FOLLOW) > before,
                            "the daemon writes its log", 20)
+
+    def records(self):
+        """(number, first argument) of the daemon's records of unhealthy objects."""
+        self.log_is_written()
+        self.log_is_written()  # the first list is complete when the second begins
+        return set(RECORD.findall(machine.read_file(daemon.LOG).split(RECORDS_FOLLOW)[-2]))

@@ -8,9 +8,10 @@ from contextlib import contextmanager
 from harness import management
 from harness.expected import LONGEST_TEXT
 
-from ..history import KIND_OF_TABLE, Lie
-from ..timeline import EVENTS, RECORDS, REQUESTS
-from .kind import Kind, no_words
+from ..history import Lie
+from ..states import KIND_OF_TABLE
+from ..timeline import EVENTS, RECORDS, REQUESTS, Disturbance
+from .kind import NOTHING, Kind, no_words, pause_until
 
 KINDS_OF_OBJECT = sorted(set(KIND_OF_TABLE.values()))
 # A lie about these would change which address the array has, or what is whose part.
@@ -132,14 +133,40 @@ def gone(world, words):
             world.start_array(world.objects, events=words[1] == "with events")
 
 
+@contextmanager
+def busy(world, _):
+    """Disks fail together, and for some seconds cannot be read when all are due for a re-check. One re-check per second may
+    fail, and so drop a record."""
+    with world.array_lock:
+        disks = [each["Index"] for each in world.objects["TsDisk"] if each["Status"] == "Up"][:BUSY_DISKS]
+        for index in disks:
+            world.change("fail", "TsDisk", index)
+    pause_until(world, time.monotonic() + RECHECKED_S)
+    before = world.records().intersection(("202", index) for index in disks)
+    disturbance = Disturbance("the array is busy", time.monotonic(), ALL)
+    world.timeline.begin_disturbance(disturbance)
+    world.array.fault("error", "Busy", "come back later", "on", "TsDisk")
+    pause_until(world, time.monotonic() + BUSY_S)
+    world.array.clear_faults()
+    disturbance.over = disturbance.recovered = time.monotonic()
+    gone = len(before - world.records())
+    if gone > disturbance.over - disturbance.begin + 1:
+        world.failures.append(f"{gone} of {len(before)} records of disks were dropped within {BUSY_S} s")
+    for index in disks:
+        world.change("recover", "TsDisk", index)
+    yield
+
+
 STRIKE_S = 20  # the daemon's pause after a failed test
 
+RECHECKED_S, BUSY_S, BUSY_DISKS = 61, 3, 10
 ALL, NOTICES = (REQUESTS, EVENTS, RECORDS), (EVENTS, RECORDS)
 
 KINDS = (
     Kind("the array breaks its frames", draw_frames, told, ALL, recovery_s=STRIKE_S),
     Kind("the array's documents are bad", draw_document, told, NOTICES, seconds=(5, 10)),
     Kind("the array lies", draw_lie, lied, NOTICES, seconds=(5, 10)),
+    Kind("the array is busy", no_words, busy, NOTHING, seconds=(0, 1), recovery_s=RECHECKED_S + BUSY_S + 5),
     Kind("the array is slow", draw_delay, told, ALL, seconds=(4, 9)),
     Kind("the array hangs", lambda _: ("hang",), hung, ALL),
     Kind("the array stalls", no_words, stalled, ALL),
