@@ -4,6 +4,7 @@ import random
 import threading
 import time
 import traceback
+from collections import defaultdict
 
 from harness import management
 from harness.traps import Event, arguments
@@ -24,11 +25,11 @@ VALUES = (("TsControllerFanSensor", "CurrentRpm", lambda r: r.randint(4001, 1399
           ("TsDisk", "Size", lambda r: r.randint(10**9, 10**10)),
           ("TsControllerVoltageSensor", "CurrentVoltage", lambda r: f"{r.uniform(11, 13):.2f}"))
 NUMBERS = (*KINDS, *{number for number, _ in PARTS.values()}, 204, 205, 206, 212)  # the last ones are the most likely
-MOST = 16  # objects that are unhealthy, or have been
+MOST = 20  # objects that are unhealthy, or have been
 AT_ONCE = (1, 1, 2, 4)
 # How long a status lasts: long enough for a notification, or for some re-checks. Only a re-check finds a change without
 # an event.
-WITH_EVENT_S, WITHOUT_EVENT_S = ((25, 45), (70, 150)), (160, 240)
+WITH_EVENT_S, WITHOUT_EVENT_S = ((25, 45), (70, 150), (150, 260)), (130, 200)
 AWAY_S = (40, 120)
 MOVING = ("TsController", "TsEnclosure", "TsUps", "TsControllerFanSensor", "TsDisk", "TsVolume", "TsServer")
 NEVER_NEW = ("TsController", "TsEnclosure", "TsControllerFanSensor")  # these return as what they were
@@ -83,7 +84,8 @@ class Changes(threading.Thread):
         if found:
             subject = self.random.choice(found)
             standing = self.states.current[subject]
-            numbers = arguments(self.world.objects, subject.number, PARTS.get(standing.kind, (0, 0))[1], standing.element)
+            component = PARTS.get(standing.kind, (0, 0))[1]
+            numbers = arguments(self.world.objects, subject.number, component, standing.element)
             event = Event((1, 2, 3), subject.number, *numbers, text=f"again@@@'{subject.name}' is as it was")
             self.states.repeat(subject, time.monotonic())
             try:
@@ -143,22 +145,26 @@ class Changes(threading.Thread):
     # --- rows
 
     def go_or_return(self):
+        """What is away returns in time. What goes is of a kind of which another one is unhealthy, if there is any."""
         now = time.monotonic()
-        kinds = [kind for kind in MOVING if kind not in self.away or self.away[kind][0] <= now]
-        unhealthy = {standing.kind for subject, standing in self.states.current.items()
-                     if subject in self.busy and standing.status != UP}
-        kind = self.random.choice([kind for kind in kinds if kind in unhealthy] or kinds or [None])
-        if kind in self.away:
-            self.bring_back(kind, *self.away.pop(kind)[1])
-        elif kind:
-            self.take_away(kind)
-
-    def take_away(self, kind):
-        """Removes an object that may be ahead of others."""
-        free = [standing.element for subject, standing in self.states.current.items()
-                if standing.kind == kind and self.is_free(subject, standing) and self.may_go(standing)]
-        if not free:
+        due = [kind for kind, (until, _) in self.away.items() if until <= now]
+        if due:
+            self.bring_back(due[0], *self.away.pop(due[0])[1])
             return
+        free, unhealthy = defaultdict(list), set()
+        for subject, standing in self.states.current.items():
+            if standing.kind in MOVING and standing.kind not in self.away:
+                if standing.status != UP and subject in self.busy:
+                    unhealthy.add(standing.kind)
+                elif self.is_free(subject, standing) and self.may_go(standing):
+                    free[standing.kind].append(standing.element)
+        kinds = [kind for kind in free if kind in unhealthy] or list(free)
+        if kinds:
+            kind = self.random.choice(kinds)
+            self.take_away(kind, free[kind])
+
+    def take_away(self, kind, free):
+        """Removes an object that may be ahead of others."""
         chosen = self.random.choice(free[:(len(free) + 1) // 2])
         index = chosen["Index"]
         gone = [(name, place, each) for name, key in ((kind, "Index"), ("TsDiskConfiguration", "DiskIndex"))
@@ -168,7 +174,7 @@ class Changes(threading.Thread):
         self.away[kind] = time.monotonic() + self.random.uniform(*AWAY_S), gone
 
     def may_go(self, standing):
-        """Disks need their enclosure. Events name components of a controller by its row, and so mean others when it moves."""
+        """Disks need their enclosure. Events about components of a controller contain its row, so it must not move."""
         if standing.kind == "TsEnclosure":
             return int(standing.element["Index"]) >= spares.FIRST_INDEX
         return standing.kind != "TsController" or len(self.world.objects["TsController"]) > 1 and not any(

@@ -9,7 +9,7 @@ from harness import ber, berWriter, mib
 
 from . import ledger, snmp
 from .ledger import Doubt
-from .states import KIND_OF_TABLE, KINDS
+from .states import KINDS
 
 STRANGERS = (mib.ROOT + ".99.0", mib.oid("tsDiskName", 1999), mib.oid("tsCtlrFanName", 3, 1), mib.oid("productName"),
              "1.3.6.1.4.1.913.4711.0", "1.3.6.1.4.1.27405.7.7")
@@ -170,7 +170,7 @@ class Setter(Client):
 
 # Columns that ask for a notification about a whole object, with its number.
 FORCE_TRAPS = {tuple(column.oid): next(number for number, kind in KINDS.items()
-                                       if kind == KIND_OF_TABLE[column.table.name])
+                                       if kind == mib.KIND_OF_TABLE[column.table.name])
                for column in mib.MIB.columns
                if column.table and column.name.endswith("ForceTrap") and column.table.parent == "none"}
 

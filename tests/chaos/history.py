@@ -4,8 +4,10 @@ import threading
 
 from harness import mib
 from harness.expected import Expectation
+from harness.mib import KIND_OF_TABLE
+from harness.trapLists import OBJECTS
 
-from .states import FETCHED_SINGLY, KIND_OF_TABLE, OBJECTS, Subject, Track
+from .states import FETCHED_SINGLY, Subject, Track
 
 # A large table is asked for when it is two to three minutes old, and again only when its turn in the round of all
 # columns comes; what is copied from another table follows a round later. Disturbed time does not count.
@@ -108,7 +110,7 @@ class History:
             return any(lie.covers(column, horizon, ended) and self.is_told(lie, column, read) for lie in self.lies)
 
     def is_of_old_row(self, column, oid, read, begin, end):
-        """Whether it is the status of an object that had this row before: such a status is fetched alone, for an event."""
+        """Whether it is the present status, fetched for an event, of an object that had this row before."""
         number = FETCHED_SINGLY.get(column.number)
         if number is None or read is None:
             return False

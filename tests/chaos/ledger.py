@@ -10,7 +10,7 @@ Doubt = namedtuple("Doubt", "kind client sent ended text oid read", defaults=(No
 KINDS = UNANSWERED, SLOW, VALUE, MISSING, ORDER, MALFORMED, REFUSED, BROKEN = (
     "unanswered", "slow", "value", "missing", "order", "malformed", "refused", "broken")
 SLOW_S = 0.3  # an answer that took longer is remembered
-KEPT = 2000  # of each kind; more are only counted
+KEPT = 20000  # of each kind; more are only counted
 
 
 class Ledger:

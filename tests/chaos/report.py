@@ -67,6 +67,8 @@ class Report:
         self.line("answers out of order", self.must_be_none("answers out of order", self.faulty[ledger.ORDER]))
         self.line("answers that are no SNMP", self.must_be_none("malformed answers", self.faulty[ledger.MALFORMED]))
         self.must_be_none("the run itself broke", self.faulty[ledger.BROKEN])
+        self.must_be_none("kinds of doubt that were too many to be judged",
+                          [kind for kind in ledger.KINDS if kind != ledger.SLOW and book.beyond(kind)])
         self.check_refusals()
 
     def check_refusals(self):
@@ -91,7 +93,9 @@ class Report:
         self.line("   lost", self.must_be_none("notifications lost", found["lost"]))
         self.line("   received twice", self.must_be_none("notifications received twice", found["twice"]))
         self.show_statuses()
-        self.line("cold starts / daemons", f"{found['cold starts']} / {len(self.world.timeline.lives)}")
+        lives = len(self.world.timeline.lives)
+        self.line("cold starts / daemons", f"{found['cold starts']} / {lives}")
+        self.must_be_none("cold starts without a daemon", range(lives, found["cold starts"]))
         self.line("datagrams that are no notification",
                   self.must_be_none("datagrams that are no notification", found["strange"]))
 

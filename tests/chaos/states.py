@@ -7,12 +7,10 @@ from dataclasses import dataclass
 
 from harness import mib
 from harness.expected import STATUS, truth_value
+from harness.mib import KIND_OF_TABLE
 from harness.trapLists import COMPONENTS, OBJECTS
 
 UP = 1
-# Kinds of object in the array by the tables that they fill.
-KIND_OF_TABLE = {refresh.table.name: refresh.object_name[0].upper() + refresh.object_name[1:]
-                 for refresh in mib.MIB.refreshes}
 ARRAY = ""  # stands for the name of the array, of which a notification says nothing
 # Number of the notification of a component's parent, and the attribute that holds the parent's index.
 PARENTS = {204: (203, "ControllerIndex"), 206: (205, "EnclosureIndex")}
@@ -78,7 +76,8 @@ def standings(objects):
             if each[tag] in names:
                 parent = names[each[tag]]
                 found[Subject(number, each["Name"])] = Standing(
-                    kind, each, STATUS[each["Status"]], (number, parent, component, each[shown]), Subject(owner, parent))
+                    kind, each, STATUS[each["Status"]], (number, parent, component, each[shown]),
+                    Subject(owner, parent))
     return found
 
 

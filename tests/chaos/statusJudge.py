@@ -7,7 +7,7 @@ from collections import defaultdict, namedtuple
 
 from .history import STALE_S
 from .notices import DELIVERY_S
-from .states import FETCHED_SINGLY, KINDS, PARENTS, PARTS, UP
+from .states import FETCHED_SINGLY, KINDS, PARTS, UP
 from .timeline import EVENTS, RECORDS
 
 # The daemon re-checks a record after 60 s, one record per second.
@@ -15,8 +15,6 @@ RECHECK_S = 110
 MINUTE_S = (45, 90)  # between repeats that a re-check sends
 QUOTED = re.compile(r"'(.*)'")
 CLEARED = "Alert Cleared - "
-# The daemon looks up the row of these before it refreshes their table.
-FOUND_IN_OLD_ROWS = (203, 205, 206)
 LONGEST_BREAK_S = 1  # between a change in the array and its entry in the books
 
 Finding = namedtuple("Finding", "moment text")
@@ -81,15 +79,11 @@ class StatusJudge:
                 notice.number == 212 and notice.status != UP):
             yield "the alert text contradicts trapAlertState"
         named = QUOTED.search(notice.text)
-        if named and named.group(1) != subject.name and not self.is_of_old_row(notice.number, notice.arrival):
+        if named and named.group(1) != subject.name:
             yield f"the alert is about another object than '{subject.name}'"
         for oid, value in notice.cells:
             if not self.history.allows(oid, value, notice.arrival, notice.arrival):
                 yield f"{oid} is {value}"
-
-    def is_of_old_row(self, number, moment):
-        owner = PARENTS[number][0] if number in PARENTS else number
-        return number in FOUND_IN_OLD_ROWS and self.states.has_moved(owner, self.history.horizon(moment), moment)
 
     def is_news(self, subject, notice, before):
         if self.uses_event(subject, notice, before) or before and before.status != notice.status:
@@ -160,7 +154,7 @@ class StatusJudge:
         if standing.parent and not (self.states.was_all_the_time(standing.parent, stored, end) and
                                     self.states.was_all_the_time(standing.parent, change.begin - 1, end, UP)):
             return False
-        return not (self.timeline.life_ended(change.begin, end) or self.is_of_old_row(change.subject.number, end) or
+        return not (self.timeline.life_ended(change.begin, end) or
                     not self.states.was_all_the_time(change.subject, stored, change.begin) or
                     self.history.was_lied_about(standing.kind, stored, end))
 

@@ -1,5 +1,4 @@
-"""The way in of events: the management socket with its good and bad senders, and the order in which events come
-out."""
+"""The management socket, and the order in which events come out."""
 
 import unittest
 
@@ -10,19 +9,6 @@ from harness.traps import Event
 IDS = (5, 6, 7)
 EARLY = tuple(Event(IDS, 201, text=f"early {number}") for number in range(3))
 STRIKE = "failed interface test to apimgr: strikes_against_apimgr = 1 out of 3"
-THROWN = "Caught std::exception processing request: "
-
-GOOD = management.envelope(management.management_body(management.SEND_TRAP, MARK.command()))
-# What a sender writes before it closes, and whether an error is told.
-BAD_SENDERS = (("nothing", b"", False), ("half a length", b"\0\0", True), ("a length alone", b"\0\0\0\x20", True),
-               ("half a body", management.frame(GOOD)[:-5], True), ("an empty body", management.frame(b""), True),
-               ("garbage", management.frame(b"\xff" * 40), True),
-               ("an unknown kind", management.frame(management.envelope(b"", kind=42)), True),
-               ("a body without its kind", management.frame(management.octets_field(6, b"")), True),
-               ("a management message without what it needs",
-                management.frame(management.envelope(management.number_field(4, 1))), True),
-               ("a length beyond the greatest", (management.GREATEST_BODY + 1).to_bytes(4, "big") + b"x" * 10, True),
-               ("the greatest number as length", b"\xff\xff\xff\xff", True))
 
 
 class Events(TrapStory):
@@ -52,31 +38,6 @@ class Events(TrapStory):
             # The array writes its line when the answer has left.
             waiting.wait_until(lambda: self.array.last_exchange("GetList", "Tessera")["lite"] == wish,
                                f"the array is asked for objects with the wish {wish}")
-
-    # --- the senders
-
-    def test_bad_senders_do_not_stop_the_listener(self):
-        for name, octets, is_told in BAD_SENDERS:
-            for ahead in ((), (MARK,)):
-                with self.subTest(sender=name, ahead=ahead):
-                    self.daemon.begin_log()
-                    management.send(*(management.trap(event.command()) for event in ahead), octets)
-                    for event in ahead:
-                        self.expect(event)
-                    self.tell_and_expect(MARK)
-                    self.assertEqual(len(self.daemon.lines_with(THROWN)), 1 if is_told else 0)
-
-    def test_a_length_beyond_the_greatest_ends_the_connection_at_once(self):
-        with management.Sender() as sender:
-            sender.send((management.GREATEST_BODY + 1).to_bytes(4, "big"))
-            sender.wait_until_dropped()
-        self.tell_and_expect(MARK)
-
-    def test_a_frame_that_comes_octet_by_octet(self):
-        with management.Sender() as sender:
-            for octet in management.trap(MARK.command()):
-                sender.send(bytes([octet]))
-        self.expect(MARK)
 
     def test_a_second_sender_waits_for_the_first(self):
         first = [Event(IDS, 201, text=f"first {number}") for number in range(20)]

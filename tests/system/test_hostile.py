@@ -21,8 +21,6 @@ EXCHANGES = (
     (("entities",), NO_PARSE), (("external-entity",), NO_PARSE), (("nesting",), NO_PARSE),
     (("wrong-root",), "does not contain 'lumapi'"))
 
-TABLE_OF = {refresh.object_name[0].upper() + refresh.object_name[1:]: refresh.table for refresh in mib.MIB.refreshes}
-
 
 class HostileAnswers(story.SharedStory):
     @classmethod
@@ -44,7 +42,7 @@ class HostileAnswers(story.SharedStory):
         return {oid: value for oid, value in self.expected.items() if oid.startswith(root + ".")}
 
     def table_root(self, kind):
-        return mib.table_oid(TABLE_OF[kind].name)
+        return mib.table_oid(next(table for table, each in mib.KIND_OF_TABLE.items() if each == kind))
 
     def wait_for_line(self, pattern, limit_s=60):
         waiting.wait_until(lambda: re.search(pattern, self.daemon.log()), f"the log holds {pattern}", limit_s)

@@ -7,9 +7,9 @@ from contextlib import contextmanager
 
 from harness import management
 from harness.expected import LONGEST_TEXT
+from harness.mib import KIND_OF_TABLE
 
 from ..history import Lie
-from ..states import KIND_OF_TABLE
 from ..timeline import EVENTS, RECORDS, REQUESTS, Disturbance
 from .kind import NOTHING, Kind, no_words, pause_until
 
@@ -135,8 +135,8 @@ def gone(world, words):
 
 @contextmanager
 def busy(world, _):
-    """Disks fail together, and for some seconds cannot be read when all are due for a re-check. One re-check per second may
-    fail, and so drop a record."""
+    """Disks fail together and cannot be read for some seconds when all are due for a re-check. One re-check per
+    second may fail, which drops the record."""
     with world.array_lock:
         disks = [each["Index"] for each in world.objects["TsDisk"] if each["Status"] == "Up"][:BUSY_DISKS]
         for index in disks:

@@ -4,7 +4,7 @@ the project's list."""
 
 import re
 
-from .mib import COLUMNS, MIB, TABLES
+from .mib import COLUMNS, MIB, TABLES, api_kind
 
 SERVER_KINDS = ("TsPhysicalServer", "TsRemoteTessera", "TsServerCluster", "TsVirtualServer")
 STANDARD_FOLDERS = (1, 69696969)
@@ -42,10 +42,6 @@ def cut_version(text):
 
 
 def blocks(text):
-    return leading_number_wide(text)
-
-
-def leading_number_wide(text):
     match = LEADING_NUMBER.match(text)
     return max(int(match.group(1)), 0) if match else 0
 
@@ -92,7 +88,7 @@ class Expectation:
     # --- tables
 
     def elements(self, object_name):
-        elements = self.objects.get(object_name[0].upper() + object_name[1:], [])
+        elements = self.objects.get(api_kind(object_name), [])
         if object_name == "tsServer":  # one list of four kinds, which are taken one after the other
             return [each for kind in SERVER_KINDS for each in elements if each["ObjectType"] == kind]
         return elements

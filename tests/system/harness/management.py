@@ -7,7 +7,6 @@ import struct
 from . import waiting
 
 SOCKET = "/tmp/snmpsubagent.sock"
-GREATEST_BODY = 16 * 2097152
 
 MGMT = 6  # kind of envelope
 SEND_TRAP, TEMP_TEST, DISPLAY_TRAPS, VERBOSE_ON, VERBOSE_OFF = 1, 2, 3, 4, 5
@@ -23,31 +22,23 @@ def varint(number):
 
 
 def number_field(place, number):
-    return b"" if number is None else varint(place << 3) + varint(number)
+    return varint(place << 3) + varint(number)
 
 
 def octets_field(place, octets):
-    return b"" if octets is None else varint(place << 3 | 2) + varint(len(octets)) + octets
-
-
-def management_body(specific, text=None, command_type=0, service=1, kind=1):
-    """The inner message. None leaves a field out."""
-    octets = text.encode() if isinstance(text, str) else text
-    return (number_field(1, service) + number_field(2, kind) + number_field(3, command_type) +
-            number_field(4, specific) + octets_field(5, octets))
-
-
-def envelope(inner, kind=MGMT, place=6, sequence=None):
-    return number_field(1, kind) + octets_field(place, inner) + number_field(7, sequence)
+    return varint(place << 3 | 2) + varint(len(octets)) + octets
 
 
 def frame(body):
     return struct.pack(">I", len(body)) + body
 
 
-def message(specific, text=None, **fields):
+def message(specific, text=""):
     """The whole frame of one management message."""
-    return frame(envelope(management_body(specific, text, **fields)))
+    octets = text.encode() if isinstance(text, str) else text
+    body = (number_field(1, 1) + number_field(2, 1) + number_field(3, 0) + number_field(4, specific) +
+            octets_field(5, octets))
+    return frame(number_field(1, MGMT) + octets_field(6, body))
 
 
 def trap(text):

@@ -13,7 +13,6 @@ from apiMgmt.snmpSubagent.snmpSubagentMibParser.generator import model  # noqa: 
 ENTERPRISE = "1.3.6.1.4.1.913.11000.2000.500.1"
 OLD_ENTERPRISE = "1.3.6.1.4.1.27405"
 ROOT = ENTERPRISE + ".2"
-END_OF_STORE = ROOT + ".46"  # the last table
 
 
 def load():
@@ -22,9 +21,16 @@ def load():
                        reader.read_lines(os.path.join(data, "refresh.def")))
 
 
+def api_kind(object_name):
+    """The name of a kind of object as the array has it: TsDisk for tsDisk."""
+    return object_name[0].upper() + object_name[1:]
+
+
 MIB = load()
 COLUMNS = {column.name: column for column in MIB.columns}
 TABLES = {table.name: table for table in MIB.tables}
+# Kinds of object in the array by the tables that they fill.
+KIND_OF_TABLE = {refresh.table.name: api_kind(refresh.object_name) for refresh in MIB.refreshes}
 
 
 def oid(name, *instance):

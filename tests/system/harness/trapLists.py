@@ -24,8 +24,8 @@ PLAIN_TEXT = (1, 2, 3, 4, 5, 6, 7, 8, 100, 101)
 SUPPORT = ": Contact Vorn Support Services."
 
 class ObjectTrap(namedtuple("ObjectTrap", "kind columns index status owner advice")):
-    """Object of the array; columns of its row; column of the API index by which it is found, None: see row_of; columns of
-    status and owner; advice."""
+    """Object of the array; columns of its row; column of the API index by which it is found, None: see row_of;
+    columns of status and owner; advice."""
 
     @property
     def name(self):

@@ -3,6 +3,7 @@
 from collections import namedtuple
 
 from . import array, management, machine, story, trapLists, traps
+from .mib import api_kind
 from .receiver import Receiver
 from .traps import Event, Model
 
@@ -35,10 +36,6 @@ def healthy(preset):
     for number, disk in enumerate(objects["TsDisk"], 1):
         disk["Name"] = f"{disk['EnclosureIndex']}-{number:02}"
     return objects
-
-
-def capital(kind):
-    return kind[0].upper() + kind[1:]
 
 
 class TrapStory(story.SharedStory):
@@ -100,7 +97,7 @@ class TrapStory(story.SharedStory):
     @classmethod
     def object_case(cls, number, place, ids=IDS, text=""):
         """place: in the array's list of the kind; the last for -1."""
-        kind = capital(trapLists.OBJECTS[number].kind)
+        kind = api_kind(trapLists.OBJECTS[number].kind)
         if number == 211:
             return Case(Event(ids, number, 1, text=text), kind, "1", "PortsBalanced", "True", "False", "odd")
         dump = cls.array.dump()
@@ -111,7 +108,7 @@ class TrapStory(story.SharedStory):
     @classmethod
     def component_case(cls, number, component, parent, place, ids=IDS, text=""):
         """parent, place: in the list of controllers or enclosures, and in that of the parent's components."""
-        kind, dump = capital(trapLists.COMPONENTS[number, component].kind), cls.array.dump()
+        kind, dump = api_kind(trapLists.COMPONENTS[number, component].kind), cls.array.dump()
         owner, tag = ("TsController", "ControllerIndex") if number == 204 else ("TsEnclosure", "EnclosureIndex")
         parents = [each["Index"] for each in dump[owner]]
         element = [each for each in dump[kind] if each[tag] == parents[parent]][place]

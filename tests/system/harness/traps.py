@@ -44,8 +44,7 @@ def arguments(objects, number, component, element):
         return 1, 0, 0
     if not component:
         return row(objects["TsControllerCacheCard"]) if number == 210 else int(element["Index"]), 0, 0
-    kind = COMPONENTS[number, component].kind
-    siblings = objects[kind[0].upper() + kind[1:]]
+    siblings = objects[mib.api_kind(COMPONENTS[number, component].kind)]
     if number == 204:
         parent = [each["Index"] for each in objects["TsController"]].index(element["ControllerIndex"]) + 1
         siblings = [each for each in siblings if each["ControllerIndex"] == element["ControllerIndex"]]
