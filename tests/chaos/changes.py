@@ -101,9 +101,9 @@ class Changes(threading.Thread):
             if standing is None or standing.status == UP:
                 del self.busy[subject]
                 continue
-            status = self.random.choice([each for each in ("Up", "Up", "Up", "Down", "Degraded")
-                                         if self.value(subject, each) != self.status_of(standing)])
-            self.put(subject, status, is_told=self.random.random() < 0.6)
+            self.put(subject, self.random.choice([each for each in ("Up", "Up", "Up", "Down", "Degraded")
+                                                  if self.shown(standing, each) != self.shown(standing)]),
+                     is_told=self.random.random() < 0.6)
             return
         if not due:
             for _ in range(self.random.choice(AT_ONCE)):
@@ -120,16 +120,15 @@ class Changes(threading.Thread):
         return standing.status == UP and subject not in self.busy
 
     @staticmethod
-    def value(subject, status):
-        return str(status == "Up") if subject.number == 211 else status
-
-    @staticmethod
-    def status_of(standing):
-        return standing.element["PortsBalanced" if standing.kind == "Tessera" else "Status"]
+    def shown(standing, status=None):
+        """The attribute that shows the status of an object, and its value, now or for another status."""
+        if standing.kind == "Tessera":
+            return "PortsBalanced", str(status == "Up") if status else standing.element["PortsBalanced"]
+        return "Status", status or standing.element["Status"]
 
     def put(self, subject, status, is_told):
-        element, kind = self.states.current[subject].element, self.states.current[subject].kind
-        value, attribute = self.value(subject, status), "PortsBalanced" if kind == "Tessera" else "Status"
+        standing = self.states.current[subject]
+        kind, element, (attribute, value) = standing.kind, standing.element, self.shown(standing, status)
         if not is_told:
             self.world.replace({name: [{**each, attribute: value} if each is element else each for each in found]
                                 for name, found in self.world.objects.items()})

@@ -169,10 +169,8 @@ class Setter(Client):
 
 
 # Columns that ask for a notification about a whole object, with its number.
-FORCE_TRAPS = {tuple(column.oid): next(number for number, kind in KINDS.items()
-                                       if kind == mib.KIND_OF_TABLE[column.table.name])
-               for column in mib.MIB.columns
-               if column.table and column.name.endswith("ForceTrap") and column.table.parent == "none"}
+FORCE_TRAPS = {tuple(column.oid): number for column in mib.MIB.columns for number, kind in KINDS.items()
+               if column.name.endswith("ForceTrap") and mib.KIND_OF_TABLE[column.table.name] == kind}
 
 
 class Scribbler(Client):

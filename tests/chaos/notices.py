@@ -19,7 +19,6 @@ COMMUNITY = "watch.tower"
 DELIVERY_S = 20
 TRACE_LINE = re.compile(r"event\s+delivered\s.*(?:chaos-|device of type )(\d+)\b")
 DEVICE_TYPE, ALERT_STATE, ALERT_TEXT, COMPONENT, COMPONENT_STATUS, COMPONENT_NAME = 165, 175, 173, 170, 167, 168
-NUMBERS_ON_THE_WIRE = 2**32  # a negative enumeration is sent as an unsigned value
 
 
 @dataclass
@@ -42,12 +41,11 @@ def notice_of(arrival, number, notification):
         column = column_of(each.oid)
         if column is None:
             continue
-        value = each.value
+        type_, value = each.type, each.value
         if column.type == "enumeration":
-            value -= NUMBERS_ON_THE_WIRE if value >= NUMBERS_ON_THE_WIRE // 2 else 0
-            cells.append((each.oid, ("INTEGER", value)))
-        else:
-            cells.append((each.oid, (each.type, value)))
+            type_, value = "INTEGER", value - (2**32 if value >= 2**31 else 0)  # unsigned on the wire
+        if column.table:
+            cells.append((each.oid, (type_, value)))
         values[column.number] = value.decode() if isinstance(value, bytes) else value
     if number in OBJECTS:
         trap = OBJECTS[number]
@@ -55,8 +53,7 @@ def notice_of(arrival, number, notification):
     else:
         component, parent = values[COMPONENT], OBJECTS[number - 1].name
         shown_as, status = (number, values[parent], component, values[COMPONENT_NAME]), values[COMPONENT_STATUS]
-    own = [cell for cell in cells if column_of(cell[0]).table]
-    return Notice(arrival, number, shown_as, status, values[ALERT_STATE], values.get(ALERT_TEXT, ""), own)
+    return Notice(arrival, number, shown_as, status, values[ALERT_STATE], values.get(ALERT_TEXT, ""), cells)
 
 
 class Notices:

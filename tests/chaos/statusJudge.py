@@ -62,8 +62,8 @@ class StatusJudge:
         return self.timeline.back(moment, STALE_S if has_old else DELIVERY_S)
 
     def may_lie(self, number, moment):
-        kinds = [KINDS[number]] if number in KINDS else [kind for kind, key in PARTS.items() if key[0] == number]
-        return any(self.history.was_lied_about(kind, self.history.horizon(moment), moment) for kind in kinds)
+        return any(self.history.was_lied_about(kind, self.history.horizon(moment), moment)
+                   for kind in (KINDS.get(number), *(kind for kind, key in PARTS.items() if key[0] == number)))
 
     def mistakes(self, subject, notice):
         """What a notification says that was not so."""

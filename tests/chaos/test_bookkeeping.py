@@ -19,7 +19,7 @@ from chaos.states import States, Subject  # noqa: E402
 from chaos.timeline import EVENTS, RECORDS, REQUESTS, Disturbance, Life, Timeline  # noqa: E402
 from chaos.vitals import Sample  # noqa: E402
 from chaos.watch import Ended, Watch  # noqa: E402
-from harness import berWriter, daemon, mib  # noqa: E402
+from harness import daemon, mib  # noqa: E402
 from harness.manager import Binding  # noqa: E402
 
 MODEL, SECOND = mib.oid("tsUPSName", 1), mib.oid("tsUPSName", 2)
@@ -40,14 +40,6 @@ def objects(*names, status="Up", enclosure="Up", part="Up"):
                                         "Status": part}]}
 
 
-class Silence:
-    """A receiver to which nothing comes."""
-
-    @staticmethod
-    def take_datagram(_):
-        threading.Event().wait()
-
-
 class Books:
     """The books of a run without a violation: one daemon, which was calm, and an array in which nothing happened."""
 
@@ -56,7 +48,8 @@ class Books:
         self.timeline.begin_life(Life(1, 0, samples=[Sample(moment, 20000, 12) for moment in range(20)]))
         self.states = States()
         self.history = History(self.timeline, self.states)
-        self.judge, self.notices = Judge(self.history, self.book), Notices(self.timeline, Silence())
+        nothing_comes = mock.Mock(take_datagram=lambda _: threading.Event().wait())
+        self.judge, self.notices = Judge(self.history, self.book), Notices(self.timeline, nothing_comes)
         self.own_kills, self.watch, self.sanitizer_reports = {70}, Watch(self), []
         self.become(0)
         self.book.count("x", "answered", 100)
@@ -292,18 +285,6 @@ class ThePlan(unittest.TestCase):
             self.assertFalse([fault.text() for fault in made.bearable if fault.kind.restarts])
             self.assertEqual({fault.kind.name for fault in made.any}, {kind.name for kind in plan.ALL})
             self.assertTrue(made.closing.kind.restarts)
-
-
-class Octets(unittest.TestCase):
-    def test_requests_and_their_answers(self):
-        """What is written is read back; numbers at the edges of their octets."""
-        for number in (0, 127, 128, -1, -128, -129, 2**31 - 1, -2**31):
-            with self.subTest(number=number):
-                pdu = berWriter.pdu(snmp.RESPONSE, number, [(MODEL, berWriter.integer(number)),
-                                                            ("1.3.4294967295.128", b"\x82\x00")])
-                response = snmp.read_response(berWriter.message("2c", "x" * 300, pdu))
-                self.assertEqual(response, (number, "noError", 0, [
-                    Binding(MODEL, "INTEGER", number), Binding("1.3.4294967295.128", "endOfMibView", None)]))
 
 
 if __name__ == "__main__":

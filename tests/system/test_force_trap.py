@@ -78,13 +78,6 @@ class ForcedNotifications(TrapStory):
                 self.expect(event)
                 self.assertEqual(self.manager.value(COMMAND), event.command())
 
-    def test_commands_that_are_none(self):
-        for text in ("", "ForceTrap", "1 2 3 201 0 0 0 0"):
-            with self.subTest(text=text):
-                self.writer.set((COMMAND, "s", text))
-                self.expect_nothing_of()
-                self.assertEqual(self.manager.value(COMMAND), text)
-
 
 if __name__ == "__main__":
     unittest.TestCase.maxDiff = None

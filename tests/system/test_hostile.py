@@ -79,12 +79,6 @@ class HostileAnswers(story.SharedStory):
         self.assertNotIn(secret, self.daemon.log())
         self.assert_served_as_before()
 
-    def test_an_array_without_ups_fills_no_log(self):
-        self.array.fault("error", "ObjectNotAvailable", "no UPS", "on", "TsUps")
-        self.array.wait_until_struck("TsUps", 420)
-        self.assertEqual(self.daemon.lines_with("tsUps"), [])
-        self.assertEqual(self.served(self.table_root("TsUps")), self.right(self.table_root("TsUps")))
-
 
 class LongTexts(story.SharedStory):
     """An array whose disks all have names that no datagram would hold many of. Nobody may be left without an answer:
