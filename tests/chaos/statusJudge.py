@@ -86,7 +86,9 @@ class StatusJudge:
                 yield f"{oid} is {value}"
 
     def is_news(self, subject, notice, before):
-        if self.uses_event(subject, notice, before) or before and before.status != notice.status:
+        has_changed = before and before.status != notice.status
+        # The event of a recovery is notified even if a re-check has found the recovery first.
+        if has_changed and notice.status == UP or self.uses_event(subject, notice, before) or has_changed:
             return True
         return bool(before) and len(self.states.between(subject, before.arrival - LONGEST_BREAK_S, notice.arrival)) > 1
 

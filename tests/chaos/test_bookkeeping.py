@@ -171,6 +171,8 @@ PLANTED = (
     (lambda b: b.down().do(b.notices.forced, "append", (1060, 205)).hear(1061, text=""), "notifications repeated"),
     (lambda b: b.down().do(b.notices.forced, "append", (1060, 212)).hear(1061, text=""), None),
     (lambda b: b.down().become(1200).hear_up(1201).become(1300, status="Down").hear(1301), None),
+    (lambda b: b.down().become(1200).hear_up(1201).hear_up(1202), None),
+    (lambda b: b.down().become(1200).hear_up(1201).hear_up(1202).hear_up(1203), "notifications repeated"),
     (lambda b: b.down().become(1010).become(1015, status="Down").hear(1016), None),
     # processes
     (lambda b: b.restart(100, EVENTS), "daemons that ended"),
