@@ -80,10 +80,9 @@ class Changes(threading.Thread):
 
     def repeat(self):
         """Reports the status of an object once more."""
-        found = [subject for subject in self.busy if subject in self.states.current]
+        found = [(subject, self.states.current[subject]) for subject in self.busy if subject in self.states.current]
         if found:
-            subject = self.random.choice(found)
-            standing = self.states.current[subject]
+            subject, standing = self.random.choice(found)
             component = PARTS.get(standing.kind, (0, 0))[1]
             numbers = arguments(self.world.objects, subject.number, component, standing.element)
             event = Event((1, 2, 3), subject.number, *numbers, text=f"again@@@'{subject.name}' is as it was")

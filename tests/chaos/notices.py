@@ -7,7 +7,7 @@ from collections import namedtuple
 from dataclasses import dataclass
 
 from harness import array, ber, machine, management, mib, waiting
-from harness.trapLists import COMPONENTS, OBJECTS
+from harness.trapLists import OBJECTS
 from harness.traps import COLD_START, NOTIFICATIONS, TRAP_OID
 
 from .history import column_of
@@ -18,7 +18,7 @@ COMMUNITY = "watch.tower"
 # So many seconds without a fault are enough for anything that waits in the daemon.
 DELIVERY_S = 20
 TRACE_LINE = re.compile(r"event\s+delivered\s.*(?:chaos-|device of type )(\d+)\b")
-DEVICE_TYPE, ALERT_STATE, ALERT_TEXT, COMPONENT, COMPONENT_STATUS, COMPONENT_NAME = 165, 175, 173, 170, 167, 168
+ALERT_STATE, ALERT_TEXT, COMPONENT, COMPONENT_STATUS, COMPONENT_NAME = 175, 173, 170, 167, 168  # columns
 
 
 @dataclass

@@ -5,17 +5,20 @@ import re
 import time
 from collections import defaultdict, namedtuple
 
+from harness import waiting
+
 from .history import STALE_S
 from .notices import DELIVERY_S
 from .states import FETCHED_SINGLY, KINDS, PARTS, UP
 from .timeline import EVENTS, RECORDS
 
-# The daemon re-checks a record after 60 s, one record per second.
-RECHECK_S = 110
+EVENT_S = DELIVERY_S * waiting.PATIENCE  # an event is notified within this time
+RECHECK_S = 90 + EVENT_S  # the daemon re-checks a record after 60 s, one record per second
 MINUTE_S = (45, 90)  # between repeats that a re-check sends
 QUOTED = re.compile(r"'(.*)'")
 CLEARED = "Alert Cleared - "
-LONGEST_BREAK_S = 1  # between a change in the array and its entry in the books
+
+BREAK_S = 1  # between a change in the array and its record here
 
 Finding = namedtuple("Finding", "moment text")
 Heard = namedtuple("Heard", "notice is_news")
@@ -58,8 +61,8 @@ class StatusJudge:
 
     def recent(self, moment):
         """What was so since then may be told at this moment: a refused refresh leaves an old status in the store."""
-        has_old = self.timeline.is_disturbed(RECORDS, self.timeline.back(moment, DELIVERY_S), moment)
-        return self.timeline.back(moment, STALE_S if has_old else DELIVERY_S)
+        has_old = self.timeline.is_disturbed(RECORDS, self.timeline.back(moment, EVENT_S), moment)
+        return self.timeline.back(moment, STALE_S if has_old else EVENT_S)
 
     def may_lie(self, number, moment):
         return any(self.history.was_lied_about(kind, self.history.horizon(moment), moment)
@@ -90,11 +93,11 @@ class StatusJudge:
         # The event of a recovery is notified even if a re-check has found the recovery first.
         if has_changed and notice.status == UP or self.uses_event(subject, notice, before) or has_changed:
             return True
-        return bool(before) and len(self.states.between(subject, before.arrival - LONGEST_BREAK_S, notice.arrival)) > 1
+        return bool(before) and len(self.states.between(subject, before.arrival - BREAK_S, notice.arrival)) > 1
 
     def uses_event(self, subject, notice, before):
         """Whether an event explains the notification; each explains one."""
-        begin = self.timeline.back(notice.arrival, DELIVERY_S)
+        begin = self.timeline.back(notice.arrival, EVENT_S)
         named = QUOTED.search(notice.text)
         for telling in self.tellings:
             if not begin <= telling.moment <= notice.arrival or telling.subject.number != notice.number:
@@ -138,7 +141,7 @@ class StatusJudge:
                      if each.notice.arrival < change.begin), None)
 
     def has_come(self, change):
-        until = (change.until or time.monotonic()) + LONGEST_BREAK_S
+        until = (change.until or time.monotonic()) + BREAK_S
         return any(notice.status == change.status and change.begin <= notice.arrival <= until
                    for notice, _ in self.heard[change.subject])
 
@@ -149,7 +152,7 @@ class StatusJudge:
         return change.told and self.is_due_by_event(change) or self.is_due_by_recheck(change, before)
 
     def is_due_by_event(self, change):
-        end = change.begin + DELIVERY_S
+        end = change.begin + EVENT_S
         if (change.until or time.monotonic()) < end or self.timeline.is_disturbed(EVENTS, change.begin - 1, end):
             return False
         standing, stored = self.states.known[change.subject], self.history.horizon(change.begin)

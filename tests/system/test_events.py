@@ -3,7 +3,7 @@
 import unittest
 
 from harness import management, story, waiting
-from harness.trapStory import COLD_START, MARK, RECEIVED, TrapStory
+from harness.trapStory import COLD_START, RECEIVED, TrapStory
 from harness.traps import Event
 
 IDS = (5, 6, 7)
