@@ -152,8 +152,10 @@ def busy(world, _):
     gone = len(before - world.records())
     if gone > disturbance.over - disturbance.begin + 1:
         world.failures.append(f"{gone} of {len(before)} records of disks were dropped within {BUSY_S} s")
-    for index in disks:
-        world.change("recover", "TsDisk", index)
+    with world.array_lock:
+        for each in world.objects["TsDisk"]:
+            if each["Index"] in disks and each["Status"] != "Up":
+                world.change("recover", "TsDisk", each["Index"])
     yield
 
 
