@@ -60,9 +60,8 @@ class Notices:
     def __init__(self, timeline, receiver):
         self.timeline, self.receiver = timeline, receiver
         self.lock = threading.Lock()
-        self.marks, self.about_objects, self.forced = {}, [], []
+        self.marks, self.about_objects, self.forced, self.strange = {}, [], [], []
         self.received = self.cold_starts = 0
-        self.strange = []
         threading.Thread(target=self.collect, daemon=True).start()
 
     # --- what is told

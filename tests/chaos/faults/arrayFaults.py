@@ -153,9 +153,8 @@ def busy(world, _):
     if gone > disturbance.over - disturbance.begin + 1:
         world.failures.append(f"{gone} of {len(before)} records of disks were dropped within {BUSY_S} s")
     with world.array_lock:
-        for each in world.objects["TsDisk"]:
-            if each["Index"] in disks and each["Status"] != "Up":
-                world.change("recover", "TsDisk", each["Index"])
+        for index in {each["Index"] for each in world.objects["TsDisk"]}.intersection(disks):
+            world.change("recover", "TsDisk", index)
     yield
 
 
