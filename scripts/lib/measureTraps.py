@@ -61,7 +61,8 @@ def request(*words):
     """The frame of a request for a method."""
     command = management.octets_field(1, document(method(*words)))
     inner = management.number_field(1, 1) + management.octets_field(4, command)
-    return management.frame(management.envelope(inner, kind=2, place=2, sequence=1))
+    return management.frame(management.number_field(1, 2) + management.octets_field(2, inner) +
+                            management.number_field(7, 1))
 
 
 class Measurement:
