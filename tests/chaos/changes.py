@@ -30,7 +30,7 @@ AT_ONCE = (1, 1, 2, 4)
 # How long a status lasts: long enough for a notification, or for some re-checks. Only a re-check finds a change without
 # an event.
 WITH_EVENT_S, WITHOUT_EVENT_S = ((25, 45), (70, 150), (150, 260)), (130, 200)
-AWAY_S = (40, 120)
+AWAY_S = (60, 200)
 MOVING = ("TsController", "TsEnclosure", "TsUps", "TsControllerFanSensor", "TsDisk", "TsVolume", "TsServer")
 NEVER_NEW = ("TsController", "TsEnclosure", "TsControllerFanSensor")  # these return as what they were
 
@@ -143,27 +143,27 @@ class Changes(threading.Thread):
     # --- rows
 
     def go_or_return(self):
-        """What is away returns in time. What goes is of a kind of which another one is unhealthy, if there is any."""
-        now = time.monotonic()
-        due = [kind for kind, (until, _) in self.away.items() if until <= now]
+        """What is away returns in time. What goes is ahead of an unhealthy object if possible."""
+        due = [kind for kind, (until, _) in self.away.items() if until <= time.monotonic()]
         if due:
             self.bring_back(due[0], *self.away.pop(due[0])[1])
             return
-        free, unhealthy = defaultdict(list), set()
-        for subject, standing in self.states.current.items():
+        current = self.states.current
+        unhealthy = {current[subject].parent or subject for subject in self.busy.keys() & current.keys()
+                     if current[subject].status != UP}
+        free, ahead = defaultdict(list), {}
+        for subject, standing in current.items():
             if standing.kind in MOVING and standing.kind not in self.away:
-                if standing.status != UP and subject in self.busy:
-                    unhealthy.add(standing.kind)
+                if subject in unhealthy:
+                    ahead[standing.kind] = list(free[standing.kind])
                 elif self.is_free(subject, standing) and self.may_go(standing):
                     free[standing.kind].append(standing.element)
-        kinds = [kind for kind in free if kind in unhealthy] or list(free)
+        kinds = [kind for kind in ahead if ahead[kind]] or [kind for kind in free if free[kind]]
         if kinds:
             kind = self.random.choice(kinds)
-            self.take_away(kind, free[kind])
+            self.take_away(kind, self.random.choice(ahead.get(kind) or free[kind]))
 
-    def take_away(self, kind, free):
-        """Removes an object that may be ahead of others."""
-        chosen = self.random.choice(free[:(len(free) + 1) // 2])
+    def take_away(self, kind, chosen):
         index = chosen["Index"]
         gone = [(name, place, each) for name, key in ((kind, "Index"), ("TsDiskConfiguration", "DiskIndex"))
                 for place, each in enumerate(self.world.objects[name])

@@ -136,7 +136,6 @@ PLANTED = (
     (lambda b: b.mark(50), "notifications lost"),
     (lambda b: b.mark(95).disturb(REQUESTS, end=120), "notifications lost"),
     (lambda b: b.mark(95).disturb(REQUESTS, end=120).restart(135), None),
-    (lambda b: b.mark(None), None),
     (lambda b: b.do(b.notices.strange, "append", "x"), "datagrams that are no notification"),
     (lambda b: b.do(b.notices, "__setattr__", "cold_starts", 2), "cold starts without a daemon"),
     # changes that must be notified
