@@ -47,7 +47,7 @@ class Changes(threading.Thread):
     def run(self):
         while not self.world.stopping.wait(self.random.uniform(*PAUSE_S)):
             action = self.random.choice((self.move, self.move, self.misc, self.tell, self.tell_of_device, self.repeat,
-                                         self.go_or_return, self.fail_or_recover, self.fail_or_recover))
+                                         self.go_or_return, self.go_or_return, *[self.fail_or_recover] * 3))
             try:
                 with self.world.array_lock:
                     action()
@@ -64,8 +64,7 @@ class Changes(threading.Thread):
 
     def misc(self):
         """An alert in words, told by the array itself."""
-        if self.world.has_events:
-            self.world.array.tell("misc", self.world.notices.new_mark()[1])
+        self.world.array.tell("misc", self.world.notices.new_mark()[1])
 
     def tell(self):
         """An event straight to the daemon's socket."""
@@ -73,8 +72,7 @@ class Changes(threading.Thread):
 
     def tell_of_device(self):
         """An event that names neither disk nor enclosure."""
-        if self.world.has_events:
-            self.world.array.tell("scsi", self.world.notices.new_mark()[0].number, self.random.randint(1, 99))
+        self.world.array.tell("scsi", self.world.notices.new_mark()[0].number, self.random.randint(1, 99))
 
     # --- statuses
 

@@ -40,7 +40,7 @@ class World:
         self.states = States()
         self.history = History(self.timeline, self.states)
         self.judge = Judge(self.history, self.book)
-        self.array, self.has_events, self.objects = array.Array(), True, None
+        self.array, self.objects = array.Array(), None
         self.failures = []  # what must hold and does not, beyond the counts
         self.keeper = self.watch = self.receiver = None
         self.own_kills = set()
@@ -90,12 +90,11 @@ class World:
 
     # --- the array
 
-    def start_array(self, objects, since=None, events=True):
+    def start_array(self, objects, since=None):
         """With this model; what it has told and nobody taken is forgotten."""
         with self.array_lock:
             since = time.monotonic() if since is None else since
-            self.has_events = events
-            self.array.start(*(("small", "--events") if events else ("small",)), objects=objects)
+            self.array.start(self.preset, "--events", objects=objects)
             self.remember(since, told=False)
 
     def change(self, *words):
@@ -103,7 +102,7 @@ class World:
         with self.array_lock:
             since = time.monotonic()
             answer = self.array.tell(*words)
-            self.remember(since, told=self.has_events)
+            self.remember(since, told=True)
             return answer
 
     def replace(self, objects):

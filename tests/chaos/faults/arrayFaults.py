@@ -11,7 +11,7 @@ from harness.mib import KIND_OF_TABLE
 
 from ..history import Lie
 from ..timeline import EVENTS, RECORDS, REQUESTS, Disturbance
-from .kind import NOTHING, Kind, no_words, pause_until
+from .kind import NOTHING, Kind, draw_end, no_words, pause_until
 
 KINDS_OF_OBJECT = sorted(set(KIND_OF_TABLE.values()))
 # A lie about these would change which address the array has, or what is whose part.
@@ -104,7 +104,7 @@ def hung(world, words):
     finally:
         with world.array_lock:
             world.array.stop()
-            world.start_array(world.objects, events=world.has_events)
+            world.start_array(world.objects)
 
 
 @contextmanager
@@ -117,10 +117,6 @@ def stalled(world, _):
             os.kill(world.array.process.pid, signal.SIGCONT)
 
 
-def draw_return(random):
-    return (random.choice(("SIGTERM", "SIGKILL")), random.choice(("with events", "with events", "without events")))
-
-
 @contextmanager
 def gone(world, words):
     """Ends, and comes back as it was."""
@@ -130,7 +126,7 @@ def gone(world, words):
         try:
             yield
         finally:
-            world.start_array(world.objects, events=words[1] == "with events")
+            world.start_array(world.objects)
 
 
 @contextmanager
@@ -172,6 +168,6 @@ KINDS = (
     Kind("the array hangs", lambda _: ("hang",), hung, ALL),
     Kind("the array stalls", no_words, stalled, ALL),
     Kind("the array does not listen", lambda _: ("stop-listening",), told, ALL, seconds=(1, 4), recovery_s=STRIKE_S),
-    Kind("the array is restarted", draw_return, gone, ALL, seconds=(0, 4), recovery_s=STRIKE_S),
-    Kind("the array stays away", draw_return, gone, ALL, restarts=True, seconds=(45, 60), recovery_s=15),
+    Kind("the array is restarted", draw_end, gone, ALL, seconds=(0, 4), recovery_s=STRIKE_S),
+    Kind("the array stays away", draw_end, gone, ALL, restarts=True, seconds=(45, 60), recovery_s=15),
 )

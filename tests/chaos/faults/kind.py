@@ -28,6 +28,10 @@ def no_words(_):
     return ()
 
 
+def draw_end(random):
+    return (random.choice(("SIGTERM", "SIGKILL")),)
+
+
 def pause_until(world, end):
     """Sleeps to a moment; not beyond the end of the run."""
     world.stopping.wait(max(end - time.monotonic(), 0))

@@ -6,7 +6,7 @@ from contextlib import contextmanager
 
 from harness import daemon, machine, waiting
 
-from .kind import Kind, no_words
+from .kind import Kind, draw_end, no_words
 
 RESTART_S = 10
 
@@ -36,10 +36,6 @@ def daemon_ended(world, words):
     os.kill(pid, signal.Signals[words[0]])
     waiting.wait_until(lambda: not machine.is_running(pid), "the daemon has ended", 60)
     yield
-
-
-def draw_end(random):
-    return (random.choice(("SIGTERM", "SIGKILL")),)
 
 
 KINDS = (
