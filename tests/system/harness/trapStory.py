@@ -156,3 +156,10 @@ class TrapStory(story.SharedStory):
         """These events give no notification: the next one is that of a mark told after them."""
         cls.tell(*events, MARK)
         cls.expect(MARK)
+
+    @classmethod
+    def expect_refusal(cls, event, line):
+        cls.daemon.begin_log()
+        cls.expect_nothing_of(event)
+        if line not in cls.daemon.log():
+            raise AssertionError(f"{event}: the log does not hold '{line}':\n{cls.daemon.log()}")
