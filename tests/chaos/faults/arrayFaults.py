@@ -160,14 +160,14 @@ RECHECKED_S, BUSY_S, BUSY_DISKS = 61, 3, 10
 ALL, NOTICES = (REQUESTS, EVENTS, RECORDS), (EVENTS, RECORDS)
 
 KINDS = (
-    Kind("the array breaks its frames", draw_frames, told, ALL, recovery_s=STRIKE_S),
+    Kind("the array breaks its frames", draw_frames, told, NOTICES, recovery_s=STRIKE_S),
     Kind("the array's documents are bad", draw_document, told, NOTICES, seconds=(5, 10)),
     Kind("the array lies", draw_lie, lied, NOTICES, seconds=(5, 10)),
     Kind("the array is busy", no_words, busy, NOTHING, seconds=(0, 1), recovery_s=RECHECKED_S + BUSY_S + 5),
-    Kind("the array is slow", draw_delay, told, ALL, seconds=(4, 9)),
-    Kind("the array hangs", lambda _: ("hang",), hung, ALL),
-    Kind("the array stalls", no_words, stalled, ALL),
-    Kind("the array does not listen", lambda _: ("stop-listening",), told, ALL, seconds=(1, 4), recovery_s=STRIKE_S),
-    Kind("the array is restarted", draw_end, gone, ALL, seconds=(0, 4), recovery_s=STRIKE_S),
+    Kind("the array is slow", draw_delay, told, NOTICES, seconds=(4, 9)),
+    Kind("the array hangs", lambda _: ("hang",), hung, NOTICES),
+    Kind("the array stalls", no_words, stalled, NOTICES),
+    Kind("the array does not listen", lambda _: ("stop-listening",), told, NOTICES, seconds=(1, 4), recovery_s=STRIKE_S),
+    Kind("the array is restarted", draw_end, gone, NOTICES, seconds=(0, 4), recovery_s=STRIKE_S),
     Kind("the array stays away", draw_end, gone, ALL, restarts=True, seconds=(45, 60), recovery_s=15),
 )
