@@ -2,7 +2,6 @@
 
 import contextlib
 import os
-import shutil
 import signal
 import subprocess
 import unittest
@@ -103,8 +102,7 @@ class TheEngineOfSnmpv3(story.Story):
     def test_it_is_the_same_after_a_restart(self):
         self.begin()
         self.array.start()
-        os.makedirs(self.FOLDER, exist_ok=True)
-        shutil.chown(self.FOLDER, "daemon")
+        os.makedirs(self.FOLDER, 0o700, exist_ok=True)
         self.daemon.environment = lambda: {**daemon.Daemon.environment(), "SNMP_PERSISTENT_DIR": self.FOLDER}
         self.daemon.start()
         name, boots = self.manager.value(self.NAME), int(self.manager.value(self.BOOTS))

@@ -9,11 +9,11 @@ struct StartFailure {
 };
 
 /**
- * Starts a program that the caller does not have to wait for: it leaves no zombie, gets none of the
- * caller's descriptors, and has /dev/null as 0, 1 and 2 where the system needs them. argv ends with a
- * null pointer. Returns once the program runs or could not be started.
+ * Starts a program that the caller does not have to wait for: it leaves no zombie, inherits none of the
+ * caller's descriptors and has /dev/null as 0, 1 and 2. argv and environment end with a null pointer.
+ * Returns once the program runs or could not be started.
  */
-StartFailure StartDetachedProgram(const char* path, char* const argv[]);
+StartFailure StartDetachedProgram(const char* path, char* const argv[], char* const environment[]);
 
 /** The greatest process number that this system gives out. */
 int GreatestProcessNumber();

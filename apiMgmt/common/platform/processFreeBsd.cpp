@@ -4,29 +4,13 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <climits>
 
 #include "apiMgmt/common/platform/process.h"
 #include "apiMgmt/common/platform/startReport.h"
 
 const char* const kKillallOutput = "";  // killall -v reports on standard output here
 
-namespace {
-
-// The program starts with no descriptor at all: report_fd is the only one left, and exec closes it.
-[[noreturn]] void RunProgram(int report_fd, const char* path, char* const argv[]) {
-    RestoreSignals();
-    if (report_fd > 0) {
-        close_range(0, static_cast<unsigned>(report_fd) - 1, 0);
-    }
-    close_range(static_cast<unsigned>(report_fd) + 1, UINT_MAX, 0);
-    execv(path, argv);
-    ReportAndExit(report_fd, StartFailure::Step::exec);
-}
-
-}  // namespace
-
-StartFailure StartDetachedProgram(const char* path, char* const argv[]) {
+StartFailure StartDetachedProgram(const char* path, char* const argv[], char* const environment[]) {
     int report[2];
     if (pipe2(report, O_CLOEXEC) != 0) {
         return {StartFailure::Step::fork, errno};
@@ -35,7 +19,7 @@ StartFailure StartDetachedProgram(const char* path, char* const argv[]) {
     // child empties, and not RFCFDG, because an empty one has no way to report a failed exec.
     const pid_t child = rfork(RFPROC | RFNOWAIT | RFFDG);
     if (child == 0) {
-        RunProgram(report[1], path, argv);
+        RunProgram(report[1], path, argv, environment);
     }
     const int fork_error = errno;
     close(report[1]);

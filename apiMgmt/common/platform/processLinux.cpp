@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <climits>
 #include <cstring>
 #include <fstream>
 
@@ -16,49 +15,29 @@ const char* const kKillallOutput = " 2>&1";  // killall -v reports on standard e
 
 namespace {
 
-// Leaves /dev/null as 0, 1 and 2, and report_fd (above 2), which exec closes. A program that starts
-// without the three would get them for its own files and then overwrite them when it detaches.
-bool ChildReplaceDescriptors(int report_fd) {
-    close_range(0, static_cast<unsigned>(report_fd) - 1, 0);
-    close_range(static_cast<unsigned>(report_fd) + 1, UINT_MAX, 0);
-    return open("/dev/null", O_RDWR) == 0 && dup(0) == 1 && dup(0) == 2;
-}
-
-[[noreturn]] void RunProgram(int pipe_fd, const char* path, char* const argv[]) {
-    const int report_fd = fcntl(pipe_fd, F_DUPFD_CLOEXEC, 3);
-    if (report_fd < 0) {
-        ReportAndExit(pipe_fd, StartFailure::Step::exec);
-    }
-    RestoreSignals();
-    if (!ChildReplaceDescriptors(report_fd)) {
-        ReportAndExit(report_fd, StartFailure::Step::exec);
-    }
-    execv(path, argv);
-    ReportAndExit(report_fd, StartFailure::Step::exec);
-}
-
 // The first child only hands the program over to the system's reaper.
-[[noreturn]] void RunFirstChild(int pipe_fd, const char* path, char* const argv[]) {
+[[noreturn]] void RunFirstChild(int pipe_fd, const char* path, char* const argv[],
+                                char* const environment[]) {
     const pid_t child = _Fork();  // unlike fork, async-signal-safe
     if (child < 0) {
         ReportAndExit(pipe_fd, StartFailure::Step::fork);
     }
     if (child == 0) {
-        RunProgram(pipe_fd, path, argv);
+        RunProgram(pipe_fd, path, argv, environment);
     }
     _exit(0);
 }
 
 }  // namespace
 
-StartFailure StartDetachedProgram(const char* path, char* const argv[]) {
+StartFailure StartDetachedProgram(const char* path, char* const argv[], char* const environment[]) {
     int report[2];
     if (pipe2(report, O_CLOEXEC) != 0) {
         return {StartFailure::Step::fork, errno};
     }
     const pid_t first_child = fork();
     if (first_child == 0) {
-        RunFirstChild(report[1], path, argv);
+        RunFirstChild(report[1], path, argv, environment);
     }
     const int fork_error = errno;
     close(report[1]);

@@ -1,18 +1,15 @@
 #include "apiMgmt/common/platform/startReport.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <climits>
 #include <csignal>
 
-void ReportAndExit(int report_fd, StartFailure::Step step) {
-    const StartFailure failure{step, errno};
-    // A lost report would look like a success; there is nobody else to tell.
-    while (write(report_fd, &failure, sizeof failure) < 0 && errno == EINTR) {
-    }
-    _exit(-1);
-}
+namespace {
 
+// The handlers and the mask that a program expects to start with.
 void RestoreSignals() {
     struct sigaction action {};
     action.sa_handler = SIG_DFL;
@@ -22,6 +19,37 @@ void RestoreSignals() {
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
+// Leaves /dev/null as 0, 1 and 2, and report_fd (above 2), which exec closes. A program that starts
+// without the three would get them for its own files and then overwrite them when it detaches.
+bool ReplaceDescriptors(int report_fd) {
+    close_range(0, static_cast<unsigned>(report_fd) - 1, 0);
+    close_range(static_cast<unsigned>(report_fd) + 1, UINT_MAX, 0);
+    return open("/dev/null", O_RDWR) == 0 && dup(0) == 1 && dup(0) == 2;
+}
+
+}  // namespace
+
+void ReportAndExit(int report_fd, StartFailure::Step step) {
+    const StartFailure failure{step, errno};
+    // A lost report would look like a success; there is nobody else to tell.
+    while (write(report_fd, &failure, sizeof failure) < 0 && errno == EINTR) {
+    }
+    _exit(-1);
+}
+
+void RunProgram(int pipe_fd, const char* path, char* const argv[], char* const environment[]) {
+    const int report_fd = fcntl(pipe_fd, F_DUPFD_CLOEXEC, 3);
+    if (report_fd < 0) {
+        ReportAndExit(pipe_fd, StartFailure::Step::exec);
+    }
+    RestoreSignals();
+    if (!ReplaceDescriptors(report_fd)) {
+        ReportAndExit(report_fd, StartFailure::Step::exec);
+    }
+    execve(path, argv, environment);
+    ReportAndExit(report_fd, StartFailure::Step::exec);
 }
 
 StartFailure ReadReport(int report_fd) {

@@ -11,8 +11,11 @@
 /** In the child: sends the step and errno, and ends. */
 [[noreturn]] void ReportAndExit(int report_fd, StartFailure::Step step);
 
-/** In the child: the handlers and the mask that a program expects to start with. */
-void RestoreSignals();
+/**
+ * In the child: becomes the program, with /dev/null as 0, 1 and 2 and no other descriptor, and with default
+ * signals. pipe_fd is where a failure is reported.
+ */
+[[noreturn]] void RunProgram(int pipe_fd, const char* path, char* const argv[], char* const environment[]);
 
 /** In the parent: blocks until exec or the child's end closes the writing end, or a report comes. */
 StartFailure ReadReport(int report_fd);

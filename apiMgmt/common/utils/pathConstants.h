@@ -9,6 +9,10 @@ inline constexpr const char kStartConfigFile[] = "/tmp/apps/snmpsubagent.conf";
 inline constexpr const char kSnmpSubagentConfigFile[] = "/etc/snmpSubagent.conf";
 inline constexpr const char kSnmpdConfigFile[] = "/etc/snmpd.conf";
 
+// Without files: /etc/snmpd.conf alone counts for snmpd.
+inline constexpr const char kNoConfigurationFiles[] = "/var/empty/snmpSubagent";
+inline constexpr const char kSnmpdStateFolder[] = "/var/run/snmpsubagent";
+
 inline constexpr const char kApiMgrSocket[] = "/tmp/apimgr.sock";
 inline constexpr const char kMcShimSocket[] = "/tmp/mcshim.sock";
 inline constexpr const char kSnmpSubagentSocket[] = "/tmp/snmpsubagent.sock";

@@ -54,8 +54,8 @@ void refuse_as_too_big(netsnmp_session* session, const u_char* data) {
 
 }  // namespace
 
-/** Stands before the agent library's own, which drops a longer request without a word: the manager would get no
-    answer, and the master would give the daemon up when agentXTimeout is over. One datagram would do. */
+/** Stands before the agent library's own, which drops a longer request without a word: the manager would get
+   no answer, and the master would give the daemon up when agentXTimeout is over. One datagram would do. */
 extern "C" __attribute__((visibility("default"))) int agentx_parse(netsnmp_session* session, netsnmp_pdu* pdu,
                                                                    u_char* data, size_t length) {
     static const auto parse = reinterpret_cast<decltype(&agentx_parse)>(dlsym(RTLD_NEXT, "agentx_parse"));
@@ -75,6 +75,8 @@ void agent_log_to_stderr() {
 
 void agent_become_subagent() {
     netsnmp_ds_set_boolean(NETSNMP_DS_APPLICATION_ID, NETSNMP_DS_AGENT_ROLE, 1);
+    // The daemon has nothing to remember, and the library's own directory belongs to another user.
+    netsnmp_ds_set_boolean(NETSNMP_DS_LIBRARY_ID, NETSNMP_DS_LIB_DONT_PERSIST_STATE, 1);
 }
 
 int agent_init() {

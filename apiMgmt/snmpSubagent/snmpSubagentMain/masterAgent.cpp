@@ -7,12 +7,15 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <string>
+#include <vector>
 
 #include "apiMgmt/common/platform/clock.h"
 #include "apiMgmt/common/platform/process.h"
 #include "apiMgmt/common/utils/pathConstants.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentComm/snmpSubagentComm.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/agentLibrary.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/masterAgentState.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/serviceWait.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/shellCommand.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
@@ -31,6 +34,17 @@ constexpr size_t kOidTextSize = 191;
 
 const char* const snmpdArgs[] = {kSnmpdProgram,   "-c", kSnmpdConfigFile, "-p", kSnmpdPidFile, "-LS 5d",
                                  "-Lf /dev/null", "-u", "daemon",         "-r", nullptr};
+
+StartFailure run_snmpd() {
+    const char* folder = getenv("SNMP_PERSISTENT_DIR");
+    const bool is_engine_kept = folder != nullptr && keep_snmp_engine(folder);
+    std::vector<std::string> environment = snmpd_environment(is_engine_kept ? folder : "");
+    std::vector<char*> entries;
+    for (std::string& entry : environment)
+        entries.push_back(entry.data());
+    entries.push_back(nullptr);
+    return StartDetachedProgram(kSnmpdProgram, const_cast<char* const*>(snmpdArgs), entries.data());
+}
 
 // Reads up to 10 bytes into a zeroed buffer; negative on an error.
 ssize_t read_pid_text(int descriptor, char (&text)[11]) {
@@ -142,7 +156,7 @@ int read_pid_file(const char* path) {
 int start_snmpd() {
     unlink(kSnmpdPidFile);
     snmpd_pid = -1;
-    const StartFailure failure = StartDetachedProgram(kSnmpdProgram, const_cast<char* const*>(snmpdArgs));
+    const StartFailure failure = run_snmpd();
     if (failure.step == StartFailure::Step::fork) {
         SUBAGENT_LOG(4, "error on rfork(): errno=%d \n", failure.error_number);
         return 1;

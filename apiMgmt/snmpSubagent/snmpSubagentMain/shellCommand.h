@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-/** Commands that the daemon runs through the shell. */
+/** Commands that the daemon runs through the shell. They inherit no descriptor but 0, 1 and 2. */
 
 struct pipe_closer {
     void operator()(FILE* pipe) const { pclose(pipe); }

@@ -1,5 +1,6 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/startUp.h"
 
+#include <sys/stat.h>
 #include <syslog.h>
 
 #include <cstdlib>
@@ -37,21 +38,14 @@ namespace {
 constexpr const char* kSyslogIdent = "snmpSubagent";
 constexpr int kHeartbeatPort = 35003;
 
-// A directory without configuration files: /etc/snmpd.conf alone counts for snmpd.
-constexpr const char* kNoConfigurationFiles = "/var/empty/snmpSubagent";
-
 // Lives until exit, like the comm object.
 SnmpSubagentMibHandlers* snmpSubagentMibHandlers = nullptr;
 
 // Neither snmpd nor snmpget, nor this process, parses MIB files: it would take them most of a second, and
-// snmpd is given a tenth of one. What snmpd keeps for itself is a configuration file as well: without it each
-// start would be that of a new SNMPv3 engine.
+// snmpd is given a tenth of one. Settings of the agent library can name code to load, so none are read.
 void set_environment() {
     setenv("MIBS", "", 1);
-    std::string path = kNoConfigurationFiles;
-    if (const char* kept_by_snmpd = getenv("SNMP_PERSISTENT_DIR"))
-        path.append(":").append(kept_by_snmpd);
-    setenv("SNMPCONFPATH", path.c_str(), 1);
+    setenv("SNMPCONFPATH", kNoConfigurationFiles, 1);
     // A name in trapDest is looked up while managers wait; by default a dead name server takes 10 seconds.
     setenv("RES_OPTIONS", "timeout:1 attempts:2", 0);
 }
@@ -193,6 +187,8 @@ int run_subagent(int argc, char* argv[]) {
         SUBAGENT_LOG(4, "Failed to daenmonize\n");
         return finish(-1);
     }
+    // Programs inherit it, and what they create is nobody else's business: snmpd's AgentX socket above all.
+    umask(S_IRWXG | S_IRWXO);
     if (start_services(argc > 0 ? argv[0] : kSyslogIdent, is_debug_mode)) {
         SUBAGENT_LOG(4, "snmpSubagent is up and running.\n");
         send_coldstart();

@@ -18,13 +18,13 @@ namespace {
 StartFailure RunShell(const std::string& script, const std::string& argument) {
     std::string name = "sh", option = "-c", text = script, zero = "probe", one = argument;
     char* argv[] = {name.data(), option.data(), text.data(), zero.data(), one.data(), nullptr};
-    return StartDetachedProgram("/bin/sh", argv);
+    return StartDetachedProgram("/bin/sh", argv, environ);
 }
 
 StartFailure RunWithoutArguments(const char* path) {
     std::string name = "program";
     char* argv[] = {name.data(), nullptr};
-    return StartDetachedProgram(path, argv);
+    return StartDetachedProgram(path, argv, environ);
 }
 
 // The shell's own table: what writes it down is a subshell's affair.

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/masterAgentState.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 #include "tests/unit/core/fakes/fakeAgent.h"
@@ -40,6 +41,26 @@ class PidFile : public MasterAgent {
 
     string path;
 };
+
+TEST_F(PidFile, BesideItIsTheEngineWhichKeepsItsNameCountsAndAcceptsNothingElse) {
+    const string folder = std::filesystem::path(path).parent_path();
+    const auto kept = [&] {
+        EXPECT_TRUE(keep_snmp_engine(folder));
+        std::ifstream file(folder + "/snmpd.conf");
+        return string(std::istreambuf_iterator<char>(file), {});
+    };
+    const string first = kept();
+    EXPECT_TRUE(first.starts_with("oldEngineID 0x80001f8880") && first.ends_with("\nengineBoots 0\n"))
+        << first;
+    EXPECT_EQ(kept(), first.substr(0, first.find('\n')) + "\nengineBoots 1\n");
+    std::ofstream(folder + "/snmpd.conf")
+        << "dlmod x /tmp/x.so\noldEngineID 0xab\nengineBoots 7\noldEngineID ;x\n";
+    EXPECT_EQ(kept(), "oldEngineID 0xab\nengineBoots 8\n");
+    std::filesystem::permissions(folder, std::filesystem::perms::group_write,
+                                 std::filesystem::perm_options::add);
+    EXPECT_FALSE(keep_snmp_engine(folder));
+    transcript::take();
+}
 
 TEST_F(PidFile, GivesAPidThatMayBe) {
     const std::pair<const char*, const char*> rows[] = {

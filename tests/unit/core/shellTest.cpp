@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/shellCommand.h"
 
@@ -18,8 +19,9 @@ TEST(ShellWord, ReachesTheProgramAsItStands) {
     EXPECT_EQ(shell_word("plain-word_1.2:3/4@5"), "plain-word_1.2:3/4@5");
 }
 
-TEST(RunCommand, GivesTheStatusOfTheShell) {
-    EXPECT_EQ(run_command("exit 3"), 3 << 8);
+TEST(RunCommand, GivesTheStatusOfTheShellWhichInheritsNoDescriptor) {
+    ASSERT_EQ(dup2(STDERR_FILENO, 9), 9);
+    EXPECT_EQ(run_command("test ! -e /proc/self/fd/9 || exit 4; exit 3"), 3 << 8);
 }
 
 }  // namespace

@@ -97,7 +97,7 @@ std::string shell_word(const std::string& text) {
     return "[" + text + "]";
 }
 
-StartFailure StartDetachedProgram(const char* path, char* const argv[]) {
+StartFailure StartDetachedProgram(const char* path, char* const argv[], char* const*) {
     std::string line = std::string("start ") + path;
     for (; *argv != nullptr; ++argv)
         line += std::string("|") + *argv;
