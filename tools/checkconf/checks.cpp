@@ -36,14 +36,23 @@ std::string FollowLinks(const std::string& root, const std::string& path) {
     return Below(root, place);
 }
 
+/** Why the daemon takes no setting from the file; only called when it does not. */
+std::string ReasonAgainstStart(const std::string& path) {
+    struct stat status {};
+    if (lstat(path.c_str(), &status) != 0)
+        return "cannot be read (" + std::string(strerror(errno)) + ")";
+    if (!S_ISREG(status.st_mode) || (status.st_uid != 0 && status.st_uid != geteuid()))
+        return "not a regular file of root, and links are not followed";
+    if (access(path.c_str(), R_OK) != 0)
+        return "cannot be read (" + std::string(strerror(errno)) + ")";
+    return "not one line of the form key=value";
+}
+
 void CheckStart(const std::string& path, Report& report) {
     report.Begin(path);
     const std::map<std::string, std::string> values = ReadConfigFile(path);
     if (values.empty()) {
-        report.Error(access(path.c_str(), R_OK) == 0
-                         ? "not one line of the form key=value: the daemon ends at once, with status 1"
-                         : "cannot be read (" + std::string(strerror(errno)) +
-                               "): the daemon ends at once, with status 1");
+        report.Error(ReasonAgainstStart(path) + ": the daemon ends at once, with status 1");
         return;
     }
     const auto mode = values.find("isdebugmode");
@@ -117,7 +126,7 @@ void CheckAll(const std::string& root, Report& report) {
     const std::string folder =
         root == "/" ? root : std::filesystem::absolute(root).lexically_normal().string();
     const auto place = [&](const char* path) { return FollowLinks(folder, path); };
-    CheckStart(place(kStartConfigFile), report);
+    CheckStart(Below(folder, kStartConfigFile), report);
     CheckSettings(place(kSnmpSubagentConfigFile), report);
     CheckKey(Below(folder, kAccessKeyFile), report);
     CheckMasterAgent(place(kSnmpdConfigFile), report);

@@ -18,7 +18,6 @@ namespace {
 
 constexpr const char* kSettings = "/etc/snmpSubagent.conf";
 constexpr const char* kStart = "/tmp/apps/snmpsubagent.conf";
-constexpr const char* kStartTarget = "/etc/snmpsubagent/start.conf";
 constexpr const char* kKey = "/etc/wirelink.key";
 constexpr const char* kMaster = "/etc/snmpd.conf";
 
@@ -26,13 +25,12 @@ constexpr const char* kMaster = "/etc/snmpd.conf";
 class Checkconf : public testing::Test {
   protected:
     Checkconf() {
-        for (const char* folder : {"/etc/snmpsubagent", "/tmp/apps", "/mnt/root", "/var/run", "/var/log",
-                                   "/usr/bin", "/usr/local/bin", "/usr/local/sbin", "/bin"})
+        for (const char* folder : {"/etc", "/tmp/apps", "/mnt/root", "/var/run", "/var/log", "/usr/bin",
+                                   "/usr/local/bin", "/usr/local/sbin", "/bin"})
             std::filesystem::create_directories(root_ + folder);
         for (const char* file : {"snmpSubagent.conf", "snmpd.conf"})
             Write(string("/etc/") + file, Shipped(file));
-        Write(kStartTarget, Shipped("start.conf"));
-        std::filesystem::create_symlink(kStartTarget, root_ + kStart);
+        Write(kStart, Shipped("start.conf"));
         for (const char* program : {"/usr/bin/killall", "/bin/ps", "/usr/bin/snmp"})
             Write(program, "", 0755);
         for (const char* link : {"/usr/local/sbin/snmpd", "/usr/local/bin/snmpget"})
@@ -46,7 +44,7 @@ class Checkconf : public testing::Test {
         return {std::istreambuf_iterator<char>(in), {}};
     }
 
-    void Write(const string& path, const string& text, mode_t mode = 0644) {
+    void Write(const string& path, const string& text, mode_t mode = 0600) {
         std::filesystem::remove(root_ + path);
         std::ofstream(root_ + path, std::ios::binary) << text;
         chmod((root_ + path).c_str(), mode);
@@ -75,7 +73,7 @@ TEST_F(Checkconf, FindsNothingInWhatIsShipped) {
     EXPECT_EQ(Run(), 0);
     EXPECT_THAT(out_, IsEmpty());
     EXPECT_EQ(Run({}), 0);
-    EXPECT_THAT(out_, HasSubstr(root_ + kStartTarget + "\n  the daemon goes into the background\n"));
+    EXPECT_THAT(out_, HasSubstr(root_ + kStart + "\n  the daemon goes into the background\n"));
     EXPECT_THAT(out_, HasSubstr("notifications are off"));
     EXPECT_THAT(out_, HasSubstr("0 errors, 0 warnings\n"));
 }
@@ -155,8 +153,8 @@ TEST_F(Checkconf, ErrsWhereTheDaemonWouldNotStart) {
         const char* error;
     };
     const Row rows[] = {
-        {kStartTarget, "", "not one line of the form key=value"},
-        {kStartTarget, "# isdebugmode=true\n", "not one line of the form key=value"},
+        {kStart, "", "not one line of the form key=value"},
+        {kStart, "# isdebugmode=true\n", "not one line of the form key=value"},
         {kKey, "two words\n", "its first line is empty, too long, or holds something else"},
         {kMaster, "rocommunity public\nagentXTimeout 60\n", "there is no line 'master agentx'"},
         {kMaster, "master agentx  # a comment\nrocommunity public\n", "there is no line 'master agentx'"},
@@ -175,12 +173,11 @@ TEST_F(Checkconf, ErrsWhereTheDaemonWouldNotStart) {
             std::ifstream in(root_ + row.path);
             before.assign(std::istreambuf_iterator<char>(in), {});
         }
-        const mode_t mode = row.path == kKey ? 0600 : 0644;
-        Write(row.path, row.text, mode);
+        Write(row.path, row.text);
         EXPECT_EQ(Run({"--quiet", "--allow-warnings"}), 2) << row.error;
         EXPECT_THAT(out_, HasSubstr("  ERROR: ")) << row.text;
         EXPECT_THAT(out_, HasSubstr(row.error)) << row.text;
-        Write(row.path, before, before.empty() ? 0755 : mode);
+        Write(row.path, before, before.empty() ? 0755 : 0600);
     }
     EXPECT_EQ(Run(), 0) << out_;
 }
@@ -307,7 +304,7 @@ TEST_F(Checkconf, WarnsOfAnImpatientOrIndiscreetMasterAgent) {
         {"AGENTXTIMEOUT 60\nagentxretries 0\ncreateUser x SHA \"a passphrase\"\n", "it holds passphrases"},
     };
     for (const auto& [text, warning] : rows) {
-        Write(kMaster, "master agentx\nrocommunity \"public\"\n" + text);
+        Write(kMaster, "master agentx\nrocommunity \"public\"\n" + text, 0644);
         EXPECT_EQ(Run(), 1) << text;
         EXPECT_THAT(out_, HasSubstr(warning)) << text;
         EXPECT_EQ(Run({"--allow-warnings"}), 0);
@@ -315,10 +312,10 @@ TEST_F(Checkconf, WarnsOfAnImpatientOrIndiscreetMasterAgent) {
 }
 
 TEST_F(Checkconf, WarnsOfAStartThatSystemdDoesNotSeeEnd) {
-    Write(kStartTarget, "isdebugmode = TRUE\n");
+    Write(kStart, "isdebugmode = TRUE\n");
     EXPECT_EQ(Run(), 1);
     EXPECT_THAT(out_, HasSubstr("isdebugmode is on"));
-    Write(kStartTarget, "isdebugmode = yes\n");
+    Write(kStart, "isdebugmode = yes\n");
     EXPECT_EQ(Run(), 1);
     EXPECT_THAT(out_, HasSubstr("isdebugmode is 'yes', which is off"));
 }

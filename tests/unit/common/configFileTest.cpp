@@ -1,6 +1,8 @@
 #include "apiMgmt/common/utils/configFile.h"
 
 #include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "tests/unit/common/fakeSyslog.h"
 #include "tests/unit/common/tempFolder.h"
@@ -8,7 +10,6 @@
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
-using testing::StartsWith;
 
 TEST(ConfigFile, ReadsTrimmedKeysAndValues) {
     const TempFolder folder;
@@ -31,11 +32,26 @@ TEST(ConfigFile, ReadsTrimmedKeysAndValues) {
     EXPECT_THAT(SyslogLines(), IsEmpty());
 }
 
-TEST(ConfigFile, AMissingFileIsEmptyAndAReadErrorIsLogged) {
+TEST(ConfigFile, AMissingFileIsEmptyAndOneThatIsNotTrustedIsLogged) {
     const TempFolder folder;
     EXPECT_THAT(ReadConfigFile(folder.path("missing")), IsEmpty());
     EXPECT_THAT(SyslogLines(), IsEmpty());
-    EXPECT_THAT(ReadConfigFile(folder.path("")), IsEmpty());  // a folder opens and cannot be read
-    EXPECT_THAT(SyslogLines(), ElementsAre(StartsWith("4|Caught std::exception reading in config file " +
-                                                      folder.path("") + ": ")));
+    const std::string good =
+        folder.Write("good", "key=value\n" + std::string(70'000, 'x') + "\nlate=value\n");
+    EXPECT_THAT(ReadConfigFile(good), ElementsAre(Pair("key", "value")));
+    ASSERT_EQ(symlink(good.c_str(), folder.path("link").c_str()), 0);
+    ASSERT_EQ(mkfifo(folder.path("fifo").c_str(), 0600), 0);
+    const std::string others = folder.Write("others", "key=value\n");
+    if (geteuid() == 0) {
+        ASSERT_EQ(chown(others.c_str(), 65534, 0), 0);
+    }
+    for (const char* name : {"", "link", "fifo", "others"}) {
+        if (name == std::string("others") && geteuid() != 0) {
+            continue;  // only root can give a file away
+        }
+        EXPECT_THAT(ReadConfigFile(folder.path(name)), IsEmpty()) << name;
+        EXPECT_EQ(SyslogLines().back(), "4|Caught std::exception reading in config file " +
+                                            folder.path(name) +
+                                            ": not a regular file that belongs to root or to this user");
+    }
 }
