@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <string>
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
@@ -54,6 +56,16 @@ void TellOfNotifications(Report& report) {
         report.Fact(std::string(VersionName()) + " go to " + peer);
 }
 
+void WarnOfOpenCommunities(const std::string& path, Report& report) {
+    struct stat status {};
+    if (stat(path.c_str(), &status) == 0 && (status.st_mode & (S_IRWXG | S_IRWXO)) != 0)
+        report.Warn("readable or writable by group or others; run chmod 600");
+    if (conf_rocommunity.empty() && !conf_rwcommunity.empty())
+        report.Warn(
+            "rocommunity is empty, so the self-test uses the write community, which the process list shows; "
+            "set rocommunity");
+}
+
 void TellOfTheRest(Report& report) {
     report.Fact("the self-test asks snmpd with a community of " +
                 std::to_string(self_test_community().size()) + " characters");
@@ -71,6 +83,7 @@ void CheckSettings(const std::string& path, Report& report) {
     const int result = read_conf_file(path.c_str());
     WarnOfDaemonLines(report);
     if (result == 0) {
+        WarnOfOpenCommunities(path, report);
         CheckSettingLines(path, report);
         TellOfNotifications(report);
     } else {

@@ -140,6 +140,15 @@ TEST_F(Checkconf, SaysNothingOfSettingsThatCountAsTheyLook) {
     }
 }
 
+TEST_F(Checkconf, WarnsOfCommunitiesThatOthersSee) {
+    Write(kSettings, "rocommunity public\n", 0640);
+    EXPECT_EQ(Run(), 1);
+    EXPECT_THAT(out_, HasSubstr("readable or writable by group or others; run chmod 600"));
+    Write(kSettings, "rwcommunity public\n");
+    EXPECT_EQ(Run(), 1);
+    EXPECT_THAT(out_, HasSubstr("the self-test uses the write community"));
+}
+
 TEST_F(Checkconf, ShowsNoCommunity) {
     Write(kSettings, "rocommunity hush \ntrapCommun hush hush\r\nrwcommunity hush\n");
     EXPECT_EQ(Run({}), 2);
