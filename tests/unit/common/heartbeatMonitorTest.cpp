@@ -17,6 +17,7 @@ namespace {
 
 std::atomic<int> listening_port{0};
 std::atomic<int> sleeps{0};
+std::atomic<int64_t> now_us{0};
 
 void LimitDescriptors(rlim_t count) {
     rlimit limit{};
@@ -46,16 +47,24 @@ class Watcher {
     Watcher(const Watcher&) = delete;
     Watcher& operator=(const Watcher&) = delete;
 
+    bool Connect(uint16_t port) const {
+        const sockaddr_in address = Loopback(port);
+        return connect(descriptor_, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    }
+
     // What comes back up to the monitor's end of the connection.
     std::string Ping(uint16_t port, const std::string& bytes, bool waits = true) const {
-        const sockaddr_in address = Loopback(port);
-        if (connect(descriptor_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
+        if (!Connect(port)) {
             return "no connection";
         }
         send(descriptor_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
         if (!waits) {
             shutdown(descriptor_, SHUT_WR);
         }
+        return Answer();
+    }
+
+    std::string Answer() const {
         std::string answer;
         char byte = 0;
         while (recv(descriptor_, &byte, 1, 0) == 1) {
@@ -86,14 +95,22 @@ timeval ClockNow() {
 int64_t ClockNowMs() {
     return 0;
 }
+int64_t ClockNowUs() {
+    return now_us;
+}
 void ClockSleepMicroseconds(int64_t duration_us) {
     EXPECT_GT(duration_us, 0);
     ++sleeps;
     LimitDescriptors(100);
 }
 
-TEST(HeartbeatMonitor, EchoesFourBytesToOnePeerAfterTheOther) {
+TEST(HeartbeatMonitor, EchoesFourBytesWhoeverElseIsConnectedAndSilent) {
     const uint16_t port = StartOnFreePort();
+    const Watcher silent[100];
+    for (const Watcher& each : silent) {
+        ASSERT_TRUE(each.Connect(port));
+    }
+    EXPECT_EQ(silent[0].Answer(), "");  // the oldest ones make room
     const struct {
         std::string bytes;
         bool waits;
@@ -108,6 +125,9 @@ TEST(HeartbeatMonitor, EchoesFourBytesToOnePeerAfterTheOther) {
         EXPECT_EQ(Watcher().Ping(port, c.bytes, c.waits), c.answer) << c.bytes;
     }
     EXPECT_THAT(SyslogLines(), testing::IsEmpty());
+    now_us = 6'000'000;
+    EXPECT_EQ(Watcher().Ping(port, "wake"), "wake");
+    EXPECT_EQ(silent[99].Answer(), "");  // dropped after its time limit
 }
 
 TEST(HeartbeatMonitor, PausesWhileAcceptFailsAndThenServes) {
