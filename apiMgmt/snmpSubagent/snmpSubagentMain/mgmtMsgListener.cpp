@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <exception>
+#include <functional>
 
 #include "apiMgmt/common/platform/clock.h"
 #include "apiMgmt/common/utils/generalUtils.h"
@@ -18,8 +19,8 @@
 
 namespace {
 
-// Pause after a failure, so that one that repeats at once does not make the loop spin.
-constexpr int64_t kPauseAfterFailureUs = 100 * kMillisecondUs;
+// Keeps a failure that repeats immediately from making the loop spin.
+constexpr int64_t kPauseAfterFailedAcceptUs = 100 * kMillisecondUs;
 
 // Since process start; listener thread only.
 int32_t accept_counter = 0;
@@ -56,25 +57,34 @@ void act_on(const protoIPCMsg::MGMTMsg& message) {
     }
 }
 
-void serve_one_connection(WireLinkServer& server, const WireLinkEndpoint& endpoint) {
-    WireLinkServerConnection connection(endpoint, server.Accept(nullptr, nullptr, 0));
+// False, with a log line, when the step threw.
+bool succeeds(const std::function<void()>& step) {
+    try {
+        step();
+        return true;
+    } catch (const std::exception& error) {
+        SUBAGENT_LOG(4, "Caught std::exception processing request: %s\n", error.what());
+    } catch (...) {
+        SUBAGENT_LOG(4, "Caught unknown exception processing request\n");
+    }
+    return false;
+}
+
+void serve_connection(const WireLinkEndpoint& endpoint, int descriptor) {
+    WireLinkServerConnection connection(endpoint, descriptor);
     protoIPCMsg::GPBIPCMsg envelope;
     while (connection.RecvGPBMsg(envelope) != 0)
         HandleMgmtMsg(envelope);
 }
 
-// One bad sender does not stop the listener.
+// One bad sender neither stops the listener nor delays the next one.
 [[noreturn]] void serve_connections(WireLinkServer& server, const WireLinkEndpoint& endpoint) {
     for (;;) {
-        try {
-            serve_one_connection(server, endpoint);
-            continue;
-        } catch (const std::exception& error) {
-            SUBAGENT_LOG(4, "Caught std::exception processing request: %s\n", error.what());
-        } catch (...) {
-            SUBAGENT_LOG(4, "Caught unknown exception processing request\n");
-        }
-        ClockSleepMicroseconds(kPauseAfterFailureUs);
+        int descriptor = -1;
+        if (succeeds([&] { descriptor = server.Accept(nullptr, nullptr, 0); }))
+            succeeds([&] { serve_connection(endpoint, descriptor); });
+        else
+            ClockSleepMicroseconds(kPauseAfterFailedAcceptUs);
     }
 }
 
