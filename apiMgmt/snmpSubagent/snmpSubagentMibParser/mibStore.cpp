@@ -2,6 +2,8 @@
 
 #include <array>
 #include <bit>
+#include <functional>
+#include <unordered_map>
 
 #include "apiMgmt/common/platform/clock.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibDefinition.h"
@@ -244,15 +246,34 @@ int store_number(int32_t var_index, int64_t number) {
     return 0;
 }
 
+namespace {
+
+// Whoever reads a long text again and again must not fill the log. Main thread only.
+std::unordered_map<int32_t, size_t> reported_cuts;  // by variable: what identifies the text
+
+void report_cut(int32_t var_index, const std::string& text, std::string_view served) {
+    const size_t identity = std::hash<std::string_view>()(served) ^ text.size();
+    const auto [entry, is_new] = reported_cuts.try_emplace(var_index, identity);
+    if (!is_new && entry->second == identity)
+        return;
+    entry->second = identity;
+    SUBAGENT_LOG(4, "col-id:%d, a text of %zu octets is cut to %zu\n", vars[var_index].col_id, text.size(),
+                 served.size());
+}
+
+}  // namespace
+
 std::string_view served_text(int32_t var_index) {
     const std::string& text = vars[var_index].str;
-    if (text.size() <= kLongestServedText)
+    if (text.size() <= kLongestServedText) {
+        reported_cuts.erase(var_index);
         return text;
+    }
     size_t length = kLongestServedText;
     while (length > 0 &&
            (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80)  // inside a UTF-8 character
         --length;
-    SUBAGENT_LOG(4, "col-id:%d, a text of %zu octets is cut to %zu\n", vars[var_index].col_id, text.size(),
-                 length);
-    return std::string_view(text).substr(0, length);
+    const std::string_view served = std::string_view(text).substr(0, length);
+    report_cut(var_index, text, served);
+    return served;
 }

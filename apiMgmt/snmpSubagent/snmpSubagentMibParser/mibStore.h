@@ -156,6 +156,6 @@ int store_number(int32_t var_index, int64_t number);
     and 20 texts of this length fit in a datagram. */
 inline constexpr size_t kLongestServedText = 3072;
 
-/** The text of a string variable as it leaves the daemon: cut, with a log line, before the character that
-   would pass the limit. */
+/** The text of a string variable as it leaves the daemon: cut before the character that would pass the limit.
+   Logs a line once for each value that is cut. Main thread only. */
 std::string_view served_text(int32_t var_index);

@@ -28,6 +28,7 @@ constexpr off_t kLogSizeAfterCut = 2000000;
 // Guarded by subagent_log_mutex: any thread writes lines.
 char message_buffer[4000];
 FILE* redirected_stdout = nullptr;
+bool is_line_open = false;  // the last message had no newline at its end
 
 // A line may be written while static objects are destroyed, so the mutex never is.
 MUTEXWrapper& subagent_log_mutex() {
@@ -72,6 +73,16 @@ void reopen_locked() {
     redirect_locked();
 }
 
+bool has_text(FILE* stream) {
+    struct stat status {};
+    return fstat(fileno(stream), &status) == 0 && status.st_size > 0;
+}
+
+bool ends_with_newline() {
+    const size_t length = strlen(message_buffer);
+    return length > 0 && message_buffer[length - 1] == '\n';
+}
+
 // Writes the line in the buffer. False: the file cannot be opened.
 bool write_line(int level, const char* file, const char* operation, int line) {
     reopen_locked();
@@ -79,9 +90,13 @@ bool write_line(int level, const char* file, const char* operation, int line) {
     FILE* stream = through_stdout ? redirected_stdout : open_log();
     if (stream == nullptr)
         return false;
-    if (level != kRawLevel)
+    if (level != kRawLevel) {
+        if (is_line_open && has_text(stream))
+            fputc('\n', stream);
         write_header(stream, file, operation, line);
+    }
     fputs(message_buffer, stream);
+    is_line_open = !ends_with_newline();
     if (through_stdout)
         reopen_locked();
     else
@@ -107,9 +122,8 @@ int32_t application_level(int level) {
 void pass_on_to_application_log(int level, const char* file, const char* operation, int line) {
     if (!APPLogger::IsLogged(application_level(level)))
         return;
-    const size_t length = strlen(message_buffer);
-    if (length > 0 && message_buffer[length - 1] == '\n')
-        message_buffer[length - 1] = '\0';
+    if (ends_with_newline())
+        message_buffer[strlen(message_buffer) - 1] = '\0';
     APPLogger::Log(application_level(level), file, operation, line, kApplicationLogModule, message_buffer);
 }
 
@@ -119,8 +133,10 @@ void subagent_log(int level, const char* file, const char* operation, int line, 
     scopedMutex lock(subagent_log_mutex());
     va_list arguments;
     va_start(arguments, format);
-    vsnprintf(message_buffer, sizeof message_buffer, format, arguments);
+    const int length = vsnprintf(message_buffer, sizeof message_buffer, format, arguments);
     va_end(arguments);
+    if (length >= static_cast<int>(sizeof message_buffer))
+        message_buffer[sizeof message_buffer - 2] = '\n';  // the end of what is cut
 
     if (write_line(level, file, operation, line))
         pass_on_to_application_log(level, file, operation, line);

@@ -12,10 +12,10 @@
 extern std::atomic<bool> verbose;
 
 /**
- * Writes one line, cut to 3999 characters, with time, file, operation and line in front of it unless the
- * level is 0, and passes it on to the application log without its final newline. A log file that cannot be
- * opened loses the line in both and nothing else. Any thread; throws GENERALError when a lock of the logs
- * fails. Callers use the macro below.
+ * Writes one message, with time, file, operation and line in front of it unless the level is 0, on a line of
+ * its own. One of 4000 characters or more is cut to 3999, the last of them a newline. Passes it on to the
+ * application log without its final newline. A log file that cannot be opened loses the message in both and
+ * nothing else. Any thread; throws GENERALError when a lock of the logs fails. Callers use the macro below.
  */
 void subagent_log(int level, const char* file, const char* operation, int line, const char* format, ...)
     __attribute__((format(printf, 5, 6)));

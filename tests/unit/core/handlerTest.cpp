@@ -60,6 +60,8 @@ TEST_F(Handler, CutsATextThatNoAnswerCouldCarry) {
     EXPECT_EQ(get("R.1.0"), "R.1.0 = \"" + string(3071, 'x') + "\"");
     EXPECT_NE(transcript::take().find("log 4 col-id:4, a text of 3073 octets is cut to 3071$\n"),
               string::npos);
+    get("R.1.0");
+    EXPECT_EQ(transcript::take().find("log 4"), string::npos);
 }
 
 TEST_F(Handler, RefusesAnAnswerThatTheMasterAgentWouldDrop) {
@@ -292,7 +294,8 @@ TEST_F(Window, RejectsWhatExceedsThePaceInAnOverloadOnly) {
     EXPECT_EQ(results_of(2'300, 100, 60), (results{{SNMP_ERR_NOERROR, 2'300}}));
     EXPECT_EQ(transcript::take(), "");
     EXPECT_GT(results_of(10'000, 100, 60)[SNMP_ERR_GENERR], 5'000);
-    EXPECT_EQ(transcript::take(), begin + "60 requests of 6000 octets wait; rejecting those that exceed the pace$\n");
+    EXPECT_EQ(transcript::take(),
+              begin + "60 requests of 6000 octets wait; rejecting those that exceed the pace$\n");
     begin_agent_tick();
     put("R.6.0", 3U);
     EXPECT_EQ(get("R.6.0"), "R.6.0 = integer 3");  // nobody else asks for it

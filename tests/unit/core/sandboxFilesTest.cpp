@@ -76,11 +76,16 @@ TEST_F(LogFile, ThatOthersCouldReadIsClosedToThem) {
     EXPECT_EQ(take(), "before\nafter\n");
 }
 
-TEST_F(LogFile, MessageIsCutAt3999Characters) {
-    for (const size_t length : {3999, 4000, 5000}) {
+TEST_F(LogFile, MessageIsCutAt3999CharactersAndEndsItsLine) {
+    subagent_log(0, "f", "o", 1, "%s", string(3999, 'x').c_str());
+    EXPECT_EQ(take(), string(3999, 'x'));
+    for (const size_t length : {4000, 5000}) {
         subagent_log(0, "f", "o", 1, "%s", string(length, 'x').c_str());
-        EXPECT_EQ(take(), string(3999, 'x'));
+        EXPECT_EQ(take(), string(3998, 'x') + "\n");
     }
+    subagent_log(7, "f", "o", 1, "*ipXmlString: %s", "<x/>");
+    subagent_log(4, "f", "o", 2, "next\n");
+    EXPECT_NE(take().find("f: o(1): *ipXmlString: <x/>\n11/14/2023"), string::npos);
 }
 
 TEST_F(LogFile, IsCutToItsFirst2000000BytesWhenItIsTooLong) {
