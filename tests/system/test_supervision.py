@@ -62,7 +62,7 @@ class TheMasterAgent(story.Story):
             self.assert_served_by_a_new_daemon()
 
     def test_the_restart_keeps_the_arguments(self):
-        arguments = ["first", "--second=2"]
+        arguments = ["first", "two words; touch /tmp/owned"]
         self.daemon.start(arguments=arguments)
         self.before = (self.daemon.pid(), self.daemon.snmpd_pid())
         self.name = self.array.dump()["TsController"][0]["Name"]
@@ -70,6 +70,7 @@ class TheMasterAgent(story.Story):
         self.assert_served_by_a_new_daemon()
         words = machine.read_file(f"/proc/{self.daemon.pid()}/cmdline").split("\0")
         self.assertEqual(words[1:3], arguments)
+        self.assertFalse(os.path.exists("/tmp/owned"))
 
     def test_an_older_snmpd_is_replaced(self):
         older = subprocess.Popen(["/usr/local/sbin/snmpd", "-f", "-C", "-c", machine.SNMPD_CONF, "-Lf", "/dev/null"],

@@ -1,6 +1,7 @@
 #include "apiMgmt/common/utils/resourceMgmt.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <syslog.h>
@@ -10,17 +11,22 @@
 #include <cerrno>
 #include <climits>
 #include <csignal>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
 
+#include "apiMgmt/common/platform/clock.h"
 #include "apiMgmt/common/utils/pathConstants.h"
 
 std::string RESOURCEmgmt::service_name;
 int RESOURCEmgmt::my_pid = 0;
 
 namespace {
+
+constexpr int64_t kPatienceWithOtherCopy_us = 5 * kSecondUs;
+constexpr int64_t kLookAtOtherCopy_us = 100 * kMillisecondUs;
 
 void SetServiceName(int daemon_id) {
     switch (daemon_id) {
@@ -104,6 +110,44 @@ int LeaveTerminal() {
     return OpenNullAsStandardDescriptors();
 }
 
+// A copy that runs holds a lock on its pid file, which ends with it, however it ends. Nobody else may open
+// the file: whoever has it open could hold the lock.
+constexpr mode_t kPidFileMode = S_IRUSR | S_IWUSR;
+int held_pid_file = -1;
+
+bool IsHeldByOther(const char* path) {
+    const int file = open(path, O_RDONLY | O_CLOEXEC);
+    if (file < 0) {
+        return false;
+    }
+    const bool is_held = flock(file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    close(file);
+    return is_held;
+}
+
+bool IsRemoved(int file) {
+    struct stat status {};
+    return fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 0;
+}
+
+// The pid file with the lock on it, or -1.
+int OpenAndHold(const char* path) {
+    for (;;) {
+        const int file = open(path, O_WRONLY | O_CREAT | O_CLOEXEC, kPidFileMode);
+        if (file < 0) {
+            return -1;
+        }
+        if (flock(file, LOCK_EX | LOCK_NB) != 0) {
+            close(file);
+            return -1;
+        }
+        if (!IsRemoved(file)) {
+            return file;
+        }
+        close(file);  // its last owner removed it meanwhile
+    }
+}
+
 bool IsDeploymentFolder(const char* path) {
     return path[0] != '\0' && strncmp(path + 1, "dep", 3) == 0;
 }
@@ -137,8 +181,23 @@ int DaemonizeSelf(int daemon_id, int* own_pid, int* parent_pid, bool stay_in_for
     return 0;
 }
 
+bool WaitForOtherCopy(int daemon_id) {
+    SetServiceName(daemon_id);
+    for (int64_t waited_us = 0; IsHeldByOther(PidFilePath().c_str()); waited_us += kLookAtOtherCopy_us) {
+        if (waited_us >= kPatienceWithOtherCopy_us) {
+            return false;
+        }
+        ClockSleepMicroseconds(kLookAtOtherCopy_us);
+    }
+    return true;
+}
+
 int WritePidFile() {
-    const int file = open(PidFilePath().c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+    if (held_pid_file >= 0) {  // of an earlier call
+        close(held_pid_file);
+        held_pid_file = -1;
+    }
+    const int file = OpenAndHold(PidFilePath().c_str());
     if (file < 0) {
         syslog(LOG_ALERT, "Unable to open subagent pid file\n");
         return 1;
@@ -149,16 +208,19 @@ int WritePidFile() {
         close(file);
         return 1;
     }
-    const bool written = dprintf(file, "%d", RESOURCEmgmt::my_pid) > 0;
-    if (close(file) != 0 || !written) {
+    if (ftruncate(file, 0) != 0 || dprintf(file, "%d", RESOURCEmgmt::my_pid) <= 0) {
         syslog(LOG_ALERT, "Unable to write subagent pid file\n");
+        close(file);
         return 1;
     }
+    held_pid_file = file;  // until the process ends
     return 0;
 }
 
 int ShutdownSelf(int daemon_id) {
     SetServiceName(daemon_id);
-    unlink(PidFilePath().c_str());
+    if (held_pid_file >= 0 || !IsHeldByOther(PidFilePath().c_str())) {
+        unlink(PidFilePath().c_str());
+    }
     return 0;
 }

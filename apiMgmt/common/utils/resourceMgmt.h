@@ -25,8 +25,12 @@ class RESOURCEmgmt {
  */
 int DaemonizeSelf(int daemon_id, int* own_pid, int* parent_pid, bool stay_in_foreground);
 
-/** Writes the process id into the pid file of service_name. 0 = good, 1 = failed. */
+/** Waits until no other copy of the daemon runs, for up to 5 seconds. False if one still does. */
+bool WaitForOtherCopy(int daemon_id);
+
+/** Writes the process id into the pid file of service_name and holds the file until the process ends. 0 =
+ * good, 1 = failed, or another copy holds it. */
 int WritePidFile();
 
-/** Removes the pid file of the daemon, if there is one. Always 0. */
+/** Removes the pid file of the daemon, if there is one and no other copy holds it. Always 0. */
 int ShutdownSelf(int daemon_id);

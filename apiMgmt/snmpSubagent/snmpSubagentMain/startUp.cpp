@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <syslog.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <map>
 #include <memory>
@@ -25,6 +26,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/masterAgent.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/mgmtMsgListener.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/shellCommand.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/signals.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/startStep.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
@@ -53,7 +55,7 @@ void set_environment() {
 std::string build_restart_command(int argc, char* argv[]) {
     std::string command = "sleep 1; ";
     for (int i = 0; i < argc; ++i)
-        command.append(argv[i]).append(" ");
+        command.append(shell_word(argv[i])).append(" ");
     return command + "&";
 }
 
@@ -70,6 +72,12 @@ void report_missing_settings() {
     if (APPLogger::IsLogged(app_level::kError))
         APPLogger::Log(app_level::kError, __FILE_NAME__, __func__, __LINE__, "SnmpSubagent",
                        "Error reading in the SNMP Subagent config");
+}
+
+void report_other_copy() {
+    fprintf(stderr, "snmpSubagent: another copy is running; stop it first\n");
+    SUBAGENT_LOG(
+        4, "another copy is running and did not exit within 5 seconds: this one leaves it alone and exits\n");
 }
 
 // Lives until exit. Without its thread the daemon goes on, and the subagent log is the only one.
@@ -176,6 +184,12 @@ int run_subagent(int argc, char* argv[]) {
     }
     const auto debug_mode = settings.find("isdebugmode");
     const bool is_debug_mode = debug_mode != settings.end() && ParseBool(debug_mode->second);
+
+    // Before anything that the other copy would notice.
+    if (!WaitForOtherCopy(DAEMON_ID_SNMP_SUBAGENT)) {
+        report_other_copy();
+        return 1;
+    }
 
     mib_mutex.Lock();
     set_environment();

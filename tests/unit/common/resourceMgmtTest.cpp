@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -12,6 +13,7 @@
 #include <cstring>
 #include <string>
 
+#include "apiMgmt/common/platform/clock.h"
 #include "tests/unit/common/fakeSyslog.h"
 #include "tests/unit/common/tempFolder.h"
 
@@ -27,10 +29,24 @@ std::string changed_folder;
 bool folder_can_be_changed = true;
 std::string pid_folder = "/nonexistent";
 std::string removed_file;
+int64_t slept_us = 0;
 
 constexpr char kPidFolder[] = "/var/run/";
 
 }  // namespace
+
+timeval ClockNow() {
+    return {};
+}
+int64_t ClockNowMs() {
+    return 0;
+}
+int64_t ClockNowUs() {
+    return 0;
+}
+void ClockSleepMicroseconds(int64_t duration_us) {
+    slept_us += duration_us;
+}
 
 extern "C" {
 
@@ -168,10 +184,20 @@ TEST_F(DaemonizeSelfInForeground, EachFailedStepGivesOneAndItsLine) {
                             "1|Unable to open subagent pid file\n"));
 }
 
-TEST_F(DaemonizeSelfInForeground, AFullDiskIsNoGoodPidFile) {
-    ASSERT_EQ(symlink("/dev/full", folder.path("snmpSubagent.pid").c_str()), 0);
+TEST_F(DaemonizeSelfInForeground, AnotherCopyIsAwaitedAndThenLeftAlone) {
+    EXPECT_TRUE(WaitForOtherCopy(DAEMON_ID_SNMP_SUBAGENT));
+    const int other = ::open(folder.Write("snmpSubagent.pid", "4711").c_str(), O_RDWR);
+    ASSERT_EQ(flock(other, LOCK_EX), 0);
+    EXPECT_FALSE(WaitForOtherCopy(DAEMON_ID_SNMP_SUBAGENT));
+    EXPECT_EQ(slept_us, 5'000'000);
     EXPECT_EQ(Run(), 1);
-    EXPECT_EQ(SyslogLines().back(), "1|Unable to write subagent pid file\n");
+    EXPECT_EQ(folder.Read("snmpSubagent.pid"), "4711");
+    removed_file = "";
+    ShutdownSelf(DAEMON_ID_SNMP_SUBAGENT);
+    EXPECT_EQ(removed_file, "");
+    close(other);
+    EXPECT_TRUE(WaitForOtherCopy(DAEMON_ID_SNMP_SUBAGENT));
+    EXPECT_EQ(Run(), 0);
 }
 
 TEST_F(DaemonizeSelfInForeground, AnUnknownDaemonKeepsTheName) {

@@ -249,9 +249,10 @@ const string kFirstSteps =
 const string kKills =
     "open /usr/bin/killall -6 -v snmpd 2>&1\nsleep 10000 us\nopen /usr/bin/killall -9 -v snmpd 2>&1\n"
     "sleep 10000 us\n";
-const string kLastSteps = kKills +
-                          "agent shutdown\nagent close_trap_session\nlog 4 snmpSubagent is exiting.$\nclose_redirected_log\n"
-                          "status 0, restart: sleep 1; /usr/sbin/snmpSubagent -x &";
+const string kLastSteps =
+    kKills +
+    "agent shutdown\nagent close_trap_session\nlog 4 snmpSubagent is exiting.$\nclose_redirected_log\n"
+    "status 0, restart: sleep 1; [/usr/sbin/snmpSubagent] [-x] &";
 
 TEST(Daemon, StartsServesAndEnds) {
     const string course = run_daemon([] {
@@ -295,7 +296,7 @@ TEST(Daemon, EndsInOrderWhenAStepFails) {
                   kLastSteps);
     EXPECT_EQ(run_daemon([] { std::filesystem::remove_all("/mnt/root"); }),
               "log 4 Failed to daenmonize$\nlog 4 snmpSubagent is exiting.$\nclose_redirected_log\n"
-              "status -1, restart: sleep 1; /usr/sbin/snmpSubagent -x &");
+              "status -1, restart: sleep 1; [/usr/sbin/snmpSubagent] [-x] &");
     const string without_key = run_daemon([] { fake_api_mgr::access_key = ""; });
     EXPECT_EQ(without_key, kFirstSteps.substr(0, kFirstSteps.find("agent init_trap_session")) +
                                "log 3 Error reading in the trusted session key$\n" + kLastSteps);
@@ -314,7 +315,7 @@ TEST(Daemon, StartsANewCopyAfterTheLossOfTheMasterAgent) {
     const string end =
         "log 4 main-session went down$\n"
         "log 4 main-session down, or error on agentx-ping, or failed self-test: will try a restart...$\n"
-        "run (sleep 1; /usr/sbin/snmpSubagent -x &) &\n" +
+        "run (sleep 1; [/usr/sbin/snmpSubagent] [-x] &) &\n" +
         kLastSteps;
     EXPECT_EQ(course.substr(course.size() - end.size()), end);
 }
