@@ -39,9 +39,10 @@ It asks the array's API manager on a local socket, so it is of use only on a
 controller of an array, or beside a simulated one.
 .
 It takes the place of the snmpd of the machine: every other one is ended.")
-# The programs that it runs: snmpd, snmpget, killall, ps.
+# The programs that it runs: snmpd, snmpget, killall, ps. Older versions of expat lack fixes against hostile
+# documents.
 set(CPACK_DEBIAN_DAEMON_PACKAGE_DEPENDS
-    "snmpd, snmp, psmisc, procps, systemd | systemd-standalone-tmpfiles")
+    "snmpd, snmp, psmisc, procps, systemd | systemd-standalone-tmpfiles, libexpat1 (>= 2.5.0-1+deb12u5)")
 set(CPACK_DEBIAN_DAEMON_PACKAGE_SUGGESTS "snmpsubagent-mib, snmpsubagent-tools")
 set(CPACK_DEBIAN_DAEMON_PACKAGE_CONTROL_EXTRA
     "${CMAKE_SOURCE_DIR}/packaging/debian/daemon/conffiles"

@@ -68,6 +68,8 @@ TEST_F(ForceTrap, ComposesTheCommandOfItsRow) {
     EXPECT_EQ(trapsToSend.back()->eventIdB, 1);
     vars[var_at(COLID_tsVolumeApiIndex, 1)].uint = 4294967295U;
     EXPECT_EQ(force(COLID_tsVolumeForceTrap, 1), "15 1 60 208 4294967295 0 0 0 @@@");
+    vars[var_at(COLID_tsCtlrFanApiIndex, 1, 2)].uint = 0x80000000;
+    EXPECT_EQ(force(COLID_tsCtlrFanForceTrap, 1, 2), "29 1 98 204 2 1 2147483646 0 @@@");
 }
 
 TEST_F(ForceTrap, RefusesRowsWithoutAnObject) {

@@ -12,7 +12,7 @@ namespace {
 
 // Below the component's API index. A command that names a component by N means the one with API index N + 1,
 // so a forced one is about the component before the written row's.
-constexpr int32_t kComponentIndexOffset = 2;
+constexpr uint32_t kComponentIndexOffset = 2;
 
 // trapArgA to trapArgC; trapArgD is always 0 and the alert text empty.
 struct force_arguments {
@@ -66,8 +66,8 @@ bool find_arguments(const force_definition& force, int32_t var_index, force_argu
             arguments->b = force.component;
             arguments->c = force.index_column < 0
                                ? row
-                               : static_cast<int32_t>(vars[beside(var_index, force.index_column)].uint) -
-                                     kComponentIndexOffset;
+                               : static_cast<int32_t>(vars[beside(var_index, force.index_column)].uint -
+                                                      kComponentIndexOffset);
             return true;
         case force_rule::row:
             arguments->a = row;
