@@ -19,14 +19,19 @@ std::span<char> FrameBody::Room() {
     return {pieces_.back().get() + used, size - used};
 }
 
+void FrameBody::Rewind() {
+    read_ = 0;
+    frees_pieces_ = true;
+}
+
 bool FrameBody::Next(const void** data, int* size) {
     if (read_ == arrived_)
         return false;
-    for (; freed_pieces_ < read_ / piece_size_; ++freed_pieces_)
+    for (; frees_pieces_ && freed_pieces_ < read_ / piece_size_; ++freed_pieces_)
         pieces_.pop_front();
     const size_t used = read_ % piece_size_;
     const size_t count = std::min(piece_size_ - used, arrived_ - read_);
-    *data = pieces_.front().get() + used;
+    *data = pieces_[read_ / piece_size_ - freed_pieces_].get() + used;
     *size = static_cast<int>(count);
     read_ += count;
     return true;

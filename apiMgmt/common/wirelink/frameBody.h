@@ -9,8 +9,9 @@
 
 /**
  * The body of one frame: filled piece by piece as its bytes arrive, then read by the message parser. A
- * piece is allocated when its first byte is awaited and freed when the parser asks for the next, so that
- * neither a length that lies nor a large answer costs more memory than needs be.
+ * piece is allocated when its first byte is awaited and freed, in the last pass over the body, when the
+ * parser asks for the next, so that neither a length that lies nor a large answer costs more memory than
+ * needs be.
  */
 class FrameBody : public google::protobuf::io::ZeroCopyInputStream {
   public:
@@ -23,6 +24,9 @@ class FrameBody : public google::protobuf::io::ZeroCopyInputStream {
     std::span<char> Room();
     void Filled(size_t count) { arrived_ += count; }
 
+    /** Starts again at the first byte. Pieces are freed only from here on. */
+    void Rewind();
+
     bool Next(const void** data, int* size) override;
     void BackUp(int count) override { read_ -= static_cast<size_t>(count); }
     bool Skip(int count) override;
@@ -33,6 +37,7 @@ class FrameBody : public google::protobuf::io::ZeroCopyInputStream {
     size_t piece_size_;
     size_t arrived_ = 0;
     size_t read_ = 0;
+    bool frees_pieces_ = false;
     size_t freed_pieces_ = 0;
     std::deque<std::unique_ptr<char[]>> pieces_;
 };

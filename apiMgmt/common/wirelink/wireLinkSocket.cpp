@@ -6,6 +6,7 @@
 #include <array>
 #include <cerrno>
 
+#include "apiMgmt/common/wirelink/fieldCount.h"
 #include "apiMgmt/common/wirelink/frameBody.h"
 #include "apiMgmt/common/wirelink/localSocket.h"
 #include "apiMgmt/common/wirelink/wireLink.h"
@@ -13,6 +14,7 @@
 namespace {
 
 constexpr size_t kHeaderSize = 4;
+constexpr int kGreatestFieldCount = 65'536;
 using FrameHeader = std::array<char, kHeaderSize>;
 
 FrameHeader HeaderOf(size_t body_length) {
@@ -114,7 +116,13 @@ void CheckLength(const WireLinkEndpoint& endpoint, size_t length) {
 /** The partial forms keep protobuf from writing to standard error; what is missing is our error's text. */
 void Parse(const WireLinkEndpoint& endpoint, FrameBody& body, size_t length,
            google::protobuf::Message& message) {
-    if (!message.ParsePartialFromBoundedZeroCopyStream(&body, static_cast<int>(length)))
+    const FieldCount fields = CountFields(body, *message.GetDescriptor(), kGreatestFieldCount);
+    if (fields == FieldCount::many)
+        ThrowWireLinkError(endpoint,
+                           "the body has more than " + std::to_string(kGreatestFieldCount) + " fields");
+    body.Rewind();
+    if (fields == FieldCount::malformed ||
+        !message.ParsePartialFromBoundedZeroCopyStream(&body, static_cast<int>(length)))
         ThrowWireLinkError(endpoint, "the body does not parse");
     if (!message.IsInitialized())
         ThrowWireLinkError(endpoint,

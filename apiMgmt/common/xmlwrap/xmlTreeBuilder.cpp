@@ -12,6 +12,9 @@ namespace {
 constexpr size_t kGreatestText = size_t{1} << 30;  // offsets stay in 32 bits even when UTF-8 trebles it
 constexpr size_t kGreatestElements = 4'000'000;
 constexpr size_t kGreatestTags = 65'536;
+constexpr size_t kGreatestAttributesOfElement = 256;
+constexpr size_t kGreatestAttributes = 100'000;  // nothing reads them, and expat keeps each name
+constexpr size_t kGreatestTagLength = 1'048'576;
 constexpr size_t kChunk = 65'536;
 
 /** How much of the text goes to expat next. Cut behind a '>' where there is one: what expat has not
@@ -60,6 +63,10 @@ bool XMLTreeBuilder::ParseInChunks(std::string_view text) {
         if (parsed == 0 && !last)
             ReserveForRest(length, text.size());
         parsed += length;
+        if (!last && parsed > kGreatestTagLength + static_cast<size_t>(XML_GetCurrentByteIndex(expat_))) {
+            Refuse("a tag or comment is too long");  // expat reads an unfinished one anew with each chunk
+            return false;
+        }
     }
     return true;
 }
@@ -78,9 +85,11 @@ void XMLTreeBuilder::ReserveForRest(size_t parsed, size_t total) {
 // The handlers are called by C code, which an exception must not cross; and some are still called after a
 // refusal.
 
-void XMLTreeBuilder::OnStart(void* self, const char* name, const char** /*attributes*/) {
+void XMLTreeBuilder::OnStart(void* self, const char* name, const char** attributes) {
     auto* builder = static_cast<XMLTreeBuilder*>(self);
     try {
+        if (builder->refusal_.empty())
+            builder->CountAttributes(attributes);
         if (builder->refusal_.empty())
             builder->StartElement(name);
     } catch (const std::bad_alloc&) {
@@ -107,6 +116,16 @@ void XMLTreeBuilder::OnText(void* self, const char* text, int length) {
 void XMLTreeBuilder::OnDoctype(void* self, const char* /*name*/, const char* /*system_id*/,
                                const char* /*public_id*/, int /*subset*/) {
     static_cast<XMLTreeBuilder*>(self)->Refuse("a document type declaration is not accepted");
+}
+
+/** attributes: names and values by turns, then a null pointer. */
+void XMLTreeBuilder::CountAttributes(const char* const* attributes) {
+    size_t count = 0;
+    while (attributes[2 * count] != nullptr)
+        ++count;
+    attributes_ += count;
+    if (count > kGreatestAttributesOfElement || attributes_ > kGreatestAttributes)
+        Refuse("too many attributes");
 }
 
 void XMLTreeBuilder::StartElement(const char* name) {

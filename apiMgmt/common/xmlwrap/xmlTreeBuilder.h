@@ -32,6 +32,7 @@ class XMLTreeBuilder {
 
     bool ParseInChunks(std::string_view text);
     void ReserveForRest(size_t parsed, size_t total);
+    void CountAttributes(const char* const* attributes);
     void StartElement(const char* name);
     XMLTag TagNumber(const char* name);
     XMLTag NewTagNumber(const char* name);
@@ -53,6 +54,7 @@ class XMLTreeBuilder {
     /** For each tag the one that followed it last time: objects of a kind list their members alike. */
     std::vector<XMLTag> follower_;
     XMLTag previous_tag_ = 0;
+    size_t attributes_ = 0;
     std::string refusal_;
 };
 

@@ -1,7 +1,9 @@
 #include <gmock/gmock.h>
+#include <google/protobuf/io/zero_copy_stream_impl_lite.h>
 
 #include <thread>
 
+#include "apiMgmt/common/wirelink/fieldCount.h"
 #include "tests/unit/layers/rawPeer.h"
 
 namespace {
@@ -82,11 +84,29 @@ TEST(Frame, ABodyThatDoesNotParseThrows) {
         kPing.substr(0, 8),                  // torn inside a field
         "\x08\x02\x12\xff\xff\xff\x7f\x08",  // a length far beyond the body
         std::string(100, '\xff'),
+        kPing + "\xa3\x06\xa4\x06",  // a group
     };
     for (const std::string& body : bodies) {
         Conversation c;
         ASSERT_TRUE(c.peer.Write(Frame(body)));
         EXPECT_THAT(c.ReceiveError(), HasSubstr("/here: the body does not parse"))
+            << testing::PrintToString(body);
+    }
+}
+
+TEST(Frame, TheFieldsOfABodyAreCountedWhateverIsInThem) {
+    const std::pair<std::string, FieldCount> rows[] = {
+        {kPing, FieldCount::many},  // 6 fields, in three messages
+        {"\x08\x02\x12\x06\x08\x02\xa2\x06\x01x", FieldCount::few},
+        {"\x08\x02\xa2\x06\x02\xa2\x06\xa0\x06\x01\xa0\x06\x01",
+         FieldCount::few},  // nothing is known within the first
+        {"\xa0\x06\x01\xa0\x06\x01\xa0\x06\x01\xa0\x06\x01\xa0\x06\x01", FieldCount::many},
+        {"\x08\x02\x12\x03\x08\x02", FieldCount::malformed},
+        {"\xa3\x06\xa4\x06", FieldCount::malformed},  // a group
+    };
+    for (const auto& [body, count] : rows) {
+        google::protobuf::io::ArrayInputStream input(body.data(), static_cast<int>(body.size()));
+        EXPECT_EQ(CountFields(input, *protoIPCMsg::GPBIPCMsg::descriptor(), 4), count)
             << testing::PrintToString(body);
     }
 }

@@ -86,12 +86,23 @@ std::string WithTags(size_t count) {
     return text + "</r>";
 }
 
+std::string WithAttributes(size_t count, size_t elements = 1) {
+    std::string text = "<a";
+    for (size_t i = 0; i < count; ++i)
+        text += " a" + std::to_string(i) + "=''";
+    return "<r>" + Repeated(text + "/>", elements) + "</r>";
+}
+
 TEST(XmlRefusal, HoldsItsLimits) {
     const Limit limits[] = {
         {Nested(128), Nested(129), "nested too deep"},
         {Nested(128), "<a>" + Repeated("<a>", 127) + "<a/>", "nested too deep"},
         {WithElements(4'000'000), WithElements(4'000'001), "too many elements"},
         {WithTags(65'536), WithTags(65'537), "too many different tags"},
+        {WithAttributes(256), WithAttributes(257), "too many attributes"},
+        {WithAttributes(100, 1000), WithAttributes(100, 1001), "too many attributes"},
+        {"<a>" + std::string(3'000'000, 'x') + "</a>", "<a b='" + std::string(3'000'000, 'x') + "'/>",
+         "too long"},
     };
     XMLParser parser;
     for (const Limit& limit : limits) {
