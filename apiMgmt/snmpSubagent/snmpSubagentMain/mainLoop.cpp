@@ -12,6 +12,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/shellCommand.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/signals.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/supervisor.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/setOperations.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/outstandingTraps.h"
@@ -23,11 +24,10 @@
 //   rest             until something arrives, 10 ms at most
 //   tables           one scan for a table to refresh
 //   array            one change that a manager has SET
-//   events           what the listener has taken in: one trap command per iteration; then one outstanding object
-//   log file         follow one that was moved, cut one that is too long
-//   links            the API manager, then the master agent; tested when silent for more than 2 seconds
-//   memory           of snmpd, now and then
-//   requests         the window in which SNMP is served
+//   events           what the listener has taken in: one trap command per iteration; then one outstanding
+//   object log file         follow one that was moved, cut one that is too long links            the API
+//   manager, then the master agent; tested when silent for more than 2 seconds memory           of snmpd, now
+//   and then requests         the window in which SNMP is served
 
 namespace {
 
@@ -133,8 +133,8 @@ links test_master_agent() {
     }
     if (!is_due)
         return links::good;
-    // What came in a long iteration, the last self-test's request among it, is served before the ping, which rejects
-    // all that it finds on its way.
+    // What came in a long iteration, the last self-test's request among it, is served before the ping, which
+    // rejects all that it finds on its way.
     serve_for(kSecondUs);
     return ping_agentx_master() == 0 && check_snmpget() == 0 ? links::good : links::agent_lost;
 }
@@ -183,6 +183,7 @@ int main_loop() {
     int strikes_against_apimgr = 0;
     const serving_exchanges scope;
     while (snmpSubagent_is_active && !abort_snmpSubagent) {
+        feed_watchdog();
         rest();
         check_for_table_changes();
         if (!snmpSubagent_is_active)

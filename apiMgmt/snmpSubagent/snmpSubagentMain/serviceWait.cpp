@@ -6,6 +6,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentComm/snmpSubagentComm.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/agentLibrary.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/supervisor.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/pduWindow.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestPace.h"
 
@@ -42,6 +43,7 @@ bool wait_and_serve(int descriptor, short events, int timeout_ms) {
         if (agent_wait(std::min(left_us, kLongestStepUs), descriptor, events))
             return true;
         process_agent_events();
+        feed_watchdog();
     }
     return false;
 }

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <syslog.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <map>
@@ -30,6 +31,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/signals.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/startStep.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/supervisor.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/sendTrap.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapCommand.h"
@@ -158,6 +160,13 @@ bool start_services(const char* program, bool is_debug_mode) {
     return create_objects() && start_work();
 }
 
+// How long the array takes during the start is not the daemon's fault.
+bool wait_for_array_at_start(int descriptor, short events, int timeout_ms) {
+    constexpr int kBetweenSigns_ms = 2000;
+    feed_watchdog();
+    return PollDescriptor(descriptor, events, std::min(timeout_ms, kBetweenSigns_ms));
+}
+
 void shut_down_agents() {
     SUBAGENT_LOG(7, "snmpd (master agent) is being killed...\n");
     kill_snmpd();
@@ -203,8 +212,12 @@ int run_subagent(int argc, char* argv[]) {
     }
     // Programs inherit it, and what they create is nobody else's business: snmpd's AgentX socket above all.
     umask(S_IRWXG | S_IRWXO);
+    open_supervisor_channel();
+    tell_supervisor("starting");
+    set_exchange_wait(wait_for_array_at_start);
     if (start_services(argc > 0 ? argv[0] : kSyslogIdent, is_debug_mode)) {
         SUBAGENT_LOG(4, "snmpSubagent is up and running.\n");
+        tell_supervisor("serving");
         send_coldstart();
         snmpSubagent_is_active = true;  // from here the GetList task runs
         main_loop();
