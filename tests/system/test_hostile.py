@@ -4,7 +4,7 @@ daemon goes on, and what comes right afterwards is taken."""
 import re
 import socket
 
-from harness import array, ber, berWriter, daemon, machine, manager, mib, story, waiting
+from harness import array, ber, berWriter, manager, mib, story, waiting
 from harness.expected import LONGEST_TEXT, Expectation
 
 TRANSPORT = "Caught std::exception processing request"
@@ -70,14 +70,6 @@ class HostileAnswers(story.SharedStory):
                 self.wait_for_good_exchange()
                 self.assert_served_as_before()
         self.assertEqual(self.daemon.lines_with("strikes_against_apimgr"), [])
-
-    def test_nothing_of_a_named_file_is_served(self):
-        secret = machine.read_file("/etc/passwd").splitlines()[0]
-        self.array.fault("external-entity", "for", "1")
-        self.wait_for_line(NO_PARSE)
-        self.wait_for_good_exchange()
-        self.assertNotIn(secret, self.daemon.log())
-        self.assert_served_as_before()
 
 
 class LongTexts(story.SharedStory):
@@ -153,30 +145,6 @@ class HostileStart(story.Story):
     def setUp(self):
         self.begin()
         self.array.start()
-
-    def start_until_snmpd_is_in_time(self):
-        for _ in range(daemon.START_TRIES):
-            self.daemon.start_in_foreground(wait=False)
-            self.assertEqual(self.daemon.wait_for_exit_status(), 0)
-            if daemon.SNMPD_IS_LATE not in self.daemon.log():
-                break
-
-    def test_what_the_start_needs(self):
-        for kind, fault, line in (
-                ("TsController", ("truncated",), "error on getting info from api for controller table"),
-                ("TsDisk", ("no-objects",), "could not get table info for col_id: 27"),
-                ("TsDisk", ("too-many",), "could not get table info for col_id: 27"),
-                ("TsVolume", ("entities",), "could not get table info for col_id: 115"),
-                ("TsEnclosure", ("tear",), "failed to get xml response for apiName: tsEnclosure, retVal: 1")):
-            with self.subTest(kind=kind, fault=fault):
-                self.array.clear_faults()
-                # The access test reads the controller list too, and a document that does not parse fails there.
-                self.array.fault(*fault, "on", kind)
-                self.start_until_snmpd_is_in_time()
-                if kind != "TsController":
-                    self.assertIn(line, self.daemon.log())
-                self.assertIn("snmpSubagent is exiting.", self.daemon.log())
-                self.assertEqual(machine.processes_named("snmpd"), [])
 
     def test_what_the_start_can_do_without(self):
         self.array.fault("error", "ObjectNotAvailable", "no page pools", "on", "TsDiskConfiguration")

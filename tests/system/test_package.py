@@ -167,13 +167,6 @@ class Packages(PackageStory):
         self.wait_for_another_start(ups)
         self.assert_served_by_one()
 
-    def test_24_a_cleaned_tmp_is_mended(self):
-        ups = self.ups()
-        self.host.run("rm", "-r", "/tmp/apps")
-        self.systemctl("restart", UNIT)
-        self.wait_for_another_start(ups)
-        self.assert_served_by_one()
-
     def test_25_it_stops_in_order(self):
         self.systemctl("stop", UNIT)
         self.assertEqual((self.host.pids("snmpSubagent"), self.host.pids("snmpd")), ([], []))

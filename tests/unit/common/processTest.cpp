@@ -125,8 +125,3 @@ TEST(NameThisThread, CutsALongNameInsteadOfLosingIt) {
         EXPECT_EQ(name, std::string(given).substr(0, 15));
     }
 }
-
-TEST(GreatestProcessNumber, CoversTheNumbersThatTheSystemGivesOut) {
-    EXPECT_GE(GreatestProcessNumber(), 99999);
-    EXPECT_GE(GreatestProcessNumber(), getpid());
-}

@@ -4,16 +4,14 @@
 #include <gmock/gmock.h>
 #include <sys/file.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <csignal>
 #include <cstdarg>
 #include <cstring>
 #include <string>
 
-#include "apiMgmt/common/platform/clock.h"
+#include "tests/unit/common/fakeSleep.h"
 #include "tests/unit/common/fakeSyslog.h"
 #include "tests/unit/common/tempFolder.h"
 
@@ -29,24 +27,10 @@ std::string changed_folder;
 bool folder_can_be_changed = true;
 std::string pid_folder = "/nonexistent";
 std::string removed_file;
-int64_t slept_us = 0;
 
 constexpr char kPidFolder[] = "/var/run/";
 
 }  // namespace
-
-timeval ClockNow() {
-    return {};
-}
-int64_t ClockNowMs() {
-    return 0;
-}
-int64_t ClockNowUs() {
-    return 0;
-}
-void ClockSleepMicroseconds(int64_t duration_us) {
-    slept_us += duration_us;
-}
 
 extern "C" {
 
@@ -98,40 +82,6 @@ class DaemonizeSelfInForeground : public testing::Test {
     int own_pid = -7;
     int parent_pid = -7;
 };
-
-bool IsNullDevice(int descriptor) {
-    struct stat expected {};
-    struct stat actual {};
-    return stat("/dev/null", &expected) == 0 && fstat(descriptor, &actual) == 0 &&
-           expected.st_rdev == actual.st_rdev && S_ISCHR(actual.st_mode);
-}
-
-int CountOpenDescriptors() {
-    int count = 0;
-    for (int descriptor = 0; descriptor < 1024; ++descriptor) {
-        count += fcntl(descriptor, F_GETFD) != -1 ? 1 : 0;
-    }
-    return count;
-}
-
-// Written by the daemon itself, with what a daemon must have.
-std::string DescribeSelf(int result, int own_pid, int parent_pid, pid_t caller, pid_t caller_session) {
-    struct sigaction hangup {};
-    sigaction(SIGHUP, nullptr, &hangup);
-    std::string text = "result " + std::to_string(result) + ", own pid " + std::to_string(own_pid);
-    const auto fact = [&text](const char* name, bool holds) {
-        text += std::string(", ") + (holds ? "" : "NOT ") + name;
-    };
-    fact("parent told", parent_pid == caller);
-    fact("null devices", IsNullDevice(0) && IsNullDevice(1) && IsNullDevice(2));
-    fact("nothing else open", CountOpenDescriptors() == 3);
-    fact("own session", getsid(0) != caller_session);
-    fact("not its leader", getsid(0) != getpid());
-    fact("ignores SIGHUP", hangup.sa_handler == SIG_IGN);
-    fact("umask 0", umask(0) == 0);
-    fact("my_pid", RESOURCEmgmt::my_pid == getpid());
-    return text;
-}
 
 }  // namespace
 
@@ -188,6 +138,8 @@ TEST_F(DaemonizeSelfInForeground, AnotherCopyIsAwaitedAndThenLeftAlone) {
     EXPECT_TRUE(WaitForOtherCopy(DAEMON_ID_SNMP_SUBAGENT));
     const int other = ::open(folder.Write("snmpSubagent.pid", "4711").c_str(), O_RDWR);
     ASSERT_EQ(flock(other, LOCK_EX), 0);
+    int64_t slept_us = 0;
+    on_sleep = [&](int64_t duration_us) { slept_us += duration_us; };
     EXPECT_FALSE(WaitForOtherCopy(DAEMON_ID_SNMP_SUBAGENT));
     EXPECT_EQ(slept_us, 5'000'000);
     EXPECT_EQ(Run(), 1);
@@ -205,29 +157,4 @@ TEST_F(DaemonizeSelfInForeground, AnUnknownDaemonKeepsTheName) {
     EXPECT_EQ(Run(3), 0);
     EXPECT_THAT(SyslogLines(), ElementsAre("1|invalid daemonID: 3\n", "1|service_name: before\n"));
     EXPECT_EQ(folder.Read("before.pid"), std::to_string(getpid()));
-}
-
-TEST(DaemonizeSelf, TheGrandchildIsADaemonAndTheParentsEndWell) {
-    const TempFolder folder;
-    const NewsPipe news(folder.path("news"));
-    working_folder = "/depot";
-    ASSERT_GT(fcntl(STDERR_FILENO, F_DUPFD, 300), 0);
-    const pid_t caller = getpid();
-    const pid_t caller_session = getsid(0);
-    const pid_t child = fork();
-    if (child == 0) {
-        int own_pid = -7;
-        int parent_pid = -7;
-        const int result = DaemonizeSelf(DAEMON_ID_SNMP_SUBAGENT, &own_pid, &parent_pid, false);
-        const std::string text = DescribeSelf(result, own_pid, parent_pid, caller, caller_session);
-        const int pipe = open(news.path().c_str(), O_WRONLY);
-        const bool written = write(pipe, text.data(), text.size()) == static_cast<ssize_t>(text.size());
-        _exit(written ? 0 : 1);
-    }
-    int status = -1;
-    ASSERT_EQ(waitpid(child, &status, 0), child);
-    EXPECT_EQ(status, 0);
-    EXPECT_EQ(news.ReadAll(),
-              "result 0, own pid -7, parent told, null devices, nothing else open, own session, "
-              "not its leader, ignores SIGHUP, umask 0, my_pid");
 }

@@ -50,43 +50,6 @@ TEST_F(Listener, QueuesCommandsInOrder) {
     EXPECT_EQ(trapsToSend.back()->alertString.size(), 500U - 18);
 }
 
-TEST_F(Listener, SetsFlags) {
-    handle(message(0, 2));
-    EXPECT_TRUE(tempTest_requested);
-    EXPECT_FALSE(displayTraps_requested);
-    handle(message(0, 3));
-    EXPECT_TRUE(displayTraps_requested);
-    EXPECT_EQ(handle(message(0, 5)), "");
-    EXPECT_EQ(handle(message(0, 4)), "log 7 Set verbose to True$\n");
-    EXPECT_TRUE(verbose);
-    const string course = handle(message(0, 5));
-    EXPECT_NE(course.find("mgmtMsg.cmdspecific():5$\nlog 7 Set verbose to False$\n"), string::npos) << course;
-    EXPECT_FALSE(verbose);
-}
-
-TEST_F(Listener, RefusesWhatItDoesNotKnow) {
-    const string not_mgmt = "log 4 Invalid connection data: PDU is not a mgmt message$\n";
-    GPBIPCMsg envelope = message(0, 1);
-    envelope.set_msgtype(protoIPCMsg::APIRequest);
-    EXPECT_EQ(handle(envelope), not_mgmt);
-    envelope.set_msgtype(protoIPCMsg::MGMT);
-    envelope.clear_mgmtmsg();
-    EXPECT_EQ(handle(envelope), not_mgmt);
-    EXPECT_EQ(handle(message(1, 1)), "log 4 Received unknown mgmtMsg.cmdtype(): 1$\n");
-    for (const uint32_t specific : {0U, 6U, 4294967295U})
-        EXPECT_EQ(handle(message(0, specific)), "log 4 Received unknown mgmtMsg.cmdspecific(): " +
-                                                    std::to_string(static_cast<int>(specific)) + "$\n");
-    GPBIPCMsg absent = message(0, 1);
-    absent.mutable_mgmtmsg()->clear_cmdspecific();
-    EXPECT_EQ(handle(absent), "log 4 Received unknown mgmtMsg.cmdspecific(): 0$\n");
-    verbose = true;
-    // Every envelope was counted, and those with a good command type.
-    EXPECT_EQ(handle(message(0, 2)),
-              "log 7 Received MGMTCommand_SPECIFIC: accept_counter=8, cmd_specific_counter=5, "
-              "mgmtMsg.cmdspecific():2$\n");
-    EXPECT_TRUE(trapsToSend.empty());
-}
-
 TEST_F(Listener, GoesOnAfterABadSender) {
     const GPBIPCMsg command = message(0, 1, "1 2 3 201 0 0 0 0 x");
     fake_mgmt_sender::connections = {
