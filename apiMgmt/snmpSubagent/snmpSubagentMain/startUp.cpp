@@ -213,7 +213,6 @@ int run_subagent(int argc, char* argv[]) {
     // Programs inherit it, and what they create is nobody else's business: snmpd's AgentX socket above all.
     umask(S_IRWXG | S_IRWXO);
     open_supervisor_channel();
-    tell_supervisor("starting");
     set_exchange_wait(wait_for_array_at_start);
     if (start_services(argc > 0 ? argv[0] : kSyslogIdent, is_debug_mode)) {
         SUBAGENT_LOG(4, "snmpSubagent is up and running.\n");
