@@ -63,7 +63,8 @@ void WaitForNews(const TCPServerSocket& listener, const Peers& peers) {
         watched.push_back({.fd = peer.descriptor(), .events = POLLIN, .revents = 0});
         timeout_us = std::min(timeout_us, std::max<int64_t>(peer.end_us() - ClockNowUs(), 0));
     }
-    poll(watched.data(), static_cast<nfds_t>(watched.size()), static_cast<int>(timeout_us / kMillisecondUs + 1));
+    poll(watched.data(), static_cast<nfds_t>(watched.size()),
+         static_cast<int>(timeout_us / kMillisecondUs + 1));
 }
 
 void AcceptPeer(TCPServerSocket& listener, Peers& peers) {
