@@ -97,5 +97,5 @@ class LocalUser(PackageStory):
 
 
 if __name__ == "__main__":
-    machine.require_sandbox()
+    machine.require_sandbox("namespaces")
     unittest.main(verbosity=2, failfast=True)
