@@ -1,7 +1,13 @@
-# What Debian provides. scripts/install-deps brings all of it.
+# What the system provides: on Debian scripts/install-deps brings all of it, docs/administrators.md names the ports of
+# FreeBSD.
 
 find_package(Threads REQUIRED)
-find_package(Protobuf REQUIRED)
+# protobuf 22 and later needs libraries that only its own configuration names; Debian's has none. The same is in
+# tesseraApiConfig.cmake.in.
+find_package(Protobuf CONFIG QUIET)
+if(NOT Protobuf_FOUND)
+  find_package(Protobuf REQUIRED)
+endif()
 find_package(EXPAT REQUIRED)
 find_package(CLI11 REQUIRED)
 find_package(nlohmann_json 3.11 REQUIRED)
@@ -17,6 +23,8 @@ find_program(DPKG_QUERY dpkg-query)
 if(DPKG_QUERY)
   execute_process(COMMAND "${DPKG_QUERY}" -W -f "\${Version}" libexpat1
                   OUTPUT_VARIABLE EXPAT_PACKAGE_VERSION ERROR_QUIET)
+endif()
+if(EXPAT_PACKAGE_VERSION)
   execute_process(COMMAND dpkg --compare-versions "${EXPAT_PACKAGE_VERSION}" ge 2.5.0-1+deb12u5
                   RESULT_VARIABLE EXPAT_TOO_OLD)
   if(EXPAT_TOO_OLD)
