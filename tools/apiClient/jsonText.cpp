@@ -1,7 +1,6 @@
 #include "tools/apiClient/jsonText.h"
 
 #include <charconv>
-#include <cmath>
 #include <nlohmann/json.hpp>
 
 #include "apiMgmt/apiStub/base/apiAttributes/apiAttributes.h"
@@ -11,14 +10,19 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-/** Text stays text when it is no number as a whole. "nan" and "inf" do too: JSON has no such numbers, and
-   null would look like a value that is not there. */
-template <class Number>
-Json NumberJson(const std::string& text) {
-    Number number = 0;
+// Text stays text when it is no number as a whole. "nan" and "inf" do too: JSON has no such numbers, and null would
+// look like a value that is not there.
+
+Json IntegerJson(const std::string& text) {
+    int64_t number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    const bool is_whole = error == std::errc() && end == text.data() + text.size();
-    return is_whole && std::isfinite(number) ? Json(number) : Json(text);
+    return error == std::errc() && end == text.data() + text.size() ? Json(number) : Json(text);
+}
+
+Json RealJson(const std::string& text) {
+    const char* end = nullptr;
+    const std::optional<double> number = ParseDecimal(text, &end);
+    return number && end == text.c_str() + text.size() ? Json(*number) : Json(text);
 }
 
 Json ReferenceJson(const APIObjectInstance& object) {
@@ -51,10 +55,10 @@ Json CellJson(const Column& column, const std::string& text) {
         return TruthJson(text);
     }
     if (As<INTApiAttribute>(column) || As<SIZEApiAttribute>(column)) {
-        return NumberJson<int64_t>(text);
+        return IntegerJson(text);
     }
     if (As<DOUBLEApiAttribute>(column)) {
-        return NumberJson<double>(text);
+        return RealJson(text);
     }
     if (const auto* numbers = As<INTARRAYApiAttribute>(column)) {
         return numbers->FromText(text);
@@ -86,7 +90,7 @@ Json RecordJson(const Record& record, const std::vector<Column>& columns) {
 Json ValueJson(const Result& result) {
     switch (result.valueKind) {
         case Result::kNumber:
-            return NumberJson<int64_t>(result.value);
+            return IntegerJson(result.value);
         case Result::kTruth:
             return TruthJson(result.value);
         default:

@@ -1,13 +1,14 @@
 #include "tools/apiClient/valueText.h"
 
 #include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
 
 #include <algorithm>
 #include <array>
 #include <cctype>
 #include <charconv>
 #include <chrono>
-#include <cmath>
 #include <ctime>
 #include <iterator>
 #include <limits>
@@ -20,6 +21,7 @@
 #include "apiMgmt/apiStub/base/apiAttributes/temperatureValue.h"
 #include "apiMgmt/apiStub/base/apiAttributes/wordList.h"
 #include "apiMgmt/common/utils/netUtil.h"
+#include "apiMgmt/common/utils/stringUtil.h"
 #include "tools/apiClient/attributeWords.h"
 #include "tools/apiClient/usageError.h"
 
@@ -37,20 +39,19 @@ struct RealPrefix {
     std::string rest;
 };
 
-/** Nothing without a finite number in decimal digits; strtod would take hexadecimal ones, nan and inf as
- * well. */
 std::optional<RealPrefix> ReadReal(std::string text) {
     Trim(text);
-    const bool has_plus = text.size() > 1 && text[0] == '+' && text[1] != '-';
-    double number = 0;
-    const auto [end, error] =
-        std::from_chars(text.data() + (has_plus ? 1 : 0), text.data() + text.size(), number);
-    if (error != std::errc() || !std::isfinite(number)) {
+    if (text.starts_with('+') && !text.starts_with("+-")) {
+        text.erase(0, 1);
+    }
+    const char* end = nullptr;
+    const std::optional<double> number = ParseDecimal(text, &end);
+    if (!number) {
         return std::nullopt;
     }
-    std::string rest = text.substr(static_cast<size_t>(end - text.data()));
+    std::string rest = text.substr(static_cast<size_t>(end - text.c_str()));
     Trim(rest);
-    return RealPrefix{number, rest};
+    return RealPrefix{*number, rest};
 }
 
 // The library reads what it can and takes false or 0 for the rest; a person's slip must not become a value.

@@ -1,8 +1,10 @@
 #include "apiMgmt/common/utils/stringUtil.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <charconv>
 #include <climits>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -135,6 +137,25 @@ double ParseDouble(const std::string& text, const char** end) {
     if (end != nullptr) {
         *end = behind;
     }
+    return number;
+}
+
+// Not std::from_chars: LLVM's C++ library has it for double from version 20 on only.
+std::optional<double> ParseDecimal(const std::string& text, const char** end) {
+    const std::string_view digits = std::string_view(text).substr(text.starts_with('-') ? 1 : 0);
+    const bool is_decimal = digits.find_first_of(".0123456789") == 0;
+    const bool is_hexadecimal = digits.starts_with("0x") || digits.starts_with("0X");
+    if (!is_decimal || is_hexadecimal) {
+        return std::nullopt;
+    }
+    const char* behind = nullptr;
+    errno = 0;
+    const double number = ParseDouble(text, &behind);
+    const bool is_out_of_range = errno == ERANGE && (number == 0 || std::isinf(number));
+    if (behind == text.c_str() || is_out_of_range) {
+        return std::nullopt;
+    }
+    *end = behind;
     return number;
 }
 

@@ -3,6 +3,7 @@
 #include <cstdarg>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -40,6 +41,13 @@ bool ParseBool(const std::string& text);
 
 /** As strtod; *end is set behind the number, within text, unless end is null. */
 double ParseDouble(const std::string& text, const char** end = nullptr);
+
+/**
+ * Parses the finite decimal number at the start of text ("-1.5e3") and sets *end behind it, within text. Unlike
+ * strtod it takes no white space, plus sign, hexadecimal digits, nan or inf. Returns std::nullopt, with *end
+ * unchanged, for those, without a number, and for one out of double's range.
+ */
+std::optional<double> ParseDecimal(const std::string& text, const char** end);
 
 /** Whether the text, white space at its ends aside, is one floating-point number as strtod reads it. */
 bool IsNumeric(const std::string& text);
