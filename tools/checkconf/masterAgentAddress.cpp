@@ -1,6 +1,8 @@
 #include "tools/checkconf/masterAgentAddress.h"
 
 #include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
 
 #include <algorithm>
 #include <string_view>

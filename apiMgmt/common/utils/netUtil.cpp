@@ -1,6 +1,8 @@
 #include "apiMgmt/common/utils/netUtil.h"
 
 #include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
 
 #include "apiMgmt/common/utils/stringUtil.h"
 
