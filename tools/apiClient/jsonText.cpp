@@ -10,8 +10,8 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-// Text stays text when it is no number as a whole. "nan" and "inf" do too: JSON has no such numbers, and null would
-// look like a value that is not there.
+// Text stays text when it is no number as a whole. "nan" and "inf" do too: JSON has no such numbers, and null
+// would look like a value that is not there.
 
 Json IntegerJson(const std::string& text) {
     int64_t number = 0;

@@ -43,9 +43,9 @@ bool ParseBool(const std::string& text);
 double ParseDouble(const std::string& text, const char** end = nullptr);
 
 /**
- * Parses the finite decimal number at the start of text ("-1.5e3") and sets *end behind it, within text. Unlike
- * strtod it takes no white space, plus sign, hexadecimal digits, nan or inf. Returns std::nullopt, with *end
- * unchanged, for those, without a number, and for one out of double's range.
+ * Parses the finite decimal number at the start of text ("-1.5e3") and sets *end behind it, within text.
+ * Unlike strtod it takes no white space, plus sign, hexadecimal digits, nan or inf. Returns std::nullopt,
+ * with *end unchanged, for those, without a number, and for one out of double's range.
  */
 std::optional<double> ParseDecimal(const std::string& text, const char** end);
 

@@ -5,6 +5,7 @@
 #include <set>
 #include <sstream>
 
+#include "tests/sourceFolder.h"
 #include "tools/arraySim/incidents.h"
 #include "tools/arraySim/modelFile.h"
 #include "tools/arraySim/presets.h"

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/sourceFolder.h"
 #include "tests/unit/arraySim/requests.h"
 #include "tools/arraySim/presets.h"
 #include "tools/arraySim/scenario.h"

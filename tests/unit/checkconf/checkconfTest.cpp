@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
+#include "tests/sourceFolder.h"
 #include "tools/checkconf/program.h"
 
 using std::string;
@@ -40,7 +41,7 @@ class Checkconf : public testing::Test {
     ~Checkconf() override { std::filesystem::remove_all(root_); }
 
     static string Shipped(const string& file) {
-        std::ifstream in(string(SHIPPED_FILES) + "/" + file);
+        std::ifstream in(string(SOURCE_FOLDER "/packaging/etc/") + file);
         return {std::istreambuf_iterator<char>(in), {}};
     }
 

@@ -16,7 +16,7 @@ const char* ident = nullptr;  // kept as a pointer, as the real one does
 int options = 0;
 int facility = 0;
 
-void keep(int priority, const char* format, va_list arguments) {
+[[gnu::format(printf, 2, 0)]] void keep(int priority, const char* format, va_list arguments) {
     char text[1000];
     vsnprintf(text, sizeof text, format, arguments);
     const std::lock_guard guard(mutex);
@@ -48,7 +48,7 @@ void syslog(int priority, const char* format, ...) {
 }
 
 // What syslog is called where _FORTIFY_SOURCE is set.
-void __syslog_chk(int priority, int, const char* format, ...) {
+[[gnu::format(printf, 3, 4)]] void __syslog_chk(int priority, int, const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
     keep(priority, format, arguments);

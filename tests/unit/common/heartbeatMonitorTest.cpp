@@ -2,6 +2,7 @@
 
 #include <arpa/inet.h>
 #include <gmock/gmock.h>
+#include <netinet/in.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
@@ -79,7 +80,7 @@ class Watcher {
 
 }  // namespace
 
-extern "C" int listen(int descriptor, int backlog) noexcept {
+extern "C" int listen(int descriptor, int backlog) {
     const int result = static_cast<int>(syscall(SYS_listen, descriptor, backlog));
     sockaddr_in address{};
     socklen_t length = sizeof address;

@@ -1,7 +1,6 @@
 #include "apiMgmt/common/threadpool/logTask.h"
 
 #include <gtest/gtest.h>
-#include <pthread.h>
 
 #include <atomic>
 #include <memory>
@@ -10,6 +9,7 @@
 #include "apiMgmt/common/threadpool/appLogger.h"
 #include "tests/unit/common/fakeSleep.h"
 #include "tests/unit/common/fakeSyslog.h"
+#include "tests/unit/common/fakeThreads.h"
 #include "tests/unit/common/recordingLogger.h"
 
 namespace {
@@ -22,28 +22,6 @@ LOGMessage Message(const std::string& text) {
     message.message = text;
     return message;
 }
-
-// While it lives no thread can be started.
-class NoNewThreads {
-  public:
-    NoNewThreads() {
-        pthread_attr_t impossible;
-        EXPECT_EQ(pthread_getattr_default_np(&usual_), 0);
-        EXPECT_EQ(pthread_attr_init(&impossible), 0);
-        EXPECT_EQ(pthread_attr_setstacksize(&impossible, size_t{1} << 50), 0);
-        EXPECT_EQ(pthread_setattr_default_np(&impossible), 0);
-        pthread_attr_destroy(&impossible);
-    }
-    ~NoNewThreads() {
-        EXPECT_EQ(pthread_setattr_default_np(&usual_), 0);
-        pthread_attr_destroy(&usual_);
-    }
-    NoNewThreads(const NoNewThreads&) = delete;
-    NoNewThreads& operator=(const NoNewThreads&) = delete;
-
-  private:
-    pthread_attr_t usual_;
-};
 
 class LogTask : public testing::Test {
   protected:

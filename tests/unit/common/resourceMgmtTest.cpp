@@ -34,7 +34,7 @@ constexpr char kPidFolder[] = "/var/run/";
 
 extern "C" {
 
-char* getcwd(char* buffer, size_t size) noexcept {
+char* getcwd(char* buffer, size_t size) {
     if (working_folder.empty()) {
         errno = ENOENT;
         return nullptr;
@@ -45,7 +45,7 @@ char* getcwd(char* buffer, size_t size) noexcept {
     return working_folder.size() < size ? strcpy(buffer, working_folder.c_str()) : nullptr;
 }
 
-int chdir(const char* path) noexcept {
+int chdir(const char* path) {
     changed_folder = path;
     return folder_can_be_changed ? 0 : -1;
 }
@@ -53,7 +53,7 @@ int chdir(const char* path) noexcept {
 int open(const char* path, int flags, ...) {
     va_list arguments;
     va_start(arguments, flags);
-    const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
+    const int mode = (flags & O_CREAT) != 0 ? va_arg(arguments, int) : 0;  // as a promoted mode_t
     va_end(arguments);
     std::string real_path = path;
     if (real_path.starts_with(kPidFolder)) {
@@ -62,7 +62,7 @@ int open(const char* path, int flags, ...) {
     return openat(AT_FDCWD, real_path.c_str(), flags, mode);
 }
 
-int unlink(const char* path) noexcept {
+int unlink(const char* path) {
     removed_file = path;
     return -1;
 }

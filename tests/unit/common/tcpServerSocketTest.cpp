@@ -3,6 +3,7 @@
 #include <arpa/inet.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <netinet/in.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
@@ -54,7 +55,7 @@ void ExpectFailure(int port, unsigned line, const std::string& message) {
 
 }  // namespace
 
-extern "C" int listen(int descriptor, int backlog) noexcept {
+extern "C" int listen(int descriptor, int backlog) {
     if (listen_fails) {
         errno = EADDRINUSE;
         return -1;

@@ -28,7 +28,7 @@ std::vector<convention> all_conventions() {
 #define CONVENTION(post_process, api) all.push_back({post_process, api, {}, 0});
 #define TEXT(text, number) all.back().texts.push_back({text, number});
 #define END(number) all.back().other = number;
-#include "conventionRows.inc"
+#include "mib/conventionRows.inc"
 #undef CONVENTION
 #undef TEXT
 #undef END

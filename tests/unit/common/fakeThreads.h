@@ -1,0 +1,14 @@
+#pragma once
+
+#include <atomic>
+
+/** While one lives, no thread can be started: pthread_create fails with EAGAIN. */
+class NoNewThreads {
+  public:
+    NoNewThreads() { forbidden = true; }
+    ~NoNewThreads() { forbidden = false; }
+    NoNewThreads(const NoNewThreads&) = delete;
+    NoNewThreads& operator=(const NoNewThreads&) = delete;
+
+    static std::atomic<bool> forbidden;
+};
