@@ -8,6 +8,7 @@ import glob
 import json
 import os
 import pathlib
+import re
 import shlex
 import shutil
 import subprocess
@@ -20,6 +21,9 @@ SKIPPED = 77
 LIBRARIES = ("CLI", "nlohmann", "google", "net-snmp", "expat.h", "expat_external.h", "x86_64-linux-gnu/expat_config.h",
              "gtest", "gmock", "benchmark")
 OPENSSL = ("openssl", "x86_64-linux-gnu/openssl")
+# One generator makes the classes of all objects from one template: one of them stands for all. The others are copies
+# of sources with faults planted for the fuzz targets.
+REPEATED = re.compile(r"/tessera/src/apiTs(?!Disk\.)|/fuzz/planted/")
 # GCC's -Wno-restrict is in the build's options; the other two are those of cmake/ProjectOptions.cmake for Clang.
 OPTIONS = ("-Wno-unknown-warning-option", "-Wno-unused-private-field", "-Wno-overlength-strings")
 
@@ -76,7 +80,8 @@ def units_of(root, build, with_tests):
     """Each source file with its options; the files for Linux make way for those for FreeBSD."""
     entries = json.loads((build / "compile_commands.json").read_text(encoding="utf-8"))
     others = () if with_tests else tuple(f"{root}/{folder}/" for folder in ("tests", "bench", "fuzz"))
-    units = {entry["file"]: list(options_of(entry)) for entry in entries if not entry["file"].startswith(others)}
+    units = {entry["file"]: list(options_of(entry)) for entry in entries
+             if not entry["file"].startswith(others) and not REPEATED.search(entry["file"])}
     for file in [file for file in units if file.endswith("Linux.cpp")]:
         units[file.replace("Linux.cpp", "FreeBsd.cpp")] = units.pop(file)
     missing = {str(path) for path in (root / "apiMgmt").rglob("*FreeBsd.cpp")} - set(units)

@@ -21,7 +21,8 @@ RUNNING, GONE = True, False
 class RcScript(unittest.TestCase):
     def setUp(self):
         shutil.copy(SUBR, "/etc/rc.subr")
-        for path, text in ((PROGRAM, DAEMON), ("/usr/local/bin/snmpSubagent-checkconf", "#!/bin/sh\ntest ! -e /tmp/bad\n"),
+        for path, text in ((PROGRAM, DAEMON),
+                           ("/usr/local/bin/snmpSubagent-checkconf", "#!/bin/sh\ntest ! -e /tmp/bad\n"),
                            ("/usr/local/bin/logger", "#!/bin/sh\n"), ("/usr/local/etc/snmpsubagent/start.conf", "")):
             os.makedirs(os.path.dirname(path), exist_ok=True)
             machine.write_file(path, text, 0o755)
@@ -55,7 +56,8 @@ class RcScript(unittest.TestCase):
             self.assertEqual((done.returncode, self.daemon_runs()), (status, runs), command)
 
     def test_check_restarts_a_daemon_that_has_exited_until_it_is_stopped(self):
-        self.expect(("check", GONE, 0, ""), ("start", RUNNING, 0, "Starting snmpsubagent.\n"), ("check", RUNNING, 0, ""))
+        self.expect(("check", GONE, 0, ""), ("start", RUNNING, 0, "Starting snmpsubagent.\n"),
+                    ("check", RUNNING, 0, ""))
         self.kill_daemon()
         self.expect(("check", RUNNING, 0, ""), ("stop", GONE, 0, "Stopping snmpsubagent.\n"), ("check", GONE, 0, ""),
                     ("faststart", RUNNING, 0, ""))
@@ -64,7 +66,8 @@ class RcScript(unittest.TestCase):
 
     def test_a_disabled_service_starts_only_by_force_and_says_nothing_to_cron(self):
         self.enable("NO")
-        self.expect(("start", GONE, 0, "Cannot 'start'.*\n"), ("check", GONE, 0, ""), ("onestart", RUNNING, 0, "Starting.*\n"))
+        self.expect(("start", GONE, 0, "Cannot 'start'.*\n"), ("check", GONE, 0, ""),
+                    ("onestart", RUNNING, 0, "Starting.*\n"))
         self.kill_daemon()
         self.expect(("check", GONE, 0, ""))
 
