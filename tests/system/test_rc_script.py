@@ -15,6 +15,10 @@ DAEMON = f"""#!/bin/sh
 [ "$SNMP_PERSISTENT_DIR" = /var/db/snmpsubagent ] || exit 1
 sh -c 'while :; do sleep 0.1; done' {PROGRAM} >/dev/null 2>&1 & echo $! >{daemon.PID_FILE}
 """
+# FreeBSD's stat -f '%HT %u' FILE.
+STAT = """#!/bin/sh
+exec /usr/bin/stat -c '%F %u' "$3" | sed 's/^directory/Directory/; s/^regular.* file/Regular File/'
+"""
 RUNNING, GONE = True, False
 
 
@@ -23,7 +27,8 @@ class RcScript(unittest.TestCase):
         shutil.copy(SUBR, "/etc/rc.subr")
         for path, text in ((PROGRAM, DAEMON),
                            ("/usr/local/bin/snmpSubagent-checkconf", "#!/bin/sh\ntest ! -e /tmp/bad\n"),
-                           ("/usr/local/bin/logger", "#!/bin/sh\n"), ("/usr/local/etc/snmpsubagent/start.conf", "")):
+                           ("/usr/local/bin/logger", "#!/bin/sh\n"), ("/usr/local/bin/stat", STAT),
+                           ("/usr/local/etc/snmpsubagent/start.conf", "isdebugmode=false\n")):
             os.makedirs(os.path.dirname(path), exist_ok=True)
             machine.write_file(path, text, 0o755)
         for path in (machine.DAEMON_CONF, machine.SNMPD_CONF, machine.SESSION_KEY):
@@ -81,7 +86,7 @@ class RcScript(unittest.TestCase):
         os.unlink("/tmp/bad")
         self.expect(("start", RUNNING, 0, "Starting.*\n"), ("restart", RUNNING, 0, "Stopping.*\nStarting.*\n"))
         # The daemon's fixed places are there.
-        self.assertEqual(os.readlink(machine.MODE_CONF), "/usr/local/etc/snmpsubagent/start.conf")
+        self.assertEqual(machine.read_file(machine.MODE_CONF), "isdebugmode=false\n")
         for path, mode in (("/mnt/root", 0o755), ("/mnt/cores/logs", 0o750), ("/var/db/snmpsubagent", 0o700)):
             self.assertEqual(stat.S_IMODE(os.stat(path).st_mode), mode, path)
 
