@@ -24,10 +24,11 @@
 //   rest             until something arrives, 10 ms at most
 //   tables           one scan for a table to refresh
 //   array            one change that a manager has SET
-//   events           what the listener has taken in: one trap command per iteration; then one outstanding
-//   object log file         follow one that was moved, cut one that is too long links            the API
-//   manager, then the master agent; tested when silent for more than 2 seconds memory           of snmpd, now
-//   and then requests         the window in which SNMP is served
+//   events           one trap command that the listener has queued; then one outstanding object
+//   log file         follow one that was moved, truncate one that is too long
+//   links            the API manager, then the master agent; tested when silent for more than 2 seconds
+//   memory           of snmpd, now and then
+//   requests         the window in which SNMP is served
 
 namespace {
 
