@@ -7,7 +7,7 @@ from harness.expected import Expectation
 from harness.mib import KIND_OF_TABLE
 from harness.trapLists import OBJECTS
 
-from .states import FETCHED_SINGLY, Subject, Track
+from .states import FETCHED_SINGLY, PARENT_NUMBERS, Subject, Track
 
 # A large table is asked for when it is two to three minutes old, and again only when its turn in the round of all
 # columns comes; what is copied from another table follows a round later. Disturbed time does not count.
@@ -105,7 +105,8 @@ class History:
                       for value in tracks[oid].between(horizon, ended)]
             if oid not in self.tracks:
                 values.append(None)
-            if read in values or self.is_of_old_row(column, oid, read, horizon, ended):
+            if (read in values or self.is_of_old_row(column, oid, read, horizon, ended) or
+                    self.is_of_old_parent(column, oid, read, horizon, ended)):
                 return True
             return any(lie.covers(column, horizon, ended) and self.is_told(lie, column, read) for lie in self.lies)
 
@@ -118,6 +119,15 @@ class History:
         names = self.tracks[name].between(begin, end) if name in self.tracks else []
         return any(read[1] in self.states.between(Subject(number, each[1].decode()), begin, end)
                    for each in names if each)
+
+    def is_of_old_parent(self, column, oid, read, begin, end):
+        """Whether it is what another parent's part may have: parts are numbered by the parents as last refreshed."""
+        number = column.table and PARENT_NUMBERS.get(column.table.parent)
+        if not number or not self.states.has_moved(number, begin, end):
+            return False
+        row = mib.arcs(oid)[-1]
+        others = [mib.oid(column.name, parent, row) for parent in range(1, column.table.parents + 1)]
+        return any(read in self.tracks[other].between(begin, end) for other in others if other in self.tracks)
 
     @staticmethod
     def is_told(lie, column, read):

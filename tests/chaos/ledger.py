@@ -4,12 +4,14 @@ and what the array's values were."""
 import threading
 from collections import Counter, namedtuple
 
+from harness import waiting
+
 # kind: one of those below. oid, read: of a doubtful value.
 Doubt = namedtuple("Doubt", "kind client sent ended text oid read", defaults=(None, None))
 
 KINDS = UNANSWERED, SLOW, VALUE, MISSING, ORDER, MALFORMED, REFUSED, BROKEN = (
     "unanswered", "slow", "value", "missing", "order", "malformed", "refused", "broken")
-SLOW_S = 0.3  # an answer that took longer is remembered
+SLOW_S = 0.3 * waiting.PATIENCE  # an answer that took longer is remembered
 KEPT = 20000  # of each kind; more are only counted
 
 

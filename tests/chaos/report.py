@@ -10,7 +10,7 @@ from .states import Change
 from .statusJudge import Finding, StatusJudge
 
 SHOWN = 5  # examples of each fault that was found
-REFUSED_PERCENT = 1
+FEW_PERCENT = 1
 REFUSED_BY_RIGHT = ("setter",)  # no notification can be asked for in the last row of a full table
 
 
@@ -68,16 +68,17 @@ class Report:
         self.line("answers that are no SNMP", self.must_be_none("malformed answers", self.faulty[ledger.MALFORMED]))
         self.must_be_none("the run itself broke", self.faulty[ledger.BROKEN])
         self.must_be_none("kinds of doubt that were too many to be judged",
-                          [kind for kind in ledger.KINDS if kind != ledger.SLOW and book.beyond(kind)])
-        self.check_refusals()
+                          [kind for kind in ledger.KINDS if book.beyond(kind)])
+        # A request that comes just while the daemon waits for the master's answer is refused or repeated.
+        self.check_share("genErr without an outage", ledger.REFUSED, "genErr")
+        self.check_share("slow without an outage", ledger.SLOW, "slow")
 
-    def check_refusals(self):
-        """A request that comes just while the daemon waits for the master's answer is refused, so a few are."""
-        refused = [doubt for doubt in self.faulty[ledger.REFUSED] if doubt.client not in REFUSED_BY_RIGHT]
+    def check_share(self, title, kind, what):
+        few = [doubt for doubt in self.faulty[kind] if kind == ledger.SLOW or doubt.client not in REFUSED_BY_RIGHT]
         answered = sum(self.world.book.of(client, "answered") for client in self.world.book.clients())
-        self.line("genErr without an outage", f"{len(refused)} of {answered} answers")
-        if len(refused) * 100 > answered * REFUSED_PERCENT:
-            self.must_be_none(f"more than {REFUSED_PERCENT} % of all answers were genErr", refused)
+        self.line(title, f"{len(few)} of {answered} answers")
+        if len(few) * 100 > answered * FEW_PERCENT:
+            self.must_be_none(f"more than {FEW_PERCENT} % of all answers were {what}", few)
 
     def slowest(self, client):
         """Answer while nothing was disturbed."""

@@ -128,8 +128,11 @@ PLANTED = (
     (lambda b: b.doubt(ledger.BROKEN), "the run itself broke"),
     (lambda b: b.disturb(REQUESTS).doubt(ledger.UNANSWERED, times=ledger.KEPT + 1), "kinds of doubt that were too"),
     (lambda b: b.doubt(ledger.REFUSED), None),
-    (lambda b: b.doubt(ledger.REFUSED, times=2), "more than 1 % of all answers"),
+    (lambda b: b.doubt(ledger.REFUSED, times=2), "more than 1 % of all answers were genErr"),
     (lambda b: b.doubt(ledger.REFUSED, client="setter", times=9), None),
+    (lambda b: b.doubt(ledger.SLOW), None),
+    (lambda b: b.doubt(ledger.SLOW, times=2), "more than 1 % of all answers were slow"),
+    (lambda b: b.doubt(ledger.SLOW, times=2).disturb(REQUESTS), None),
     # texts
     (lambda b: b.mark(50, came=1), None),
     (lambda b: b.mark(50, came=2), "notifications received twice"),
@@ -225,6 +228,20 @@ class TheHistory(unittest.TestCase):
         self.assertIn(MODEL, self.history.steady(1200, 1201))
         self.assertNotIn(SECOND, self.history.steady(1200, 1201))
         self.assertIn(SECOND, self.history.steady(late, late + 1))
+
+    def test_parts_are_numbered_by_the_parents_as_last_refreshed(self):
+        """Another enclosure comes before the only one."""
+        found = objects("new", "second")
+        found["TsEnclosure"].insert(0, {"Index": "3", "Name": "F", "Status": "Up"})
+        for record in (self.history.record, lambda *words: self.history.states.record(*words, True)):
+            record(objects("new", "second"), 1500)
+            record(found, 2000)
+        old, new = mib.oid("tsEnclPowerStatus", 1, 1), mib.oid("tsEnclPowerStatus", 2, 1)
+        up = ("INTEGER", UP)
+        for oid, value, moment, is_good in ((old, up, 2100, True), (old, None, 2100, True), (new, up, 2100, True),
+                                            (new, ("INTEGER", DOWN), 2100, False),
+                                            (old, up, 2000 + STALE_S + 10, False)):
+            self.assertEqual(self.allows(oid, value, moment), is_good, (oid, value, moment))
 
     def test_a_new_daemon(self):
         """It knows nothing older, and has yet to derive some values."""
