@@ -10,7 +10,7 @@ import sys
 
 def explained_lines(guide):
     """Texts in the first column of the table of log lines."""
-    table = guide.split("| line | means | do |\n", 1)[1].split("\n\n", 1)[0]
+    table = guide.split("| log line | meaning | action |\n", 1)[1].split("\n\n", 1)[0]
     for row in table.splitlines()[1:]:
         yield from re.findall(r"`([^`]+)`", row.split("|")[1])
 
