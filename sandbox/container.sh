@@ -1,7 +1,7 @@
-# The way 'container' of the sandbox: the container itself, whose files are replaced and restored. Read by
+# The way 'container' of the sandbox: the container itself, whose files are replaced and restored. Sourced by
 # sandbox/sandbox.
 
-# The lock of the container. Not empty while a sandbox has its files in place.
+# The container's lock file. It is not empty while a sandbox has replaced files.
 state=/run/snmpsubagent-sandbox
 aside=.before-sandbox
 # Everything that a run creates: the daemon, snmpd and the tests.
@@ -42,7 +42,7 @@ describe_container() {
     echo "this container itself; its files are restored afterwards"
 }
 
-# As a subreaper, the first process of the sandbox becomes the parent of everything that loses its own inside.
+# As a subreaper, the first process of the sandbox becomes the parent of all orphaned processes inside.
 run_container() {
     exec /usr/bin/python3 -c 'import ctypes, os, sys
 PR_SET_CHILD_SUBREAPER = 36
@@ -63,7 +63,7 @@ exists() {
     [[ -e "$1" || -L "$1" ]]
 }
 
-# What belongs to somebody else and would be killed, replaced or in the way.
+# Fails if there is anything that does not belong to a sandbox and would be killed, replaced or in the way.
 check_container() {
     local name path found
     for name in "${programs[@]}"; do
@@ -95,7 +95,7 @@ put_files_aside() {
     echo taken >"$state"
 }
 
-# Emptying the state comes in between, so that a run that was killed in here can be continued by the next.
+# The state is emptied in between, so that the next run can continue if this one is killed here.
 restore_files() {
     local path
     if [[ -s "$state" ]]; then
@@ -115,7 +115,7 @@ restore_files() {
     done
 }
 
-# Kills what the command has left. What a killed process leaves becomes a child of this one in turn.
+# Kills the processes that the command has left. Children of a killed process become children of this one.
 kill_children() {
     local file line pids=(none)
     while ((${#pids[@]} > 0)); do
@@ -128,8 +128,8 @@ kill_children() {
     done
 }
 
-# What a sandbox has left that was killed itself. A container's root often cannot read the environment of another
-# user's process, but snmpd runs under this name only while a sandbox has its files in place.
+# Kills the processes of a sandbox that was killed itself. A container's root often cannot read the environment of another
+# user's process, but snmpd has this path only while a sandbox has replaced files.
 kill_marked_processes() {
     local process found=yes
     while [[ -n "$found" ]]; do

@@ -1,6 +1,6 @@
-# The ways 'namespaces' and 'user' of the sandbox: a machine of its own, made of namespaces. Read by sandbox/sandbox.
+# The ways 'namespaces' and 'user' of the sandbox: a separate machine made of namespaces. Sourced by sandbox/sandbox.
 
-# Where the repository may lie below one of these, it is bound back to its place.
+# If the repository is in one of these, it is bind-mounted back to its path.
 private_folders=(/etc /tmp /var /run /mnt /usr/local /dev)
 namespaces=(--mount --propagation private --pid --fork --kill-child --mount-proc --net --ipc --uts)
 
@@ -23,7 +23,7 @@ run_namespaces() {
     run_machine unshare "${namespaces[@]}" /bin/bash "$script" "$@"
 }
 
-# A range of users if there is one for this user, else root alone.
+# Maps a range of users if this user has one, or only root.
 user_options() {
     echo --user --map-root-user
     command -v newuidmap >/dev/null && can_make --user --map-root-user --map-auto 2>/dev/null && echo --map-auto
@@ -81,9 +81,9 @@ copy_etc() {
         step cp -a /etc "$stage/etc"
         return
     fi
-    # What this user cannot read is left out. Everything is root's: the real owner does not exist in here.
+    # Files that this user cannot read are omitted. Root owns all copies: their real owners do not exist in here.
     cp -dR --preserve=mode,timestamps,links /etc "$stage/etc" 2>/dev/null
-    # snmpd changes to this user, which must not fail.
+    # snmpd must be able to change to this user.
     has_root_only && step sed -i 's/^\(daemon:[^:]*\):[0-9]*:[0-9]*:/\1:0:0:/' "$stage/etc/passwd"
 }
 
@@ -110,7 +110,7 @@ fill_dev() {
     ln -s fd/0 "$stage/dev/stdin"
     ln -s fd/1 "$stage/dev/stdout"
     ln -s fd/2 "$stage/dev/stderr"
-    # A plain file: what would go to the console when there is no syslog must not reach the one outside.
+    # A regular file: without syslog, messages go to the console, and must not reach the one outside.
     touch "$stage/dev/console"
 }
 
@@ -147,7 +147,7 @@ put_kept_paths_back() {
     done
 }
 
-# Only paths that would vanish need a place of their own.
+# Only paths that would be hidden need to be kept.
 drop_visible_paths() {
     local path folder hidden=()
     for path in "${kept[@]}"; do
@@ -170,7 +170,7 @@ prepare_folders() {
     fill_dev
     fill_other_folders
     [[ "$bare" == yes ]] || make_default_files "$stage"
-    # The folder that the stage lies in comes last: it hides the stage.
+    # The directory that contains the stage comes last because mounting it hides the stage.
     for folder in "${private_folders[@]}"; do
         [[ "$folder" == "$place" ]] || step mount --rbind "$stage$folder" "$folder"
     done
