@@ -1,6 +1,6 @@
-# The Debian packages. `scripts/package` makes and checks them.
+# The Debian packages. `scripts/package` builds and checks them.
 
-# Component, package, section, synopsis. A component that nothing installs is left out.
+# The component and name of each package. A component without install rules is omitted.
 set(PACKAGES daemon mib monitoring tools api_library)
 set(PACKAGE_NAME_daemon snmpsubagent)
 set(PACKAGE_NAME_mib snmpsubagent-mib)
@@ -35,10 +35,10 @@ set(CPACK_DEBIAN_DAEMON_PACKAGE_SECTION net)
 set(CPACK_COMPONENT_DAEMON_DESCRIPTION "SNMP service of a Tessera storage array
 Serves the state of a storage array over SNMP, as an AgentX subagent of an
 snmpd that it starts itself, and turns the array's events into notifications.
-It asks the array's API manager on a local socket, so it is of use only on a
-controller of an array, or beside a simulated one.
+It uses the array's API manager on a local socket, so it is useful only on a
+controller of an array, or with a simulated array.
 .
-It takes the place of the snmpd of the machine: every other one is ended.")
+It replaces the machine's own snmpd and kills every other one.")
 # The programs that it runs: snmpd, snmpget, killall, ps. Older versions of expat lack fixes against hostile
 # documents.
 set(CPACK_DEBIAN_DAEMON_PACKAGE_DEPENDS
@@ -54,34 +54,34 @@ set(CPACK_DEBIAN_MIB_PACKAGE_SECTION net)
 set(CPACK_DEBIAN_MIB_PACKAGE_ARCHITECTURE all)
 set(CPACK_COMPONENT_MIB_DESCRIPTION "SNMP MIB modules of the Tessera storage array
 Names, types and meaning of the objects and notifications of the array's SNMP
-service, for managers that read MIB modules, and the same as a page to read.
+service, as MIB modules for managers and as a page for people.
 .
-The modules import SNMPv2-SMI, SNMPv2-TC and SNMPv2-CONF, which on Debian the
-package snmp-mibs-downloader brings.")
+The modules import SNMPv2-SMI, SNMPv2-TC and SNMPv2-CONF. On Debian, the
+package snmp-mibs-downloader provides them.")
 set(CPACK_DEBIAN_MIB_PACKAGE_SUGGESTS "snmp, snmp-mibs-downloader")
 
 set(CPACK_DEBIAN_MONITORING_PACKAGE_SECTION net)
 set(CPACK_DEBIAN_MONITORING_PACKAGE_ARCHITECTURE all)
-set(CPACK_COMPONENT_MONITORING_DESCRIPTION "settings for monitors of a Tessera storage array
+set(CPACK_COMPONENT_MONITORING_DESCRIPTION "files for monitoring a Tessera storage array
 Modules, rules, checks, templates and dashboards with which Prometheus,
-Grafana, monitors of the Nagios family, Zabbix, SNMPTT and snmpsim read the
+Grafana, Nagios and its relatives, Zabbix, SNMPTT and snmpsim can use the
 array's SNMP service.")
 set(CPACK_DEBIAN_MONITORING_PACKAGE_DEPENDS "python3, snmp")
 set(CPACK_DEBIAN_MONITORING_PACKAGE_SUGGESTS "snmpsubagent-mib, prometheus-snmp-exporter, snmptt")
 
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION net)
-set(CPACK_COMPONENT_TOOLS_DESCRIPTION "tools around the SNMP service of a Tessera storage array
-A simulated array that answers like the API manager of a real one and fails in
-every way on demand, a sender of events and commands for the SNMP service, and
-a command line for the array's API, for trying out, testing and training.")
+set(CPACK_COMPONENT_TOOLS_DESCRIPTION "tools for the SNMP service of a Tessera storage array
+A simulated array, which responds like the API manager of a real one and fails
+on demand, a program that sends events and commands to the SNMP service, and a
+command-line client for the array's API. For evaluation, tests and training.")
 
 set(CPACK_DEBIAN_API_LIBRARY_PACKAGE_SECTION libdevel)
-set(CPACK_COMPONENT_API_LIBRARY_DESCRIPTION "C++ library of the API of a Tessera storage array
-Classes that ask a storage array for its objects, change them and decode its
-answers. Static library, headers and a CMake package.")
+set(CPACK_COMPONENT_API_LIBRARY_DESCRIPTION "C++ library for the API of a Tessera storage array
+Classes that query and change the objects of a storage array and decode its
+responses. Static library, headers and a CMake package.")
 set(CPACK_DEBIAN_API_LIBRARY_PACKAGE_DEPENDS "libprotobuf-dev, libexpat1-dev")
 
-# --- what every package holds
+# --- contents of every package
 
 set(debian_changelog "${CMAKE_SOURCE_DIR}/packaging/debian/changelog")
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${debian_changelog}")
@@ -104,7 +104,7 @@ foreach(component ${CPACK_COMPONENTS_ALL})
   endif()
 endforeach()
 
-# The links of packaging/systemd/tmpfiles.conf lead through these, so that a link of ours is known for ours.
+# The symlinks of packaging/systemd/tmpfiles.conf point to these, so that the package's removal recognises its own.
 file(MAKE_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}/links")
 file(CREATE_LINK ../../sbin/snmpd "${CMAKE_CURRENT_BINARY_DIR}/links/snmpd" SYMBOLIC)
 file(CREATE_LINK ../../bin/snmpget "${CMAKE_CURRENT_BINARY_DIR}/links/snmpget" SYMBOLIC)
