@@ -11,7 +11,6 @@
 
 #include <cerrno>
 
-#include "apiMgmt/common/socketUtils/apiSocketError.h"
 
 namespace {
 
