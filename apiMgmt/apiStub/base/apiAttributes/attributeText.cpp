@@ -1,4 +1,4 @@
-#include "apiMgmt/apiStub/base/apiAttributes/wordList.h"
+#include "apiMgmt/apiStub/base/apiAttributes/attributeText.h"
 
 #include "apiMgmt/common/utils/stringUtil.h"
 

@@ -8,6 +8,9 @@
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <vector>
+
+/** Numbers and lists as the attribute classes write and read them. */
 
 /** The number at the start of a text as a stream reads it, in any locale of the process: 0 when there is
    none, the nearest one when it is out of range. */
@@ -43,3 +46,12 @@ std::string TextOfNumber(Number number) {
     stream << number;
     return stream.str();
 }
+
+std::string JoinTexts(const std::vector<std::string>& texts, std::string_view separator);
+
+/** The pieces between blanks, empty ones left out. */
+std::vector<std::string> WordsOf(const std::string& text);
+
+/** A ":" within an item of a list that is joined by ":" travels as a mark. */
+std::string MarkColons(std::string text);
+std::string UnmarkColons(std::string text);
