@@ -4,8 +4,6 @@
 #include <cstdint>
 #include <string>
 
-#include "apiMgmt/common/threadpool/mutexWrapper.h"
-
 /** Process-wide state of the daemon's spine, by owner. */
 
 // ---- flags between threads: single bytes, each with one meaning; a late reader acts one pass later ----
@@ -25,11 +23,3 @@ extern int64_t last_mem_check_time_us;
 
 /** Shell command that starts a fresh copy of the daemon with the same arguments, one second from now. */
 extern std::string restart_command;
-
-// ---- locks ----
-
-/**
- * Gate of SNMP service: held by the main thread at all times except during agent_check_and_process.
- * The request handler tries it, so a request delivered at any other moment is refused and does not wait.
- */
-extern MUTEXWrapper& mib_mutex;
