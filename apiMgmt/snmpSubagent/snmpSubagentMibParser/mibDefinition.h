@@ -8,9 +8,9 @@
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibColumns.h"
 
-/** What the generator makes of the data: constant tables. */
+/** What a column is, and the constant tables that the generator makes of the data. */
 
-/** SMI base types. The columns are of four; the others reach no more than the branches that refuse them. */
+/** SMI base types. The columns have four of them; the others occur only where they are rejected. */
 enum smi_basetype : uint32_t {
     SMI_BASETYPE_UNKNOWN = 0,
     SMI_BASETYPE_INTEGER32 = 1,

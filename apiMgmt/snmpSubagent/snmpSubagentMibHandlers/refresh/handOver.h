@@ -8,7 +8,8 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/apiAccess.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibDefinition.h"
 
-/** How the fetch of a large table passes from the GetList task to the main thread. */
+/** The hand-over of a large table's response from the GetList task, which fetches it, to the main thread,
+   which merges it. */
 
 /** What a refresh has fetched: the list and, for disk folders, the usage of each. Judged and merged on the
    main thread, whichever thread has fetched and parsed it. */

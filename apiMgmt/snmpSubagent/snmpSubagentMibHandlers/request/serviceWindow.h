@@ -4,9 +4,9 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/netSnmpHeaders.h"
 
 /**
- * The window in which requests are served, one agent tick. One PDU may take several handler
- * calls in a tick, one for each registration and binding; pacing, permission and failures count PDUs, so the
- * calls of one PDU are recognised by its agent session. Main thread only.
+ * The window in which requests are served: one agent tick. One PDU may take several handler calls in a tick,
+ * one for each registration and binding; pacing, permission and failures count PDUs, so the calls of one PDU
+ * are recognised by its agent session. Main thread only.
  */
 
 /**
