@@ -1,7 +1,6 @@
 #include "apiMgmt/apiStub/base/apiObjects/base/apiMethodReturn.h"
 
 #include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiEnumsIDStrList.h"
-#include "apiMgmt/apiStub/base/apiObjects/base/apiObjectFactory.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/typedAccess.h"
 
 namespace {
@@ -12,8 +11,6 @@ const std::string& ObjectName() {
     static const auto& name = *new std::string("ApiMethodReturn");
     return name;
 }
-
-const REGISTERClass<BASEApiObject, APIApiMethodReturn> registration("ApiMethodReturn");
 
 }  // namespace
 
