@@ -6,6 +6,7 @@
 #include <string>
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/elementTable.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/tableRefresh.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibDefinition.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 #include "bench/ratio.h"
