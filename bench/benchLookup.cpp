@@ -6,7 +6,7 @@
 #include <random>
 #include <vector>
 
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/oidLookup.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/oidLookup.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 #include "bench/ratio.h"
 

@@ -5,7 +5,10 @@
 #include <iterator>
 #include <string>
 
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/elementTable.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/tableRefresh.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibDefinition.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 #include "bench/ratio.h"
 
 // What does the merge of a table cost, parsing included, against expat only tokenising the same text?

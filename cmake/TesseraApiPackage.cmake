@@ -54,7 +54,8 @@ endforeach()
 install(DIRECTORY "${API_GENERATED}/" DESTINATION "${API_PACKAGE_INCLUDE}/apiMgmt/apiStub/apiSdk/objects/tessera/src"
         COMPONENT api_library FILES_MATCHING PATTERN "*.h")
 foreach(header utils/apiMethodError.h utils/generalError.h utils/generalUtils.h utils/stringUtil.h
-               utils/tsResponseStatus.h wirelink/wireLink.h xmlwrap/xmlParser.h)
+               wirelink/wireLink.h wirelink/wireLinkEndpoint.h
+               xmlwrap/xmlDocument.h xmlwrap/xmlElement.h xmlwrap/xmlParser.h)
   get_filename_component(folder "${header}" DIRECTORY)
   install(FILES "apiMgmt/common/${header}" DESTINATION "${API_PACKAGE_INCLUDE}/apiMgmt/common/${folder}"
           COMPONENT api_library)

@@ -1,6 +1,6 @@
 // Envelopes as the answers of the API manager: the record of the link must say what the exchange was worth.
 
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/apiAccess.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/apiAccess.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 #include "fuzz/lib/fuzzCheck.h"
 #include "fuzz/lib/fuzzInput.h"

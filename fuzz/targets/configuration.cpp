@@ -9,7 +9,7 @@
 
 #include "apiMgmt/common/utils/configFile.h"
 #include "apiMgmt/common/wirelink/accessKey.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/settings/subagentConf.h"
 #include "fuzz/lib/fuzzCheck.h"
 
 namespace {

@@ -4,7 +4,8 @@
 
 #include <map>
 
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/oidLookup.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/oidLookup.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/netSnmpHeaders.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 #include "fuzz/lib/fuzzCheck.h"

@@ -5,8 +5,10 @@
 #include <cstring>
 #include <vector>
 
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/tableRefresh.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/elementTable.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/tableRefresh.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibDefinition.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 #include "fuzz/lib/fuzzCheck.h"
 #include "fuzz/lib/fuzzInput.h"

@@ -4,10 +4,11 @@
 
 #include <cstring>
 
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/oidLookup.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/pduWindow.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/oidLookup.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/requestHandler.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/serviceWindow.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapQueue.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/netSnmpHeaders.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 #include "fuzz/lib/fuzzCheck.h"

@@ -2,8 +2,9 @@
 // other tables hold, so several tables may follow each other. Each piece of the input, separated by the byte
 // 0x1e, is a letter for the table, 'a' for the first of refresh.def, and a document.
 
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/tableRefresh.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/tableRefresh.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibDefinition.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 #include "fuzz/lib/fuzzCheck.h"
 #include "fuzz/lib/fuzzInput.h"

@@ -16,10 +16,10 @@
 #include <utility>
 
 #include "apiMgmt/apiStub/base/apiAttributes/apiObjectInstance.h"
+#include "apiMgmt/apiStub/base/apiAttributes/attributeText.h"
 #include "apiMgmt/apiStub/base/apiAttributes/filterList.h"
 #include "apiMgmt/apiStub/base/apiAttributes/sizeValue.h"
 #include "apiMgmt/apiStub/base/apiAttributes/temperatureValue.h"
-#include "apiMgmt/apiStub/base/apiAttributes/wordList.h"
 #include "apiMgmt/common/utils/netUtil.h"
 #include "apiMgmt/common/utils/stringUtil.h"
 #include "tools/apiClient/attributeWords.h"

@@ -10,7 +10,7 @@
 
 #include "apiMgmt/common/utils/stringUtil.h"
 #include "apiMgmt/common/utils/textFile.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/settings/subagentConf.h"
 #include "tools/checkconf/checks.h"
 #include "tools/checkconf/masterAgentAccess.h"
 #include "tools/checkconf/masterAgentAddress.h"

@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "apiMgmt/common/utils/textFile.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/settings/subagentConf.h"
 
 namespace checkconf {
 

@@ -3,7 +3,6 @@
 #include <arpa/inet.h>
 #include <sys/socket.h>
 
-#include "apiMgmt/common/socketUtils/apiSocketError.h"
 #include "apiMgmt/common/utils/stringUtil.h"
 
 namespace {

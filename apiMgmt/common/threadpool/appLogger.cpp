@@ -2,7 +2,6 @@
 
 #include <vector>
 
-#include "apiMgmt/common/threadpool/logTask.h"
 #include "apiMgmt/common/utils/stringUtil.h"
 
 const APPLogger::LogModule APPLogger::logModuleEnums[logModuleEnumCount] = {
@@ -31,7 +30,7 @@ bool APPLogger::IsLogged(int32_t level) {
 
 void APPLogger::Log(int32_t level, const std::string& file, const std::string& func, int32_t line,
                     const std::string& category, const std::string& message) {
-    LOGTask* task = pLogTask;
+    BASELogTask* task = pLogTask;
     if (task != nullptr) {
         task->Post({level, headerInclude, file, func, line, category, message});
     }
@@ -62,7 +61,7 @@ const char* APPLogger::LevelName(int32_t level) {
     }
 }
 
-bool APPLogger::RegisterLogTask(LOGTask* task) {
+bool APPLogger::RegisterLogTask(BASELogTask* task) {
     if (pLogTask != nullptr || task == nullptr || !task->Start()) {
         return false;
     }

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-class LOGTask;
+#include "apiMgmt/common/threadpool/baseLogger.h"
 
 /**
  * The application log of the process: callers on any thread hand in lines, the registered log task writes
@@ -44,7 +44,7 @@ class APPLogger {
      * the task still the caller's: there is one already, it is null, or it could not start. Not to be
      * called by two threads at a time.
      */
-    static bool RegisterLogTask(LOGTask* task);
+    static bool RegisterLogTask(BASELogTask* task);
 
     /** In any letter case. A name that is no module counts as enabled while any module is. */
     static bool IsModuleEnabled(const std::string& name);
@@ -68,5 +68,5 @@ class APPLogger {
     inline static std::atomic<int32_t> logLevel{5};
     inline static std::atomic<uint32_t> logModuleMask{0xff};
     inline static std::atomic<bool> headerInclude{false};
-    inline static std::atomic<LOGTask*> pLogTask{nullptr};
+    inline static std::atomic<BASELogTask*> pLogTask{nullptr};
 };

@@ -1,9 +1,16 @@
 #include "apiMgmt/common/threadpool/appSysLogger.h"
 
+#include <fcntl.h>
 #include <syslog.h>
+#include <unistd.h>
 
+#include <cstdio>
+#include <ctime>
+
+#include "apiMgmt/common/platform/clock.h"
 #include "apiMgmt/common/threadpool/appLogger.h"
-#include "apiMgmt/common/threadpool/debugLogFile.h"
+#include "apiMgmt/common/utils/pathConstants.h"
+#include "apiMgmt/common/utils/privateLog.h"
 #include "apiMgmt/common/utils/stringUtil.h"
 
 namespace {
@@ -21,6 +28,50 @@ std::string SyslogText(int priority, const LOGMessage& message) {
     return FormatString("level(%d) category(%s) file(%s) func(%s) line(%d) message(%s)", priority,
                         message.category.c_str(), message.file.c_str(), message.func.c_str(), message.line,
                         message.message.c_str());
+}
+
+// ---- the debug file ----
+
+constexpr off_t kGreatestSize = 1'000'000;
+
+// Better to lose what the file holds than to let it grow without end.
+void PutAside() {
+    unlink(kOldDebugLogFile);
+    if (rename(kDebugLogFile, kOldDebugLogFile) != 0) {
+        unlink(kDebugLogFile);
+    }
+}
+
+// Below 0 when there is no file to write to.
+int OpenWithRoom() {
+    const int descriptor = OpenPrivateLog(kDebugLogFile);
+    if (descriptor < 0 || lseek(descriptor, 0, SEEK_END) <= kGreatestSize) {
+        return descriptor;
+    }
+    close(descriptor);
+    PutAside();
+    return OpenPrivateLog(kDebugLogFile, O_TRUNC);
+}
+
+std::string LocalTime() {
+    const time_t now_s = ClockNow().tv_sec;
+    tm local{};
+    localtime_r(&now_s, &local);
+    char text[64];
+    return {text, strftime(text, sizeof text, "%m/%d/%Y-%H:%M:%S", &local)};
+}
+
+// Appends one line with the local time. A file of more than 1000000 bytes first takes the place of the old
+// one. A file that cannot be opened loses the line and nothing else.
+void AppendToDebugLogFile(const std::string& message) {
+    const int descriptor = OpenWithRoom();
+    if (descriptor < 0) {
+        return;
+    }
+    const std::string line = LocalTime() + " " + message + "\n";
+    // There is no one to tell of a full disk.
+    [[maybe_unused]] const ssize_t written = write(descriptor, line.data(), line.size());
+    close(descriptor);
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 
 #include "apiMgmt/common/platform/process.h"
 #include "apiMgmt/common/threadpool/appLogger.h"
-#include "apiMgmt/common/threadpool/logMessage.h"
 #include "apiMgmt/common/utils/stringUtil.h"
 
 namespace {

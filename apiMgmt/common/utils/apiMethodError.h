@@ -2,9 +2,24 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "apiMgmt/common/utils/generalError.h"
-#include "apiMgmt/common/utils/tsResponseStatus.h"
+
+/** Status of an array's response: plain data, named as in the message that carries it. */
+class TSResponseStatus {
+  public:
+    virtual ~TSResponseStatus() = default;
+
+    int32_t errorCode = 0;
+    int32_t extErrorCode = 0;
+    uint32_t mcErrorId = 0;
+    uint32_t subsystemId = 0;
+    std::vector<std::string> errorMsgs;
+    std::string errorSummaryMsg;
+    std::string errorCauseMsg;
+    std::string errorResolveMsg;
+};
 
 /** A failure of the API object library or of the array behind it. The states are the values of
     gErrorStateEnumIdStrList. */

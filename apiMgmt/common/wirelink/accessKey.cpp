@@ -8,8 +8,7 @@
 #include <cerrno>
 #include <string_view>
 
-#include "apiMgmt/common/wirelink/localSocket.h"
-#include "apiMgmt/common/wirelink/wireLink.h"
+#include "apiMgmt/common/wirelink/ownedDescriptor.h"
 
 namespace {
 
@@ -61,8 +60,4 @@ std::string ReadAccessKey(const char* path) {
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789._~+/=-";
     const std::string_view key = Trimmed(line);
     return key.find_first_not_of(allowed) == std::string_view::npos ? std::string(key) : std::string();
-}
-
-std::string WireLinkEndpoint::GetAccessKey() {
-    return ReadAccessKey(kAccessKeyFile);
 }

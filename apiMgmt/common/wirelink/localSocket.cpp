@@ -1,25 +1,12 @@
 #include "apiMgmt/common/wirelink/localSocket.h"
 
-#include <poll.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstring>
 #include <system_error>
-
-OwnedDescriptor::~OwnedDescriptor() {
-    if (valid())
-        close(descriptor_);
-}
-
-int OwnedDescriptor::Release() {
-    const int descriptor = descriptor_;
-    descriptor_ = -1;
-    return descriptor;
-}
 
 namespace {
 
@@ -44,14 +31,6 @@ bool StepDeadline::WaitFor(int descriptor, short events, const WireLinkWait& wai
             return true;
     }
     return false;
-}
-
-bool PollDescriptor(int descriptor, short events, int timeout_ms) {
-    pollfd entry{.fd = descriptor, .events = events, .revents = 0};
-    const int ready = poll(&entry, 1, timeout_ms);
-    if (ready < 0 && errno != EINTR)
-        throw WireLinkError("poll: " + std::system_category().message(errno));
-    return ready > 0;
 }
 
 sockaddr_un LocalAddress(const WireLinkEndpoint& endpoint) {

@@ -5,25 +5,10 @@
 #include <chrono>
 #include <string>
 
-#include "apiMgmt/common/wirelink/wireLink.h"
+#include "apiMgmt/common/wirelink/ownedDescriptor.h"
+#include "apiMgmt/common/wirelink/wireLinkEndpoint.h"
 
-/** What the parts of the channel share: owned descriptors, time limits, addresses, errors. */
-
-/** A descriptor that is closed unless it is handed on. */
-class OwnedDescriptor {
-  public:
-    explicit OwnedDescriptor(int descriptor) : descriptor_(descriptor) {}
-    ~OwnedDescriptor();
-    OwnedDescriptor(const OwnedDescriptor&) = delete;
-    OwnedDescriptor& operator=(const OwnedDescriptor&) = delete;
-
-    int get() const { return descriptor_; }
-    bool valid() const { return descriptor_ >= 0; }
-    int Release();
-
-  private:
-    int descriptor_;
-};
+/** What the parts of the channel share: time limits, addresses, errors. */
 
 /** The end of one blocking step. It is set once for the whole step, so that a peer cannot stretch the step
     by giving or taking a byte now and then. Goes by the monotonic clock. */

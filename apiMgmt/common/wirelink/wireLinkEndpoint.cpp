@@ -1,6 +1,8 @@
+#include "apiMgmt/common/wirelink/wireLinkEndpoint.h"
+
 #include <utility>
 
-#include "apiMgmt/common/wirelink/wireLink.h"
+#include "apiMgmt/common/wirelink/accessKey.h"
 
 WireLinkEndpoint::WireLinkEndpoint(std::string path, long timeout_s, unsigned long size_bytes)
     : path_(std::move(path)), timeout_s_(timeout_s), size_bytes_(size_bytes) {}
@@ -8,4 +10,8 @@ WireLinkEndpoint::WireLinkEndpoint(std::string path, long timeout_s, unsigned lo
 WireLinkEndpoint WireLinkEndpoint::CreateLocalEndpoint(const std::string& path, long timeout_s,
                                                        unsigned long size_bytes) {
     return WireLinkEndpoint(path, timeout_s, size_bytes);
+}
+
+std::string WireLinkEndpoint::GetAccessKey() {
+    return ReadAccessKey(kAccessKeyFile);
 }

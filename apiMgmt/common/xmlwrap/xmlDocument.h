@@ -7,9 +7,11 @@
 #include <string_view>
 #include <vector>
 
-#include "apiMgmt/common/xmlwrap/xmlParser.h"
-
 namespace parser {
+
+/** A number for a tag name, valid within one document. */
+using XMLTag = uint32_t;
+inline constexpr XMLTag kNoTag = UINT32_MAX;
 
 inline constexpr uint32_t kNoNode = UINT32_MAX;
 

@@ -1,5 +1,4 @@
-#include "apiMgmt/common/xmlwrap/xmlDocument.h"
-#include "apiMgmt/common/xmlwrap/xmlParser.h"
+#include "apiMgmt/common/xmlwrap/xmlElement.h"
 
 namespace parser {
 namespace {

@@ -1,6 +1,5 @@
 #include "apiMgmt/common/xmlwrap/xmlParser.h"
 
-#include "apiMgmt/common/xmlwrap/xmlDocument.h"
 #include "apiMgmt/common/xmlwrap/xmlTreeBuilder.h"
 
 namespace parser {

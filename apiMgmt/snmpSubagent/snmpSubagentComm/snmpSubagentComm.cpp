@@ -33,7 +33,8 @@ timeval to_timeval(int64_t time_us) {
 
 thread_local WireLinkWait wait_of_thread = PollDescriptor;
 
-// Waits as the thread does, and logs an exchange that takes long: when it has taken 10 seconds, and when it ends.
+// Waits as the thread does, and logs an exchange that takes long: when it has taken 10 seconds, and when it
+// ends.
 class exchange_wait {
   public:
     explicit exchange_wait(uint32_t req_seqnum) : req_seqnum_(req_seqnum) {}
@@ -42,7 +43,8 @@ class exchange_wait {
         const int64_t quiet_ms = kLongExchange_ms - elapsed_ms();
         if (!is_long_ && quiet_ms <= 0) {
             is_long_ = true;
-            SUBAGENT_LOG(4, "API manager: no response to request %u for 10 s; still waiting\n", req_seqnum_);
+            SUBAGENT_LOG(warning, "API manager: no response to request %u for 10 s; still waiting\n",
+                         req_seqnum_);
         }
         return wait_of_thread(descriptor, events,
                               is_long_ ? timeout_ms : std::min(timeout_ms, static_cast<int>(quiet_ms)));
@@ -50,7 +52,7 @@ class exchange_wait {
 
     void end(const char* outcome) const {
         if (is_long_)
-            SUBAGENT_LOG(4, "API manager: request %u %s after %lld s\n", req_seqnum_, outcome,
+            SUBAGENT_LOG(warning, "API manager: request %u %s after %lld s\n", req_seqnum_, outcome,
                          static_cast<long long>(elapsed_ms() / 1000));
     }
 
@@ -76,9 +78,9 @@ bool exchange(const protoIPCMsg::GPBIPCMsg& request, protoIPCMsg::GPBIPCMsg& res
         patience.end("answered");
         return true;
     } catch (const std::exception& error) {
-        SUBAGENT_LOG(4, "Caught std::exception processing request: %s\n", error.what());
+        SUBAGENT_LOG(warning, "Caught std::exception processing request: %s\n", error.what());
     } catch (...) {
-        SUBAGENT_LOG(4, "Caught unknown exception processing request\n");
+        SUBAGENT_LOG(warning, "Caught unknown exception processing request\n");
     }
     patience.end("given up");
     return false;
@@ -87,18 +89,19 @@ bool exchange(const protoIPCMsg::GPBIPCMsg& request, protoIPCMsg::GPBIPCMsg& res
 // Judges the envelope alone.
 bool is_answer(const protoIPCMsg::GPBIPCMsg& response, uint32_t req_seqnum) {
     if (response.sequencenum() != req_seqnum) {
-        SUBAGENT_LOG(4, "> > seqNum mismatch: req_seqnum=%u: resp_seqnum=%u\n", req_seqnum,
+        SUBAGENT_LOG(warning, "> > seqNum mismatch: req_seqnum=%u: resp_seqnum=%u\n", req_seqnum,
                      response.sequencenum());
         return false;
     }
     if (response.msgtype() != protoIPCMsg::APIResp) {
         SUBAGENT_LOG(
-            4, "msgResponse.msgtype != protoIPCMsg::APIResp: msgtype: %u, req_seqnum=%u: resp_seqnum=%u\n",
+            warning,
+            "msgResponse.msgtype != protoIPCMsg::APIResp: msgtype: %u, req_seqnum=%u: resp_seqnum=%u\n",
             static_cast<unsigned>(response.msgtype()), req_seqnum, response.sequencenum());
         return false;
     }
     if (!response.has_apirespmsg()) {
-        SUBAGENT_LOG(4, "msgResponse did Not have apirespmsg\n");
+        SUBAGENT_LOG(warning, "msgResponse did Not have apirespmsg\n");
         return false;
     }
     return true;
@@ -110,11 +113,11 @@ bool is_api_document(const std::string& text) {
     document.ParseXMLString(text);
     const parser::XMLElement root = document.GetDocumentElement();
     if (!root) {
-        SUBAGENT_LOG(4, "response from ApiMgr does not parse: %s\n", text.c_str());
+        SUBAGENT_LOG(warning, "response from ApiMgr does not parse: %s\n", text.c_str());
         return false;
     }
     if (root.GetTagName() != kDocumentRoot) {
-        SUBAGENT_LOG(4, "response from ApiMgr does not contain 'lumapi': %s\n", text.c_str());
+        SUBAGENT_LOG(warning, "response from ApiMgr does not contain 'lumapi': %s\n", text.c_str());
         return false;
     }
     return true;
@@ -137,8 +140,8 @@ int SnmpSubagentComm::TryOpenSocketToApiMgr() {
         WireLinkClient client(GENERALUtils::GetEndpoint(ENDPOINT_APIMGR));
         return 0;
     } catch (const std::exception& error) {
-        SUBAGENT_LOG(4, "Exception: %s\n", error.what());
-        SUBAGENT_LOG(4, " ---- Can't connect to ApiMgr's socket ----\n");
+        SUBAGENT_LOG(warning, "Exception: %s\n", error.what());
+        SUBAGENT_LOG(warning, " ---- Can't connect to ApiMgr's socket ----\n");
         return 1;
     }
 }
@@ -170,7 +173,7 @@ int SnmpSubagentComm::TestAccessToApiMgr() {
     protoIPCMsg::GPBIPCMsg response;
     bool good = SendRequestToAPIManager(request, response) == 0;
     if (good && !response.apirespmsg().has_cmd()) {
-        SUBAGENT_LOG(4, "msgResponse did Not have cmd\n");
+        SUBAGENT_LOG(warning, "msgResponse did Not have cmd\n");
         good = false;
     }
     good = good && is_api_document(response.apirespmsg().cmd().respdata());
@@ -212,15 +215,15 @@ int check_apimgr_socket() {
 
 int test_apimgr() {
     if (check_apimgr_socket() != 0) {
-        SUBAGENT_LOG(4, "Could not open socket to ApiMgr.\n");
+        SUBAGENT_LOG(warning, "Could not open socket to ApiMgr.\n");
         return 1;
     }
     if (snmpSubagentComm->SendPingToApiMgr() != 0) {
-        SUBAGENT_LOG(4, "Failed 1st try to SendPingToApiMgr()\n");
+        SUBAGENT_LOG(warning, "Failed 1st try to SendPingToApiMgr()\n");
         return 1;
     }
     if (snmpSubagentComm->TestAccessToApiMgr() != 0) {
-        SUBAGENT_LOG(4, "Failed TestAccessToApiMgr()\n");
+        SUBAGENT_LOG(warning, "Failed TestAccessToApiMgr()\n");
         return 1;
     }
     return 0;

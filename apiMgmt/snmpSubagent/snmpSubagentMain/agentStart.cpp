@@ -1,17 +1,16 @@
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/agentStart.h"
+
 #include <string>
 
 #include "apiMgmt/common/platform/clock.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMain/agentLibrary.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/masterAgent.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/serviceWait.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMain/startStep.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/agentAddress.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/registration.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/agentAddress.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/agentLibrary.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/registration.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/serviceWindow.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
-
-// The ordered procedure that brings up snmpd, fills the store, attaches to the master agent and proves by a
-// real GET that all of it works.
 
 namespace {
 
@@ -21,18 +20,18 @@ constexpr int kSelfTestPasses = 2000;
 bool start_master() {
     kill_snmpd();
     if (start_snmpd() != 0) {
-        SUBAGENT_LOG(4, "could not start_snmpd()\n");
+        SUBAGENT_LOG(warning, "could not start_snmpd()\n");
         return false;
     }
-    SUBAGENT_LOG(7, "start of snmpd is successful()\n");
+    SUBAGENT_LOG(debug, "start of snmpd is successful()\n");
     return true;
 }
 
 bool build_store() {
-    SUBAGENT_LOG(7, "initialize vars array...\n");
+    SUBAGENT_LOG(debug, "initialize vars array...\n");
     if (init_all_oids() != 0)
         return false;
-    SUBAGENT_LOG(7, "total_vars: %d\n", total_vars);
+    SUBAGENT_LOG(debug, "total_vars: %d\n", total_vars);
     return true;
 }
 
@@ -57,33 +56,34 @@ bool has_agent_address() {
     bool is_ipv4 = false;
     if (get_array_ip_addr(&address, &is_leader, &is_ipv4) == 0)
         return true;
-    SUBAGENT_LOG(4, "Unable to get a non-zero IPAddr from the TS API\n");
+    SUBAGENT_LOG(warning, "Unable to get a non-zero IPAddr from the TS API\n");
     return false;
 }
 
 bool start_agent_library() {
     if (!run_start_steps({{"initialize the agent library...\n", agent_init, "could not init_agent()\n"}}))
         return false;
-    SUBAGENT_LOG(7, "init_snmp()...\n");
+    SUBAGENT_LOG(debug, "init_snmp()...\n");
     agent_init_snmp();
     return true;
 }
 
 bool wait_for_main_session() {
-    SUBAGENT_LOG(7, "waiting for main_seesion...\n");
+    SUBAGENT_LOG(debug, "waiting for main_seesion...\n");
     ClockSleepMicroseconds(kSecondUs);
     if (agent_has_main_session())
         return true;
-    SUBAGENT_LOG(4, "no main_session, calling agent_check_and_process() to see if we can kick-start\n");
+    SUBAGENT_LOG(warning, "no main_session, calling agent_check_and_process() to see if we can kick-start\n");
     for (int countdown = kSessionWaitSeconds;;) {
         process_agent_events();
-        SUBAGENT_LOG(7, "waiting for main_session: countdown:%2d\n", countdown);
+        SUBAGENT_LOG(debug, "waiting for main_session: countdown:%2d\n", countdown);
         if (agent_has_main_session()) {
-            SUBAGENT_LOG(4, "main_session started, after waiting %d sec\n", kSessionWaitSeconds - countdown);
+            SUBAGENT_LOG(warning, "main_session started, after waiting %d sec\n",
+                         kSessionWaitSeconds - countdown);
             return true;
         }
         if (--countdown == 0) {
-            SUBAGENT_LOG(4, "Error: timeout waiting for main_session\n");
+            SUBAGENT_LOG(warning, "Error: timeout waiting for main_session\n");
             return false;
         }
         ClockSleepMicroseconds(kSecondUs);
@@ -100,12 +100,12 @@ bool register_and_ping() {
 
 // The value has to come from the array once more, and a real snmpget has to fetch it through snmpd.
 bool prove_chain() {
-    SUBAGENT_LOG(7, "testing snmp-GET...\n");
+    SUBAGENT_LOG(debug, "testing snmp-GET...\n");
     variable_entry& self_test = vars[cols[COLID_selfTestVersion].first_var];
     self_test.str.clear();
     const column_record& controllers = cols[COLID_tsCtlrNbr];
     if (controllers.get_fn(controllers.head_var, false) != 0 || self_test.str.empty()) {
-        SUBAGENT_LOG(4, "ERROR: couldn't get self-test oid.\n");
+        SUBAGENT_LOG(warning, "ERROR: couldn't get self-test oid.\n");
         return false;
     }
     self_test.flags &= static_cast<uint8_t>(~VAR_FLAG_delivered);
@@ -117,7 +117,7 @@ bool prove_chain() {
         if ((self_test.flags & VAR_FLAG_delivered) != 0)
             return true;
     }
-    SUBAGENT_LOG(4, "ERROR: timed out waiting to receive snmp-GET of self-test oid.\n");
+    SUBAGENT_LOG(warning, "ERROR: timed out waiting to receive snmp-GET of self-test oid.\n");
     return false;
 }
 
@@ -131,4 +131,15 @@ int start_snmp_agent_and_subagent() {
     const bool is_up = build_store() && fill_store() && has_agent_address() && start_agent_library() &&
                        wait_for_main_session() && register_and_ping() && prove_chain();
     return is_up ? 0 : 1;
+}
+
+bool run_start_steps(std::initializer_list<start_step> steps) {
+    for (const start_step& step : steps) {
+        SUBAGENT_LOG(debug, "%s", step.progress);
+        if (step.run() != 0) {
+            SUBAGENT_LOG(warning, "%s", step.failure);
+            return false;
+        }
+    }
+    return true;
 }

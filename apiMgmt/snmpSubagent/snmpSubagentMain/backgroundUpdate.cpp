@@ -1,17 +1,15 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/backgroundUpdate.h"
 
+#include <pthread.h>
+
 #include "apiMgmt/common/platform/clock.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentComm/snmpSubagentComm.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/handOver.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/tableRefresh.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
-std::atomic<int> bgUpdateState{BGUPDATE_STATE_idle};
-int bgUpdateTable = 0;
-std::string bgUpdateApiName;
-int bgUpdateMapSize = 0;
-const attribute_map_entry* bgUpdateMap = nullptr;
-table_response bgUpdateResponse;
 int bgUpdateColumn = 0;
 int64_t bgUpdateLastFetch_us = 0;
 
@@ -56,11 +54,12 @@ bool take_background_answer() {
             bgUpdateResponse = {};  // many megabytes for a full array
             break;
         case BGUPDATE_STATE_error_on_getlist:
-            SUBAGENT_LOG(7, "BGUPDATE_STATE_error_on_getlist for bgUpdateTable: %d, bgUpdateApiName: %s\n",
+            SUBAGENT_LOG(debug,
+                         "BGUPDATE_STATE_error_on_getlist for bgUpdateTable: %d, bgUpdateApiName: %s\n",
                          bgUpdateTable, bgUpdateApiName.c_str());
             break;
         default:
-            SUBAGENT_LOG(4, "Error: invalid bgUpdateState: %d\n", state);
+            SUBAGENT_LOG(warning, "Error: invalid bgUpdateState: %d\n", state);
             break;
     }
     bgUpdateState.store(BGUPDATE_STATE_idle, std::memory_order_release);
@@ -110,8 +109,40 @@ void check_for_table_changes() {
         bgUpdateColumn = 0;
 }
 
-void park_fetch_arguments(const char* apiName, int map_size, const attribute_map_entry* map) {
-    bgUpdateApiName = apiName;
-    bgUpdateMapSize = map_size;
-    bgUpdateMap = map;
+// ---- the GetList task ----
+
+namespace {
+
+// False when the daemon is about to end.
+bool wait_for_request() {
+    while (bgUpdateState.load(std::memory_order_acquire) != BGUPDATE_STATE_getlist_requested) {
+        ClockSleepMicroseconds(kSecondUs);
+        if (!snmpSubagent_is_active)
+            return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+void* GetListTaskMain(void* /*argument*/) {
+    while (!snmpSubagent_is_active)
+        ClockSleepMicroseconds(kSecondUs);
+    while (wait_for_request()) {
+        const int result = force_get_table_info(bgUpdateTable, true);
+        bgUpdateState.store(result != 0 ? BGUPDATE_STATE_error_on_getlist : BGUPDATE_STATE_getlist_done,
+                            std::memory_order_release);
+    }
+    return reinterpret_cast<void*>(-1);
+}
+
+int StartGetListTask() {
+    pthread_t thread;
+    const int error = pthread_create(&thread, nullptr, GetListTaskMain, nullptr);
+    if (error != 0) {
+        SUBAGENT_LOG(warning, "Error: Failed to create GetListTask thread: error: %d\n", error);
+        return 1;
+    }
+    pthread_detach(thread);  // never joined
+    return 0;
 }

@@ -4,17 +4,19 @@
 
 #include "apiMgmt/common/platform/clock.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentComm/snmpSubagentComm.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMain/agentLibrary.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/backgroundUpdate.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/masterAgent.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/serviceWait.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/settings/subagentConf.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/shellCommand.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/signals.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/supervisor.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/setOperations.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/agentLibrary.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/requestHandler.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/serviceWindow.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/setRequest.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/outstandingCheck.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/outstandingTraps.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapCommand.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapQueue.h"
@@ -41,7 +43,7 @@ constexpr int kStrikeSleep_ms = 15'000;
 
 int leave(int result) {
     log_caught_signals();
-    SUBAGENT_LOG(7, "exiting main_loop\n");
+    SUBAGENT_LOG(debug, "exiting main_loop\n");
     return result;
 }
 
@@ -105,16 +107,16 @@ enum class links {
 // The link to the API manager is down: test it whole. A good test leaves the strikes as they are, so that
 // the next pass tells of the recovery.
 links test_lost_apimgr(int* strikes_against_apimgr) {
-    SUBAGENT_LOG(7, "connection to apimgr is Not okay\n");
+    SUBAGENT_LOG(debug, "connection to apimgr is Not okay\n");
     if (!snmpSubagent_is_active)
         return links::stop;
     if (test_apimgr() == 0)
         return links::good;
     if (++*strikes_against_apimgr == kGreatestStrikes) {
-        SUBAGENT_LOG(4, "failed interface test to apimgr: 3 retries and no connect.\n");
+        SUBAGENT_LOG(warning, "failed interface test to apimgr: 3 retries and no connect.\n");
         return links::struck_out;
     }
-    SUBAGENT_LOG(4,
+    SUBAGENT_LOG(warning,
                  "failed interface test to apimgr: strikes_against_apimgr = %d out of 3: we'll retry after a "
                  "sleep of 15 sec\n",
                  *strikes_against_apimgr);
@@ -125,7 +127,7 @@ links test_lost_apimgr(int* strikes_against_apimgr) {
 links test_master_agent() {
     bool is_due = agentx_was_silent();
     if (!agent_has_main_session()) {
-        SUBAGENT_LOG(4, "main-session went down\n");
+        SUBAGENT_LOG(warning, "main-session went down\n");
         if (!snmpSubagent_is_active)
             return links::stop;
         if (!agent_has_main_session())
@@ -146,14 +148,14 @@ links check_links(int* strikes_against_apimgr) {
     if (!snmpSubagent_is_active)
         return links::stop;
     if (apimgr_was_silent() && snmpSubagentComm->TestAccessToApiMgr() != 0) {
-        SUBAGENT_LOG(4, "Error on ApiMgr-ping.\n");
+        SUBAGENT_LOG(warning, "Error on ApiMgr-ping.\n");
         if (!snmpSubagent_is_active)
             return links::stop;
     }
     if (!snmpSubagentComm->apimgr_ok())
         return test_lost_apimgr(strikes_against_apimgr);
     if (*strikes_against_apimgr != 0)
-        SUBAGENT_LOG(4, "interface to apimgr has been recovered before reached 3 strikes\n");
+        SUBAGENT_LOG(warning, "interface to apimgr has been recovered before reached 3 strikes\n");
     const links verdict = test_master_agent();
     if (verdict == links::good)
         *strikes_against_apimgr = 0;
@@ -162,7 +164,7 @@ links check_links(int* strikes_against_apimgr) {
 
 // The new copy kills and starts snmpd anew; a broken chain is never repaired in place.
 void start_new_copy() {
-    SUBAGENT_LOG(4,
+    SUBAGENT_LOG(warning,
                  "main-session down, or error on agentx-ping, or failed self-test: will try a restart...\n");
     // In the background as a whole: its second is this copy's time to end, pid file and snmpd included.
     if (snmpSubagent_is_active)
@@ -210,7 +212,7 @@ int main_loop() {
         serve_for(kServiceUs);
     }
     log_caught_signals();
-    SUBAGENT_LOG(4, "popped out of main_loop: snmpSubagent_is_active=%d, abort_snmpSubagent=%d\n",
+    SUBAGENT_LOG(warning, "popped out of main_loop: snmpSubagent_is_active=%d, abort_snmpSubagent=%d\n",
                  snmpSubagent_is_active.load(), abort_snmpSubagent.load());
     return leave(0);
 }

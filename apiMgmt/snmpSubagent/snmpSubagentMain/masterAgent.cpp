@@ -14,11 +14,11 @@
 #include "apiMgmt/common/platform/process.h"
 #include "apiMgmt/common/utils/pathConstants.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentComm/snmpSubagentComm.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMain/agentLibrary.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/masterAgentState.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/serviceWait.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/settings/subagentConf.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/shellCommand.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/agentLibrary.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
@@ -57,7 +57,7 @@ int open_pid_file(const char* path) {
         const int descriptor = open(path, O_RDONLY | O_CLOEXEC);
         if (descriptor >= 0 || tries == kPidFileTries)
             return descriptor;
-        SUBAGENT_LOG(7, "Retry opening file: %s.\n", path);
+        SUBAGENT_LOG(debug, "Retry opening file: %s.\n", path);
         ClockSleepMicroseconds(kShortSleepUs);
     }
 }
@@ -67,22 +67,22 @@ int pid_from_open_file(int descriptor, const char* path) {
     ssize_t count = read_pid_text(descriptor, temp_buf);
     // snmpd has created the file and not yet written it.
     if (count == 0) {
-        SUBAGENT_LOG(4, "PID file read was zero, so we'll sleep and then try it one more time\n");
+        SUBAGENT_LOG(warning, "PID file read was zero, so we'll sleep and then try it one more time\n");
         ClockSleepMicroseconds(kSecondUs);
         count = read_pid_text(descriptor, temp_buf);
     }
     if (count < 0) {
-        SUBAGENT_LOG(4, "Unable to read file: %s\n", path);
+        SUBAGENT_LOG(warning, "Unable to read file: %s\n", path);
         return -1;
     }
     if (count < 1 || count > 9) {
-        SUBAGENT_LOG(4, "PID file read has invalid byte count: %d, temp_buf: %s\n", static_cast<int>(count),
-                     temp_buf);
+        SUBAGENT_LOG(warning, "PID file read has invalid byte count: %d, temp_buf: %s\n",
+                     static_cast<int>(count), temp_buf);
         return -1;
     }
     const int pid = atoi(temp_buf);
     if (pid < 1 || pid > GreatestProcessNumber()) {
-        SUBAGENT_LOG(4, "invalid PID in pid file: %d, temp_buf: %s\n", pid, temp_buf);
+        SUBAGENT_LOG(warning, "invalid PID in pid file: %d, temp_buf: %s\n", pid, temp_buf);
         return -1;
     }
     return pid;
@@ -91,7 +91,7 @@ int pid_from_open_file(int descriptor, const char* path) {
 void log_output(FILE* output) {
     char line[100];
     while (fgets(line, sizeof line, output) != nullptr)
-        SUBAGENT_LOG(7, "    %s", line);
+        SUBAGENT_LOG(debug, "    %s", line);
 }
 
 std::string killall_command(int signal_number) {
@@ -105,25 +105,26 @@ bool shows_sane_memory(const char* ps_output) {
     char* rest = nullptr;
     const char* pid = strtok_r(copy, " \n", &rest);
     if (pid == nullptr) {
-        SUBAGENT_LOG(4, "found no space-separated tokens: %s, snmpd_pid: %d\n", ps_output, snmpd_pid);
+        SUBAGENT_LOG(warning, "found no space-separated tokens: %s, snmpd_pid: %d\n", ps_output, snmpd_pid);
         return false;
     }
     if (atoi(pid) != snmpd_pid) {
-        SUBAGENT_LOG(4, "1st token did not match: ps_output: %s: snmpd_pid: %d\n", ps_output, snmpd_pid);
+        SUBAGENT_LOG(warning, "1st token did not match: ps_output: %s: snmpd_pid: %d\n", ps_output,
+                     snmpd_pid);
         return false;
     }
     const char* rss = strtok_r(nullptr, " \n", &rest);
     if (rss == nullptr) {
-        SUBAGENT_LOG(4, "found no 2nd token: %s, snmpd_pid: %d\n", ps_output, snmpd_pid);
+        SUBAGENT_LOG(warning, "found no 2nd token: %s, snmpd_pid: %d\n", ps_output, snmpd_pid);
         return false;
     }
     const int resident_kb = atoi(rss);
     if (resident_kb <= 0) {
-        SUBAGENT_LOG(4, "failed to find res mem usage: %s, snmpd_pid: %d\n", ps_output, snmpd_pid);
+        SUBAGENT_LOG(warning, "failed to find res mem usage: %s, snmpd_pid: %d\n", ps_output, snmpd_pid);
         return false;
     }
     if (resident_kb > kMemoryLimitKb) {
-        SUBAGENT_LOG(4, "snmpd mem usage too high: %d\n", resident_kb);
+        SUBAGENT_LOG(warning, "snmpd mem usage too high: %d\n", resident_kb);
         return false;
     }
     return true;
@@ -145,7 +146,7 @@ const std::string& self_test_command() {
 int read_pid_file(const char* path) {
     const int descriptor = open_pid_file(path);
     if (descriptor < 0) {
-        SUBAGENT_LOG(4, "Unable to open file: %s\n", path);
+        SUBAGENT_LOG(warning, "Unable to open file: %s\n", path);
         return -1;
     }
     const int pid = pid_from_open_file(descriptor, path);
@@ -158,44 +159,44 @@ int start_snmpd() {
     snmpd_pid = -1;
     const StartFailure failure = run_snmpd();
     if (failure.step == StartFailure::Step::fork) {
-        SUBAGENT_LOG(4, "error on rfork(): errno=%d \n", failure.error_number);
+        SUBAGENT_LOG(warning, "error on rfork(): errno=%d \n", failure.error_number);
         return 1;
     }
     // The child holds no descriptor to write a line with, so its failure is told here.
     if (failure.step == StartFailure::Step::exec) {
-        SUBAGENT_LOG(4, "***** child failed execv(snmpdArgs...) errno=%d\n", failure.error_number);
-        SUBAGENT_LOG(4, "***** child _exit(-1)\n");
+        SUBAGENT_LOG(warning, "***** child failed execv(snmpdArgs...) errno=%d\n", failure.error_number);
+        SUBAGENT_LOG(warning, "***** child _exit(-1)\n");
     }
     ClockSleepMicroseconds(kShortSleepUs);
     snmpd_pid = read_pid_file(kSnmpdPidFile);
     if (snmpd_pid == -1) {
-        SUBAGENT_LOG(4, "Unable to read_pid_file()\n");
+        SUBAGENT_LOG(warning, "Unable to read_pid_file()\n");
         return 1;
     }
     return 0;
 }
 
 void kill_snmpd() {
-    SUBAGENT_LOG(7, "calling popen() for killall -6...\n");
+    SUBAGENT_LOG(debug, "calling popen() for killall -6...\n");
     command_output output = open_command(killall_command(6));
     if (!output) {
-        SUBAGENT_LOG(4, "failed to popen for killall -6: errno: %d\n", errno);
+        SUBAGENT_LOG(warning, "failed to popen for killall -6: errno: %d\n", errno);
         ClockSleepMicroseconds(kShortSleepUs);
         return;
     }
-    SUBAGENT_LOG(7, "output from killall -6:\n");
+    SUBAGENT_LOG(debug, "output from killall -6:\n");
     log_output(output.get());
     output.reset();
     ClockSleepMicroseconds(kShortSleepUs);
 
-    SUBAGENT_LOG(7, "calling popen() for killall -9...\n");
+    SUBAGENT_LOG(debug, "calling popen() for killall -9...\n");
     output = open_command(killall_command(9));
     if (output) {
-        SUBAGENT_LOG(7, "output from killall -9:\n");
+        SUBAGENT_LOG(debug, "output from killall -9:\n");
         log_output(output.get());
         output.reset();
     } else {
-        SUBAGENT_LOG(4, "failed to popen for killall -9: errno: %d\n", errno);
+        SUBAGENT_LOG(warning, "failed to popen for killall -9: errno: %d\n", errno);
     }
     ClockSleepMicroseconds(kShortSleepUs);
 }
@@ -206,14 +207,14 @@ bool snmpd_using_too_much_mem() {
     const command_output output =
         open_command(std::string(kPsProgram) + " -o pid,rss " + std::to_string(snmpd_pid));
     if (!output) {
-        SUBAGENT_LOG(4, "failed to popen: errno: %d\n", errno);
+        SUBAGENT_LOG(warning, "failed to popen: errno: %d\n", errno);
         return true;
     }
     wait_and_serve(fileno(output.get()), POLLIN, kPsWait_ms);
     char ps_output[200] = "";
     if (fgets(ps_output, sizeof ps_output, output.get()) == nullptr ||
         fgets(ps_output, sizeof ps_output, output.get()) == nullptr) {
-        SUBAGENT_LOG(4, "no 1st or 2nd line of output from ps command: %s\n", ps_output);
+        SUBAGENT_LOG(warning, "no 1st or 2nd line of output from ps command: %s\n", ps_output);
         return true;
     }
     return !shows_sane_memory(ps_output);
@@ -222,7 +223,7 @@ bool snmpd_using_too_much_mem() {
 int exec_snmpget() {
     // The command ends in an ampersand: the shell returns at once and snmpget runs on by itself.
     if (!open_command(self_test_command())) {
-        SUBAGENT_LOG(4, "failed popen(): args: %s\n", self_test_command().c_str());
+        SUBAGENT_LOG(warning, "failed popen(): args: %s\n", self_test_command().c_str());
         return 1;
     }
     return 0;
@@ -231,7 +232,7 @@ int exec_snmpget() {
 int check_snmpget() {
     variable_entry& self_test = vars[cols[COLID_selfTestVersion].first_var];
     if ((self_test.flags & VAR_FLAG_delivered) == 0) {
-        SUBAGENT_LOG(4, "Did not get results from previous execute of snmpget of self-test oid\n");
+        SUBAGENT_LOG(warning, "Did not get results from previous execute of snmpget of self-test oid\n");
         snmpSubagentComm->set_agentx_state(false);
         return 1;
     }
@@ -245,13 +246,13 @@ int check_snmpget() {
 
 int ping_agentx_master() {
     if (!agent_has_main_session()) {
-        SUBAGENT_LOG(4, "main_session is NULL\n");
+        SUBAGENT_LOG(warning, "main_session is NULL\n");
         snmpSubagentComm->set_agentx_state(false);
         return 1;
     }
     const bool answered = agent_send_ping() != 0;
     if (!answered)
-        SUBAGENT_LOG(4, "Error on ping to master agent\n");
+        SUBAGENT_LOG(warning, "Error on ping to master agent\n");
     snmpSubagentComm->set_agentx_state(answered);
     return answered ? 0 : 1;
 }

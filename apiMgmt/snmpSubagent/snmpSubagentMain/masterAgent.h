@@ -8,9 +8,6 @@
 /** Process id of the running snmpd; -1 while it is not known. */
 extern int snmpd_pid;
 
-/** Brings everything up: snmpd, the store, the registrations, and the proof by a real GET. 0 or 1. */
-int start_snmp_agent_and_subagent();
-
 /** Starts snmpd and learns its process id. 0 or 1. */
 int start_snmpd();
 

@@ -87,7 +87,7 @@ bool replace_file(const std::string& path, const std::string& text) {
 bool keep_snmp_engine(const std::string& folder) {
     const std::string path = folder + "/snmpd.conf";
     if (!is_private_folder(folder)) {
-        SUBAGENT_LOG(4, "not a directory that this user alone may write: %s\n", folder.c_str());
+        SUBAGENT_LOG(warning, "not a directory that this user alone may write: %s\n", folder.c_str());
         return false;
     }
     snmp_engine engine = read_engine(path);
@@ -97,7 +97,7 @@ bool keep_snmp_engine(const std::string& folder) {
         ++engine.starts;
     if (engine.id.empty() || !replace_file(path, FormatString("oldEngineID %s\nengineBoots %d\n",
                                                               engine.id.c_str(), engine.starts))) {
-        SUBAGENT_LOG(4, "could not write the SNMPv3 engine to %s: %s\n", path.c_str(), strerror(errno));
+        SUBAGENT_LOG(warning, "could not write the SNMPv3 engine to %s: %s\n", path.c_str(), strerror(errno));
         return false;
     }
     return true;

@@ -12,7 +12,7 @@
 #include "apiMgmt/proto/apiMgrMsg.pb.h"
 #include "apiMgmt/proto/mgmtCommands.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/requestHandler.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/outstandingTraps.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapQueue.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
@@ -45,14 +45,14 @@ void act_on(const protoIPCMsg::MGMTMsg& message) {
             break;
         case MGMT_SPECIFIC_VERBOSE_ON:
             verbose = true;
-            SUBAGENT_LOG(7, "Set verbose to True\n");
+            SUBAGENT_LOG(debug, "Set verbose to True\n");
             break;
         case MGMT_SPECIFIC_VERBOSE_OFF:
-            SUBAGENT_LOG(7, "Set verbose to False\n");
+            SUBAGENT_LOG(debug, "Set verbose to False\n");
             verbose = false;
             break;
         default:
-            SUBAGENT_LOG(4, "Received unknown mgmtMsg.cmdspecific(): %d\n",
+            SUBAGENT_LOG(warning, "Received unknown mgmtMsg.cmdspecific(): %d\n",
                          static_cast<int>(message.cmdspecific()));
     }
 }
@@ -63,9 +63,9 @@ bool succeeds(const std::function<void()>& step) {
         step();
         return true;
     } catch (const std::exception& error) {
-        SUBAGENT_LOG(4, "Caught std::exception processing request: %s\n", error.what());
+        SUBAGENT_LOG(warning, "Caught std::exception processing request: %s\n", error.what());
     } catch (...) {
-        SUBAGENT_LOG(4, "Caught unknown exception processing request\n");
+        SUBAGENT_LOG(warning, "Caught unknown exception processing request\n");
     }
     return false;
 }
@@ -93,16 +93,17 @@ void serve_connection(const WireLinkEndpoint& endpoint, int descriptor) {
 void HandleMgmtMsg(const protoIPCMsg::GPBIPCMsg& envelope) {
     ++accept_counter;
     if (envelope.msgtype() != protoIPCMsg::MGMT || !envelope.has_mgmtmsg()) {
-        SUBAGENT_LOG(4, "Invalid connection data: PDU is not a mgmt message\n");
+        SUBAGENT_LOG(warning, "Invalid connection data: PDU is not a mgmt message\n");
         return;
     }
     const protoIPCMsg::MGMTMsg& message = envelope.mgmtmsg();
     if (message.cmdtype() != MGMTCommand_SPECIFIC) {
-        SUBAGENT_LOG(4, "Received unknown mgmtMsg.cmdtype(): %d\n", static_cast<int>(message.cmdtype()));
+        SUBAGENT_LOG(warning, "Received unknown mgmtMsg.cmdtype(): %d\n",
+                     static_cast<int>(message.cmdtype()));
         return;
     }
     ++cmd_specific_counter;
-    SUBAGENT_LOG(7,
+    SUBAGENT_LOG(debug,
                  "Received MGMTCommand_SPECIFIC: accept_counter=%d, cmd_specific_counter=%d, "
                  "mgmtMsg.cmdspecific():%d\n",
                  accept_counter, cmd_specific_counter, static_cast<int>(message.cmdspecific()));
@@ -115,10 +116,10 @@ void* MgmtMsgListenerMain(void* /*argument*/) {
         WireLinkServer server(endpoint);
         serve_connections(server, endpoint);
     } catch (const std::exception& error) {
-        SUBAGENT_LOG(4, "Caught std::exception setting up management message listen socket: %s\n",
+        SUBAGENT_LOG(warning, "Caught std::exception setting up management message listen socket: %s\n",
                      error.what());
     } catch (...) {
-        SUBAGENT_LOG(4, "Caught unknown exception setting up management message listen socket\n");
+        SUBAGENT_LOG(warning, "Caught unknown exception setting up management message listen socket\n");
     }
     abort_snmpSubagent = true;
     return reinterpret_cast<void*>(-1);
@@ -128,7 +129,7 @@ int StartMgmtMsgListener() {
     pthread_t thread;
     const int error = pthread_create(&thread, nullptr, MgmtMsgListenerMain, nullptr);
     if (error != 0) {
-        SUBAGENT_LOG(4, "Error: Failed to create mgmt msg listener thread: error: %d\n", error);
+        SUBAGENT_LOG(warning, "Error: Failed to create mgmt msg listener thread: error: %d\n", error);
         return 1;
     }
     pthread_detach(thread);  // never joined

@@ -4,32 +4,22 @@
 #include <cstdint>
 #include <string>
 
-#include "apiMgmt/common/threadpool/mutexWrapper.h"
-
 /** Process-wide state of the daemon's spine, by owner. */
 
 // ---- flags between threads: single bytes, each with one meaning; a late reader acts one pass later ----
 
 /** Set by main before main_loop, cleared by catch_sigterm alone. Main loop, GetList task. */
-extern std::atomic<bool> snmpSubagent_is_active;
+inline std::atomic<bool> snmpSubagent_is_active{false};
 
 /** The listener for management messages could not be set up; ends main_loop. */
-extern std::atomic<bool> abort_snmpSubagent;
+inline std::atomic<bool> abort_snmpSubagent{false};
 
 // ---- main thread only ----
 
 /** Microseconds since the epoch: the last memory check. */
-extern int64_t last_mem_check_time_us;
+inline int64_t last_mem_check_time_us = 0;
 
 // ---- constant after start ----
 
 /** Shell command that starts a fresh copy of the daemon with the same arguments, one second from now. */
-extern std::string restart_command;
-
-// ---- locks ----
-
-/**
- * Gate of SNMP service: held by the main thread at all times except during agent_check_and_process.
- * The request handler tries it, so a request delivered at any other moment is refused and does not wait.
- */
-extern MUTEXWrapper& mib_mutex;
+inline std::string restart_command;

@@ -4,11 +4,11 @@
 
 #include "apiMgmt/common/platform/clock.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentComm/snmpSubagentComm.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMain/agentLibrary.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/supervisor.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/pduWindow.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestPace.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/agentLibrary.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/requestPace.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/serviceWindow.h"
 
 namespace {
 
@@ -24,17 +24,6 @@ bool wait_for_array(int descriptor, short events, int timeout_ms) {
 }
 
 }  // namespace
-
-bool process_agent_events() {
-    begin_agent_tick();
-    mib_mutex.Unlock();
-    const int handled = agent_check();
-    mib_mutex.Lock();
-    end_agent_tick();
-    if (handled <= 0)
-        note_no_request_waits();
-    return handled > 0;
-}
 
 bool wait_and_serve(int descriptor, short events, int timeout_ms) {
     const int64_t end_us = ClockNowUs() + timeout_ms * kMillisecondUs;

@@ -55,9 +55,9 @@ void install_signal_handlers() {
 
 void log_caught_signals() {
     for (int count = sigterms_to_log.exchange(0); count > 0; --count)
-        SUBAGENT_LOG(4, "(((((((((((((((((( SIGTERM ))))))))))))))))))))\n");
+        SUBAGENT_LOG(warning, "(((((((((((((((((( SIGTERM ))))))))))))))))))))\n");
     for (int count = sigints_to_log.exchange(0); count > 0; --count)
-        SUBAGENT_LOG(4, "(((((((((((((((((( SIGINT ))))))))))))))))))))\n");
+        SUBAGENT_LOG(warning, "(((((((((((((((((( SIGINT ))))))))))))))))))))\n");
     if (sigpipe_to_log.exchange(false))
-        SUBAGENT_LOG(7, "(((((((((((((((((( SIGPIPE ))))))))))))))))))))\n");
+        SUBAGENT_LOG(debug, "(((((((((((((((((( SIGPIPE ))))))))))))))))))))\n");
 }

@@ -15,26 +15,29 @@
 #include "apiMgmt/common/threadpool/appSysLogger.h"
 #include "apiMgmt/common/threadpool/logTask.h"
 #include "apiMgmt/common/utils/configFile.h"
-#include "apiMgmt/common/utils/heartbeatMonitor.h"
+#include "apiMgmt/common/utils/heartbeat/heartbeatMonitor.h"
 #include "apiMgmt/common/utils/pathConstants.h"
 #include "apiMgmt/common/utils/resourceMgmt.h"
 #include "apiMgmt/common/utils/stringUtil.h"
 #include "apiMgmt/common/wirelink/wireLink.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentComm/snmpSubagentComm.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMain/agentLibrary.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/agentStart.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/backgroundUpdate.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/mainLoop.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/masterAgent.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/mgmtMsgListener.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/settings/subagentConf.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/shellCommand.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/signals.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMain/startStep.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/supervisor.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/agentLibrary.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/requestHandler.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/serviceWindow.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/sendTrap.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapCommand.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapPdu.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapSession.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
 namespace {
@@ -62,10 +65,10 @@ std::string build_restart_command(int argc, char* argv[]) {
 }
 
 bool start_heartbeat() {
-    SUBAGENT_LOG(7, "opening listening socket for heartbeat pings on port(%d)...\n", kHeartbeatPort);
+    SUBAGENT_LOG(debug, "opening listening socket for heartbeat pings on port(%d)...\n", kHeartbeatPort);
     if (StartHeartbeatMonitor(kHeartbeatPort) == 0)
         return true;
-    SUBAGENT_LOG(4, "Failed to start listener for heartbeats, port : %d\n", kHeartbeatPort);
+    SUBAGENT_LOG(warning, "Failed to start listener for heartbeats, port : %d\n", kHeartbeatPort);
     return false;
 }
 
@@ -79,7 +82,8 @@ void report_missing_settings() {
 void report_other_copy() {
     fprintf(stderr, "snmpSubagent: another copy is running; stop it first\n");
     SUBAGENT_LOG(
-        4, "another copy is running and did not exit within 5 seconds: this one leaves it alone and exits\n");
+        warning,
+        "another copy is running and did not exit within 5 seconds: this one leaves it alone and exits\n");
 }
 
 // Lives until exit. Without its thread the daemon goes on, and the subagent log is the only one.
@@ -101,35 +105,31 @@ void open_logs(const char* program, bool is_debug_mode) {
 void read_settings() {
     // Start-up goes on without the file, with the values that the process began with.
     read_snmpSubagent_conf();
-    SUBAGENT_LOG(7, "\n\n++++++++++++++++ main last compiled: %s, %s ++++++++++++++++\n", __DATE__, __TIME__);
-    SUBAGENT_LOG(4, "snmpSubagent is initializing...\n");
+    SUBAGENT_LOG(debug, "\n\n++++++++++++++++ main last compiled: %s, %s ++++++++++++++++\n", __DATE__,
+                 __TIME__);
+    SUBAGENT_LOG(warning, "snmpSubagent is initializing...\n");
 }
 
 bool fetch_session_key() {
     const std::string key = WireLinkEndpoint::GetAccessKey();
     if (key.empty()) {
-        SUBAGENT_LOG(3, "Error reading in the trusted session key\n");
+        SUBAGENT_LOG(error, "Error reading in the trusted session key\n");
         return false;
     }
-    SUBAGENT_LOG(7, "trustedsessionkey: %s\n", key.c_str());
+    SUBAGENT_LOG(debug, "trustedsessionkey: %s\n", key.c_str());
     build_api_request_prefix(key);
     return true;
-}
-
-void init_trap_session() {
-    SUBAGENT_LOG(7, "calling snmp_sess_init()...\n");
-    agent_init_trap_session();
 }
 
 bool create_objects() {
     snmpSubagentComm = new (std::nothrow) SnmpSubagentComm;
     if (snmpSubagentComm == nullptr) {
-        SUBAGENT_LOG(4, "Could not get new SnmpSubagentComm.\n");
+        SUBAGENT_LOG(warning, "Could not get new SnmpSubagentComm.\n");
         return false;
     }
     snmpSubagentMibHandlers = new (std::nothrow) SnmpSubagentMibHandlers;
     if (snmpSubagentMibHandlers == nullptr) {
-        SUBAGENT_LOG(4, "Could not get new SnmpSubagentMibHandlers.\n");
+        SUBAGENT_LOG(warning, "Could not get new SnmpSubagentMibHandlers.\n");
         return false;
     }
     return true;
@@ -155,6 +155,7 @@ bool start_services(const char* program, bool is_debug_mode) {
     read_settings();
     if (!fetch_session_key())
         return false;
+    SUBAGENT_LOG(debug, "calling snmp_sess_init()...\n");
     init_trap_session();
     install_signal_handlers();
     return create_objects() && start_work();
@@ -168,17 +169,17 @@ bool wait_for_array_at_start(int descriptor, short events, int timeout_ms) {
 }
 
 void shut_down_agents() {
-    SUBAGENT_LOG(7, "snmpd (master agent) is being killed...\n");
+    SUBAGENT_LOG(debug, "snmpd (master agent) is being killed...\n");
     kill_snmpd();
-    SUBAGENT_LOG(7, "snmpSubagent is being shutdown...\n");
+    SUBAGENT_LOG(debug, "snmpSubagent is being shutdown...\n");
     agent_shutdown();
-    agent_close_trap_session();
+    end_trap_session();
 }
 
 int finish(int status) {
     log_caught_signals();
     ShutdownSelf(DAEMON_ID_SNMP_SUBAGENT);
-    SUBAGENT_LOG(4, "snmpSubagent is exiting.\n");
+    SUBAGENT_LOG(warning, "snmpSubagent is exiting.\n");
     close_redirected_log();
     return status;
 }
@@ -207,7 +208,7 @@ int run_subagent(int argc, char* argv[]) {
     int own_pid = 0;
     int parent_pid = 0;
     if (DaemonizeSelf(DAEMON_ID_SNMP_SUBAGENT, &own_pid, &parent_pid, is_debug_mode) != 0) {
-        SUBAGENT_LOG(4, "Failed to daenmonize\n");
+        SUBAGENT_LOG(warning, "Failed to daenmonize\n");
         return finish(-1);
     }
     // Programs inherit it, and what they create is nobody else's business: snmpd's AgentX socket above all.
@@ -215,7 +216,7 @@ int run_subagent(int argc, char* argv[]) {
     open_supervisor_channel();
     set_exchange_wait(wait_for_array_at_start);
     if (start_services(argc > 0 ? argv[0] : kSyslogIdent, is_debug_mode)) {
-        SUBAGENT_LOG(4, "snmpSubagent is up and running.\n");
+        SUBAGENT_LOG(warning, "snmpSubagent is up and running.\n");
         tell_supervisor("serving");
         send_coldstart();
         snmpSubagent_is_active = true;  // from here the GetList task runs

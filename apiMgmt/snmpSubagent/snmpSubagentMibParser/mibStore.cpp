@@ -1,12 +1,14 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <functional>
+#include <limits>
 #include <unordered_map>
 
 #include "apiMgmt/common/platform/clock.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibDefinition.h"
+#include "apiMgmt/common/utils/stringUtil.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
 variable_entry* vars = nullptr;
@@ -31,7 +33,7 @@ uint64_t bit_of(int32_t var_index) {
 }
 
 void free_vars() {
-    SUBAGENT_LOG(7, "freeing vars array\n");
+    SUBAGENT_LOG(debug, "freeing vars array\n");
     delete[] vars;
     vars = nullptr;
     total_vars = 0;
@@ -53,7 +55,7 @@ int init_a_column(int col_id) {
 
 int init_a_var(int col_id) {
     if (current_oid_for_init >= MAX_total_vars) {
-        SUBAGENT_LOG(4, "exceded MAX_total_vars: current_oid_for_init: %d, MAX_total_vars: %d\n",
+        SUBAGENT_LOG(warning, "exceded MAX_total_vars: current_oid_for_init: %d, MAX_total_vars: %d\n",
                      current_oid_for_init + 1, MAX_total_vars);
         return 1;
     }
@@ -90,7 +92,7 @@ int init_tbl_col(uint32_t maxNumOfParents, uint32_t maxNumOfRows, uint32_t minNu
     for (int64_t i = 0; i < column.capacity(); ++i) {
         const int result = init_a_var(col_id);
         if (result != 0) {
-            SUBAGENT_LOG(4, "error while initializing oid: col_id: %d\n", col_id);
+            SUBAGENT_LOG(warning, "error while initializing oid: col_id: %d\n", col_id);
             return result;
         }
     }
@@ -100,7 +102,7 @@ int init_tbl_col(uint32_t maxNumOfParents, uint32_t maxNumOfRows, uint32_t minNu
 int init_a_single_oid(int col_id, int oid_len, uint32_t data_type, const oid* oid_ptr, get_fn_type get_fn,
                       set_fn_type set_fn) {
     if (oid_len > MAX_LUMIVANT_OIDLEN) {
-        SUBAGENT_LOG(4, "exceded MAX_LUMIVANT_OIDLEN\n");
+        SUBAGENT_LOG(warning, "exceded MAX_LUMIVANT_OIDLEN\n");
         return 1;
     }
     column_record& column = cols[col_id];
@@ -176,7 +178,7 @@ int force_get_table_info(int col_id, bool background) {
     column.last_fetch_time_us = start_us;
     const int result = column.get_fn(column.head_var, background);
     if (result != 0) {
-        SUBAGENT_LOG(7, "UNsuccessful in get-handler for col-id: %d, retVal: %d\n", col_id, result);
+        SUBAGENT_LOG(debug, "UNsuccessful in get-handler for col-id: %d, retVal: %d\n", col_id, result);
         return 1;
     }
     column.last_fetch_duration_us = ClockNowUs() - start_us;
@@ -191,10 +193,10 @@ int force_get_table_info_all() {
         if (result == 0)
             continue;
         if (col_id != COLID_tsDiskConfigNbr) {
-            SUBAGENT_LOG(4, "could not get table info for col_id: %d\n", col_id);
+            SUBAGENT_LOG(warning, "could not get table info for col_id: %d\n", col_id);
             return result;
         }
-        SUBAGENT_LOG(4, "could not get table info for tsDiskConfig: perhaps there are no pagepools\n");
+        SUBAGENT_LOG(warning, "could not get table info for tsDiskConfig: perhaps there are no pagepools\n");
     }
     return 0;
 }
@@ -233,6 +235,16 @@ int32_t first_cached_from(int64_t var_index) {
     return static_cast<int32_t>(word * kBitsPerWord) + std::countr_zero(bits);
 }
 
+uint32_t as_number_column(uint64_t number) {
+    return static_cast<uint32_t>(std::min<uint64_t>(number, std::numeric_limits<uint32_t>::max()));
+}
+
+uint32_t number_from_text(std::string_view text, uint32_t data_type) {
+    if (data_type == SMI_BASETYPE_UNSIGNED32)
+        return as_number_column(ParseUnsigned(text));
+    return static_cast<uint32_t>(ParseInt(text));
+}
+
 int store_text(int32_t var_index, const std::string& text) {
     if (vars[var_index].str != text)
         vars[var_index].str = text;
@@ -257,8 +269,8 @@ void report_cut(int32_t var_index, const std::string& text, std::string_view ser
     if (!is_new && entry->second == identity)
         return;
     entry->second = identity;
-    SUBAGENT_LOG(4, "col-id:%d, a text of %zu octets is cut to %zu\n", vars[var_index].col_id, text.size(),
-                 served.size());
+    SUBAGENT_LOG(warning, "col-id:%d, a text of %zu octets is cut to %zu\n", vars[var_index].col_id,
+                 text.size(), served.size());
 }
 
 }  // namespace

@@ -1,31 +1,17 @@
 #pragma once
 
-#include <net-snmp/net-snmp-config.h>
-// oid.h needs the configuration above it.
-#include <net-snmp/library/oid.h>
-
 #include <atomic>
 #include <cstdint>
 #include <string>
 #include <string_view>
 
-#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibColumns.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibDefinition.h"
 
 /**
  * The MIB store: the cache of the array's state and the layout of the MIB. `vars` has one entry for each
  * instance that the MIB can ever hold, in the order of their OIDs; `cols` has one record for each scalar
  * and each table column. Main thread only, apart from the two fetch times of a column.
  */
-
-/** SMI base types of the columns. */
-enum smi_basetype : uint32_t {
-    SMI_BASETYPE_UNKNOWN = 0,
-    SMI_BASETYPE_INTEGER32 = 1,
-    SMI_BASETYPE_OCTET_STRING = 2,
-    SMI_BASETYPE_UNSIGNED32 = 4,
-    SMI_BASETYPE_ENUM = 10,
-    SMI_BASETYPE_BITS = 11,
-};
 
 /** Bits of variable_entry::flags. Whether an entry is cached stands in a bitmap beside `vars`, see is_cached.
  */
@@ -36,25 +22,9 @@ enum variable_flag : uint8_t {
 struct variable_entry {
     uint8_t col_id;  /**< the column that owns this entry; written once at build time */
     uint8_t flags;   /**< variable_flag */
-    uint32_t uint;   /**< number: unsigned for type 4, signed for types 1 and 10 */
+    uint32_t uint;   /**< number: unsigned for SMI_BASETYPE_UNSIGNED32, else signed */
     std::string str; /**< a string column's value; for others the last text received from the API */
 };
-
-/** Bits of column_record::col_flags. */
-enum column_flag : uint32_t {
-    COL_FLAG_is_table = 1,
-    COL_FLAG_controller_parent = 2,
-    COL_FLAG_enclosure_parent = 4,
-};
-
-/** Refresh operation: the index of the column's head_var, and whether only to fetch. 0 on success. */
-using get_fn_type = int (*)(int32_t var_index, bool background);
-
-/** Commit operation of a SET: the index of the variable, which holds the new text. 0 on success. */
-using set_fn_type = int (*)(int32_t var_index);
-
-/** Called with the index of a variable that was just written. */
-using post_process_type = void (*)(int32_t var_index);
 
 struct column_record {
     int32_t first_var;  /**< index of the column's first variable */
@@ -146,6 +116,16 @@ void clear_cached_range(int32_t first, int32_t last);
 
 /** The first cached entry at or above an index; -1 when there is none. */
 int32_t first_cached_from(int64_t var_index);
+
+/** What an Unsigned32 column can hold of a number: the greatest value stands for all beyond it. */
+uint32_t as_number_column(uint64_t number);
+
+/**
+ * The 32 bits that a column of this smi_basetype holds of a text of the API: unsigned for
+ * SMI_BASETYPE_UNSIGNED32, signed otherwise. Leading white space, a sign and digits count; no digits give 0;
+ * a number out of range gives the nearest end of the range.
+ */
+uint32_t number_from_text(std::string_view text, uint32_t data_type);
 
 /** get_fn bodies of scalars: store the value and set `cached`. Result 0. */
 int store_text(int32_t var_index, const std::string& text);

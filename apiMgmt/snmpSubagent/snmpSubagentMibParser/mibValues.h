@@ -8,17 +8,17 @@
  * alert. Main thread only. Each is copied into its variable by the column's get_fn.
  */
 
-extern std::string trapEventId;
-extern std::string trapMiscAlertText;
-extern int32_t trapSIDeviceType;
-extern int32_t trapSIDeviceStatus;
-extern int32_t trapCompStatus;
-extern std::string trapCompName;
-extern std::string trapCompLocation;
-extern int32_t trapCompNum;
-extern std::string trapCompStatusText;
-extern std::string trapActionText;
-extern std::string trapAlertText;
-extern std::string forceTrapCommand;
-extern int32_t trapAlertState;
-extern uint32_t worstAlertNbr;
+inline std::string trapEventId = "empty";
+inline std::string trapMiscAlertText = "empty";
+inline int32_t trapSIDeviceType = 0;
+inline int32_t trapSIDeviceStatus = 0;
+inline int32_t trapCompStatus = 0;
+inline std::string trapCompName = "empty";
+inline std::string trapCompLocation = "empty";
+inline int32_t trapCompNum = 0;
+inline std::string trapCompStatusText = "empty";
+inline std::string trapActionText = "empty";
+inline std::string trapAlertText = "empty";
+inline std::string forceTrapCommand = "empty";
+inline int32_t trapAlertState = 0;
+inline uint32_t worstAlertNbr = 0;

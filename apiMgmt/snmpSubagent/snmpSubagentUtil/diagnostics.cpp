@@ -35,22 +35,22 @@ using ull = unsigned long long;
 }  // namespace
 
 void context_backtrace() {
-    SUBAGENT_LOG(0, "calling getcontext()...\n");
+    SUBAGENT_LOG(raw, "calling getcontext()...\n");
     MachineContext context{};
     ReadMachineContext(&context);
-    SUBAGENT_LOG(0, "returned from getcontext()\n");
-    SUBAGENT_LOG(0, "calling snmp_log with context stuff...\n");
-    SUBAGENT_LOG(0, "rax=%016llX, rbx=%016llX, rcx=%016llX, rdx=%016llX\n", ull{context.rax},
+    SUBAGENT_LOG(raw, "returned from getcontext()\n");
+    SUBAGENT_LOG(raw, "calling snmp_log with context stuff...\n");
+    SUBAGENT_LOG(raw, "rax=%016llX, rbx=%016llX, rcx=%016llX, rdx=%016llX\n", ull{context.rax},
                  ull{context.rbx}, ull{context.rcx}, ull{context.rdx});
-    SUBAGENT_LOG(0, "rsi=%016llX, rdi=%016llX, rbp=%016llX, rsp=%016llX\n", ull{context.rsi},
+    SUBAGENT_LOG(raw, "rsi=%016llX, rdi=%016llX, rbp=%016llX, rsp=%016llX\n", ull{context.rsi},
                  ull{context.rdi}, ull{context.rbp}, ull{context.rsp});
-    SUBAGENT_LOG(0, " r8=%016llX,  r9=%016llX, r10=%016llX, r11=%016llX\n", ull{context.r8}, ull{context.r9},
-                 ull{context.r10}, ull{context.r11});
-    SUBAGENT_LOG(0, "r12=%016llX, r13=%016llX, r14=%016llX, r15=%016llX\n", ull{context.r12},
+    SUBAGENT_LOG(raw, " r8=%016llX,  r9=%016llX, r10=%016llX, r11=%016llX\n", ull{context.r8},
+                 ull{context.r9}, ull{context.r10}, ull{context.r11});
+    SUBAGENT_LOG(raw, "r12=%016llX, r13=%016llX, r14=%016llX, r15=%016llX\n", ull{context.r12},
                  ull{context.r13}, ull{context.r14}, ull{context.r15});
-    SUBAGENT_LOG(0, " ds=%08X,          es=%08X,          fs=%08X,          gs=%08X\n", context.ds,
+    SUBAGENT_LOG(raw, " ds=%08X,          es=%08X,          fs=%08X,          gs=%08X\n", context.ds,
                  context.es, context.fs, context.gs);
-    SUBAGENT_LOG(0, "rip=%016llX,  cs=%016llX,  ss=%016llX, flags=0x%X%s\n", ull{context.rip},
+    SUBAGENT_LOG(raw, "rip=%016llX,  cs=%016llX,  ss=%016llX, flags=0x%X%s\n", ull{context.rip},
                  ull{context.cs}, ull{context.ss}, static_cast<unsigned>(context.flags),
                  names_of_flags(context.flags).c_str());
 }
@@ -61,7 +61,7 @@ void snmp_hexDump(const void* bytes, int length, const char* title) {
     constexpr int kHexColumn = 8;
     constexpr int kTextColumn = 61;
 
-    SUBAGENT_LOG(0, "--------- %s --------- (%d bytes)\n", title, length);
+    SUBAGENT_LOG(raw, "--------- %s --------- (%d bytes)\n", title, length);
     const auto* data = static_cast<const unsigned char*>(bytes);
     for (int start = 0; start < length; start += kBytesPerLine) {
         char line[kLineLength + 2];
@@ -77,6 +77,6 @@ void snmp_hexDump(const void* bytes, int length, const char* title) {
             memcpy(line + kHexColumn + 3 * i + i / 4, digits, 2);
             line[kTextColumn + i] = byte >= 0x20 && byte <= 0x7e ? static_cast<char>(byte) : '.';
         }
-        SUBAGENT_LOG(0, "%s", line);
+        SUBAGENT_LOG(raw, "%s", line);
     }
 }

@@ -10,7 +10,6 @@
 
 #include "apiMgmt/common/platform/clock.h"
 #include "apiMgmt/common/threadpool/appLogger.h"
-#include "apiMgmt/common/threadpool/logMessage.h"
 #include "apiMgmt/common/threadpool/mutexWrapper.h"
 #include "apiMgmt/common/threadpool/scopedMutex.h"
 #include "apiMgmt/common/utils/pathConstants.h"
@@ -20,7 +19,6 @@ std::atomic<bool> verbose{false};
 
 namespace {
 
-constexpr int kRawLevel = 0;
 constexpr const char* kApplicationLogModule = "snmpSubagent";
 constexpr off_t kGreatestLogSize = 3000000;
 constexpr off_t kLogSizeAfterCut = 2000000;
@@ -90,7 +88,7 @@ bool write_line(int level, const char* file, const char* operation, int line) {
     FILE* stream = through_stdout ? redirected_stdout : open_log();
     if (stream == nullptr)
         return false;
-    if (level != kRawLevel) {
+    if (level != log_level::raw) {
         if (is_line_open && has_text(stream))
             fputc('\n', stream);
         write_header(stream, file, operation, line);
@@ -114,7 +112,7 @@ void truncate_locked() {
 }
 
 int32_t application_level(int level) {
-    const bool has_its_own = level > kRawLevel && level < 7;
+    const bool has_its_own = level > log_level::raw && level < log_level::debug;
     return has_its_own ? level + 1 : app_level::kDebug;
 }
 

@@ -2,7 +2,6 @@
 
 #include <memory>
 
-#include "apiMgmt/apiStub/base/apiObjects/base/connectionRecord.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/methodReturns.h"
 #include "apiMgmt/common/utils/apiMethodError.h"
 #include "apiMgmt/common/utils/generalUtils.h"

@@ -2,7 +2,6 @@
 
 #include <functional>
 
-#include "apiMgmt/apiStub/base/apiObjects/base/connectionRecord.h"
 #include "apiMgmt/common/utils/apiMethodError.h"
 #include "apiMgmt/proto/apiMgrMsg.pb.h"
 #include "tests/unit/apiStub/sampleClasses.h"
@@ -100,6 +99,36 @@ TEST(Method, AnAssociationCarriesAnInstance) {
     EXPECT_EQ(sample::DiskEnclosure(Arguments{{"InstanceId", "7"}}).GetInstanceId(), "7");
     ASSERT_EQ(enclosure.GetAttributeList().size(), 1u);
     EXPECT_EQ(enclosure.GetAttributeList()[0]->GetLabel(), "");
+}
+
+TEST(Method, WritesAttributesInByteOrderAndValuesAsTheyStand) {
+    const std::string head =
+        "<ApiMethod><CommandType>Method</CommandType><Object>TsDisk</Object><Command>Modify</Command>"
+        "<Async>false</Async><ObjectEncodeType>xml</ObjectEncodeType>";
+    sample::DiskModify method(Arguments{{"", "no name"}, {"b", ""}, {"Ab", "<x>&</x>"}, {"A", "1"}});
+    method.SetAttribute("", "no name either");
+    method.SetAttribute("\xc3\x84", "2");  // bytes above 127 come last
+    method.SetAttribute("A", "3 > 2");
+    EXPECT_EQ(method.GenerateXml(false, true),
+              head + "<Attributes><A>3 > 2</A><Ab><x>&</x></Ab><b></b><\xc3\x84>2</\xc3\x84></Attributes></ApiMethod>");
+    EXPECT_FALSE(method.HasAttribute(""));
+    EXPECT_THAT(method.GenerateXml(true, false),
+                testing::HasSubstr("<Async>true</Async><ObjectEncodeType>csv</ObjectEncodeType>"));
+
+    // A map that holds nothing but an empty name is an empty one: no element at all.
+    EXPECT_EQ(sample::DiskModify(Arguments{{"", "x"}}).GenerateXml(false, true), head + "</ApiMethod>");
+}
+
+TEST(Method, ReadsLiteObjAsABool) {
+    sample::DiskGetList method;
+    EXPECT_FALSE(method.IsLiteObj());
+    for (const auto& [text, lite] : std::map<std::string, bool>{
+             {"", false}, {"0", false}, {"2", false}, {"yes", false}, {"1", true}, {"tRUE", true}}) {
+        method.SetAttribute("LiteObj", text);
+        EXPECT_EQ(method.IsLiteObj(), lite) << text;
+    }
+    method.SetLiteObj();
+    EXPECT_EQ(method.GetAttribute("LiteObj"), "1");
 }
 
 TEST(Method, AListTakesAFilter) {

@@ -6,7 +6,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/settings/subagentConf.h"
 #include "tests/sourceFolder.h"
 #include "tools/checkconf/program.h"
 

@@ -1,4 +1,4 @@
-#include "apiMgmt/common/utils/heartbeatMonitor.h"
+#include "apiMgmt/common/utils/heartbeat/heartbeatMonitor.h"
 
 #include <arpa/inet.h>
 #include <gmock/gmock.h>

@@ -11,8 +11,6 @@
 
 #include <cerrno>
 
-#include "apiMgmt/common/socketUtils/apiSocketError.h"
-
 namespace {
 
 bool listen_fails = false;
@@ -124,12 +122,4 @@ TEST(TCPServerSocket, EachFailedStepHasItsErrorAndLeavesNoDescriptor) {
     ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
     ExpectFailure(0, 16, "Socket creation failed at port [0]");
     setrlimit(RLIMIT_NOFILE, &usual);  // sanitizers need descriptors, too
-}
-
-TEST(TCPServerSocket, ReadsWaitAtMostFifteenMinutes) {
-    const TCPServerSocket server(0, true);
-    timeval limit{};
-    socklen_t length = sizeof limit;
-    ASSERT_EQ(getsockopt(server.descriptor(), SOL_SOCKET, SO_RCVTIMEO, &limit, &length), 0);
-    EXPECT_EQ(limit.tv_sec, 900);
 }

@@ -2,9 +2,9 @@
 #include <thread>
 
 #include "apiMgmt/common/xmlwrap/xmlParser.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/apiAccess.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/settings/subagentConf.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/apiAccess.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/requestHandler.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 #include "tests/unit/core/fakes/fakeApiMgr.h"
 #include "tests/unit/core/fakes/fakeClock.h"

@@ -5,6 +5,8 @@
 #include "apiMgmt/common/platform/clock.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/backgroundUpdate.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/handOver.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibDefinition.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 #include "tests/unit/core/fakes/fakeApiMgr.h"
 #include "tests/unit/core/fakes/fakeClock.h"

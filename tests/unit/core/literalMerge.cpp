@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibDefinition.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 
 namespace {

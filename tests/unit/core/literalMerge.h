@@ -5,7 +5,8 @@
 #include <vector>
 
 #include "apiMgmt/common/xmlwrap/xmlParser.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/tableRefresh.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/tableRefresh.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibDefinition.h"
 
 /**
  * The merge of an answer in its plainest form: column after column, for each parent a walk over all

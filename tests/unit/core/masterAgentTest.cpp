@@ -4,7 +4,7 @@
 #include <fstream>
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/masterAgentState.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/settings/subagentConf.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 #include "tests/unit/core/fakes/fakeAgent.h"
 #include "tests/unit/core/fakes/fakeClock.h"

@@ -1,9 +1,8 @@
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/postProcess.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/postProcess.h"
 
 #include "apiMgmt/common/utils/stringUtil.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/apiAccess.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/numericText.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/settings/subagentConf.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/apiAccess.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibValues.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 #include "tests/unit/core/fakes/fakeApiMgr.h"

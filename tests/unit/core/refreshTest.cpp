@@ -1,7 +1,10 @@
 #include <random>
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/backgroundUpdate.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/tableRefresh.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/elementTable.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/handOver.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/tableRefresh.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibDefinition.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 #include "tests/unit/core/fakes/fakeApiMgr.h"
 #include "tests/unit/core/fakes/mibWorld.h"

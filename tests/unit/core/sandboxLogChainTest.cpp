@@ -154,7 +154,7 @@ TEST(Syslog, GetsTheLineThroughTheTask) {
     const APPLogger owner;
     ASSERT_TRUE(APPLogger::RegisterLogTask(
         new LOGTask(std::make_unique<APPSysLogger>("/usr/sbin/snmpSubagent", false))));
-    SUBAGENT_LOG(4, "disk %d is 100 %% full\n", 7);
+    SUBAGENT_LOG(warning, "disk %d is 100 %% full\n", 7);
     EXPECT_THAT(socket.take(), testing::MatchesRegex("<12>.* /usr/sbin/snmpSubagent: level\\(4\\) "
                                                      "category\\(snmpSubagent\\) "
                                                      "message\\(disk 7 is 100 % full\\)"));

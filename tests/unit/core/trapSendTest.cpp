@@ -2,7 +2,8 @@
 
 #include <sys/socket.h>
 
-#include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/settings/subagentConf.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapPdu.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 #include "tests/unit/core/fakes/fakeTrapSession.h"
 #include "tests/unit/core/fakes/transcript.h"

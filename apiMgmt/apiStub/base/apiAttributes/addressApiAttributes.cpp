@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "apiMgmt/apiStub/base/apiAttributes/filterMatch.h"
+#include "apiMgmt/apiStub/base/apiAttributes/filterItem.h"
 #include "apiMgmt/common/utils/netUtil.h"
 #include "apiMgmt/common/utils/stringUtil.h"
 

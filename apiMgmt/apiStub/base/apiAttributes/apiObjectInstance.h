@@ -3,15 +3,16 @@
 #include <memory>
 #include <string>
 
-class BASEApiObject;
-
 /** A reference to an object of the array: what identifies it, and its name. */
 class APIObjectInstance {
   public:
     APIObjectInstance() = default;
     APIObjectInstance(std::string id, std::string type, std::string name);
-    /** The reference of this object, from its attributes. */
-    explicit APIObjectInstance(const BASEApiObject& object);
+    /** The reference of an object of the array, from its attributes. */
+    template <class Object>
+    requires requires(const Object& object) { object.GetInstanceId(); }
+    explicit APIObjectInstance(const Object& object)
+        : APIObjectInstance(object.GetInstanceId(), object.GetObjectType(), object.GetInstanceName()) {}
     APIObjectInstance(const APIObjectInstance&) = default;
     APIObjectInstance& operator=(const APIObjectInstance&) = default;
     virtual ~APIObjectInstance();

@@ -91,3 +91,14 @@ int FILTERItem::FilterTypeId(std::string_view name) {
 std::string_view FILTERItem::FilterTypeName(int id) {
     return ENUMTable(gTSFilterTypeEnumIdStrList).DescriptionOf(id);
 }
+
+bool IsContainedAs(int filterOperator, const std::string& text, const std::string& filter) {
+    switch (filterOperator) {
+        case filter_operator::kIqin:
+            return ToLower(filter).find(ToLower(text)) != std::string::npos;
+        case filter_operator::kIqs:
+            return ToLower(text).find(ToLower(filter)) != std::string::npos;
+        default:
+            return false;
+    }
+}

@@ -2,9 +2,8 @@
 
 #include <cmath>
 
-#include "apiMgmt/apiStub/base/apiAttributes/filterMatch.h"
-#include "apiMgmt/apiStub/base/apiAttributes/numberText.h"
-#include "apiMgmt/apiStub/base/apiAttributes/wordList.h"
+#include "apiMgmt/apiStub/base/apiAttributes/attributeText.h"
+#include "apiMgmt/apiStub/base/apiAttributes/filterItem.h"
 #include "apiMgmt/common/utils/apiMethodError.h"
 #include "apiMgmt/common/utils/stringUtil.h"
 

@@ -1,7 +1,6 @@
 #include "apiMgmt/apiStub/base/apiAttributes/objectApiAttributes.h"
 
-#include "apiMgmt/apiStub/base/apiAttributes/wordList.h"
-#include "apiMgmt/apiStub/base/apiObjects/base/baseApiMethodObject.h"
+#include "apiMgmt/apiStub/base/apiAttributes/attributeText.h"
 #include "apiMgmt/common/utils/stringUtil.h"
 
 // ---- OBJECTApiAttribute ----
@@ -40,20 +39,10 @@ std::vector<std::unique_ptr<APIObjectInstance>> OBJECTARRAYApiAttribute::FromTex
     return values;
 }
 
-// ---- METHODOBJECTApiAttribute, METHODOBJECTARRAYApiAttribute ----
+// ---- METHODOBJECTApiAttribute ----
 
-std::string METHODOBJECTApiAttribute::ToText(const BASEApiMethodObject* value) const {
+std::string METHODOBJECTApiAttribute::ToText(const METHODArgument* value) const {
     return value == nullptr ? std::string() : value->ToXml(true);
-}
-
-std::string METHODOBJECTARRAYApiAttribute::ToText(
-    const std::vector<const BASEApiMethodObject*>& values) const {
-    std::string elements;
-    for (const BASEApiMethodObject* value : values) {
-        if (value != nullptr)
-            elements += value->ToXml(true);
-    }
-    return elements;
 }
 
 // ---- GETLISTFILTERApiAttribute ----

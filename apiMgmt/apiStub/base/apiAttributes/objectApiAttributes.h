@@ -9,8 +9,6 @@
 #include "apiMgmt/apiStub/base/apiAttributes/baseApiAttribute.h"
 #include "apiMgmt/apiStub/base/apiAttributes/filterList.h"
 
-class BASEApiMethodObject;
-
 /** Attributes that refer to objects or carry structured arguments. None but the reader of a text owns
  * anything. */
 
@@ -38,6 +36,15 @@ class OBJECTARRAYApiAttribute : public BASEApiAttribute {
     std::vector<std::unique_ptr<APIObjectInstance>> FromText(const std::string& text) const;
 };
 
+/** What a structured argument is to the attribute that carries it. */
+class METHODArgument {
+  public:
+    virtual ~METHODArgument() = default;
+
+    /** The argument as an element; escape: values go through EscapeXml. */
+    virtual std::string ToXml(bool escape) const = 0;
+};
+
 /** A structured argument, which travels as an element. Read back with FromXmlText of the argument itself. */
 class METHODOBJECTApiAttribute : public BASEApiAttribute {
   public:
@@ -45,7 +52,7 @@ class METHODOBJECTApiAttribute : public BASEApiAttribute {
     bool MatchesFilter(const FILTERItem&, const std::string&) const override { return false; }
 
     /** Empty for null. */
-    std::string ToText(const BASEApiMethodObject* value) const;
+    std::string ToText(const METHODArgument* value) const;
 };
 
 /** Structured arguments, one behind the other. */
@@ -55,7 +62,13 @@ class METHODOBJECTARRAYApiAttribute : public BASEApiAttribute {
     bool MatchesFilter(const FILTERItem&, const std::string&) const override { return false; }
 
     /** Null pointers are passed over. */
-    std::string ToText(const std::vector<const BASEApiMethodObject*>& values) const;
+    template <class Argument = METHODArgument>
+    std::string ToText(const std::vector<const Argument*>& values) const {
+        std::string elements;
+        for (const Argument* value : values)
+            elements += value == nullptr ? std::string() : value->ToXml(true);
+        return elements;
+    }
 };
 
 /** The filter of a list. */

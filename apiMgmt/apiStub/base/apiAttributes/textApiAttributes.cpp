@@ -1,7 +1,7 @@
 #include "apiMgmt/apiStub/base/apiAttributes/textApiAttributes.h"
 
-#include "apiMgmt/apiStub/base/apiAttributes/filterMatch.h"
-#include "apiMgmt/apiStub/base/apiAttributes/wordList.h"
+#include "apiMgmt/apiStub/base/apiAttributes/attributeText.h"
+#include "apiMgmt/apiStub/base/apiAttributes/filterItem.h"
 #include "apiMgmt/common/utils/apiMethodError.h"
 #include "apiMgmt/common/utils/stringUtil.h"
 

@@ -1,6 +1,6 @@
 #include "apiMgmt/apiStub/base/apiAttributes/valueApiAttributes.h"
 
-#include "apiMgmt/apiStub/base/apiAttributes/filterMatch.h"
+#include "apiMgmt/apiStub/base/apiAttributes/filterItem.h"
 
 // ---- DATETIMEApiAttribute ----
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/tableRefresh.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/elementTable.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapQueue.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibValues.h"
@@ -28,7 +28,7 @@ int32_t beside(int32_t var_index, int col_id) {
 
 bool find_controller(int32_t row, force_arguments* arguments) {
     if (row != 1 && row != 2) {
-        SUBAGENT_LOG(7, "oid request has invalid row seq num: %d\n", row);
+        SUBAGENT_LOG(debug, "oid request has invalid row seq num: %d\n", row);
         return false;
     }
     arguments->a = row == 1 ? ctlrIndexFirst : ctlrIndexSecond;
@@ -38,16 +38,16 @@ bool find_controller(int32_t row, force_arguments* arguments) {
 // The last row of a full table is refused.
 bool find_object(const force_definition& force, int32_t var_index, int32_t row, force_arguments* arguments) {
     if (row == 0) {
-        SUBAGENT_LOG(7, "%s seq num is zero\n", force.word);
+        SUBAGENT_LOG(debug, "%s seq num is zero\n", force.word);
         return false;
     }
     if (static_cast<uint32_t>(row) >= cols[force.column].maxNumOfRows) {
-        SUBAGENT_LOG(7, "%s index too large\n", force.word);
+        SUBAGENT_LOG(debug, "%s index too large\n", force.word);
         return false;
     }
     const int32_t index_var = beside(var_index, force.index_column);
     if (!is_cached(index_var)) {
-        SUBAGENT_LOG(7, "%s does not exist\n", force.word);
+        SUBAGENT_LOG(debug, "%s does not exist\n", force.word);
         return false;
     }
     arguments->a = vars[index_var].uint;
@@ -91,7 +91,13 @@ int force_notification(const force_definition& force, int32_t var_index) {
 }
 
 int ExecuteForceTrap() {
-    SUBAGENT_LOG(7, "NMS's ForceTrap payload: %s\n", forceTrapCommand.c_str());
+    SUBAGENT_LOG(debug, "NMS's ForceTrap payload: %s\n", forceTrapCommand.c_str());
     char scratch[kTrapCommandBuffer];
     return ParseTrapCommand(forceTrapCommand.c_str(), scratch, sizeof scratch);
+}
+
+int forceTrapCommand_set(int32_t var_index) {
+    forceTrapCommand = vars[var_index].str;
+    set_cached(var_index);
+    return ExecuteForceTrap();
 }

@@ -15,3 +15,6 @@ int force_notification(const force_definition& force, int32_t var_index);
 
 /** Queues the command in forceTrapCommand. Result as that of ParseTrapCommand. */
 int ExecuteForceTrap();
+
+/** The set_fn of forceTrapCommand: executes the command in the written variable. */
+int forceTrapCommand_set(int32_t var_index);

@@ -1,10 +1,14 @@
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/outstandingCheck.h"
+
 #include "apiMgmt/common/platform/clock.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/outstandingTraps.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapCommand.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapVariables.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/valueKind.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
+
+uint32_t outstandingTrapCursor = 0;
+int64_t lastTrapCheckTime_us = 0;
 
 namespace {
 
@@ -28,7 +32,7 @@ bool move_on() {
 
 void log_removal(const char* reason, const TrapToSend& command) {
     SUBAGENT_LOG(
-        7,
+        debug,
         "%s - removing outstanding trap: trapNum: %d, trapArgA: %d, trapArgB: %d, trapArgC: %d, trapArgD: "
         "%d\n",
         reason, command.trapNum, command.trapArgA, command.trapArgB, command.trapArgC, command.trapArgD);
@@ -44,15 +48,15 @@ void notify_change(const OutstandingTrap& record) {
     const variable_entry& status = vars[record.statusVar];
     const bool is_number = value_kind_of(status.col_id) == value_kind::number;
     if (is_number)
-        SUBAGENT_LOG(7, "found status uint32 change: prev: %d, current: %d\n",
+        SUBAGENT_LOG(debug, "found status uint32 change: prev: %d, current: %d\n",
                      static_cast<int32_t>(record.statusUint), static_cast<int32_t>(status.uint));
     else
-        SUBAGENT_LOG(7, "found status string change: prev: %s, current: %s\n", record.statusStr->c_str(),
+        SUBAGENT_LOG(debug, "found status string change: prev: %s, current: %s\n", record.statusStr->c_str(),
                      status.str.c_str());
     TrapToSend command = record.command;
     if (is_number && status.uint == kStatusUp)
         command.trapArgD = kClearingArgument;
-    SUBAGENT_LOG(4,
+    SUBAGENT_LOG(warning,
                  "found status change: trapNum: %d, trapArgA: %d, trapArgB: %d, trapArgC: %d, trapArgD: %d\n",
                  command.trapNum, command.trapArgA, command.trapArgB, command.trapArgC, command.trapArgD);
     processSendTrapCmd(command, false);
@@ -71,7 +75,7 @@ walk check_at_cursor() {
     record.timeLastChecked_us = now_us;
     lastTrapCheckTime_us = now_us;
     if (record.verifyUint != vars[record.verifyVar].uint) {
-        SUBAGENT_LOG(7, "found verify-value mismatch - removing outstanding trap: trap: %d, var: %d\n",
+        SUBAGENT_LOG(debug, "found verify-value mismatch - removing outstanding trap: trap: %d, var: %d\n",
                      static_cast<int32_t>(record.verifyUint),
                      static_cast<int32_t>(vars[record.verifyVar].uint));
         return remove_at_cursor();
@@ -92,18 +96,6 @@ walk check_at_cursor() {
     return walk::on_end;
 }
 
-void log_record(const OutstandingTrap& record) {
-    const TrapToSend& command = record.command;
-    SUBAGENT_LOG(
-        4,
-        "%d,%d,%d: %d, %d, %d, %d, %d, ownerVar col-id:%d, uint:%u, str:%s, verifyVar col-id:%d, uint:%u "
-        "statusVar col-id:%d, uint:%u, str:%s\n",
-        command.eventIdA, command.eventIdB, command.eventIdC, command.trapNum, command.trapArgA,
-        command.trapArgB, command.trapArgC, command.trapArgD, vars[record.ownerVar].col_id, record.ownerUint,
-        record.ownerStr->c_str(), vars[record.verifyVar].col_id, record.verifyUint,
-        vars[record.statusVar].col_id, record.statusUint, record.statusStr->c_str());
-}
-
 }  // namespace
 
 void check_outstanding_traps() {
@@ -117,13 +109,4 @@ void check_outstanding_traps() {
         if (next == walk::stay || !move_on() || next == walk::on_end)
             return;
     }
-}
-
-int handleDisplayOutstandingTraps() {
-    displayTraps_requested = false;
-    SUBAGENT_LOG(
-        4, "7,7,7: trapNum, trapArgA, trapArgB, trapArgC, trapArgD, owner, uint, str, status, uint, str\n");
-    for (const auto& record : outstandingTraps)
-        log_record(*record);
-    return 0;
 }

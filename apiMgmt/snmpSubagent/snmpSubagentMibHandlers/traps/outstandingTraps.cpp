@@ -3,14 +3,10 @@
 #include <algorithm>
 
 #include "apiMgmt/common/platform/clock.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/valueKind.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/trapCatalogue.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
 std::vector<std::unique_ptr<OutstandingTrap>> outstandingTraps;
-uint32_t outstandingTrapCursor = 0;
-int64_t lastTrapCheckTime_us = 0;
 std::atomic<bool> displayTraps_requested{false};
 
 namespace {
@@ -22,7 +18,7 @@ constexpr const char* kGoodText = "Up";
 // The record belongs to an object that is gone from its row.
 int forget(size_t position, const TrapToSend& trap, const trap_variables& variables, const char* reason) {
     SUBAGENT_LOG(
-        7,
+        debug,
         "we're removing the outstanding trap cuz %s: trapNum: %d, owenerOid: %d, statusOid: %d, status "
         "string: %s, var verify: %d, trap verify: %d\n",
         reason, trap.trapNum, vars[variables.owner].col_id, vars[variables.status].col_id,
@@ -36,12 +32,12 @@ void log_redundant(const TrapToSend& trap, const trap_variables& variables, valu
     const variable_entry& status = vars[variables.status];
     const int owner_col_id = vars[variables.owner].col_id;
     if (kind == value_kind::number)
-        SUBAGENT_LOG(7,
+        SUBAGENT_LOG(debug,
                      "we're not sending out this trap cuz it would be redundant: trapNum: %d, owenerOid: %d, "
                      "statusOid: %d, status: %d\n",
                      trap.trapNum, owner_col_id, status.col_id, static_cast<int32_t>(status.uint));
     else
-        SUBAGENT_LOG(7,
+        SUBAGENT_LOG(debug,
                      "we're not sending out this trap cuz it would be redundant: trapNum: %d, owenerOid: %d, "
                      "statusOid: %d, status string: %s\n",
                      trap.trapNum, owner_col_id, status.col_id, status.str.c_str());
@@ -52,13 +48,13 @@ void log_change(const OutstandingTrap& record, const TrapToSend& trap, const tra
     const variable_entry& status = vars[variables.status];
     const int owner_col_id = vars[variables.owner].col_id;
     if (kind == value_kind::number)
-        SUBAGENT_LOG(7,
+        SUBAGENT_LOG(debug,
                      "status uint has changed - remove this outstanding trap: trapNum: %d, owenerOid: %d, "
                      "statusOid: %d, old status: %d, new status: %d\n",
                      trap.trapNum, owner_col_id, status.col_id, static_cast<int32_t>(record.statusUint),
                      static_cast<int32_t>(status.uint));
     else
-        SUBAGENT_LOG(7,
+        SUBAGENT_LOG(debug,
                      "status string has changed - remove this outstanding trap: trapNum: %d, owenerOid: %d, "
                      "statusOid: %d, old status: %s, new status: %s\n",
                      trap.trapNum, owner_col_id, status.col_id, record.statusStr->c_str(),
@@ -103,7 +99,45 @@ void follow_object(OutstandingTrap& record, const trap_variables& variables) {
     record.statusStr = &vars[variables.status].str;
 }
 
+void log_record(const OutstandingTrap& record) {
+    const TrapToSend& command = record.command;
+    SUBAGENT_LOG(
+        warning,
+        "%d,%d,%d: %d, %d, %d, %d, %d, ownerVar col-id:%d, uint:%u, str:%s, verifyVar col-id:%d, uint:%u "
+        "statusVar col-id:%d, uint:%u, str:%s\n",
+        command.eventIdA, command.eventIdB, command.eventIdC, command.trapNum, command.trapArgA,
+        command.trapArgB, command.trapArgC, command.trapArgD, vars[record.ownerVar].col_id, record.ownerUint,
+        record.ownerStr->c_str(), vars[record.verifyVar].col_id, record.verifyUint,
+        vars[record.statusVar].col_id, record.statusUint, record.statusStr->c_str());
+}
+
 }  // namespace
+
+value_kind value_kind_of(int col_id) {
+    switch (cols[col_id].data_type) {
+        case SMI_BASETYPE_INTEGER32:
+        case SMI_BASETYPE_UNSIGNED32:
+        case SMI_BASETYPE_ENUM:
+        case SMI_BASETYPE_BITS:
+            return value_kind::number;
+        case SMI_BASETYPE_OCTET_STRING:
+            return value_kind::text;
+        default:
+            return value_kind::none;
+    }
+}
+
+void log_no_value_kind(int col_id) {
+    const uint32_t data_type = cols[col_id].data_type;
+    if (data_type == SMI_BASETYPE_UNKNOWN)
+        SUBAGENT_LOG(warning, "got SMI_BASETYPE_UNKNOWN\n");
+    else
+        SUBAGENT_LOG(warning, "got an unknown data-type: %d\n", static_cast<int>(data_type));
+}
+
+bool has_same_value(uint32_t number, const std::string& text, const variable_entry& now) {
+    return value_kind_of(now.col_id) == value_kind::text ? text == now.str : number == now.uint;
+}
 
 size_t find_outstanding_trap(int32_t ownerVar) {
     const variable_entry& owner = vars[ownerVar];
@@ -158,7 +192,7 @@ int IsRedundantTrap(const TrapToSend& trap, const trap_variables& variables, boo
     const variable_entry& status = vars[variables.status];
     const value_kind kind = value_kind_of(status.col_id);
     if (kind == value_kind::none) {
-        SUBAGENT_LOG(4, "col-id:%d, can't process this data type: %d\n", status.col_id,
+        SUBAGENT_LOG(warning, "col-id:%d, can't process this data type: %d\n", status.col_id,
                      static_cast<int>(cols[status.col_id].data_type));
         return 1;
     }
@@ -179,5 +213,15 @@ int IsRedundantTrap(const TrapToSend& trap, const trap_variables& variables, boo
     }
     if (!is_good(status, kind))
         add_outstanding_trap(trap, variables);
+    return 0;
+}
+
+int handleDisplayOutstandingTraps() {
+    displayTraps_requested = false;
+    SUBAGENT_LOG(
+        warning,
+        "7,7,7: trapNum, trapArgA, trapArgB, trapArgC, trapArgD, owner, uint, str, status, uint, str\n");
+    for (const auto& record : outstandingTraps)
+        log_record(*record);
     return 0;
 }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapQueue.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 
 /**
  * The memory of what is not healthy: while an object stays in the same state no second notification goes
@@ -45,12 +46,19 @@ struct OutstandingTrap {
 /** In order of creation. */
 extern std::vector<std::unique_ptr<OutstandingTrap>> outstandingTraps;
 
-/** The record that is looked at next; when the latest re-check was. */
-extern uint32_t outstandingTrapCursor;
-extern int64_t lastTrapCheckTime_us;
-
 /** A management message asks for handleDisplayOutstandingTraps. */
 extern std::atomic<bool> displayTraps_requested;
+
+/** How the values of a column are compared: by SMI base type. */
+enum class value_kind { number, text, none };
+
+value_kind value_kind_of(int col_id);
+
+/** Logs why a column's values cannot be compared. */
+void log_no_value_kind(int col_id);
+
+/** Whether a value that was kept is that of the variable now. */
+bool has_same_value(uint32_t number, const std::string& text, const variable_entry& now);
 
 /** What find_outstanding_trap answers when there is no record. */
 inline constexpr size_t kNoOutstandingTrap = 987654321;
@@ -69,10 +77,6 @@ void remove_outstanding_trap(size_t position);
  * healthy or gone loses it. With `recheck` set, the record only follows and the result is 1.
  */
 int IsRedundantTrap(const TrapToSend& trap, const trap_variables& variables, bool recheck);
-
-/** Reads at most one object of the memory anew, one a second and each once a minute, and notifies when its
-   state has changed. */
-void check_outstanding_traps();
 
 /** Logs every record. Result 0. */
 int handleDisplayOutstandingTraps();

@@ -1,17 +1,13 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/sendTrap.h"
 
-#include <algorithm>
+#include <sys/socket.h>
 
-#include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/agentAddress.h"
+#include "apiMgmt/common/utils/stringUtil.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/settings/subagentConf.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/agentAddress.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapPdu.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapPeer.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapSession.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibColumns.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/trapCatalogue.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
-
-std::map<int32_t, std::array<int, kMaxTrapColumns>> varbindings;
 
 namespace {
 
@@ -27,7 +23,7 @@ struct array_address {
 };
 
 int fail(const char* text) {
-    SUBAGENT_LOG(4, "%s\n", text);
+    SUBAGENT_LOG(warning, "%s\n", text);
     return 1;
 }
 
@@ -45,6 +41,21 @@ int find_version(int trapVer, trap_version* version) {
         default:
             return fail("Invalid Trap Type");
     }
+}
+
+bool is_internet(int family) {
+    return family == AF_INET || family == AF_INET6;
+}
+
+int refuse_destination(const char* kind) {
+    SUBAGENT_LOG(warning, "Invalid %s: %s\n", kind, conf_trapDest.c_str());
+    return 1;
+}
+
+// `format` takes the destination and the port.
+int accept_destination(std::string* peername, const char* before, const char* after) {
+    *peername = before + conf_trapDest + after + std::to_string(conf_trapPort);
+    return 0;
 }
 
 int check_settings(array_address* address) {
@@ -68,7 +79,7 @@ int drop_pdu(netsnmp_pdu* pdu) {
 
 int report_send_error(netsnmp_session* session, bool is_inform) {
     const trap_send_error error = last_trap_send_error(session);
-    SUBAGENT_LOG(4, "err on snmp_send() for %s: ss->s_snmp_errno=%d, err= %s\n",
+    SUBAGENT_LOG(warning, "err on snmp_send() for %s: ss->s_snmp_errno=%d, err= %s\n",
                  is_inform ? "Inform" : "Trap-Notify", error.number, error.text.c_str());
     return 1;
 }
@@ -87,16 +98,8 @@ int send_through(netsnmp_session* session, const trap_version& version, const tr
 
 }  // namespace
 
-void init_varbindings() {
-    for (const notification_definition& notification : notifications) {
-        std::array<int, kMaxTrapColumns>& list = varbindings[notification.number];
-        list.fill(NUMBER_OF_COLUMNS);
-        std::ranges::copy(notification.columns, list.begin());
-    }
-}
-
 int Send_a_Trap(int32_t trapVal, const std::string& msg, int trapVer, int trapType) {
-    SUBAGENT_LOG(7, "sending trap: trapVal=%d, msg='%s', trapVer=%d, trapType=%d\n", trapVal, msg.c_str(),
+    SUBAGENT_LOG(debug, "sending trap: trapVal=%d, msg='%s', trapVer=%d, trapType=%d\n", trapVal, msg.c_str(),
                  trapVer, trapType);
     array_address address;
     trap_version version{};
@@ -104,7 +107,7 @@ int Send_a_Trap(int32_t trapVal, const std::string& msg, int trapVer, int trapTy
     if (check_settings(&address) != 0 || find_version(trapVer, &version) != 0 ||
         build_trap_peer_name(&peername) != 0)
         return 1;
-    SUBAGENT_LOG(7, "sending trap to peername: %s\n", peername.c_str());
+    SUBAGENT_LOG(debug, "sending trap to peername: %s\n", peername.c_str());
     netsnmp_transport* transport = open_trap_transport(peername.c_str());
     if (transport == nullptr)
         return fail("Unable to open transport client");
@@ -126,4 +129,26 @@ int Send_a_Trap(int32_t trapVal, const std::string& msg, int trapVer, int trapTy
 
 int send_notification(int32_t number) {
     return Send_a_Trap(number, "", 0, kTrapTypeEnterprise);
+}
+
+int build_trap_peer_name(std::string* peername) {
+    const int numeric_family = address_family_of(conf_trapDest, true);
+    const bool is_numeric = numeric_family != AF_UNSPEC;
+    if (is_numeric && !is_internet(numeric_family))
+        return refuse_destination("format for trap dest addr");
+    if (!is_numeric && address_family_of(conf_trapDest, false) == AF_UNSPEC)
+        return refuse_destination("trap dest addr");
+    if (conf_trapDest.find(':') != std::string::npos) {
+        if (numeric_family != AF_INET6)
+            return refuse_destination("IPv6 trap dest addr");
+        return accept_destination(peername, "udp6:[", "]:");
+    }
+    if (conf_trapDest.find('.') != std::string::npos) {
+        if (numeric_family != AF_INET)
+            return refuse_destination("IPv4 trap dest addr");
+        return accept_destination(peername, "udp:", ":");
+    }
+    if (!is_internet(address_family_of(conf_trapDest, is_numeric)))
+        return refuse_destination("trap dest addr");
+    return accept_destination(peername, "", ":");
 }

@@ -4,9 +4,10 @@
 #include <new>
 #include <string_view>
 
-#include "apiMgmt/snmpSubagent/snmpSubagentMain/subagentConf.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/settings/subagentConf.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/objectTrap.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/sendTrap.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapPdu.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapVariables.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibColumns.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/trapCatalogue.h"
@@ -58,7 +59,7 @@ int dispatch(TrapToSend& trap, bool recheck) {
 int processSendTrapCmd(TrapToSend& trap, bool recheck) {
     if (!recheck)
         SUBAGENT_LOG(
-            7,
+            debug,
             "%d,%d,%d: trapNum: %d, trapArgA: %d, trapArgB: %d, trapArgC: %d, trapArgD: %d, alertString: "
             "%s\n",
             trap.eventIdA, trap.eventIdB, trap.eventIdC, trap.trapNum, trap.trapArgA, trap.trapArgB,
@@ -73,16 +74,16 @@ void send_coldstart() {
         return;
     std::unique_ptr<TrapToSend> trap(new (std::nothrow) TrapToSend);
     if (trap == nullptr) {
-        SUBAGENT_LOG(4, "send_coldstart: Failed to malloc pTrapToSend\n");
+        SUBAGENT_LOG(warning, "send_coldstart: Failed to malloc pTrapToSend\n");
         return;
     }
-    SUBAGENT_LOG(7, "generate coldstart trap\n");
+    SUBAGENT_LOG(debug, "generate coldstart trap\n");
     trap->eventIdA = trap->eventIdB = trap->eventIdC = 4;
     queue_trap(std::move(trap));
 }
 
 void send_test_trap() {
-    SUBAGENT_LOG(7, "generate a test-trap\n");
+    SUBAGENT_LOG(debug, "generate a test-trap\n");
     TrapToSend trap;
     trap.eventIdA = 28;
     trap.trapNum = kTestTrap;

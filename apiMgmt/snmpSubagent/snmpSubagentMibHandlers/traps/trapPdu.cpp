@@ -2,14 +2,17 @@
 
 #include <arpa/inet.h>
 
+#include <algorithm>
 #include <cstring>
 #include <span>
 #include <vector>
 
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/oidLookup.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/sendTrap.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/oidText.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/trapCatalogue.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
+
+std::map<int32_t, std::array<int, kMaxTrapColumns>> varbindings;
 
 namespace {
 
@@ -41,7 +44,7 @@ int fill_header(netsnmp_pdu* pdu, const trap_content& content) {
     if (content.is_version_1 && content.agent_ip != nullptr) {
         in_addr address{};
         if (inet_pton(AF_INET, content.agent_ip, &address) != 1) {
-            SUBAGENT_LOG(4, "couldn't parse ip addr string: %s\n", content.agent_ip);
+            SUBAGENT_LOG(warning, "couldn't parse ip addr string: %s\n", content.agent_ip);
             return 1;
         }
         memcpy(pdu->agent_addr, &address, sizeof pdu->agent_addr);
@@ -53,7 +56,7 @@ int fill_header(netsnmp_pdu* pdu, const trap_content& content) {
         return 0;
     const std::string uptime = std::to_string(content.uptime);
     if (!add(pdu, kSysUpTime, 't', uptime.c_str())) {
-        SUBAGENT_LOG(4, "Fail on snmp_add_var() for oidUptime: csysuptime=%s\n", uptime.c_str());
+        SUBAGENT_LOG(warning, "Fail on snmp_add_var() for oidUptime: csysuptime=%s\n", uptime.c_str());
         return 1;
     }
     return 0;
@@ -61,12 +64,12 @@ int fill_header(netsnmp_pdu* pdu, const trap_content& content) {
 
 int add_coldstart(netsnmp_pdu* pdu) {
     if (!add_oid(pdu, kSnmpTrapOid, kColdStart)) {
-        SUBAGENT_LOG(4, "Fail on snmp_add_var() for oidSnmpTrap: full_coldstart_str=%s\n",
+        SUBAGENT_LOG(warning, "Fail on snmp_add_var() for oidSnmpTrap: full_coldstart_str=%s\n",
                      oid_text(kColdStart, std::size(kColdStart)).c_str());
         return 1;
     }
     if (!add_oid(pdu, kSnmpTrapEnterprise, kColdStartEnterprise)) {
-        SUBAGENT_LOG(4, "Fail on snmp_add_var() for v2oidSnmpTrap: full_ent_str=%s\n",
+        SUBAGENT_LOG(warning, "Fail on snmp_add_var() for v2oidSnmpTrap: full_ent_str=%s\n",
                      oid_text(kColdStartEnterprise, std::size(kColdStartEnterprise)).c_str());
         return 1;
     }
@@ -77,7 +80,7 @@ int add_identity(netsnmp_pdu* pdu, int32_t trapVal) {
     std::vector<oid> notification(std::begin(kEnterprise), std::end(kEnterprise));
     notification.insert(notification.end(), {0, static_cast<oid>(trapVal)});
     if (!add_oid(pdu, kSnmpTrapOid, notification)) {
-        SUBAGENT_LOG(4, "Fail on snmp_add_var() for oidSnmpTrap: full_ent_str=%s\n",
+        SUBAGENT_LOG(warning, "Fail on snmp_add_var() for oidSnmpTrap: full_ent_str=%s\n",
                      oid_text(notification.data(), notification.size()).c_str());
         return 1;
     }
@@ -93,6 +96,9 @@ int32_t shown_variable(const column_record& column) {
     return column.first_var + column.trapRow + parents_before - 1;
 }
 
+// In this order: the variable of the row that is shown; its name, which receivers tell the object by; its value, as a
+// string that Net-SNMP converts by the letter of its type. A column whose type no notification carries is left out and
+// logged, because the rest is still of use; one without a type stops the notification.
 int add_variable(netsnmp_pdu* pdu, const column_record& column) {
     const int32_t var_index = shown_variable(column);
     const variable_entry& entry = vars[var_index];
@@ -105,7 +111,7 @@ int add_variable(netsnmp_pdu* pdu, const column_record& column) {
     std::string text;
     switch (column.data_type) {
         case SMI_BASETYPE_UNKNOWN:
-            SUBAGENT_LOG(4, "got SMI_BASETYPE_UNKNOWN\n");
+            SUBAGENT_LOG(warning, "got SMI_BASETYPE_UNKNOWN\n");
             return 1;
         case SMI_BASETYPE_INTEGER32:
             type = 'i';
@@ -121,18 +127,19 @@ int add_variable(netsnmp_pdu* pdu, const column_record& column) {
             type = 's';
             text = served_text(var_index);
             break;
-        case 3:
-        case 5:
-        case 6:
-            SUBAGENT_LOG(4, "this data type is not yet handled: %d\n", static_cast<int>(column.data_type));
+        case SMI_BASETYPE_OBJECT_IDENTIFIER:
+        case SMI_BASETYPE_INTEGER64:
+        case SMI_BASETYPE_UNSIGNED64:
+            SUBAGENT_LOG(warning, "this data type is not yet handled: %d\n",
+                         static_cast<int>(column.data_type));
             return 0;
         default:
-            SUBAGENT_LOG(4, "unknown data type: %d\n", static_cast<int>(column.data_type));
+            SUBAGENT_LOG(warning, "unknown data type: %d\n", static_cast<int>(column.data_type));
             return 0;
     }
     if (snmp_add_var(pdu, name, length, type, text.c_str()) == 0)
         return 0;
-    SUBAGENT_LOG(4, "Fail on snmp_add_var() for var binding (%d): %s=%s\n", column.first_var,
+    SUBAGENT_LOG(warning, "Fail on snmp_add_var() for var binding (%d): %s=%s\n", column.first_var,
                  type == 's' ? "pCachedString" : "var_value_str", text.c_str());
     return 1;
 }
@@ -140,7 +147,7 @@ int add_variable(netsnmp_pdu* pdu, const column_record& column) {
 int add_list(netsnmp_pdu* pdu, int32_t trapVal) {
     const auto list = varbindings.find(trapVal);
     if (list == varbindings.end()) {
-        SUBAGENT_LOG(4, "Fail on finding trapaVal in varbindings map: %d\n", trapVal);
+        SUBAGENT_LOG(warning, "Fail on finding trapaVal in varbindings map: %d\n", trapVal);
         return 1;
     }
     for (const int col_id : list->second) {
@@ -165,11 +172,19 @@ int add_content(netsnmp_pdu* pdu, const trap_content& content) {
 
 }  // namespace
 
+void init_varbindings() {
+    for (const notification_definition& notification : notifications) {
+        std::array<int, kMaxTrapColumns>& list = varbindings[notification.number];
+        list.fill(NUMBER_OF_COLUMNS);
+        std::ranges::copy(notification.columns, list.begin());
+    }
+}
+
 int fill_trap_pdu(netsnmp_pdu* pdu, const trap_content& content) {
     if (fill_header(pdu, content) != 0 || add_content(pdu, content) != 0)
         return 1;
     if (!content.msg.empty() && !add(pdu, kEnterprise, 's', content.msg.c_str())) {
-        SUBAGENT_LOG(4, "SNMP PDU Var Fail: %s\n", content.msg.c_str());
+        SUBAGENT_LOG(warning, "SNMP PDU Var Fail: %s\n", content.msg.c_str());
         return 1;
     }
     return 0;

@@ -1,9 +1,24 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <map>
 #include <string>
 
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/netSnmpHeaders.h"
+
+/** Kinds of notification, as version 1 counts them. */
+inline constexpr int kTrapTypeColdStart = 0;
+inline constexpr int kTrapTypeEnterprise = 6;
+
+inline constexpr int kMaxTrapColumns = 16;
+
+/** The columns that each trap number carries, in their order on the wire; NUMBER_OF_COLUMNS ends a list that
+   is not full. */
+extern std::map<int32_t, std::array<int, kMaxTrapColumns>> varbindings;
+
+/** Fills varbindings from the catalogue; once, at the start. */
+void init_varbindings();
 
 /** What a notification consists of, as Send_a_Trap has worked it out. */
 struct trap_content {

@@ -6,7 +6,6 @@
 #include <cstring>
 
 #include "apiMgmt/common/utils/stringUtil.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMain/agentLibrary.h"
 
 namespace {
 
@@ -19,11 +18,11 @@ char community_buffer[kNameBuffer];
 
 }  // namespace
 
-void agent_init_trap_session() {
+void init_trap_session() {
     snmp_sess_init(&trap_session);
 }
 
-void agent_close_trap_session() {
+void end_trap_session() {
     snmp_close(&trap_session);
 }
 

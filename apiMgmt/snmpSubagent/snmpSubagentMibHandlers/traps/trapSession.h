@@ -8,6 +8,10 @@
  * The calls for a notification that reach the network; tests link others in their place. Main thread only.
  */
 
+/** Prepares the session record of the notifications; ends it. */
+void init_trap_session();
+void end_trap_session();
+
 /** Address family of a host; AF_UNSPEC when the lookup fails. */
 int address_family_of(const std::string& host, bool numeric_only);
 

@@ -78,7 +78,7 @@ std::string with_numbers(std::string_view text, std::initializer_list<int32_t> n
 }
 
 int refuse_trap(std::string_view text, std::initializer_list<int32_t> numbers) {
-    SUBAGENT_LOG(4, "%s\n", with_numbers(text, numbers).c_str());
+    SUBAGENT_LOG(warning, "%s\n", with_numbers(text, numbers).c_str());
     return 1;
 }
 

@@ -28,6 +28,15 @@ SOURCE = """\
 // Made from columns.def and refresh.def.
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibDefinition.h"
 
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/folderUsage.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/postProcess.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/tableRefresh.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/setRequest.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/forceTrap.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/forceTrapHandlers.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibValues.h"
+
 namespace {{
 
 int refresh_table(const refresh_operation& operation, bool background) {{

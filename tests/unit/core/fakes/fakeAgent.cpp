@@ -6,8 +6,8 @@
 #include <cstdio>
 
 #include "apiMgmt/common/platform/process.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMain/agentLibrary.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/shellCommand.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/agentLibrary.h"
 #include "tests/unit/core/fakes/fakeClock.h"
 #include "tests/unit/core/fakes/transcript.h"
 
@@ -27,10 +27,10 @@ int exec_error = 0;
 void agent_log_to_stderr() {
     transcript::add("agent log_to_stderr");
 }
-void agent_init_trap_session() {
+void init_trap_session() {
     transcript::add("agent init_trap_session");
 }
-void agent_close_trap_session() {
+void end_trap_session() {
     transcript::add("agent close_trap_session");
 }
 void agent_become_subagent() {

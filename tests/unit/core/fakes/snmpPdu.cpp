@@ -1,6 +1,7 @@
 #include "tests/unit/core/fakes/snmpPdu.h"
 
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/registration.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/registration.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/requestHandler.h"
 #include "tests/unit/core/fakes/mibWorld.h"
 
 snmp_pdu_of_test::snmp_pdu_of_test(int mode) {

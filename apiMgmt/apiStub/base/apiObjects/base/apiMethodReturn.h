@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "apiMgmt/apiStub/base/apiAttributes/numberApiAttributes.h"
+#include "apiMgmt/apiStub/base/apiObjects/base/apiObjectFactory.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/baseApiObject.h"
 
 /** What the status of a document means when its error code is none that this system knows. */
@@ -51,3 +52,7 @@ class APIApiMethodReturn : public BASEApiObject {
     void SetWarningList(const std::vector<std::string>& warnings);
     std::vector<std::string> GetWarningList() const;
 };
+
+/** Here and not in the source, which an archive drops where nothing else refers to the class: whoever
+   includes this registers the class, the entries of the generated ones among them. */
+inline const REGISTERClass<BASEApiObject, APIApiMethodReturn> apiMethodReturnRegistration("ApiMethodReturn");

@@ -1,7 +1,5 @@
 #include "apiMgmt/apiStub/base/apiObjects/base/apiObjectFactory.h"
 
-#include "apiMgmt/apiStub/base/apiObjects/base/apiMethodReturn.h"
-
 // Made at the first registration, which may come before the static objects of this unit.
 
 template <>
@@ -21,10 +19,3 @@ APIObjectFactory<BASEApiMethodObject>& APIObjectFactory<BASEApiMethodObject>::In
     static auto& factory = *new APIObjectFactory;
     return factory;
 }
-
-namespace {
-
-// Registered here and not beside its class: whoever links a factory from the archive gets this unit.
-const REGISTERClass<BASEApiObject, APIApiMethodReturn> registration("ApiMethodReturn");
-
-}  // namespace

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "apiMgmt/apiStub/base/apiAttributes/baseApiAttribute.h"
+#include "apiMgmt/apiStub/base/apiAttributes/objectApiAttributes.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/attributeMap.h"
 
 namespace parser {
@@ -11,10 +12,8 @@ class XMLElement;
 }
 
 /** A structured argument of a call: a set of texts that travels as an element within an attribute. */
-class BASEApiMethodObject {
+class BASEApiMethodObject : public METHODArgument {
   public:
-    virtual ~BASEApiMethodObject() = default;
-
     virtual const std::string& GetObjectName() const = 0;
     virtual const ATTRIBUTEList& GetAttributeList() const;
 
@@ -27,7 +26,7 @@ class BASEApiMethodObject {
 
     /** The argument as an element; escape: values go through EscapeXml. Attributes without a descriptor are
        left out. */
-    std::string ToXml(bool escape) const;
+    std::string ToXml(bool escape) const override;
 
     /** Takes over the child elements, sending each value through UnescapeXml. */
     void FromXml(const parser::XMLElement& element);

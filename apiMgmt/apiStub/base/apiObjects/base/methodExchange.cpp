@@ -1,12 +1,14 @@
 #include "apiMgmt/apiStub/base/apiObjects/base/apiChannel.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/baseApiMethod.h"
-#include "apiMgmt/apiStub/base/apiObjects/base/connectionRecord.h"
+#include "apiMgmt/apiStub/base/apiObjects/base/baseApiMethodReturn.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/elementText.h"
+#include "apiMgmt/apiStub/base/apiObjects/base/responseDecoder.h"
 #include "apiMgmt/common/utils/apiMethodError.h"
 #include "apiMgmt/common/utils/generalUtils.h"
 #include "apiMgmt/proto/apiMgrMsg.pb.h"
 
-// How a call travels. Only what a client links: the daemon sends documents of its own.
+// The operations of BASEApiMethod that send a call and read its answer. Apart from the others, so that only a
+// client links them: the daemon sends documents of its own.
 
 namespace {
 
@@ -78,6 +80,10 @@ void BASEApiMethod::Exchange(const protoIPCMsg::GPBIPCMsg& request, protoIPCMsg:
     }
     WireLinkClient client(GENERALUtils::GetEndpoint(ENDPOINT_APIMGR));
     client.SendReceiveMessage(request, response);
+}
+
+BASEApiMethodReturn* BASEApiMethod::DecodeResponse(const protoIPCMsg::GPBIPCMsg& response) const {
+    return ReturnOfResponse(response).release();
 }
 
 BASEApiMethodReturn* BASEApiMethod::ExecuteWithSession(const std::string& sessionKey,

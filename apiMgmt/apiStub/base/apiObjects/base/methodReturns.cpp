@@ -1,7 +1,13 @@
 #include "apiMgmt/apiStub/base/apiObjects/base/methodReturns.h"
 
-#include "apiMgmt/apiStub/base/apiAttributes/numberText.h"
+#include <algorithm>
+#include <iterator>
+
+#include "apiMgmt/apiStub/base/apiAttributes/attributeText.h"
+#include "apiMgmt/apiStub/base/apiAttributes/filterList.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/elementText.h"
+#include "apiMgmt/apiStub/base/apiObjects/base/getListApiMethod.h"
+#include "apiMgmt/apiStub/base/apiObjects/base/objectWriter.h"
 #include "apiMgmt/common/utils/stringUtil.h"
 #include "apiMgmt/common/xmlwrap/xmlParser.h"
 
@@ -65,4 +71,184 @@ std::vector<ENUMMaskMethodReturn::Row> ENUMMaskMethodReturn::GetRows() const {
             rows.push_back(std::move(row));
     }
     return rows;
+}
+
+// ---- objects ----
+
+namespace {
+
+/** A filter and the descriptors that its items speak of. Objects of a class share their list of descriptors,
+   so these are looked up once for a run of such objects. */
+class FilterCheck {
+  public:
+    explicit FilterCheck(const FILTERList& list) : filter(list), descriptors(list.items.size()) {}
+
+    bool Passes(const BASEApiObject& object) {
+        FindDescriptors(object.GetAttributeList());
+        switch (filter.joinType) {
+            case filter_join::kAnd:
+                return CountOfKnown(object, false) == 0;
+            case filter_join::kOr:
+                return filter.items.empty() || CountOfKnown(object, true) > 0;
+            default:
+                return true;
+        }
+    }
+
+  private:
+    void FindDescriptors(const ATTRIBUTEList& list) {
+        if (&list == known_list)
+            return;
+        known_list = &list;
+        for (size_t i = 0; i < descriptors.size(); ++i)
+            descriptors[i] = FindAttributeIn(list, filter.items[i].name);
+    }
+
+    /** How many items come out so, those without a descriptor passed over. */
+    size_t CountOfKnown(const BASEApiObject& object, bool verdict) const {
+        size_t count = 0;
+        for (size_t i = 0; i < descriptors.size(); ++i) {
+            const FILTERItem& item = filter.items[i];
+            if (descriptors[i] != nullptr &&
+                descriptors[i]->MatchesFilter(item, object.GetAttribute(item.name)) == verdict)
+                ++count;
+        }
+        return count;
+    }
+
+    const FILTERList& filter;
+    const ATTRIBUTEList* known_list = nullptr;
+    std::vector<const BASEApiAttribute*> descriptors;
+};
+
+/** The filter with which the list was asked for, or null. */
+std::unique_ptr<FILTERList> FilterOf(const BASEApiMethod* method) {
+    const auto* list_method = dynamic_cast<const GETLISTApiMethod*>(method);
+    return std::unique_ptr<FILTERList>(list_method == nullptr ? nullptr : list_method->GetFilter());
+}
+
+/** The names in the CSV form: what the objects hold and, where a form says so, no more than that shows. */
+ATTRIBUTENames NamesOf(const std::vector<BASEApiObject*>& objects, const OBJECTForm* form) {
+    ATTRIBUTENames held = BASEApiObject::MergeAttributeNames(objects);
+    if (form == nullptr)
+        return held;
+    ATTRIBUTENames shown;
+    const ATTRIBUTEList* known = nullptr;
+    for (const BASEApiObject* object : objects) {
+        const ATTRIBUTEList& list = form->AttributesOf(*object);
+        if (&list == known)
+            continue;
+        known = &list;
+        for (const BASEApiAttribute* attribute : list) {
+            if (held.contains(attribute->GetXmlName()))
+                shown.insert(attribute->GetXmlName());
+        }
+    }
+    return shown;
+}
+
+}  // namespace
+
+// ---- COMPObjectMethodReturn ----
+
+COMPObjectMethodReturn::COMPObjectMethodReturn(bool holdsList, BASEApiMethod* owned)
+    : BASEApiMethodReturn(true, owned), isArray(holdsList) {}
+
+COMPObjectMethodReturn::~COMPObjectMethodReturn() {
+    DropObjectsExcept({});
+}
+
+std::string COMPObjectMethodReturn::ReturnXml(int encoding) const {
+    std::string xml;
+    AppendReturnXml(xml, encoding);
+    return xml;
+}
+
+void COMPObjectMethodReturn::AppendReturnXml(std::string& document, int encoding) const {
+    if (objects.empty()) {
+        document += isArray ? "<ReturnObjectArray />" : "";
+    } else if (isArray) {
+        document += "<ReturnObjectArray>";
+        AppendObjects(document, encoding, ObjectsToWrite());
+        document += "</ReturnObjectArray>";
+    } else {
+        document += "<ReturnObject>";
+        AppendObjects(document, encoding, {objects.front()});
+        document += "</ReturnObject>";
+    }
+}
+
+void COMPObjectMethodReturn::AppendObjects(std::string& document, int encoding,
+                                           const std::vector<BASEApiObject*>& written) const {
+    if (encoding != object_encoding::kCsv) {
+        OBJECTWriter writer(form);
+        for (const BASEApiObject* object : written)
+            writer.Append(document, *object);
+        return;
+    }
+    const ATTRIBUTENames names = NamesOf(written, form);
+    document += BASEApiObject::HeaderText(names) + "<Data>";
+    for (const BASEApiObject* object : written) {
+        object->AppendDataRow(document, names);
+        document += isArray ? ":" : "";
+    }
+    document += "</Data>";
+}
+
+std::vector<BASEApiObject*> COMPObjectMethodReturn::ObjectsToWrite() const {
+    const std::unique_ptr<FILTERList> filter = FilterOf(GetMethod());
+    if (!filter)
+        return objects;
+    FilterCheck check(*filter);
+    std::vector<BASEApiObject*> passed;
+    std::copy_if(objects.begin(), objects.end(), std::back_inserter(passed),
+                 [&](const BASEApiObject* object) { return check.Passes(*object); });
+    return passed;
+}
+
+BASEApiObject* COMPObjectMethodReturn::GetObject() const {
+    return isArray || objects.empty() ? nullptr : objects.front();
+}
+
+bool COMPObjectMethodReturn::AddObject(BASEApiObject* object, bool replace) {
+    if (object == nullptr || (!replace && !isArray && !objects.empty()))
+        return false;
+    if (replace)
+        DropObjectsExcept({object});
+    objects.push_back(object);
+    return true;
+}
+
+void COMPObjectMethodReturn::AssignObjects(std::vector<BASEApiObject*> list) {
+    std::erase(list, nullptr);
+    DropObjectsExcept(list);
+    objects = std::move(list);
+}
+
+/** Those that are about to be held again must live. */
+void COMPObjectMethodReturn::DropObjectsExcept(std::vector<BASEApiObject*> kept) {
+    if (ownsObjects && !objects.empty()) {
+        std::sort(kept.begin(), kept.end());
+        for (BASEApiObject* object : objects) {
+            if (!std::binary_search(kept.begin(), kept.end(), object))
+                delete object;
+        }
+    }
+    objects.clear();
+}
+
+// ---- METHODObjectMethodReturn ----
+
+METHODObjectMethodReturn::METHODObjectMethodReturn(bool holdsList, BASEApiMethod* owned)
+    : BASEApiMethodReturn(true, owned), isArray(holdsList) {}
+
+std::string METHODObjectMethodReturn::ReturnXml(int /*encoding*/) const {
+    if (objects.empty())
+        return isArray ? "<ReturnMethodObjectArray />" : "";
+    if (!isArray)
+        return "<ReturnMethodObject>" + objects.front()->ToXml(true) + "</ReturnMethodObject>";
+    std::string xml = "<ReturnMethodObjectArray>";
+    for (const auto& object : objects)
+        xml += object->ToXml(true);
+    return xml + "</ReturnMethodObjectArray>";
 }

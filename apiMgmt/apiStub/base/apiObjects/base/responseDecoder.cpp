@@ -1,15 +1,14 @@
+#include "apiMgmt/apiStub/base/apiObjects/base/responseDecoder.h"
+
 #include <memory>
 
 #include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiEnumsIDStrList.h"
-#include "apiMgmt/apiStub/base/apiAttributes/numberText.h"
+#include "apiMgmt/apiStub/base/apiAttributes/attributeText.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/apiObjectFactory.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/methodReturns.h"
 #include "apiMgmt/common/utils/stringUtil.h"
 #include "apiMgmt/common/xmlwrap/xmlParser.h"
 #include "apiMgmt/proto/apiMgrMsg.pb.h"
-
-// From a response to a return: envelope, document, status, result. Each step that fails makes a return of its
-// own; nothing is thrown.
 
 namespace {
 
@@ -192,9 +191,9 @@ Return DecodeDocument(const std::string& document) {
 
 }  // namespace
 
-BASEApiMethodReturn* BASEApiMethod::DecodeResponse(const protoIPCMsg::GPBIPCMsg& response) const {
+std::unique_ptr<BASEApiMethodReturn> ReturnOfResponse(const protoIPCMsg::GPBIPCMsg& response) {
     const char* fault = FaultOfEnvelope(response);
     if (fault != nullptr)
-        return ParsingFailure(kInvalidContent, fault).release();
-    return DecodeDocument(response.apirespmsg().cmd().respdata()).release();
+        return ParsingFailure(kInvalidContent, fault);
+    return DecodeDocument(response.apirespmsg().cmd().respdata());
 }

@@ -6,6 +6,7 @@ from .layout import WIDTH
 REGISTRATION = """\
 // Made from the files of the objects and methodObjects.def.
 {includes}
+#include "apiMgmt/apiStub/base/apiObjects/base/apiMethodReturn.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/apiObjectFactory.h"
 
 namespace {{
