@@ -24,7 +24,7 @@ struct column_definition {
     set_fn_type set_fn;
 };
 
-/** How one table is refreshed, as refresh.def describes it. */
+/** How one table is refreshed, as columns.def describes it. */
 struct refresh_operation {
     int col_id; /**< the table's first column */
     const char* apiName;
