@@ -4,10 +4,11 @@ import argparse
 import sys
 
 from codegen.model import catalogueReader, classNames, metrics, snmp, watches
+from codegen.model import settings as settingsReader
 from codegen.reader import Data, DataError
-from codegen.writers import (apiAssociations, apiDescription, apiHeaders, apiReference, apiRegistration, apiSources,
-                             conventionRows, dashboard, enumerations, exporter, mibModule, mibReference, nagios,
-                             output, rules, snmptt, store, traps, zabbix)
+from codegen.writers import (apiAssociations, apiHeaders, apiReference, apiRegistration, apiRequests, apiSources,
+                             catalogueTable, conventionRows, dashboard, enumerations, exporter, mibModule, mibReference, nagios,
+                             output, rules, settings, snmptt, store, traps, zabbix)
 
 
 def api_files(data):
@@ -17,7 +18,6 @@ def api_files(data):
     yield "apiEnumsIDStrList.cpp", enumerations.render_source(tables)
     yield "catalogueRegistration.cpp", apiRegistration.render(catalogue)
     yield "apiAssociations.cpp", apiAssociations.render(catalogue)
-    yield "catalogue.json", apiDescription.render_json(catalogue)
     yield "apiReference.md", apiReference.render(catalogue)
     yield classNames.METHOD_OBJECT_UNIT + ".h", apiHeaders.render_method_objects(catalogue.method_objects)
     yield classNames.METHOD_OBJECT_UNIT + ".cpp", apiSources.render_method_objects(catalogue.method_objects)
@@ -26,14 +26,28 @@ def api_files(data):
         yield classNames.unit(each.name) + ".cpp", apiSources.render_object(each)
 
 
+def client_files(data):
+    """The catalogue of the API for apiClient."""
+    catalogue, _ = catalogueReader.read(data)
+    yield "catalogueTable.cpp", catalogueTable.render(catalogue)
+
+
 def store_files(data):
-    """The daemon's tables: columns, refreshes, notifications."""
+    """The daemon's tables: columns, refreshes, requests, notifications."""
     model = snmp.read(data)
     yield "mibColumns.h", store.render_header(model.mib)
     yield "mibColumns.cpp", store.render_source(model.mib)
+    yield "apiRequests.h", apiRequests.render(model)
     yield "trapCatalogue.cpp", traps.render_catalogue(model.traps)
     yield "forceTrapHandlers.h", traps.render_handlers_header(model.traps)
     yield "forceTrapHandlers.cpp", traps.render_handlers(model.traps)
+
+
+def settings_files(data):
+    """The daemon's table of settings, and their manual page."""
+    found = settingsReader.read(data)
+    yield "confSettings.inc", settings.render_rows(found)
+    yield "snmpSubagent.conf.5", settings.render_page(found, data.text("daemon/snmpSubagent.conf.5"))
 
 
 def mib_files(data):
@@ -62,7 +76,8 @@ def monitoring_files(data):
     yield "snmptt/tessera.conf", snmptt.Events(model, all_watches).file()
 
 
-KINDS = {"api": api_files, "store": store_files, "mib": mib_files, "monitoring": monitoring_files}
+KINDS = {"api": api_files, "client": client_files, "store": store_files, "settings": settings_files, "mib": mib_files,
+         "monitoring": monitoring_files}
 
 
 def main():

@@ -144,6 +144,16 @@ int get_lastPart(int32_t var_index, bool) { return store_number(var_index, lastP
     {"status", oid_status, 9, SMI_BASETYPE_INTEGER32, false, false, 0, 0, 1, 0, compute_status, nullptr},
 """
 
+REQUESTS = """\
+#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsController.h"
+    REQUEST("tsController", TsController) \\
+    REQUEST("tsFan", TsFan) \\
+    REQUEST("tsLog", TsLog)
+#define API_INSTANCE_REQUESTS(REQUEST) \\
+    REQUEST("tsController", TsController) \\
+    REQUEST("tsLog", TsLog)
+"""
+
 CATALOGUE = r"""
 constexpr int32_t plain_table[] = {1, 7};
 constexpr int columns_204[] = {COLID_title, COLID_ctlrStatus};
@@ -361,6 +371,7 @@ class MibDataTest(codegenCase.CodegenCase):
         self.assertEqual(self.run_on(), (0, ""))
         self.assert_in_order("mibColumns.h", HEADER)
         self.assert_in_order("mibColumns.cpp", SOURCE)
+        self.assert_in_order("apiRequests.h", REQUESTS)
         self.assert_in_order("trapCatalogue.cpp", CATALOGUE)
         self.assert_in_order("forceTrapHandlers.cpp", HANDLERS)
 
