@@ -8,8 +8,6 @@ import time
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.realpath(__file__)), "..", "..", "tests", "system"))
 from harness import array, daemon, machine, manager, mib, receiver, waiting  # noqa: E402  (found through the line above)
-from apiMgmt.common.generator import reader  # noqa: E402  (harness.mib has made the repository known)
-from apiMgmt.snmpSubagent.snmpSubagentMibParser.generator import traps  # noqa: E402
 
 STATUS = {"1": "Up", "2": "Down", "3": "Degraded"}
 TRUTH = {"1": "yes", "2": "no"}
@@ -66,7 +64,6 @@ class Watcher:
 
     def __init__(self):
         self.trapd = receiver.Trapd(TRAP_COMMUNITY, TRAP_PORT)
-        self.catalogue = traps.build(mib.MIB, reader.read_lines(os.path.join(mib.PARSER, "data", "traps.def")))
         self.seen = 0
 
     def next(self):
@@ -79,7 +76,7 @@ class Watcher:
     def name_of(self, oid):
         if oid == COLD_START:
             return "coldStart"
-        return self.catalogue.notification(int(oid.removeprefix(NOTIFICATIONS))).name
+        return mib.TRAPS.notification(int(oid.removeprefix(NOTIFICATIONS))).name
 
     def show_next(self):
         name, values = self.next()

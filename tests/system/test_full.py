@@ -16,7 +16,7 @@ def instances(column, random_source):
     table = column.table
     if table is None:
         return [(0,)]
-    if table.parent == "none":
+    if not table.parent:
         return sorted({(1,), (table.rows,), (random_source.randint(1, table.rows),)})
     return sorted({(1, 1), (1, table.rows), (table.parents, 1), (table.parents, table.rows),
                    (random_source.randint(1, table.parents), random_source.randint(1, table.rows))})
@@ -65,7 +65,7 @@ class AFullArray(story.SharedStory):
         for column in self.below_the_enterprise():
             if column.table is None:
                 oids.append(mib.oid(column.name, 1))
-            elif column.table.parent == "none":
+            elif column.not table.parent:
                 oids += [mib.oid(column.name, column.table.rows + 1), mib.oid(column.name, 0)]
             else:
                 oids += [mib.oid(column.name, 1, column.table.rows + 1),

@@ -1,85 +1,81 @@
 #include "tools/apiClient/apiCatalogue.h"
 
-#include <nlohmann/json.hpp>
-
 #include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiEnumsIDStrList.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/baseApiMethod.h"
-
-extern const std::string_view catalogue_text;
+#include "tools/apiClient/catalogueTable.h"
 
 namespace {
 
-using nlohmann::json;
+using What = CatalogueRow::What;
 
-std::optional<int64_t> Rule(const json& from, const char* key) {
-    return from.contains(key) ? std::optional<int64_t>(from[key].get<int64_t>()) : std::nullopt;
+std::optional<int64_t> Rule(int64_t value) {
+    return value == CatalogueRow::kNoRule ? std::nullopt : std::optional(value);
 }
 
-CatalogueAttribute ReadAttribute(const json& from) {
-    return {.name = from.at("name"),
-            .kind = from.at("kind"),
-            .label = from.at("label"),
-            .table = from.value("table", ""),
-            .object = from.value("object", ""),
-            .invalid = from.value("invalid", ""),
-            .min = Rule(from, "min"),
-            .max = Rule(from, "max"),
-            .minLength = Rule(from, "minLength"),
-            .maxLength = Rule(from, "maxLength"),
-            .needed = from.value("needed", false)};
+CatalogueAttribute ReadAttribute(const CatalogueRow& row) {
+    return {.name = std::string(row.name),
+            .kind = std::string(row.kind),
+            .label = std::string(row.text),
+            .table = std::string(row.table),
+            .object = std::string(row.object),
+            .invalid = std::string(row.invalid),
+            .min = Rule(row.min),
+            .max = Rule(row.max),
+            .minLength = Rule(row.minLength),
+            .maxLength = Rule(row.maxLength),
+            .needed = row.what == What::kNeeded};
 }
 
-std::vector<CatalogueAttribute> ReadAttributes(const json& from) {
-    std::vector<CatalogueAttribute> attributes;
-    for (const json& each : from) {
-        attributes.push_back(ReadAttribute(each));
-    }
-    return attributes;
-}
-
-CatalogueCommand ReadCommand(const json& from) {
-    return {.name = from.at("name"),
+CatalogueCommand ReadCommand(const CatalogueRow& row) {
+    return {.name = std::string(row.name),
             .isAssociation = false,
-            .changesState = from.at("changesState"),
-            .privilege = from.at("privilege"),
-            .arguments = ReadAttributes(from.at("arguments"))};
+            .changesState = row.what == What::kChange,
+            .privilege = std::string(row.text),
+            .arguments = {}};
 }
 
-CatalogueCommand ReadAssociation(const json& name) {
+CatalogueCommand ReadAssociation(const CatalogueRow& row) {
     CatalogueAttribute instance;
     instance.name = "InstanceId";
     instance.kind = "INSTANCEID";
     instance.label = "Instance ID";
     instance.needed = true;
-    return {.name = name,
+    return {.name = std::string(row.name),
             .isAssociation = true,
             .changesState = false,
             .privilege = "Reporter",
             .arguments = {instance}};
 }
 
-CatalogueObject ReadObject(const json& from) {
-    CatalogueObject object{from.at("name"), from.at("text"), ReadAttributes(from.at("attributes")), {}};
-    for (const json& each : from.value("commands", json::array())) {
-        object.commands.push_back(ReadCommand(each));
+void AddRow(CatalogueObject& object, const CatalogueRow& row) {
+    switch (row.what) {
+        case What::kAttribute:
+            object.attributes.push_back(ReadAttribute(row));
+            break;
+        case What::kNeeded:
+        case What::kTaken:
+            object.commands.back().arguments.push_back(ReadAttribute(row));
+            break;
+        case What::kAssociation:
+            object.commands.push_back(ReadAssociation(row));
+            break;
+        default:
+            object.commands.push_back(ReadCommand(row));
     }
-    for (const json& each : from.value("associations", json::array())) {
-        object.commands.push_back(ReadAssociation(each));
-    }
-    return object;
-}
-
-std::vector<CatalogueObject> ReadObjects(const json& from) {
-    std::vector<CatalogueObject> objects;
-    for (const json& each : from) {
-        objects.push_back(ReadObject(each));
-    }
-    return objects;
 }
 
 Catalogue ReadCatalogue() {
-    const json whole = json::parse(catalogue_text);
-    return {ReadObjects(whole.at("objects")), ReadObjects(whole.at("methodObjects"))};
+    Catalogue catalogue;
+    std::vector<CatalogueObject>* objects = nullptr;
+    for (const CatalogueRow& row : catalogue_rows) {
+        if (row.what == What::kObject || row.what == What::kMethodObject) {
+            objects = row.what == What::kObject ? &catalogue.objects : &catalogue.methodObjects;
+            objects->push_back({std::string(row.name), std::string(row.text), {}, {}});
+        } else {
+            AddRow(objects->back(), row);
+        }
+    }
+    return catalogue;
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 #include "tools/apiClient/completion.h"
 
-#include <algorithm>
+#include <CLI/CLI.hpp>
 
 #include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiEnumsIDStrList.h"
 #include "tools/apiClient/apiCatalogue.h"
@@ -10,14 +10,29 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-constexpr std::string_view kOptionsWithValue[] = {"--filter",  "--columns",  "--format",
-                                                  "--socket",  "--key-file", "--locale",
-                                                  "--timeout", "--width",    "--enumeration"};
-constexpr std::string_view kFlags[] = {"--list",     "--any",      "--association", "--lite",
-                                       "--readable", "--no-check", "--print",       "--help"};
+const CLI::Option* FindOption(const CLI::App& app, const std::string& word) {
+    return word.starts_with('-') ? app.get_option_no_throw(word) : nullptr;
+}
 
-bool TakesValue(std::string_view word) {
-    return std::ranges::find(kOptionsWithValue, word) != std::end(kOptionsWithValue);
+Words OptionNames(const CLI::App& app) {
+    Words names;
+    for (const CLI::Option* option : app.get_options()) {
+        for (const std::string& name : option->get_lnames()) {
+            names.push_back("--" + name);
+        }
+    }
+    return names;
+}
+
+/** The values that the option's check allows, which CLI11 describes as in "TEXT:{table,csv}". */
+Words AllowedValues(const CLI::Option& option) {
+    const std::string type = option.get_type_name();
+    const size_t begin = type.find('{');
+    Words values;
+    if (begin != std::string::npos) {
+        SplitChar(type.substr(begin + 1, type.find('}') - begin - 1), ',', values);
+    }
+    return values;
 }
 
 template <class Item>
@@ -51,10 +66,11 @@ Words ValuesOf(const CatalogueAttribute& attribute) {
 
 class Completer {
   public:
-    Completer(const Words& words, const std::string& last) : last_(last) {
+    Completer(const CLI::App& app, const Words& words, const std::string& last) : app_(app), last_(last) {
         for (size_t i = 0; i < words.size(); ++i) {
-            if (TakesValue(words[i])) {
-                option_ = i + 1 == words.size() ? words[i] : "";
+            const CLI::Option* option = FindOption(app, words[i]);
+            if (option != nullptr && option->get_items_expected_max() > 0) {
+                option_ = i + 1 == words.size() ? option : nullptr;
                 ++i;
             } else if (!words[i].starts_with('-')) {
                 positions_.push_back(words[i]);
@@ -66,13 +82,11 @@ class Completer {
     }
 
     Words Candidates() const {
-        if (!option_.empty()) {
+        if (option_ != nullptr) {
             return OptionValues();
         }
         if (last_.starts_with('-')) {
-            Words options(std::begin(kOptionsWithValue), std::end(kOptionsWithValue));
-            options.insert(options.end(), std::begin(kFlags), std::end(kFlags));
-            return options;
+            return OptionNames(app_);
         }
         if (positions_.empty()) {
             return NamesOf(ApiCatalogue().objects);
@@ -85,23 +99,21 @@ class Completer {
 
   private:
     Words OptionValues() const {
-        if (option_ == "--format") {
-            return {"table", "csv", "json", "xml"};
-        }
-        if (option_ == "--locale") {
+        const auto is = [&](const char* name) { return option_->check_name(name); };
+        if (is("--locale")) {
             return RowsOf(APIEnumsIDStrList::gLanguageLocaleEnumIdStrList);
         }
-        if (option_ == "--enumeration") {
+        if (is("--enumeration")) {
             Words names;
             for (const ENUMNamedTable& each : APIEnumsIDStrList::gAllEnumTables) {
                 names.emplace_back(each.name);
             }
             return names;
         }
-        if (object_ == nullptr) {
-            return {};
+        if (is("--columns") || is("--filter")) {
+            return object_ == nullptr ? Words{} : is("--columns") ? Columns() : Conditions();
         }
-        return option_ == "--columns" ? Columns() : option_ == "--filter" ? Conditions() : Words{};
+        return AllowedValues(*option_);
     }
 
     Words Columns() const {
@@ -196,8 +208,9 @@ class Completer {
         return field == nullptr ? Words{} : Prefixed(before + field->name + "=", ValuesOf(*field));
     }
 
+    const CLI::App& app_;
     const std::string& last_;
-    std::string option_;  ///< whose value is being written; empty for none
+    const CLI::Option* option_ = nullptr;  ///< whose value is being written; null for none
     Words positions_;
     const CatalogueObject* object_ = nullptr;
     const CatalogueCommand* command_ = nullptr;
@@ -205,9 +218,10 @@ class Completer {
 
 }  // namespace
 
-std::vector<std::string> Completions(const std::vector<std::string>& words, const std::string& last) {
+std::vector<std::string> Completions(const CLI::App& app, const std::vector<std::string>& words,
+                                     const std::string& last) {
     Words fitting;
-    for (const std::string& each : Completer(words, last).Candidates()) {
+    for (const std::string& each : Completer(app, words, last).Candidates()) {
         if (CompareNoCase(each.substr(0, last.size()), last) == 0) {
             fitting.push_back(each);
         }

@@ -3,10 +3,15 @@
 #include <string>
 #include <vector>
 
+namespace CLI {
+class App;
+}
+
 /**
- * What the last word of a command line can become: objects, commands, arguments with values of enumerations,
- * conditions, columns, options. words: those before it, without the program's name. A candidate that ends in
- * "=",
- * "." , "," or a blank goes on. File names are for the shell.
+ * Returns what the last word of a command line can become: objects, commands, arguments with values of
+ * enumerations, conditions, columns, and the options of the program that `app` describes with their values.
+ * words: those before it, without the program's name. A candidate that ends in "=", ".", "," or a space goes
+ * on. File names are left to the shell.
  */
-std::vector<std::string> Completions(const std::vector<std::string>& words, const std::string& last);
+std::vector<std::string> Completions(const CLI::App& app, const std::vector<std::string>& words,
+                                     const std::string& last);

@@ -1,10 +1,10 @@
 #include "tools/apiClient/jsonText.h"
 
-#include <charconv>
 #include <nlohmann/json.hpp>
 
 #include "apiMgmt/apiStub/base/apiAttributes/apiAttributes.h"
 #include "apiMgmt/common/utils/stringUtil.h"
+#include "apiMgmt/common/utils/wholeNumber.h"
 
 namespace {
 
@@ -14,9 +14,8 @@ using Json = nlohmann::ordered_json;
 // would look like a value that is not there.
 
 Json IntegerJson(const std::string& text) {
-    int64_t number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return error == std::errc() && end == text.data() + text.size() ? Json(number) : Json(text);
+    const std::optional<int64_t> number = ParseWhole<int64_t>(text);
+    return number ? Json(*number) : Json(text);
 }
 
 Json RealJson(const std::string& text) {

@@ -91,6 +91,17 @@ class Program {
         }
     }
 
+    int Complete(std::vector<std::string> words) {
+        if (!words.empty()) {
+            const std::string last = words.back();
+            words.pop_back();
+            for (const std::string& each : Completions(app_, words, last)) {
+                out_ << each << '\n';
+            }
+        }
+        return kAnswered;
+    }
+
   private:
     void AddCall() {
         CallRequest& call = options_.call;
@@ -238,21 +249,11 @@ class Program {
     CLI::App app_{kDescription, "apiClient"};
 };
 
-int Complete(int argc, const char* const* argv, std::ostream& out) {
-    const std::vector<std::string> words(argv, argv + argc);
-    if (!words.empty()) {
-        for (const std::string& each : Completions({words.begin(), words.end() - 1}, words.back())) {
-            out << each << '\n';
-        }
-    }
-    return kAnswered;
-}
-
 }  // namespace
 
 int RunProgram(int argc, const char* const* argv, std::ostream& out, std::ostream& err) {
     if (argc > 1 && std::string_view(argv[1]) == kComplete) {
-        return Complete(argc - 2, argv + 2, out);
+        return Program(out, err).Complete({argv + 2, argv + argc});
     }
     return Program(out, err).Run(argc, argv);
 }

@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <charconv>
 #include <chrono>
 #include <ctime>
 #include <iterator>
@@ -22,16 +21,11 @@
 #include "apiMgmt/apiStub/base/apiAttributes/temperatureValue.h"
 #include "apiMgmt/common/utils/netUtil.h"
 #include "apiMgmt/common/utils/stringUtil.h"
+#include "apiMgmt/common/utils/wholeNumber.h"
 #include "tools/apiClient/attributeWords.h"
 #include "tools/apiClient/usageError.h"
 
 namespace {
-
-std::optional<int64_t> ReadWhole(const std::string& text) {
-    int64_t number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return error == std::errc() && end == text.data() + text.size() ? std::optional(number) : std::nullopt;
-}
 
 /** A number at the start of a text and what stands behind it. */
 struct RealPrefix {
@@ -71,7 +65,7 @@ std::string BooleanText(const CatalogueAttribute& attribute, const std::string& 
 }
 
 std::string WholeText(const CatalogueAttribute& attribute, const std::string& value) {
-    const std::optional<int64_t> number = ReadWhole(value);
+    const std::optional<int64_t> number = ParseWhole<int64_t>(value);
     if (!number) {
         RefuseValue(attribute, value);
     }
@@ -165,7 +159,7 @@ std::string SizeText(const CatalogueAttribute& attribute, const std::string& val
 bool IsDegrees(std::string text) {
     Trim(text);
     const size_t blank = text.find(' ');
-    const std::optional<int64_t> number = ReadWhole(text.substr(0, blank));
+    const std::optional<int64_t> number = ParseWhole<int64_t>(text.substr(0, blank));
     std::string unit = blank == std::string::npos ? "" : text.substr(blank);
     Trim(unit);
     return number && std::in_range<int32_t>(*number) &&
@@ -204,7 +198,7 @@ bool IsVersion(std::string text) {
         return false;
     }
     for (size_t i = 0; i < fields.size(); ++i) {
-        const std::optional<int64_t> number = ReadWhole(fields[i]);
+        const std::optional<int64_t> number = ParseWhole<int64_t>(fields[i]);
         if (!number || fields[i][0] == '-' || *number > kGreatest[i]) {
             return false;
         }
@@ -325,7 +319,7 @@ std::string EnumerationText(const CatalogueAttribute& attribute, const std::stri
     if (const ENUMRow* row = rows.FindDescription(value)) {
         return std::string(row->Description);
     }
-    const std::optional<int64_t> id = ReadWhole(value);
+    const std::optional<int64_t> id = ParseWhole<int64_t>(value);
     for (const ENUMRow& row : rows) {
         if (CompareNoCase(UiText(row), value) == 0 || id == row.Value) {
             return std::string(row.Description);

@@ -3,12 +3,12 @@
 #include <arpa/inet.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cstdint>
 #include <optional>
 #include <vector>
 
 #include "apiMgmt/common/utils/stringUtil.h"
+#include "apiMgmt/common/utils/wholeNumber.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibDefinition.h"
 #include "tools/checkconf/judgement.h"
 
@@ -20,14 +20,6 @@ using Directive = MasterAgentFile::Directive;
 using Oid = std::vector<oid>;
 
 constexpr int kAddressBits = 32;
-
-/** The whole of a text as a number. */
-template <class Number>
-std::optional<Number> ReadNumber(std::string_view text, int base = 10) {
-    Number number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
-    return error == std::errc() && end == text.data() + text.size() ? std::optional(number) : std::nullopt;
-}
 
 Oid SelfTestOid() {
     const column_definition& column = column_definitions[COLID_selfTestVersion];
@@ -42,7 +34,7 @@ std::optional<Oid> ReadOid(const std::string& text) {
     SplitChar(text.starts_with('.') ? text.substr(1) : text, '.', pieces);
     Oid value;
     for (const std::string& piece : pieces) {
-        const std::optional<uint32_t> number = ReadNumber<uint32_t>(piece);
+        const std::optional<uint32_t> number = ParseWhole<uint32_t>(piece);
         if (!number)
             return std::nullopt;
         value.push_back(*number);
@@ -77,7 +69,7 @@ std::optional<std::vector<uint8_t>> ReadMask(std::string text) {
     for (std::string_view octet : octets) {
         if (octet.starts_with("0x"))
             octet.remove_prefix(2);
-        const std::optional<uint8_t> bits = ReadNumber<uint8_t>(octet, 16);
+        const std::optional<uint8_t> bits = ParseWhole<uint8_t>(octet, 16);
         if (!bits)
             return std::nullopt;
         mask.push_back(*bits);
@@ -135,7 +127,7 @@ Judgement LineShows(const MasterAgentFile& file, const Directive& words, const O
 
 /** Of digits as in 8, or an address; nothing for anything else. */
 std::optional<uint32_t> ReadNetMask(const std::string& text) {
-    if (const std::optional<int> bits = ReadNumber<int>(text)) {
+    if (const std::optional<int> bits = ParseWhole<int>(text)) {
         if (*bits < 0 || *bits > kAddressBits)
             return std::nullopt;
         return *bits == 0 ? 0 : ~uint32_t{0} << (kAddressBits - *bits);

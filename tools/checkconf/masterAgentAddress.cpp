@@ -5,25 +5,23 @@
 #include <sys/socket.h>
 
 #include <algorithm>
+#include <cstdint>
+#include <optional>
 #include <string_view>
 
 #include "apiMgmt/common/utils/stringUtil.h"
+#include "apiMgmt/common/utils/wholeNumber.h"
 
 namespace checkconf {
 
 namespace {
 
-constexpr int kPort = 161;
-constexpr std::string_view kDigits = "0123456789";
+constexpr uint64_t kPort = 161;
 
 // What else snmpd can listen at. A word that is none of them, nor udp, is the name of a host.
 constexpr std::string_view kOtherTransports[] = {"udp6",   "udpv6",   "udpipv6", "tcp",     "tcp6",
                                                  "tcpv6",  "tcpipv6", "unix",    "dtlsudp", "dtls",
                                                  "tlstcp", "ssh",     "ipx",     "aal5pvc", "pvc"};
-
-bool IsNumber(std::string_view text) {
-    return !text.empty() && text.find_first_not_of(kDigits) == std::string_view::npos;
-}
 
 Judgement Judge(bool truth) {
     return truth ? Judgement::kYes : Judgement::kNo;
@@ -40,16 +38,16 @@ Judgement HostIsThisMachine(const std::string& host) {
 
 /** HOST, PORT, HOST:PORT or nothing at all. */
 Judgement UdpServesThisMachine(const std::string& place) {
-    if (IsNumber(place))
-        return Judge(ParseInt(place) == kPort);
+    if (const std::optional<uint64_t> port = ParseWhole<uint64_t>(place))
+        return Judge(*port == kPort);
     if (std::ranges::count(place, ':') > 1)
         return Judgement::kNo;  // of IPv6, and IPv4 does not come along
     const size_t colon = place.find(':');
     if (colon != std::string::npos) {
-        const std::string port = place.substr(colon + 1);
-        if (!IsNumber(port))
+        const std::optional<uint64_t> port = ParseWhole<uint64_t>(place.substr(colon + 1));
+        if (!port)
             return Judgement::kNotLookedAt;
-        if (ParseInt(port) != kPort)
+        if (*port != kPort)
             return Judgement::kNo;
     }
     return HostIsThisMachine(place.substr(0, colon));

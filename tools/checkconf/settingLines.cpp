@@ -1,7 +1,6 @@
 #include "tools/checkconf/settingLines.h"
 
 #include <algorithm>
-#include <array>
 #include <optional>
 
 #include "apiMgmt/common/utils/textFile.h"
@@ -12,15 +11,6 @@ namespace checkconf {
 namespace {
 
 constexpr std::string_view kBlanks = " \t";
-constexpr std::string_view kFlags[] = {"trapsEnabled", "verbose", "sendTestTrap"};
-constexpr std::string_view kNumbers[] = {"trapPort", "trapVer", "controllerIdLeader", "controllerIdThis",
-                                         "controllerIndexThis"};
-// Their values are as good as passwords, and warnings end in journals.
-constexpr std::string_view kSecrets[] = {"rwcommunity", "rocommunity", "trapCommun"};
-
-bool IsOneOf(std::string_view key, auto& keys) {
-    return std::ranges::find(keys, key) != std::end(keys);
-}
 
 std::string Quoted(std::string_view text) {
     return "'" + std::string(text) + "'";
@@ -91,10 +81,12 @@ bool CheckKeyPlace(const Texts& texts, std::string_view key, const conf_place& p
     return false;
 }
 
-void CheckValue(const Texts& texts, std::string_view key, const conf_place& place, Report& report) {
+void CheckValue(const Texts& texts, const conf_setting& setting, const conf_place& place, Report& report) {
+    const std::string_view key = setting.key;
     const std::string_view value = std::string_view(texts.read).substr(place.value, place.end - place.value);
     const std::string here = texts.Line(place.key) + ": ";
-    const std::string shown = IsOneOf(key, kSecrets) ? "its value" : Quoted(value);
+    // Secrets are as good as passwords, and warnings end in journals.
+    const std::string shown = setting.is_secret ? "its value" : Quoted(value);
     if (value.empty()) {
         report.Warn(here + std::string(key) + " has no value");
         return;
@@ -102,14 +94,16 @@ void CheckValue(const Texts& texts, std::string_view key, const conf_place& plac
     if (value.find_last_not_of(" \t\r") != value.size() - 1)
         report.Warn(here + "the " + (value.back() == '\r' ? "carriage return" : "blank") +
                     " at the end belongs to the value of " + std::string(key));
-    else if (IsOneOf(key, kFlags) && value != "yes" && value != "no")
+    else if (setting.type == conf_type::flag && value != "yes" && value != "no")
         report.Warn(here + std::string(key) + " is " + shown +
                     ", which is off: yes alone, in small letters, is on");
-    if (IsOneOf(key, kNumbers) && value.find_first_not_of("0123456789") != std::string_view::npos)
+    const bool is_number = setting.type == conf_type::number || setting.type == conf_type::controller;
+    if (is_number && value.find_first_not_of("0123456789") != std::string_view::npos)
         report.Warn(here + std::string(key) + " is " + shown + ": its leading digits count, 0 without any");
 }
 
-void CheckSetting(const Texts& texts, std::string_view key, Report& report) {
+void CheckSetting(const Texts& texts, const conf_setting& setting, Report& report) {
+    const std::string_view key = setting.key;
     const std::optional<conf_place> place = find_conf_place(texts.read, key);
     if (!place) {
         CheckBeyond(texts, key, report);
@@ -126,7 +120,7 @@ void CheckSetting(const Texts& texts, std::string_view key, Report& report) {
     }
     if (!is_in_place)
         return;
-    CheckValue(texts, key, *place, report);
+    CheckValue(texts, setting, *place, report);
     if (const auto again = FindAsAPerson(texts.whole, key, place->end))
         report.Warn(texts.Line(*again) + ": " + std::string(key) + " stands here once more; " +
                     texts.Line(place->key) + " counts");
@@ -161,7 +155,7 @@ void CheckSettingLines(const std::string& path, Report& report) {
     if (const size_t zero = texts.whole.find('\0'); zero != std::string::npos)
         report.Warn(texts.Line(zero) + ": a zero byte, where the file ends for the daemon");
     for (const conf_setting& setting : conf_settings)
-        CheckSetting(texts, setting.key, report);
+        CheckSetting(texts, setting, report);
     CheckUnknownNames(texts.whole, report);
 }
 

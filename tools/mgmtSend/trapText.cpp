@@ -1,9 +1,9 @@
 #include "tools/mgmtSend/trapText.h"
 
 #include <algorithm>
-#include <charconv>
 
 #include "apiMgmt/common/utils/stringUtil.h"
+#include "apiMgmt/common/utils/wholeNumber.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapQueue.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/trapCatalogue.h"
 
@@ -18,12 +18,8 @@ constexpr size_t kArguments = 4;
 constexpr const char* kArgumentNames = "ABCD";
 
 std::optional<int32_t> ReadNumber(std::string_view text) {
-    int32_t number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || end != text.data() + text.size() || number < 0) {
-        return std::nullopt;
-    }
-    return number;
+    const std::optional<int32_t> number = ParseWhole<int32_t>(text);
+    return number && *number >= 0 ? number : std::nullopt;
 }
 
 bool Carries(const notification_definition& notification, int column) {

@@ -63,7 +63,7 @@ struct attribute_map_entry {
     post_process_type post_process; /**< null: none */
 };
 
-/** How one table is refreshed, as refresh.def describes it. */
+/** How one table is refreshed, as columns.def describes it. */
 struct refresh_operation {
     int col_id; /**< the table's first column */
     const char* apiName;

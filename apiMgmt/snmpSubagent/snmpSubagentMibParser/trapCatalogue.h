@@ -6,7 +6,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibColumns.h"
 
 /**
- * The notifications as traps.def describes them: constant data that stands by itself, so that tools link it
+ * The notifications as notifications.def describes them: constant data without dependencies, so that tools link it
  * as well. Texts hold "%d" where a number belongs; a text that a rule has no use for is empty.
  */
 

@@ -95,11 +95,11 @@ class Expectation:
 
     def groups(self, table, elements):
         """(instance part before the row, its elements) for each parent."""
-        if table.parent == "none":
+        if not table.parent:
             return [((), elements)]
-        tag = {"controller": "ControllerIndex", "enclosure": "EnclosureIndex"}[table.parent]
-        owner = {"controller": "tsController", "enclosure": "tsEnclosure"}[table.parent]
-        parents = [leading_number(each["Index"], "integer") for each in self.elements(owner)][:table.parents]
+        tag = f"{table.parent_item.capitalize()}Index"
+        parents = self.elements(table.parent.object_name)[:table.parents]
+        parents = [leading_number(each["Index"], "integer") for each in parents]
         return [((number,), [each for each in elements if leading_number(each[tag], "integer") == index])
                 for number, index in enumerate(parents, 1)]
 

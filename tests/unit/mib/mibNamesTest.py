@@ -15,10 +15,9 @@ sys.path.insert(0, ROOT)
 
 sys.path.insert(0, HERE)
 import moduleFacts  # noqa: E402  (found through the line above)
-from apiMgmt.common.generator import reader  # noqa: E402
-from apiMgmt.snmpSubagent.snmpSubagentMibParser.generator import model, traps  # noqa: E402
+from codegen.model import snmp  # noqa: E402
+from codegen.reader import Data  # noqa: E402
 
-DATA = os.path.join(ROOT, "apiMgmt/snmpSubagent/snmpSubagentMibParser/data")
 STANDARD = os.path.join(ROOT, "mib/standard")
 MODULE = "VORN-LUMIVANT-TESSERA-MIB"
 ENTERPRISE, OLD_ENTERPRISE = "1.3.6.1.4.1.913.11000.2000.500.1", "1.3.6.1.4.1.27405"
@@ -36,10 +35,6 @@ def translate(words, *options, modules=MODULE, lines_each=1):
     if done.returncode != 0 or done.stderr or lines_each and len(lines) != len(words):
         raise AssertionError(f"status {done.returncode}, {len(lines)} of {len(words)} lines: {done.stderr[:2000]}")
     return lines
-
-
-def read(name):
-    return reader.read_lines(os.path.join(DATA, name))
 
 
 def bracketed(name):
@@ -61,9 +56,9 @@ def instances(column):
 class NamesTest(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        cls.mib = model.build(read("columns.def"), read("refresh.def"))
-        cls.columns = [column for column in cls.mib.columns if not column.name.startswith("sys")]
-        cls.notifications = traps.build(cls.mib, read("traps.def")).notifications
+        model = snmp.read(Data(os.path.join(ROOT, "data")))
+        cls.columns = [column for column in model.mib.columns if not column.name.startswith("sys")]
+        cls.notifications = model.traps.notifications
         cls.oids = {column.name: "." + ".".join(map(str, column.oid)) for column in cls.columns}
         cls.oids.update((each.name, f".{ENTERPRISE}.251.0.{each.number}") for each in cls.notifications)
 

@@ -47,7 +47,7 @@ class ReferenceTest(unittest.TestCase):
             "the MIB module is not the accepted one:", *changed,
             "Managers depend on every line that is gone: names and numbers that were delivered never change." if gone
             else "These are only new.",
-            "When it is meant so, add a line 'revision' to descriptions/module.def, run scripts/accept-mib, and commit "
+            "When it is meant so, add a line 'revision' to data/mib/module.def, run scripts/accept-mib, and commit "
             "tests/unit/mib/reference with the change."]))
 
     def test_a_change_is_seen(self):

@@ -3,7 +3,6 @@
 packageTest.py BUILD [unittest arguments]
 """
 
-import json
 import os
 import re
 import shutil
@@ -14,9 +13,13 @@ import unittest
 
 import apiPeer
 
+ROOT = os.path.realpath(os.path.join(os.path.dirname(__file__), "../../.."))
+sys.path.insert(0, ROOT)
+from codegen.model import catalogueReader  # noqa: E402  (found through the line above)
+from codegen.reader import Data  # noqa: E402
+
 HERE = os.path.dirname(os.path.abspath(__file__))
 EXAMPLES = ("share", "doc", "tesseraApi", "examples")
-CATALOGUE = "apiMgmt/apiStub/apiSdk/objects/tessera/src/catalogue.json"
 
 GOOD = "<ApiMethodReturn><Successful>True</Successful></ApiMethodReturn>"
 DISKS = ("<ReturnObjectArray><TsDisk><InstanceId>64702.17</InstanceId><Name>01-17</Name><Size>3221225472</Size>"
@@ -104,11 +107,10 @@ class Package(unittest.TestCase):
         with open(os.path.join(units, "objects.cpp"), "w", encoding="utf-8") as file:
             file.writelines(f'#include "{header}"\n' for header in headers)
         consumer = self.compile(os.path.join(HERE, "consumer"), "consumer", f"-DHEADER_UNITS={units}")
-        with open(os.path.join(self.build, CATALOGUE), encoding="utf-8") as file:
-            catalogue = json.load(file)
-        methods = sum(len(each["commands"]) for each in catalogue["objects"])
+        catalogue, _ = catalogueReader.read(Data(os.path.join(ROOT, "data")))
+        methods = sum(len(each.commands) for each in catalogue.objects)
         # The status record of an answer is an object, too.
-        expected = f"{len(catalogue['objects']) + 1} {methods} {len(catalogue['methodObjects'])}\n"
+        expected = f"{len(catalogue.objects) + 1} {methods} {len(catalogue.method_objects)}\n"
         self.assertEqual(run(consumer).stdout, expected)
 
     def test_another_version_is_not_taken(self):

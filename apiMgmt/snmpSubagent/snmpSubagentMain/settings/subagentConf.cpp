@@ -27,20 +27,26 @@ constexpr size_t kBufferSize = 500;
 
 using found_value = std::optional<std::string>;
 
-std::string community(const found_value& value) {
+// One for each type of setting.
+
+std::string read_text(const found_value& value, const char* missing) {
+    return value.value_or(missing);
+}
+
+std::string read_community(const found_value& value) {
     return value.value_or("") == "**none**" ? "" : value.value_or("");
 }
 
-bool flag(const found_value& value) {
+bool read_flag(const found_value& value) {
     return value.value_or("") == "yes";
 }
 
-int number(const found_value& value, int missing) {
+int read_number(const found_value& value, int missing) {
     return value ? ParseInt(*value) : missing;
 }
 
-int controller_index(const found_value& value) {
-    const int index = number(value, 0);
+int read_controller(const found_value& value) {
+    const int index = read_number(value, 0);
     if (!value || index == 1 || index == 2)
         return index;
     SUBAGENT_LOG(warning, "conf_controllerIndexThis is not 1 or 2: %d\n", index);
@@ -48,19 +54,7 @@ int controller_index(const found_value& value) {
 }
 
 const conf_setting settings[] = {
-    {"rwcommunity", [](const found_value& value) { conf_rwcommunity = community(value); }},
-    {"rocommunity", [](const found_value& value) { conf_rocommunity = community(value); }},
-    {"trapsEnabled", [](const found_value& value) { conf_trapsEnabled = flag(value); }},
-    {"trapDest", [](const found_value& value) { conf_trapDest = value.value_or("172.255.255.255"); }},
-    {"trapPort", [](const found_value& value) { conf_trapPort = number(value, 666); }},
-    {"trapCommun", [](const found_value& value) { conf_trapCommun = value.value_or("nevermind"); }},
-    {"trapVer", [](const found_value& value) { conf_trapVer = number(value, 1); }},
-    {"controllerIdLeader", [](const found_value& value) { conf_controllerIdLeader = number(value, 666); }},
-    {"controllerIdThis", [](const found_value& value) { conf_controllerIdThis = number(value, 666); }},
-    {"controllerIndexThis",
-     [](const found_value& value) { conf_controllerIndexThis = controller_index(value); }},
-    {"verbose", [](const found_value& value) { verbose = flag(value); }},
-    {"sendTestTrap", [](const found_value& value) { sendTestTrap = flag(value); }},
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/confSettings.inc"
 };
 
 }  // namespace

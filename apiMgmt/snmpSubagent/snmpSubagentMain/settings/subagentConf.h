@@ -30,16 +30,21 @@ extern int conf_controllerIndexThis;
 /** One test notification once the API manager answers; clears itself. */
 extern bool sendTestTrap;
 
+/** What a value is. A community may be "**none**"; a controller is 1 or 2. */
+enum class conf_type { text, community, flag, number, controller };
+
 /**
- * One setting of the file. `store` takes its value, or none when the key does not stand there or its line has
- * no end, and sets the variable to it or to what counts without it.
+ * One setting of the file. `store` takes its value, or none if the key is missing or its line has no end, and
+ * sets the variable to it or to the default. A secret value must not be shown.
  */
 struct conf_setting {
     std::string_view key;
+    conf_type type;
+    bool is_secret;
     void (*store)(const std::optional<std::string>& value);
 };
 
-/** All settings, in the order in which they are read. */
+/** All settings, in the order in which they are read; generated from data/daemon/settings.def. */
 extern const std::span<const conf_setting> conf_settings;
 
 /** Where a setting stands in the text: its key, its value, and the newline that ends it. */

@@ -6,33 +6,11 @@
 #include <string_view>
 #include <utility>
 
-#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTessera.h"
-#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsAlert.h"
-#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsController.h"
-#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsControllerCacheCard.h"
-#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsControllerFanSensor.h"
-#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsControllerPowerSupply.h"
-#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsControllerTemperatureSensor.h"
-#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsControllerVoltageSensor.h"
-#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsDisk.h"
-#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsDiskConfiguration.h"
-#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsDiskFolder.h"
-#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsDiskFolderStorageUsage.h"
-#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsEnclosure.h"
-#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsEnclosureAudibleAlarm.h"
-#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsEnclosureCoolingFanSensor.h"
-#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsEnclosureIoModule.h"
-#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsEnclosurePowerSupply.h"
-#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsEnclosureTemperatureSensor.h"
-#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsObjectCount.h"
-#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsRemoteTessera.h"
-#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsServer.h"
-#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsUps.h"
-#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsVolume.h"
 #include "apiMgmt/common/utils/stringUtil.h"
 #include "apiMgmt/proto/apiMgrMsg.pb.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentComm/snmpSubagentComm.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/settings/subagentConf.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/apiRequests.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
@@ -53,45 +31,12 @@ method_ptr make_method(const attribute_map& attributes) {
     return std::make_unique<Method>(attributes);
 }
 
-#define GETLIST_METHOD(apiName, Object) \
-    { apiName, make_list_method<API##Object::API##Object##GetListMethod> }
-#define GET_METHOD(apiName, Object) \
-    { apiName, make_method<API##Object::API##Object##GetMethod> }
+#define GETLIST_METHOD(apiName, Object) {apiName, make_list_method<API##Object::API##Object##GetListMethod>},
+#define GET_METHOD(apiName, Object) {apiName, make_method<API##Object::API##Object##GetMethod>},
 
-const std::map<std::string, method_ptr (*)()> kGetListMethods = {
-    GETLIST_METHOD("tsController", TsController),
-    GETLIST_METHOD("tsDisk", TsDisk),
-    GETLIST_METHOD("tsDiskConfiguration", TsDiskConfiguration),
-    GETLIST_METHOD("tsEnclosure", TsEnclosure),
-    GETLIST_METHOD("tsControllerFanSensor", TsControllerFanSensor),
-    GETLIST_METHOD("tsControllerPowerSupply", TsControllerPowerSupply),
-    GETLIST_METHOD("tsControllerVoltageSensor", TsControllerVoltageSensor),
-    GETLIST_METHOD("tsControllerTemperatureSensor", TsControllerTemperatureSensor),
-    GETLIST_METHOD("tsEnclosureCoolingFanSensor", TsEnclosureCoolingFanSensor),
-    GETLIST_METHOD("tsEnclosurePowerSupply", TsEnclosurePowerSupply),
-    GETLIST_METHOD("tsEnclosureIoModule", TsEnclosureIoModule),
-    GETLIST_METHOD("tsEnclosureTemperatureSensor", TsEnclosureTemperatureSensor),
-    GETLIST_METHOD("tsEnclosureAudibleAlarm", TsEnclosureAudibleAlarm),
-    GETLIST_METHOD("tsDiskFolder", TsDiskFolder),
-    GETLIST_METHOD("tsVolume", TsVolume),
-    GETLIST_METHOD("tsServer", TsServer),
-    GETLIST_METHOD("tsControllerCacheCard", TsControllerCacheCard),
-    GETLIST_METHOD("Tessera", Tessera),
-    GETLIST_METHOD("tsUps", TsUps),
-    GETLIST_METHOD("tsObjectCount", TsObjectCount),
-    GETLIST_METHOD("tsAlert", TsAlert),
-    GETLIST_METHOD("tsRemoteTessera", TsRemoteTessera),
-};
-
+const std::map<std::string, method_ptr (*)()> kGetListMethods = {API_LIST_REQUESTS(GETLIST_METHOD)};
 const std::map<std::string, method_ptr (*)(const attribute_map&)> kGetMethods = {
-    GET_METHOD("tsDisk", TsDisk),
-    GET_METHOD("tsDiskConfiguration", TsDiskConfiguration),
-    GET_METHOD("tsDiskFolder", TsDiskFolder),
-    GET_METHOD("tsDiskFolderStorageUsage", TsDiskFolderStorageUsage),
-    GET_METHOD("tsVolume", TsVolume),
-    GET_METHOD("tsServer", TsServer),
-    GET_METHOD("tsAlert", TsAlert),
-};
+    API_INSTANCE_REQUESTS(GET_METHOD)};
 
 #undef GETLIST_METHOD
 #undef GET_METHOD

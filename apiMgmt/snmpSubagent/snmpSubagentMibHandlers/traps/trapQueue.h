@@ -14,7 +14,7 @@ struct TrapToSend {
     int32_t eventIdA = 0;
     int32_t eventIdB = 0;
     int32_t eventIdC = 0;
-    /** Which notification, see traps.def. */
+    /** Which notification, see data/mib/notifications.def. */
     int32_t trapNum = 0;
     /** The object. */
     int32_t trapArgA = 0;

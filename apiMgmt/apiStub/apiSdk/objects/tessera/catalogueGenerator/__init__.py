@@ -1,1 +1,0 @@
-"""Makes the classes of the array's objects from data/objects and data/methodObjects.def."""

@@ -1,1 +1,0 @@
-"""Makes the constant tables of the enumerations from data/enumerations."""

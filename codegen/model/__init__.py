@@ -1,0 +1,1 @@
+"""The meaning of the data files, and every check on them."""

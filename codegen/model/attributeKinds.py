@@ -1,0 +1,104 @@
+"""The kinds of attributes: the rules that a kind takes, and its values in C++ and in words."""
+
+from dataclasses import dataclass
+
+from codegen.model import classNames as names
+
+BOUNDS = ("min", "max")
+LENGTHS = ("minLength", "maxLength")
+
+TEXT = "const std::string&"
+TEXTS = "const std::vector<std::string>&"
+
+
+@dataclass(frozen=True)
+class Kind:
+    words: str  # for a comment
+    takes: str  # the setter's parameter
+    gives: str  # the getter's result
+    parameter: str = "value"
+    rules: tuple = ()
+
+
+KINDS = {
+    "BOOLEAN": Kind("yes or no", "bool", "bool"),
+    "INT": Kind("a number", "int64_t", "int64_t", "number", BOUNDS),
+    "DOUBLE": Kind("a real number", "double", "double", "number", BOUNDS),
+    "INTARRAY": Kind("numbers", "const std::vector<int64_t>&", "std::vector<int64_t>", "numbers", BOUNDS),
+    "STRING": Kind("a text", TEXT, "std::string", "text", LENGTHS + ("invalid",)),
+    "NAME": Kind("a name", TEXT, "std::string", "name", LENGTHS),
+    "STRINGARRAY": Kind("texts", TEXTS, "std::vector<std::string>", "texts"),
+    "ENUM": Kind("a word", TEXT, "std::string", "description", ("table",)),
+    "ENUMMASK": Kind("words", TEXTS, "std::vector<std::string>", "descriptions", ("table",)),
+    "INSTANCEID": Kind("an instance's id", TEXT, "std::string", "id"),
+    "OBJECT": Kind("a reference, null for none", "const APIObjectInstance*", "std::unique_ptr<APIObjectInstance>"),
+    "OBJECTARRAY": Kind("references", "const std::vector<const APIObjectInstance*>&",
+                        "std::vector<std::unique_ptr<APIObjectInstance>>", "values"),
+    "METHODOBJECT": Kind("a structured argument, null for none", "const {object}*", "{object}", "value",
+                         ("object",)),
+    "METHODOBJECTARRAY": Kind("structured arguments", "const std::vector<const BASEApiMethodObject*>&",
+                              "std::vector<{object}>", "values", ("object",)),
+    "DATETIME": Kind("a time", "const DATETIMEValue&", "DATETIMEValue", "time"),
+    "SIZE": Kind("a storage size", "const SIZEValue&", "SIZEValue", "size"),
+    "TEMPERATURE": Kind("a temperature", "const TEMPERATUREValue&", "TEMPERATUREValue", "temperature"),
+    "VERSION": Kind("a version", "const VERSIONValue&", "VERSIONValue", "version"),
+    "IPV4ADDRESS": Kind("an IPv4 address", TEXT, "std::string", "address"),
+    "IPV6ADDRESS": Kind("an IPv6 address", TEXT, "std::string", "address"),
+    # No attribute line takes it: a list's filter stands by its name alone, and its accessors are in the base.
+    "GETLISTFILTER": Kind("a filter", "const FILTERList*", "FILTERList*", "filter"),
+}
+
+ATTRIBUTE_KINDS = tuple(kind for kind in KINDS if kind != "GETLISTFILTER")
+
+_HEADERS = {
+    "addressApiAttributes.h": ("IPV4ADDRESS", "IPV6ADDRESS"),
+    "numberApiAttributes.h": ("BOOLEAN", "INT", "DOUBLE", "INTARRAY"),
+    "objectApiAttributes.h": ("OBJECT", "OBJECTARRAY", "METHODOBJECT", "METHODOBJECTARRAY", "GETLISTFILTER"),
+    "textApiAttributes.h": ("STRING", "NAME", "STRINGARRAY", "ENUM", "ENUMMASK", "INSTANCEID"),
+    "valueApiAttributes.h": ("DATETIME", "SIZE", "TEMPERATURE", "VERSION"),
+}
+HEADER_OF_KIND = {kind: header for header, kinds in _HEADERS.items() for kind in kinds}
+
+
+def takes(attribute):
+    """Type and name of the setter's parameter."""
+    kind = KINDS[attribute.kind]
+    if attribute.kind == "ENUM" and "table" in attribute.rules:
+        return "int id"
+    taken = kind.takes.format(object=names.object_class(attribute.rules.get("object", "")))
+    return f"{taken} {kind.parameter}"
+
+
+def parameter(attribute):
+    return takes(attribute).rpartition(" ")[2]
+
+
+def gives(attribute):
+    return KINDS[attribute.kind].gives.format(object=names.object_class(attribute.rules.get("object", "")))
+
+
+def _limits(low, high, least, span, most):
+    if low is not None and high is not None:
+        return span.format(low, high)
+    return least.format(low) if low is not None else most.format(high) if high is not None else ""
+
+
+def _text_limits(rules):
+    low = rules.get("minLength") or None
+    text = _limits(low, rules.get("maxLength"), " of at least {} byte(s)", " of {} to {} bytes", " of at most {} bytes")
+    text = text.replace("1 byte(s)", "1 byte").replace("byte(s)", "bytes")
+    return text + (f" without {rules['invalid']}" if "invalid" in rules else "")
+
+
+def in_words(attribute):
+    """What a value is, for a comment on its accessors."""
+    kind, rules = KINDS[attribute.kind], attribute.rules
+    if "table" in rules and attribute.kind == "ENUM":
+        return f"a row of g{rules['table']}EnumIdStrList, by its id"
+    if "table" in rules:
+        return f"rows of g{rules['table']}EnumIdStrList, by their descriptions"
+    if kind.rules == BOUNDS:
+        return kind.words + _limits(rules.get("min"), rules.get("max"), " from {}", " from {} to {}", " up to {}")
+    if LENGTHS[0] in kind.rules:
+        return kind.words + _text_limits(rules)
+    return kind.words

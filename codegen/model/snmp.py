@@ -1,0 +1,117 @@
+"""All of data/mib as one checked model: nothing is left without a description, and types fit."""
+
+from dataclasses import dataclass
+
+from codegen.model import descriptions, mib, moduleNames, notifications
+from codegen.reader import DataError
+
+NUMBER_TYPES = ("integer", "enumeration")
+SYNTAX = {"string": "OCTET STRING", "integer": "Integer32", "unsigned": "Unsigned32"}
+
+
+@dataclass
+class Snmp:
+    mib: mib.Mib
+    traps: notifications.Traps
+    found: descriptions.Descriptions
+
+    def syntax(self, column):
+        """The name of a column's type in the MIB module."""
+        return column.syntax or (self.found.text_convention().name if column.type == "string" else SYNTAX[column.type])
+
+    def convention(self, column):
+        """The textual convention of a column, or None."""
+        return self.found.conventions.get(self.syntax(column))
+
+    def events(self):
+        return self.found.nodes[self.found.events].oid
+
+
+def check_module(columns, found):
+    for word, value in (("module", found.module), ("older", found.older), ("contact", found.contact),
+                        ("revision", found.revisions), ("notifications", found.events),
+                        ("conformance", found.conformance)):
+        if not value:
+            raise DataError(f"module.def has no line '{word}'")
+    for name in (found.module.identity, found.events, found.conformance):
+        if name not in found.nodes:
+            raise found.module.place.error(f"there is no node '{name}'")
+    root = columns.tables[0].oid[:-1]
+    if all(node.oid != root for node in found.nodes.values()):
+        raise found.module.place.error(f"there is no node at {'.'.join(map(str, root))}, where the tables are")
+    if found.revisions != sorted(found.revisions, reverse=True):
+        raise found.module.place.error("the latest revision must be first")
+
+
+def fill_component_values(convention, traps):
+    """The kinds of component, by their numbers, behind a value 0 that takes the word of the option."""
+    values = {0: descriptions.Value(0, convention.option("components"), "none so far", [])}
+    for each in traps.components:
+        head, *rest = each.word.split("-")
+        label = head + "".join(map(str.capitalize, rest))
+        value = descriptions.Value(each.number, label, each.description, [])
+        if values.setdefault(each.number, value).label != label:
+            raise each.place.error(f"component {each.number} has another word in another notification")
+    convention.values = [values[number] for number in sorted(values)]
+
+
+def check_convention(convention, traps):
+    convention.check_described("convention")
+    if convention.option("components"):
+        fill_component_values(convention, traps)
+    if convention.is_text() == bool(convention.values):
+        raise convention.place.error("a convention has either hint= or values")
+    if convention.option("from") and sum(not value.texts for value in convention.values) != 1:
+        raise convention.place.error("with from= exactly one value has no text=: that of all other texts")
+
+
+def check_syntax(column, conventions):
+    if not column.syntax:
+        if column.type == "enumeration":
+            raise column.place.error(f"column '{column.name}' is an enumeration and needs syntax=")
+        return
+    if column.syntax not in conventions:
+        raise column.place.error(f"there is no convention '{column.syntax}'")
+    fitting = ("string",) if conventions[column.syntax].is_text() else NUMBER_TYPES
+    if column.type not in fitting:
+        raise column.place.error(f"'{column.syntax}' does not fit a column of type {column.type}")
+
+
+def check_post_processes(columns, found):
+    """The numbers that a post-process makes are those of one convention, and the columns that it fills have it."""
+    convention_of = {each.option("from"): each for each in found.conventions.values() if each.option("from")}
+    used = {column.post_process for column in columns}
+    for post_process, convention in convention_of.items():
+        if post_process not in used:
+            raise convention.place.error(f"no column has the post-process '{post_process}'")
+    for column in columns:
+        convention, own = convention_of.get(column.post_process), found.conventions.get(column.syntax)
+        if convention is not None and convention is not own:
+            raise column.place.error(f"post={column.post_process} needs syntax={convention.name}")
+        if convention is None and own is not None and own.option("from"):
+            raise column.place.error(f"syntax={own.name} needs post={own.option('from')}")
+
+
+def check(model):
+    """Raises DataError at the first thing that is missing, unknown or does not fit."""
+    columns, found = model.mib.columns, model.found
+    check_module(model.mib, found)
+    for kind, things in (("column", columns), ("table", model.mib.tables)):
+        for each in things:
+            each.check_described(kind)
+    for column in columns:
+        check_syntax(column, found.conventions)
+    for convention in found.conventions.values():
+        check_convention(convention, model.traps)
+    if not any(convention.is_text() for convention in found.conventions.values()):
+        raise DataError("conventions.def has no convention with hint=, which strings have")
+    check_post_processes(columns, found)
+    moduleNames.check(model)
+
+
+def read(data):
+    """Raises DataError."""
+    columns = mib.read(data)
+    model = Snmp(columns, notifications.read(data, columns), descriptions.read(data))
+    check(model)
+    return model

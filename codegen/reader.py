@@ -1,0 +1,117 @@
+"""Reads the line syntax of the data files, which data/README.md describes; keeps file and line for messages."""
+
+import os
+import re
+import shlex
+from dataclasses import dataclass, field
+
+NUMBER = re.compile(r"\d{1,18}$")
+
+
+class DataError(Exception):
+    """A mistake in a data file; the message begins with file and line."""
+
+
+@dataclass(frozen=True)
+class Place:
+    file: str
+    line: int
+
+    def __str__(self):
+        return f"{self.file}:{self.line}"
+
+    def error(self, text):
+        return DataError(f"{self}: {text}")
+
+
+@dataclass(frozen=True)
+class Line:
+    """A line of words, and the indented lines below it."""
+
+    place: Place
+    words: list
+    below: list = field(default_factory=list)
+
+    def error(self, text):
+        return self.place.error(text)
+
+    def unknown(self):
+        return self.error(f"unknown line '{' '.join(self.words)}'")
+
+    def number(self, word, least=0):
+        if not NUMBER.match(word) or int(word) < least:
+            raise self.error(f"'{word}' is not a number of at least {least}")
+        return int(word)
+
+    def name(self, word, pattern, what):
+        if not pattern.match(word):
+            raise self.error(f"'{word}' is not a name of {what}")
+        return word
+
+    def options(self, words, keys):
+        """KEY=VALUE words as a dictionary. Raises for other keys, for repeated ones and for empty values."""
+        found = {}
+        for word in words:
+            key, _, value = word.partition("=")
+            if key not in keys or not value:
+                allowed = ", ".join(key + "=" for key in keys) or "nothing"
+                raise self.error(f"unexpected '{word}'; expected {allowed}")
+            if key in found:
+                raise self.error(f"duplicate {key}=")
+            found[key] = value
+        return found
+
+    def add_to(self, known, name, thing, what):
+        """Stores a thing with a place under its name, which must be new."""
+        if name in known:
+            raise self.error(f"duplicate {what} '{name}'; first defined at {known[name].place}")
+        known[name] = thing
+        return thing
+
+
+def read_lines(path, name):
+    """The lines of a file that are not indented, each with those below it. name: of the file, in messages."""
+    heads = []
+    with open(path, encoding="utf-8") as file:
+        for number, text in enumerate(file, 1):
+            place = Place(name, number)
+            try:
+                words = shlex.split(text, comments=True)
+            except ValueError as error:
+                raise place.error(f"cannot split the line into words: {error}") from None
+            if not words:
+                continue
+            if text[0] not in " \t":
+                heads.append(Line(place, words))
+            elif heads:
+                heads[-1].below.append(Line(place, words))
+            else:
+                raise place.error("an indented line needs a line above it that is not indented")
+    return heads
+
+
+class Data:
+    """The data directory. Messages and generated files name its files from its parent directory on."""
+
+    def __init__(self, folder):
+        self.folder = os.path.abspath(folder)
+
+    def path(self, name):
+        return os.path.join(self.folder, name)
+
+    def shown(self, name):
+        return f"{os.path.basename(self.folder)}/{name}"
+
+    def lines(self, name):
+        return read_lines(self.path(name), self.shown(name))
+
+    def text(self, name):
+        with open(self.path(name), encoding="utf-8") as file:
+            return file.read()
+
+    def files(self, folder):
+        """The .def files of a directory, in the order of their names."""
+        names = sorted(name for name in os.listdir(self.path(folder)) if name.endswith(".def"))
+        if not names:
+            raise DataError(f"{self.shown(folder)}: there are no data files")
+        return [f"{folder}/{name}" for name in names]

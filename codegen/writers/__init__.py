@@ -1,0 +1,1 @@
+"""One writer per kind of generated file; each takes a checked model."""

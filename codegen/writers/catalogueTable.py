@@ -1,0 +1,55 @@
+"""The catalogue of the API as rows, for a command line client."""
+
+from codegen.writers.output import c_string, notice
+
+TABLE = notice("data/api") + """\
+#include "tools/apiClient/catalogueTable.h"
+
+namespace {{
+
+using enum CatalogueRow::What;
+
+constexpr CatalogueRow kRows[] = {{
+{rows}
+}};
+
+}}  // namespace
+
+const std::span<const CatalogueRow> catalogue_rows(kRows);
+"""
+
+
+def row(what, indent, **fields):
+    texts = [f".{key} = {c_string(value) if isinstance(value, str) else value}" for key, value in fields.items()]
+    return " " * indent + "{" + ", ".join([f".what = {what}", *texts]) + "},"
+
+
+def attribute_row(what, indent, attribute):
+    # In the order of the row's fields.
+    rules = {key: attribute.rules[key] for key in ("table", "object", "invalid", "min", "max", "minLength", "maxLength")
+             if key in attribute.rules}
+    return row(what, indent, name=attribute.name, text=attribute.label, kind=attribute.kind, **rules)
+
+
+def object_rows(each):
+    yield row("kObject", 4, name=each.name, text=each.text)
+    for attribute in each.attributes + each.inherited():
+        yield attribute_row("kAttribute", 8, attribute)
+    for command in each.commands:
+        yield row("kChange" if command.changes_state else "kRead", 8, name=command.name, text=command.privilege)
+        for argument in command.arguments:
+            yield attribute_row("kNeeded" if argument.needed else "kTaken", 12, argument.attribute)
+    for name in each.associations:
+        yield row("kAssociation", 8, name=name)
+
+
+def method_object_rows(each):
+    yield row("kMethodObject", 4, name=each.name, text=each.text)
+    for attribute in each.attributes:
+        yield attribute_row("kAttribute", 8, attribute)
+
+
+def render(catalogue):
+    rows = [line for each in catalogue.objects for line in object_rows(each)]
+    rows += [line for each in catalogue.method_objects for line in method_object_rows(each)]
+    return TABLE.format(rows="\n".join(rows))

@@ -1,0 +1,74 @@
+"""Writes what SNMPTT makes of each notification: a line for the log, with a severity."""
+
+from codegen.writers.output import dotted, notice
+
+HEAD = notice("data/mib and data/monitoring", "#") + """\
+#
+# Let snmptrapd hand numbers on (-On -Oe), and snmptt.ini say multiple_event = 1. Of the EVENTs of a notification one
+# matches: that its trouble is over, or how grave the state is that it carries.
+"""
+
+NAMES = {"ok": "NORMAL", "warning": "WARNING", "critical": "CRITICAL"}
+CLEARED = 1
+
+
+class Events:
+    def __init__(self, snmp, watches):
+        self.snmp, self.watches = snmp, watches
+        self.base = snmp.events()
+
+    def event(self, each, severity, head, matches):
+        """matches: (place of the variable, what its value must match)."""
+        shown = " ".join(f"{column.name}=${place}" for place, column in enumerate(each.columns, 1))
+        lines = [f'EVENT {each.name} .{dotted((*self.base, 0, each.number))} "Tessera" {NAMES[severity]}',
+                 f"FORMAT {each.name}: {head}{each.description} {shown}"]
+        if matches:
+            lines += ["MATCH MODE=and"] + [f"MATCH ${place}: {value}" for place, value in matches]
+        return "\n".join(lines + ["SDESC", *each.paragraphs(), "EDESC"]) + "\n"
+
+    def place(self, each, column):
+        return each.columns.index(column) + 1
+
+    def severities(self, column):
+        """{severity: numbers} of the states of a column: as it is watched, or as its convention says."""
+        convention = self.snmp.convention(column)
+        own = next((watch.severities for watch in self.watches.watches if watch.metric.column is column),
+                   self.watches.severities[convention.name])
+        grouped = {}
+        for value in convention.values:
+            # A notification carries the type enumeration as an unsigned number.
+            grouped.setdefault(own[value.label], []).append(value.number % 2**32)
+        return grouped
+
+    def of_notification(self, each):
+        state = next((column for column in each.columns if column.name == "trapAlertState"), None)
+        column = each.state_column()
+        if state is None:
+            yield self.event(each, each.severity, "", [])
+            return
+        cleared = (self.place(each, state), f"({exactly([CLEARED])})")
+        lasts = (self.place(each, state), f"!({exactly([CLEARED])})")
+        yield self.event(each, "ok", "Over: ", [cleared])
+        if column is None:
+            yield self.event(each, each.severity, "", [lasts])
+            return
+        grouped = self.severities(column)
+        critical = exactly(grouped.get("critical", []))
+        if "critical" in grouped:
+            yield self.event(each, "critical", "", [lasts, (self.place(each, column), f"({critical})")])
+        # What has recovered while the array still reports a trouble, and numbers of a later version, warn as well.
+        others = [(self.place(each, column), f"!({critical})")] if "critical" in grouped else []
+        yield self.event(each, "warning", "", [lasts, *others])
+
+    def plain(self, number):
+        return (f'EVENT tesseraText{number} .{dotted((*self.base, 0, number))} "Tessera" INFORMATIONAL\n'
+                f"FORMAT tesseraText{number}: The array says: $1\n")
+
+    def file(self):
+        events = [event for each in self.snmp.traps.notifications for event in self.of_notification(each)]
+        return "\n".join([HEAD, *map(self.plain, self.snmp.traps.plain), *events])
+
+
+def exactly(numbers):
+    """A pattern for one of these numbers; that of names with a number behind them (up(1)) matches too."""
+    return "|".join(f"^{number}$|\\({number}\\)$" for number in numbers)

@@ -1,1 +1,0 @@
-"""Makes the files by which monitors watch the array, from the data of the MIB store."""

@@ -1,0 +1,72 @@
+"""What the tests of codegen share: a data directory of small files, a run, and rows of mistakes.
+
+Puts the root of the sources on the path: codegen is imported after it.
+"""
+
+import contextlib
+import io
+import os
+import re
+import sys
+import tempfile
+import unittest
+from unittest import mock
+
+ROOT = os.path.realpath(os.path.join(os.path.dirname(__file__), "../../.."))
+sys.path.insert(0, ROOT)
+from codegen import __main__ as program  # noqa: E402  (found through the line above)
+
+
+class CodegenCase(unittest.TestCase):
+    KIND = ""   # of codegen
+    FILES = {}  # {name below the data directory: text}
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = folder.name
+        self.out = os.path.join(self.folder, "out")
+
+    def read(self, name, encoding="utf-8"):
+        """A file that was generated."""
+        with open(os.path.join(self.out, name), encoding=encoding) as file:
+            return file.read()
+
+    def write(self, files):
+        for name, text in files.items():
+            path = os.path.join(self.folder, "data", name)
+            os.makedirs(os.path.dirname(path), exist_ok=True)
+            with open(path, "w", encoding="utf-8") as file:
+                file.write(text)
+
+    def run_on(self, changed=None):
+        """Exit status and standard error of a run on FILES with other texts for some of them."""
+        self.write({**self.FILES, **(changed or {})})
+        errors = io.StringIO()
+        arguments = ["codegen", self.KIND, "--data", os.path.join(self.folder, "data"), "--out", self.out]
+        with mock.patch.object(sys, "argv", arguments), contextlib.redirect_stderr(errors):
+            status = program.main()
+        return status, errors.getvalue()
+
+    def assert_in_order(self, name, facts):
+        """Each line of the facts ends a line of the generated file, in their order."""
+        text, place = self.read(name), 0
+        for fact in facts.strip("\n").split("\n"):
+            found = text.find(fact + "\n", place)
+            self.assertGreaterEqual(found, 0, f"missing, or not in its place: {fact}\n{text}")
+            place = found
+
+    def check_wrong(self, name, rows):
+        """rows: the beginning of a line of the file, what it is replaced by, and the message. The message is at the
+        replaced line unless it begins with the number of another one. Nothing may have been written."""
+        good = self.FILES[name].split("\n")
+        for beginning, instead, message in rows:
+            number = next(i for i, line in enumerate(good) if line.startswith(beginning))
+            if not re.match(r"\d+: |data/|\w+\.def", message):
+                message = f"{number + 1}: {message}"
+            if re.match(r"\d+: ", message):
+                message = f"data/{name}:{message}"
+            with self.subTest(line=instead or f"without {beginning}"):
+                wrong = "\n".join([*good[:number], instead, *good[number + 1:]])
+                self.assertEqual(self.run_on({name: wrong}), (1, message + "\n"))
+                self.assertFalse(os.path.exists(self.out))

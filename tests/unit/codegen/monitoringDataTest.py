@@ -1,0 +1,116 @@
+"""data/monitoring: mistakes in the real data are reported with their place, and nothing is written then."""
+
+import os
+import sys
+import unittest
+
+sys.dont_write_bytecode = True
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+
+import codegenCase  # noqa: E402
+from codegen.model import expressions, metrics, snmp  # noqa: E402
+from codegen.reader import Data  # noqa: E402
+from codegen.writers import nagios, snmptt, zabbix  # noqa: E402
+
+DATA = Data(os.path.join(codegenCase.ROOT, "data"))
+MODEL = snmp.read(DATA)
+
+# The beginning of a line, what it is replaced by, and the message.
+WRONG_METRICS = [
+    ("module tessera_alerts", 'module tessera_alerts 5m "x"',
+     "expected: module NAME INTERVALm TEXT, with an interval of 1m to 4m"),
+    ("table tsVolume ", "table tsVolumes tessera tessera_inventory", "there is no table 'tsVolumes'"),
+    ("table tsVolume ", "table tsVolume tessara tessera_inventory", "there is no module 'tessara'"),
+    ("table tsVolume ", "table tsVolume tessera tessera tsVolumeNam",
+     "there is no column 'tsVolumeNam'"),
+    ("leave worstAlertNbr", "leave worstAlert", "there is no column 'worstAlert'"),
+    ("leave worstAlertNbr", "leave tsSerialNumber", "duplicate 'tsSerialNumber'"),
+    ("table tsVolume ", "", "metrics.def says nothing about table tsVolume"),
+    ("scalars", "", "metrics.def says nothing about the scalars"),
+    ("info ", "infos TesseraPortType", "unknown line 'infos TesseraPortType'"),
+]
+
+WRONG_WATCHES = [
+    ("severity TesseraStatus ", "severity TesseraStatus up=ok down=bad",
+     "'bad' is none of ok, warning, critical"),
+    ("severity TesseraStatus ", "severity TesseraStatus up=ok down=critical unknown=ok",
+     "nothing is said about 'degraded'"),
+    ("watch tsDiskStatus ", "watch tsDiskName for=2m", "no metric is made of 'tsDiskName'"),
+    ("watch tsDiskStatus ", "watch tsDiskStatus for=2", "for=MINUTESm is needed first"),
+    ("watch tsDiskStatus ", "watch tsDiskStatus for=2m gone=critical",
+     "unexpected 'gone=critical'; expected unknown=, up=, down=, degraded="),
+    ("watch tsDiskStatus ", "watch tsDiskSizeGb for=2m",
+     "no line above says how grave the states of 'tsDiskSizeGb' are"),
+    ("watch tsDiskStatus ", "", f"{MODEL.mib.column('tsDiskStatus').place}: watches.def does not say when 'tsDiskStatus' "
+                                "is a trouble"),
+    ("limit ", "limit tsDiskFolderFreePercent below for=1m warning=9/8 critical=5/8",
+     "warning=AT/OVER is needed, with OVER not below AT"),
+    ("limit ", "limit tsDiskFolderFreePercent below for=1m warning=8/9 critical=5/8 while=tsDiskSizeGb",
+     "'tsDiskSizeGb' has other rows"),
+]
+
+WRONG_PANELS = [
+    ('panel stat  4  none      "Disks', 'panel pie 4 none "x" "" tsDiskSizeGb',
+     "a panel has a kind of stat, lines, bars, table and a width of 1 to 24"),
+    ('panel stat  4  none      "Disks', 'panel stat 4 none "x" "" tsDiskSize',
+     "there is no metric 'tsDiskSize'"),
+    ('panel stat  4  none      "Disks', 'panel stat 4 none "x" "{{tsDisk}}" tsDiskSizeGb',
+     "no metric of the panel has the label 'tsDisk'"),
+]
+
+EXPRESSIONS = [
+    ('sum by (tsDiskStatus, instance) (tsDiskStatus{tsDiskStatus=~"up|down",job="a"})', None),
+    ("max_over_time(tsDiskSizeGb[5m]) and on (tsDiskRow) up > 1e3", None),
+    ("sum(tsDiskSize)", "there is no metric 'tsDiskSize'"),
+    ('tsDiskStatus{tsDiskStatus="broken"}', "'tsDiskStatus' has no state 'broken'"),
+    ('tsDiskStatus{tsDiskStatus=~"up|broken"}', "'tsDiskStatus' has no state 'broken'"),
+    ('tsDiskStatus{tsVolumeName="x"}', "'tsDiskStatus' has no label 'tsVolumeName'"),
+    ("sum by (tsVolumeName) (tsDiskSizeGb)", "no metric of 'sum by (tsVolumeName) (tsDiskSizeGb)' has the label "
+                                             "'tsVolumeName'"),
+    ("tsDiskIoPortType", "there is no metric 'tsDiskIoPortType'"),  # it is tsDiskIoPortType_info
+]
+
+
+class MonitoringDataTest(codegenCase.CodegenCase):
+    KIND = "monitoring"
+    FILES = {name: DATA.text(name) for name in (
+        "mib/columns.def", "mib/notifications.def", "mib/conventions.def", "mib/module.def",
+        "monitoring/metrics.def", "monitoring/watches.def", "monitoring/panels.def", "monitoring/rules.yml")}
+
+    def test_names_the_place_of_a_mistake(self):
+        self.check_wrong("monitoring/metrics.def", WRONG_METRICS)
+        self.check_wrong("monitoring/watches.def", WRONG_WATCHES)
+        self.check_wrong("monitoring/panels.def", WRONG_PANELS)
+
+
+class PartsTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.metrics = metrics.read(DATA, MODEL)
+
+    def test_expressions_name_only_what_exists(self):
+        for text, message in EXPRESSIONS:
+            with self.subTest(expression=text):
+                try:
+                    expressions.Checker(self.metrics, AssertionError).check(text)
+                    found = None
+                except AssertionError as error:
+                    found = str(error)
+                self.assertEqual(found, message)
+
+    def test_ranges_hold_the_states_and_no_other(self):
+        for numbers, inside, outside in (([2], "@2:2", "2:2"), ([4, 5, 3], "@3:5", "3:5"), ([-1, 3], "", ""),
+                                         ([], "", "")):
+            self.assertEqual((nagios.inside(numbers), nagios.outside(numbers)), (inside, outside))
+
+    def test_identities_are_stable_and_of_version_4(self):
+        self.assertEqual(zabbix.uuid("item", "globalStatus"), "56d3f9dc4b664e4fa1befbe1265448d6")
+        for number in range(64):
+            self.assertRegex(zabbix.uuid(str(number)), "^[0-9a-f]{12}4[0-9a-f]{3}[89ab][0-9a-f]{15}$")
+
+    def test_patterns_match_numbers_and_named_numbers(self):
+        self.assertEqual(snmptt.exactly([2, 12]), r"^2$|\(2\)$|^12$|\(12\)$")
+
+
+if __name__ == "__main__":
+    unittest.main()

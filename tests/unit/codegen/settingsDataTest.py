@@ -1,0 +1,67 @@
+"""data/daemon: a small table of settings with what is generated from it, wrong lines with their message."""
+
+import os
+import sys
+import unittest
+
+sys.dont_write_bytecode = True
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+
+import codegenCase  # noqa: E402
+
+SETTINGS = """\
+setting reader community secret
+setting writer community secret
+  "Who asks."
+setting port number default=162
+  "Where to."
+setting loud flag variable=verbose
+  "Says more."
+"""
+
+ROWS = """\
+{"reader", conf_type::community, true,
+ [](const found_value& value) { conf_reader = read_community(value); }},
+{"port", conf_type::number, false,
+ [](const found_value& value) { conf_port = read_number(value, 162); }},
+ [](const found_value& value) { verbose = read_flag(value); }},
+"""
+
+PAGE = """\
+.\\" Generated from data/daemon by codegen. Do not edit.
+.It Ic reader , Ic writer
+Who asks.
+Without the line: none.
+.It Ic port
+Where to.
+Without the line: 162.
+Without the line: off.
+.El
+"""
+
+WRONG = [
+    ("setting port", "set port number default=1", "unknown line 'set port number default=1'"),
+    ("setting port", "setting port colour", "the type must be one of text, number, community, flag, controller"),
+    ("setting port", "setting port number", "default= is for the types text and number, and needed there"),
+    ("setting port", "setting port flag default=1", "default= is for the types text and number, and needed there"),
+    ("setting port", "setting port number default=x", "'x' is not a number"),
+    ("setting port", "setting reader flag", "duplicate setting 'reader'; first defined at data/daemon/settings.def:1"),
+    ('  "Says more."', "", "settings.def: the last setting needs lines for the manual page"),
+]
+
+
+class SettingsDataTest(codegenCase.CodegenCase):
+    KIND = "settings"
+    FILES = {"daemon/settings.def": SETTINGS, "daemon/snmpSubagent.conf.5": ".Bl\n@SETTINGS@\n.El\n"}
+
+    def test_makes_the_table_and_the_page(self):
+        self.assertEqual(self.run_on(), (0, ""))
+        self.assert_in_order("confSettings.inc", ROWS)
+        self.assert_in_order("snmpSubagent.conf.5", PAGE)
+
+    def test_names_the_place_of_a_mistake(self):
+        self.check_wrong("daemon/settings.def", WRONG)
+
+
+if __name__ == "__main__":
+    unittest.main()
