@@ -6,7 +6,7 @@ from dataclasses import dataclass
 from codegen.reader import DataError, Place
 
 # The value without a line in the file, as the manual page calls it; None if the data say it.
-TYPES = {"text": None, "number": None, "community": "none", "flag": "off", "controller": "not known"}
+TYPES = {"text": None, "number": None, "community": "none", "flag": "off", "controller": "unknown"}
 NAME = re.compile(r"[A-Za-z][A-Za-z0-9]*$")
 
 
