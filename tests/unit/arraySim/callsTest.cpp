@@ -9,10 +9,10 @@
 #include "apiMgmt/apiStub/base/apiObjects/base/apiObjectFactory.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/methodReturns.h"
 #include "apiMgmt/common/utils/apiMethodError.h"
+#include "arraySim/model/presets.h"
+#include "arraySim/protocol/callTable.h"
 #include "tests/unit/arraySim/libraryChannel.h"
 #include "tests/unit/arraySim/requests.h"
-#include "tools/arraySim/callTable.h"
-#include "tools/arraySim/presets.h"
 
 using namespace arraysim;
 using testing::ElementsAre;

@@ -3,8 +3,8 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "tools/arraySim/presets.h"
-#include "tools/arraySim/simulator.h"
+#include "arraySim/control/simulator.h"
+#include "arraySim/model/presets.h"
 
 using namespace arraysim;
 

@@ -5,10 +5,10 @@
 #include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsDisk.h"
 #include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsServer.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/methodReturns.h"
+#include "arraySim/control/simulator.h"
+#include "arraySim/model/modelFile.h"
 #include "tests/unit/arraySim/libraryChannel.h"
 #include "tests/unit/arraySim/requests.h"
-#include "tools/arraySim/modelFile.h"
-#include "tools/arraySim/simulator.h"
 
 using namespace arraysim;
 

@@ -5,12 +5,12 @@
 #include <mutex>
 
 #include "apiMgmt/common/wirelink/wireLink.h"
+#include "arraySim/control/eventSender.h"
+#include "arraySim/control/simulator.h"
+#include "arraySim/control/trace.h"
+#include "arraySim/model/events.h"
+#include "arraySim/model/presets.h"
 #include "tests/unit/arraySim/requests.h"
-#include "tools/arraySim/eventSender.h"
-#include "tools/arraySim/events.h"
-#include "tools/arraySim/presets.h"
-#include "tools/arraySim/simulator.h"
-#include "tools/arraySim/trace.h"
 
 using namespace arraysim;
 using testing::ElementsAre;

@@ -5,10 +5,10 @@
 #include <set>
 #include <sstream>
 
+#include "arraySim/model/incidents.h"
+#include "arraySim/model/modelFile.h"
+#include "arraySim/model/presets.h"
 #include "tests/sourceFolder.h"
-#include "tools/arraySim/incidents.h"
-#include "tools/arraySim/modelFile.h"
-#include "tools/arraySim/presets.h"
 
 using namespace arraysim;
 
