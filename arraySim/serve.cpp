@@ -16,7 +16,6 @@
 #include "arraySim/control/trace.h"
 #include "arraySim/model/modelFile.h"
 #include "arraySim/model/presets.h"
-#include "arraySim/scenario/clockPace.h"
 #include "arraySim/scenario/scenario.h"
 
 namespace arraysim {
@@ -101,6 +100,13 @@ class ScenarioThread {
     std::thread thread_;
 };
 
+// Files are read before any socket exists, so that a mistake in them leaves nothing behind. The parts are
+// then made from the inside out: the simulator, what observes it, and what serves it. They are started in the
+// order in which one needs another, and stopped in reverse:
+//  - events, since a command can cause one as soon as commands are taken;
+//  - the control socket, which finds out whether another simulator runs;
+//  - the API's socket, and with it the line that says that both are there;
+//  - the scenario, whose steps act on all of it.
 ExitStatus Run(const ServeOptions& options, const sigset_t& signals) {
     if (options.socket_path == options.control_path) {
         throw ControlError("the API and the commands cannot have the same socket: " + options.socket_path);
@@ -128,7 +134,7 @@ ExitStatus Run(const ServeOptions& options, const sigset_t& signals) {
         events.Start();
     }
     simulator.SetHooks(std::move(hooks));
-    control.Start();  // first, since it tells whether another simulator runs
+    control.Start();
     service.Start();
     std::printf("%s\n", ready.c_str());
     std::fflush(stdout);
@@ -141,10 +147,9 @@ ExitStatus Run(const ServeOptions& options, const sigset_t& signals) {
     int signal = 0;
     sigwait(&signals, &signal);
 
-    // Whoever may still want something of the service ends before it.
     control.Stop();
     const bool good = !scenario_thread || scenario_thread->Stop();
-    events.Stop();  // the daemon asks the service about an event
+    events.Stop();  // before the service: the daemon asks it about an event
     service.Stop();
     return good ? kGood : kFailed;
 }

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "arraySim/protocol/answers.h"
+#include "arraySim/protocol/answer.h"
 
 namespace arraysim {
 

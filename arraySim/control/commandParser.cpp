@@ -1,7 +1,13 @@
-#include "arraySim/control/command.h"
+#include "arraySim/control/commandParser.h"
 
 #include <algorithm>
+#include <iterator>
+#include <sstream>
+#include <string_view>
 
+#include "apiMgmt/common/utils/stringUtil.h"
+#include "arraySim/control/faultSyntax.h"
+#include "arraySim/control/words.h"
 #include "arraySim/model/modelFile.h"
 #include "arraySim/model/numbers.h"
 
@@ -9,7 +15,40 @@ namespace arraysim {
 
 namespace {
 
-/** Reads the words of one command after its verb, each of them as something. */
+/** A row of the table of commands. CommandParser has a reader for each word of the usage. */
+struct VerbInfo {
+    Verb verb;
+    std::string_view name;
+    std::string_view usage;
+    std::string_view help;
+};
+
+constexpr VerbInfo kVerbs[] = {
+    {Verb::kSet, "set", "KIND INDEX ATTR VALUE", "give an attribute a value; VALUE is the rest of the line"},
+    {Verb::kUnset, "unset", "KIND INDEX ATTR", "take an attribute away"},
+    {Verb::kFail, "fail", "KIND INDEX [Down|Degraded]",
+     "put an object into a bad state: its signs, what holds it, an alert"},
+    {Verb::kRecover, "recover", "KIND INDEX", "put it back to Up and end its alerts"},
+    {Verb::kAdd, "add", "KIND [ATTR=VALUE...]", "make an object at the end of its list; prints its index"},
+    {Verb::kRemove, "remove", "KIND INDEX", "take an object away"},
+    {Verb::kGet, "get", "KIND [INDEX [ATTR]]", "print objects, the attributes of one, or one value"},
+    {Verb::kExpect, "expect", "KIND INDEX ATTR VALUE", "fail unless the attribute has this value"},
+    {Verb::kList, "list", "", "print all kinds and how many there are"},
+    {Verb::kDump, "dump", "[FILE]", "write the model as JSON"},
+    {Verb::kLoad, "load", "FILE", "replace the model by one that was dumped"},
+    {Verb::kFault, "fault", "NAME [args] [on KIND] [for N]", "switch a fault on, see below"},
+    {Verb::kFaults, "faults", "", "print the faults that are on"},
+    {Verb::kClear, "clear", "[NAME]", "switch all faults off, or those of a name"},
+    {Verb::kStats, "stats", "", "print the exchanges so far"},
+    {Verb::kEvent, "event", "TEXT", "send the daemon a trap command as it stands: eight numbers and a text"},
+    {Verb::kMisc, "misc", "TEXT", "send it an alert in words"},
+    {Verb::kScsi, "scsi", "TYPE STATUS [DISK-ROW]", "send it the status of a SCSI initiator device"},
+    {Verb::kSay, "say", "TEXT", "print a text where the simulator runs"},
+    {Verb::kHelp, "help", "", "print this"},
+    {Verb::kQuit, "quit", "", "end the simulator"},
+};
+
+/** Reads the words of one command after its verb. */
 class CommandParser {
   public:
     CommandParser(const Catalogue& catalogue, const VerbInfo& info, const std::vector<std::string>& words)
@@ -18,61 +57,20 @@ class CommandParser {
     }
 
     Command Parse() {
-        switch (info_.verb) {
-            case Verb::kSet:
-            case Verb::kExpect:
-                ReadAttributeOfObject();
-                command_.text = Rest();
-                break;
-            case Verb::kUnset:
-                ReadAttributeOfObject();
-                break;
-            case Verb::kFail:
-                ReadObject();
-                command_.condition = ReadCondition();
-                CheckCondition();
-                break;
-            case Verb::kRecover:
-                ReadObject();
-                CheckCondition();
-                break;
-            case Verb::kRemove:
-                ReadObject();
-                break;
-            case Verb::kAdd:
-                ReadAdd();
-                break;
-            case Verb::kGet:
-                ReadGet();
-                break;
-            case Verb::kDump:
-            case Verb::kClear:
-                command_.text = HasMore() ? Next() : "";
-                CheckFaultName();
-                break;
-            case Verb::kLoad:
-                command_.text = Next();
-                break;
-            case Verb::kEvent:
-            case Verb::kMisc:
-            case Verb::kSay:
-                command_.text = Rest();
-                break;
-            case Verb::kScsi:
-                command_.device_type = ReadNumber("a type");
-                command_.device_status = ReadNumber("a status");
-                command_.disk_row = HasMore() ? ReadNumber("a row of the disk table") : 0;
-                break;
-            case Verb::kFault:
-                command_.fault = ParseFault(catalogue_, {words_.begin() + 1, words_.end()});
-                at_ = words_.size();
-                break;
-            case Verb::kList:
-            case Verb::kFaults:
-            case Verb::kStats:
-            case Verb::kHelp:
-            case Verb::kQuit:
-                break;
+        if (info_.verb == Verb::kFault) {
+            command_.fault = ParseFault(catalogue_, {words_.begin() + 1, words_.end()});
+            return std::move(command_);
+        }
+        std::istringstream usage{std::string(info_.usage)};
+        for (std::string argument; usage >> argument;) {
+            const bool is_optional = argument.starts_with('[');
+            if (!is_optional || HasMore()) {
+                ReadArgument(
+                    argument.substr(is_optional ? 1 : 0, argument.find(']') - (is_optional ? 1 : 0)));
+            }
+        }
+        if (info_.verb == Verb::kFail || info_.verb == Verb::kRecover) {
+            CheckCondition();
         }
         if (HasMore()) {
             FailUsage("'" + words_[at_] + "' is too much");
@@ -81,6 +79,28 @@ class CommandParser {
     }
 
   private:
+    void ReadArgument(std::string_view argument) {
+        struct Reader {
+            std::string_view argument;
+            void (CommandParser::*read)();
+        };
+        static constexpr Reader kReaders[] = {{"KIND", &CommandParser::ReadKind},
+                                              {"INDEX", &CommandParser::ReadIndex},
+                                              {"ATTR", &CommandParser::ReadAttribute},
+                                              {"VALUE", &CommandParser::ReadRest},
+                                              {"TEXT", &CommandParser::ReadRest},
+                                              {"FILE", &CommandParser::ReadFile},
+                                              {"NAME", &CommandParser::ReadFaultName},
+                                              {"Down|Degraded", &CommandParser::ReadCondition},
+                                              {"ATTR=VALUE...", &CommandParser::ReadAssignments},
+                                              {"TYPE", &CommandParser::ReadDeviceType},
+                                              {"STATUS", &CommandParser::ReadDeviceStatus},
+                                              {"DISK-ROW", &CommandParser::ReadDiskRow}};
+        const auto* reader = std::find_if(std::begin(kReaders), std::end(kReaders),
+                                          [&](const Reader& each) { return each.argument == argument; });
+        (this->*reader->read)();
+    }
+
     [[noreturn]] void FailUsage(const std::string& why) const {
         throw CommandError(why + "; usage: " + std::string(info_.name) + (info_.usage.empty() ? "" : " ") +
                            std::string(info_.usage));
@@ -95,16 +115,17 @@ class CommandParser {
         return words_[at_++];
     }
 
-    /** The rest of the line as one text; an empty one must be given as "". */
-    std::string Rest() {
+    /** The rest of the line as one string; an empty one must be given as "". */
+    void ReadRest() {
         if (!HasMore()) {
             FailUsage("something is missing");
         }
-        std::string text = JoinWords(words_, at_);
+        command_.text = JoinWords(words_, at_);
         at_ = words_.size();
-        CheckText(text);
-        return text;
+        CheckText(command_.text);
     }
+
+    void ReadFile() { command_.text = Next(); }
 
     static void CheckText(const std::string& text) {
         if (!IsUtf8(text)) {
@@ -117,6 +138,9 @@ class CommandParser {
         const std::optional<Selection> found = catalogue_.Find(name);
         if (!found) {
             throw CommandError("unknown kind '" + name + "'; `list` prints all");
+        }
+        if (info_.verb == Verb::kAdd && found->kind == nullptr) {
+            throw CommandError(found->Name() + " holds several kinds; name one of them");
         }
         command_.selection = *found;
     }
@@ -138,68 +162,47 @@ class CommandParser {
         return *number;
     }
 
-    void ReadObject() {
-        ReadKind();
-        ReadIndex();
-    }
+    void ReadDeviceType() { command_.device_type = ReadNumber("a type"); }
+    void ReadDeviceStatus() { command_.device_status = ReadNumber("a status"); }
+    void ReadDiskRow() { command_.disk_row = ReadNumber("a row of the disk table"); }
 
-    /** An attribute that some kind of the selection has. */
     void ReadAttribute() {
         const std::string& name = Next();
-        for (const Kind& kind : catalogue_.kinds()) {
-            if (kind.list == command_.selection.list && command_.selection.Matches(kind)) {
-                if (const std::optional<size_t> position = kind.FindAttribute(name)) {
-                    command_.attribute = kind.attributes[*position].name();
-                    return;
-                }
-            }
+        const Attribute* attribute = catalogue_.FindAttribute(command_.selection, name);
+        if (attribute == nullptr) {
+            throw CommandError(command_.selection.Name() + " has no attribute '" + name + "'");
         }
-        throw CommandError(command_.selection.Name() + " has no attribute '" + name + "'");
+        command_.attribute = attribute->name();
     }
 
-    void ReadAttributeOfObject() {
-        ReadObject();
-        ReadAttribute();
-    }
-
-    Condition ReadCondition() {
-        if (!HasMore()) {
-            return Condition::kDown;
-        }
+    void ReadCondition() {
         const std::string& text = Next();
         const std::optional<Condition> condition = ConditionOf(text);
         if (!condition || *condition == Condition::kUp) {
             throw CommandError("'" + text + "' is neither Down nor Degraded");
         }
-        return *condition;
+        command_.condition = *condition;
     }
 
     void CheckCondition() const {
-        for (const Kind& kind : catalogue_.kinds()) {
-            if (kind.list == command_.selection.list && HasCondition(kind)) {
-                return;
-            }
+        if (catalogue_.FindAttribute(command_.selection, "Status") == nullptr) {
+            throw CommandError(command_.selection.Name() + " has no status");
         }
-        throw CommandError(command_.selection.Name() + " has no status");
     }
 
-    void CheckFaultName() const {
+    void ReadFaultName() {
+        command_.text = Next();
         const std::span<const FaultInfo> table = FaultTable();
-        if (info_.verb == Verb::kClear && !command_.text.empty() &&
-            std::none_of(table.begin(), table.end(),
-                         [&](const FaultInfo& each) { return each.name == command_.text; })) {
+        if (!command_.text.empty() && std::none_of(table.begin(), table.end(), [&](const FaultInfo& each) {
+                return each.name == command_.text;
+            })) {
             throw CommandError("unknown fault '" + command_.text + "'");
         }
     }
 
-    void ReadAdd() {
-        ReadKind();
-        const Kind* kind = command_.selection.kind;
-        if (kind == nullptr) {
-            throw CommandError(command_.selection.Name() + " holds several kinds; name one of them");
-        }
+    void ReadAssignments() {
         while (HasMore()) {
-            ReadAssignment(*kind);
+            ReadAssignment(*command_.selection.kind);
         }
     }
 
@@ -222,21 +225,11 @@ class CommandParser {
             }
             return;
         }
-        if (kind.attributes[*position].rule.verb == Rule::Verb::kCount) {
+        if (kind.attributes[*position].rule.verb == ValueRule::Verb::kCount) {
             throw CommandError(kind.attributes[*position].name() + " follows the model and cannot be set");
         }
         CheckText(value);
         command_.values.emplace_back(kind.attributes[*position].name(), value);
-    }
-
-    void ReadGet() {
-        ReadKind();
-        if (HasMore()) {
-            ReadIndex();
-        }
-        if (HasMore()) {
-            ReadAttribute();
-        }
     }
 
     const Catalogue& catalogue_;
@@ -246,19 +239,36 @@ class CommandParser {
     Command command_;
 };
 
+std::string HelpLine(size_t width, std::string_view name, std::string_view usage, std::string_view help) {
+    const std::string syntax = std::string(name) + (usage.empty() ? "" : " ") + std::string(usage);
+    return FormatString("%-*s %s\n", static_cast<int>(width), syntax.c_str(), std::string(help).c_str());
+}
+
 }  // namespace
 
 Command ParseCommand(const Catalogue& catalogue, const std::vector<std::string>& words) {
     if (words.empty()) {
         throw CommandError("no command; `help` prints all");
     }
-    const std::span<const VerbInfo> table = VerbTable();
-    const auto info =
-        std::find_if(table.begin(), table.end(), [&](const VerbInfo& each) { return each.name == words[0]; });
-    if (info == table.end()) {
+    const auto* info = std::find_if(std::begin(kVerbs), std::end(kVerbs),
+                                    [&](const VerbInfo& each) { return each.name == words[0]; });
+    if (info == std::end(kVerbs)) {
         throw CommandError("unknown command '" + words[0] + "'; `help` prints all");
     }
     return CommandParser(catalogue, *info, words).Parse();
+}
+
+std::string HelpText() {
+    std::string text;
+    for (const VerbInfo& each : kVerbs) {
+        text += HelpLine(38, each.name, each.usage, each.help);
+    }
+    text +=
+        "\nFaults strike every exchange, or those `on KIND` (`on Ping` for pings), or the next `for N`:\n";
+    for (const FaultInfo& each : FaultTable()) {
+        text += "  " + HelpLine(36, each.name, each.usage, each.help);
+    }
+    return text;
 }
 
 }  // namespace arraysim

@@ -1,8 +1,14 @@
 #include "arraySim/control/commandRunner.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "apiMgmt/common/utils/stringUtil.h"
+#include "arraySim/control/faultSyntax.h"
+#include "arraySim/control/words.h"
+#include "arraySim/model/failures.h"
 #include "arraySim/model/modelFile.h"
-#include "arraySim/model/population.h"
+#include "arraySim/model/objectMaker.h"
 
 namespace arraysim {
 
@@ -36,25 +42,26 @@ Object& ChangeableObject(Model& model, const Command& command) {
         throw CommandError(command.attribute +
                            " is what the object is known by; the fault no-index leaves it out");
     }
-    if (object.kind->attributes[position].rule.verb == Rule::Verb::kCount) {
+    if (object.kind->attributes[position].rule.verb == ValueRule::Verb::kCount) {
         throw CommandError(command.attribute + " follows the model and cannot be set");
     }
     return object;
 }
 
-std::string Set(Model& model, const Command& command) {
-    ChangeableObject(model, command).Put(command.attribute, command.text);
-    model.UpdateCounts();
+std::string Set(CommandWorld& world, const Command& command) {
+    ChangeableObject(world.model, command).Put(command.attribute, command.text);
+    world.model.UpdateCounts();
     return {};
 }
 
-std::string Unset(Model& model, const Command& command) {
-    ChangeableObject(model, command).RemoveAttribute(command.attribute);
-    model.UpdateCounts();
+std::string Unset(CommandWorld& world, const Command& command) {
+    ChangeableObject(world.model, command).RemoveAttribute(command.attribute);
+    world.model.UpdateCounts();
     return {};
 }
 
-std::string Add(Model& model, const Command& command) {
+std::string Add(CommandWorld& world, const Command& command) {
+    Model& model = world.model;
     const Kind& kind = *command.selection.kind;
     uint32_t index = 1;
     if (kind.key) {
@@ -68,12 +75,12 @@ std::string Add(Model& model, const Command& command) {
     return std::to_string(index) + "\n";
 }
 
-std::string Remove(Model& model, const Command& command) {
-    RemoveObject(model, ObjectOf(model, command));
+std::string Remove(CommandWorld& world, const Command& command) {
+    RemoveObject(world.model, ObjectOf(world.model, command));
     return {};
 }
 
-std::string Get(const Model& model, const Command& command) {
+std::string GetSummary(const Model& model, const Command& command) {
     std::string text;
     for (const Object& object : model.Objects(*command.selection.list)) {
         if (command.selection.Matches(*object.kind)) {
@@ -109,8 +116,16 @@ std::string GetValue(Model& model, const Command& command) {
     return *value + "\n";
 }
 
-std::string Expect(Model& model, const Command& command) {
-    const std::optional<std::string> value = ValueOf(model, command);
+std::string Get(CommandWorld& world, const Command& command) {
+    if (!command.index) {
+        return GetSummary(world.model, command);
+    }
+    return command.attribute.empty() ? GetObject(ObjectOf(world.model, command))
+                                     : GetValue(world.model, command);
+}
+
+std::string Expect(CommandWorld& world, const Command& command) {
+    const std::optional<std::string> value = ValueOf(world.model, command);
     if (value != command.text) {
         throw CommandError(NameOf(command.selection, *command.index) + " " + command.attribute +
                            ": expected '" + command.text + "', found " +
@@ -119,7 +134,8 @@ std::string Expect(Model& model, const Command& command) {
     return {};
 }
 
-std::string List(const Model& model) {
+std::string List(CommandWorld& world, const Command&) {
+    const Model& model = world.model;
     std::string text;
     for (const Kind& kind : model.catalogue().kinds()) {
         text += FormatString("%-30s %6zu\n", kind.name.c_str(), model.Count({kind.list, &kind}));
@@ -127,86 +143,77 @@ std::string List(const Model& model) {
     return text;
 }
 
-std::string Dump(const Model& model, const std::string& path) {
-    if (path.empty()) {
-        return WriteModel(model);
+std::string Dump(CommandWorld& world, const Command& command) {
+    if (command.text.empty()) {
+        return WriteModel(world.model);
     }
-    WriteModelFile(model, path);
+    WriteModelFile(world.model, command.text);
     return {};
 }
 
-std::string Clear(FaultList& faults, const std::string& name) {
-    const size_t cleared = faults.Clear(name);
+std::string Load(CommandWorld& world, const Command& command) {
+    world.model = ReadModelFile(world.model.catalogue(), command.text);
+    return {};
+}
+
+std::string AddFault(CommandWorld& world, const Command& command) {
+    world.faults.Add(command.fault);
+    return {};
+}
+
+std::string ListFaults(CommandWorld& world, const Command&) {
+    std::string text;
+    for (const Fault& fault : world.faults.faults()) {
+        text += FaultCommand(fault) + '\n';
+    }
+    return text;
+}
+
+std::string ClearFaults(CommandWorld& world, const Command& command) {
+    const size_t cleared = world.faults.Clear(command.text);
     return std::to_string(cleared) + (cleared == 1 ? " fault" : " faults") + " cleared\n";
 }
 
-/** Where every kind of the list has a status, an object has one too. */
-std::string Fail(Model& model, const Command& command) {
-    FailObject(model, ObjectOf(model, command), command.condition);
-    model.UpdateCounts();
+std::string Fail(CommandWorld& world, const Command& command) {
+    FailObject(world.model, ObjectOf(world.model, command), command.condition);
+    world.model.UpdateCounts();
     return {};
 }
 
-std::string Recover(Model& model, const Command& command) {
-    RecoverObject(model, ObjectOf(model, command));
+std::string Recover(CommandWorld& world, const Command& command) {
+    RecoverObject(world.model, ObjectOf(world.model, command));
     return {};
 }
 
-std::string Run(CommandWorld& world, const Command& command) {
-    switch (command.verb) {
-        case Verb::kSet:
-            return Set(world.model, command);
-        case Verb::kUnset:
-            return Unset(world.model, command);
-        case Verb::kFail:
-            return Fail(world.model, command);
-        case Verb::kRecover:
-            return Recover(world.model, command);
-        case Verb::kAdd:
-            return Add(world.model, command);
-        case Verb::kRemove:
-            return Remove(world.model, command);
-        case Verb::kGet:
-            if (!command.index) {
-                return Get(world.model, command);
-            }
-            return command.attribute.empty() ? GetObject(ObjectOf(world.model, command))
-                                             : GetValue(world.model, command);
-        case Verb::kExpect:
-            return Expect(world.model, command);
-        case Verb::kList:
-            return List(world.model);
-        case Verb::kDump:
-            return Dump(world.model, command.text);
-        case Verb::kLoad:
-            world.model = ReadModelFile(world.model.catalogue(), command.text);
-            return {};
-        case Verb::kFault:
-            world.faults.Add(command.fault);
-            return {};
-        case Verb::kFaults:
-            return world.faults.Describe();
-        case Verb::kClear:
-            return Clear(world.faults, command.text);
-        case Verb::kStats:
-            return world.statistics.Describe();
-        case Verb::kHelp:
-            return HelpText();
-        case Verb::kEvent:
-        case Verb::kMisc:
-        case Verb::kScsi:
-        case Verb::kSay:
-        case Verb::kQuit:
-            break;
-    }
-    return {};
+std::string Stats(CommandWorld& world, const Command&) {
+    return world.statistics.Describe();
 }
+
+std::string Help(CommandWorld&, const Command&) {
+    return HelpText();
+}
+
+/** Commands that act on the world. */
+struct VerbAction {
+    Verb verb;
+    std::string (*run)(CommandWorld& world, const Command& command);
+};
+constexpr VerbAction kActions[] = {
+    {Verb::kSet, Set},           {Verb::kUnset, Unset},       {Verb::kFail, Fail},
+    {Verb::kRecover, Recover},   {Verb::kAdd, Add},           {Verb::kRemove, Remove},
+    {Verb::kGet, Get},           {Verb::kExpect, Expect},     {Verb::kList, List},
+    {Verb::kDump, Dump},         {Verb::kLoad, Load},         {Verb::kFault, AddFault},
+    {Verb::kFaults, ListFaults}, {Verb::kClear, ClearFaults}, {Verb::kStats, Stats},
+    {Verb::kHelp, Help},
+};
 
 }  // namespace
 
 std::string RunCommand(CommandWorld& world, const Command& command) {
+    const auto* action = std::find_if(std::begin(kActions), std::end(kActions),
+                                      [&](const VerbAction& each) { return each.verb == command.verb; });
     try {
-        return Run(world, command);
+        return action == std::end(kActions) ? std::string() : action->run(world, command);
     } catch (const ModelFileError& error) {
         throw CommandError(error.what());
     }

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "arraySim/control/command.h"
+#include "arraySim/control/commandParser.h"
 #include "arraySim/control/statistics.h"
 #include "arraySim/faults/faults.h"
 #include "arraySim/model/model.h"
@@ -17,8 +17,8 @@ struct CommandWorld {
 };
 
 /**
- * Carries out a command and gives the data of its reply. Throws CommandError; then nothing has changed.
- * `event`, `misc`, `scsi`, `say` and `quit` act outside the world: their caller looks at the verb.
+ * Carries out a command and returns the data of its reply. Throws CommandError; then nothing has changed.
+ * `event`, `misc`, `scsi`, `say` and `quit` act outside the world and are left to the caller.
  */
 std::string RunCommand(CommandWorld& world, const Command& command);
 

@@ -15,9 +15,9 @@ class ControlError : public std::runtime_error {
 };
 
 /**
- * Takes commands on a local stream socket, one a connection: the peer sends a line, gets the reply and the
- * connection is closed. The first line of a reply is "ok" or "error: ..."; data follows. The socket file has
- * mode 0600 and is there from Start to Stop.
+ * Takes commands on a local stream socket, one per connection: the peer sends a line and gets the reply, then
+ * the connection is closed. The first line of a reply is "ok" or "error: ..."; data follows. The socket file
+ * has mode 0600 and exists from Start to Stop.
  */
 class ControlServer {
   public:

@@ -13,19 +13,19 @@
 
 namespace arraysim {
 
-/** What became of an event. */
+/** The outcome of an event. */
 struct SentEvent {
     std::string text;
-    const char* outcome =
-        "";                ///< delivered; dropped: nobody took it in time; overflow: too many were waiting
+    /** delivered; dropped: nobody took it in time; overflow: too many were waiting */
+    const char* outcome = "";
     double waited_ms = 0;  ///< from the change to the outcome
 };
 
 /**
- * Brings events to the daemon's local socket, in the order in which they came, from a thread of its own: the
- * daemon may take its time, since it asks this very simulator while it works on an event. A daemon that is
- * not there is waited for; each event has its own patience. A connection lasts as long as events are
- * waiting, since the daemon serves one sender at a time.
+ * Sends events to the daemon's local socket, in the order in which they were pushed. It has its own thread,
+ * since the daemon can be slow: it queries this very simulator while it handles an event. If the daemon is
+ * not there, the sender retries until the event's timeout. A connection lasts as long as events are waiting,
+ * since the daemon serves one sender at a time.
  */
 class EventSender {
   public:
@@ -36,7 +36,7 @@ class EventSender {
         std::chrono::milliseconds farewell{2000};   ///< how long Stop waits for the last events
     };
     using Observer = std::function<void(const SentEvent&)>;
-    /** Told once for each time that the daemon is away. */
+    /** Called once each time that the daemon is found missing. */
     using Complaint = std::function<void(const std::string&)>;
 
     /** Both are called from the threads that use the sender, and calls may overlap. */
@@ -52,7 +52,7 @@ class EventSender {
     /** Hands over the text of a trap command; never blocks. */
     void Push(std::string text);
 
-    /** A line with counts for people. */
+    /** A human-readable line with counts. */
     std::string Describe() const;
 
   private:

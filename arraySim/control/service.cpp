@@ -179,7 +179,7 @@ bool Service::ServeOne(Peer& peer) {
     }
     const auto start = std::chrono::steady_clock::now();
     const Exchange exchange = simulator_.Handle(request);
-    const Delivered delivered = Deliver(*peer.connection, endpoint_, exchange);
+    const Delivered delivered = Deliver(*peer.connection, endpoint_, exchange.response, exchange.delivery);
     const std::chrono::duration<double, std::milli> elapsed = std::chrono::steady_clock::now() - start;
     observer_({peer.number, exchange.record, delivered.bytes, elapsed.count()});
     return delivered.connection_good;

@@ -27,7 +27,7 @@ using ExchangeObserver = std::function<void(const ServedExchange&)>;
 
 /**
  * The API manager's socket: a thread that accepts, and one for each connection, so that an answer that hangs
- * or is late holds up nobody else. The socket file is there from Start to Stop, except while the fault
+ * or is late delays no other connection. The socket file exists from Start to Stop, except while the fault
  * stop-listening is on.
  */
 class Service {

@@ -1,7 +1,6 @@
 #include "arraySim/control/simulator.h"
 
-#include "arraySim/model/events.h"
-#include "arraySim/protocol/answers.h"
+#include "arraySim/control/words.h"
 
 namespace arraysim {
 
@@ -9,26 +8,12 @@ namespace {
 
 using protoIPCMsg::GPBIPCMsg;
 
-void BendEnvelope(const EnvelopeBend& bend, GPBIPCMsg& response) {
-    if (bend.wrong_sequence) {
-        response.set_sequencenum(response.sequencenum() + 1);
-    }
-    if (bend.wrong_type) {
-        response.set_msgtype(protoIPCMsg::CAResp);
-    }
-    if (bend.no_command && response.has_apirespmsg()) {
-        response.mutable_apirespmsg()->clear_cmd();
-    }
-    if (bend.no_response) {
-        response.clear_apirespmsg();
-    }
-}
-
 bool IsEvent(Verb verb) {
     return verb == Verb::kEvent || verb == Verb::kMisc || verb == Verb::kScsi;
 }
 
-/** Calls that only look are asked often, and to watch the whole model costs many times their answer. */
+/** Calls that only read are frequent, and watching the whole model costs many times as much as their answer.
+ */
 bool MayChangeStatus(const ApiRequest& request) {
     return request.command_type == "Method" && !request.command.starts_with("Get");
 }
@@ -46,21 +31,21 @@ Simulator::Simulator(Model model, Session session, Spelling spelling)
       spelling_(spelling),
       model_(std::move(model)) {}
 
-Answer Simulator::AnswerCommand(const Question& question, const ExchangePlan& plan) {
+Answer Simulator::AnswerCommand(const RequestMessage& request, const ExchangePlan& plan) {
     if (plan.document.error) {
         return FailureAnswer(plan.document.error->first, plan.document.error->second);
     }
-    if (question.failure) {
-        return FailureAnswer(question.failure->code(), question.failure->what());
+    if (request.failure) {
+        return FailureAnswer(request.failure->code(), request.failure->what());
     }
     ObjectStyle style = plan.style;
-    style.spelling = question.request.from_library ? Spelling::kClasses : spelling_;
-    style.lite = question.request.IsLite();
+    style.spelling = request.api_request.from_library ? Spelling::kClasses : spelling_;
+    style.lite = request.api_request.IsLite();
     std::optional<StatusWatch> watch;
-    if (hooks_.send_event && MayChangeStatus(question.request)) {
+    if (hooks_.send_event && MayChangeStatus(request.api_request)) {
         watch.emplace(model_);
     }
-    Answer answer = CarryOut(model_, question.request, session_, style, plan.list);
+    Answer answer = CarryOut(model_, request.api_request, session_, style, plan.list);
     if (watch) {
         SendChanges(*watch);
     }
@@ -73,56 +58,68 @@ void Simulator::SendChanges(const StatusWatch& watch) {
     }
 }
 
-Exchange Simulator::Handle(const GPBIPCMsg& request) {
-    const Question question = Interpret(catalogue_, request);
-    const bool is_command = question.sort == Question::Sort::kCommand;
+// One exchange, in this order:
+//  - parse the message, which needs no lock;
+//  - under the lock, take the faults that strike this exchange, since each is counted down once, then carry
+//  the
+//    command out with what they do to objects and lists;
+//  - still under the lock, write the answer's document: its objects belong to the model;
+//  - count the exchange after all that, so that who waits for it finds its effects in the model;
+//  - without the lock, put the document into an envelope, as the faults alter both. How the frame is sent is
+//  left to
+//    the caller, who may have to hang.
+Exchange Simulator::Handle(const GPBIPCMsg& message) {
+    const RequestMessage request = ParseRequestMessage(catalogue_, message);
+    const bool is_command = request.type == RequestMessage::Type::kCommand;
 
     std::unique_lock<std::mutex> lock(mutex_);
-    const ExchangePlan plan = PlanFor(faults_.TakeFor(is_command ? question.object : question.command));
+    const ExchangePlan plan = PlanFor(faults_.TakeFor(is_command ? request.object : request.command));
     std::optional<Answer> answer;
     std::string document;
     if (is_command) {
-        answer = AnswerCommand(question, plan);
-        document = answer->result->GenerateResponseXml(question.Encoding());
+        answer = AnswerCommand(request, plan);
+        document = answer->result->GenerateResponseXml(request.Encoding());
     }
-    statistics_.CountExchange(question.command, question.object, !answer || answer->successful(),
+    statistics_.CountExchange(request.command, request.object, !answer || answer->successful(),
                               !plan.faults.empty());
     exchanged_.notify_all();
     lock.unlock();
 
     Exchange exchange;
-    exchange.response = WriteResponse(question, std::move(document), plan);
-    exchange.response.set_sequencenum(request.sequencenum());
-    BendEnvelope(plan.envelope, exchange.response);
+    exchange.response = WriteResponse(request, std::move(document), plan);
+    exchange.response.set_sequencenum(message.sequencenum());
+    AlterEnvelope(plan.envelope, exchange.response);
     exchange.delivery = plan.delivery;
-    exchange.record = RecordOf(question, answer ? &*answer : nullptr, plan);
-    exchange.record.sequence = request.sequencenum();
+    exchange.record = RecordOf(request, answer ? &*answer : nullptr, plan);
+    exchange.record.sequence = message.sequencenum();
     return exchange;
 }
 
-GPBIPCMsg Simulator::WriteResponse(const Question& question, std::string document, const ExchangePlan& plan) {
+GPBIPCMsg Simulator::WriteResponse(const RequestMessage& request, std::string document,
+                                   const ExchangePlan& plan) {
     GPBIPCMsg response;
-    if (question.sort == Question::Sort::kOther) {
+    if (request.type == RequestMessage::Type::kOther) {
         response.set_msgtype(protoIPCMsg::EMPTY_RESP);
         return response;
     }
     response.set_msgtype(protoIPCMsg::APIResp);
     protoIPCMsg::APIRespMsg& message = *response.mutable_apirespmsg();
-    if (question.sort == Question::Sort::kPing) {
+    if (request.type == RequestMessage::Type::kPing) {
         message.set_cmdtype(protoIPCMsg::Ping);
         message.mutable_ping()->set_pingdata(!plan.envelope.ping_false);
     } else {
         message.set_cmdtype(protoIPCMsg::Command);
-        message.mutable_cmd()->set_respdata(BendDocument(std::move(document), plan.document));
+        message.mutable_cmd()->set_respdata(AlterDocument(std::move(document), plan.document));
     }
     return response;
 }
 
-ExchangeRecord Simulator::RecordOf(const Question& question, const Answer* answer, const ExchangePlan& plan) {
+ExchangeRecord Simulator::RecordOf(const RequestMessage& request, const Answer* answer,
+                                   const ExchangePlan& plan) {
     ExchangeRecord record;
-    record.command = question.command;
-    record.object = question.object;
-    record.lite = question.request.IsLite();
+    record.command = request.command;
+    record.object = request.object;
+    record.lite = request.api_request.IsLite();
     record.objects = answer == nullptr ? 0 : answer->objects;
     record.outcome = answer == nullptr || answer->successful() ? "ok" : answer->result->GetErrorCode();
     record.outcome += plan.faults.empty() ? "" : " fault:" + plan.faults;

@@ -10,10 +10,11 @@
 #include "apiMgmt/proto/apiMgrMsg.pb.h"
 #include "arraySim/control/commandRunner.h"
 #include "arraySim/control/statistics.h"
-#include "arraySim/faults/exchangePlan.h"
+#include "arraySim/faults/faults.h"
 #include "arraySim/model/events.h"
 #include "arraySim/model/model.h"
-#include "arraySim/protocol/question.h"
+#include "arraySim/protocol/apiRequest.h"
+#include "arraySim/protocol/requestDispatch.h"
 
 namespace arraysim {
 
@@ -67,11 +68,11 @@ class Simulator {
     const Catalogue& catalogue() const { return catalogue_; }
 
     /** Answers one message of the API channel. */
-    Exchange Handle(const protoIPCMsg::GPBIPCMsg& request);
-    /** A connection has come; true when it is to be closed at once. */
+    Exchange Handle(const protoIPCMsg::GPBIPCMsg& message);
+    /** Returns true if the new connection must be closed immediately. */
     bool TakeRefusal();
 
-    /** Whether the socket is to be there. */
+    /** Whether the socket must exist. */
     bool Listening();
 
     /** Carries out one line of the command language. */
@@ -84,15 +85,16 @@ class Simulator {
 
   private:
     std::string Run(const Command& command);
-    /** The trap command that a person has asked for. Throws CommandError when events are off. */
+    /** The trap command that a user has asked for. Throws CommandError if events are off. */
     std::string EventByHand(const Command& command) const;
 
     /** Carries a command out and reports what it changes. */
-    Answer AnswerCommand(const Question& question, const ExchangePlan& plan);
-    static protoIPCMsg::GPBIPCMsg WriteResponse(const Question& question, std::string document,
+    Answer AnswerCommand(const RequestMessage& request, const ExchangePlan& plan);
+    static protoIPCMsg::GPBIPCMsg WriteResponse(const RequestMessage& request, std::string document,
                                                 const ExchangePlan& plan);
-    /** answer: null for what is no command. */
-    static ExchangeRecord RecordOf(const Question& question, const Answer* answer, const ExchangePlan& plan);
+    /** answer: null for anything but a command. */
+    static ExchangeRecord RecordOf(const RequestMessage& request, const Answer* answer,
+                                   const ExchangePlan& plan);
     void SendChanges(const StatusWatch& watch);
 
     const Catalogue& catalogue_;

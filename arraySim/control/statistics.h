@@ -15,7 +15,7 @@ class Statistics {
     void CountConnection(bool refused);
 
     size_t Exchanges(const std::string& command, const std::string& object) const;
-    /** A table for people. */
+    /** A human-readable table. */
     std::string Describe() const;
 
   private:

@@ -9,10 +9,10 @@
 
 namespace arraysim {
 
-/** What people see of a running simulator, a line at a time. May be used from any thread. */
+/** The output of a running simulator, line by line. May be used from any thread. */
 class Trace {
   public:
-    /** out: lent. traffic: whether exchanges and events are printed too. */
+    /** out: not owned. traffic: whether exchanges and events are printed too. */
     Trace(std::FILE* out, bool traffic) : out_(out), traffic_(traffic) {}
 
     /** The meaning of the columns, and their heads. */

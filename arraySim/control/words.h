@@ -7,7 +7,7 @@
 
 namespace arraysim {
 
-/** A command or a line of a scenario that cannot be understood or carried out. */
+/** A command or a line of a scenario that cannot be parsed or carried out. */
 class CommandError : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;

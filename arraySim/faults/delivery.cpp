@@ -48,11 +48,11 @@ std::string Frame(size_t length, std::string_view body) {
     return frame.append(body);
 }
 
-/** The frame that a fault makes of an answer; only a part of it may be sent. */
-std::string BentFrame(const WireLinkEndpoint& endpoint, const Exchange& exchange) {
-    const Delivery& delivery = exchange.delivery;
+/** The frame that a fault makes of a response; can end early. */
+std::string AlteredFrame(const WireLinkEndpoint& endpoint, const protoIPCMsg::GPBIPCMsg& response,
+                         const Delivery& delivery) {
     const std::string body =
-        delivery.garbage ? std::string(kGarbageBytes, '\xff') : exchange.response.SerializeAsString();
+        delivery.garbage ? std::string(kGarbageBytes, '\xff') : response.SerializeAsString();
     switch (delivery.length) {
         case Delivery::Length::kLong:
             return Frame(body.size() + kMissingBytes, body);
@@ -60,7 +60,7 @@ std::string BentFrame(const WireLinkEndpoint& endpoint, const Exchange& exchange
             return Frame(endpoint.greatest_body() + 1, "");
         case Delivery::Length::kZero:
             return Frame(0, "");
-        case Delivery::Length::kHonest:
+        case Delivery::Length::kCorrect:
             break;
     }
     std::string frame = Frame(body.size(), body);
@@ -75,21 +75,21 @@ void SendAll(int descriptor, std::string_view bytes) {
     while (!bytes.empty()) {
         const ssize_t count = send(descriptor, bytes.data(), bytes.size(), MSG_NOSIGNAL);
         if (count < 0 && errno != EINTR) {
-            throw WireLinkError(std::string("cannot send a bent frame: ") + std::strerror(errno));
+            throw WireLinkError(std::string("cannot send an altered frame: ") + std::strerror(errno));
         }
         bytes.remove_prefix(count < 0 ? 0 : static_cast<size_t>(count));
     }
 }
 
-/** Faults of the frame end the connection, apart from garbage in an honest frame. */
+/** Faults of the frame end the connection, apart from garbage in a correct frame. */
 bool IsTorn(const Delivery& delivery) {
-    return delivery.tear_after || delivery.length != Delivery::Length::kHonest;
+    return delivery.tear_after || delivery.length != Delivery::Length::kCorrect;
 }
 
 }  // namespace
 
-Delivered Deliver(WireLinkSocket& connection, const WireLinkEndpoint& endpoint, const Exchange& exchange) {
-    const Delivery& delivery = exchange.delivery;
+Delivered Deliver(WireLinkSocket& connection, const WireLinkEndpoint& endpoint,
+                  const protoIPCMsg::GPBIPCMsg& response, const Delivery& delivery) {
     if (delivery.hang) {
         ClosesWithin(connection.descriptor(), kNoLimit);
         return {};
@@ -98,10 +98,10 @@ Delivered Deliver(WireLinkSocket& connection, const WireLinkEndpoint& endpoint, 
         return {};
     }
     if (!IsTorn(delivery) && !delivery.garbage) {
-        connection.SendGPBMsg(exchange.response);
-        return {kHeaderSize + exchange.response.ByteSizeLong(), true};
+        connection.SendGPBMsg(response);
+        return {kHeaderSize + response.ByteSizeLong(), true};
     }
-    const std::string frame = BentFrame(endpoint, exchange);
+    const std::string frame = AlteredFrame(endpoint, response, delivery);
     SendAll(connection.descriptor(), frame);
     return {frame.size(), !IsTorn(delivery)};
 }

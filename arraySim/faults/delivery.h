@@ -1,20 +1,34 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 
 #include "apiMgmt/common/wirelink/wireLink.h"
-#include "arraySim/control/simulator.h"
+#include "apiMgmt/proto/apiMgrMsg.pb.h"
 
 namespace arraysim {
 
-/** What became of an answer on its way. */
+/** How the frame of a response is sent. */
+struct Delivery {
+    enum class Length { kCorrect, kLong, kHuge, kZero };
+
+    uint32_t delay_ms = 0;
+    bool hang = false;
+    std::optional<uint32_t> tear_after;  ///< bytes; 0: half of the frame
+    Length length = Length::kCorrect;
+    bool garbage = false;
+};
+
+/** The result of sending a response. */
 struct Delivered {
     size_t bytes = 0;              ///< of the frame, as far as it was sent
     bool connection_good = false;  ///< whether the connection can carry another exchange
 };
 
-/** Sends an answer as its Delivery says. Blocks while it hangs or is delayed, until the peer closes or the
-    connection is shut down. Throws WireLinkError when the sending fails. */
-Delivered Deliver(WireLinkSocket& connection, const WireLinkEndpoint& endpoint, const Exchange& exchange);
+/** Sends a response. While it hangs or is delayed, blocks until the peer closes or the connection is shut
+   down. Throws WireLinkError if the sending fails. */
+Delivered Deliver(WireLinkSocket& connection, const WireLinkEndpoint& endpoint,
+                  const protoIPCMsg::GPBIPCMsg& response, const Delivery& delivery);
 
 }  // namespace arraysim

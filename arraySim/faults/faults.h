@@ -7,50 +7,28 @@
 #include <string_view>
 #include <vector>
 
-#include "arraySim/model/catalogue.h"
+#include "arraySim/faults/delivery.h"
+#include "arraySim/faults/responseAlteration.h"
+#include "arraySim/protocol/answer.h"
+#include "arraySim/protocol/apiRequest.h"
 
 namespace arraysim {
 
-enum class FaultKind {
-    kRefuse,
-    kStopListening,
-    kHang,
-    kDelay,
-    kTear,
-    kLongLength,
-    kHugeLength,
-    kZeroLength,
-    kGarbage,
-    kWrongSequence,
-    kWrongType,
-    kNoResponse,
-    kNoCommand,
-    kPingFalse,
-    kTruncated,
-    kEmpty,
-    kUnbalanced,
-    kWrongRoot,
-    kNoReturn,
-    kNoSuccessful,
-    kLowerTrue,
-    kError,
-    kTooMany,
-    kNoObjects,
-    kMissing,
-    kUnknownStatus,
-    kHugeText,
-    kNoIndex,
-    kNoParent,
-    kNesting,
-    kDoctype,
-    kEntities,
-    kExternalEntity
+/** Everything that the faults do to one exchange. */
+struct ExchangePlan {
+    ObjectStyle style;
+    ListAlteration list;
+    DocumentAlteration document;
+    EnvelopeAlteration envelope;
+    Delivery delivery;
+    std::string faults;  ///< their names, for the trace
 };
 
-/** Which exchanges a fault can strike. */
+/** What a fault strikes. */
 enum class FaultReach {
-    kConnection,  ///< before a request is read: knows no object
-    kExchange,    ///< any
+    kSocket,      ///< the socket, until it is cleared
+    kConnection,  ///< connections, before a request is read
+    kExchange,    ///< any exchange
     kPing,        ///< pings
     kCommand      ///< commands
 };
@@ -58,24 +36,25 @@ enum class FaultReach {
 /** The arguments that a fault takes, besides `on KIND` and `for N`. */
 enum class FaultArguments { kNone, kNumber, kText, kAttribute, kAttributeAndNumber, kCodeAndText };
 
+struct Fault;
+
 /** A row of the table of faults. */
 struct FaultInfo {
-    FaultKind kind;
     std::string_view name;
     FaultReach reach;
-    FaultArguments arguments;
-    uint32_t number;         ///< taken when no number is given
-    uint32_t greatest;       ///< the number may not be above
-    std::string_view usage;  ///< the arguments as people write them
+    std::string_view usage;  ///< the arguments as a user writes them
     std::string_view help;
+    void (*apply)(const Fault& fault, ExchangePlan& plan);  ///< null for a fault that strikes no exchange
+    FaultArguments arguments = FaultArguments::kNone;
+    uint32_t number = 0;    ///< if no number is given
+    uint32_t greatest = 0;  ///< maximum of the number
 };
 
 std::span<const FaultInfo> FaultTable();
-const FaultInfo& InfoOf(FaultKind kind);
 
 /** One fault that is switched on. */
 struct Fault {
-    FaultKind kind = FaultKind::kHang;
+    const FaultInfo* info = nullptr;  ///< never null for a fault in a list
     uint32_t number = 0;
     std::string name;              ///< attribute or error code
     std::string text;              ///< error text or status
@@ -83,29 +62,27 @@ struct Fault {
     std::optional<uint32_t> left;  ///< exchanges that it still strikes; none for no end
 };
 
-/** The object name behind `on` for faults that strike pings. */
-inline constexpr std::string_view kPingTopic = "Ping";
-
 /** The faults that are switched on, in the order in which they were. Not guarded by itself. */
 class FaultList {
   public:
     void Add(const Fault& fault);
-    /** All, or those of a name; returns how many went. */
+    /** Clears all, or those of a name; returns how many. */
     size_t Clear(std::string_view name);
 
     bool Listening() const;
-    /** Whether a connection that just came is closed at once; counts it. */
+    /** Whether a new connection must be closed immediately; counts it. */
     bool TakeRefusal();
     /** The faults that strike an exchange, counted. topic: the object asked for, or kPingTopic. */
     std::vector<Fault> TakeFor(std::string_view topic);
 
-    /** A line for each, as the command that would switch it on again. */
-    std::string Describe() const;
+    const std::vector<Fault>& faults() const { return faults_; }
 
   private:
     void DropSpent();
 
     std::vector<Fault> faults_;
 };
+
+ExchangePlan PlanFor(const std::vector<Fault>& faults);
 
 }  // namespace arraysim

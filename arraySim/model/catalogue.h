@@ -11,60 +11,18 @@
 #include <vector>
 
 #include "apiMgmt/apiStub/base/apiAttributes/baseApiAttribute.h"
+#include "arraySim/model/modelData.h"
+#include "arraySim/model/valueRule.h"
 
 namespace arraysim {
-
-/** How the value of an attribute is made. The words are those of data/objects.def, which explains them. */
-struct Rule {
-    enum class Verb {
-        kIndex,
-        kParent,
-        kKind,
-        kEmpty,
-        kText,
-        kNumber,
-        kBool,
-        kFirst,
-        kPick,
-        kSize,
-        kTemperature,
-        kRail,
-        kDate,
-        kSame,
-        kCount
-    };
-
-    Verb verb = Verb::kEmpty;
-    int64_t low = 0;
-    int64_t high = 0;
-    std::string text;                  ///< template, attribute of `same`, list of `count`
-    std::vector<std::string> choices;  ///< of `pick`; attributes and values of `count`
-};
 
 /** An attribute as the API's catalogue describes it, and what the simulator adds. */
 struct Attribute {
     const BASEApiAttribute* descriptor = nullptr;
-    Rule rule;
+    ValueRule rule;
     bool in_reduced = false;  ///< part of the reduced object that LiteObj asks for
 
     const std::string& name() const { return descriptor->GetXmlName(); }
-};
-
-/** One argument of a trap command: a number, or something of the object that the command is about. */
-struct EventArgument {
-    enum class What { kNumber, kIndex, kIndexBefore, kRow, kParentIndex, kParentRow };
-
-    What what = What::kNumber;
-    int32_t number = 0;
-};
-
-/** How the array reports that one of its objects has changed. data/objects.def explains the words. */
-struct EventRule {
-    int32_t trap = 0;
-    int32_t id[3] = {};
-    EventArgument arguments[3];  ///< A, B, C
-    std::string attribute = "Status";
-    std::string good = "Up";  ///< value of the attribute that ends what was reported
 };
 
 struct ObjectList;
@@ -81,7 +39,7 @@ struct Kind {
     /** What the array has beyond the catalogue: descriptors that belong to this kind. */
     std::vector<std::unique_ptr<BASEApiAttribute>> own;
     std::optional<size_t> key;     ///< attribute that holds the API index; none when only one object exists
-    std::optional<size_t> parent;  ///< attribute with rule `parent`
+    std::optional<size_t> parent;  ///< attribute that holds the API index of the controller or enclosure
 
     /** Whether requests may name it: the catalogue knows it. */
     bool HasClass() const { return class_name == name; }
@@ -92,19 +50,12 @@ struct Kind {
     std::string_view ParentKind() const;
 };
 
-enum class ParentKind { kNone, kController, kEnclosure };
-
 /** Objects that one GetList answers together: all of one kind, or several kinds mixed. */
 struct ObjectList {
     std::string name;
     size_t position = 0;  ///< place among the lists
-    uint32_t rows = 0;    ///< capacity of the daemon's table, for each parent
-    ParentKind per = ParentKind::kNone;
     bool mixed = false;
-    std::optional<EventRule> event;  ///< none: changes are not reported
-
-    /** Objects that the daemon's table takes altogether. */
-    size_t Capacity() const;
+    const DaemonTable* table = nullptr;  ///< that the daemon fills with it; never null
 };
 
 /** What a name of an object stands for: a whole list, or one kind in it. */
@@ -116,7 +67,7 @@ struct Selection {
     const std::string& Name() const { return kind == nullptr ? list->name : kind->name; }
 };
 
-/** A mistake in a data file, with its line. */
+/** A mistake in data/objects.def, with its line, or a name that the program uses and the catalogue lacks. */
 class CatalogueError : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
@@ -140,6 +91,9 @@ class Catalogue {
     std::optional<Selection> Find(std::string_view name) const;
     /** A name that the program itself uses: it must exist. */
     const Kind& KindOf(std::string_view name) const;
+
+    /** An attribute of any kind of the selection, case-insensitively; null for none. */
+    const Attribute* FindAttribute(const Selection& selection, std::string_view name) const;
 
     /** What a request may name as its Object; compares exactly. */
     std::optional<Selection> FindRequestable(std::string_view name) const;

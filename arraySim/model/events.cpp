@@ -3,8 +3,7 @@
 #include <algorithm>
 
 #include "apiMgmt/common/utils/stringUtil.h"
-#include "arraySim/model/conditionTable.h"
-#include "arraySim/model/incidents.h"
+#include "arraySim/model/conditions.h"
 
 namespace arraysim {
 
@@ -44,8 +43,8 @@ std::string EventLine(const EventNumbers& numbers, const std::string& prefix, st
     return line;
 }
 
-/** Where an object stands, as the daemon counts. */
-struct Standing {
+/** The place of an object in the daemon's tables. */
+struct TableRow {
     const Object* object = nullptr;
     uint32_t row = 0;
     uint32_t parent_index = 0;
@@ -53,44 +52,44 @@ struct Standing {
 };
 
 /** None for an orphan: the daemon has no row for it that could be named. */
-std::optional<Standing> StandingOf(const Model& model, const Object& object) {
+std::optional<TableRow> TableRowOf(const Model& model, const Object& object) {
     const Kind& kind = *object.kind;
-    Standing standing{&object};
+    TableRow place{&object};
     if (kind.parent) {
-        standing.parent_index = object.ParentIndex();
+        place.parent_index = object.ParentIndex();
         const std::vector<Object>& parents = model.Objects(*model.catalogue().KindOf(kind.ParentKind()).list);
         const auto parent = std::find_if(parents.begin(), parents.end(), [&](const Object& each) {
-            return each.index == standing.parent_index;
+            return each.index == place.parent_index;
         });
         if (parent == parents.end()) {
             return std::nullopt;
         }
-        standing.parent_row = static_cast<uint32_t>(parent - parents.begin()) + 1;
+        place.parent_row = static_cast<uint32_t>(parent - parents.begin()) + 1;
     }
-    const bool among_siblings = kind.list->per != ParentKind::kNone;
+    const bool among_siblings = kind.list->table->parent != TableParent::kNone;
     for (const Object& each : model.Objects(*kind.list)) {
-        const bool counts = !among_siblings || each.ParentIndex() == standing.parent_index;
-        standing.row += counts ? 1 : 0;
+        const bool counts = !among_siblings || each.ParentIndex() == place.parent_index;
+        place.row += counts ? 1 : 0;
         if (&each == &object) {
             break;
         }
     }
-    return standing;
+    return place;
 }
 
-int64_t ValueOf(const EventArgument& argument, const Standing& standing) {
-    switch (argument.what) {
-        case EventArgument::What::kIndex:
-            return standing.object->index;
-        case EventArgument::What::kIndexBefore:
-            return static_cast<int64_t>(standing.object->index) - 1;
-        case EventArgument::What::kRow:
-            return standing.row;
-        case EventArgument::What::kParentIndex:
-            return standing.parent_index;
-        case EventArgument::What::kParentRow:
-            return standing.parent_row;
-        case EventArgument::What::kNumber:
+int64_t ValueOf(const EventArgument& argument, const TableRow& place) {
+    switch (argument.source) {
+        case EventArgument::Source::kIndex:
+            return place.object->index;
+        case EventArgument::Source::kIndexBefore:
+            return static_cast<int64_t>(place.object->index) - 1;
+        case EventArgument::Source::kRow:
+            return place.row;
+        case EventArgument::Source::kParentIndex:
+            return place.parent_index;
+        case EventArgument::Source::kParentRow:
+            return place.parent_row;
+        case EventArgument::Source::kNumber:
             break;
     }
     return argument.number;
@@ -100,31 +99,31 @@ std::string TextAbout(const EventRule& rule, const Object& object, const std::st
     const std::string subject =
         std::string(WordsFor(*object.kind).noun) + " '" + std::string(object.Text("InstanceName")) + "'";
     return rule.attribute == "Status" ? subject + " is " + ToLower(value)
-                                      : subject + ": " + rule.attribute + " is " + value;
+                                      : subject + ": " + std::string(rule.attribute) + " is " + value;
 }
 
-std::string EventOf(const EventRule& rule, const Standing& standing, const std::string& value) {
+std::string EventOf(const EventRule& rule, const TableRow& place, const std::string& value) {
     EventNumbers numbers;
     std::copy(std::begin(rule.id), std::end(rule.id), numbers.id);
     numbers.trap = rule.trap;
     for (size_t i = 0; i < std::size(rule.arguments); ++i) {
-        numbers.arguments[i] = ValueOf(rule.arguments[i], standing);
+        numbers.arguments[i] = ValueOf(rule.arguments[i], place);
     }
     numbers.state = value == rule.good ? kCleared : kChanged;
-    const Object& object = *standing.object;
+    const Object& object = *place.object;
     return EventLine(numbers, std::string(object.Text("InstanceId")) + " " + object.kind->name,
                      TextAbout(rule, object, value));
 }
 
 std::optional<std::string> WatchedValue(const Object& object) {
-    return std::optional<std::string>(object.Value(object.kind->list->event->attribute));
+    return std::optional<std::string>(object.Value(object.kind->list->table->event->attribute));
 }
 
 }  // namespace
 
 StatusWatch::StatusWatch(const Model& model) : before_(model.catalogue().lists().size()) {
     for (const ObjectList& list : model.catalogue().lists()) {
-        if (list.event) {
+        if (list.table->event != nullptr) {
             for (const Object& object : model.Objects(list)) {
                 before_[list.position].push_back({object.index, WatchedValue(object)});
             }
@@ -135,7 +134,7 @@ StatusWatch::StatusWatch(const Model& model) : before_(model.catalogue().lists()
 std::vector<std::string> StatusWatch::Changes(const Model& model) const {
     std::vector<std::string> events;
     for (const ObjectList& list : model.catalogue().lists()) {
-        if (!list.event) {
+        if (!list.table->event) {
             continue;
         }
         const std::vector<Watched>& before = before_[list.position];
@@ -151,8 +150,8 @@ std::vector<std::string> StatusWatch::Changes(const Model& model) const {
             if (!value || value == known->value) {
                 continue;
             }
-            if (const std::optional<Standing> standing = StandingOf(model, object)) {
-                events.push_back(EventOf(*list.event, *standing, *value));
+            if (const std::optional<TableRow> place = TableRowOf(model, object)) {
+                events.push_back(EventOf(*list.table->event, *place, *value));
             }
         }
     }

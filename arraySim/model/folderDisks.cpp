@@ -5,7 +5,7 @@
 #include <string>
 
 #include "apiMgmt/common/utils/stringUtil.h"
-#include "arraySim/model/incidents.h"
+#include "arraySim/model/failures.h"
 
 namespace arraysim {
 
@@ -33,7 +33,7 @@ void Follow(Model& model, Object& folder) {
     if (Object* usage = model.Find(*model.catalogue().Find("TsDiskFolderStorageUsage"), folder.index)) {
         ShowUsage(*usage, sums);
     }
-    FollowDisks(model, folder);
+    UpdateFromDisks(model, folder);
 }
 
 }  // namespace

@@ -102,7 +102,7 @@ uint32_t Model::NextIndex(const ObjectList& list) const {
     return next;
 }
 
-size_t Model::CountFor(const Rule& rule) const {
+size_t Model::CountFor(const ValueRule& rule) const {
     const Selection counted = *catalogue_->Find(rule.text);
     if (rule.choices.empty()) {
         return Count(counted);
@@ -121,11 +121,11 @@ size_t Model::CountFor(const Rule& rule) const {
 void Model::UpdateCounts() {
     for (std::vector<Object>& objects : lists_) {
         for (Object& object : objects) {
-            if (object.kind->list->rows > 1) {
+            if (object.kind->list->table->rows > 1) {
                 break;  // only single objects count others
             }
             for (const Attribute& attribute : object.kind->attributes) {
-                if (attribute.rule.verb == Rule::Verb::kCount) {
+                if (attribute.rule.verb == ValueRule::Verb::kCount) {
                     object.Put(attribute.name(), std::to_string(CountFor(attribute.rule)));
                 }
             }

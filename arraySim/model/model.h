@@ -75,7 +75,7 @@ class Model {
     bool operator==(const Model& other) const;
 
   private:
-    size_t CountFor(const Rule& rule) const;
+    size_t CountFor(const ValueRule& rule) const;
 
     const Catalogue* catalogue_;
     uint32_t serial_;

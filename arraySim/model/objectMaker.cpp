@@ -7,7 +7,6 @@
 #include <iterator>
 
 #include "apiMgmt/common/utils/stringUtil.h"
-#include "arraySim/model/template.h"
 
 namespace arraysim {
 
@@ -25,10 +24,20 @@ constexpr const char* Word(bool value) {
     return value ? "True" : "False";
 }
 
+constexpr std::string_view kHexDigits = "0123456789abcdef";
+constexpr std::string_view kCodeCharacters = "0123456789BCDFGHJKLMNPQRSTVWXYZ";
+constexpr std::string_view kDigits = "0123456789";
+
+int64_t NumberIn(std::string_view text) {
+    int64_t number = 0;
+    std::from_chars(text.data(), text.data() + text.size(), number);
+    return number;
+}
+
 class ObjectBuilder {
   public:
     ObjectBuilder(const Kind& kind, const Place& place, Random random)
-        : place_(place), random_(random), template_(place, random_), object_(kind) {
+        : place_(place), random_(random), object_(kind) {
         object_.index = place.index;
     }
 
@@ -46,43 +55,98 @@ class ObjectBuilder {
     }
 
   private:
-    std::string Apply(const Rule& rule) {
+    std::string Apply(const ValueRule& rule) {
         switch (rule.verb) {
-            case Rule::Verb::kIndex:
-                return std::to_string(place_.index);
-            case Rule::Verb::kParent:
-                return std::to_string(place_.parent_index);
-            case Rule::Verb::kKind:
-                return object_.kind->name;
-            case Rule::Verb::kEmpty:
-                return {};
-            case Rule::Verb::kText:
-                return template_.Expand(rule.text);
-            case Rule::Verb::kNumber:
+            case ValueRule::Verb::kText:
+                return Expand(rule.text);
+            case ValueRule::Verb::kNumber:
                 return std::to_string(random_.Between(rule.low, rule.high));
-            case Rule::Verb::kBool:
+            case ValueRule::Verb::kBool:
                 return Word(rule.low > 0 && random_.Below(static_cast<uint64_t>(rule.low)) == 0);
-            case Rule::Verb::kFirst:
-                return Word(place_.row == 1);
-            case Rule::Verb::kPick:
+            case ValueRule::Verb::kPick:
                 return rule.choices[random_.Below(rule.choices.size())];
-            case Rule::Verb::kSize:
+            case ValueRule::Verb::kSize:
                 return std::to_string(random_.Between(rule.low, rule.high) * kBlocksPerGigabyte);
-            case Rule::Verb::kTemperature:
+            case ValueRule::Verb::kTemperature:
                 return TemperatureText(random_.Between(rule.low, rule.high));
-            case Rule::Verb::kRail:
+            case ValueRule::Verb::kRail:
                 return Rail(rule);
-            case Rule::Verb::kDate:
+            case ValueRule::Verb::kDate:
                 return DateText(random_.Between(rule.low, rule.high), random_.Between(0, kDay_s - 1));
-            case Rule::Verb::kSame:
+            case ValueRule::Verb::kSame:
                 return std::string(object_.Text(rule.text));
-            case Rule::Verb::kCount:
+            case ValueRule::Verb::kCount:
                 return "0";
         }
         return {};
     }
 
-    std::string Rail(const Rule& rule) {
+    /** Fills the {placeholders} of a template. */
+    std::string Expand(std::string_view text) {
+        std::string filled;
+        while (!text.empty()) {
+            const size_t open = text.find('{');
+            filled += text.substr(0, open);
+            const size_t close = open == text.npos ? text.npos : text.find('}', open);
+            if (close == text.npos) {
+                break;
+            }
+            filled += Fill(text.substr(open + 1, close - open - 1));
+            text.remove_prefix(close + 1);
+        }
+        return filled;
+    }
+
+    std::string Fill(std::string_view placeholder) {
+        const size_t end = placeholder.find_first_of("+*:");
+        const std::string_view name = placeholder.substr(0, end);
+        const char modifier = end == placeholder.npos ? '\0' : placeholder[end];
+        const int64_t argument = modifier == '\0' ? 0 : NumberIn(placeholder.substr(end + 1));
+        if (modifier == '*') {
+            std::string repeated;
+            for (int64_t i = 0; i < argument; ++i) {
+                repeated += Value(name, 0);
+            }
+            return repeated;
+        }
+        std::string value = Value(name, modifier == '+' ? argument : 0);
+        const size_t width = modifier == ':' ? static_cast<size_t>(argument) : 0;
+        return value.size() < width ? std::string(width - value.size(), '0') + value : value;
+    }
+
+    std::string Value(std::string_view name, int64_t added) {
+        const std::pair<std::string_view, uint32_t> numbers[] = {{"index", place_.index},
+                                                                 {"row", place_.row},
+                                                                 {"parent", place_.parent_index},
+                                                                 {"parentRow", place_.parent_row},
+                                                                 {"serial", place_.serial}};
+        for (const auto& [each, number] : numbers) {
+            if (name == each) {
+                return std::to_string(number + added);
+            }
+        }
+        const char letter = static_cast<char>('A' + (place_.row - 1) % 26);
+        const std::pair<std::string_view, std::string_view> texts[] = {{"kind", object_.kind->name},
+                                                                       {"parentName", place_.parent_name},
+                                                                       {"array", place_.array_name},
+                                                                       {"first", Word(place_.row == 1)},
+                                                                       {"letter", {&letter, 1}}};
+        for (const auto& [each, text] : texts) {
+            if (name == each) {
+                return std::string(text);
+            }
+        }
+        const std::pair<std::string_view, std::string_view> alphabets[] = {
+            {"hex", kHexDigits}, {"code", kCodeCharacters}, {"digit", kDigits}};
+        for (const auto& [each, characters] : alphabets) {
+            if (name == each) {
+                return std::string(1, characters[random_.Below(characters.size())]);
+            }
+        }
+        throw RuleError("unknown placeholder {" + std::string(name) + "} in a template");
+    }
+
+    std::string Rail(const ValueRule& rule) {
         const double nominal = kRailVolts[(place_.row - 1) % std::size(kRailVolts)];
         const double percent = static_cast<double>(random_.Between(rule.low * 10, rule.high * 10)) / 10.0;
         return FormatString("%.2f", nominal * (1.0 + percent / 100.0));
@@ -90,7 +154,6 @@ class ObjectBuilder {
 
     const Place& place_;
     Random random_;
-    Template template_;
     Object object_;
 };
 
@@ -109,7 +172,7 @@ std::string_view Given(const GivenValues& given, const std::string& attribute) {
     return {};
 }
 
-void PutUnderParent(const Model& model, const Kind& kind, const GivenValues& given, Place& place) {
+void PlaceUnderParent(const Model& model, const Kind& kind, const GivenValues& given, Place& place) {
     const Selection parents = *model.catalogue().Find(kind.ParentKind());
     const std::vector<Object>& candidates = model.Objects(*parents.list);
     const std::string& attribute = kind.attributes[*kind.parent].name();
@@ -127,6 +190,31 @@ void PutUnderParent(const Model& model, const Kind& kind, const GivenValues& giv
     }
 }
 
+/** Objects that come and go with another of the same index. */
+struct Companion {
+    const char* kind;
+    const char* companion;
+};
+constexpr Companion kCompanions[] = {
+    {"TsDisk", "TsDiskConfiguration"},
+    {"TsDiskFolder", "TsDiskFolderStorageUsage"},
+};
+
+const char* CompanionOf(const Kind& kind) {
+    for (const Companion& each : kCompanions) {
+        if (kind.name == each.kind) {
+            return each.companion;
+        }
+    }
+    return nullptr;
+}
+
+/** Returns nothing: a reference would not outlast the next object of the list. */
+void Make(Model& model, const Kind& kind, uint32_t index, const GivenValues& values) {
+    const Place place = PlaceAtEnd(model, kind, index, values);
+    model.Append(MakeObject(kind, place, Random::For(model.serial(), kind.name, index), values));
+}
+
 }  // namespace
 
 Object MakeObject(const Kind& kind, const Place& place, Random random, const GivenValues& given) {
@@ -139,11 +227,31 @@ Place PlaceAtEnd(const Model& model, const Kind& kind, uint32_t index, const Giv
     place.serial = model.serial();
     place.array_name = model.ArrayName();
     if (kind.parent) {
-        PutUnderParent(model, kind, given, place);
+        PlaceUnderParent(model, kind, given, place);
     } else {
         place.row = static_cast<uint32_t>(model.Objects(*kind.list).size()) + 1;
     }
     return place;
+}
+
+Object& AddObject(Model& model, const Kind& kind, uint32_t index, const GivenValues& values) {
+    Make(model, kind, index, values);
+    const char* companion = CompanionOf(kind);
+    if (companion != nullptr && model.Find(*model.catalogue().Find(companion), index) == nullptr) {
+        Make(model, model.catalogue().KindOf(companion), index, {});
+    }
+    model.UpdateCounts();
+    return *model.Find({kind.list, &kind}, index);
+}
+
+void RemoveObject(Model& model, const Object& object) {
+    const Kind& kind = *object.kind;
+    const uint32_t index = object.index;
+    model.Remove({kind.list, &kind}, index);
+    if (const char* companion = CompanionOf(kind)) {
+        model.Remove(*model.catalogue().Find(companion), index);
+    }
+    model.UpdateCounts();
 }
 
 std::string DateText(int64_t days_before, int64_t second_of_day) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -9,34 +10,18 @@
 
 namespace arraysim {
 
-/** How many of everything. What hangs on a controller or an enclosure is counted for each of them. */
+/** A size of the array. */
 struct Preset {
     std::string_view name;
     std::string_view array_name;
-    uint32_t controllers;
-    uint32_t controller_fans;
-    uint32_t controller_supplies;
-    uint32_t controller_voltages;
-    uint32_t controller_temperatures;
-    uint32_t controller_alerts;
-    uint32_t enclosures;
-    uint32_t enclosure_fans;
-    uint32_t enclosure_supplies;
-    uint32_t enclosure_io_modules;
-    uint32_t enclosure_temperatures;
-    uint32_t enclosure_alarms;
-    uint32_t disks;
-    uint32_t folders;
-    uint32_t volumes;
-    uint32_t servers;
-    uint32_t ups;
+    size_t column;  ///< of the table of sizes
 };
 
-/** small, typical, full. */
+/** small, typical, and full, which fills every table of the daemon to its last row. */
 std::span<const Preset> Presets();
 std::optional<Preset> FindPreset(std::string_view name);
 
-/** The array of a preset. Depends on nothing but the arguments. */
+/** Builds the array of a preset. Depends only on the arguments. */
 Model BuildPreset(const Catalogue& catalogue, const Preset& preset, uint64_t seed, uint32_t serial);
 
 }  // namespace arraysim

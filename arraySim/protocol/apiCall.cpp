@@ -1,19 +1,21 @@
 #include "arraySim/protocol/apiCall.h"
 
+#include <charconv>
+
 #include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiAssociations.h"
 #include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiEnumsIDStrList.h"
+#include "apiMgmt/apiStub/base/apiAttributes/apiAttributes.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/apiObjectFactory.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/baseApiObject.h"
 #include "apiMgmt/common/utils/apiMethodError.h"
 #include "apiMgmt/common/utils/stringUtil.h"
 #include "arraySim/model/catalogue.h"
-#include "arraySim/protocol/argumentValue.h"
 
 namespace arraysim {
 
 namespace {
 
-void CheckForm(const ApiRequest& request) {
+void CheckRequest(const ApiRequest& request) {
     if (request.command_type != "Method" && request.command_type != "Association") {
         throw ApiFailure("MethodNotAvailable", "'" + request.command_type + "' is no type of command");
     }
@@ -71,7 +73,95 @@ bool HasNoDescriptor(const std::string& name) {
     return name == "InstanceId" || name == "LiteObj" || BASEApiMethod::IsFilterAttribute(name);
 }
 
-/** A change that says more than the call takes is refused: part of it would be lost in silence. */
+[[noreturn]] void RejectValue(const BASEApiAttribute& attribute, const std::string& text,
+                              const char* wanted) {
+    throw ApiFailure("InvalidValue", "Attribute \"" + attribute.GetXmlName() + "\" was \"" + text +
+                                         "\", but must be " + wanted);
+}
+
+bool IsInteger(std::string_view text) {
+    int64_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc() && end == text.data() + text.size();
+}
+
+std::string EnumerationWord(const ENUMTABLEApiAttribute& attribute, const std::string& word,
+                            const std::string& text) {
+    if (attribute.GetTable().size() == 0) {
+        return word;
+    }
+    const ENUMRow* row = attribute.GetTable().FindDescription(word);
+    if (row == nullptr) {
+        RejectValue(attribute, text, "of its enumeration");
+    }
+    return std::string(row->Description);
+}
+
+/** Whether an address survives a conversion to its type and back: others are no addresses. */
+template <class ApiAttribute>
+bool IsUnchanged(const BASEApiAttribute& attribute, const std::string& text) {
+    const auto* kind = dynamic_cast<const ApiAttribute*>(&attribute);
+    return kind == nullptr || kind->ToText(kind->FromText(text)) == text;
+}
+
+std::string ReferenceText(const OBJECTApiAttribute& attribute, const std::string& text) {
+    const std::unique_ptr<APIObjectInstance> reference = attribute.FromText(text);
+    return attribute.ToText(reference.get());
+}
+
+void CheckValue(const BASEApiAttribute& attribute, const std::string& text) {
+    if (!IsUnchanged<IPV4ADDRESSApiAttribute>(attribute, text) ||
+        !IsUnchanged<IPV6ADDRESSApiAttribute>(attribute, text)) {
+        RejectValue(attribute, text, "an address");
+    }
+    const auto* reference = dynamic_cast<const OBJECTApiAttribute*>(&attribute);
+    if (reference != nullptr && ReferenceText(*reference, text).empty()) {
+        RejectValue(attribute, text, "a reference: id, type and name of an object");
+    }
+}
+
+std::string BooleanValue(const BOOLEANApiAttribute& attribute, const std::string& text) {
+    for (const char* known : {"1", "0", "true", "false"}) {
+        if (CompareNoCase(text, known) == 0) {
+            return attribute.ToText(attribute.FromText(text));
+        }
+    }
+    RejectValue(attribute, text, "True or False");
+}
+
+/**
+ * The value as the array stores it: "True" for 1, an enumeration's word as its table writes it. Throws
+ * ApiFailure for a string that has no meaning for the attribute's type but that the library reads as some
+ * value.
+ */
+std::string ArgumentValue(const BASEApiAttribute& attribute, const std::string& text) {
+    if (const auto* flag = dynamic_cast<const BOOLEANApiAttribute*>(&attribute)) {
+        return BooleanValue(*flag, text);
+    }
+    if (dynamic_cast<const INTApiAttribute*>(&attribute) != nullptr && !IsInteger(text)) {
+        RejectValue(attribute, text, "a whole number");
+    }
+    if (const auto* size = dynamic_cast<const SIZEApiAttribute*>(&attribute)) {
+        return size->ToText(size->FromText(text));
+    }
+    if (text.empty()) {
+        return text;
+    }
+    if (const auto* word = dynamic_cast<const ENUMApiAttribute*>(&attribute)) {
+        return EnumerationWord(*word, word->FromText(text), text);
+    }
+    if (const auto* mask = dynamic_cast<const ENUMMASKApiAttribute*>(&attribute)) {
+        std::vector<std::string> words = mask->FromText(text);
+        for (std::string& each : words) {
+            each = EnumerationWord(*mask, each, text);
+        }
+        return mask->ToText(words);
+    }
+    CheckValue(attribute, text);
+    return text;
+}
+
+/** A change with an attribute that the call does not take is rejected: part of it would be lost silently. */
 void TakeArgument(BASEApiMethod& call, const std::string& name, const std::string& text) {
     const BASEApiAttribute* attribute = call.FindAttribute(name);
     if (attribute == nullptr) {
@@ -100,7 +190,7 @@ std::string DetailOf(const APIMethodError& error) {
 }  // namespace
 
 std::unique_ptr<BASEApiMethod> MakeCall(const ApiRequest& request) {
-    CheckForm(request);
+    CheckRequest(request);
     std::unique_ptr<BASEApiMethod> call = FindCall(request);
     try {
         for (const auto& [name, text] : request.attributes) {

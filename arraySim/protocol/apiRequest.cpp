@@ -1,5 +1,6 @@
 #include "arraySim/protocol/apiRequest.h"
 
+#include "apiMgmt/apiStub/base/apiObjects/base/baseApiMethodReturn.h"
 #include "apiMgmt/common/utils/stringUtil.h"
 #include "apiMgmt/common/xmlwrap/xmlParser.h"
 
@@ -40,6 +41,16 @@ void ReadMethod(const parser::XMLElement& method, ApiRequest& request) {
     }
 }
 
+/** The name of a command in the statistics. */
+std::string CommandLabel(const std::string& command) {
+    for (const char* known : {"GetList", "Get", "Modify"}) {
+        if (command == known) {
+            return command;
+        }
+    }
+    return "other";
+}
+
 }  // namespace
 
 bool ApiRequest::IsLite() const {
@@ -70,6 +81,33 @@ void ParseApiRequest(std::string_view document, ApiRequest& request) {
     if (methods.size() != 1) {
         throw ApiFailure(kParsingError, FormatString("Expected 1 ApiMethod, found %zu", methods.size()));
     }
+}
+
+int RequestMessage::Encoding() const {
+    return api_request.encode_type == "csv" ? object_encoding::kCsv : object_encoding::kXml;
+}
+
+RequestMessage ParseRequestMessage(const Catalogue& catalogue, const protoIPCMsg::GPBIPCMsg& message) {
+    RequestMessage parsed;
+    if (message.msgtype() != protoIPCMsg::APIRequest || !message.has_apireqmsg()) {
+        return parsed;
+    }
+    const protoIPCMsg::APIReqMsg& request = message.apireqmsg();
+    if (request.cmdtype() == protoIPCMsg::Ping) {
+        parsed.type = RequestMessage::Type::kPing;
+        parsed.command = kPingTopic;
+    } else if (request.cmdtype() == protoIPCMsg::Command) {
+        parsed.type = RequestMessage::Type::kCommand;
+        try {
+            ParseApiRequest(request.cmd().cmddata(), parsed.api_request);
+        } catch (const ApiFailure& failure) {
+            parsed.failure = failure;
+        }
+        parsed.command = CommandLabel(parsed.api_request.command);
+        const bool known = catalogue.FindRequestable(parsed.api_request.object).has_value();
+        parsed.object = known ? parsed.api_request.object : "?";
+    }
+    return parsed;
 }
 
 }  // namespace arraysim

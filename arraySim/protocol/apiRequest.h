@@ -1,13 +1,17 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 
+#include "apiMgmt/proto/apiMgrMsg.pb.h"
+#include "arraySim/model/catalogue.h"
+
 namespace arraysim {
 
-/** A request that is answered with a failure: an error state of the API by its identifier, and a text. */
+/** A request that is answered with a failure: the identifier of an error state of the API, and a message. */
 class ApiFailure : public std::runtime_error {
   public:
     ApiFailure(std::string code, const std::string& text, std::string detail = {})
@@ -37,8 +41,27 @@ struct ApiRequest {
     std::string Attribute(const std::string& name) const;
 };
 
-/** Reads a request document. Throws ApiFailure with ParsingError when it is not one; then `request` holds
-    what could be read. */
+/** Parses a request document. Throws ApiFailure with ParsingError if it is not one; `request` then holds what
+    could be read. */
 void ParseApiRequest(std::string_view document, ApiRequest& request);
+
+/** What statistics, traces and faults call a ping. */
+inline constexpr std::string_view kPingTopic = "Ping";
+
+/** A message of the API channel, as far as it can be understood without the model. */
+struct RequestMessage {
+    enum class Type { kPing, kCommand, kOther };
+
+    Type type = Type::kOther;
+    std::string command = "other";
+    std::string object = "-";  ///< "?" for an unknown one
+    ApiRequest api_request;
+    std::optional<ApiFailure> failure;  ///< if the document is none
+
+    /** How the objects of the answer are encoded, as a value of the object library. */
+    int Encoding() const;
+};
+
+RequestMessage ParseRequestMessage(const Catalogue& catalogue, const protoIPCMsg::GPBIPCMsg& message);
 
 }  // namespace arraysim

@@ -1,8 +1,13 @@
 #include "arraySim/protocol/callContext.h"
 
+#include <algorithm>
+#include <iterator>
+#include <optional>
+
 #include "apiMgmt/apiStub/base/apiAttributes/objectApiAttributes.h"
 #include "arraySim/model/numbers.h"
 #include "arraySim/model/objectMaker.h"
+#include "arraySim/protocol/apiRequest.h"
 
 namespace arraysim {
 
@@ -54,6 +59,55 @@ Object* Resolve(Model& model, const APIObjectInstance& reference) {
     return nullptr;
 }
 
+using Replacements = std::vector<std::pair<std::string, std::string>>;
+
+/** A copy of the object with other values, where it has such attributes. */
+Object& Alter(Answer& answer, const Object& object, const Replacements& replacements) {
+    Object& copy = answer.altered.emplace_back(object);
+    for (const auto& [attribute, value] : replacements) {
+        const std::optional<size_t> position = object.kind->FindAttribute(attribute);
+        if (position && object.HasAttribute(object.kind->attributes[*position].name())) {
+            copy.SetAttribute(object.kind->attributes[*position].name(), value);
+        }
+    }
+    return copy;
+}
+
+/** The objects as the faults alter them. */
+std::vector<BASEApiObject*> AlterAll(Answer& answer, const std::vector<Object*>& objects,
+                                     const CallContext& context) {
+    std::vector<BASEApiObject*> altered(objects.begin(), objects.end());
+    for (size_t i = 0; i < objects.size(); ++i) {
+        Replacements replacements = i == 0 ? context.alteration.replaced_in_first : Replacements();
+        replacements.insert(replacements.end(), context.style.replaced.begin(), context.style.replaced.end());
+        if (!replacements.empty()) {
+            altered[i] = &Alter(answer, *objects[i], replacements);
+        }
+    }
+    return altered;
+}
+
+Answer AnswerWith(CallContext& context, const std::vector<Object*>& objects, bool is_list) {
+    Answer answer;
+    answer.form = std::make_unique<AnswerForm>(context.model.catalogue(), context.style);
+    const bool has_filter = is_list && context.call->HasAttribute("Filter");
+    auto result = std::make_unique<COMPObjectMethodReturn>(is_list, context.call.release());
+    result->ownsObjects = false;
+    result->SetForm(answer.form.get());
+    result->AssignObjects(AlterAll(answer, objects, context));
+    answer.objects = has_filter ? result->ObjectsToWrite().size() : objects.size();
+    answer.result = std::move(result);
+    return answer;
+}
+
+bool HasValues(const CallContext& context, const Object& subject, const Object& object,
+               std::span<const AttributeValue> conditions) {
+    return std::all_of(conditions.begin(), conditions.end(), [&](const AttributeValue& condition) {
+        return condition.attribute.empty() ||
+               object.Text(condition.attribute) == ValueFor(context, subject, condition.value);
+    });
+}
+
 }  // namespace
 
 Object& ObjectNamed(Model& model, const Selection& selection, const std::string& instance_id) {
@@ -95,16 +149,51 @@ void CheckReferences(const CallContext& context) {
     }
 }
 
-std::string ValueFor(const CallContext& context, const Object& subject, const std::string& value) {
+void CheckLock(const CallContext& context, const Object& subject) {
+    const std::string_view owner = subject.Text("ManagementApplication");
+    if (context.call->ChangesState() && !owner.empty() &&
+        context.call->GetAttribute("ManagementApplication") != owner) {
+        throw ApiFailure("TesseraError", context.selection.Name() + " " +
+                                             std::string(subject.Text("InstanceId")) + " is locked by '" +
+                                             std::string(owner) + "'");
+    }
+}
+
+std::string ValueFor(const CallContext& context, const Object& subject, std::string_view value) {
     if (value == "@today") {
         return DateText(0, 0);
     }
     if (!value.starts_with('@')) {
-        return value;
+        return std::string(value);
     }
-    const std::string name = value.substr(1);
+    const std::string name(value.substr(1));
     return context.call->HasAttribute(name) ? context.call->GetAttribute(name)
                                             : std::string(subject.Text(name));
+}
+
+Answer ObjectAnswer(CallContext& context, Object* object) {
+    Answer answer;
+    if (object != nullptr) {
+        return AnswerWith(context, {object}, false);
+    }
+    answer.objects = 1;
+    answer.result = std::make_unique<BASEApiMethodReturn>(true, context.call.release());
+    return answer;
+}
+
+Answer ListAnswer(CallContext& context, const std::vector<Object*>& objects) {
+    return AnswerWith(context, objects, true);
+}
+
+std::vector<Object*> ObjectsWith(const CallContext& context, const Object& subject,
+                                 const Selection& selection, std::span<const AttributeValue> conditions) {
+    std::vector<Object*> objects;
+    for (Object& object : context.model.Objects(*selection.list)) {
+        if (selection.Matches(*object.kind) && HasValues(context, subject, object, conditions)) {
+            objects.push_back(&object);
+        }
+    }
+    return objects;
 }
 
 }  // namespace arraysim

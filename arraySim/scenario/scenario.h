@@ -1,7 +1,10 @@
 #pragma once
 
+#include <chrono>
+#include <condition_variable>
 #include <cstdint>
 #include <functional>
+#include <mutex>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -29,7 +32,7 @@ struct ScenarioStep {
     size_t line = 0;
     When when = When::kNow;
     int64_t time_ms = 0;
-    std::string text;  ///< the line as it is written, for people
+    std::string text;  ///< the line as it is written
 
     std::string command;  ///< of the command language; empty for a wait
     std::string wait_command;
@@ -42,7 +45,7 @@ struct Scenario {
 };
 
 /**
- * Reads a scenario. Empty lines and lines that begin with # are passed over; the others read
+ * Parses a scenario. Empty lines and lines that begin with # are skipped; the others are
  *   [at TIME | after TIME] COMMAND
  *   [at TIME | after TIME] wait for GetList|Get|Modify KIND, or wait for Ping
  * TIME is a number with ms, s or m. file: for messages. Throws ScenarioError at the first mistake.
@@ -50,17 +53,36 @@ struct Scenario {
 Scenario ParseScenario(const Catalogue& catalogue, const std::string& file, std::string_view text);
 Scenario ReadScenarioFile(const Catalogue& catalogue, const std::string& path);
 
-/** Time and waiting, so that a scenario can run on a clock or jump. */
+/** Time and waiting: a scenario runs in real time, or in a test its time jumps. */
 class ScenarioPace {
   public:
     virtual ~ScenarioPace() = default;
 
     /** Milliseconds since the scenario began. */
     virtual int64_t Now_ms() = 0;
-    /** False when the scenario is to end instead. */
+    /** Returns false if the scenario must end instead. */
     virtual bool SleepUntil(int64_t time_ms) = 0;
-    /** Until more than `seen` such exchanges have been; false when the scenario is to end instead. */
+    /** Waits for more than `seen` such exchanges; returns false if the scenario must end instead. */
     virtual bool WaitForExchange(const std::string& command, const std::string& object, size_t seen) = 0;
+};
+
+/** Real time, by the monotonic clock. Stop may be called from any thread and ends every wait. */
+class ClockPace : public ScenarioPace {
+  public:
+    explicit ClockPace(Simulator& simulator) : simulator_(simulator) {}
+
+    int64_t Now_ms() override;
+    bool SleepUntil(int64_t time_ms) override;
+    bool WaitForExchange(const std::string& command, const std::string& object, size_t seen) override;
+
+    void Stop();
+
+  private:
+    Simulator& simulator_;
+    const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+    std::mutex mutex_;
+    std::condition_variable stopped_;
+    bool stop_ = false;
 };
 
 /** Runs a scenario to its end, also past steps that fail. */

@@ -179,14 +179,4 @@ TEST_F(Commands, FaultsAreListedAsTheyWouldBeTyped) {
     EXPECT_EQ(Good("faults"), "fault nesting 100000 on TsAlert for 3\n");
 }
 
-TEST_F(Commands, HelpNamesEveryCommandAndFault) {
-    const std::string help = Good("help");
-    for (const VerbInfo& verb : VerbTable()) {
-        EXPECT_NE(help.find(std::string(verb.name)), std::string::npos);
-    }
-    for (const FaultInfo& fault : FaultTable()) {
-        EXPECT_NE(help.find("  " + std::string(fault.name)), std::string::npos);
-    }
-}
-
 }  // namespace

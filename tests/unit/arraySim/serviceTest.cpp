@@ -16,7 +16,7 @@
 #include "arraySim/control/service.h"
 #include "arraySim/control/trace.h"
 #include "arraySim/model/presets.h"
-#include "arraySim/scenario/clockPace.h"
+#include "arraySim/scenario/scenario.h"
 #include "tests/unit/arraySim/requests.h"
 
 using namespace arraysim;

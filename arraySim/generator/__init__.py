@@ -1,0 +1,1 @@
+"""What the simulated array knows of the daemon, made from the daemon's own data."""
