@@ -1,9 +1,9 @@
 #include <cstdlib>
 #include <string>
 
+#include "arraySim/control/simulator.h"
+#include "arraySim/model/presets.h"
 #include "bench/ratio.h"
-#include "tools/arraySim/presets.h"
-#include "tools/arraySim/simulator.h"
 
 // What does the simulated array need for a Get of one disk, when it has 2000 of them?
 

@@ -7,8 +7,8 @@ from codegen.model import catalogueReader, classNames, metrics, snmp, watches
 from codegen.model import settings as settingsReader
 from codegen.reader import Data, DataError
 from codegen.writers import (apiAssociations, apiHeaders, apiReference, apiRegistration, apiRequests, apiSources,
-                             catalogueTable, conventionRows, dashboard, enumerations, exporter, mibModule, mibReference, nagios,
-                             output, rules, settings, snmptt, store, traps, zabbix)
+                             arraySim, catalogueTable, conventionRows, dashboard, enumerations, exporter, mibModule,
+                             mibReference, nagios, output, rules, settings, snmptt, store, traps, zabbix)
 
 
 def api_files(data):
@@ -50,6 +50,11 @@ def settings_files(data):
     yield "snmpSubagent.conf.5", settings.render_page(found, data.text("daemon/snmpSubagent.conf.5"))
 
 
+def array_sim_files(data):
+    """The data of the simulated array."""
+    yield "modelData.cpp", arraySim.render(snmp.read(data), data.text("array/objects.def"))
+
+
 def mib_files(data):
     """The MIB modules, their reference, and rows for a test of the conventions."""
     renderer = mibModule.Renderer(snmp.read(data))
@@ -76,8 +81,8 @@ def monitoring_files(data):
     yield "snmptt/tessera.conf", snmptt.Events(model, all_watches).file()
 
 
-KINDS = {"api": api_files, "client": client_files, "store": store_files, "settings": settings_files, "mib": mib_files,
-         "monitoring": monitoring_files}
+KINDS = {"api": api_files, "client": client_files, "store": store_files, "settings": settings_files,
+         "arraySim": array_sim_files, "mib": mib_files, "monitoring": monitoring_files}
 
 
 def main():

@@ -9,7 +9,7 @@ from . import waiting
 REPOSITORY = os.path.realpath(os.path.join(os.path.dirname(__file__), "..", "..", ".."))
 BUILD = os.environ.get("SNMPSUBAGENT_BUILD", os.path.join(REPOSITORY, "build", "release"))
 DAEMON = os.path.join(BUILD, "apiMgmt", "snmpSubagent", "snmpSubagent")
-ARRAY_SIM = os.path.join(BUILD, "tools", "arraySim", "arraySim")
+ARRAY_SIM = os.path.join(BUILD, "arraySim", "arraySim")
 
 SNMPD_CONF = "/etc/snmpd.conf"
 DAEMON_CONF = "/etc/snmpSubagent.conf"

@@ -9,10 +9,9 @@
 #include "apiMgmt/apiStub/base/apiObjects/base/apiObjectFactory.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/methodReturns.h"
 #include "apiMgmt/common/utils/apiMethodError.h"
+#include "arraySim/model/presets.h"
 #include "tests/unit/arraySim/libraryChannel.h"
 #include "tests/unit/arraySim/requests.h"
-#include "tools/arraySim/callTable.h"
-#include "tools/arraySim/presets.h"
 
 using namespace arraysim;
 using testing::ElementsAre;
@@ -357,38 +356,6 @@ TEST_F(Calls, WhatACommandChangesIsReported) {
                 ElementsAre("37 4 8 203 3 0 0 0 64702.3 TsController@@@Controller 'Controller B' is down"));
     EXPECT_EQ(Do("TsVolume", "Delete", {{"InstanceId", "64702.3"}}), "ok");
     EXPECT_EQ(events.size(), 1u);
-}
-
-TEST(CallTable, MistakesNameTheirLine) {
-    struct Case {
-        const char *text, *error;
-    };
-    const Case cases[] = {
-        {"object TsMoon", "calls.def:1: no object is named 'TsMoon'"},
-        {"does Delete remove", "calls.def:1: 'does' does not fit here"},
-        {"object TsUps\n  does Explode remove", "calls.def:2: TsUps has no command 'Explode'"},
-        {"object TsUps\n  does Delete", "calls.def:2: something is missing at the end"},
-        {"object TsUps\n  does Delete explode", "calls.def:2: unknown word 'explode'"},
-        {"object TsUps\n  does Delete remove\n  does Delete remove", "calls.def:3: 'Delete' stands already"},
-        {"object TsUps\n  does Delete set", "calls.def:2: 'set' needs ATTR=VALUE"},
-        {"object TsUps\n  does Delete set Colour=red",
-         "calls.def:2: neither TsUps nor the array has an attribute 'Colour'"},
-        {"object TsUps\n  does Create create TsMoon", "calls.def:2: no kind of object is named 'TsMoon'"},
-        {"object TsUps\n  does Create create TsUps Colour=red",
-         "calls.def:2: TsUps has no attribute 'Colour'"},
-        {"object TsUps\n  does Create refuse Sadness no",
-         "calls.def:2: the API has no error state 'Sadness'"},
-        {"object TsUps\n  related Moon TsUps", "calls.def:2: TsUps has no association 'Moon'"},
-        {"object TsUps\n  related Tessera TsMoon", "calls.def:2: no kind of object is named 'TsMoon'"},
-    };
-    for (const Case& each : cases) {
-        try {
-            const CallTable table(Catalogue::Builtin(), each.text);
-            ADD_FAILURE() << "accepted: " << each.text;
-        } catch (const CatalogueError& error) {
-            EXPECT_STREQ(error.what(), each.error);
-        }
-    }
 }
 
 }  // namespace

@@ -5,12 +5,12 @@
 #include <mutex>
 
 #include "apiMgmt/common/wirelink/wireLink.h"
+#include "arraySim/control/eventSender.h"
+#include "arraySim/control/simulator.h"
+#include "arraySim/control/trace.h"
+#include "arraySim/model/events.h"
+#include "arraySim/model/presets.h"
 #include "tests/unit/arraySim/requests.h"
-#include "tools/arraySim/eventSender.h"
-#include "tools/arraySim/events.h"
-#include "tools/arraySim/presets.h"
-#include "tools/arraySim/simulator.h"
-#include "tools/arraySim/trace.h"
 
 using namespace arraysim;
 using testing::ElementsAre;
@@ -71,14 +71,7 @@ TEST_F(Events, AChangeOfStatusIsReportedAsItsKindIs) {
         {"fail TsControllerFanSensor 9", {"29 1 98 204 2 1 8 0"}},
         {"recover TsControllerFanSensor 3", {"29 1 98 204 1 1 2 5"}},
         {"fail TsControllerPowerSupply 8", {"29 1 43 204 2 2 2 0"}},
-        {"fail TsControllerTemperatureSensor 3", {"29 1 48 204 1 3 2 0"}},
-        {"fail TsControllerVoltageSensor 9 Degraded", {"29 1 34 204 2 4 3 0"}},
-        {"fail TsEnclosure 2", {"12 1 100 205 2 0 0 0"}},
         {"fail TsEnclosureCoolingFanSensor 3", {"12 5 28 206 2 1 2 0"}},
-        {"fail TsEnclosurePowerSupply 3", {"12 4 33 206 2 2 2 0"}},
-        {"fail TsEnclosureTemperatureSensor 7", {"12 6 35 206 2 3 3 0"}},
-        {"fail TsEnclosureIoModule 4", {"12 6 35 206 2 5 2 0"}},
-        {"fail TsEnclosureAudibleAlarm 2", {"12 7 37 206 2 6 1 0"}},
         {"fail TsDisk 5", {"13 1 37 202 5 0 0 0", "18 24 14 207 1 0 0 0"}},
         {"fail TsDisk 3", {"13 1 37 202 3 0 0 0"}},
         {"recover TsDisk 5", {"13 1 37 202 5 0 0 5"}},
@@ -86,7 +79,6 @@ TEST_F(Events, AChangeOfStatusIsReportedAsItsKindIs) {
         {"fail TsVolume 3", {"15 1 60 208 3 0 0 0"}},
         {"fail TsServerCluster 6", {"23 1 301 209 6 0 0 0"}},
         {"recover TsServer 8", {"23 1 301 209 8 0 0 5"}},
-        {"fail TsUps 2", {"29 1 22 212 2 0 0 0"}},
         {"set Tessera 1 PortsBalanced False", {"7 7 7 211 1 0 0 0"}},
         {"set Tessera 1 PortsBalanced True", {"7 7 7 211 1 0 0 5"}},
         {"set Tessera 1 Status Down", {}},

@@ -5,9 +5,9 @@
 
 #include "apiMgmt/common/wirelink/wireLink.h"
 #include "apiMgmt/common/xmlwrap/xmlParser.h"
+#include "arraySim/control/service.h"
+#include "arraySim/model/presets.h"
 #include "tests/unit/arraySim/requests.h"
-#include "tools/arraySim/presets.h"
-#include "tools/arraySim/service.h"
 
 using namespace arraysim;
 using testing::HasSubstr;

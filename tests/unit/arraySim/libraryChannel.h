@@ -1,7 +1,7 @@
 #pragma once
 
 #include "apiMgmt/apiStub/base/apiObjects/base/apiChannel.h"
-#include "tools/arraySim/simulator.h"
+#include "arraySim/control/simulator.h"
 
 /** The library's way to a simulator that stands in the same process. */
 class ChannelToSimulator : public APIChannel {

@@ -1,10 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "arraySim/model/presets.h"
+#include "arraySim/scenario/scenario.h"
 #include "tests/sourceFolder.h"
 #include "tests/unit/arraySim/requests.h"
-#include "tools/arraySim/presets.h"
-#include "tools/arraySim/scenario.h"
 
 using namespace arraysim;
 using testing::ElementsAre;
@@ -130,8 +130,8 @@ TEST(ScenarioText, MistakesNameFileAndLine) {
 
 /** What is shipped as a demonstration holds what it promises. */
 TEST_F(Scenarios, TheDemonstrationMeetsItsExpectations) {
-    const Scenario scenario = ReadScenarioFile(
-        Catalogue::Builtin(), SOURCE_FOLDER "/tools/arraySim/scenarios/diskFailure.scenario");
+    const Scenario scenario =
+        ReadScenarioFile(Catalogue::Builtin(), SOURCE_FOLDER "/arraySim/scenario/diskFailure.scenario");
     EXPECT_EQ(Run(scenario), 0u) << testing::PrintToString(lines_);
     EXPECT_THAT(pace_.waits, ElementsAre("GetList TsDisk", "GetList TsEnclosureCoolingFanSensor"));
 }

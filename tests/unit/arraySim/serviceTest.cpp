@@ -12,12 +12,12 @@
 #include <thread>
 
 #include "apiMgmt/common/wirelink/wireLink.h"
+#include "arraySim/control/controlSocket.h"
+#include "arraySim/control/service.h"
+#include "arraySim/control/trace.h"
+#include "arraySim/model/presets.h"
+#include "arraySim/scenario/scenario.h"
 #include "tests/unit/arraySim/requests.h"
-#include "tools/arraySim/clockPace.h"
-#include "tools/arraySim/controlSocket.h"
-#include "tools/arraySim/presets.h"
-#include "tools/arraySim/service.h"
-#include "tools/arraySim/trace.h"
 
 using namespace arraysim;
 using testing::HasSubstr;

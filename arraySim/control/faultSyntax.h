@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "arraySim/faults/faults.h"
+
+namespace arraysim {
+
+/** Parses the words after `fault`: NAME [args] [on KIND] [for N]. Throws CommandError. */
+Fault ParseFault(const Catalogue& catalogue, std::vector<std::string> words);
+
+/** Returns the command that would switch the fault on again. */
+std::string FaultCommand(const Fault& fault);
+
+}  // namespace arraysim

@@ -1,0 +1,214 @@
+#include "arraySim/control/simulator.h"
+
+#include "arraySim/control/words.h"
+
+namespace arraysim {
+
+namespace {
+
+using protoIPCMsg::GPBIPCMsg;
+
+bool IsEvent(Verb verb) {
+    return verb == Verb::kEvent || verb == Verb::kMisc || verb == Verb::kScsi;
+}
+
+/** Calls that only read are frequent, and watching the whole model costs many times as much as their answer.
+ */
+bool MayChangeStatus(const ApiRequest& request) {
+    return request.command_type == "Method" && !request.command.starts_with("Get");
+}
+
+/** Objects that come, go or are loaded are no event. */
+bool ChangesStatus(Verb verb) {
+    return verb == Verb::kSet || verb == Verb::kFail || verb == Verb::kRecover;
+}
+
+}  // namespace
+
+Simulator::Simulator(Model model, Session session, Spelling spelling)
+    : catalogue_(model.catalogue()),
+      session_(std::move(session)),
+      spelling_(spelling),
+      model_(std::move(model)) {}
+
+Answer Simulator::AnswerCommand(const RequestMessage& request, const ExchangePlan& plan) {
+    if (plan.document.error) {
+        return FailureAnswer(plan.document.error->first, plan.document.error->second);
+    }
+    if (request.failure) {
+        return FailureAnswer(request.failure->code(), request.failure->what());
+    }
+    ObjectStyle style = plan.style;
+    style.spelling = request.api_request.from_library ? Spelling::kClasses : spelling_;
+    style.lite = request.api_request.IsLite();
+    std::optional<StatusWatch> watch;
+    if (hooks_.send_event && MayChangeStatus(request.api_request)) {
+        watch.emplace(model_);
+    }
+    Answer answer = CarryOut(model_, request.api_request, session_, style, plan.list);
+    if (watch) {
+        SendChanges(*watch);
+    }
+    return answer;
+}
+
+void Simulator::SendChanges(const StatusWatch& watch) {
+    for (std::string& event : watch.Changes(model_)) {
+        hooks_.send_event(std::move(event));
+    }
+}
+
+// One exchange, in this order:
+//  - parse the message, which needs no lock;
+//  - under the lock, take the faults that strike this exchange, since each is counted down once, then carry
+//  the
+//    command out with what they do to objects and lists;
+//  - still under the lock, write the answer's document: its objects belong to the model;
+//  - count the exchange after all that, so that who waits for it finds its effects in the model;
+//  - without the lock, put the document into an envelope, as the faults alter both. How the frame is sent is
+//  left to
+//    the caller, who may have to hang.
+Exchange Simulator::Handle(const GPBIPCMsg& message) {
+    const RequestMessage request = ParseRequestMessage(catalogue_, message);
+    const bool is_command = request.type == RequestMessage::Type::kCommand;
+
+    std::unique_lock<std::mutex> lock(mutex_);
+    const ExchangePlan plan = PlanFor(faults_.TakeFor(is_command ? request.object : request.command));
+    std::optional<Answer> answer;
+    std::string document;
+    if (is_command) {
+        answer = AnswerCommand(request, plan);
+        document = answer->result->GenerateResponseXml(request.Encoding());
+    }
+    statistics_.CountExchange(request.command, request.object, !answer || answer->successful(),
+                              !plan.faults.empty());
+    exchanged_.notify_all();
+    lock.unlock();
+
+    Exchange exchange;
+    exchange.response = WriteResponse(request, std::move(document), plan);
+    exchange.response.set_sequencenum(message.sequencenum());
+    AlterEnvelope(plan.envelope, exchange.response);
+    exchange.delivery = plan.delivery;
+    exchange.record = RecordOf(request, answer ? &*answer : nullptr, plan);
+    exchange.record.sequence = message.sequencenum();
+    return exchange;
+}
+
+GPBIPCMsg Simulator::WriteResponse(const RequestMessage& request, std::string document,
+                                   const ExchangePlan& plan) {
+    GPBIPCMsg response;
+    if (request.type == RequestMessage::Type::kOther) {
+        response.set_msgtype(protoIPCMsg::EMPTY_RESP);
+        return response;
+    }
+    response.set_msgtype(protoIPCMsg::APIResp);
+    protoIPCMsg::APIRespMsg& message = *response.mutable_apirespmsg();
+    if (request.type == RequestMessage::Type::kPing) {
+        message.set_cmdtype(protoIPCMsg::Ping);
+        message.mutable_ping()->set_pingdata(!plan.envelope.ping_false);
+    } else {
+        message.set_cmdtype(protoIPCMsg::Command);
+        message.mutable_cmd()->set_respdata(AlterDocument(std::move(document), plan.document));
+    }
+    return response;
+}
+
+ExchangeRecord Simulator::RecordOf(const RequestMessage& request, const Answer* answer,
+                                   const ExchangePlan& plan) {
+    ExchangeRecord record;
+    record.command = request.command;
+    record.object = request.object;
+    record.lite = request.api_request.IsLite();
+    record.objects = answer == nullptr ? 0 : answer->objects;
+    record.outcome = answer == nullptr || answer->successful() ? "ok" : answer->result->GetErrorCode();
+    record.outcome += plan.faults.empty() ? "" : " fault:" + plan.faults;
+    return record;
+}
+
+bool Simulator::TakeRefusal() {
+    const std::lock_guard<std::mutex> guard(mutex_);
+    const bool refused = faults_.TakeRefusal();
+    statistics_.CountConnection(refused);
+    return refused;
+}
+
+bool Simulator::Listening() {
+    const std::lock_guard<std::mutex> guard(mutex_);
+    return faults_.Listening();
+}
+
+std::string Simulator::EventByHand(const Command& command) const {
+    if (!hooks_.send_event) {
+        throw CommandError("events are off; start the simulator with --events");
+    }
+    switch (command.verb) {
+        case Verb::kMisc:
+            return MiscEvent(model_, command.text);
+        case Verb::kScsi:
+            return ScsiDeviceEvent(model_, command.device_type, command.device_status, command.disk_row);
+        default:
+            return command.text;
+    }
+}
+
+std::string Simulator::Run(const Command& command) {
+    if (IsEvent(command.verb)) {
+        hooks_.send_event(EventByHand(command));
+        return {};
+    }
+    std::optional<StatusWatch> watch;
+    if (hooks_.send_event && ChangesStatus(command.verb)) {
+        watch.emplace(model_);
+    }
+    CommandWorld world{model_, faults_, statistics_};
+    std::string data = RunCommand(world, command);
+    if (watch) {
+        SendChanges(*watch);
+    }
+    if (command.verb == Verb::kStats && hooks_.describe_events) {
+        data += hooks_.describe_events();
+    }
+    return data;
+}
+
+Reply Simulator::Execute(std::string_view line) {
+    Command command;
+    std::string data;
+    try {
+        command = ParseCommand(catalogue_, SplitWords(line));
+        const std::lock_guard<std::mutex> guard(mutex_);
+        data = Run(command);
+    } catch (const CommandError& error) {
+        return {false, error.what()};
+    }
+    if ((command.verb == Verb::kFault || command.verb == Verb::kClear) && hooks_.listen) {
+        hooks_.listen();
+    }
+    if (command.verb == Verb::kSay && hooks_.say) {
+        hooks_.say(command.text);
+    }
+    if (command.verb == Verb::kQuit && hooks_.quit) {
+        hooks_.quit();
+    }
+    return {true, data};
+}
+
+size_t Simulator::Exchanges(const std::string& command, const std::string& object) {
+    const std::lock_guard<std::mutex> guard(mutex_);
+    return statistics_.Exchanges(command, object);
+}
+
+bool Simulator::WaitForExchange(const std::string& command, const std::string& object, size_t seen) {
+    std::unique_lock<std::mutex> lock(mutex_);
+    exchanged_.wait(lock, [&] { return stop_waiting_ || statistics_.Exchanges(command, object) > seen; });
+    return !stop_waiting_;
+}
+
+void Simulator::StopWaiting() {
+    const std::lock_guard<std::mutex> guard(mutex_);
+    stop_waiting_ = true;
+    exchanged_.notify_all();
+}
+
+}  // namespace arraysim

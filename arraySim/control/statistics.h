@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <utility>
+
+namespace arraysim {
+
+/** Counts of what has happened. Not guarded by itself. */
+class Statistics {
+  public:
+    /** command and object: words of the program, never of the peer, so that the table stays small. */
+    void CountExchange(const std::string& command, const std::string& object, bool good, bool struck);
+    void CountConnection(bool refused);
+
+    size_t Exchanges(const std::string& command, const std::string& object) const;
+    /** A human-readable table. */
+    std::string Describe() const;
+
+  private:
+    struct Row {
+        size_t exchanges = 0;
+        size_t failed = 0;
+        size_t struck = 0;
+    };
+
+    std::map<std::pair<std::string, std::string>, Row> rows_;
+    size_t connections_ = 0;
+    size_t refused_ = 0;
+};
+
+}  // namespace arraysim

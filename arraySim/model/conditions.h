@@ -1,0 +1,41 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string_view>
+
+#include "arraySim/model/catalogue.h"
+
+namespace arraysim {
+
+/** The condition of an object, as in its attribute `Status`. */
+enum class Condition { kUp, kDown, kDegraded };
+
+const char* ConditionText(Condition condition);
+/** Case-insensitive; none for any other text. */
+std::optional<Condition> ConditionOf(std::string_view text);
+
+/** Whether objects of the kind have a status. */
+bool HasCondition(const Kind& kind);
+
+/** One attribute that shows a condition. A value that begins with "=" is that of another attribute. */
+struct Sign {
+    std::string_view list;
+    Condition condition;
+    std::string_view attribute;
+    std::string_view value;
+};
+
+std::span<const Sign> Signs();
+
+/** How alerts and events refer to the objects of a list. */
+struct AlertWords {
+    std::string_view list;
+    std::string_view noun;
+    std::string_view category;
+};
+
+/** Never fails: there are words for any other kind. */
+const AlertWords& WordsFor(const Kind& kind);
+
+}  // namespace arraysim

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "arraySim/model/model.h"
+#include "arraySim/model/random.h"
+
+namespace arraysim {
+
+/** The place of an object in the array: what the rules of data/array/objects.def can refer to. */
+struct Place {
+    uint32_t index = 0;
+    uint32_t row = 1;  ///< among the children of the parent, or in the list
+    uint32_t parent_index = 0;
+    uint32_t parent_row = 0;
+    std::string parent_name;
+    std::string array_name;
+    uint32_t serial = 0;
+};
+
+/** Makes an object by the rules of its kind. Given values replace those of the rules; their names must be
+    attributes of the kind. Throws RuleError for an unknown template. */
+Object MakeObject(const Kind& kind, const Place& place, Random random, const GivenValues& given = {});
+
+/** Returns the place at the end of the kind's list, under the parent that `given` names or else the first. */
+Place PlaceAtEnd(const Model& model, const Kind& kind, uint32_t index, const GivenValues& given);
+
+/** Makes an object at the end of its list, and with a disk its configuration, with a folder its storage
+   usage. The index must be free. The reference is valid until the list changes. */
+Object& AddObject(Model& model, const Kind& kind, uint32_t index, const GivenValues& values);
+
+/** Removes an object and what came with it. */
+void RemoveObject(Model& model, const Object& object);
+
+/** A number of days before the array's calendar day, with the seconds of the day. */
+std::string DateText(int64_t days_before, int64_t second_of_day);
+/** "25 C/77 F". */
+std::string TemperatureText(int64_t celsius);
+
+}  // namespace arraysim

@@ -1,0 +1,256 @@
+#include "arraySim/protocol/commandSteps.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdlib>
+
+#include "apiMgmt/apiStub/base/apiAttributes/apiAttributes.h"
+#include "apiMgmt/apiStub/base/apiObjects/base/apiMethodReturn.h"
+#include "apiMgmt/common/utils/stringUtil.h"
+#include "arraySim/model/failures.h"
+#include "arraySim/model/folderDisks.h"
+#include "arraySim/model/objectMaker.h"
+#include "arraySim/protocol/apiRequest.h"
+
+namespace arraysim::step {
+
+namespace {
+
+void Add(Object& subject, std::string_view attribute, int64_t change) {
+    const int64_t count = int64_t{subject.Number(attribute)} + change;
+    subject.Put(attribute, std::to_string(std::max<int64_t>(count, 0)));
+}
+
+/** Every argument that is one of the attributes, and the value that the step gives. */
+GivenValues ValuesToCreate(const CallContext& context, const Object& subject, const Kind& kind,
+                           const AttributeValue& given) {
+    GivenValues values;
+    for (const Attribute& attribute : kind.attributes) {
+        const std::string& name = attribute.name();
+        if (context.call->HasAttribute(name) && name != "InstanceId" && name != "ManagementApplication") {
+            values.emplace_back(name, context.call->GetAttribute(name));
+        }
+    }
+    const std::string text = ValueFor(context, subject, given.value);
+    if (!text.empty()) {
+        values.emplace_back(given.attribute, text);
+    }
+    return values;
+}
+
+Object& AddNew(Model& model, const Kind& kind, const GivenValues& values) {
+    if (model.Objects(*kind.list).size() >= kind.list->table->Capacity()) {
+        throw ApiFailure("TesseraError", "The array has no room for one more " + kind.name);
+    }
+    return AddObject(model, kind, model.NextIndex(*kind.list), values);
+}
+
+int64_t BlocksIn(std::string_view text) {
+    return std::atoll(std::string(text).c_str());
+}
+
+/** The volumes that a command for many names by their indexes. */
+std::vector<Object*> ManyVolumes(const CallContext& context) {
+    if (context.call->GetAttribute("TsSerialNumber") != std::to_string(context.model.serial())) {
+        throw ApiFailure("InvalidTessera",
+                         "Array " + context.call->GetAttribute("TsSerialNumber") + " is not known");
+    }
+    const auto& indexes =
+        dynamic_cast<const INTARRAYApiAttribute&>(*context.call->FindAttribute("VolumeIndexes"));
+    std::vector<Object*> volumes;
+    for (const int64_t index : indexes.FromText(context.call->GetAttribute("VolumeIndexes"))) {
+        volumes.push_back(&ObjectNamed(context.model, context.selection,
+                                       std::to_string(context.model.serial()) + "." + std::to_string(index)));
+    }
+    return volumes;
+}
+
+Answer SetSize(CallContext& context, Object& volume, int64_t blocks) {
+    if (blocks <= BlocksIn(volume.Text("ConfiguredSize"))) {
+        throw ApiFailure("InvalidValue", "TsVolume " + volume.GetInstanceId() + " can only become larger");
+    }
+    volume.Put("ConfiguredSize", std::to_string(blocks));
+    return ObjectAnswer(context, nullptr);
+}
+
+}  // namespace
+
+Result Unless(CallContext& context, Object& subject, const Step& step) {
+    const std::string_view actual = subject.Text(step.first);
+    if (actual == ValueFor(context, subject, step.second)) {
+        throw ApiFailure("TesseraError", subject.kind->name + " " + std::string(subject.Text("InstanceId")) +
+                                             " refuses: its " + std::string(step.first) + " is " +
+                                             std::string(actual));
+    }
+    return std::nullopt;
+}
+
+Result Set(CallContext& context, Object& subject, const Step& step) {
+    subject.Put(step.first, ValueFor(context, subject, step.second));
+    return std::nullopt;
+}
+
+Result Increment(CallContext&, Object& subject, const Step& step) {
+    Add(subject, step.first, 1);
+    return std::nullopt;
+}
+
+Result Decrement(CallContext&, Object& subject, const Step& step) {
+    Add(subject, step.first, -1);
+    return std::nullopt;
+}
+
+Result Recover(CallContext& context, Object& subject, const Step&) {
+    RecoverObject(context.model, subject);
+    return std::nullopt;
+}
+
+Result Fail(CallContext& context, Object& subject, const Step&) {
+    FailObject(context.model, subject, Condition::kDown);
+    return std::nullopt;
+}
+
+Result Remove(CallContext& context, Object& subject, const Step&) {
+    RemoveObject(context.model, subject);
+    return ObjectAnswer(context, nullptr);
+}
+
+Result Create(CallContext& context, Object& subject, const Step& step) {
+    const Kind& kind = context.model.catalogue().KindOf(step.first);
+    return ObjectAnswer(context, &AddNew(context.model, kind,
+                                         ValuesToCreate(context, subject, kind, {step.second, step.third})));
+}
+
+Result Reply(CallContext& context, Object& subject, const Step& step) {
+    const std::string text = ValueFor(context, subject, step.first);
+    int32_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    Answer answer;
+    answer.objects = 1;
+    if (text == "True" || text == "False") {
+        answer.result = std::make_unique<BOOLMethodReturn>(text == "True", context.call.release());
+    } else if (error == std::errc() && end == text.data() + text.size()) {
+        answer.result = std::make_unique<INTMethodReturn>(number, context.call.release());
+    } else {
+        answer.result = std::make_unique<STRINGMethodReturn>(text, context.call.release());
+    }
+    return answer;
+}
+
+Result History(CallContext& context, Object& subject, const Step& step) {
+    const Selection records = *context.model.catalogue().Find(step.first);
+    const AttributeValue condition = {step.second, step.third};
+    return ListAnswer(context, ObjectsWith(context, subject, records, {&condition, 1}));
+}
+
+Result Reject(CallContext&, Object&, const Step& step) {
+    throw ApiFailure(std::string(step.first), std::string(step.second));
+}
+
+Result Nothing(CallContext&, Object&, const Step&) {
+    return std::nullopt;
+}
+
+// ---- Disks and folders ----
+
+Result ReleaseDisks(CallContext& context, Object&, const Step&) {
+    for (Object* disk : Referred(context, "ReleasedDisks")) {
+        MoveDisk(context.model, *disk, nullptr);
+    }
+    return ObjectAnswer(context, nullptr);
+}
+
+/** They belong to the array again, but to no folder yet. */
+Result RevertDisks(CallContext& context, Object&, const Step&) {
+    for (Object* disk : Referred(context, "RevertedDisks")) {
+        disk->Put("Managed", "True");
+        disk->Put("ControlType", "Managed");
+    }
+    return ObjectAnswer(context, nullptr);
+}
+
+Result AddDisks(CallContext& context, Object& folder, const Step&) {
+    for (Object* disk : Referred(context, "Disks")) {
+        MoveDisk(context.model, *disk, &folder);
+    }
+    return ObjectAnswer(context, nullptr);
+}
+
+Result RemoveDisks(CallContext& context, Object& folder, const Step&) {
+    const std::vector<Object*> disks = Referred(context, "Disks");
+    for (const Object* disk : disks) {
+        if (disk->Number("DiskFolderIndex") != folder.index) {
+            throw ApiFailure("TesseraError", "TsDisk " + disk->GetInstanceId() + " is not in folder " +
+                                                 folder.GetInstanceId());
+        }
+    }
+    for (Object* disk : disks) {
+        MoveDisk(context.model, *disk, nullptr);
+    }
+    return ObjectAnswer(context, nullptr);
+}
+
+Result CreateFolder(CallContext& context, Object&, const Step&) {
+    GivenValues values;
+    if (context.call->HasAttribute("Name")) {
+        values.emplace_back("Name", context.call->GetAttribute("Name"));
+    }
+    Object& folder = AddNew(context.model, context.model.catalogue().KindOf("TsDiskFolder"), values);
+    for (Object* disk : Referred(context, "DiskList")) {
+        MoveDisk(context.model, *disk, &folder);
+    }
+    return ObjectAnswer(context, &folder);
+}
+
+// ---- Volumes ----
+
+/** From the last to the first, so that removing one does not move those still to go. */
+Result DeleteVolumes(CallContext& context, Object&, const Step&) {
+    std::vector<Object*> volumes = ManyVolumes(context);
+    std::sort(volumes.begin(), volumes.end(), std::greater<>());
+    volumes.erase(std::unique(volumes.begin(), volumes.end()), volumes.end());
+    for (const Object* volume : volumes) {
+        if (volume->Text("DeleteAllowed") == "False") {
+            throw ApiFailure("TesseraError", "TsVolume " + volume->GetInstanceId() + " may not be deleted");
+        }
+    }
+    for (const Object* volume : volumes) {
+        RemoveObject(context.model, *volume);
+    }
+    return ObjectAnswer(context, nullptr);
+}
+
+Result RecycleVolumes(CallContext& context, Object&, const Step&) {
+    for (Object* volume : ManyVolumes(context)) {
+        volume->Put("InRecycleBin", "True");
+        volume->Put("Active", "False");
+    }
+    return ObjectAnswer(context, nullptr);
+}
+
+Result ExpandVolume(CallContext& context, Object& volume, const Step&) {
+    return SetSize(
+        context, volume,
+        BlocksIn(volume.Text("ConfiguredSize")) + BlocksIn(context.call->GetAttribute("ExpandAmount")));
+}
+
+Result ExpandVolumeToSize(CallContext& context, Object& volume, const Step&) {
+    return SetSize(context, volume, BlocksIn(context.call->GetAttribute("NewSize")));
+}
+
+// ---- The array ----
+
+Result SupportedLanguages(CallContext& context, Object&, const Step&) {
+    std::string rows;
+    for (const ENUMRow& row : APIApiMethodReturn::LocaleAttribute().GetTable()) {
+        rows += "<Row><Value>" + std::to_string(row.Value) + "</Value><Description>" +
+                EscapeXml(std::string(row.Description), false) + "</Description><UiString>" +
+                EscapeXml(std::string(row.UiString), false) + "</UiString></Row>";
+    }
+    Answer answer;
+    answer.objects = 1;
+    answer.result = std::make_unique<ENUMMaskMethodReturn>(rows, context.call.release());
+    return answer;
+}
+
+}  // namespace arraysim::step

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+
+#include "arraySim/protocol/answer.h"
+#include "arraySim/protocol/apiRequest.h"
+
+namespace arraysim {
+
+/** A session: the key that opens it, and its privilege. */
+struct Session {
+    std::string key;
+    int privilege = USER_PRIVILEGE_ADMIN;
+};
+
+/** Carries out a request. Failures become the answer. */
+Answer CarryOut(Model& model, const ApiRequest& request, const Session& session, const ObjectStyle& style,
+                const ListAlteration& alteration);
+
+}  // namespace arraysim

@@ -1,0 +1,113 @@
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "arraySim/control/simulator.h"
+
+namespace arraysim {
+
+/** A mistake in a scenario, with file and line. */
+class ScenarioError : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+/** One line of a scenario: when, and what. */
+struct ScenarioStep {
+    enum class When {
+        kNow,
+        kAt,    ///< so long after the start of the scenario
+        kAfter  ///< so long after the step before it
+    };
+
+    size_t line = 0;
+    When when = When::kNow;
+    int64_t time_ms = 0;
+    std::string text;  ///< the line as it is written
+
+    std::string command;  ///< of the command language; empty for a wait
+    std::string wait_command;
+    std::string wait_object;
+};
+
+struct Scenario {
+    std::string file;
+    std::vector<ScenarioStep> steps;
+};
+
+/**
+ * Parses a scenario. Empty lines and lines that begin with # are skipped; the others are
+ *   [at TIME | after TIME] COMMAND
+ *   [at TIME | after TIME] wait for GetList|Get|Modify KIND, or wait for Ping
+ * TIME is a number with ms, s or m. file: for messages. Throws ScenarioError at the first mistake.
+ */
+Scenario ParseScenario(const Catalogue& catalogue, const std::string& file, std::string_view text);
+Scenario ReadScenarioFile(const Catalogue& catalogue, const std::string& path);
+
+/** Time and waiting: a scenario runs in real time, or in a test its time jumps. */
+class ScenarioPace {
+  public:
+    virtual ~ScenarioPace() = default;
+
+    /** Milliseconds since the scenario began. */
+    virtual int64_t Now_ms() = 0;
+    /** Returns false if the scenario must end instead. */
+    virtual bool SleepUntil(int64_t time_ms) = 0;
+    /** Waits for more than `seen` such exchanges; returns false if the scenario must end instead. */
+    virtual bool WaitForExchange(const std::string& command, const std::string& object, size_t seen) = 0;
+};
+
+/** Real time, by the monotonic clock. Stop may be called from any thread and ends every wait. */
+class ClockPace : public ScenarioPace {
+  public:
+    explicit ClockPace(Simulator& simulator) : simulator_(simulator) {}
+
+    int64_t Now_ms() override;
+    bool SleepUntil(int64_t time_ms) override;
+    bool WaitForExchange(const std::string& command, const std::string& object, size_t seen) override;
+
+    void Stop();
+
+  private:
+    Simulator& simulator_;
+    const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+    std::mutex mutex_;
+    std::condition_variable stopped_;
+    bool stop_ = false;
+};
+
+/** Runs a scenario to its end, also past steps that fail. */
+class ScenarioRunner {
+  public:
+    using Report = std::function<void(const std::string&)>;
+
+    /** report: called for each step and each failure. */
+    ScenarioRunner(const Scenario& scenario, Simulator& simulator, ScenarioPace& pace, Report report);
+
+    /** The number of steps that failed; none when it was ended early. */
+    std::optional<size_t> Run();
+    /** Steps that have failed so far. */
+    size_t failures() const { return failures_; }
+
+  private:
+    bool WaitForTime(const ScenarioStep& step, int64_t previous_ms);
+    bool WaitForExchange(const ScenarioStep& step);
+    void RunCommand(const ScenarioStep& step);
+
+    const Scenario& scenario_;
+    Simulator& simulator_;
+    ScenarioPace& pace_;
+    Report report_;
+    size_t failures_ = 0;
+};
+
+}  // namespace arraysim
