@@ -35,7 +35,7 @@ container_allowed() {
     [[ -z "${SNMPSUBAGENT_SANDBOX_RUN:-}" ]] || { echo "this is a sandbox already"; return 1; }
     [[ "${SNMPSUBAGENT_SANDBOX:-}" == container ]] && return
     has_own_processes || { echo "the processes of the whole machine are visible"; return 1; }
-    looks_like_container || { echo "this is no container"; return 1; }
+    looks_like_container || { echo "this is not a container"; return 1; }
 }
 
 describe_container() {

@@ -69,7 +69,7 @@ choose_stage() {
         echo "$folder"
         return
     done
-    fail "the kept paths leave no folder to work in"
+    fail "the kept paths leave no directory to work in"
 }
 
 has_root_only() {

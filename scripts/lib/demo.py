@@ -104,13 +104,13 @@ class Tour:
         self.watcher = None
 
     def start(self):
-        say(f"a receiver of notifications: snmptrapd on port {TRAP_PORT}")
+        say(f"a notification receiver: snmptrapd on port {TRAP_PORT}")
         show_command(f"snmptrapd -f udp:127.0.0.1:{TRAP_PORT}")
         self.watcher = Watcher()
-        say(f"a simulated array of the size '{self.preset}' on /tmp/apimgr.sock")
+        say(f"a simulated array, preset '{self.preset}', on /tmp/apimgr.sock")
         show_command("arraySim serve --events --preset", self.preset)
         self.array.start(self.preset, "--events")
-        say("the daemon; it starts snmpd, fills its store from the array, and proves the chain with a real GET")
+        say("the daemon: it starts snmpd, fills its store from the array, and tests the whole chain with a GET")
         show_command("snmpSubagent")
         begin = time.monotonic()
         self.daemon.start()
@@ -124,7 +124,7 @@ class Tour:
             self.watcher.trapd.close()
 
     def show_scalars(self):
-        say("the product, as any manager sees it")
+        say("the product, as a manager sees it")
         show_command("snmpwalk -v2c -c public localhost", mib.ROOT)
         for name in ("productName", "productVendor", "productVersion", "productServiceTag", "managementUrl",
                      "globalStatus"):
@@ -173,15 +173,16 @@ class Tour:
         print(f"   SNMP says:      {self.reader.value(place)}", flush=True)
 
     def show_failing_disk(self):
-        say("a disk fails: the array reports it, the daemon asks for its status and notifies; its folder suffers too")
+        say("a disk fails: the array sends an event, the daemon a notification; its disk folder is affected, too")
         row, disk = self.failing_disk()
         place = mib.oid("tsDiskStatus", row)
         show_command(f"arraySim tell fail TsDisk {disk['Index']}")
         self.array.fail("TsDisk", disk["Index"])
         self.show_disk_notifications(disk, alert=2, disk_status=2, folder_status=3)
         expect(self.reader.value(place) == 2, "SNMP serves the new status")
-        print(f"   tsDiskStatus.{row} = 2 (Down), served since then; the other columns follow with the refresh", flush=True)
-        say("the disk recovers: the notifications say that the alerts are over")
+        print(f"   tsDiskStatus.{row} = 2 (Down), served from now on; the other columns follow with the next refresh",
+              flush=True)
+        say("the disk recovers: the notifications report the end of the alerts")
         show_command(f"arraySim tell recover TsDisk {disk['Index']}")
         self.array.recover("TsDisk", disk["Index"])
         self.show_disk_notifications(disk, alert=1, disk_status=1, folder_status=1)
@@ -200,9 +201,9 @@ class Tour:
         self.watcher.show_expected("tsDiskFolderStatusChange", tsDiskFolderStatus=folder_status, trapAlertState=alert)
 
     def show_refreshes(self):
-        say("what the array does not report is refreshed: small tables every half minute or so")
+        say("changes without an event appear with the next refresh: small tables about every half minute")
         self.watch("TsController", "Name", "tsCtlrName", "Controller in bay 1", FOREGROUND_LIMIT_S)
-        say("large tables are fetched in the background every two to three minutes, so this takes a while")
+        say("large tables are refreshed in the background every two to three minutes, so this takes a while")
         self.watch("TsDisk", "StatusMessage", "tsDiskStatusMsg", "Replace before next week", BACKGROUND_LIMIT_S)
 
     def watch(self, kind, attribute, column, text, limit_s):
@@ -214,19 +215,19 @@ class Tour:
         print(f"   {column}.1 = {text}, seen after {time.monotonic() - begin:.0f} s", flush=True)
 
     def show_message_by_hand(self):
-        say("an operator's word goes the same way")
+        say("an operator sends an event")
         show_command("mgmtSend trap misc --alert 'planned work tonight'")
         machine.run(MGMT_SEND, "trap", "misc", "--alert", "planned work tonight")
         self.watcher.show_expected("tsMiscAlert", trapMiscAlertText=b"planned work tonight")
 
     def open_shell(self):
-        say("a shell in the sandbox; 'exit' ends it with everything in it. Try:")
+        say("a shell in the sandbox; 'exit' stops everything in it. Try:")
         print("   snmpwalk -v2c -c public localhost 1.3.6.1.4.1.913 | less\n"
               "   arraySim tell help\n"
               "   arraySim tell list\n"
               "   arraySim tell fail TsController 3\n"
               "   mgmtSend --list\n"
-              f"   tail -f {self.watcher.trapd.output}     (notifications as snmptrapd writes them, texts in hexadecimal)\n"
+              f"   tail -f {self.watcher.trapd.output}     (notifications as snmptrapd writes them, strings in hexadecimal)\n"
               "   tail -f /var/log/snmpSubagent.log      (log lines; 'verbose yes' in /etc/snmpSubagent.conf for more)\n",
               flush=True)
         programs = (machine.ARRAY_SIM, MGMT_SEND, machine.DAEMON)
@@ -266,7 +267,7 @@ def main():
         return 1
     finally:
         tour.stop()
-    say("that was all, and as expected. To look around yourself: scripts/demo --shell")
+    say("done, and everything was as expected. To look around yourself: scripts/demo --shell")
     return 0
 
 

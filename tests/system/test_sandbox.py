@@ -155,9 +155,9 @@ class ItEndsCleanly(unittest.TestCase):
 
     def test_what_cannot_work_is_said(self):
         for arguments, text in (((), "no command given"), (("--frobnicate", "true"), "unknown option"),
-                                (("--keep", "/no/such/folder", "true"), "no such file or folder"),
+                                (("--keep", "/no/such/folder", "true"), "no such file or directory"),
                                 (("--keep", "/etc", "true"), "cannot be kept"),
-                                (("/no/such/program",), "no program that is visible")):
+                                (("/no/such/program",), "not found in the sandbox")):
             with self.subTest(arguments=arguments):
                 result = subprocess.run([SANDBOX, *arguments], capture_output=True, text=True, check=False)
                 self.assertEqual(result.returncode, 125)

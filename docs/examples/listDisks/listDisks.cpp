@@ -1,9 +1,9 @@
-// Lists the disks of the array that are in a given state, each with its enclosure:
+// Lists the disks of the array that have a given status, each with its enclosure:
 //
 //     listDisks [STATUS [SOCKET KEY]]
 //
-// STATUS is Up, Down or Degraded. Without SOCKET and KEY the library's own way to the API manager is taken,
-// under the session key of this machine. docs/apiLibrary.md goes through it step by step.
+// STATUS is Up, Down or Degraded; the default is Down. Without SOCKET and KEY, the program uses the default
+// socket of the API manager and the session key of this machine. docs/apiLibrary.md explains it step by step.
 
 #include <iostream>
 #include <memory>
@@ -17,11 +17,11 @@
 #include "apiMgmt/common/utils/apiMethodError.h"
 #include "apiMgmt/common/utils/stringUtil.h"
 #include "apiMgmt/common/wirelink/wireLink.h"
-#include "apiMgmt/proto/apiMgrMsg.pb.h"  // for the channel alone
+#include "apiMgmt/proto/apiMgrMsg.pb.h"  // only needed for the channel
 
 namespace {
 
-/** An API manager that listens elsewhere than at the library's own path. */
+/** A connection to an API manager that does not listen at the default path. */
 class SocketChannel : public APIChannel {
   public:
     explicit SocketChannel(const std::string& path)
@@ -34,47 +34,48 @@ class SocketChannel : public APIChannel {
     WireLinkEndpoint endpoint_;
 };
 
-/** What all calls of this program share. */
+/** Settings that all calls share. */
 struct Session {
     std::string key;
-    std::unique_ptr<SocketChannel> channel;  ///< null: the library's own
+    std::unique_ptr<SocketChannel> channel;  ///< null for the default socket
 };
 
-/** Makes a call and insists on objects as its answer; what went wrong is thrown. */
+/** Executes a call and returns its response, which contains objects; throws if it does not. */
 std::unique_ptr<COMPObjectMethodReturn> AskForObjects(BASEApiMethod& call, const Session& session) {
     call.ValidateAttributes();
     call.SetChannel(session.channel.get());
-    std::unique_ptr<BASEApiMethodReturn> answer(call.ExecuteWithSession(session.key, nullptr, "en_US"));
-    if (answer != nullptr && !answer->GetSuccessful())
-        throw std::runtime_error(call.GetCommandName() + ": " + answer->GetErrorCode() + ": " +
-                                 answer->GetError());
-    if (dynamic_cast<COMPObjectMethodReturn*>(answer.get()) == nullptr)
-        throw std::runtime_error(call.GetCommandName() + ": the answer holds no objects");
-    return std::unique_ptr<COMPObjectMethodReturn>(static_cast<COMPObjectMethodReturn*>(answer.release()));
+    std::unique_ptr<BASEApiMethodReturn> response(call.ExecuteWithSession(session.key, nullptr, "en_US"));
+    if (response != nullptr && !response->GetSuccessful())
+        throw std::runtime_error(call.GetCommandName() + ": " + response->GetErrorCode() + ": " +
+                                 response->GetError());
+    if (dynamic_cast<COMPObjectMethodReturn*>(response.get()) == nullptr)
+        throw std::runtime_error(call.GetCommandName() + ": the response contains no objects");
+    return std::unique_ptr<COMPObjectMethodReturn>(static_cast<COMPObjectMethodReturn*>(response.release()));
 }
 
-/** The disks with that status. */
+/** Returns the disks with this status. */
 std::unique_ptr<COMPObjectMethodReturn> ListDisks(const std::string& status, const Session& session) {
     FILTERList filter;
     filter.joinType = filter_join::kAnd;
     filter.Add("Status", filter_operator::kEqual, status);
     APITsDisk::APITsDiskGetListMethod list;
     list.SetFilter(&filter);
-    // Values travel as they stand: what is free text, as a filter may hold, is escaped by the caller.
+    // Values are sent verbatim, so the caller must escape free text, which a filter may contain.
     list.SetAttribute("Filter", EscapeXml(list.GetAttribute("Filter"), false));
     return AskForObjects(list, session);
 }
 
-/** The name of the enclosure that holds the disk, by way of the association. */
+/** Returns the name of the disk's enclosure, found with the association. */
 std::string EnclosureName(const APITsDisk& disk, const Session& session) {
     APITsDisk::APITsDiskEnclosureAssociation association(disk.GetInstanceId());
-    const std::unique_ptr<COMPObjectMethodReturn> answer = AskForObjects(association, session);
-    return answer->GetObjects().empty() ? "no enclosure" : answer->GetObjects().front()->GetInstanceName();
+    const std::unique_ptr<COMPObjectMethodReturn> response = AskForObjects(association, session);
+    return response->GetObjects().empty() ? "no enclosure"
+                                          : response->GetObjects().front()->GetInstanceName();
 }
 
 void PrintDisks(const std::string& status, const Session& session) {
-    const std::unique_ptr<COMPObjectMethodReturn> answer = ListDisks(status, session);
-    for (const BASEApiObject* object : answer->GetObjects()) {
+    const std::unique_ptr<COMPObjectMethodReturn> response = ListDisks(status, session);
+    for (const BASEApiObject* object : response->GetObjects()) {
         if (const auto* disk = dynamic_cast<const APITsDisk*>(object)) {
             std::cout << disk->GetName() << "  " << disk->GetSize().ToDisplayText() << "  "
                       << disk->GetStatusMessage() << "  " << EnclosureName(*disk, session) << '\n';
@@ -94,9 +95,9 @@ int main(int argc, char** argv) {
         return 0;
     } catch (const GENERALError& error) {
         std::cerr << "listDisks: " << error
-                  << '\n';  // an argument that the library refuses, or no session key
+                  << '\n';  // an argument that the library rejects, or no session key
     } catch (const std::exception& error) {
-        std::cerr << "listDisks: " << error.what() << '\n';  // the API manager is not there, or it refuses
+        std::cerr << "listDisks: " << error.what() << '\n';  // no connection, or the array rejects the call
     }
     return 1;
 }
