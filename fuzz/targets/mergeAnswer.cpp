@@ -1,4 +1,4 @@
-// Answers of the API manager into the merge. The first byte chooses the table, 'a' the first of refresh.def,
+// Answers of the API manager into the merge. The first byte chooses the table, 'a' the first of columns.def,
 // the rest is one or more documents, separated by the byte 0x1e. The store must come out as that of the
 // plainest merge, and whatever the document, the rows of a table must be packed.
 

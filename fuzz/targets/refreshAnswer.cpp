@@ -1,6 +1,6 @@
 // Answers of the API manager into the refresh as the daemon runs it, post-processes included: they read what
 // other tables hold, so several tables may follow each other. Each piece of the input, separated by the byte
-// 0x1e, is a letter for the table, 'a' for the first of refresh.def, and a document.
+// 0x1e, is a letter for the table, 'a' for the first of columns.def, and a document.
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/tableRefresh.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibDefinition.h"
