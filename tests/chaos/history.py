@@ -1,13 +1,14 @@
 """Which value every instance has had, and when: what a manager may read at a moment."""
 
 import threading
+from collections import defaultdict
 
 from harness import mib
 from harness.expected import Expectation
-from harness.mib import KIND_OF_TABLE
+from harness.mib import KIND_OF_TABLE, MIB
 from harness.trapLists import OBJECTS
 
-from .states import FETCHED_SINGLY, PARENT_NUMBERS, Subject, Track
+from .states import FETCHED_SINGLY, Subject, Track
 
 # A large table is asked for when it is two to three minutes old, and again only when its turn in the round of all
 # columns comes; what is copied from another table follows a round later. Disturbed time does not count.
@@ -46,11 +47,36 @@ class Lie:
                 self.begin <= end and begin <= self.end)
 
 
+PARENTS = ("TsController", "TsEnclosure")
+PARENTS_STALE_S = 3 * STALE_S  # of real time; a part of it may be disturbed
+
+
+def numbering(objects):
+    """What the numbers of parents in the instances of their parts follow from."""
+    return tuple(tuple(each["Index"] for each in objects.get(kind, [])) for kind in PARENTS)
+
+
+class Parts(Expectation):
+    """Only what is numbered by parents."""
+
+    @staticmethod
+    def refreshes():
+        return [refresh for refresh in MIB.refreshes if refresh.table.parent]
+
+    def add_folder_usage(self):
+        pass
+
+    def add_scalars(self):
+        pass
+
+
 class History:
     def __init__(self, timeline, states):
         self.timeline, self.states = timeline, states
         self.lock = threading.Lock()
         self.tracks = {}  # of the array's model; None: no such instance
+        self.parents = {}  # by numbering: the parents, and since when they are not the present ones (None: they are)
+        self.renumbered = defaultdict(dict)  # by numbering: tracks of parts, by the parents as they were
         self.told = {}  # of what managers have set
         self.lies = []
 
@@ -65,6 +91,25 @@ class History:
                 track = self.tracks.get(oid) or self.new_track(oid, is_new=bool(since))
                 if not track.values or track.latest() != value:
                     track.put(value, since)
+            self.record_renumbered(objects, since)
+
+    def record_renumbered(self, objects, since):
+        """Parts are numbered by the parents' table as it was refreshed last, which may be some minutes ago."""
+        present = numbering(objects)
+        for key, (parents, gone) in list(self.parents.items()):
+            if key == present:
+                continue
+            if gone is None:
+                self.parents[key] = parents, since
+            elif since - gone > PARENTS_STALE_S:
+                del self.parents[key], self.renumbered[key]
+                continue
+            values, tracks = Parts({**objects, **parents}).values, self.renumbered[key]
+            for oid in tracks.keys() | values.keys():
+                track = tracks.setdefault(oid, Track())
+                if not track.values or track.latest() != values.get(oid):
+                    track.put(values.get(oid), since)
+        self.parents[present] = {kind: objects.get(kind, []) for kind in PARENTS}, None
 
     def new_track(self, oid, is_new):
         track = self.tracks[oid] = Track()
@@ -101,14 +146,16 @@ class History:
         if self.is_exempt(column, read, sent, ended):
             return True
         with self.lock:
-            values = [value for tracks in (self.tracks, self.told) if oid in tracks
+            values = [value for tracks in (self.tracks, self.told, *self.old_numberings(horizon)) if oid in tracks
                       for value in tracks[oid].between(horizon, ended)]
             if oid not in self.tracks:
                 values.append(None)
-            if (read in values or self.is_of_old_row(column, oid, read, horizon, ended) or
-                    self.is_of_old_parent(column, oid, read, horizon, ended)):
+            if read in values or self.is_of_old_row(column, oid, read, horizon, ended):
                 return True
             return any(lie.covers(column, horizon, ended) and self.is_told(lie, column, read) for lie in self.lies)
+
+    def old_numberings(self, begin):
+        return [self.renumbered[key] for key, (_, gone) in self.parents.items() if gone is not None and gone >= begin]
 
     def is_of_old_row(self, column, oid, read, begin, end):
         """Whether it is the present status, fetched for an event, of an object that had this row before."""
@@ -119,15 +166,6 @@ class History:
         names = self.tracks[name].between(begin, end) if name in self.tracks else []
         return any(read[1] in self.states.between(Subject(number, each[1].decode()), begin, end)
                    for each in names if each)
-
-    def is_of_old_parent(self, column, oid, read, begin, end):
-        """Whether it is what another parent's part may have: parts are numbered by the parents as last refreshed."""
-        number = column.table and PARENT_NUMBERS.get(column.table.parent)
-        if not number or not self.states.has_moved(number, begin, end):
-            return False
-        row = mib.arcs(oid)[-1]
-        others = [mib.oid(column.name, parent, row) for parent in range(1, column.table.parents + 1)]
-        return any(read in self.tracks[other].between(begin, end) for other in others if other in self.tracks)
 
     @staticmethod
     def is_told(lie, column, read):

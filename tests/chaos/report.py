@@ -38,8 +38,9 @@ class Report:
             return f"{found.told - self.began:.1f} s, text {found.number}: received {found.came} times"
         if isinstance(found, Change):
             how = "" if found.told else ", without an event"
-            return (f"{found.begin - self.began:.1f} s, '{found.subject.name}' to status {found.status}{how}: "
-                    f"no trap {found.subject.number}")
+            until = f"{found.until - self.began:.1f} s" if found.until else "the end"
+            return (f"{found.begin - self.began:.1f} s, '{found.subject.name}' to status {found.status}{how}, "
+                    f"until {until}: no trap {found.subject.number}; before: {self.statuses.came_before(found)}")
         if isinstance(found, Finding):
             return f"{found.moment - self.began:.1f} s, {found.text}"
         return str(found)

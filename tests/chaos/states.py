@@ -14,7 +14,6 @@ UP = 1
 ARRAY = ""  # stands for the name of the array, of which a notification says nothing
 # Number of the notification of a component's parent, and the attribute that holds the parent's index.
 PARENTS = {204: (203, "ControllerIndex"), 206: (205, "EnclosureIndex")}
-PARENT_NUMBERS = {"controller": 203, "enclosure": 205}  # of the parents of a table's rows
 ATTRIBUTES = {entry.column.number: entry.attribute for refresh in mib.MIB.refreshes for entry in refresh.entries}
 KINDS = {number: KIND_OF_TABLE[mib.MIB.columns[trap.status].table.name] for number, trap in OBJECTS.items()}
 PARTS = {KIND_OF_TABLE[mib.MIB.columns[row.status].table.name]: key for key, row in COMPONENTS.items()}

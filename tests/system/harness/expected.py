@@ -103,8 +103,12 @@ class Expectation:
         return [((number,), [each for each in elements if leading_number(each[tag], "integer") == index])
                 for number, index in enumerate(parents, 1)]
 
+    @staticmethod
+    def refreshes():
+        return MIB.refreshes
+
     def add_tables(self):
-        for refresh in MIB.refreshes:
+        for refresh in self.refreshes():
             elements = self.elements(refresh.object_name)
             for prefix, rows in self.groups(refresh.table, elements):
                 for row, element in enumerate(rows[:refresh.table.rows], 1):
