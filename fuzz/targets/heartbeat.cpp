@@ -31,7 +31,7 @@ int64_t now_us = 0;
 class Peer {
   public:
     explicit Peer(int descriptor) : descriptor_(descriptor), deadline_us_(now_us + kTimeLimit_us) {}
-    ~Peer() { Close(); }
+    ~Peer() { close(descriptor_); }
     Peer(const Peer&) = delete;
     Peer& operator=(const Peer&) = delete;
 
@@ -70,8 +70,6 @@ class Peer {
     }
 
   private:
-    void Close() const { close(descriptor_); }
-
     int descriptor_;
     int64_t deadline_us_;
     bool is_closed_ = false;

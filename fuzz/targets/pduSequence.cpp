@@ -5,7 +5,6 @@
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/oidLookup.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/pduWindow.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/requestHandler.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapQueue.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 #include "fuzz/lib/fuzzWorld.h"
