@@ -1,7 +1,8 @@
-"""Copies a source file with a fault in it: plant.py FAULTS TARGET --root ROOT --out FILE.
+"""Copies source files with faults in them: plant.py FAULTS TARGET --root ROOT --out DIRECTORY SOURCE...
 
-A fault of faults.def is three lines, "TARGET: SOURCE", "- TEXT" and "+ TEXT": in that source, the one place with the
-first text gets the second. A text that is not there exactly once is an error, so that a fault keeps up with the code.
+A fault in FAULTS is three lines, "TARGET KIND", "- OLD" and "+ NEW", with two C++ expressions of one type. In the copies
+NEW replaces OLD while the fault is active, see lib/plantedFault.h. OLD must occur exactly once in all sources of the
+target, so that a fault keeps up with the code.
 """
 
 import argparse
@@ -9,15 +10,17 @@ import pathlib
 import sys
 
 
-def read_faults(path):
-    """Target to (source, old text, new text)."""
-    faults = {}
+def read_faults(path, target):
+    """Returns the (kind, old, new) of a target."""
     lines = [line for line in path.read_text().splitlines() if line and not line.startswith("#")]
+    faults = []
     for head, old, new in zip(lines[0::3], lines[1::3], lines[2::3], strict=True):
-        target, source = head.split(": ")
-        if not (old.startswith("- ") and new.startswith("+ ")) or target in faults:
-            raise SystemExit(f"{path}: the fault of '{target}' is not well formed")
-        faults[target] = (source, old[2:], new[2:])
+        if len(head.split()) != 2 or not (old.startswith("- ") and new.startswith("+ ")):
+            raise SystemExit(f"{path}: malformed fault '{head}'; expected 'TARGET KIND', '- OLD' and '+ NEW'")
+        if head.split()[0] == target:
+            faults.append((head.split()[1], old[2:], new[2:]))
+    if sorted(kind for kind, _, _ in faults) != ["logic", "memory"]:
+        raise SystemExit(f"{path}: '{target}' needs one logic and one memory fault")
     return faults
 
 
@@ -25,22 +28,21 @@ def main():
     arguments = argparse.ArgumentParser()
     arguments.add_argument("faults", type=pathlib.Path)
     arguments.add_argument("target")
-    arguments.add_argument("--root", type=pathlib.Path)
-    arguments.add_argument("--out", type=pathlib.Path)
-    arguments.add_argument("--print-source", action="store_true")
+    arguments.add_argument("--root", type=pathlib.Path, required=True)
+    arguments.add_argument("--out", type=pathlib.Path, required=True)
+    arguments.add_argument("sources", nargs="+")
     given = arguments.parse_args()
-    faults = read_faults(given.faults)
-    if given.target not in faults:
-        raise SystemExit(f"{given.faults}: no fault for '{given.target}'")
-    source, old, new = faults[given.target]
-    if given.print_source:
-        print(source)
-        return
-    text = (given.root / source).read_text()
-    if text.count(old) != 1:
-        raise SystemExit(f"{given.faults}: '{old}' stands {text.count(old)} times in {source}, not once")
-    given.out.parent.mkdir(parents=True, exist_ok=True)
-    given.out.write_text(text.replace(old, new))
+    texts = {source: (given.root / source).read_text() for source in given.sources}
+    for kind, old, new in read_faults(given.faults, given.target):
+        places = [source for source, text in texts.items() for _ in range(text.count(old))]
+        if len(places) != 1:
+            raise SystemExit(f"{given.faults}: '{old}' occurs {len(places)} times in {given.sources}; expected once")
+        source = places[0]
+        texts[source] = texts[source].replace(old, f"(planted_fault::{kind} ? ({new}) : ({old}))")
+    given.out.mkdir(parents=True, exist_ok=True)
+    for source, text in texts.items():
+        header = '#include "fuzz/lib/plantedFault.h"\n'
+        (given.out / pathlib.Path(source).name).write_text(header + text)
 
 
 if __name__ == "__main__":

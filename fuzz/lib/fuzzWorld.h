@@ -11,6 +11,7 @@ class FuzzMibWorld : public MibWorld {
 
 class FuzzTrapWorld : public TrapWorld {
   public:
+    using TrapWorld::answer_status;
     using TrapWorld::set_status;
     void TestBody() override {}
 };

@@ -1,8 +1,10 @@
 // Answers of the API manager into the merge. The first byte chooses the table, 'a' the first of columns.def,
-// the rest is one or more documents, separated by the byte 0x1e. The store must come out as that of the
-// plainest merge, and whatever the document, the rows of a table must be packed.
+// the rest is one or more documents, separated by the byte 0x1e; of one that begins with the byte 1, the rest
+// chooses the words of a well-formed answer. The store must come out as that of the plainest merge, and
+// whatever the document, the rows of a table must be packed.
 
-#include <cstring>
+#include <algorithm>
+#include <string>
 #include <vector>
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/elementTable.h"
@@ -13,18 +15,80 @@
 #include "fuzz/lib/fuzzCheck.h"
 #include "fuzz/lib/fuzzInput.h"
 #include "fuzz/lib/fuzzWorld.h"
+#include "tests/unit/core/fakes/fakeApiMgr.h"
 #include "tests/unit/core/fakes/transcript.h"
 #include "tests/unit/core/literalMerge.h"
 
 namespace {
 
 constexpr char kBetweenDocuments = 0x1e;
+constexpr char kOfWords = 1;
 
-// The daemon's map without its post-processes, which the plain merge does not know.
-std::vector<attribute_map_entry> plain_map(const refresh_operation& operation) {
-    std::vector<attribute_map_entry> map(operation.map, operation.map + operation.map_size);
-    for (attribute_map_entry& entry : map)
-        entry.post_process = nullptr;
+using attribute_map = std::vector<attribute_map_entry>;
+
+std::string element(const std::string& tag, const std::string& text) {
+    return "<" + tag + ">" + text + "</" + tag + ">";
+}
+
+std::string any_value(FuzzInput& input) {
+    static constexpr const char* kValues[] = {"",           "Up",          "Down", "1",
+                                              " 17 ",       "-5",          "+6x",  "4294967295",
+                                              "4294967296", "-2147483649", "x3",   "no api object",
+                                              "a&lt;b",     "666",         "Up+"};
+    return input.OnceIn(4) ? std::to_string(input.Below(65536)) : kValues[input.Below(std::size(kValues))];
+}
+
+std::string any_object(FuzzInput& input, const std::string& tag, const attribute_map& map, bool is_complete) {
+    static constexpr const char* kIndexes[] = {"1", "2", "2", "7", " 7", "-5", "3000000000", "x"};
+    std::string content;
+    for (const attribute_map_entry& entry : map) {
+        for (size_t count = input.OnceIn(8) ? input.Below(3) : 1; count > 0; --count)
+            content.insert(input.OnceIn(4) ? 0 : content.size(), element(entry.attribute, any_value(input)));
+    }
+    for (const char* attribute : {"Index", "ControllerIndex", "EnclosureIndex"}) {
+        for (size_t count = !is_complete && input.OnceIn(12) ? 0 : 1 + input.Below(5) / 4; count > 0; --count)
+            content.insert(input.OnceIn(2) ? 0 : content.size(),
+                           element(attribute, kIndexes[input.Below(std::size(kIndexes))]));
+    }
+    return element(tag, content);
+}
+
+std::string any_tag(FuzzInput& input, const std::string& apiName) {
+    static constexpr const char* kServers[] = {"tsPhysicalServer", "tsRemoteTessera", "tsServerCluster",
+                                               "tsVirtualServer", "tsServer"};
+    std::string tag = apiName == "tsServer" ? kServers[input.Below(5)] : apiName;
+    if (input.OnceIn(20))
+        return "tsSomethingElse";
+    if (tag[0] == 't' && input.OnceIn(2))
+        tag[0] = 'T';
+    return tag;
+}
+
+size_t any_count(FuzzInput& input, const column_record& column) {
+    const auto capacity = static_cast<size_t>(column.capacity());
+    if (capacity <= 700 && input.OnceIn(6))
+        return capacity - 1 + input.Below(3);
+    return input.Below(input.OnceIn(3) ? 40 : 5);
+}
+
+std::string any_answer(FuzzInput& input, const refresh_operation& operation, const attribute_map& map) {
+    const bool is_complete = input.OnceIn(2);
+    std::string objects;
+    for (size_t count = any_count(input, cols[operation.col_id]); count > 0; --count)
+        objects += any_object(input, any_tag(input, operation.apiName), map, is_complete);
+    std::string answer = fake_api_mgr::list_answer(objects);
+    if (input.OnceIn(20))
+        answer.insert(answer.rfind("</lumapi>"), "<ReturnObjectArray><tsDisk/></ReturnObjectArray>");
+    return answer;
+}
+
+// The daemon's map, with the one post-process that the plain merge knows.
+attribute_map plain_map(const refresh_operation& operation) {
+    attribute_map map(operation.map, operation.map + operation.map_size);
+    for (attribute_map_entry& entry : map) {
+        if (entry.post_process != nullptr)
+            entry.post_process = literal_merge::mark_real_variable;
+    }
     return map;
 }
 
@@ -65,7 +129,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     FuzzInput input(data, size);
     const refresh_operation& operation =
         refresh_operations[static_cast<uint8_t>(input.Byte() - 'a') % NUMBER_OF_REFRESHES];
-    const std::vector<attribute_map_entry> map = plain_map(operation);
+    const attribute_map map = plain_map(operation);
     forget_column(operation.col_id, model);
     for (const attribute_map_entry& entry : map)
         forget_column(static_cast<int>(entry.col_id), model);
@@ -74,7 +138,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     std::string documents(input.Rest());
     for (size_t begin = 0; begin <= documents.size();) {
         const size_t end = std::min(documents.find(kBetweenDocuments, begin), documents.size());
-        const std::string document = documents.substr(begin, end - begin);
+        std::string document = documents.substr(begin, end - begin);
+        if (document.starts_with(kOfWords)) {
+            FuzzInput words(reinterpret_cast<const uint8_t*>(document.data()) + 1, document.size() - 1);
+            document = any_answer(words, operation, map);
+        }
         const int result =
             process_table_info(operation.col_id, operation.apiName, operation.map_size, map.data(), document);
         FuzzCheck((result != 0) ==
@@ -82,6 +150,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
                   "the results differ");
         begin = end + 1;
     }
+    FuzzCheck(ctlrIndexFirst == model.index_first && ctlrIndexSecond == model.index_second,
+              "another controller");
     check_column(operation.col_id, model);
     for (const attribute_map_entry& entry : map)
         check_column(static_cast<int>(entry.col_id), model);

@@ -1,18 +1,32 @@
-// Texts as trap commands, a line each, with a NUL standing for a newline, up to the notification. A line
-// "!TRAP STATUS" beforehand gives all objects of the array that status. Every command has one outcome:
-// refused with a line in the log, held back, or sent as exactly one notification.
+// Trap commands as text, one per line, with a NUL in place of a newline, up to the notification. A line "!XY"
+// gives all objects of the array status X and all components status Y; a line "~TEXT" sets what components
+// measure. Each command has one outcome: rejected with a line in the log, suppressed, or sent as one
+// notification about its object, with what the store holds and the advice for its status.
 
 #include <algorithm>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
 
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/tableRefresh.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/outstandingTraps.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapCommand.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapVariables.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibValues.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/trapCatalogue.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 #include "fuzz/lib/fuzzCheck.h"
 #include "fuzz/lib/fuzzInput.h"
 #include "fuzz/lib/fuzzWorld.h"
+#include "fuzz/lib/trapWords.h"
 #include "tests/unit/core/fakes/transcript.h"
 
 namespace {
+
+constexpr const char* kNoAdvice = "no action needed";
 
 size_t count_lines(const std::string& text, const std::string& beginning) {
     size_t count = text.rfind(beginning, 0) == 0 ? 1 : 0;
@@ -21,26 +35,129 @@ size_t count_lines(const std::string& text, const std::string& beginning) {
     return count;
 }
 
-// Eight words with a blank behind each, in what is looked at of a text.
-bool is_command(const std::string& text) {
-    const std::string seen = text.substr(0, kTrapCommandBuffer - 1);
-    int words = 0;
-    for (size_t i = 1; i < seen.size(); ++i)
-        words += seen[i] == ' ' && seen[i - 1] != ' ' ? 1 : 0;
-    return words >= 8;
-}
-
 std::unique_ptr<TrapToSend> parse(const std::string& text) {
     const size_t waiting = trapsToSend.size();
-    char scratch[kTrapCommandBuffer];
-    const int result = ParseTrapCommand(text.c_str(), scratch, sizeof scratch);
+    std::vector<char> scratch(kTrapCommandBuffer);  // an exact block, for the sanitizer
+    const int result = ParseTrapCommand(text.c_str(), scratch.data(), scratch.size());
     FuzzCheck(trapsToSend.size() == waiting + (result == 0 ? 1 : 0), "result and queue disagree");
-    FuzzCheck((result == 0) == is_command(text), "taken or dropped against the form of a command");
+    FuzzCheck((result == 0) == is_trap_command(text.c_str()),
+              "taken or dropped against the form of a command");
     if (result != 0)
         return nullptr;
     std::unique_ptr<TrapToSend> trap = std::move(trapsToSend.back());
     trapsToSend.pop_back();
     return trap;
+}
+
+int32_t row_of(const state_rule& state, int32_t argument, int32_t parent = 1) {
+    switch (state.find) {
+        case row_rule::controller:
+            return argument == ctlrIndexFirst ? 1 : 2;
+        case row_rule::one_or_two:
+            return 1;
+        case row_rule::row:
+            return argument;
+        default:
+            break;
+    }
+    const auto index = static_cast<uint32_t>(argument) + (state.find == row_rule::next_index ? 1 : 0);
+    int32_t row = 1;
+    while (vars[var_at(state.index_column, row, parent)].uint != index)
+        ++row;
+    return row;
+}
+
+std::string shown_value(int32_t variable) {
+    const variable_entry& entry = vars[variable];
+    switch (cols[entry.col_id].data_type) {
+        case SMI_BASETYPE_OCTET_STRING:
+            return "\"" + entry.str + "\"";
+        case SMI_BASETYPE_INTEGER32:
+            return "integer " + std::to_string(static_cast<int32_t>(entry.uint));
+        default:
+            return "gauge " + std::to_string(entry.uint);
+    }
+}
+
+std::string shown_variables(const notification_definition& notification, int32_t row) {
+    std::string shown;
+    for (const int col_id : notification.columns) {
+        const bool is_of_object =
+            std::ranges::find(notification.object->rows, col_id) != notification.object->rows.end();
+        const int32_t variable = cols[col_id].is_table()
+                                     ? var_at(col_id, is_of_object ? row : cols[col_id].trapRow)
+                                     : cols[col_id].first_var;
+        shown += "\n  " + name_of(variable) + " " + shown_value(variable);
+    }
+    return shown;
+}
+
+std::optional<double> number_in(int32_t variable) {
+    const variable_entry& entry = vars[variable];
+    if (cols[entry.col_id].data_type != SMI_BASETYPE_OCTET_STRING)
+        return entry.uint;
+    char* end = nullptr;
+    const double number = strtod(entry.str.c_str(), &end);
+    return end == entry.str.c_str() ? std::nullopt : std::optional(number);
+}
+
+// The low level counts before the high one, and neither if one of the values cannot be read.
+std::string advice_for_degraded(const component_definition& component, int32_t row, int32_t parent) {
+    std::string advice = component.degraded;
+    for (const level_rule* level : {&component.high, &component.low}) {
+        if (level->reading_column < 0)
+            continue;
+        const auto reading = number_in(var_at(level->reading_column, row, parent));
+        const auto threshold = number_in(var_at(level->threshold_column, row, parent));
+        if (!reading || !threshold)
+            return component.degraded;
+        if (level == &component.low ? *reading <= *threshold : *reading >= *threshold)
+            advice = level->advice;
+    }
+    return advice;
+}
+
+std::string advice_for(uint32_t status, const component_definition& component, int32_t row, int32_t parent) {
+    if (status != kStatusUp && *component.state.unhealthy != '\0')
+        return component.state.unhealthy;
+    if (status == kStatusDown)
+        return component.down;
+    return status == kStatusDegraded ? advice_for_degraded(component, row, parent) : kNoAdvice;
+}
+
+// The variable of the status that the notification is about, and what is said of it.
+std::pair<int32_t, std::string> judged(const TrapToSend& trap, const object_rule& object,
+                                       int32_t object_row) {
+    if (*object.not_up == '\0') {
+        const int32_t status_var = var_at(object.state.status_column, object_row);
+        return {status_var, vars[status_var].uint == kStatusUp ? kNoAdvice : object.state.unhealthy};
+    }
+    const component_definition& component = *find_component(trap.trapNum, trap.trapArgB);
+    const int32_t row = row_of(component.state, trap.trapArgC, object_row);
+    const int32_t status_var = var_at(component.state.status_column, row, object_row);
+    FuzzCheck(trapCompName == vars[var_at(component.state.owner_column, row, object_row)].str &&
+                  trapCompNum == trap.trapArgB && trapCompStatusText == vars[status_var].str &&
+                  trapCompStatus == static_cast<int32_t>(vars[status_var].uint),
+              "another component is described");
+    return {status_var, advice_for(vars[status_var].uint, component, row, object_row)};
+}
+
+void check_notification(const TrapToSend& trap, const std::string& course) {
+    const notification_definition* notification = find_notification(trap.trapNum);
+    if (notification == nullptr || notification->object == nullptr)
+        return;
+    const object_rule& object = *notification->object;
+    const int32_t row = row_of(object.state, trap.trapArgA);
+    if (course.find(shown_variables(*notification, row) + "\n") == std::string::npos)
+        FuzzFail("the notification shows something else than its object:\n" + course);
+    const auto [status_var, advice] = judged(trap, object, row);
+    if (trapActionText != advice)
+        FuzzFail("'" + trapActionText + "' instead of '" + advice + "':\n" + course);
+    const bool is_known = std::ranges::find(outstandingTraps, status_var, [](const auto& record) {
+                              return record->statusVar;
+                          }) != outstandingTraps.end();
+    FuzzCheck(is_known == (vars[status_var].uint != kStatusUp),
+              "an unhealthy object is not remembered, or a healthy one is");
 }
 
 void run(TrapToSend& trap) {
@@ -53,12 +170,47 @@ void run(TrapToSend& trap) {
     FuzzCheck(result != 0 || sent == 1 || outstandingTraps.size() <= known + 1, "a record from nowhere");
     if (result != 0 && sent == 0 && count_lines(course, "log 4 ") == 0)
         FuzzFail("refused in silence:\n" + course);
+    if (sent == 1)
+        check_notification(trap, course);
 }
 
-void set_all_statuses(uint32_t status) {
+// Of the rows that exist.
+void set_status(int status_column, int32_t parent, uint32_t status) {
+    for (const int32_t row : {1, 2}) {
+        if (row <= static_cast<int32_t>(cols[status_column].maxNumOfRows) &&
+            is_cached(var_at(status_column, row, parent)))
+            FuzzTrapWorld::set_status(var_at(status_column, row, parent), status);
+    }
+}
+
+// What a digit of a line "!XY" says; Up for none.
+uint32_t status_in(const std::string& line, size_t place) {
+    return line.size() > place ? static_cast<uint32_t>(line[place] - '0') % 8 : kStatusUp;
+}
+
+void set_statuses(const std::string& line) {
+    static constexpr const char* kTexts[] = {"", "Up", "Down", "Degraded"};
+    const uint32_t status = status_in(line, 1);
     for (const int head : {COLID_tsCtlrNbr, COLID_tsDiskNbr, COLID_tsEnclNbr, COLID_tsDiskFolderNbr,
                            COLID_tsVolumeNbr, COLID_tsServerNbr, COLID_tsCacheNbr, COLID_tsUPSNbr})
-        FuzzTrapWorld::set_status(cols[head + 1].first_var, status);
+        set_status(head + 1, 1, status);
+    for (const auto& [object, index] :
+         {std::pair{"TsDisk", 40}, {"TsDisk", 43}, {"TsDiskFolder", 21}, {"TsVolume", 31}, {"TsServer", 51}})
+        FuzzTrapWorld::answer_status(object, index, status < std::size(kTexts) ? kTexts[status] : "Other");
+    for (const component_definition& component : components)
+        set_status(component.state.status_column, 2, status_in(line, 2));
+}
+
+void set_readings(const std::string& text) {
+    for (const component_definition& component : components) {
+        for (const level_rule* level : {&component.low, &component.high}) {
+            if (level->reading_column < 0)
+                continue;
+            variable_entry& reading = vars[var_at(level->reading_column, 2, 2)];
+            reading.str = text;
+            reading.uint = static_cast<uint32_t>(atoi(text.c_str()));
+        }
+    }
 }
 
 }  // namespace
@@ -67,16 +219,17 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     static FuzzTrapWorld world;
     verbose = false;
     outstandingTraps.clear();
-    set_all_statuses(1);
+    set_statuses("!");
+    set_readings("30");
     FuzzInput input(data, size);
     while (!input.IsEmpty()) {
         std::string line(input.Line());
         std::replace(line.begin(), line.end(), '\0', '\n');
-        if (line.rfind("!", 0) == 0) {
-            set_all_statuses(static_cast<uint32_t>(line.size() > 1 ? line[1] - '0' : 0));
-            continue;
-        }
-        if (const std::unique_ptr<TrapToSend> trap = parse(line))
+        if (line.starts_with('!'))
+            set_statuses(line);
+        else if (line.starts_with('~'))
+            set_readings(line.substr(1));
+        else if (const std::unique_ptr<TrapToSend> trap = parse(line))
             run(*trap);
     }
     handleDisplayOutstandingTraps();

@@ -1,5 +1,8 @@
-// Bytes as a document and as a text in one. A document that parses keeps to the limits, and its elements'
-// markup parses to the same elements; a text that is escaped reads as it was.
+// Bytes as a document and as a text. A document that parses is within the limits, and the markup of its
+// elements parses to the same elements, also when it reaches the parser in two pieces, cut anywhere. An
+// escaped text reads as it was.
+
+#include <algorithm>
 
 #include "apiMgmt/common/utils/stringUtil.h"
 #include "apiMgmt/common/xmlwrap/xmlDocument.h"
@@ -45,6 +48,27 @@ std::string OutlineOf(const parser::XMLElement& root) {
     return outline;
 }
 
+// The parser takes a document in chunks of this size and prefers to cut behind a '>'. So it cuts in the
+// middle of a text or of a tag only where nothing in front has a '>': behind a long text, here.
+void CheckPieces(const std::string& text) {
+    constexpr size_t kChunk = 65'536;
+    const size_t cuts = std::min({text.find('>'), text.size(), kChunk}) + 1;
+    const size_t cut = std::hash<std::string>()(text) % cuts;
+    const std::string padding(kChunk - cut, 'x');
+    parser::XMLParser whole;
+    parser::XMLParser pieces;
+    const bool parses = whole.ParseXMLString("<r>" + text + "</r>");
+    FuzzCheck(pieces.ParseXMLString("<r>" + padding + text + "</r>") == parses,
+              "pieces parse, or the whole alone");
+    if (!parses)
+        return;
+    const parser::XMLElement root = pieces.GetDocumentElement();
+    std::string outline = OutlineOf(root);
+    if (!root.GetFirstChild())
+        outline.erase(std::string_view("<r>").size(), padding.size());
+    FuzzCheck(outline == OutlineOf(whole.GetDocumentElement()), "pieces make another document");
+}
+
 void CheckDocument(const std::string& text) {
     parser::XMLParser parser;
     if (!parser.ParseXMLString(text)) {
@@ -70,6 +94,7 @@ void CheckDocument(const std::string& text) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string text(reinterpret_cast<const char*>(data), size);
     CheckEscapes(text);
+    CheckPieces(text);
     CheckDocument(text);
     return 0;
 }

@@ -15,6 +15,10 @@ struct StartFailure {
  */
 StartFailure StartDetachedProgram(const char* path, char* const argv[], char* const environment[]);
 
+/** Marks all descriptors but 0, 1 and 2 to be closed by exec. The agent library opens its sockets without
+ * this mark. */
+void KeepDescriptorsFromPrograms();
+
 /** The greatest process number that this system gives out. */
 int GreatestProcessNumber();
 

@@ -1,6 +1,7 @@
 #include <fcntl.h>
 #include <pthread.h>
 #include <pthread_np.h>
+#include <sys/select.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -30,6 +31,12 @@ StartFailure StartDetachedProgram(const char* path, char* const argv[], char* co
     const StartFailure failure = ReadReport(report[0]);
     close(report[0]);
     return failure;
+}
+
+// Releases before 14 cannot mark a range. Everything that has to be marked is within reach of select(2).
+void KeepDescriptorsFromPrograms() {
+    for (int descriptor = STDERR_FILENO + 1; descriptor < FD_SETSIZE; ++descriptor)
+        fcntl(descriptor, F_SETFD, FD_CLOEXEC);
 }
 
 int GreatestProcessNumber() {

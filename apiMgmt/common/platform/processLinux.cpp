@@ -52,6 +52,10 @@ StartFailure StartDetachedProgram(const char* path, char* const argv[], char* co
     return failure;
 }
 
+void KeepDescriptorsFromPrograms() {
+    close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
+}
+
 int GreatestProcessNumber() {
     constexpr int usual_greatest = 99999;
     int pid_max = 0;

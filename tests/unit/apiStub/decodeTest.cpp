@@ -251,10 +251,4 @@ TEST(Decode, ReadsWhatAReturnWrites) {
     EXPECT_EQ(Describe(Decode(failure.GenerateResponseXml(1))), "25|a<b|l\"|d&");
 }
 
-TEST(Decode, LeavesNoObjectBehind) {
-    DecodeResult("<ReturnObjectArray><TsDisk/><TsDisk/></ReturnObjectArray>");
-    DecodeResult("<ReturnObject><TsDisk/><TsDisk/></ReturnObject>");
-    EXPECT_EQ(sample::Disk::alive, 0);
-}
-
 }  // namespace

@@ -106,14 +106,6 @@ TEST_F(LogTask, KeepsTheOrderOfEachOfSeveralCallersAndMayBeStoppedUnderThem) {
     }
 }
 
-TEST_F(LogTask, WithoutALoggerDropsEverythingAndStillEnds) {
-    LOGTask task(nullptr);
-    ASSERT_TRUE(task.Start());
-    task.Post(Message("dropped"));
-    task.Stop();
-    task.Post(Message("dropped"));
-}
-
 TEST_F(LogTask, AFailedStartIsToldToSyslogAndRegistersNothing) {
     LOGTask task(record_.MakeLogger());
     {

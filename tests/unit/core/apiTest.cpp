@@ -65,67 +65,6 @@ TEST_F(Api, WritesEachKindOfRequest) {
     }
 }
 
-TEST_F(Api, KnowsWhichObjectsHaveWhichRequest) {
-    const char* const all[] = {"tsController",
-                               "tsDisk",
-                               "tsDiskConfiguration",
-                               "tsEnclosure",
-                               "tsControllerFanSensor",
-                               "tsControllerPowerSupply",
-                               "tsControllerVoltageSensor",
-                               "tsControllerTemperatureSensor",
-                               "tsEnclosureCoolingFanSensor",
-                               "tsEnclosurePowerSupply",
-                               "tsEnclosureIoModule",
-                               "tsEnclosureTemperatureSensor",
-                               "tsEnclosureAudibleAlarm",
-                               "tsDiskFolder",
-                               "tsDiskFolderStorageUsage",
-                               "tsVolume",
-                               "tsServer",
-                               "tsControllerCacheCard",
-                               "Tessera",
-                               "tsUps",
-                               "tsObjectCount",
-                               "tsAlert",
-                               "tsRemoteTessera",
-                               "TsDisk",
-                               "tessera",
-                               ""};
-    string listed;
-    string got;
-    string modified;
-    string xml;
-    for (const char* apiName : all) {
-        if (gen_xml_GetList_append_to_string(apiName, xml) == 0)
-            listed += string(" ") + apiName;
-        if (gen_xml_Get_append_to_string(apiName, xml, 1) == 0)
-            got += string(" ") + apiName;
-        if (gen_xml_Set_append_to_string(apiName, xml, 1, "Name", "x") == 0)
-            modified += string(" ") + apiName;
-    }
-    EXPECT_EQ(
-        listed,
-        " tsController tsDisk tsDiskConfiguration tsEnclosure tsControllerFanSensor tsControllerPowerSupply "
-        "tsControllerVoltageSensor tsControllerTemperatureSensor tsEnclosureCoolingFanSensor "
-        "tsEnclosurePowerSupply tsEnclosureIoModule tsEnclosureTemperatureSensor tsEnclosureAudibleAlarm "
-        "tsDiskFolder tsVolume tsServer tsControllerCacheCard Tessera tsUps tsObjectCount tsAlert "
-        "tsRemoteTessera");
-    EXPECT_EQ(got,
-              " tsDisk tsDiskConfiguration tsDiskFolder tsDiskFolderStorageUsage tsVolume tsServer tsAlert");
-    EXPECT_EQ(modified, " Tessera");
-
-    transcript::take();
-    EXPECT_EQ(AccessApi("tsNone", xml, kAllObjects, "", ""), 1);
-    EXPECT_EQ(AccessApi("tsEnclosure", xml, 3, "", ""), 1);
-    EXPECT_EQ(AccessApi("tsDisk", xml, 3, "Name", "x"), 1);
-    EXPECT_EQ(transcript::take(),
-              "log 4 unrecognized apiName: tsNone$\nlog 4 could not generate GetList request for tsNone$\n"
-              "log 4 unrecognized apiName: tsEnclosure$\n"
-              "log 4 could not generate Get request for tsEnclosure, iApiIndex: 3$\n"
-              "log 4 unrecognized apiName: tsDisk$\nlog 4 could not generate xml request for tsDisk$\n");
-}
-
 TEST_F(Api, AnAnswerWithoutCommandMakesTheLinkBad) {
     fake_api_mgr::meddle([](const envelope&, envelope& answer) { answer.mutable_apirespmsg()->clear_cmd(); });
     string response = "left";

@@ -26,10 +26,6 @@ class Outstanding : public TrapWorld {
         check_outstanding_traps();
         return transcript::take();
     }
-
-    static void expect_logged(const string& course, const string& line) {
-        EXPECT_NE(course.find("log 7 " + line + "$\n"), string::npos) << line << " in\n" << course;
-    }
 };
 
 TEST_F(Outstanding, IsOneRecordOfAnObject) {
@@ -42,50 +38,6 @@ TEST_F(Outstanding, IsOneRecordOfAnObject) {
     for (const char* arguments : {"203 12 7 8 4", "211 2 0 0 0", "206 7 2 2 4"})
         EXPECT_EQ(event(arguments).find("notify"), string::npos) << arguments;
     EXPECT_EQ(outstandingTraps.size(), 3U);
-}
-
-TEST_F(Outstanding, TellsWhyWhenAsked) {
-    verbose = true;
-    const string redundant = "we're not sending out this trap cuz it would be redundant: trapNum: 203, ";
-    const string change = "status uint has changed - remove this outstanding trap: trapNum: 203, ";
-    const string removal = "we're removing the outstanding trap cuz ";
-    const string columns = "owenerOid: 16, statusOid: 17, ";
-    set_status(status, 2);
-    event("203 12 0 0 0");
-    expect_logged(event("203 12 0 0 0"), redundant + columns + "status: 2");
-    set_status(status, 3);
-    expect_logged(event("203 12 0 0 0"), change + columns + "old status: 2, new status: 3");
-    clear_cached(status);
-    const int32_t number = var_at(COLID_tsCtlrNbr, 2);
-    EXPECT_EQ(IsRedundantTrap(outstandingTraps[0]->command, {number, number, status}, false), 1);
-    expect_logged(transcript::take(), removal + "the var is no longer cached: trapNum: 203, " + columns +
-                                          "status string: Degraded, var verify: 2, trap verify: 2");
-
-    // A disk is verified by its API index.
-    answer_status("TsDisk", 43, "Down");
-    answer_status("TsDisk", 44, "Down");
-    for (const bool is_event : {true, false}) {
-        store_number(var_at(COLID_tsDiskApiIndex, 2), 43);
-        event("202 43 0 0 0");
-        store_number(var_at(COLID_tsDiskApiIndex, 2), 44);
-        if (is_event)
-            expect_logged(event("202 44 0 0 5"),
-                          removal +
-                              "verify-value does not match: trapNum: 202, owenerOid: 27, "
-                              "statusOid: 28, status string: Down, var verify: 44, trap "
-                              "verify: 43");
-        else
-            expect_logged(check(),
-                          "found verify-value mismatch - removing outstanding trap: trap: 43, var: 44");
-        EXPECT_TRUE(outstandingTraps.empty());
-    }
-
-    set_status(status, 2);
-    event("203 12 0 0 0");
-    expect_logged(
-        check(604801 * kSecondUs),
-        "oustanding trap is stale - removing outstanding trap: trapNum: 203, trapArgA: 12, trapArgB: 0, "
-        "trapArgC: 0, trapArgD: 0");
 }
 
 TEST_F(Outstanding, RecheckFindsRecoveryAndChange) {

@@ -115,15 +115,6 @@ TEST_F(Command, GoesByItsNumber) {
     EXPECT_TRUE(outstandingTraps.empty());
 }
 
-TEST_F(Command, LogsItself) {
-    verbose = true;
-    const string line =
-        "log 7 1,2,3: trapNum: 999, trapArgA: 4, trapArgB: 5, trapArgC: 6, trapArgD: 7, "
-        "alertString: text$\n";
-    EXPECT_EQ(run("1 2 3 999 4 5 6 7 text").find("1\n" + line), 0);
-    EXPECT_EQ(run("1 2 3 999 4 5 6 7 text", true).find(line), string::npos);
-}
-
 TEST_F(Command, ColdStartAndTestTrap) {
     conf_trapsEnabled = false;
     send_coldstart();

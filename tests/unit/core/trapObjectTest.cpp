@@ -11,8 +11,6 @@ namespace {
 
 using std::string;
 
-const char* const kSupport = ": Contact Vorn Support Services.";
-
 class Objects : public TrapWorld {
   protected:
     Objects() {
@@ -36,41 +34,6 @@ class Objects : public TrapWorld {
         }
     }
 };
-
-TEST_F(Objects, ShowTheirRow) {
-    struct row {
-        string command;
-        std::vector<string> bindings;
-        string api;
-    };
-    const std::vector<row> rows = {
-        {command(202, 43),
-         {"R.14.1.2.2 gauge 2", "R.14.1.3.2 gauge 1", "R.14.1.4.2 \"07-03\"", "R.15.1.4.2 \"Enclosure 7\"",
-          "R.45.1.2.2 gauge 2"},
-         "api Get TsDisk 64702.43\n"},
-        {command(203, 12),
-         {"R.13.1.2.2 gauge 2", "R.13.1.3.2 gauge 1", "R.13.1.4.2 \"Controller 2\""},
-         "refresh tsController\n"},
-        {command(205, 7),
-         {"R.15.1.2.2 gauge 2", "R.15.1.4.2 \"Enclosure 7\"", "R.15.1.3.2 gauge 1", "R.15.1.5.2 \"\""},
-         "refresh tsEnclosure\n"},
-        {command(210, 2), {"R.28.1.2.2 gauge 2", "R.28.1.4.2 \"Cache\""}, "refresh tsControllerCacheCard\n"},
-        {command(211, 2),
-         {"R.9.0 \"1,2,3\"", "R.29.1.7.1 integer 1", "R.40.0 \"no action needed\""},
-         "refresh Tessera\n"},
-        {command(212, 61), {"R.30.1.2.1 gauge 1", "R.30.1.4.1 \"UPS\""}, "refresh tsUps\n"},
-    };
-    for (const row& each : rows) {
-        const string course = run(each.command);
-        EXPECT_EQ(course.substr(0, 2 + each.api.size()), "0\n" + each.api);
-        size_t place = 0;
-        for (const string& binding : each.bindings) {
-            place = course.find("  " + binding + "\n", place);
-            ASSERT_NE(place, string::npos) << binding << " in\n" << course;
-        }
-    }
-    EXPECT_TRUE(outstandingTraps.empty());
-}
 
 TEST_F(Objects, AreRefusedWithAReason) {
     struct row {
@@ -198,36 +161,6 @@ TEST_F(Objects, DeviceOfAScsiInitiator) {
 
 // ---- components ----
 
-TEST_F(Objects, ComponentsShowThemselves) {
-    struct row {
-        int trapNum;
-        int32_t component;
-        int32_t argument;
-        const char* refresh;
-        const char* name;
-    };
-    const row rows[] = {
-        {204, 1, 7, "tsControllerFanSensor", "part two"},  // the fan whose API index is 8
-        {204, 2, 2, "tsControllerPowerSupply", "part two"},
-        {206, 1, 2, "tsEnclosureCoolingFanSensor", "part two"},
-        {206, 6, 1, "tsEnclosureAudibleAlarm", "alarm"},
-    };
-    for (const row& each : rows) {
-        const bool of_controller = each.trapNum == 204;
-        const string parent = of_controller ? "tsController" : "tsEnclosure";
-        const string name = "\"" + string(each.name) + "\"";
-        const string course =
-            run(command(each.trapNum, of_controller ? 2 : 7, each.component, each.argument));
-        EXPECT_EQ(course.find("0\nrefresh " + parent + "\nrefresh " + each.refresh + "\nnotify"), 0)
-            << course;
-        expect_shown(
-            course, {of_controller ? "R.13.1.4.2 \"Controller 2\"" : "R.15.1.4.2 \"Enclosure 7\"",
-                     "R.38.0 integer " + std::to_string(each.component), "R.36.0 " + name, "R.35.0 integer 1",
-                     "R.37.0 " + name, "R.39.0 \"Up\"", "R.40.0 \"no action needed\""});
-    }
-    EXPECT_TRUE(outstandingTraps.empty());
-}
-
 TEST_F(Objects, ComponentsAreRefusedWithAReason) {
     struct row {
         string command;
@@ -262,67 +195,6 @@ TEST_F(Objects, ComponentsAreRefusedWithAReason) {
     set_status(var_at(COLID_tsEnclStatus, 2), 2);
     EXPECT_EQ(run(command(204, 2, 2, 2)), "1\nrefresh tsController\nlog 4 ctlr is not up: 2$\n");
     EXPECT_EQ(run(command(206, 7, 1, 2)), "1\nrefresh tsEnclosure\nlog 4 encl is not up: 7$\n");
-}
-
-TEST_F(Objects, AdviceForComponents) {
-    struct row {
-        string command;
-        int status_column;
-        uint32_t status;
-        int reading_column;
-        string reading;
-        string advice;
-    };
-    const string fan = "Controller Fan is ";
-    const string temperature = "Controller Temperature ";
-    const string voltage = "Controller Voltage is ";
-    const string none = "no action needed";
-    const row rows[] = {
-        {command(204, 2, 1, 7), COLID_tsCtlrFanStatus, 2, COLID_tsCtlrFanCurrentRpm, "500",
-         fan + "Down: Schedule fan replacement."},
-        {command(204, 2, 1, 7), COLID_tsCtlrFanStatus, 3, COLID_tsCtlrFanCurrentRpm, "1000",
-         fan + "Degraded: Fan is too Slow:  Schedule fan replacement."},
-        {command(204, 2, 1, 7), COLID_tsCtlrFanStatus, 3, COLID_tsCtlrFanCurrentRpm, "1001",
-         fan + "Degraded:  Schedule fan replacement."},
-        {command(204, 2, 1, 7), COLID_tsCtlrFanStatus, 3, COLID_tsCtlrFanCurrentRpm, "5000",
-         fan + "Degraded: Fan is too Fast:  Schedule fan replacement."},
-        {command(204, 2, 1, 7), COLID_tsCtlrFanStatus, 4, COLID_tsCtlrFanCurrentRpm, "500", none},
-        {command(204, 2, 2, 2), COLID_tsCtlrPowerStatus, 0, COLID_tsCtlrFanCurrentRpm, "0",
-         "Controller Power Supply is Down: Schedule power supply replacement."},
-        {command(204, 2, 3, 2), COLID_tsCtlrTempStatus, 3, COLID_tsCtlrTempCurrent, "60",
-         temperature + "is Degraded: Temp is too High" + kSupport},
-        {command(204, 2, 3, 2), COLID_tsCtlrTempStatus, 3, COLID_tsCtlrTempCurrent, "59",
-         temperature + "is Degraded" + kSupport},
-        {command(204, 2, 4, 2), COLID_tsCtlrVoltageStatus, 3, COLID_tsCtlrVoltageCurrent, "12.6",
-         voltage + "Degraded: Voltage is too High" + kSupport},
-        {command(204, 2, 4, 2), COLID_tsCtlrVoltageStatus, 3, COLID_tsCtlrVoltageCurrent, "12",
-         voltage + "Degraded" + kSupport},
-        {command(204, 2, 4, 2), COLID_tsCtlrVoltageStatus, 3, COLID_tsCtlrVoltageCurrent, "V 1",
-         voltage + "Degraded" + kSupport},
-        {command(204, 2, 4, 2), COLID_tsCtlrVoltageStatus, 3, COLID_tsCtlrVoltageCurrent, " 11.4V",
-         voltage + "Degraded: Voltage is too Low" + kSupport},
-        // One threshold that cannot be read silences the other.
-        {command(204, 2, 4, 2), COLID_tsCtlrVoltageStatus, 3, COLID_tsCtlrVoltageWarnUpper, "",
-         voltage + "Degraded" + kSupport},
-        {command(206, 7, 6, 1), COLID_tsEnclAlarmStatus, 2, COLID_tsEnclFanSpeed, "",
-         string("Enclosure Audible Alarm is Down") + kSupport},
-    };
-    for (const row& each : rows) {
-        const int32_t component_row = each.status_column == COLID_tsEnclAlarmStatus ? 1 : 2;
-        set_status(var_at(each.status_column, component_row, 2), each.status);
-        variable_entry& reading = vars[var_at(each.reading_column, 2, 2)];
-        reading.str = each.reading;
-        reading.uint = static_cast<uint32_t>(atoi(each.reading.c_str()));
-        outstandingTraps.clear();
-        const string course = run(each.command);
-        expect_shown(course,
-                     {"R.35.0 integer " + std::to_string(each.status), "R.40.0 \"" + each.advice + "\""});
-        ASSERT_EQ(outstandingTraps.size(), 1U);
-        const OutstandingTrap& record = *outstandingTraps.back();
-        EXPECT_EQ(record.statusVar, var_at(each.status_column, component_row, 2));
-        EXPECT_EQ(record.ownerVar, var_at(each.status_column + 1, component_row, 2));
-        EXPECT_EQ(record.verifyVar, var_at(each.status_column - 1, component_row, 2));
-    }
 }
 
 }  // namespace

@@ -32,31 +32,6 @@ class Send : public TrapWorld {
     }
 };
 
-TEST_F(Send, HoldsTheListOfEachNumber) {
-    const std::vector<std::pair<int, std::vector<int>>> rows = {
-        {200, {13, 12, 14, 139, 142, 143}},
-        {201, {13, 15, 175, 139, 142, 143}},
-        {202, {13, 12, 27, 28, 29, 30, 31, 39, 173, 172, 177, 175, 139, 142, 143}},
-        {203, {13, 12, 16, 17, 18, 173, 172, 175, 139, 142, 143}},
-        {204, {13, 12, 16, 18, 170, 168, 167, 169, 171, 173, 172, 175, 139, 142, 143}},
-        {205, {13, 12, 37, 39, 38, 40, 41, 42, 173, 172, 175, 139, 142, 143}},
-        {206, {13, 12, 37, 39, 170, 168, 167, 169, 171, 173, 172, 175, 139, 142, 143}},
-        {207, {13, 12, 107, 108, 109, 110, 111, 173, 172, 175, 114, 139, 142, 143}},
-        {208, {13, 12, 115, 116, 117, 173, 172, 175, 139, 142, 143}},
-        {209, {13, 12, 120, 121, 122, 123, 124, 173, 172, 175, 139, 142, 143}},
-        {210, {13, 12, 127, 128, 129, 130, 131, 173, 172, 175, 139, 142, 143}},
-        {211, {13, 12, 138, 172, 175, 139, 142, 143}},
-        {212, {13, 12, 144, 145, 146, 147, 148, 173, 172, 175, 139, 142, 143}},
-        {213, {13, 12, 165, 166, 27, 29, 37, 39, 173, 172, 175, 139, 142, 143}},
-    };
-    ASSERT_EQ(varbindings.size(), rows.size());
-    for (auto [number, columns] : rows) {
-        columns.resize(kMaxTrapColumns, 194);
-        EXPECT_EQ(std::vector<int>(varbindings[number].begin(), varbindings[number].end()), columns)
-            << number;
-    }
-}
-
 TEST_F(Send, SpeaksEachVersion) {
     const string list = string(
                             "  R.10.0 gauge 64702\n  R.9.0 \"\"\n"
@@ -155,46 +130,6 @@ TEST_F(Send, TellsWhatFails) {
     fake_traps::failing = failure::none;
     varbindings.erase(202);
     EXPECT_EQ(send(202), "1\nlog 4 Fail on finding trapaVal in varbindings map: 202$\nclose session\n");
-}
-
-TEST_F(Send, TakesTheValueByTheTypeOfItsColumn) {
-    varbindings[200] = {COLID_tsDiskStatus, COLID_trapAlertState, COLID_tsDiskName, COLID_tsCtlrFanStatus,
-                        194};
-    cols[COLID_tsDiskStatus].trapRow = 2;
-    cols[COLID_tsDiskName].trapRow = 2;
-    cols[COLID_tsCtlrFanStatus].trapRow = 2;
-    cols[COLID_tsCtlrFanStatus].trapOuterRow = 2;
-    put("R.43.0", static_cast<uint32_t>(-2));
-    put("R.14.1.3.2", 4294967295U);
-    const string shown = send(200);
-    EXPECT_NE(shown.find("  R.14.1.3.2 gauge 4294967295\n  R.43.0 integer -2\n  R.14.1.4.2 \"07-03\"\n"
-                         "  R.16.1.3.2.2 gauge 1\nclose"),
-              string::npos)
-        << shown;
-    struct row {
-        uint32_t type;
-        const char* log;
-        bool sends;
-    };
-    for (const row& each : {row{0, "log 4 got SMI_BASETYPE_UNKNOWN$\n", false},
-                            row{3, "log 4 this data type is not yet handled: 3$\n", true},
-                            row{6, "log 4 this data type is not yet handled: 6$\n", true},
-                            row{12, "log 4 unknown data type: 12$\n", true}, row{11, "", true}}) {
-        cols[COLID_tsDiskName].data_type = each.type;
-        const string course = send(200);
-        EXPECT_NE(course.find(each.log), string::npos) << course;
-        EXPECT_EQ(course[0], each.sends ? '0' : '1') << course;
-        EXPECT_EQ(course.find("07-03") != string::npos, each.type == 11) << course;
-    }
-}
-
-TEST_F(Send, SaysWhatItDoesWhenAsked) {
-    verbose = true;
-    const string course = send(8, "m");
-    EXPECT_EQ(course.find("0\nlog 7 sending trap: trapVal=8, msg='m', trapVer=0, trapType=6$\n"
-                          "log 7 sending trap to peername: udp:192.0.2.9:1162$\nnotify"),
-              0)
-        << course;
 }
 
 }  // namespace

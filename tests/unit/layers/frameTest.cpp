@@ -19,18 +19,6 @@ const std::string kPing =
     "\x2a\x04"        //   ping
     "\x0a\x02hi"      //     pingData
     "\x38\xac\x02"s;  // sequenceNum 300
-const std::string kAnswer =
-    "\x08\x03"       // msgType APIResp
-    "\x1a\x09"       // apiRespMsg
-    "\x08\x01"       //   cmdtype Command
-    "\x12\x05"       //   cmd
-    "\x0a\x03<a>"s;  //     respData
-const std::string kNotice =
-    "\x08\x06"                          // msgType MGMT
-    "\x32\x0b"                          // mgmtMsg
-    "\x08\x01\x10\x02\x18\x00\x20\x05"  // serviceId 1, msgType 2, cmdType 0, cmdSpecific 5
-    "\x2a\x01t"                         //   addlArg
-    "\xf8\x3f\x2a"s;                    // field 1023, which nobody knows
 
 TEST(Frame, IsALengthAndTheSerialisedMessage) {
     Conversation c;
@@ -40,37 +28,6 @@ TEST(Frame, IsALengthAndTheSerialisedMessage) {
     c.message.set_sequencenum(300);
     c.connection.SendGPBMsg(c.message);
     EXPECT_EQ(c.peer.Read(4 + kPing.size()), "\0\0\0\x0f"s + kPing);
-}
-
-TEST(Frame, SeveralInOneWriteAreReadOneByOne) {
-    Conversation c;
-    ASSERT_TRUE(c.peer.Write(Frame(kAnswer) + Frame(kNotice) + Frame(kPing)));
-    c.peer.Close();
-
-    EXPECT_EQ(c.connection.RecvGPBMsg(c.message), 4 + kAnswer.size());
-    EXPECT_EQ(c.message.apirespmsg().cmd().respdata(), "<a>");
-    EXPECT_EQ(c.connection.RecvGPBMsg(c.message), 4 + kNotice.size());
-    EXPECT_FALSE(c.message.has_apirespmsg()) << "left over from the message before";
-    EXPECT_EQ(c.message.mgmtmsg().cmdspecific(), 5u);
-    EXPECT_EQ(c.message.mgmtmsg().addlarg(), "t");
-    EXPECT_EQ(c.connection.RecvGPBMsg(c.message), 4 + kPing.size());
-    EXPECT_EQ(c.message.sequencenum(), 300u);
-    EXPECT_EQ(c.connection.RecvGPBMsg(c.message), 0u);
-    EXPECT_EQ(c.connection.RecvGPBMsg(c.message), 0u);
-}
-
-TEST(Frame, TornAtAnyByteThrows) {
-    const std::string frame = Frame(kPing);
-    for (size_t length = 0; length <= frame.size(); ++length) {
-        Conversation c;
-        ASSERT_TRUE(c.peer.Write(frame.substr(0, length)));
-        c.peer.Close();
-        const std::string error = c.ReceiveError();
-        if (length == 0 || length == frame.size())
-            EXPECT_EQ(error, "") << length;
-        else
-            EXPECT_THAT(error, HasSubstr("/here: the peer closed inside ")) << length;
-    }
 }
 
 TEST(Frame, ABodyThatDoesNotParseThrows) {

@@ -1,7 +1,5 @@
 #include <gmock/gmock.h>
 
-#include <random>
-
 #include "apiMgmt/common/xmlwrap/xmlParser.h"
 
 namespace parser {
@@ -33,19 +31,6 @@ TEST(XmlDocument, FindsChildrenByExactTagInDocumentOrder) {
     EXPECT_FALSE(root.GetFirstChildByTagName("DISK"));
     EXPECT_EQ(root.GetFirstChild().GetTag(), parser.FindTag("Disk"));
     EXPECT_FALSE(root.GetNextSibling());
-}
-
-TEST(XmlDocument, AnElementThatIsNoneAnswersEmpty) {
-    const XMLElement none;
-    EXPECT_FALSE(none);
-    EXPECT_EQ(none.GetTagName(), "");
-    EXPECT_EQ(none.GetTag(), kNoTag);
-    EXPECT_EQ(none.GetText(), "");
-    EXPECT_EQ(none.GetElementContent(), "");
-    EXPECT_THAT(none.GetChildElemsByTagName("a"), testing::IsEmpty());
-    EXPECT_FALSE(none.GetFirstChildByTagName("a"));
-    EXPECT_FALSE(none.GetFirstChild());
-    EXPECT_FALSE(none.GetNextSibling());
 }
 
 TEST(XmlDocument, ContentOfTheDocumentElement) {
@@ -84,42 +69,6 @@ TEST(XmlDocument, TheCallersEncodingOverridesTheDocuments) {
     XMLParser parser("ISO-8859-1");
     ASSERT_TRUE(parser.ParseXMLString("<?xml version='1.0' encoding='UTF-8'?><a>\xe4</a>"));
     EXPECT_EQ(parser.GetDocumentElement().GetText(), "\xc3\xa4");
-}
-
-/** A random element as its own markup. Few names, so that members repeat, go missing and swap. */
-std::string RandomMarkup(std::mt19937& random, int depth) {
-    const std::string name(1, static_cast<char>('a' + random() % 6));
-    std::string content;
-    if (depth == 0 || random() % 8 == 0)
-        content.assign(random() % 40, static_cast<char>('A' + random() % 26));
-    else
-        for (unsigned members = 1 + random() % 9; members > 0; --members)
-            content += RandomMarkup(random, depth - 1);
-    return "<" + name + ">" + content + "</" + name + ">";
-}
-
-TEST(XmlDocument, ReadsBackWhateverTreeWasWritten) {
-    std::mt19937 random(20231124);
-    XMLParser parser;
-    for (int round = 0; round < 30; ++round) {
-        const std::string markup = RandomMarkup(random, round % 8);
-        ASSERT_TRUE(parser.ParseXMLString("<root>" + markup + "</root>")) << parser.GetError();
-        ASSERT_EQ(parser.GetDocumentElement().GetElementContent(), markup);
-    }
-}
-
-/** Longer than any piece in which the text is handed on, without a good place to cut it. */
-TEST(XmlDocument, KeepsLongTextsWhole) {
-    std::string text;
-    while (text.size() < 400'000)
-        text += "\xe2\x82\xac" + std::to_string(text.size());
-    XMLParser parser;
-    for (const std::string& document :
-         {"<a><b>" + text + "</b><c>1</c></a>", "<a><b><![CDATA[" + text + "]]></b><c>1</c></a>"}) {
-        ASSERT_TRUE(parser.ParseXMLString(document)) << parser.GetError();
-        EXPECT_TRUE(parser.GetDocumentElement().GetFirstChildByTagName("b").GetText() == text);
-        EXPECT_EQ(parser.GetDocumentElement().GetFirstChildByTagName("c").GetText(), "1");
-    }
 }
 
 }  // namespace

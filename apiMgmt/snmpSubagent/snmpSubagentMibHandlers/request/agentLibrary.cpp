@@ -1,6 +1,5 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/agentLibrary.h"
 
-#include <dlfcn.h>
 #include <poll.h>
 
 #include <algorithm>
@@ -8,7 +7,6 @@
 #include <vector>
 
 #include "apiMgmt/common/platform/clock.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/requestPace.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/netSnmpHeaders.h"
 
@@ -16,56 +14,6 @@
 extern "C" {
 extern netsnmp_session* main_session;
 int agentx_send_ping(netsnmp_session* session);
-int agentx_parse(netsnmp_session* session, netsnmp_pdu* pdu, u_char* data, size_t length);
-}
-
-namespace {
-
-// Of the header of an AgentX PDU.
-constexpr size_t kTypeAt = 1, kFlagsAt = 2, kSessionAt = 4, kTransactionAt = 8, kPacketAt = 12;
-constexpr u_char kNetworkByteOrder = 0x10;
-constexpr u_char kGet = 5, kTestSet = 8;  // with GetNext and GetBulk between them: these have bindings
-constexpr int kResponse = 18;
-
-// The error that refuses a request has a header of 8 octets more, and must fit as well.
-constexpr size_t kGreatestRequest = kGreatestAnswer - 8;
-
-long header_word(const u_char* data, size_t at) {
-    const u_char* octet = data + at;
-    return (data[kFlagsAt] & kNetworkByteOrder) != 0
-               ? static_cast<long>(octet[0]) << 24 | octet[1] << 16 | octet[2] << 8 | octet[3]
-               : static_cast<long>(octet[3]) << 24 | octet[2] << 16 | octet[1] << 8 | octet[0];
-}
-
-void refuse_as_too_big(netsnmp_session* session, const u_char* data) {
-    netsnmp_pdu* answer = snmp_pdu_create(kResponse);
-    if (answer == nullptr)
-        return;
-    answer->version = session->version;
-    answer->sessid = header_word(data, kSessionAt);
-    answer->transid = header_word(data, kTransactionAt);
-    answer->reqid = header_word(data, kPacketAt);
-    answer->errstat = SNMP_ERR_TOOBIG;
-    answer->errindex = 1;
-    if (snmp_send(session, answer) == 0)
-        snmp_free_pdu(answer);
-}
-
-}  // namespace
-
-/** Stands before the agent library's own, which drops a longer request without a word: the manager would get
-   no answer, and the master would give the daemon up when agentXTimeout is over. One datagram would do. */
-extern "C" __attribute__((visibility("default"))) int agentx_parse(netsnmp_session* session, netsnmp_pdu* pdu,
-                                                                   u_char* data, size_t length) {
-    static const auto parse = reinterpret_cast<decltype(&agentx_parse)>(dlsym(RTLD_NEXT, "agentx_parse"));
-    const bool is_request = length > kTypeAt && data[kTypeAt] >= kGet && data[kTypeAt] <= kTestSet;
-    if (is_request && length > kGreatestRequest) {
-        refuse_as_too_big(session, data);
-        return SNMPERR_TOO_LONG;
-    }
-    if (is_request)
-        note_request_arrived(length);
-    return parse(session, pdu, data, length);
 }
 
 void agent_log_to_stderr() {

@@ -53,6 +53,21 @@ snmp_pdu_of_test& snmp_pdu_of_test::set_number(const std::string& name, long num
     return *this;
 }
 
+snmp_pdu_of_test& snmp_pdu_of_test::add_parsed(const netsnmp_variable_list& parsed) {
+    const bool is_range = parsed.type == ASN_PRIV_INCL_RANGE || parsed.type == ASN_PRIV_EXCL_RANGE;
+    netsnmp_variable_list alone = parsed;
+    alone.next_variable = nullptr;
+    for (netsnmp_variable_list** end : {&bindings_, &asked_.variables}) {
+        while (*end != nullptr)
+            end = &(*end)->next_variable;
+        *end = snmp_clone_varbind(&alone);
+    }
+    add_request(parsed.type == ASN_PRIV_INCL_RANGE);
+    if (is_range)
+        snmp_set_var_typed_value(requests_.back().requestvb, ASN_NULL, nullptr, 0);
+    return *this;
+}
+
 snmp_pdu_of_test& snmp_pdu_of_test::registered_at(const std::string& name) {
     root_ = oid_of(name);
     registration_.rootoid = root_.data();

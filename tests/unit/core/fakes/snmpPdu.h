@@ -20,6 +20,9 @@ class snmp_pdu_of_test {
     snmp_pdu_of_test& set(const std::string& name, const std::string& text);
     snmp_pdu_of_test& set_number(const std::string& name, long number);
 
+    /** Adds a binding as the agent library has parsed it, with its request. */
+    snmp_pdu_of_test& add_parsed(const netsnmp_variable_list& parsed);
+
     /** Where the registration begins whose requests these are; the vendor's subtree when not given. */
     snmp_pdu_of_test& registered_at(const std::string& name);
 
@@ -44,6 +47,9 @@ class snmp_pdu_of_test {
 
     /** How many bindings of the PDU as it came, which an error goes back with, still have their range. */
     size_t ranges() const;
+
+    const netsnmp_variable_list* bindings() const { return bindings_; }
+    const std::deque<netsnmp_request_info>& requests() const { return requests_; }
 
   private:
     void add(const std::string& name, int type, const void* value, size_t size);

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstdlib>
+#include <string_view>
+
+/** Which of the planted faults is active: the environment variable FUZZ_FAULT names it. */
+namespace planted_fault {
+
+inline bool is_chosen(std::string_view kind) {
+    const char* chosen = std::getenv("FUZZ_FAULT");
+    return chosen != nullptr && chosen == kind;
+}
+
+inline const bool logic = is_chosen("logic");
+inline const bool memory = is_chosen("memory");
+
+}  // namespace planted_fault
