@@ -6,11 +6,11 @@
 #include <utility>
 
 #include "apiMgmt/common/xmlwrap/xmlParser.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/elementTable.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/agentLibrary.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/serviceWindow.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/requestHandler.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/serviceWindow.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/setRequest.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/tableRefresh.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapQueue.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibValues.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/trapCatalogue.h"

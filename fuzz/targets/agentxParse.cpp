@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/oidLookup.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/serviceWindow.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/requestPace.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/serviceWindow.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapQueue.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 #include "fuzz/lib/fuzzCheck.h"

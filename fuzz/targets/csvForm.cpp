@@ -35,7 +35,8 @@ std::vector<std::string> Fields(const std::string& text, char separator) {
 
 // From the left: between the marks of two commas there may stand what looks like another with them.
 std::string Plain(const std::string& field) {
-    constexpr std::pair<std::string_view, char> kMarks[] = {{"--cl--", ':'}, {"--nl--", '\n'}, {"--cm--", ','}};
+    constexpr std::pair<std::string_view, char> kMarks[] = {
+        {"--cl--", ':'}, {"--nl--", '\n'}, {"--cm--", ','}};
     std::string plain;
     for (size_t at = 0; at < field.size();) {
         const auto* mark = std::find_if(std::begin(kMarks), std::end(kMarks), [&](const auto& each) {

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/elementTable.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/tableRefresh.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/outstandingTraps.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapCommand.h"
