@@ -100,13 +100,13 @@ class ScenarioThread {
     std::thread thread_;
 };
 
-// Files are read before any socket exists, so that a mistake in them leaves nothing behind. The parts are
-// then made from the inside out: the simulator, what observes it, and what serves it. They are started in the
-// order in which one needs another, and stopped in reverse:
-//  - events, since a command can cause one as soon as commands are taken;
-//  - the control socket, which finds out whether another simulator runs;
-//  - the API's socket, and with it the line that says that both are there;
-//  - the scenario, whose steps act on all of it.
+// Files are read before any socket is created, so that an error in them leaves no socket behind. The parts
+// are then created: the simulator, its observers and its servers. They are started in the order of their
+// dependencies and stopped in reverse order:
+//  - events, because a command can cause one as soon as commands are accepted;
+//  - the control socket, which detects another running simulator;
+//  - the API's socket, and with it the line that says that both sockets exist;
+//  - the scenario, whose steps use all of the above.
 ExitStatus Run(const ServeOptions& options, const sigset_t& signals) {
     if (options.socket_path == options.control_path) {
         throw ControlError("the API and the commands cannot have the same socket: " + options.socket_path);

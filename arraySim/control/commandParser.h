@@ -35,13 +35,13 @@ enum class Verb {
     kQuit
 };
 
-/** A parsed command; what it does not need stays empty. */
+/** A parsed command. Members that it does not use are empty. */
 struct Command {
     Verb verb = Verb::kHelp;
     Selection selection;
     std::optional<uint32_t> index;
     std::string attribute;
-    std::string text;  ///< value, file, message to print or to report, name of faults
+    std::string text;  ///< a value, a file, a message to print or report, or the name of a fault
     Condition condition = Condition::kDown;
     GivenValues values;
     Fault fault;
@@ -50,11 +50,11 @@ struct Command {
     uint32_t disk_row = 0;
 };
 
-/** Parses a command without looking at a model: verbs, kinds, attributes, numbers and faults are all checked.
-    Throws CommandError. */
+/** Parses a command and checks its verb, kind, attribute, numbers and fault; needs no model. Throws
+    CommandError. */
 Command ParseCommand(const Catalogue& catalogue, const std::vector<std::string>& words);
 
-/** Returns what `help` prints. */
+/** Returns the output of `help`. */
 std::string HelpText();
 
 }  // namespace arraysim

@@ -9,7 +9,7 @@
 
 namespace arraysim {
 
-/** What commands act on. */
+/** The objects that commands act on; non-owning. */
 struct CommandWorld {
     Model& model;
     FaultList& faults;
@@ -17,8 +17,8 @@ struct CommandWorld {
 };
 
 /**
- * Carries out a command and returns the data of its reply. Throws CommandError; then nothing has changed.
- * `event`, `misc`, `scsi`, `say` and `quit` act outside the world and are left to the caller.
+ * Executes a command and returns the data of its reply. Throws CommandError without having changed anything.
+ * The caller handles `event`, `misc`, `scsi`, `say` and `quit`, which act outside the CommandWorld.
  */
 std::string RunCommand(CommandWorld& world, const Command& command);
 

@@ -15,9 +15,9 @@ class ControlError : public std::runtime_error {
 };
 
 /**
- * Takes commands on a local stream socket, one per connection: the peer sends a line and gets the reply, then
- * the connection is closed. The first line of a reply is "ok" or "error: ..."; data follows. The socket file
- * has mode 0600 and exists from Start to Stop.
+ * A server for commands on a local stream socket, one command per connection: the peer sends a line and
+ * receives the reply, then the connection is closed. The first line of a reply is "ok" or "error: ..."; data
+ * follows. The socket file has mode 0600 and exists from Start to Stop.
  */
 class ControlServer {
   public:
@@ -26,9 +26,9 @@ class ControlServer {
     ControlServer(const ControlServer&) = delete;
     ControlServer& operator=(const ControlServer&) = delete;
 
-    /** Throws ControlError, also when another simulator answers at the path. */
+    /** Starts the thread. Throws ControlError, also if another simulator responds at the path. */
     void Start();
-    /** Waits for the command that is being carried out. */
+    /** Waits for the current command and stops the thread. */
     void Stop();
 
   private:
@@ -43,7 +43,7 @@ class ControlServer {
     std::thread thread_;
 };
 
-/** Sends one command to a running simulator. Throws ControlError when none answers. */
+/** Sends one command to a running simulator and returns its reply. Throws ControlError if none responds. */
 Reply Tell(const std::string& path, const std::string& line);
 
 }  // namespace arraysim

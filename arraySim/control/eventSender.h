@@ -16,43 +16,43 @@ namespace arraysim {
 /** The outcome of an event. */
 struct SentEvent {
     std::string text;
-    /** delivered; dropped: nobody took it in time; overflow: too many were waiting */
+    /** delivered; dropped: not delivered in time; overflow: too many events were waiting */
     const char* outcome = "";
     double waited_ms = 0;  ///< from the change to the outcome
 };
 
 /**
- * Sends events to the daemon's local socket, in the order in which they were pushed. It has its own thread,
- * since the daemon can be slow: it queries this very simulator while it handles an event. If the daemon is
- * not there, the sender retries until the event's timeout. A connection lasts as long as events are waiting,
- * since the daemon serves one sender at a time.
+ * A sender of events to the daemon's local socket, in the order in which they were pushed. It has its own
+ * thread because the daemon can be slow: it queries this very simulator while it handles an event. If the
+ * daemon is not running, the sender retries until the event's timeout. It closes a connection when no events
+ * are waiting, because the daemon serves one sender at a time.
  */
 class EventSender {
   public:
     struct Limits {
-        size_t waiting = 1000;                      ///< events that may wait
-        std::chrono::milliseconds patience{30000};  ///< for one event
-        std::chrono::milliseconds retry{100};       ///< between two tries to reach the daemon
-        std::chrono::milliseconds farewell{2000};   ///< how long Stop waits for the last events
+        size_t waiting = 1000;                      ///< maximum number of waiting events
+        std::chrono::milliseconds patience{30000};  ///< timeout of an event
+        std::chrono::milliseconds retry{100};       ///< between two attempts to connect
+        std::chrono::milliseconds farewell{2000};   ///< maximum time that Stop waits for the last events
     };
     using Observer = std::function<void(const SentEvent&)>;
-    /** Called once each time that the daemon is found missing. */
+    /** Called once whenever the daemon turns out not to be running. */
     using Complaint = std::function<void(const std::string&)>;
 
-    /** Both are called from the threads that use the sender, and calls may overlap. */
+    /** Both functions are called from any thread that uses the sender, also concurrently. */
     EventSender(const std::string& socket_path, Limits limits, Observer observer, Complaint complaint);
     ~EventSender();
     EventSender(const EventSender&) = delete;
     EventSender& operator=(const EventSender&) = delete;
 
     void Start();
-    /** Tries once more to deliver what is waiting, within the farewell. */
+    /** Delivers waiting events for at most `farewell`, then stops the thread. */
     void Stop();
 
-    /** Hands over the text of a trap command; never blocks. */
+    /** Queues a trap command. Never blocks. */
     void Push(std::string text);
 
-    /** A human-readable line with counts. */
+    /** Returns a human-readable line of counts. */
     std::string Describe() const;
 
   private:
@@ -68,7 +68,7 @@ class EventSender {
     void DeliverWaiting();
     void SendWaiting(WireLinkClient& client);
     void DropOutdated();
-    /** Takes the first event out of the queue and tells what became of it. */
+    /** Removes the first event from the queue and reports its outcome. */
     void Settle(const char* outcome, size_t& count);
     void Rest();
 
@@ -77,13 +77,13 @@ class EventSender {
     const Observer observer_;
     const Complaint complaint_;
     std::thread thread_;
-    bool daemon_away_ = false;  ///< the thread's own
+    bool daemon_away_ = false;  ///< used by the thread only
 
     mutable std::mutex mutex_;  ///< guards all below
     std::condition_variable wake_;
     std::condition_variable ended_;
     std::deque<Waiting> queue_;
-    int descriptor_ = -1;  ///< of the connection that is open, so that Stop can end it
+    int descriptor_ = -1;  ///< of the open connection, so that Stop can shut it down
     bool stopping_ = false;
     bool finished_ = false;
     size_t delivered_ = 0;

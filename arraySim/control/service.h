@@ -15,35 +15,35 @@
 
 namespace arraysim {
 
-/** One exchange as it was served. */
+/** A completed exchange. */
 struct ServedExchange {
     unsigned connection = 0;  ///< number of the connection, from 1
     ExchangeRecord record;
-    size_t bytes = 0;  ///< of the answer's frame
+    size_t bytes = 0;  ///< of the response's frame, as far as it was sent
     double elapsed_ms = 0;
 };
 
 using ExchangeObserver = std::function<void(const ServedExchange&)>;
 
 /**
- * The API manager's socket: a thread that accepts, and one for each connection, so that an answer that hangs
- * or is late delays no other connection. The socket file exists from Start to Stop, except while the fault
- * stop-listening is on.
+ * The API manager's socket: one thread accepts connections, and each connection has its own thread, so that a
+ * hanging or delayed response does not affect other connections. The socket file exists from Start to Stop,
+ * except during the fault stop-listening.
  */
 class Service {
   public:
-    /** observer: called after each exchange from the thread that served it; calls may overlap. */
+    /** observer: called after each exchange by the thread that served it, also concurrently. */
     Service(Simulator& simulator, const std::string& socket_path, ExchangeObserver observer);
     ~Service();
     Service(const Service&) = delete;
     Service& operator=(const Service&) = delete;
 
-    /** Listens; throws WireLinkError. */
+    /** Starts to listen. Throws WireLinkError. */
     void Start();
-    /** Ends every connection and waits for the threads. */
+    /** Closes all connections and waits for the threads to exit. */
     void Stop();
 
-    /** Makes the socket follow the simulator's faults; returns when it does. */
+    /** Opens or closes the socket according to Simulator::Listening. Blocks until that is done. */
     void FollowListening();
 
   private:
@@ -66,7 +66,7 @@ class Service {
     int wake_descriptor_ = -1;
     std::thread accept_thread_;
 
-    std::mutex mutex_;  ///< guards the connections of peers and what follows
+    std::mutex mutex_;  ///< guards the connections of peers and the members below
     std::condition_variable adjusted_;
     unsigned adjustments_wanted_ = 0;
     unsigned adjustments_done_ = 0;

@@ -12,13 +12,12 @@ bool IsEvent(Verb verb) {
     return verb == Verb::kEvent || verb == Verb::kMisc || verb == Verb::kScsi;
 }
 
-/** Calls that only read are frequent, and watching the whole model costs many times as much as their answer.
- */
+/** Most calls only read, and recording the whole model takes many times longer than answering them. */
 bool MayChangeStatus(const ApiRequest& request) {
     return request.command_type == "Method" && !request.command.starts_with("Get");
 }
 
-/** Objects that come, go or are loaded are no event. */
+/** Adding, removing or loading objects causes no event. */
 bool ChangesStatus(Verb verb) {
     return verb == Verb::kSet || verb == Verb::kFail || verb == Verb::kRecover;
 }
@@ -60,14 +59,12 @@ void Simulator::SendChanges(const StatusWatch& watch) {
 
 // One exchange, in this order:
 //  - parse the message, which needs no lock;
-//  - under the lock, take the faults that strike this exchange, since each is counted down once, then carry
-//  the
-//    command out with what they do to objects and lists;
-//  - still under the lock, write the answer's document: its objects belong to the model;
-//  - count the exchange after all that, so that who waits for it finds its effects in the model;
-//  - without the lock, put the document into an envelope, as the faults alter both. How the frame is sent is
-//  left to
-//    the caller, who may have to hang.
+//  - under the lock, take the faults that affect this exchange, because each is counted down once, and carry
+//    out the command with their effects on objects and lists;
+//  - still under the lock, write the document, because its objects belong to the model;
+//  - then count the exchange, so that its effects are in the model when WaitForExchange returns;
+//  - without the lock, alter the document and put it in an envelope. The caller sends the frame, because a
+//    fault may make it hang.
 Exchange Simulator::Handle(const GPBIPCMsg& message) {
     const RequestMessage request = ParseRequestMessage(catalogue_, message);
     const bool is_command = request.type == RequestMessage::Type::kCommand;

@@ -18,17 +18,17 @@
 
 namespace arraysim {
 
-/** What an exchange was, for the trace. */
+/** The description of an exchange, for the trace. */
 struct ExchangeRecord {
     uint32_t sequence = 0;
     std::string command;  ///< GetList, Get, Modify, Ping, or "other"
-    std::string object;   ///< "-" where there is none, "?" for an unknown one
+    std::string object;   ///< "-" if there is none, "?" if it is unknown
     bool lite = false;
     size_t objects = 0;
-    std::string outcome;  ///< ok or an error code, and the faults that struck
+    std::string outcome;  ///< ok or an error code, then the injected faults
 };
 
-/** An answer and how to send it. */
+/** A response and how to send it. */
 struct Exchange {
     protoIPCMsg::GPBIPCMsg response;
     Delivery delivery;
@@ -38,25 +38,25 @@ struct Exchange {
 /** The reply to a command. */
 struct Reply {
     bool good = false;
-    std::string text;  ///< data, or what went wrong
+    std::string text;  ///< data or the error message
 };
 
 /**
- * Where the effects of commands go that are no part of the model. Those for events are called under the
- * simulator's lock, so that events keep the order of the changes: they neither block nor call back. The
- * others are called without any lock.
+ * Functions for effects of commands outside the model. The simulator calls those for events under its lock,
+ * so that events keep the order of the changes: they must not block or call the simulator. The others are
+ * called without a lock.
  */
 struct SimulatorHooks {
-    std::function<void()> listen = {};  ///< Listening() may have changed; returns when the socket follows
+    std::function<void()> listen = {};  ///< makes the socket follow Listening(), and returns when it does
     std::function<void(const std::string& text)> say = {};
     std::function<void()> quit = {};
-    std::function<void(std::string text)> send_event = {};  ///< none: events are off
+    std::function<void(std::string text)> send_event = {};  ///< empty: events are off
     std::function<std::string()> describe_events = {};      ///< for `stats`
 };
 
 /**
- * The simulated array as a whole: model, faults and counts behind one mutex. It does not know how requests
- * and commands reach it, so that tests need no socket. All operations may be called from any thread.
+ * The simulated array as a whole: model, faults and counts behind one mutex. It does not know about sockets,
+ * so tests need none. All operations may be called from any thread.
  */
 class Simulator {
   public:
@@ -67,32 +67,33 @@ class Simulator {
 
     const Catalogue& catalogue() const { return catalogue_; }
 
-    /** Answers one message of the API channel. */
+    /** Returns the response to one message of the API channel. */
     Exchange Handle(const protoIPCMsg::GPBIPCMsg& message);
     /** Returns true if the new connection must be closed immediately. */
     bool TakeRefusal();
 
-    /** Whether the socket must exist. */
+    /** Returns whether the socket must exist. */
     bool Listening();
 
-    /** Carries out one line of the command language. */
+    /** Executes one line of the command language. */
     Reply Execute(std::string_view line);
 
+    /** Returns the number of such exchanges so far. */
     size_t Exchanges(const std::string& command, const std::string& object);
-    /** Blocks until more than `seen` such exchanges have been, or until StopWaiting; false then. */
+    /** Blocks until there were more than `seen` such exchanges; returns false if StopWaiting was called. */
     bool WaitForExchange(const std::string& command, const std::string& object, size_t seen);
     void StopWaiting();
 
   private:
     std::string Run(const Command& command);
-    /** The trap command that a user has asked for. Throws CommandError if events are off. */
+    /** Returns the trap command that a user has requested. Throws CommandError if events are off. */
     std::string EventByHand(const Command& command) const;
 
-    /** Carries a command out and reports what it changes. */
+    /** Carries out a command and reports the changes as events. */
     Answer AnswerCommand(const RequestMessage& request, const ExchangePlan& plan);
     static protoIPCMsg::GPBIPCMsg WriteResponse(const RequestMessage& request, std::string document,
                                                 const ExchangePlan& plan);
-    /** answer: null for anything but a command. */
+    /** answer: null if the request is not a command. */
     static ExchangeRecord RecordOf(const RequestMessage& request, const Answer* answer,
                                    const ExchangePlan& plan);
     void SendChanges(const StatusWatch& watch);
@@ -102,7 +103,7 @@ class Simulator {
     const Spelling spelling_;
     SimulatorHooks hooks_;
 
-    std::mutex mutex_;  ///< guards all below
+    std::mutex mutex_;  ///< guards all members below
     std::condition_variable exchanged_;
     Model model_;
     FaultList faults_;

@@ -7,15 +7,16 @@
 
 namespace arraysim {
 
-/** Counts of what has happened. Not guarded by itself. */
+/** Counts of exchanges and connections. Not thread-safe. */
 class Statistics {
   public:
-    /** command and object: words of the program, never of the peer, so that the table stays small. */
+    /** command and object must be the program's own strings, not the peer's, so that the table stays small.
+     */
     void CountExchange(const std::string& command, const std::string& object, bool good, bool struck);
     void CountConnection(bool refused);
 
     size_t Exchanges(const std::string& command, const std::string& object) const;
-    /** A human-readable table. */
+    /** Returns a human-readable table. */
     std::string Describe() const;
 
   private:

@@ -9,19 +9,19 @@
 
 namespace arraysim {
 
-/** The output of a running simulator, line by line. May be used from any thread. */
+/** The output of a running simulator. May be used from any thread. */
 class Trace {
   public:
-    /** out: not owned. traffic: whether exchanges and events are printed too. */
+    /** out: not owned. traffic: whether to print exchanges and events. */
     Trace(std::FILE* out, bool traffic) : out_(out), traffic_(traffic) {}
 
-    /** The meaning of the columns, and their heads. */
+    /** Prints the meaning of the columns, and their headings. */
     void PrintLegend();
     void PrintExchange(const ServedExchange& exchange);
     void PrintEvent(const SentEvent& event);
     void PrintText(const std::string& text);
 
-    /** The columns of an exchange behind its time. */
+    /** Return the columns after the time. */
     static std::string Columns(const ServedExchange& exchange);
     static std::string Columns(const SentEvent& event);
 

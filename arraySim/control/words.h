@@ -7,22 +7,22 @@
 
 namespace arraysim {
 
-/** A command or a line of a scenario that cannot be parsed or carried out. */
+/** An error in a command or a line of a scenario: it cannot be parsed or executed. */
 class CommandError : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
 };
 
 /**
- * The words of a command: separated by blanks, "..." keeps blanks, and inside quotes \" \\ \n \t stand for
- * those characters. Quotes may begin within a word: Name="two words". Throws CommandError.
+ * Splits a command into words at spaces. "..." preserves spaces, and \" \\ \n \t are escape sequences within
+ * quotes. Quotes may begin within a word: Name="two words". Throws CommandError.
  */
 std::vector<std::string> SplitWords(std::string_view line);
 
-/** The words from a position on, joined by one blank. */
+/** Joins the words from a position on with single spaces. */
 std::string JoinWords(const std::vector<std::string>& words, size_t from);
 
-/** A word as SplitWords reads it back: in quotes when it needs them. */
+/** Quotes a word if SplitWords requires it. */
 std::string QuoteWord(const std::string& word);
 
 }  // namespace arraysim

@@ -15,7 +15,7 @@ struct Delivery {
 
     uint32_t delay_ms = 0;
     bool hang = false;
-    std::optional<uint32_t> tear_after;  ///< bytes; 0: half of the frame
+    std::optional<uint32_t> tear_after;  ///< in bytes; 0: half of the frame
     Length length = Length::kCorrect;
     bool garbage = false;
 };
@@ -26,8 +26,8 @@ struct Delivered {
     bool connection_good = false;  ///< whether the connection can carry another exchange
 };
 
-/** Sends a response. While it hangs or is delayed, blocks until the peer closes or the connection is shut
-   down. Throws WireLinkError if the sending fails. */
+/** Sends a response. A hang or delay ends early if the peer closes or the connection is shut down. Throws
+   WireLinkError if sending fails. */
 Delivered Deliver(WireLinkSocket& connection, const WireLinkEndpoint& endpoint,
                   const protoIPCMsg::GPBIPCMsg& response, const Delivery& delivery);
 

@@ -14,26 +14,26 @@
 
 namespace arraysim {
 
-/** Everything that the faults do to one exchange. */
+/** All effects of the faults on one exchange. */
 struct ExchangePlan {
     ObjectStyle style;
     ListAlteration list;
     DocumentAlteration document;
     EnvelopeAlteration envelope;
     Delivery delivery;
-    std::string faults;  ///< their names, for the trace
+    std::string faults;  ///< names, for the trace
 };
 
-/** What a fault strikes. */
+/** What a fault affects. */
 enum class FaultReach {
-    kSocket,      ///< the socket, until it is cleared
+    kSocket,      ///< the socket, until the fault is cleared
     kConnection,  ///< connections, before a request is read
     kExchange,    ///< any exchange
     kPing,        ///< pings
     kCommand      ///< commands
 };
 
-/** The arguments that a fault takes, besides `on KIND` and `for N`. */
+/** The arguments of a fault, other than `on KIND` and `for N`. */
 enum class FaultArguments { kNone, kNumber, kText, kAttribute, kAttributeAndNumber, kCodeAndText };
 
 struct Fault;
@@ -42,37 +42,38 @@ struct Fault;
 struct FaultInfo {
     std::string_view name;
     FaultReach reach;
-    std::string_view usage;  ///< the arguments as a user writes them
+    std::string_view usage;  ///< the arguments, as `help` shows them
     std::string_view help;
-    void (*apply)(const Fault& fault, ExchangePlan& plan);  ///< null for a fault that strikes no exchange
+    void (*apply)(const Fault& fault, ExchangePlan& plan);  ///< null for a fault that affects no exchange
     FaultArguments arguments = FaultArguments::kNone;
-    uint32_t number = 0;    ///< if no number is given
+    uint32_t number = 0;    ///< default of the number
     uint32_t greatest = 0;  ///< maximum of the number
 };
 
 std::span<const FaultInfo> FaultTable();
 
-/** One fault that is switched on. */
+/** An active fault. */
 struct Fault {
-    const FaultInfo* info = nullptr;  ///< never null for a fault in a list
+    const FaultInfo* info = nullptr;  ///< never null in a FaultList
     uint32_t number = 0;
     std::string name;              ///< attribute or error code
     std::string text;              ///< error text or status
-    std::string on;                ///< object of the requests that it strikes; empty for all
-    std::optional<uint32_t> left;  ///< exchanges that it still strikes; none for no end
+    std::string on;                ///< object of the affected requests; empty: all
+    std::optional<uint32_t> left;  ///< exchanges that it will still affect; none: no limit
 };
 
-/** The faults that are switched on, in the order in which they were. Not guarded by itself. */
+/** The active faults, oldest first. Not thread-safe. */
 class FaultList {
   public:
     void Add(const Fault& fault);
-    /** Clears all, or those of a name; returns how many. */
+    /** Removes the faults of that name, or all if it is empty. Returns their number. */
     size_t Clear(std::string_view name);
 
+    /** Returns whether the socket must exist. */
     bool Listening() const;
-    /** Whether a new connection must be closed immediately; counts it. */
+    /** Returns whether a new connection must be closed immediately, and counts that. */
     bool TakeRefusal();
-    /** The faults that strike an exchange, counted. topic: the object asked for, or kPingTopic. */
+    /** Returns and counts the faults that affect an exchange. topic: the requested object, or kPingTopic. */
     std::vector<Fault> TakeFor(std::string_view topic);
 
     const std::vector<Fault>& faults() const { return faults_; }

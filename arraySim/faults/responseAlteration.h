@@ -11,7 +11,7 @@ namespace arraysim {
 
 /** How faults alter the document of a response. */
 struct DocumentAlteration {
-    std::optional<std::pair<std::string, std::string>> error;  ///< code and text in place of the answer
+    std::optional<std::pair<std::string, std::string>> error;  ///< code and message instead of the answer
     bool truncated = false;
     bool empty = false;
     bool unbalanced = false;
@@ -27,7 +27,7 @@ struct DocumentAlteration {
     bool operator==(const DocumentAlteration&) const = default;
 };
 
-/** Alters a document that the library has written. Ignores `error`, which replaces the whole answer. */
+/** Alters a response document. Ignores `error`, which replaces the whole answer. */
 std::string AlterDocument(std::string document, const DocumentAlteration& alteration);
 
 /** How faults alter the envelope of a response. */
@@ -39,7 +39,7 @@ struct EnvelopeAlteration {
     bool ping_false = false;
 };
 
-/** Alters an envelope; all but `ping_false`, which is the answer to a ping. */
+/** Alters an envelope. Ignores `ping_false`, which is the response to a ping. */
 void AlterEnvelope(const EnvelopeAlteration& alteration, protoIPCMsg::GPBIPCMsg& response);
 
 }  // namespace arraysim

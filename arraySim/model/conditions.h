@@ -12,13 +12,13 @@ namespace arraysim {
 enum class Condition { kUp, kDown, kDegraded };
 
 const char* ConditionText(Condition condition);
-/** Case-insensitive; none for any other text. */
+/** Parses a condition; case-insensitive. Returns none for any other string. */
 std::optional<Condition> ConditionOf(std::string_view text);
 
-/** Whether objects of the kind have a status. */
+/** Returns whether objects of the kind have a status. */
 bool HasCondition(const Kind& kind);
 
-/** One attribute that shows a condition. A value that begins with "=" is that of another attribute. */
+/** An attribute that shows a condition. A value that begins with "=" is that of another attribute. */
 struct Sign {
     std::string_view list;
     Condition condition;
@@ -28,14 +28,14 @@ struct Sign {
 
 std::span<const Sign> Signs();
 
-/** How alerts and events refer to the objects of a list. */
+/** The words by which alerts and events refer to the objects of a list. */
 struct AlertWords {
     std::string_view list;
     std::string_view noun;
     std::string_view category;
 };
 
-/** Never fails: there are words for any other kind. */
+/** Returns the words for a kind; there is a default. */
 const AlertWords& WordsFor(const Kind& kind);
 
 }  // namespace arraysim

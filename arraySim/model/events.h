@@ -10,19 +10,18 @@
 
 namespace arraysim {
 
-/** More bytes of a trap command the daemon does not look at. */
+/** Maximum length of a trap command in bytes; the daemon ignores the rest. */
 inline constexpr size_t kGreatestEventText = 500;
 
 /**
- * What a change of the model gives the daemon to hear. Made before the change, it remembers how everything
- * is whose changes are reported. Objects that have come or gone meanwhile are no change.
+ * A record of all values whose changes are reported, from which the events are derived: construct it before a
+ * change of the model. Objects that have been added or removed since cause no event.
  */
 class StatusWatch {
   public:
     explicit StatusWatch(const Model& model);
 
-    /** The trap commands for all that differs now, in the order of the lists, parts before what holds them.
-     */
+    /** Returns the trap commands for all differences in the order of the lists, parts before parents. */
     std::vector<std::string> Changes(const Model& model) const;
 
   private:
@@ -34,10 +33,10 @@ class StatusWatch {
     std::vector<std::vector<Watched>> before_;  ///< by list, in the order of its objects
 };
 
-/** Trap command that carries a text and speaks of no object. */
+/** Returns a trap command that carries a string and is about no object. */
 std::string MiscEvent(const Model& model, std::string_view text);
 
-/** Trap command about a device of a SCSI initiator; disk_row 0: no disk is concerned. */
+/** Returns a trap command about a device of a SCSI initiator. disk_row 0: no disk is concerned. */
 std::string ScsiDeviceEvent(const Model& model, uint32_t type, uint32_t status, uint32_t disk_row);
 
 }  // namespace arraysim

@@ -6,22 +6,22 @@
 namespace arraysim {
 
 /**
- * Puts an object into a condition, with everything that shows it: its own attributes (a disk that is down is
- * not healthy, a fan that is down stands still), then the status of the controller, enclosure, folder and
- * array that hold it. Adds no alert.
+ * Sets the condition of an object and everything that shows it: its own attributes (a disk that is down is
+ * not healthy, a fan that is down does not rotate), then the status of its controller, enclosure, folder and
+ * the array. Adds no alert.
  */
 void SetCondition(Model& model, Object& object, Condition condition);
 
-/** Brings a folder's status up to date with that of its disks. */
+/** Updates a folder's status from that of its disks. */
 void UpdateFromDisks(Model& model, Object& folder);
 
-/** The attributes of an active alert about an object that is not up. */
+/** Returns the attributes of an active alert about an object that is not Up. */
 GivenValues AlertAbout(const Model& model, const Object& object);
 
-/** SetCondition, and an alert. A controller with no room for one more loses its oldest. */
+/** Calls SetCondition and adds an alert. If the controller's list is full, its oldest alert is removed. */
 void FailObject(Model& model, Object& object, Condition condition);
 
-/** Back to Up; its active alerts are no longer active. */
+/** Sets the condition Up and deactivates the object's alerts. */
 void RecoverObject(Model& model, Object& object);
 
 }  // namespace arraysim

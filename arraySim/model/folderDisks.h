@@ -6,7 +6,7 @@
 
 namespace arraysim {
 
-/** What the disks of a folder come to; sizes in blocks. */
+/** Sums over the disks of a folder; sizes in blocks. */
 struct FolderSums {
     int64_t total = 0;  ///< without the spares
     int64_t spare = 0;
@@ -16,10 +16,10 @@ struct FolderSums {
 
 FolderSums SumsOf(const Model& model, const Object& folder);
 
-/** Writes the numbers of disks into the folder. */
+/** Stores the numbers of disks in the folder. */
 void ShowDiskCounts(Object& folder, const FolderSums& sums);
 
-/** Puts a disk into a folder, or into none; both folders and their storage usage follow. */
+/** Moves a disk to a folder, or to none (null), and updates both folders and their storage usage. */
 void MoveDisk(Model& model, Object& disk, Object* folder);
 
 }  // namespace arraysim

@@ -12,12 +12,12 @@
 
 namespace arraysim {
 
-/** Attributes given by name, for an object that is made. */
+/** Names and values of attributes for a new object. */
 using GivenValues = std::vector<std::pair<std::string, std::string>>;
 
 /**
- * One object of the array: an object of the API library whose class is told by its kind. Attributes are named
- * as the catalogue names them; one without a value is left out of answers.
+ * One object of the array: an object of the API library whose kind defines its class. Attributes have the
+ * names of the catalogue; one without a value is omitted from responses.
  */
 class Object : public BASEApiObject {
   public:
@@ -29,21 +29,21 @@ class Object : public BASEApiObject {
     const std::string& GetObjectName() const override { return kind->class_name; }
     const ATTRIBUTEList& GetAttributeList() const override { return kind->whole; }
 
-    /** None when the object lacks it. */
+    /** Returns none if the object lacks the attribute. */
     std::optional<std::string_view> Value(std::string_view attribute) const;
-    /** The same, with an empty text for none. */
+    /** Returns an empty string if the object lacks the attribute. */
     std::string_view Text(std::string_view attribute) const;
-    /** The number that an attribute begins with, 0 for none. */
+    /** Returns the number at the start of an attribute, or 0. */
     uint32_t Number(std::string_view attribute) const;
-    /** API index of the controller or enclosure; 0 for none. */
+    /** Returns the API index of the controller or enclosure, or 0. */
     uint32_t ParentIndex() const;
-    /** Does nothing when the kind lacks the attribute. */
+    /** Sets an attribute. Does nothing if the kind lacks it. */
     void Put(std::string_view attribute, std::string_view value);
 
     bool operator==(const Object& other) const;
 };
 
-/** The state of the array: every object, in the order of the answers. Not guarded by itself. */
+/** The state of the array: all objects, in the order of responses. Not thread-safe. */
 class Model {
   public:
     Model(const Catalogue& catalogue, uint32_t serial);
@@ -57,19 +57,19 @@ class Model {
     size_t Count(const Selection& selection) const;
     const Object* Find(const Selection& selection, uint32_t index) const;
     Object* Find(const Selection& selection, uint32_t index);
-    /** The one array object; null when the model has none. */
+    /** Returns the array object, or null if the model has none. */
     Object* Array();
-    /** Its name, or a stand-in. */
+    /** Returns its name, or a placeholder. */
     std::string ArrayName() const;
 
     /** Appends an object to its list. */
     Object& Append(Object object);
-    /** False when there is no such object. */
+    /** Returns false if there is no such object. */
     bool Remove(const Selection& selection, uint32_t index);
-    /** Above every index that the list holds. */
+    /** Returns an index larger than all in the list. */
     uint32_t NextIndex(const ObjectList& list) const;
 
-    /** Brings the attributes up to date that count other objects; called after each change. */
+    /** Updates the attributes that count other objects; call it after each change. */
     void UpdateCounts();
 
     bool operator==(const Model& other) const;

@@ -5,13 +5,13 @@
 #include <string_view>
 
 /**
- * The data that the simulator is built with: data/array/objects.def, and what data/mib says about the API's
- * objects. codegen writes the definitions.
+ * The data compiled into the simulator: data/array/objects.def, and the facts about API objects from
+ * data/mib. codegen generates the definitions.
  */
 
 namespace arraysim {
 
-/** One argument of a trap command: a number, or a number of the object that the command is about. */
+/** One argument of a trap command: a constant, or a number of the object that the command is about. */
 struct EventArgument {
     enum class Source {
         kNumber,
@@ -31,19 +31,19 @@ struct EventRule {
     int32_t trap;
     int32_t id[3];
     EventArgument arguments[3];  ///< A, B, C
-    std::string_view attribute;  ///< whose change is reported
-    std::string_view good;       ///< its value that clears what was reported
+    std::string_view attribute;  ///< whose changes are reported
+    std::string_view good;       ///< its value that clears the report
 };
 
 enum class TableParent { kNone, kController, kEnclosure };
 
 /** A table of the daemon that a GetList fills. */
 struct DaemonTable {
-    std::string_view object;  ///< named by the GetList: a kind of object, or a list of several kinds
+    std::string_view object;  ///< of the GetList: a kind of object, or a list of several kinds
     TableParent parent;
     uint32_t parents;                              ///< 1 for a table without parents
-    uint32_t rows;                                 ///< for each parent
-    std::span<const std::string_view> attributes;  ///< that the daemon reads
+    uint32_t rows;                                 ///< per parent
+    std::span<const std::string_view> attributes;  ///< those that the daemon reads
     const EventRule* event;                        ///< null: changes are not reported
 
     size_t Capacity() const { return size_t{parents} * rows; }
@@ -51,7 +51,7 @@ struct DaemonTable {
 
 extern const std::span<const DaemonTable> kDaemonTables;
 
-/** The text of data/array/objects.def. */
+/** The contents of data/array/objects.def. */
 extern const std::string_view kObjectsDef;
 
 }  // namespace arraysim

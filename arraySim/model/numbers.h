@@ -7,7 +7,7 @@
 
 namespace arraysim {
 
-/** A whole text that is a decimal number; nothing else, no sign, no blanks. */
+/** Parses a string of decimal digits. Returns none for any other string or a number that is too large. */
 inline std::optional<uint32_t> ReadUint32(std::string_view text) {
     uint32_t number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);

@@ -8,7 +8,7 @@
 
 namespace arraysim {
 
-/** The place of an object in the array: what the rules of data/array/objects.def can refer to. */
+/** The place of an object in the array, to which the rules of data/array/objects.def can refer. */
 struct Place {
     uint32_t index = 0;
     uint32_t row = 1;  ///< among the children of the parent, or in the list
@@ -19,23 +19,23 @@ struct Place {
     uint32_t serial = 0;
 };
 
-/** Makes an object by the rules of its kind. Given values replace those of the rules; their names must be
-    attributes of the kind. Throws RuleError for an unknown template. */
+/** Creates an object by the rules of its kind. `given` values, which must be attributes of the kind, replace
+    those of the rules. Throws RuleError for an unknown template. */
 Object MakeObject(const Kind& kind, const Place& place, Random random, const GivenValues& given = {});
 
-/** Returns the place at the end of the kind's list, under the parent that `given` names or else the first. */
+/** Returns the place at the end of the kind's list, below the parent that `given` names, else the first. */
 Place PlaceAtEnd(const Model& model, const Kind& kind, uint32_t index, const GivenValues& given);
 
-/** Makes an object at the end of its list, and with a disk its configuration, with a folder its storage
-   usage. The index must be free. The reference is valid until the list changes. */
+/** Appends a new object to its list; also creates the configuration of a disk and the storage usage of a
+   folder. The index must be free. The reference is valid until the list changes. */
 Object& AddObject(Model& model, const Kind& kind, uint32_t index, const GivenValues& values);
 
-/** Removes an object and what came with it. */
+/** Removes an object, and the objects that AddObject created with it. */
 void RemoveObject(Model& model, const Object& object);
 
-/** A number of days before the array's calendar day, with the seconds of the day. */
+/** Formats a time that many days before the array's calendar day. */
 std::string DateText(int64_t days_before, int64_t second_of_day);
-/** "25 C/77 F". */
+/** Formats a temperature: "25 C/77 F". */
 std::string TemperatureText(int64_t celsius);
 
 }  // namespace arraysim

@@ -17,11 +17,11 @@ struct Preset {
     size_t column;  ///< of the table of sizes
 };
 
-/** small, typical, and full, which fills every table of the daemon to its last row. */
+/** Returns small, typical and full, which fills every table of the daemon to its last row. */
 std::span<const Preset> Presets();
 std::optional<Preset> FindPreset(std::string_view name);
 
-/** Builds the array of a preset. Depends only on the arguments. */
+/** Builds the array of a preset. The same arguments always give the same array. */
 Model BuildPreset(const Catalogue& catalogue, const Preset& preset, uint64_t seed, uint32_t serial);
 
 }  // namespace arraysim

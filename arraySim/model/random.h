@@ -5,13 +5,13 @@
 
 namespace arraysim {
 
-/** A small generator (splitmix64) of our own, so that a seed gives the same array on every machine. */
+/** A random number generator (splitmix64) that yields the same numbers on every machine. */
 class Random {
   public:
     explicit Random(uint64_t seed) : state_(seed) {}
 
-    /** Returns a stream that depends only on its arguments, so that objects keep their values whatever is
-       made before them. */
+    /** Returns a generator that depends only on the arguments, so that the values of an object do not depend
+       on those created before it. */
     static Random For(uint64_t seed, std::string_view topic, uint64_t number) {
         uint64_t hash = 0xcbf29ce484222325u ^ seed;  // FNV-1a
         for (const char c : topic) {
@@ -29,10 +29,10 @@ class Random {
         return mixed ^ (mixed >> 31);
     }
 
-    /** 0 to count - 1; count must not be 0. */
+    /** Returns 0 to count - 1; count must not be 0. */
     uint64_t Below(uint64_t count) { return Next() % count; }
 
-    /** Both ends included. */
+    /** Returns low to high, inclusive. */
     int64_t Between(int64_t low, int64_t high) {
         return low + static_cast<int64_t>(Below(static_cast<uint64_t>(high - low) + 1));
     }

@@ -17,29 +17,29 @@ namespace arraysim {
 
 /** How the elements of objects are named. */
 enum class Spelling {
-    kApi,      ///< the kind, with a small letter in front: tsDisk
+    kApi,      ///< the kind with a lower-case first letter: tsDisk
     kLibrary,  ///< the kind, as the object library spells it: TsDisk
-    kClasses   ///< the library's class, so that its clients know each object
+    kClasses   ///< the library's class, so that its clients recognise each object
 };
 
-/** How objects are written; the second half is there for faults. */
+/** How objects are written. The vectors are for faults. */
 struct ObjectStyle {
     Spelling spelling = Spelling::kApi;
     bool lite = false;
 
-    std::vector<std::string> omitted;                           ///< attributes that are left out
+    std::vector<std::string> omitted;                           ///< attributes to omit
     std::vector<std::pair<std::string, std::string>> replaced;  ///< attributes with another value
 };
 
 /** How a fault alters a list of objects before it is written. */
 struct ListAlteration {
-    std::optional<size_t> beyond_capacity;  ///< so many objects more than the daemon's table takes
+    std::optional<size_t> beyond_capacity;  ///< number of objects above the capacity of the daemon's table
     bool no_objects = false;
     std::vector<std::pair<std::string, std::string>>
-        replaced_in_first;  ///< attributes of the first object alone
+        replaced_in_first;  ///< attributes of the first object only
 };
 
-/** The style as the library's writer asks for it. All objects must be of the model. */
+/** An ObjectStyle for the library's writer. All objects must be of the model. */
 class AnswerForm : public OBJECTForm {
   public:
     AnswerForm(const Catalogue& catalogue, const ObjectStyle& style);
@@ -50,12 +50,12 @@ class AnswerForm : public OBJECTForm {
   private:
     Spelling spelling_;
     bool lite_;
-    std::map<const Kind*, ATTRIBUTEList> thinned_;  ///< by kind, if something is left out
+    std::map<const Kind*, ATTRIBUTEList> thinned_;  ///< by kind, if attributes are omitted
 };
 
-/** The answer to a request. Its objects belong to the model, so it must be written before that changes. */
+/** The answer to a request. The model owns its objects, so it must be written before the model changes. */
 struct Answer {
-    std::deque<Object> altered;  ///< copies that a fault has changed
+    std::deque<Object> altered;  ///< copies of objects, changed by a fault
     std::unique_ptr<AnswerForm> form;
     std::unique_ptr<BASEApiMethodReturn> result;  ///< never null
     size_t objects = 0;
@@ -63,8 +63,7 @@ struct Answer {
     bool successful() const { return result->GetSuccessful(); }
 };
 
-/** Returns an answer that reports a failure. The code need not be one of the API's: faults make up their own.
- */
+/** Returns an answer that reports a failure. The code need not be one of the API: faults use others, too. */
 Answer FailureAnswer(const std::string& code, const std::string& text, const std::string& detail = {});
 
 }  // namespace arraysim

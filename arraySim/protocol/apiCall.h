@@ -8,13 +8,13 @@
 namespace arraysim {
 
 /**
- * Returns the request as a call of the object library, with its arguments as the array stores such values.
- * Throws ApiFailure for an object or a command that the API lacks, and for arguments that the call rejects,
- * does not take or lacks.
+ * Converts a request to a call of the API library, with arguments in the format in which the array stores
+ * such values. Throws ApiFailure if the API lacks the object or command, or if an argument is invalid,
+ * unknown or missing.
  */
 std::unique_ptr<BASEApiMethod> MakeCall(const ApiRequest& request);
 
-/** Throws ApiFailure unless a session with this privilege (UserPrivilege) may make the call. */
+/** Throws ApiFailure if a session with this privilege (UserPrivilege) may not make the call. */
 void CheckPrivilege(const BASEApiMethod& call, int privilege);
 
 }  // namespace arraysim

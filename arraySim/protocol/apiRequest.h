@@ -11,7 +11,7 @@
 
 namespace arraysim {
 
-/** A request that is answered with a failure: the identifier of an error state of the API, and a message. */
+/** The failure of a request: an error identifier of the API, and a message. */
 class ApiFailure : public std::runtime_error {
   public:
     ApiFailure(std::string code, const std::string& text, std::string detail = {})
@@ -24,10 +24,10 @@ class ApiFailure : public std::runtime_error {
     std::string detail_;
 };
 
-/** What a request document asks for. */
+/** The contents of a request document. */
 struct ApiRequest {
     std::string session_key;
-    bool from_library = false;  ///< made by the object library, whose clients know its classes only
+    bool from_library = false;  ///< by the API library, whose clients know only its classes
     std::string command_type;
     std::string object;
     std::string command;
@@ -35,30 +35,30 @@ struct ApiRequest {
     std::string encode_type;
     std::map<std::string, std::string> attributes;
 
-    /** Whether a reduced object is asked for. */
+    /** Returns whether reduced objects are requested. */
     bool IsLite() const;
-    /** Empty when the request does not carry it. */
+    /** Returns an empty string if the request lacks the attribute. */
     std::string Attribute(const std::string& name) const;
 };
 
-/** Parses a request document. Throws ApiFailure with ParsingError if it is not one; `request` then holds what
-    could be read. */
+/** Parses a request document. Throws ApiFailure with ParsingError if it is malformed; `request` then contains
+    what could be parsed. */
 void ParseApiRequest(std::string_view document, ApiRequest& request);
 
-/** What statistics, traces and faults call a ping. */
+/** The name of pings in statistics, traces and faults. */
 inline constexpr std::string_view kPingTopic = "Ping";
 
-/** A message of the API channel, as far as it can be understood without the model. */
+/** A message of the API channel, as far as it can be parsed without the model. */
 struct RequestMessage {
     enum class Type { kPing, kCommand, kOther };
 
     Type type = Type::kOther;
     std::string command = "other";
-    std::string object = "-";  ///< "?" for an unknown one
+    std::string object = "-";  ///< "?" if it is unknown
     ApiRequest api_request;
-    std::optional<ApiFailure> failure;  ///< if the document is none
+    std::optional<ApiFailure> failure;  ///< if the document is malformed
 
-    /** How the objects of the answer are encoded, as a value of the object library. */
+    /** Returns the requested encoding of objects, as a constant of object_encoding. */
     int Encoding() const;
 };
 

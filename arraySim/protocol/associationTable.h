@@ -4,7 +4,7 @@
 
 namespace arraysim {
 
-/** Answers an association with the objects to which its row of the table leads. Throws ApiFailure. */
+/** Answers an association with the objects that its row of the table selects. Throws ApiFailure. */
 Answer AnswerAssociation(CallContext& context);
 
 }  // namespace arraysim

@@ -12,29 +12,27 @@
 
 namespace arraysim {
 
-/** One call while it is carried out. */
+/** A call that is being carried out. */
 struct CallContext {
     Model& model;
     std::unique_ptr<BASEApiMethod> call;  ///< becomes part of the answer
-    Selection selection;                  ///< what the call names as its object
+    Selection selection;                  ///< the object of the call
     const ObjectStyle& style;
     const ListAlteration& alteration;
 };
 
-// ---- Objects of the model. All throw ApiFailure if there is none. ----
+// ---- Objects of the model. All throw ApiFailure if an object does not exist. ----
 
-/** Returns the object that an instance id of this array names: "<serial>.<index>", or "<serial>" where only
-   one exists. */
+/** Returns the object with an instance ID: "<serial>.<index>", or "<serial>" if only one exists. */
 Object& ObjectNamed(Model& model, const Selection& selection, const std::string& instance_id);
 
-/** Returns the instance that the call names, or the array if it names none. */
+/** Returns the instance of the call, or the array if it names none. */
 Object& SubjectOf(const CallContext& context);
 
-/** Returns the objects that an argument refers to. References to a kind that the simulator does not have are
-    left out. */
+/** Returns the objects that an argument refers to. Ignores references to a kind that the simulator lacks. */
 std::vector<Object*> Referred(const CallContext& context, const std::string& argument);
 
-/** Checks that every reference of the call is to this array, and to an object that exists. */
+/** Checks that every reference of the call is to an existing object of this array. */
 void CheckReferences(const CallContext& context);
 
 /** Throws ApiFailure if another application has locked the subject that the call changes. */
@@ -42,12 +40,13 @@ void CheckLock(const CallContext& context, const Object& subject);
 
 // ---- The language of the tables ----
 
-/** Returns the meaning of a value: a string, @argument or else @attribute of the subject, @today. */
+/** Evaluates a value: a literal string, @today, or @NAME for an argument of the call, else an attribute of
+   the subject. */
 std::string ValueFor(const CallContext& context, const Object& subject, std::string_view value);
 
-/** An attribute and its value, as above. */
+/** An attribute and its value, for ValueFor. */
 struct AttributeValue {
-    std::string_view attribute;  ///< empty: no condition
+    std::string_view attribute;  ///< empty: matches every object
     std::string_view value;
 };
 
@@ -57,7 +56,7 @@ std::vector<Object*> ObjectsWith(const CallContext& context, const Object& subje
 
 // ---- Answers ----
 
-/** Answers with one object, or with none for a call without a result. */
+/** Answers with an object, or with none (null) if the call has no result. */
 Answer ObjectAnswer(CallContext& context, Object* object);
 Answer ListAnswer(CallContext& context, const std::vector<Object*>& objects);
 

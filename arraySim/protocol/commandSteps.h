@@ -5,10 +5,10 @@
 
 #include "arraySim/protocol/callContext.h"
 
-/** The steps of which the table of commands says what a command of the API does. */
+/** The steps of which the table of commands composes the commands of the API. */
 namespace arraysim::step {
 
-/** A step with its arguments; each function below says what they are. */
+/** A step with its arguments, which each function below explains. */
 struct Step {
     using Run = std::optional<Answer> (*)(CallContext& context, Object& subject, const Step& step);
 
@@ -20,33 +20,32 @@ struct Step {
 
 using Result = std::optional<Answer>;
 
-// Steps act on the subject: the instance that the command names, or the array if it names none. A step that
-// returns an answer ends the command, and so does one that throws ApiFailure. A VALUE is one for ValueFor.
+// A step acts on the subject: the instance of the command, or the array if it names none. A step that returns
+// an answer or throws ApiFailure ends the command. A VALUE is evaluated by ValueFor.
 
 /** ATTR VALUE: rejects the command if the attribute has this value. */
 Result Unless(CallContext& context, Object& subject, const Step& step);
-/** ATTR VALUE */
+/** ATTR VALUE: sets the attribute. */
 Result Set(CallContext& context, Object& subject, const Step& step);
-/** ATTR: one more. */
+/** ATTR: adds 1. */
 Result Increment(CallContext& context, Object& subject, const Step& step);
-/** ATTR: one less, but not below 0. */
+/** ATTR: subtracts 1 unless the value is 0. */
 Result Decrement(CallContext& context, Object& subject, const Step& step);
-/** As the command `recover` of the control socket. */
+/** Acts as the command `recover` of the control socket. */
 Result Recover(CallContext& context, Object& subject, const Step& step);
-/** As the command `fail`. */
+/** Acts as the command `fail` of the control socket. */
 Result Fail(CallContext& context, Object& subject, const Step& step);
 /** Removes the subject. */
 Result Remove(CallContext& context, Object& subject, const Step& step);
-/** KIND [ATTR VALUE]: makes an object with every argument that is one of its attributes, and answers with it.
- */
+/** KIND [ATTR VALUE]: creates an object, sets each attribute that is an argument, and answers with it. */
 Result Create(CallContext& context, Object& subject, const Step& step);
-/** VALUE: answers with a Boolean, a number or else a string. */
+/** VALUE: answers with a Boolean, a number or a string. */
 Result Reply(CallContext& context, Object& subject, const Step& step);
-/** KIND [ATTR VALUE]: answers with the objects that have this value, as the record of today. */
+/** KIND [ATTR VALUE]: answers with the objects that have this value, as today's record. */
 Result History(CallContext& context, Object& subject, const Step& step);
-/** STATE TEXT: fails with this error state of the API. */
+/** STATE TEXT: fails with this error of the API. */
 Result Reject(CallContext& context, Object& subject, const Step& step);
-/** Changes nothing that the array shows. */
+/** Does nothing, for commands without a visible effect. */
 Result Nothing(CallContext& context, Object& subject, const Step& step);
 
 // Whole commands that the steps above cannot express.

@@ -4,7 +4,7 @@
 
 namespace arraysim {
 
-/** Carries out a command of the API other than Get, GetList and Modify, as its row of the table says. Throws
+/** Carries out the steps that the table defines for a command other than Get, GetList and Modify. Throws
     ApiFailure. */
 Answer AnswerCommand(CallContext& context);
 

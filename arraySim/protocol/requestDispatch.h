@@ -7,13 +7,13 @@
 
 namespace arraysim {
 
-/** A session: the key that opens it, and its privilege. */
+/** The session key and its privilege. */
 struct Session {
     std::string key;
     int privilege = USER_PRIVILEGE_ADMIN;
 };
 
-/** Carries out a request. Failures become the answer. */
+/** Carries out a request. Does not throw ApiFailure: a failure becomes the answer. */
 Answer CarryOut(Model& model, const ApiRequest& request, const Session& session, const ObjectStyle& style,
                 const ListAlteration& alteration);
 

@@ -15,26 +15,26 @@
 
 namespace arraysim {
 
-/** A mistake in a scenario, with file and line. */
+/** An error in a scenario, with file and line. */
 class ScenarioError : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
 };
 
-/** One line of a scenario: when, and what. */
+/** One line of a scenario. */
 struct ScenarioStep {
     enum class When {
         kNow,
-        kAt,    ///< so long after the start of the scenario
-        kAfter  ///< so long after the step before it
+        kAt,    ///< time since the start of the scenario
+        kAfter  ///< time since the previous step
     };
 
     size_t line = 0;
     When when = When::kNow;
     int64_t time_ms = 0;
-    std::string text;  ///< the line as it is written
+    std::string text;  ///< the line, verbatim
 
-    std::string command;  ///< of the command language; empty for a wait
+    std::string command;  ///< in the command language; empty for a wait
     std::string wait_command;
     std::string wait_object;
 };
@@ -45,28 +45,28 @@ struct Scenario {
 };
 
 /**
- * Parses a scenario. Empty lines and lines that begin with # are skipped; the others are
+ * Parses a scenario. Empty lines and lines that begin with # are ignored; the others are
  *   [at TIME | after TIME] COMMAND
  *   [at TIME | after TIME] wait for GetList|Get|Modify KIND, or wait for Ping
- * TIME is a number with ms, s or m. file: for messages. Throws ScenarioError at the first mistake.
+ * TIME is a number with ms, s or m. file: for messages. Throws ScenarioError at the first error.
  */
 Scenario ParseScenario(const Catalogue& catalogue, const std::string& file, std::string_view text);
 Scenario ReadScenarioFile(const Catalogue& catalogue, const std::string& path);
 
-/** Time and waiting: a scenario runs in real time, or in a test its time jumps. */
+/** The clock of a scenario: real time, or time that jumps in a test. */
 class ScenarioPace {
   public:
     virtual ~ScenarioPace() = default;
 
-    /** Milliseconds since the scenario began. */
+    /** Returns the milliseconds since the start of the scenario. */
     virtual int64_t Now_ms() = 0;
-    /** Returns false if the scenario must end instead. */
+    /** Blocks until then. Returns false if the scenario must end. */
     virtual bool SleepUntil(int64_t time_ms) = 0;
-    /** Waits for more than `seen` such exchanges; returns false if the scenario must end instead. */
+    /** Blocks until there were more than `seen` such exchanges. Returns false if the scenario must end. */
     virtual bool WaitForExchange(const std::string& command, const std::string& object, size_t seen) = 0;
 };
 
-/** Real time, by the monotonic clock. Stop may be called from any thread and ends every wait. */
+/** Real time, by the monotonic clock. Stop ends all waits and may be called from any thread. */
 class ClockPace : public ScenarioPace {
   public:
     explicit ClockPace(Simulator& simulator) : simulator_(simulator) {}
@@ -85,7 +85,7 @@ class ClockPace : public ScenarioPace {
     bool stop_ = false;
 };
 
-/** Runs a scenario to its end, also past steps that fail. */
+/** Runs a scenario to its end, even if steps fail. */
 class ScenarioRunner {
   public:
     using Report = std::function<void(const std::string&)>;
@@ -93,9 +93,9 @@ class ScenarioRunner {
     /** report: called for each step and each failure. */
     ScenarioRunner(const Scenario& scenario, Simulator& simulator, ScenarioPace& pace, Report report);
 
-    /** The number of steps that failed; none when it was ended early. */
+    /** Returns the number of failed steps, or none if the scenario was ended early. */
     std::optional<size_t> Run();
-    /** Steps that have failed so far. */
+    /** Returns the number of steps that have failed so far. */
     size_t failures() const { return failures_; }
 
   private:

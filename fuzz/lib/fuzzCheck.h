@@ -4,13 +4,13 @@
 #include <cstdlib>
 #include <string>
 
-/** Ends the process, as a sanitizer does. */
+/** Aborts with a message, which the engine reports as a finding. */
 [[noreturn]] inline void FuzzFail(const std::string& what) {
     std::fprintf(stderr, "fuzz: %s\n", what.c_str());
     std::abort();
 }
 
-/** The same when something that must hold does not. */
+/** Calls FuzzFail unless `holds`. */
 inline void FuzzCheck(bool holds, const char* what) {
     if (!holds)
         FuzzFail(what);

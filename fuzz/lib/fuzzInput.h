@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-/** Reads decisions and texts from the front of a fuzzer's bytes. What is asked beyond their end is 0 or
-   empty, so every input has a meaning. Views are valid as long as the bytes. */
+/** A reader that consumes numbers and strings from the start of a fuzzer's bytes. Beyond their end it returns
+   0 or an empty string, so every input is valid. Views are valid as long as the bytes. */
 class FuzzInput {
   public:
     FuzzInput(const uint8_t* data, size_t size) : rest_(reinterpret_cast<const char*>(data), size) {}
@@ -16,7 +16,7 @@ class FuzzInput {
 
     uint8_t Byte() { return static_cast<uint8_t>(Text(1).empty() ? 0 : last_.front()); }
 
-    /** 0 to bound - 1. */
+    /** Returns 0 to bound - 1. */
     size_t Below(size_t bound) {
         size_t number = Byte();
         if (bound > 256)
@@ -28,14 +28,14 @@ class FuzzInput {
 
     bool OnceIn(size_t count) { return Below(count) == 1 % count; }
 
-    /** The next bytes, as many as there are. */
+    /** Returns the next `length` bytes, or fewer at the end. */
     std::string_view Text(size_t length) {
         last_ = rest_.substr(0, length);
         rest_.remove_prefix(last_.size());
         return last_;
     }
 
-    /** The bytes up to a newline, which is taken away. */
+    /** Returns the bytes up to the next newline, and consumes that as well. */
     std::string_view Line() {
         const std::string_view line = Text(std::min(rest_.find('\n'), rest_.size()));
         Text(1);

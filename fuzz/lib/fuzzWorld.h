@@ -3,7 +3,7 @@
 #include "tests/unit/core/fakes/mibWorld.h"
 #include "tests/unit/core/trapWorld.h"
 
-/** The worlds of the core's tests, outside of a test: one a process. */
+/** The fixtures of the core's tests, for use without GoogleTest; one per process. */
 class FuzzMibWorld : public MibWorld {
   public:
     void TestBody() override {}

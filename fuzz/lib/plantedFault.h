@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <string_view>
 
-/** Which of the planted faults is active: the environment variable FUZZ_FAULT names it. */
+/** The active planted fault, named by the environment variable FUZZ_FAULT. */
 namespace planted_fault {
 
 inline bool is_chosen(std::string_view kind) {

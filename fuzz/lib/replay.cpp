@@ -1,6 +1,6 @@
-// In place of a fuzzing engine: runs a target over the files of its corpus and, on request, over as many
-// mutated ones. Needs no compiler support, so that the corpus is part of every build's tests; a fault that a
-// target finds ends the process.
+// A replacement for a fuzzing engine: runs a target over the files of its corpus and a given number of
+// mutated ones. It needs no compiler support, so the tests of every build can use the corpus. The process
+// aborts at the first finding.
 
 #include <unistd.h>
 

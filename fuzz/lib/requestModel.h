@@ -5,7 +5,7 @@
 #include "fuzz/lib/fuzzInput.h"
 #include "tests/unit/core/fakes/snmpPdu.h"
 
-/** SNMP requests made from a fuzzer's bytes, and a plain model of what the handler must do with them. */
+/** SNMP requests derived from a fuzzer's bytes, and a simple model of the expected results. */
 
 /** Clears the store and caches some instances. */
 void fill_store(FuzzInput& input);

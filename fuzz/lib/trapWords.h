@@ -5,8 +5,8 @@
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapQueue.h"
 
-/** Whether a text has the form of a trap command: eight words, each followed by a space, within the part that
-   is read. */
+/** Returns whether a string has the format of a trap command: eight words, each followed by a space, within
+   the part that is read. */
 inline bool is_trap_command(const std::string& text) {
     const size_t length = std::min(text.size(), kTrapCommandBuffer - 1);
     int words = 0;

@@ -1,6 +1,6 @@
-// AgentX PDUs from the master agent, valid ones and damaged ones: through the daemon's agentx_parse to the
-// library's, and what that yields to the registered handler. A request that is too long must be refused with
-// one response that carries its identifiers; the bindings of others must be served as the model says.
+// Passes AgentX PDUs from the master agent, valid and damaged, through the daemon's agentx_parse to the
+// library's, and the parsed PDUs to the registered handler. A request that is too long must be rejected with
+// one response that carries its identifiers; the bindings of all others must be served as the model does.
 
 #include <algorithm>
 #include <optional>

@@ -1,4 +1,5 @@
-// Envelopes as the answers of the API manager: the record of the link must say what the exchange was worth.
+// Uses envelopes as responses of the API manager. An exchange may succeed only if the envelope is a valid
+// response, and the state of the link must agree with the last result.
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/apiAccess.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
@@ -10,7 +11,7 @@
 
 namespace {
 
-// The first byte says whether the number of the answer is made right and which test is made.
+// Bit of the first byte: the sequence number of the response is corrected.
 constexpr uint8_t kRightNumber = 1;
 
 bool is_answer_to(const fake_api_mgr::envelope& request, const fake_api_mgr::envelope& response) {

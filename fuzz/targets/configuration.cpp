@@ -1,5 +1,5 @@
-// Bytes as each of the files that are read at the start: settings, start settings, session key. The settings
-// must be those that plain C string functions find.
+// Uses bytes as each of the files that are read at start-up: settings, start settings, session key. The
+// settings must be those that simple C string functions find.
 
 #include <stdlib.h>
 #include <unistd.h>

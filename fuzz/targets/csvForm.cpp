@@ -1,5 +1,5 @@
-// Objects into their CSV form and back, as a client reads it. Each line of the input is "NAME VALUE"; a line
-// "+" begins another object.
+// Converts objects to CSV and parses them again as a client does. Each line of the input is "NAME VALUE"; a
+// line "+" starts another object.
 
 #include <algorithm>
 #include <map>

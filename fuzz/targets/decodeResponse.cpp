@@ -1,5 +1,5 @@
-// Documents into DecodeResponse. What was decoded is written and decoded again: from then on nothing may
-// change.
+// Passes documents to DecodeResponse. The result is written and decoded again; after that, it must not change
+// any more.
 
 #include <memory>
 

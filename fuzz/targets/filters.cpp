@@ -1,5 +1,5 @@
-// Filter texts into lists and back, and lists against the values of an object. First line: the filter; the
-// others: "NAME VALUE" of a disk.
+// Parses and formats filter strings, and applies the filters to an object. The first line is the filter, each
+// other line "NAME VALUE" of a disk.
 
 #include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsDisk.h"
 #include "apiMgmt/apiStub/base/apiAttributes/filterList.h"

@@ -1,6 +1,6 @@
-// Bytes as a peer of one of the two sockets may send them: frames, whole, torn or lying about their length.
-// Each message that comes through is handled as the management listener does and as an answer of the API
-// manager.
+// Sends bytes as a peer of one of the two sockets: complete frames, truncated frames and frames with a wrong
+// length. Each message that is received is handled as the management listener does, and as a response of the
+// API manager.
 
 #include <sys/socket.h>
 #include <unistd.h>

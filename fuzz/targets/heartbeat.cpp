@@ -1,7 +1,7 @@
-// Peers of the heartbeat monitor: they connect, send pieces, close and let time pass, while accept fails or
-// succeeds. After each iteration of the monitor's loop every peer must have received what a plain model says:
-// its first four bytes once they are complete, nothing before, and the end of the connection behind them,
-// after 5 silent seconds, and when it is the oldest of more than 64. No port is opened.
+// Plays peers of the heartbeat monitor, which connect, send fragments, close and let time pass, while accept
+// fails or succeeds. After each iteration of the monitor's loop, every peer must have received what a simple
+// model says: its first four bytes once they are complete, and nothing before. The connection must be closed
+// after these, after 5 silent seconds, and if it is the oldest of more than 64. No port is opened.
 
 #include "apiMgmt/common/utils/heartbeat/heartbeatMonitor.h"
 

@@ -1,6 +1,6 @@
-// Names into the exact and the next lookup, over a store in which some instances are cached. Every answer is
-// held against the walk over all columns, and for names that a manager forms from the MIB against an ordered
-// map of the cached instances.
+// Looks up names and their successors in a store in which some instances are cached. Every result is checked
+// against a linear scan over all columns and, for names that a manager derives from the MIB, against an
+// ordered map of the cached instances.
 
 #include <map>
 

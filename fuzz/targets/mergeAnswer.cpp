@@ -1,7 +1,7 @@
-// Answers of the API manager into the merge. The first byte chooses the table, 'a' the first of columns.def,
-// the rest is one or more documents, separated by the byte 0x1e; of one that begins with the byte 1, the rest
-// chooses the words of a well-formed answer. The store must come out as that of the plainest merge, and
-// whatever the document, the rows of a table must be packed.
+// Merges responses of the API manager. The first byte selects the table, 'a' the first of columns.def. The
+// rest is one or more documents, separated by the byte 0x1e; if a document begins with the byte 1, its other
+// bytes select the strings of a well-formed response. The store must equal that of the simplest possible
+// merge, and the rows of a table must be packed, whatever the document.
 
 #include <algorithm>
 #include <string>

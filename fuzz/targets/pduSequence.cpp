@@ -1,7 +1,7 @@
-// Sequences of PDUs at the handler: GET, GETNEXT and SET, a SET in the order of its phases or in any single
-// phase, with names of 0 to 128 sub-identifiers in and around the MIB and in both enterprise numbers.
-// Results, values, the store, the queued trap commands and the changes sent to the array must be those of a
-// plain model.
+// Passes sequences of PDUs to the handler: GET, GETNEXT and SET (all phases in order, or a single phase),
+// with names of 0 to 128 sub-identifiers in and around the MIB and in both enterprise numbers. Results,
+// values, the store, the queued trap commands and the changes sent to the array must equal those of a simple
+// model.
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/oidLookup.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/serviceWindow.h"

@@ -1,6 +1,6 @@
-// Answers of the API manager into the refresh as the daemon runs it, post-processes included: they read what
-// other tables hold, so several tables may follow each other. Each piece of the input, separated by the byte
-// 0x1e, is a letter for the table, 'a' for the first of columns.def, and a document.
+// Passes responses of the API manager to the daemon's refresh, including the post-processes. Because these
+// read other tables, an input may refresh several tables. Each of its parts, separated by the byte 0x1e, is a
+// letter that selects the table ('a' is the first of columns.def) and a document.
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/tableRefresh.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibDefinition.h"

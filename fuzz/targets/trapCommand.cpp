@@ -1,7 +1,7 @@
-// Trap commands as text, one per line, with a NUL in place of a newline, up to the notification. A line "!XY"
-// gives all objects of the array status X and all components status Y; a line "~TEXT" sets what components
-// measure. Each command has one outcome: rejected with a line in the log, suppressed, or sent as one
-// notification about its object, with what the store holds and the advice for its status.
+// Processes trap commands, one per line, with NUL for a newline, up to the notification. A line "!XY" sets
+// all objects of the array to status X and all components to status Y; a line "~TEXT" sets the readings of
+// components. Each command must have one outcome: rejected with a log line, suppressed, or sent as one
+// notification about its object, with the values in the store and the advice for its status.
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,6 +1,5 @@
-// Texts into the value types. A value that was read is written in one form, which reads as the same value;
-// every attribute class of every object judges the text without failing in another way than by its own
-// exception.
+// Parses strings as each value type. A parsed value must have one format, which parses to the same value. The
+// attribute classes of all objects must check the string without throwing any exception but their own.
 
 #include <cstdlib>
 #include <ctime>

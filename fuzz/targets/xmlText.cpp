@@ -1,6 +1,6 @@
-// Bytes as a document and as a text. A document that parses is within the limits, and the markup of its
-// elements parses to the same elements, also when it reaches the parser in two pieces, cut anywhere. An
-// escaped text reads as it was.
+// Parses bytes as a document, and escapes them as a string. A document that parses must be within the limits,
+// and the markup of its elements must parse to the same elements, also when the parser receives it in two
+// pieces. An escaped string must parse to the original.
 
 #include <algorithm>
 
