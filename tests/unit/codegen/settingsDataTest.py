@@ -31,11 +31,11 @@ PAGE = """\
 .\\" Generated from data/daemon by codegen. Do not edit.
 .It Ic reader , Ic writer
 Who asks.
-Without the line: none.
+The default is none.
 .It Ic port
 Where to.
-Without the line: 162.
-Without the line: off.
+The default is 162.
+The default is off.
 .El
 """
 
