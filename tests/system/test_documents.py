@@ -100,8 +100,9 @@ class Documents(PackageStory):
     def wait_until_served(self):
         """A service that has just been started needs a moment."""
         if self.host.status("systemctl", "is-enabled", "--quiet", UNIT) == 0:
-            reader = manager.Manager()
-            waiting.wait_until(lambda: reader.get(mib.scalar("globalStatus")).status == 0, "the array is served", 60)
+            # snmpget also exits with status 0 while the daemon has not registered the array's objects yet.
+            reader, oid = manager.Manager(), mib.scalar("selfTestVersion")
+            waiting.wait_until(lambda: any(each.value for each in reader.get(oid).bindings), "the array is served", 60)
 
 
 def test_of(document):
