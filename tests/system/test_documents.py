@@ -100,9 +100,8 @@ class Documents(PackageStory):
     def wait_until_served(self):
         """A service that has just been started needs a moment."""
         if self.host.status("systemctl", "is-enabled", "--quiet", UNIT) == 0:
-            reader = manager.Manager()
             # snmpget also exits with status 0 while the daemon has not registered the array's objects yet.
-            oid = mib.scalar("selfTestVersion")
+            reader, oid = manager.Manager(), mib.scalar("selfTestVersion")
             waiting.wait_until(lambda: any(each.value for each in reader.get(oid).bindings), "the array is served", 60)
 
 
