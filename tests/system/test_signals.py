@@ -9,8 +9,6 @@ from harness import daemon, machine, mib, story, waiting
 
 HEARTBEAT = ("127.0.0.1", 35003)
 SIGTERM_LINE = "(((((((((((((((((( SIGTERM ))))))))))))))))))))"
-SIGINT_LINE = "(((((((((((((((((( SIGINT ))))))))))))))))))))"
-SIGPIPE_LINE = "(((((((((((((((((( SIGPIPE ))))))))))))))))))))"
 
 
 def heartbeat(octets, close=True):
@@ -73,42 +71,6 @@ class ADaemon(story.Story):
         for name in ("snmpd", "snmpSubagent", "sh", "sleep"):
             self.assertEqual(machine.processes_named(name), [], name)
         self.assertFalse(os.path.exists(daemon.PID_FILE))
-
-    def test_sigterm_during_the_start_does_not_end_it(self):
-        machine.configure_daemon(verbose="yes")
-        self.array.fault("delay", "1500", "on", "Ping")
-        self.daemon.start(wait=False)
-        self.daemon.wait_for_log("testing apimgr...")
-        self.daemon.signal(signal.SIGTERM)
-        self.daemon.wait_until_served()
-        log = self.daemon.wait_for_log(SIGTERM_LINE) and self.daemon.log()
-        self.assertNotIn("popped out", log)
-        self.assertEqual(self.manager.value(mib.scalar("productName")), "Vorn-Lumivant Tessera")
-
-    def test_sigint_is_told_and_nothing_else(self):
-        for start in (self.daemon.start, self.daemon.start_in_foreground):
-            with self.subTest(start=start.__name__):
-                start()
-                pid = self.daemon.pid()
-                self.daemon.signal(signal.SIGINT)
-                self.daemon.wait_for_log(SIGINT_LINE)
-                self.assertEqual(self.manager.value(mib.scalar("productName")), "Vorn-Lumivant Tessera")
-                self.assertEqual(self.daemon.pid(), pid)
-                self.daemon.stop()
-
-    def test_sigpipe_is_told_once_in_a_while_and_only_when_verbose(self):
-        for verbose, lines in (("yes", 1), ("no", 0)):
-            with self.subTest(verbose=verbose):
-                machine.configure_daemon(verbose=verbose)
-                self.daemon.start()
-                for _ in range(20):
-                    self.daemon.signal(signal.SIGPIPE)
-                # A signal that is told always comes behind them in the log.
-                self.daemon.signal(signal.SIGINT)
-                self.daemon.wait_for_log(SIGINT_LINE)
-                self.assertEqual(self.manager.value(mib.scalar("productName")), "Vorn-Lumivant Tessera")
-                self.assertEqual(len(self.daemon.lines_with(SIGPIPE_LINE)), lines)
-                self.daemon.stop()
 
     def test_the_heartbeat_echoes_four_bytes(self):
         self.daemon.start()

@@ -45,20 +45,20 @@ OBJECTS = {
     212: ObjectTrap("tsUps", (144, 145, 146, 147, 148), 149, 145, 144,
                     "A UPS is Down: Check UPS status and connectivity or contact Vorn Support Services.")}
 
-# object of the array; columns of status and name; advice: {status: text}, with the text for any other bad one at None.
+# object of the array; columns of status and name; advice when it is down.
 Component = namedtuple("Component", "kind status name advice")
 COMPONENTS = {
-    (204, 1): Component("tsControllerFanSensor", 48, 49, {2: "Controller Fan is Down: Schedule fan replacement."}),
+    (204, 1): Component("tsControllerFanSensor", 48, 49, "Controller Fan is Down: Schedule fan replacement."),
     (204, 2): Component("tsControllerPowerSupply", 60, 61,
-                        {None: "Controller Power Supply is Down: Schedule power supply replacement."}),
+                        "Controller Power Supply is Down: Schedule power supply replacement."),
     (204, 3): Component("tsControllerTemperatureSensor", 75, 76,
-                        {2: "Controller Temperature Sensor is Down" + SUPPORT}),
-    (204, 4): Component("tsControllerVoltageSensor", 64, 65, {2: "Controller Voltage is Down" + SUPPORT}),
-    (206, 1): Component("tsEnclosureCoolingFanSensor", 86, 87, {None: "Enclosure Fan is Down" + SUPPORT}),
+                        "Controller Temperature Sensor is Down" + SUPPORT),
+    (204, 4): Component("tsControllerVoltageSensor", 64, 65, "Controller Voltage is Down" + SUPPORT),
+    (206, 1): Component("tsEnclosureCoolingFanSensor", 86, 87, "Enclosure Fan is Down" + SUPPORT),
     (206, 2): Component("tsEnclosurePowerSupply", 91, 92,
-                        {None: "Enclosure Power Supply is Down: Schedule replacement."}),
+                        "Enclosure Power Supply is Down: Schedule replacement."),
     (206, 3): Component("tsEnclosureTemperatureSensor", 99, 100,
-                        {None: "Enclosure Temperature Sensor is Down" + SUPPORT}),
-    (206, 5): Component("tsEnclosureIoModule", 95, 96, {None: "Enclosure I/O Module is Down" + SUPPORT}),
-    (206, 6): Component("tsEnclosureAudibleAlarm", 104, 105, {None: "Enclosure Audible Alarm is Down" + SUPPORT})}
+                        "Enclosure Temperature Sensor is Down" + SUPPORT),
+    (206, 5): Component("tsEnclosureIoModule", 95, 96, "Enclosure I/O Module is Down" + SUPPORT),
+    (206, 6): Component("tsEnclosureAudibleAlarm", 104, 105, "Enclosure Audible Alarm is Down" + SUPPORT)}
 FAN_INDEX = 58

@@ -8,7 +8,7 @@ from .receiver import Receiver
 from .traps import Event, Model
 
 # An object of the array with the event that reports it.
-Case = namedtuple("Case", "event kind index attribute good bad other", defaults=("Status", "Up", "Down", "Degraded"))
+Case = namedtuple("Case", "event kind index attribute good bad", defaults=("Status", "Up", "Down"))
 
 COMMUNITY = "watch.tower"
 IDS = (11, -22, 2147483647)
@@ -44,7 +44,6 @@ class TrapStory(story.SharedStory):
     LISTEN = "127.0.0.1"
     DESTINATION = "127.0.0.1"
     SETTINGS = {}  # further ones of the daemon
-    OWN_CONTROLLER = 1
 
     @classmethod
     def begin(cls):
@@ -52,8 +51,7 @@ class TrapStory(story.SharedStory):
         cls.receiver = Receiver(cls.LISTEN)
         cls.known_model = None
         machine.configure_daemon(trapsEnabled="yes", trapDest=cls.DESTINATION, trapPort=cls.receiver.port,
-                                 trapCommun=COMMUNITY, trapVer=cls.VERSION, controllerIndexThis=cls.OWN_CONTROLLER,
-                                 **cls.SETTINGS)
+                                 trapCommun=COMMUNITY, trapVer=cls.VERSION, **cls.SETTINGS)
 
     @classmethod
     def launch(cls):
@@ -84,13 +82,8 @@ class TrapStory(story.SharedStory):
     @classmethod
     def model(cls):
         if cls.known_model is None:
-            cls.known_model = Model(cls.array.dump(), cls.OWN_CONTROLLER)
+            cls.known_model = Model(cls.array.dump())
         return cls.known_model
-
-    @classmethod
-    def index_of(cls, kind, place):
-        """The API index of the object at a place of its list."""
-        return cls.array.dump()[kind][place]["Index"]
 
     # --- cases: every kind of object and component with its event
 
@@ -99,7 +92,7 @@ class TrapStory(story.SharedStory):
         """place: in the array's list of the kind; the last for -1."""
         kind = api_kind(trapLists.OBJECTS[number].kind)
         if number == 211:
-            return Case(Event(ids, number, 1, text=text), kind, "1", "PortsBalanced", "True", "False", "odd")
+            return Case(Event(ids, number, 1, text=text), kind, "1", "PortsBalanced", "True", "False")
         dump = cls.array.dump()
         element = dump[kind][place]
         numbers = traps.arguments(dump, number, 0, element)
@@ -150,16 +143,3 @@ class TrapStory(story.SharedStory):
         before = uptime()
         cls.tell(event)
         cls.expect(event, before)
-
-    @classmethod
-    def expect_nothing_of(cls, *events):
-        """These events give no notification: the next one is that of a mark told after them."""
-        cls.tell(*events, MARK)
-        cls.expect(MARK)
-
-    @classmethod
-    def expect_refusal(cls, event, line):
-        cls.daemon.begin_log()
-        cls.expect_nothing_of(event)
-        if line not in cls.daemon.log():
-            raise AssertionError(f"{event}: the log does not hold '{line}':\n{cls.daemon.log()}")

@@ -7,7 +7,7 @@ from . import mib
 from .ber import Notification
 from .expected import Expectation, leading_number
 from .manager import Binding
-from .trapLists import ADDRESSES, COMPONENTS, FAN_INDEX, LISTS, OBJECTS, PLAIN_TEXT, SUPPORT
+from .trapLists import ADDRESSES, COMPONENTS, FAN_INDEX, LISTS, OBJECTS, PLAIN_TEXT
 
 UPTIME, TRAP_OID, TRAP_ENTERPRISE = "1.3.6.1.2.1.1.3.0", "1.3.6.1.6.3.1.1.4.1.0", "1.3.6.1.6.3.1.1.4.3.0"
 COLD_START = "1.3.6.1.6.3.1.1.5.1"
@@ -54,34 +54,15 @@ def arguments(objects, number, component, element):
     return parent, component, int(element["Index"]) - 1 if (number, component) == (204, 1) else row(siblings)
 
 
-class Refused(Exception):
-    """The event is dropped, with this line in the daemon's log."""
-
-
 def octets(text):
     return text.encode() if isinstance(text, str) else text
 
 
-def degraded_fan(value):
-    head = "Controller Fan is Degraded: "
-    if value("CurrentRpm") <= value("WarningLowerThreshold"):
-        return head + "Fan is too Slow:  Schedule fan replacement."
-    if value("CurrentRpm") >= value("WarningUpperThreshold"):
-        return head + "Fan is too Fast:  Schedule fan replacement."
-    return head + " Schedule fan replacement."
-
-
-def degraded_temperature(value):
-    is_high = value("CurrentTemperature") >= value("WarningUpperThreshold")
-    return "Controller Temperature is Degraded" + (": Temp is too High" if is_high else "") + SUPPORT
-
-
 class Model:
-    """own_controller: the row of the controller that the daemon is told to be on, 0 when it is not told."""
+    """Of an array that has an address of version 4, and whose components are up or down."""
 
-    def __init__(self, objects, own_controller=1):
+    def __init__(self, objects):
         self.array = Expectation(objects)
-        self.own_controller = own_controller
 
     def column(self, column_id, *instance):
         return self.array.value(mib.MIB.columns[column_id].name, *instance)
@@ -108,8 +89,6 @@ class Model:
             self.add_object(values, event)
         elif event.number in (204, 206):
             self.add_component(values, event)
-        elif event.number == 213:
-            self.add_initiator_device(values, event)
         return values
 
     def take_row(self, values, columns, row):
@@ -122,11 +101,7 @@ class Model:
             return indexes.index(event.a) + 1
         if trap.index is None:
             return 1 if event.number == 211 else event.a
-        row = self.find_row(trap.index, event.a)
-        if row is None:
-            what = {202: "disk", 205: "encl", 207: "diskfolder", 208: "volume", 209: "server", 212: "ups"}
-            raise Refused(f"could not find {what[event.number]} index: trapArgA {event.a}")
-        return row
+        return self.find_row(trap.index, event.a)
 
     def add_object(self, values, event):
         trap, row = OBJECTS[event.number], self.row_of(event)
@@ -138,39 +113,15 @@ class Model:
         if event.number == 202:
             self.add_enclosure_of_disk(values, row)
 
-    def add_enclosure_of_disk(self, values, disk_row, *more_columns):
-        number, found, slot = self.column(29, disk_row).decode().partition("-")
-        if not found or not slot:
-            values[39] = (1, "Unknown")
-            values.update({column: (1, 0) for column in more_columns})
-            return
-        row = self.find_row(46, leading_number(number, "integer"))
-        if row is None:
-            raise Refused(f"could not find encl index: enclNum {number}")
-        self.take_row(values, (39, *more_columns), row)
-
-    def add_initiator_device(self, values, event):
-        values.update({165: (0, event.b), 166: (0, event.c)})
-        if event.a == 0:
-            values.update({27: (1, 0), 29: (1, "Unknown"), 37: (1, 0), 39: (1, "Unknown")})
-            return
-        self.take_row(values, (27, 29), event.a)
-        self.add_enclosure_of_disk(values, event.a, 37)
+    def add_enclosure_of_disk(self, values, disk_row):
+        number = self.column(29, disk_row).decode().partition("-")[0]
+        self.take_row(values, (39,), self.find_row(46, leading_number(number, "integer")))
 
     def place_of_component(self, event):
         """(row of the parent, row) of the component that an event names."""
-        if event.number == 204:
-            parent = event.a
-        else:
-            parent = self.find_row(46, event.a)
-            if parent is None:
-                raise Refused(f"could not find encl index: trapArgA {event.a}")
-        if (event.number, event.b) != (204, 1):
-            return parent, event.c
-        row = self.find_row(FAN_INDEX, event.c + 1, parent)
-        if row is None:
-            raise Refused(f"could not find fan component index: trapArgC {event.c}")
-        return parent, row
+        parent = event.a if event.number == 204 else self.find_row(46, event.a)
+        is_fan = (event.number, event.b) == (204, 1)
+        return parent, self.find_row(FAN_INDEX, event.c + 1, parent) if is_fan else event.c
 
     def add_component(self, values, event):
         component = COMPONENTS[event.number, event.b]
@@ -181,24 +132,11 @@ class Model:
         values.update({170: (0, event.b), 168: (0, name), 167: (0, status), 169: (0, name),
                        171: (0, element["Status"])})
         if status != 1:
-            values[172] = (0, self.advice(event, component, status, element))
+            values[172] = (0, component.advice)
 
     def element(self, kind, parent, row):
         table = next(each.table for each in mib.MIB.refreshes if each.object_name == kind)
         return dict(self.array.groups(table, self.array.elements(kind)))[(parent,)][row - 1]
-
-    @staticmethod
-    def advice(event, component, status, element):
-        def number(attribute):
-            return leading_number(element[attribute], "unsigned")
-
-        if status == 3 and (event.number, event.b) == (204, 1):
-            return degraded_fan(number)
-        if status == 3 and (event.number, event.b) == (204, 3):
-            return degraded_temperature(number)
-        if status == 3 and (event.number, event.b) == (204, 4):
-            return degraded_voltage(element)
-        return component.advice.get(None) or component.advice.get(status, "no action needed")
 
     # --- the notification
 
@@ -226,44 +164,10 @@ class Model:
         else:
             own = ([] if version == 1 else [self.identity(event.number)]) + self.list_of(event)
         if version == 1:
-            return Notification("1", community, "trap", None, NOTIFICATIONS, self.agent_address(),
+            return Notification("1", community, "trap", None, NOTIFICATIONS, self.column(139, 1).decode(),
                                 0 if event.number == 0 else 6, event.number, None, own)
         return Notification("2c", community, "trap2" if version == 2 else "inform", None, None, None, None, None, None,
                             [Binding(UPTIME, "Timeticks", None), *own])
-
-    def agent_address(self):
-        """The address in a version 1 trap; None when the array has none at all, and nothing is sent."""
-        first = self.column(139, 1)
-        own_row = self.column(19, self.own_controller or 1)
-        for is_there, address in ((not self.array.is_no_address(first.decode()), first.decode()),
-                                  (self.column(143, 1) != 0, "0.0.0.0"),
-                                  (not self.array.is_no_address(own_row.decode()), own_row.decode()),
-                                  (self.column(25, 1) != 0, "0.0.0.0")):
-            if is_there:
-                return address
-        return None
-
-
-def degraded_voltage(element):
-    numbers = [leading_real(element[name]) for name in ("CurrentVoltage", "WarningLowerThreshold",
-                                                        "WarningUpperThreshold")]
-    head = "Controller Voltage is Degraded"
-    if None in numbers:
-        return head + SUPPORT
-    current, low, high = numbers
-    if current <= low:
-        return head + ": Voltage is too Low" + SUPPORT
-    return head + (": Voltage is too High" if current >= high else "") + SUPPORT
-
-
-def leading_real(text):
-    """The decimal number that a text starts with, None when there is none."""
-    for end in range(len(text), 0, -1):
-        try:
-            return float(text[:end])
-        except ValueError:
-            pass
-    return None
 
 
 def differences(wanted, got, uptimes):
