@@ -2,7 +2,6 @@
 SNMPSUBAGENT_PRESET."""
 
 import os
-import unittest
 
 from harness import mib, story
 

@@ -58,17 +58,6 @@ class ReadingManagers(story.SharedStory):
             if new_form in self.store:
                 self.assertEqual(binding.value, self.store[new_form].value)
 
-    def test_one_getnext_over_several_registrations(self):
-        steps = [("1.3.6.1.2.1.1.4", mib.scalar("sysContact")),
-                 (mib.scalar("sysContact"), mib.scalar("sysName")),
-                 (mib.oid("tsDiskName", 1), mib.oid("tsDiskName", 2)),
-                 ("1.3.6.1.4.1.913", mib.scalar("productName")),
-                 (mib.OLD_ENTERPRISE + ".2.13.1.3", mib.old_form(mib.oid("tsCtlrStatus", 1))),
-                 ("1.3.6.1.2.1.1.5.0", mib.scalar("sysLocation"))]
-        for asking in (self.manager, self.version1):
-            answer = asking.get_next(*(begin for begin, _ in steps))
-            self.assertEqual(answer.oids(), [end for _, end in steps], asking.version)
-
     def test_one_getbulk_over_several_registrations(self):
         columns = [mib.oid("tsCtlrStatus"), mib.oid("tsDiskName"), mib.old_form(mib.oid("tsVolumeName"))]
         answer = self.manager.get_bulk(3, mib.scalar("sysContact"), *columns, non_repeaters=1)
@@ -110,27 +99,6 @@ class ReadingManagers(story.SharedStory):
         else's answer came between goes through the store once more, in the old form."""
         old = [oid for oid in answer.oids() if oid.startswith(mib.OLD_ENTERPRISE + ".")]
         self.assertIn(old, ([], [mib.old_form(oid) for oid in self.order]))
-
-    def test_getbulk_over_ten_columns_past_the_end_of_the_store(self):
-        reference = self.manager.walk("1.3.6.1.4").oids()
-        following = dict(zip(reference, reference[1:]))
-        table = mib.TABLES["tsAlert"]
-        last_row = max((oid for oid in self.order if oid.startswith(mib.oid(table.columns[0].name) + ".")),
-                       key=mib.arcs)
-        instance = mib.arcs(last_row)[-2:]
-        begins = [mib.oid(column.name, *instance) for column in table.columns]
-        self.assertEqual(len(begins), 10)
-        repetitions = 15
-        answer = self.manager.get_bulk(repetitions, *begins)
-        self.assertEqual(answer.status, 0, answer)
-        self.assertEqual(len(answer.bindings) % 10, 0)
-        self.assertGreaterEqual(len(answer.bindings), 10)
-        for number, current in enumerate(begins):
-            for oid in answer.oids()[number::10]:
-                if oid.startswith(mib.OLD_ENTERPRISE):
-                    break
-                self.assertEqual(oid, following[current])
-                current = oid
 
     def test_twelve_bulk_walkers_at_once(self):
         patient = manager.Manager(timeout_s=20)

@@ -1,7 +1,5 @@
 """SET: what reaches the array, what reads back, what is refused and with which error on which binding."""
 
-import unittest
-
 from harness import manager, mib, story, waiting
 
 SYSTEM_GROUP = (("sysContact", "Contact"), ("sysName", "Name"), ("sysLocation", "Location"))

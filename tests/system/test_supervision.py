@@ -108,23 +108,5 @@ class TheMasterAgent(story.Story):
         self.assertEqual(machine.processes_named("snmpd"), [])
 
 
-class TheEngineOfSnmpv3(story.Story):
-    """Managers know it by its name, and take a count of boots that falls back for somebody else's answer."""
-
-    FOLDER = "/var/lib/snmpsubagent"
-    NAME, BOOTS = "1.3.6.1.6.3.10.2.1.1.0", "1.3.6.1.6.3.10.2.1.2.0"
-
-    def test_it_is_the_same_after_a_restart(self):
-        self.begin()
-        self.array.start()
-        os.makedirs(self.FOLDER, 0o700, exist_ok=True)
-        self.daemon.environment = lambda: {**daemon.Daemon.environment(), "SNMP_PERSISTENT_DIR": self.FOLDER}
-        self.daemon.start()
-        name, boots = self.manager.value(self.NAME), int(self.manager.value(self.BOOTS))
-        self.daemon.stop()
-        self.daemon.start()
-        self.assertEqual((self.manager.value(self.NAME), int(self.manager.value(self.BOOTS))), (name, boots + 1))
-
-
 if __name__ == "__main__":
     story.tell()
