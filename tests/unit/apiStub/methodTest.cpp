@@ -36,27 +36,10 @@ TEST(Method, NamesTheFirstMissingArgument) {
 
     // Filters may be absent.
     EXPECT_EQ(MissingIn(sample::DiskGetList()), "nothing");
-    EXPECT_EQ(MissingIn(sample::DiskGetHistory(Arguments{{"InstanceId", "1"}})), "nothing");
-    EXPECT_EQ(MissingIn(sample::DiskGetHistory()), "25 10009 Required attribute InstanceId not set");
 
     EXPECT_EQ(MissingIn(sample::DiskEnclosure()),
               "25 10009 InstanceID not specified for association [TsDisk::Enclosure]");
     EXPECT_EQ(MissingIn(sample::DiskEnclosure("64702.1")), "nothing");
-
-    try {
-        sample::DiskModify().CheckRequiredAttributes();
-    } catch (const APIMethodError& error) {
-        EXPECT_EQ(error.GetSourceFile(), "sample/disk");
-        EXPECT_EQ(error.GetSourceLine(), 7u);
-        EXPECT_THAT(error.GetParameters(), testing::IsEmpty());
-    }
-}
-
-TEST(Method, KnowsWhatIsAFilter) {
-    for (const char* name : {"Filter", "HistoricalFilter", "FILTERs", "xfilterx"})
-        EXPECT_TRUE(BASEApiMethod::IsFilterAttribute(name)) << name;
-    for (const char* name : {"", "Filte", "InstanceId"})
-        EXPECT_FALSE(BASEApiMethod::IsFilterAttribute(name)) << name;
 }
 
 TEST(Method, ValidatesWhatIsDescribedInTheOrderOfTheNames) {
@@ -77,29 +60,6 @@ TEST(Method, ValidatesWhatIsDescribedInTheOrderOfTheNames) {
     EXPECT_THROW(method.ValidateAttributes(), APIMethodError);
     EXPECT_EQ(method.state_checks, 1);
     EXPECT_EQ(method.GetAttribute("Name"), "");
-}
-
-TEST(Method, FindsItsDescriptors) {
-    const sample::DiskModify method(Arguments{{"Index", ""}});
-    EXPECT_EQ(method.FindAttribute("Name"), &sample::Disk::NameAttribute());
-    EXPECT_EQ(method.FindAttribute("name"), nullptr);
-    EXPECT_TRUE(method.HasAttribute(&sample::Disk::IndexAttribute()));
-    EXPECT_FALSE(method.HasAttribute(&sample::Disk::NameAttribute()));
-    EXPECT_FALSE(method.HasAttribute(static_cast<const BASEApiAttribute*>(nullptr)));
-}
-
-TEST(Method, AnAssociationCarriesAnInstance) {
-    sample::DiskEnclosure enclosure("64702.1");
-    EXPECT_EQ(
-        enclosure.GenerateXml(false, true),
-        "<ApiMethod><CommandType>Association</CommandType><Object>TsDisk</Object><Command>Enclosure</Command>"
-        "<Async>false</Async><ObjectEncodeType>xml</ObjectEncodeType>"
-        "<Attributes><InstanceId>64702.1</InstanceId></Attributes></ApiMethod>");
-    EXPECT_EQ(enclosure.GetInstanceId(), "64702.1");
-    EXPECT_FALSE(enclosure.ChangesState());
-    EXPECT_EQ(sample::DiskEnclosure(Arguments{{"InstanceId", "7"}}).GetInstanceId(), "7");
-    ASSERT_EQ(enclosure.GetAttributeList().size(), 1u);
-    EXPECT_EQ(enclosure.GetAttributeList()[0]->GetLabel(), "");
 }
 
 TEST(Method, AListTakesAFilter) {
