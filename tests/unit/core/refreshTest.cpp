@@ -1,182 +1,14 @@
-#include <random>
-
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/backgroundUpdate.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/tableRefresh.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 #include "tests/unit/core/fakes/fakeApiMgr.h"
 #include "tests/unit/core/fakes/mibWorld.h"
 #include "tests/unit/core/fakes/transcript.h"
-#include "tests/unit/core/literalMerge.h"
 
 namespace {
 
 using fake_api_mgr::list_answer;
 using std::string;
-
-constexpr post_process_type kMark = literal_merge::mark_real_variable;
-
-struct table_of_test {
-    int col_id;
-    const char* apiName;
-    std::vector<attribute_map_entry> map;
-};
-
-// Maps of the test's own: attributes that feed two columns, scalars among the targets, the parent's tag as
-// an attribute, an attribute that occurs nowhere.
-const std::vector<table_of_test> kTables = {
-    {COLID_tsCtlrNbr,
-     "tsController",
-     {{"A", COLID_tsCtlrStatus, kMark},
-      {"B", COLID_productVersion, kMark},
-      {"B", COLID_tsCtlrName, nullptr},
-      {"C", COLID_tsSerialNumber, nullptr},
-      {"C", COLID_tsCtlrIPv6Prefix, nullptr},
-      {"Nowhere", COLID_tsCtlrModel, kMark},
-      {"Index", COLID_tsCtlrLeader, nullptr}}},
-    {COLID_tsEnclNbr,
-     "tsEnclosure",
-     {{"A", COLID_tsEnclStatus, nullptr},
-      {"B", COLID_tsEnclName, kMark},
-      {"Index", COLID_tsEnclApiIndex, nullptr},
-      {"Nowhere", COLID_tsEnclType, nullptr}}},
-    {COLID_tsCtlrFanNbr,
-     "tsControllerFanSensor",
-     {{"A", COLID_tsCtlrFanStatus, kMark},
-      {"B", COLID_tsCtlrFanName, nullptr},
-      {"A", COLID_tsCtlrFanCurrentRpm, nullptr},
-      {"ControllerIndex", COLID_tsCtlrFanNormalMaxRpm, nullptr},
-      {"C", COLID_tsCtlrFanWarnLower, kMark},
-      {"B", COLID_tsCtlrFanForceTrap, kMark}}},
-    {COLID_tsEnclFanNbr,
-     "tsEnclosureCoolingFanSensor",
-     {{"A", COLID_tsEnclFanStatus, nullptr},
-      {"B", COLID_tsEnclFanLocation, kMark},
-      {"EnclosureIndex", COLID_tsEnclFanSpeed, nullptr}}},
-    {COLID_tsEnclAlarmNbr,
-     "tsEnclosureAudibleAlarm",
-     {{"C", COLID_tsEnclAlarmStatus, kMark}, {"B", COLID_tsEnclAlarmName, nullptr}}},
-    {COLID_tsServerNbr,
-     "tsServer",
-     {{"A", COLID_tsServerStatus, kMark},
-      {"B", COLID_tsServerName, nullptr},
-      {"C", COLID_tsServerPathCount, nullptr},
-      {"Index", COLID_tsServerApiIndex, nullptr}}},
-    {COLID_tsTsNbr,
-     "Tessera",
-     {{"A", COLID_tsTsStatus, nullptr},
-      {"B", COLID_tsTsName, nullptr},
-      {"B", COLID_managementUrl, kMark},
-      {"C", COLID_tsTsSerialNumber, nullptr}}},
-    {COLID_tsAlertNbr, "tsAlert", {{"C", COLID_tsAlertType, nullptr}, {"B", COLID_tsAlertMessage, kMark}}},
-};
-
-class RefreshWalk : public MibWorld {
-  protected:
-    std::mt19937 random{19991231};
-    literal_merge model;
-
-    size_t below(size_t bound) { return std::uniform_int_distribution<size_t>(0, bound - 1)(random); }
-    bool once_in(size_t count) { return below(count) == 0; }
-
-    string any_value() {
-        static const char* kValues[] = {"",           "Up",          "Down", "1",
-                                        " 17 ",       "-5",          "+6x",  "4294967295",
-                                        "4294967296", "-2147483649", "x3",   "no api object",
-                                        "a&lt;b",     "666",         "Up+"};
-        return once_in(4) ? std::to_string(below(100000)) : kValues[below(std::size(kValues))];
-    }
-
-    // Few, so that parents are often equal, and often nobody's.
-    string any_index() {
-        static const char* kIndexes[] = {"1", "2", "2", "7", " 7", "-5", "3000000000", "x"};
-        return kIndexes[below(std::size(kIndexes))];
-    }
-
-    string child(const string& tag, const string& text) { return "<" + tag + ">" + text + "</" + tag + ">"; }
-
-    string any_object(const string& tag, bool is_complete) {
-        std::vector<string> children;
-        for (const char* attribute : {"A", "B", "C", "Other"}) {
-            for (size_t count = once_in(8) ? below(3) : 1; count > 0; --count)
-                children.push_back(child(attribute, any_value()));
-        }
-        for (const char* attribute : {"Index", "ControllerIndex", "EnclosureIndex"}) {
-            for (size_t count = !is_complete && once_in(12) ? 0 : 1 + below(5) / 4; count > 0; --count)
-                children.push_back(child(attribute, any_index()));
-        }
-        std::shuffle(children.begin(), children.end(), random);
-        string content;
-        for (const string& each : children)
-            content += each;
-        return child(tag, content);
-    }
-
-    string any_tag(const string& apiName) {
-        static const char* kServers[] = {"tsPhysicalServer", "tsRemoteTessera", "tsServerCluster",
-                                         "tsVirtualServer", "tsServer"};
-        string tag = apiName == "tsServer" ? kServers[below(5)] : apiName;
-        if (once_in(20))
-            return "tsSomethingElse";
-        if (tag[0] == 't' && once_in(2))
-            tag[0] = 'T';
-        return tag;
-    }
-
-    size_t any_count(const column_record& column) {
-        const size_t capacity = std::max(column.maxNumOfParents, 1U) * column.maxNumOfRows;
-        if (capacity <= 700 && once_in(6))
-            return capacity - 1 + below(3);
-        return below(once_in(3) ? 40 : 5);
-    }
-
-    string any_answer(const table_of_test& table) {
-        if (once_in(30))
-            return fake_api_mgr::failure_answer("SomeError");
-        if (once_in(30))
-            return "<lumapi><ApiMethodReturn><Successful>True</Successful></ApiMethodReturn></lumapi>";
-        const bool is_complete = once_in(2);
-        string objects;
-        for (size_t count = any_count(cols[table.col_id]); count > 0; --count)
-            objects += any_object(any_tag(table.apiName), is_complete);
-        string answer = list_answer(objects);
-        if (once_in(20))
-            answer.insert(answer.rfind("</lumapi>"), "<ReturnObjectArray><tsDisk/></ReturnObjectArray>");
-        if (once_in(30))
-            answer.resize(answer.size() / 2);
-        return answer;
-    }
-
-    string first_difference() const {
-        for (int32_t i = 0; i < total_vars; ++i) {
-            const literal_merge::variable& want = model.vars[static_cast<size_t>(i)];
-            if (want.cached != is_cached(i) || want.uint != vars[i].uint || want.str != vars[i].str)
-                return name_of(i) + ": \"" + vars[i].str + "\" " + std::to_string(vars[i].uint) +
-                       (is_cached(i) ? " cached" : " not cached") + ", wanted \"" + want.str + "\" " +
-                       std::to_string(want.uint) + (want.cached ? " cached" : " not cached");
-        }
-        return "";
-    }
-};
-
-TEST_F(RefreshWalk, LeavesWhatTheWalkColumnByColumnLeaves) {
-    verbose = false;
-    int merged = 0;
-    for (int i = 0; i < 1200; ++i) {
-        const table_of_test& table = kTables[below(kTables.size())];
-        const string answer = any_answer(table);
-        const int want = model.process_table_info(table.col_id, table.apiName, table.map, answer);
-        const int result = process_table_info(table.col_id, table.apiName, static_cast<int>(table.map.size()),
-                                              table.map.data(), answer);
-        ASSERT_EQ(result, want) << answer;
-        ASSERT_EQ(ctlrIndexFirst, model.index_first) << answer;
-        ASSERT_EQ(ctlrIndexSecond, model.index_second) << answer;
-        ASSERT_EQ(first_difference(), "") << table.apiName << " in refresh " << i << ":\n" << answer;
-        merged += result == 0 ? 1 : 0;
-    }
-    EXPECT_GT(merged, 600);
-}
-
-// ---- whole refreshes, by the real maps ----
 
 class Refresh : public MibWorld {
   protected:
@@ -257,27 +89,6 @@ TEST_F(Refresh, KeepsTheOldRowsWhenAnAnswerIsRefused) {
     EXPECT_EQ(row_of_values({115, 117, 119}, 1), "- - -");
 }
 
-TEST_F(Refresh, TellsInTheDebugLogWhyItFailed) {
-    verbose = true;
-    EXPECT_EQ(refresh(27, "TsDisk", ""),
-              "1\napi GetList TsDisk\n"
-              "log 7 number_of_elems_of_interest (0) is less than 1, apiName: tsDisk$\n"
-              "log 7 *ipXmlString: " +
-                  list_answer("") +
-                  "\n"
-                  "log 7 UNsuccessful in get-handler for col-id: 27, retVal: 1$\n");
-    EXPECT_EQ(refresh(133, "Tessera", "<Tessera/><Tessera/>"),
-              "1\napi GetList Tessera\n"
-              "log 7 too many elements received from api: col_id:133, index_to_soc:" +
-                  std::to_string(cols[133].first_var) +
-                  ", number_of_elems_of_interest:2, temp_maxNumOfParents:1, maxNumOfRows:1$\n"
-                  "log 7 found error: index_to_sot: " +
-                  std::to_string(cols[133].head_var) +
-                  ", col-id: 133, index_of_var_of_argv: " + std::to_string(cols[133].first_var) +
-                  ", argv-col-id: 133$\n"
-                  "log 7 UNsuccessful in get-handler for col-id: 133, retVal: 1$\n");
-}
-
 string controller(const char* index, const char* version) {
     return string("<tsController><Index>") + index + "</Index><Status>Up</Status><Version>" + version +
            "</Version><Leader>1</Leader></tsController>";
@@ -314,6 +125,72 @@ TEST_F(Refresh, OfTheControllersSaysWhoseRowsTheirPartsAre) {
         "contents of temp_elem: <Name>n</Name>$\n");
     EXPECT_EQ(ctlrIndexFirst, 8);
     EXPECT_EQ(ctlrIndexSecond, 9);
+}
+
+// Objects go to the first parent that bears their index, in the order of the answer; an object without a
+// parent's tag ends the search for a parent, and what is of nobody is left out.
+TEST_F(Refresh, OfTheEnclosuresSaysWhoseRowsTheirPartsAre) {
+    const auto enclosures = [](std::initializer_list<const char*> indexes) {
+        string objects;
+        for (const string index : indexes)
+            objects += "<tsEnclosure><Index>" + index + "</Index><Name>e" + index + "</Name></tsEnclosure>";
+        return objects;
+    };
+    const auto alarms = [](std::initializer_list<std::pair<const char*, const char*>> parts) {
+        string objects;
+        for (const auto& [parent, name] : parts)
+            objects += "<TsEnclosureAudibleAlarm>" + string(parent) + "<Name>" + name +
+                       "</Name><Status>Up</Status></TsEnclosureAudibleAlarm>";
+        return objects;
+    };
+    const auto names = [] {
+        string all;
+        for (int32_t parent = 1; parent <= 4; ++parent)
+            all += row_of_values({COLID_tsEnclAlarmNbr, COLID_tsEnclAlarmName}, 1, parent) + " | ";
+        return all;
+    };
+    refresh(37, "TsEnclosure", enclosures({"7", "3", " 7", "-5"}));
+    EXPECT_EQ(row_of_values({COLID_tsEnclApiIndex}, 4), "0");
+    refresh(103, "TsEnclosureAudibleAlarm",
+            alarms({{"<EnclosureIndex>3</EnclosureIndex>", "of 3"},
+                    {"<EnclosureIndex>9</EnclosureIndex>", "of nobody"},
+                    {"<EnclosureIndex>+7x</EnclosureIndex>", "of 7"},
+                    {"<EnclosureIndex>3</EnclosureIndex>", "one too many"}}));
+    EXPECT_EQ(names(), R"(1 "of 7" | 1 "of 3" | 1 "of 7" | - - | )");
+    refresh(103, "TsEnclosureAudibleAlarm",
+            alarms({{"<EnclosureIndex>3</EnclosureIndex>", "again"},
+                    {"", "without a tag"},
+                    {"<EnclosureIndex>7</EnclosureIndex>", "behind it"}}));
+    EXPECT_EQ(names(), R"(- - | 1 "again" | - - | - - | )");
+}
+
+// An attribute feeds several columns, scalars take the first object's, and a post-process sees each text
+// anew.
+TEST_F(Refresh, FeedsEachColumnOfItsMap) {
+    const post_process_type post_process = [](int32_t var_index) {
+        vars[var_index].str += is_cached(var_index) ? "+" : "-";
+    };
+    const attribute_map_entry map[] = {{"A", COLID_tsServerName, post_process},
+                                       {"A", COLID_tsServerPathCount, nullptr},
+                                       {"Nowhere", COLID_tsServerStatus, post_process},
+                                       {"A", COLID_productVersion, post_process},
+                                       {"B", COLID_tsServerApiIndex, nullptr}};
+    const auto merged = [&](const string& objects) {
+        EXPECT_EQ(process_table_info(COLID_tsServerNbr, "tsServer", 5, map, list_answer(objects)), 0);
+        string values = value_of(var_at(COLID_productVersion, 1)) + ":";
+        for (int32_t row = 1; row <= 3; ++row)
+            values += " " + row_of_values({COLID_tsServerNbr, COLID_tsServerName, COLID_tsServerPathCount,
+                                           COLID_tsServerStatus, COLID_tsServerApiIndex},
+                                          row);
+        return values;
+    };
+    const string first = "<tsVirtualServer><A>12</A><A>2</A><B>7</B></tsVirtualServer>";
+    const string second = "<TsServerCluster><B>-1</B><A/></TsServerCluster>";
+    const string third = "<tsPhysicalServer><A>x</A><B>4294967296</B></tsPhysicalServer>";
+    EXPECT_EQ(merged(first + second + third + "<tsOther/>"),
+              R"("x+": 1 "x+" 0 - 4294967295 2 "+" 0 - 0 3 "12+" 12 - 7)");
+    EXPECT_EQ(vars[var_at(COLID_tsServerStatus, 1)].str, "no api object-");
+    EXPECT_EQ(merged(third), R"("x+": 1 "x+" 0 - 4294967295 - - - - - - - - - -)");
 }
 
 TEST_F(Refresh, InTheBackgroundOnlyParksTheAnswer) {
