@@ -1,8 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
-#include <thread>
-#include <vector>
+#include <string>
 
 #include "apiMgmt/common/threadpool/scopedMutex.h"
 #include "apiMgmt/common/utils/generalError.h"
@@ -29,22 +28,4 @@ TEST(Locks, AGuardThatFailedReleasesNothing) {
     EXPECT_EQ(mutex.TryLock(), 0);
     EXPECT_EQ(mutex.Lock(), EDEADLK);
     EXPECT_EQ(mutex.Unlock(), 0);
-}
-
-TEST(Locks, TheGuardKeepsThreadsApart) {
-    MUTEXWrapper mutex;
-    int count = 0;
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i) {
-        threads.emplace_back([&] {
-            for (int n = 0; n < 10000; ++n) {
-                const scopedMutex guard(mutex);
-                ++count;
-            }
-        });
-    }
-    for (auto& thread : threads) {
-        thread.join();
-    }
-    EXPECT_EQ(count, 40000);
 }
