@@ -2,9 +2,8 @@
 SNMPSUBAGENT_PRESET."""
 
 import os
-import unittest
 
-from harness import mib, story, waiting
+from harness import mib, story
 
 
 def differences(expected, served):
@@ -49,25 +48,6 @@ class EveryColumn(story.SharedStory):
         # makes it start anew.
         self.manager.value(mib.scalar("productName"))
         self.assert_same(expected, self.manager.bulk_walk(mib.OLD_ENTERPRISE, "-Cr20"))
-
-    def test_the_system_group_shows_the_arrays_name_contact_and_location(self):
-        names = [mib.scalar(name) for name in ("sysContact", "sysName", "sysLocation")]
-        answer = self.manager.get(*names)
-        self.assert_same({oid: self.expected[oid] for oid in names}, answer)
-
-    def test_a_walk_without_bulk_gives_each_table_in_order(self):
-        for name in ("tsCtlr", "tsCtlrTemp", "tsEnclAlarm", "tsCache", "tsFolderUsage"):
-            with self.subTest(table=name):
-                self.assert_same(self.below(mib.table_oid(name)), self.manager.walk(mib.table_oid(name)))
-
-    def test_after_the_whole_schedule_has_run_all_is_still_the_same(self):
-        # The ring of refreshes has come round when the last scalar that it fills was filled again: a value of
-        # the array that changes and changes back marks the two moments.
-        for contact in ("first round", self.expected[mib.scalar("sysContact")][1].decode()):
-            self.array.set("Tessera", 1, "Contact", contact)
-            self.manager.wait_for_value(mib.scalar("sysContact"), contact, 180)
-        waiting.wait_until(lambda: self.manager.value(mib.oid("tsTsContact", 1)) == contact, "the table follows")
-        self.assert_same(self.below(mib.ENTERPRISE), self.manager.bulk_walk(mib.ENTERPRISE, "-Cr20"))
 
 
 if __name__ == "__main__":

@@ -3,7 +3,8 @@
 import unittest
 
 from harness import management, story, waiting
-from harness.trapStory import COLD_START, RECEIVED, TrapStory
+from harness.receiver import Receiver
+from harness.trapStory import COLD_START, MARK, RECEIVED, TrapStory
 from harness.traps import Event
 
 IDS = (5, 6, 7)
@@ -75,6 +76,23 @@ class Events(TrapStory):
         self.array.clear_faults()
         for event in kept:
             self.expect(event)
+
+    def test_nobody_listens_at_the_destination(self):
+        """What cannot be delivered is lost, and what comes later arrives."""
+        self.daemon.begin_log()
+        self.receiver.close()
+        self.tell(*[MARK] * 3, Event(IDS, 999))
+        self.daemon.wait_for_log("unknown trapNum passed fron lumivant-app: 999")
+        type(self).receiver = Receiver(self.LISTEN, self.receiver.port)
+        self.tell_and_expect(MARK)
+        self.assertTrue(self.receiver.is_empty())
+
+    def test_z_a_sender_in_the_middle_of_a_frame_does_not_hold_up_the_end(self):
+        with management.Sender() as sender:
+            sender.send(management.trap(MARK.command()), management.trap(MARK.command())[:-1])
+            self.expect(MARK)
+            self.daemon.stop()
+            sender.wait_until_dropped()
 
 
 if __name__ == "__main__":

@@ -48,18 +48,6 @@ class ReadingManagers(story.SharedStory):
         root = mib.table_oid(name) + "."
         return [self.as_form(form, oid) for oid in self.order if oid.startswith(root)]
 
-    def test_snmptable_shows_a_table_with_names(self):
-        rows = self.manager.table("tsCtlr")
-        self.assertEqual([row["index"] for row in rows], ["1", "2"])
-        for column in mib.TABLES["tsCtlr"].columns:
-            for number, row in enumerate(rows, 1):
-                binding = self.store[mib.oid(column.name, number)]
-                text = row[column.name.removeprefix("tsCtlr")]
-                if binding.type == "STRING":
-                    self.assertEqual(text.strip('"'), binding.value.decode(), column.name)
-                else:
-                    self.assertEqual(int(text.split()[0]), binding.value, column.name)  # units may follow
-
     def test_one_request_over_several_registrations(self):
         oids = [mib.scalar("sysContact"), mib.scalar("productName"), "1.3.6.1.2.1.1.3.0", mib.oid("tsDiskName", 3),
                 mib.old_form(mib.oid("tsCtlrName", 2)), mib.scalar("sysLocation"), mib.oid("tsCtlrFanStatus", 2, 1)]
@@ -69,17 +57,6 @@ class ReadingManagers(story.SharedStory):
             new_form = asked.replace(mib.OLD_ENTERPRISE, mib.ENTERPRISE)
             if new_form in self.store:
                 self.assertEqual(binding.value, self.store[new_form].value)
-
-    def test_one_getnext_over_several_registrations(self):
-        steps = [("1.3.6.1.2.1.1.4", mib.scalar("sysContact")),
-                 (mib.scalar("sysContact"), mib.scalar("sysName")),
-                 (mib.oid("tsDiskName", 1), mib.oid("tsDiskName", 2)),
-                 ("1.3.6.1.4.1.913", mib.scalar("productName")),
-                 (mib.OLD_ENTERPRISE + ".2.13.1.3", mib.old_form(mib.oid("tsCtlrStatus", 1))),
-                 ("1.3.6.1.2.1.1.5.0", mib.scalar("sysLocation"))]
-        for asking in (self.manager, self.version1):
-            answer = asking.get_next(*(begin for begin, _ in steps))
-            self.assertEqual(answer.oids(), [end for _, end in steps], asking.version)
 
     def test_one_getbulk_over_several_registrations(self):
         columns = [mib.oid("tsCtlrStatus"), mib.oid("tsDiskName"), mib.old_form(mib.oid("tsVolumeName"))]
@@ -109,25 +86,6 @@ class ReadingManagers(story.SharedStory):
                     refused = self.version1.get(*oids)
                     self.assertEqual((refused.error, refused.failed_oid), ("noSuchName", stranger))
 
-    def test_several_unknown_instances_in_one_request(self):
-        oids = [mib.oid("tsDiskName", 1990), mib.oid("tsDiskName", 1), mib.oid("tsDiskName", 1991),
-                mib.old_form(mib.oid("tsDiskName", 1992)), mib.scalar("sysName"), mib.oid("tsDiskName", 1993),
-                mib.oid("tsDiskName", 1994), mib.oid("tsDiskName", 2)]
-        answer = self.manager.get(*oids)
-        self.assertEqual([b.value is None for b in answer.bindings],
-                         [True, False, True, True, False, True, True, False])
-        refused = self.version1.get(*oids)
-        self.assertEqual(refused.error, "noSuchName")
-        self.assertIn(refused.failed_oid, [b.oid for b in answer.bindings if b.value is None])
-
-    def test_two_walks_of_everything_private_in_a_row(self):
-        for number in (1, 2):
-            with self.subTest(walk=number):
-                answer = self.manager.walk(EVERYTHING_PRIVATE)
-                self.assertEqual(answer.status, 0, answer.complaints)
-                self.assertEqual(in_store(answer.oids()), self.order)
-                self.check_old_part(answer)
-
     def test_two_bulk_walks_of_everything_private_in_a_row(self):
         for number in (1, 2):
             with self.subTest(walk=number):
@@ -141,27 +99,6 @@ class ReadingManagers(story.SharedStory):
         else's answer came between goes through the store once more, in the old form."""
         old = [oid for oid in answer.oids() if oid.startswith(mib.OLD_ENTERPRISE + ".")]
         self.assertIn(old, ([], [mib.old_form(oid) for oid in self.order]))
-
-    def test_getbulk_over_ten_columns_past_the_end_of_the_store(self):
-        reference = self.manager.walk("1.3.6.1.4").oids()
-        following = dict(zip(reference, reference[1:]))
-        table = mib.TABLES["tsAlert"]
-        last_row = max((oid for oid in self.order if oid.startswith(mib.oid(table.columns[0].name) + ".")),
-                       key=mib.arcs)
-        instance = mib.arcs(last_row)[-2:]
-        begins = [mib.oid(column.name, *instance) for column in table.columns]
-        self.assertEqual(len(begins), 10)
-        repetitions = 15
-        answer = self.manager.get_bulk(repetitions, *begins)
-        self.assertEqual(answer.status, 0, answer)
-        self.assertEqual(len(answer.bindings) % 10, 0)
-        self.assertGreaterEqual(len(answer.bindings), 10)
-        for number, current in enumerate(begins):
-            for oid in answer.oids()[number::10]:
-                if oid.startswith(mib.OLD_ENTERPRISE):
-                    break
-                self.assertEqual(oid, following[current])
-                current = oid
 
     def test_twelve_bulk_walkers_at_once(self):
         patient = manager.Manager(timeout_s=20)
@@ -183,24 +120,6 @@ class ReadingManagers(story.SharedStory):
             self.assertEqual(self.manager.finish(process).bindings, [self.store[oid]])
         for process in strangers:
             self.assertEqual(self.version1.finish(process).error, "noSuchName")
-
-    def test_names_between_the_variables_lead_to_the_next_one(self):
-        first_fan = mib.oid("tsCtlrFanStatus", 1, 1)
-        second_parent = mib.oid("tsCtlrFanName", 1, 1)
-        for begin, end in ((mib.ENTERPRISE, mib.scalar("productName")),
-                           (mib.ROOT + ".13", mib.oid("tsCtlrNbr", 1)),
-                           (mib.oid("tsCtlrNbr", 0), mib.oid("tsCtlrNbr", 1)),
-                           (mib.oid("tsCtlrNbr", 2, 5), mib.oid("tsCtlrStatus", 1)),
-                           (mib.oid("tsCtlrNbr", 2147483648), None), (mib.oid("tsCtlrNbr", 4294967295), None),
-                           (mib.oid("tsCtlrFanStatus"), first_fan),
-                           (mib.oid("tsCtlrFanStatus", 1), second_parent),
-                           (mib.oid("tsCtlrFanStatus", 1, 1, 7), None)):
-            with self.subTest(begin=begin):
-                answer = self.manager.get_next(begin).bindings[0]
-                if end is None:
-                    self.assertGreater(mib.arcs(answer.oid), mib.arcs(begin))
-                else:
-                    self.assertEqual(answer, self.store[end])
 
     def test_no_error_was_logged(self):
         waiting.wait_until(self.daemon.is_running, "the daemon runs")

@@ -2,7 +2,6 @@
 
 import re
 import subprocess
-import unittest
 
 from harness import machine, management, manager, mib, mibModule, story, waiting
 from harness.trapStory import IDS, TrapStory
@@ -58,9 +57,6 @@ class MibModule(TrapStory):
     def head(table, column):
         """-Cb takes away what the names of all columns have in common, which is the name of the table."""
         return column.name.removeprefix(table.name)
-
-    def test_units_stand_behind_values(self):
-        self.assertRegex(self.ask("snmpget", "127.0.0.1", f"{MODULE}::tsCtlrTempCurrent.1.1"), r"\d degrees Celsius$")
 
     def test_a_set_by_name_takes_its_type_from_the_module(self):
         """What administrators are told to try out, on an array whose first disk and volume have the API index 2."""

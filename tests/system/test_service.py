@@ -38,14 +38,6 @@ class Service(story.SharedStory):
         begin = self.array.exchanges()
         self.served_until(lambda: self.array.exchanges() >= begin + 5, "five slow exchanges", 90)
 
-    def test_one_set_with_many_values(self):
-        oid, begin = mib.scalar("sysContact"), self.array.exchanges("Modify", "Tessera")
-        self.array.fault("delay", "1500", "on", "Tessera")
-        answer = self.writer.set(*((oid, "s", f"contact {number}") for number in range(40)))
-        self.assertEqual(answer.status, 0, answer)
-        self.served_until(lambda: self.array.get("Tessera", 1, "Contact") == "contact 39", "the array has it", 60)
-        self.assertLessEqual(self.array.exchanges("Modify", "Tessera") - begin, 2)  # the last value is enough
-
     def test_more_requests_than_are_served(self):
         columns = [mib.oid("tsDiskName", row) for row in range(1, 101)]
         large = berWriter.message("2c", "public", berWriter.pdu(

@@ -1,11 +1,8 @@
 """SET: what reaches the array, what reads back, what is refused and with which error on which binding."""
 
-import unittest
-
 from harness import manager, mib, story, waiting
 
 SYSTEM_GROUP = (("sysContact", "Contact"), ("sysName", "Name"), ("sysLocation", "Location"))
-FORCE_TRAP_TABLES = ("tsCtlr", "tsDisk", "tsEncl", "tsDiskFolder", "tsVolume", "tsServer", "tsCache", "tsTs", "tsUPS")
 
 
 class SettingManagers(story.SharedStory):
@@ -57,14 +54,9 @@ class SettingManagers(story.SharedStory):
         good = (mib.scalar("sysContact"), "s", "good")
         for oid, kind, value, error, error_v1 in (
                 (mib.oid("tsCtlrName", 1), "s", "x", "notWritable", "noSuchName"),
-                (mib.scalar("productName"), "s", "x", "notWritable", "noSuchName"),
                 (mib.scalar("worstAlertNbr"), "u", "1", "notWritable", "noSuchName"),
                 (mib.oid("tsDiskForceTrap", 1), "s", "forcetrap", "badValue", "badValue"),
-                (mib.oid("tsDiskForceTrap", 1), "s", "ForceTrap ", "badValue", "badValue"),
-                (mib.oid("tsDiskForceTrap", 1), "s", "ForceTra", "badValue", "badValue"),
-                (mib.oid("tsDiskForceTrap", 1), "s", "", "badValue", "badValue"),
                 (mib.oid("tsDiskForceTrap", 1999), "s", "ForceTrap", "noSuchName", "noSuchName"),
-                (mib.oid("tsDiskForceTrap"), "s", "ForceTrap", "noSuchName", "noSuchName"),
                 (mib.ROOT + ".99.0", "s", "x", "noSuchName", "noSuchName")):
             for form in (str, mib.old_form):
                 for place in (0, 1):
@@ -76,22 +68,6 @@ class SettingManagers(story.SharedStory):
                         answer = self.version1.set(*assignments)
                         self.assertEqual((answer.error, answer.failed_oid), (error_v1, form(oid)), answer)
         self.assertTrue(self.daemon.is_running())
-
-    def test_every_force_trap_column_takes_its_one_word(self):
-        for name in FORCE_TRAP_TABLES:
-            oid = mib.oid(name + "ForceTrap", 1)
-            if self.manager.get(oid).bindings[0].value is None:
-                continue  # the array has no such object
-            with self.subTest(table=name):
-                self.assertEqual(self.manager.value(oid), "Empty")
-                answer = self.set_text(oid, "ForceTrap")
-                self.assertEqual(answer.status, 0, answer)
-        self.assertEqual(self.manager.value(mib.scalar("trapAlertState")), 2)
-
-    def test_who_may_only_read_cannot_set(self):
-        answer = self.set_text(mib.scalar("sysContact"), "intruder", self.manager)
-        self.assertNotEqual(answer.status, 0)
-        self.assertNotEqual(self.array.get("Tessera", 1, "Contact"), "intruder")
 
 
 if __name__ == "__main__":

@@ -1,42 +1,11 @@
-"""The daemon as a process: going into the background, its pid file, signals, its exit, its heartbeat."""
+"""The daemon as a process: going into the background, its pid file, its exit."""
 
-import contextlib
 import os
 import signal
-import socket
 
-from harness import daemon, machine, mib, story, waiting
+from harness import daemon, machine, story
 
-HEARTBEAT = ("127.0.0.1", 35003)
 SIGTERM_LINE = "(((((((((((((((((( SIGTERM ))))))))))))))))))))"
-SIGINT_LINE = "(((((((((((((((((( SIGINT ))))))))))))))))))))"
-SIGPIPE_LINE = "(((((((((((((((((( SIGPIPE ))))))))))))))))))))"
-
-
-def heartbeat(octets, close=True):
-    """Returns what comes back until the daemon closes. close: no more will come."""
-    with socket.create_connection(HEARTBEAT, timeout=60) as connection:
-        connection.sendall(octets)
-        answer = b""
-        with contextlib.suppress(OSError):  # it has closed already
-            if close:
-                connection.shutdown(socket.SHUT_WR)
-        with contextlib.suppress(ConnectionResetError):  # it has not read all that was sent
-            while chunk := connection.recv(64):
-                answer += chunk
-        return answer
-
-
-def listeners():
-    """(address, port) of every listening TCP socket, as /proc shows them."""
-    found = set()
-    for name in ("tcp", "tcp6"):
-        for line in machine.read_file(f"/proc/net/{name}").splitlines()[1:]:
-            words = line.split()
-            if words[3] == "0A":
-                address, port = words[1].split(":")
-                found.add((address, int(port, 16)))
-    return found
 
 
 class ADaemon(story.Story):
@@ -73,58 +42,6 @@ class ADaemon(story.Story):
         for name in ("snmpd", "snmpSubagent", "sh", "sleep"):
             self.assertEqual(machine.processes_named(name), [], name)
         self.assertFalse(os.path.exists(daemon.PID_FILE))
-
-    def test_sigterm_during_the_start_does_not_end_it(self):
-        machine.configure_daemon(verbose="yes")
-        self.array.fault("delay", "1500", "on", "Ping")
-        self.daemon.start(wait=False)
-        self.daemon.wait_for_log("testing apimgr...")
-        self.daemon.signal(signal.SIGTERM)
-        self.daemon.wait_until_served()
-        log = self.daemon.wait_for_log(SIGTERM_LINE) and self.daemon.log()
-        self.assertNotIn("popped out", log)
-        self.assertEqual(self.manager.value(mib.scalar("productName")), "Vorn-Lumivant Tessera")
-
-    def test_sigint_is_told_and_nothing_else(self):
-        for start in (self.daemon.start, self.daemon.start_in_foreground):
-            with self.subTest(start=start.__name__):
-                start()
-                pid = self.daemon.pid()
-                self.daemon.signal(signal.SIGINT)
-                self.daemon.wait_for_log(SIGINT_LINE)
-                self.assertEqual(self.manager.value(mib.scalar("productName")), "Vorn-Lumivant Tessera")
-                self.assertEqual(self.daemon.pid(), pid)
-                self.daemon.stop()
-
-    def test_sigpipe_is_told_once_in_a_while_and_only_when_verbose(self):
-        for verbose, lines in (("yes", 1), ("no", 0)):
-            with self.subTest(verbose=verbose):
-                machine.configure_daemon(verbose=verbose)
-                self.daemon.start()
-                for _ in range(20):
-                    self.daemon.signal(signal.SIGPIPE)
-                # A signal that is told always comes behind them in the log.
-                self.daemon.signal(signal.SIGINT)
-                self.daemon.wait_for_log(SIGINT_LINE)
-                self.assertEqual(self.manager.value(mib.scalar("productName")), "Vorn-Lumivant Tessera")
-                self.assertEqual(len(self.daemon.lines_with(SIGPIPE_LINE)), lines)
-                self.daemon.stop()
-
-    def test_the_heartbeat_echoes_four_bytes(self):
-        self.daemon.start()
-        self.assertEqual([address for address, port in listeners() if port == HEARTBEAT[1]], ["0100007F"])
-        self.assertEqual(heartbeat(b"ping"), b"ping")
-        self.assertEqual(heartbeat(b"pin", close=False), b"")  # dropped after its time limit
-
-    def test_the_heartbeat_goes_on_while_the_array_does_not_answer(self):
-        self.daemon.start()
-        self.array.fault("hang")
-        waiting.wait_until(lambda: self.array.exchanges(struck=True), "an exchange hangs", 60)
-        self.assertEqual(heartbeat(b"ping"), b"ping")
-        self.array.stop()  # which ends the exchange
-        self.array.start()
-        self.manager.wait_for_value(mib.scalar("productName"), "Vorn-Lumivant Tessera", 60)
-        self.assertTrue(self.daemon.is_running())
 
 
 if __name__ == "__main__":

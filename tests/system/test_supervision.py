@@ -82,23 +82,33 @@ class TheMasterAgent(story.Story):
         self.assertEqual(machine.processes_named("snmpd"), [self.daemon.snmpd_pid()])
         self.assertEqual(self.manager.value(mib.oid("tsCtlrName", 1)), self.name)
 
+    def change_settings_of_snmpd(self, change):
+        text = machine.read_file(machine.SNMPD_CONF)
+        self.addCleanup(machine.write_file, machine.SNMPD_CONF, text)
+        machine.write_file(machine.SNMPD_CONF, change(text))
 
-class TheEngineOfSnmpv3(story.Story):
-    """Managers know it by its name, and take a count of boots that falls back for somebody else's answer."""
+    def test_the_communities_of_the_self_test(self):
+        self.change_settings_of_snmpd(lambda text: text.replace("rocommunity public", "rocommunity secret")
+                                      .replace("rwcommunity private", "rwcommunity deeper"))
+        for ro, rw, works in (("secret", "x", True), ("**none**", "deeper", True), ("x", "deeper", False)):
+            with self.subTest(ro=ro, rw=rw):
+                machine.configure_daemon(rocommunity=ro, rwcommunity=rw)
+                self.daemon.start(wait=works)
+                if works:
+                    self.daemon.stop()
+                else:
+                    self.daemon.wait_for_log("ERROR: timed out waiting to receive snmp-GET of self-test oid.", 60)
+                    self.daemon.wait_until_ended()
 
-    FOLDER = "/var/lib/snmpsubagent"
-    NAME, BOOTS = "1.3.6.1.6.3.10.2.1.1.0", "1.3.6.1.6.3.10.2.1.2.0"
-
-    def test_it_is_the_same_after_a_restart(self):
-        self.begin()
-        self.array.start()
-        os.makedirs(self.FOLDER, 0o700, exist_ok=True)
-        self.daemon.environment = lambda: {**daemon.Daemon.environment(), "SNMP_PERSISTENT_DIR": self.FOLDER}
-        self.daemon.start()
-        name, boots = self.manager.value(self.NAME), int(self.manager.value(self.BOOTS))
-        self.daemon.stop()
-        self.daemon.start()
-        self.assertEqual((self.manager.value(self.NAME), int(self.manager.value(self.BOOTS))), (name, boots + 1))
+    def test_without_agentx_in_the_file_the_start_is_given_up(self):
+        self.change_settings_of_snmpd(lambda _: "rocommunity public\n")
+        for _ in range(daemon.START_TRIES):
+            self.daemon.start_in_foreground(wait=False)
+            self.assertEqual(self.daemon.wait_for_exit_status(120), 0)
+            if daemon.SNMPD_IS_LATE not in self.daemon.log():
+                break
+        self.assertIn("Error: timeout waiting for main_session", self.daemon.log())
+        self.assertEqual(machine.processes_named("snmpd"), [])
 
 
 if __name__ == "__main__":

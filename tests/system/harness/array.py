@@ -102,10 +102,6 @@ class Array:
         lines = [dict(zip(heads, line.split())) for line in machine.read_file(OUTPUT).splitlines()]
         return [line for line in lines if (line.get("command"), line.get("object")) == (command, kind)][-1]
 
-    def wait_until_struck(self, kind, limit_s):
-        """Waits until a fault has struck an exchange about this kind."""
-        waiting.wait_until(lambda: self.exchanges(kind=kind, struck=True), f"a fault strikes {kind}", limit_s)
-
     def dump(self):
         """All objects: {kind: [{attribute: text}]}, in the order of the array's answers."""
         self.tell("dump", DUMP)

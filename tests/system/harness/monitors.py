@@ -73,7 +73,6 @@ class Plugins:
     def __init__(self):
         text = machine.read_file(made("nagios", "tessera.cfg"))
         self.commands = dict(re.findall(r"command_name +(\w+)\n +command_line +(.*)\n", text))
-        self.check_of_host = re.search(r"define host {[^}]*check_command +(\w+)!(\w+)", text).groups()
 
     def run(self, command, instance):
         """(status, what it said)"""

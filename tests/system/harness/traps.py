@@ -1,38 +1,27 @@
-"""Which notification an event must give, worked out from the array's objects alone. Of the project's list of columns
-only names, OIDs and types are read."""
+"""Events of the array, and what a notification says."""
 
 from collections import namedtuple
 
 from . import mib
-from .ber import Notification
-from .expected import Expectation, leading_number
-from .manager import Binding
-from .trapLists import ADDRESSES, COMPONENTS, FAN_INDEX, LISTS, OBJECTS, PLAIN_TEXT, SUPPORT
+from .trapLists import COMPONENTS
 
-UPTIME, TRAP_OID, TRAP_ENTERPRISE = "1.3.6.1.2.1.1.3.0", "1.3.6.1.6.3.1.1.4.1.0", "1.3.6.1.6.3.1.1.4.3.0"
+TRAP_OID = "1.3.6.1.6.3.1.1.4.1.0"
 COLD_START = "1.3.6.1.6.3.1.1.5.1"
-COLD_START_ENTERPRISE = mib.ENTERPRISE + ".250.255"
 NOTIFICATIONS = mib.ENTERPRISE + ".251"
-
-# On the wire an enumeration is an unsigned value, which it is not in the answer to a GET.
-WIRE_TYPE = {"string": "STRING", "integer": "INTEGER", "enumeration": "Gauge32", "unsigned": "Gauge32"}
-
-LONGEST_COMMAND = 500
-LONGEST_TEXT = 255
 
 
 class Event(namedtuple("Event", "ids number a b c d text", defaults=(0, 0, 0, 0, ""))):
-    """text may hold what the daemon cuts off."""
-
-    def numbers(self):
-        return " ".join(map(str, (*self.ids, self.number, self.a, self.b, self.c, self.d))) + " "
-
     def command(self):
-        return self.numbers() + self.text
+        return " ".join(map(str, (*self.ids, self.number, self.a, self.b, self.c, self.d))) + " " + self.text
 
-    def seen_text(self):
-        """The octets of the text that the daemon looks at."""
-        return octets(self.command())[len(self.numbers()):LONGEST_COMMAND]
+    def says(self):
+        """What its notification must say; see said_by."""
+        if self.number < 200:
+            return (self.number,)
+        if self.number == 201:
+            return self.number, self.text
+        cleared = "Alert Cleared - " if self.d == 5 else ""
+        return self.number, ",".join(map(str, self.ids)), cleared + self.text.rpartition("@@@")[2]
 
 
 def arguments(objects, number, component, element):
@@ -54,230 +43,13 @@ def arguments(objects, number, component, element):
     return parent, component, int(element["Index"]) - 1 if (number, component) == (204, 1) else row(siblings)
 
 
-class Refused(Exception):
-    """The event is dropped, with this line in the daemon's log."""
-
-
-def octets(text):
-    return text.encode() if isinstance(text, str) else text
-
-
-def degraded_fan(value):
-    head = "Controller Fan is Degraded: "
-    if value("CurrentRpm") <= value("WarningLowerThreshold"):
-        return head + "Fan is too Slow:  Schedule fan replacement."
-    if value("CurrentRpm") >= value("WarningUpperThreshold"):
-        return head + "Fan is too Fast:  Schedule fan replacement."
-    return head + " Schedule fan replacement."
-
-
-def degraded_temperature(value):
-    is_high = value("CurrentTemperature") >= value("WarningUpperThreshold")
-    return "Controller Temperature is Degraded" + (": Temp is too High" if is_high else "") + SUPPORT
-
-
-class Model:
-    """own_controller: the row of the controller that the daemon is told to be on, 0 when it is not told."""
-
-    def __init__(self, objects, own_controller=1):
-        self.array = Expectation(objects)
-        self.own_controller = own_controller
-
-    def column(self, column_id, *instance):
-        return self.array.value(mib.MIB.columns[column_id].name, *instance)
-
-    def find_row(self, column_id, number, *parent):
-        row = 1
-        while self.column(column_id, *parent, row) is not None:
-            if self.column(column_id, *parent, row) == number:
-                return row
-            row += 1
-        return None
-
-    # --- the values that a notification is built from: {column id: (row, value)}
-
-    def values(self, event):
-        _, found, alert = event.seen_text().rpartition(b"@@@")
-        alert = alert if found else b""
-        values = {12: (0, ",".join(map(str, event.ids))), 13: (0, self.column(13, 0)), 14: (0, self.column(14, 0)),
-                  15: (0, event.seen_text()[:LONGEST_TEXT]), 172: (0, "no action needed"),
-                  175: (0, 1 if event.d == 5 else 2),
-                  173: (0, (b"Alert Cleared - " if event.d == 5 else b"") + alert)}
-        self.take_row(values, ADDRESSES, 1)
-        if event.number in OBJECTS:
-            self.add_object(values, event)
-        elif event.number in (204, 206):
-            self.add_component(values, event)
-        elif event.number == 213:
-            self.add_initiator_device(values, event)
-        return values
-
-    def take_row(self, values, columns, row):
-        values.update({column: (row, self.column(column, row)) for column in columns})
-
-    def row_of(self, event):
-        trap = OBJECTS[event.number]
-        if event.number == 203:
-            indexes = [leading_number(each["Index"], "integer") for each in self.array.elements("tsController")]
-            return indexes.index(event.a) + 1
-        if trap.index is None:
-            return 1 if event.number == 211 else event.a
-        row = self.find_row(trap.index, event.a)
-        if row is None:
-            what = {202: "disk", 205: "encl", 207: "diskfolder", 208: "volume", 209: "server", 212: "ups"}
-            raise Refused(f"could not find {what[event.number]} index: trapArgA {event.a}")
-        return row
-
-    def add_object(self, values, event):
-        trap, row = OBJECTS[event.number], self.row_of(event)
-        self.take_row(values, trap.columns, row)
-        if self.column(trap.status, row) != 1:
-            values[172] = (0, trap.advice)
-            if event.number == 212:
-                values[175] = (0, 2)
-        if event.number == 202:
-            self.add_enclosure_of_disk(values, row)
-
-    def add_enclosure_of_disk(self, values, disk_row, *more_columns):
-        number, found, slot = self.column(29, disk_row).decode().partition("-")
-        if not found or not slot:
-            values[39] = (1, "Unknown")
-            values.update({column: (1, 0) for column in more_columns})
-            return
-        row = self.find_row(46, leading_number(number, "integer"))
-        if row is None:
-            raise Refused(f"could not find encl index: enclNum {number}")
-        self.take_row(values, (39, *more_columns), row)
-
-    def add_initiator_device(self, values, event):
-        values.update({165: (0, event.b), 166: (0, event.c)})
-        if event.a == 0:
-            values.update({27: (1, 0), 29: (1, "Unknown"), 37: (1, 0), 39: (1, "Unknown")})
-            return
-        self.take_row(values, (27, 29), event.a)
-        self.add_enclosure_of_disk(values, event.a, 37)
-
-    def place_of_component(self, event):
-        """(row of the parent, row) of the component that an event names."""
-        if event.number == 204:
-            parent = event.a
-        else:
-            parent = self.find_row(46, event.a)
-            if parent is None:
-                raise Refused(f"could not find encl index: trapArgA {event.a}")
-        if (event.number, event.b) != (204, 1):
-            return parent, event.c
-        row = self.find_row(FAN_INDEX, event.c + 1, parent)
-        if row is None:
-            raise Refused(f"could not find fan component index: trapArgC {event.c}")
-        return parent, row
-
-    def add_component(self, values, event):
-        component = COMPONENTS[event.number, event.b]
-        parent, row = self.place_of_component(event)
-        self.take_row(values, (16, 18) if event.number == 204 else (37, 39), parent)
-        status, name = self.column(component.status, parent, row), self.column(component.name, parent, row)
-        element = self.element(component.kind, parent, row)
-        values.update({170: (0, event.b), 168: (0, name), 167: (0, status), 169: (0, name),
-                       171: (0, element["Status"])})
-        if status != 1:
-            values[172] = (0, self.advice(event, component, status, element))
-
-    def element(self, kind, parent, row):
-        table = next(each.table for each in mib.MIB.refreshes if each.object_name == kind)
-        return dict(self.array.groups(table, self.array.elements(kind)))[(parent,)][row - 1]
-
-    @staticmethod
-    def advice(event, component, status, element):
-        def number(attribute):
-            return leading_number(element[attribute], "unsigned")
-
-        if status == 3 and (event.number, event.b) == (204, 1):
-            return degraded_fan(number)
-        if status == 3 and (event.number, event.b) == (204, 3):
-            return degraded_temperature(number)
-        if status == 3 and (event.number, event.b) == (204, 4):
-            return degraded_voltage(element)
-        return component.advice.get(None) or component.advice.get(status, "no action needed")
-
-    # --- the notification
-
-    def list_of(self, event):
-        values = self.values(event)
-        found = []
-        for column_id in LISTS[event.number] + ADDRESSES:
-            column, (row, value) = mib.MIB.columns[column_id], values[column_id]
-            kind = WIRE_TYPE[column.type]
-            value = octets(value) if kind == "STRING" else value & 0xFFFFFFFF if kind == "Gauge32" else value
-            found.append(Binding(".".join(map(str, column.oid + (row,))), kind, value))
-        return found
-
-    def identity(self, number):
-        return Binding(TRAP_OID, "OID", f"{NOTIFICATIONS}.0.{number}")
-
-    def notification(self, event, version, community):
-        """version: as in the daemon's configuration. Times are None: they are not the array's."""
-        if event.number == 0:
-            own = [Binding(TRAP_OID, "OID", COLD_START), Binding(TRAP_ENTERPRISE, "OID", COLD_START_ENTERPRISE)]
-        elif event.number in PLAIN_TEXT:
-            own, text = [self.identity(event.number)], event.seen_text()[:LONGEST_TEXT]
-            if text.startswith(b" @@@") and len(text) > 4:
-                own.append(Binding(NOTIFICATIONS, "STRING", text[4:]))
-        else:
-            own = ([] if version == 1 else [self.identity(event.number)]) + self.list_of(event)
-        if version == 1:
-            return Notification("1", community, "trap", None, NOTIFICATIONS, self.agent_address(),
-                                0 if event.number == 0 else 6, event.number, None, own)
-        return Notification("2c", community, "trap2" if version == 2 else "inform", None, None, None, None, None, None,
-                            [Binding(UPTIME, "Timeticks", None), *own])
-
-    def agent_address(self):
-        """The address in a version 1 trap; None when the array has none at all, and nothing is sent."""
-        first = self.column(139, 1)
-        own_row = self.column(19, self.own_controller or 1)
-        for is_there, address in ((not self.array.is_no_address(first.decode()), first.decode()),
-                                  (self.column(143, 1) != 0, "0.0.0.0"),
-                                  (not self.array.is_no_address(own_row.decode()), own_row.decode()),
-                                  (self.column(25, 1) != 0, "0.0.0.0")):
-            if is_there:
-                return address
-        return None
-
-
-def degraded_voltage(element):
-    numbers = [leading_real(element[name]) for name in ("CurrentVoltage", "WarningLowerThreshold",
-                                                        "WarningUpperThreshold")]
-    head = "Controller Voltage is Degraded"
-    if None in numbers:
-        return head + SUPPORT
-    current, low, high = numbers
-    if current <= low:
-        return head + ": Voltage is too Low" + SUPPORT
-    return head + (": Voltage is too High" if current >= high else "") + SUPPORT
-
-
-def leading_real(text):
-    """The decimal number that a text starts with, None when there is none."""
-    for end in range(len(text), 0, -1):
-        try:
-            return float(text[:end])
-        except ValueError:
-            pass
-    return None
-
-
-def differences(wanted, got, uptimes):
-    """A line for each thing that differs. uptimes: the machine's in hundredths, before and after."""
-    time = got.time if got.version == "1" else got.bindings[0].value
-    lines = [] if uptimes[0] <= time <= uptimes[1] else [f"time {time} is not within {uptimes}"]
-    for name in wanted._fields[:-1]:
-        if getattr(wanted, name) != getattr(got, name) and name not in ("time", "request_id"):
-            lines.append(f"{name}: wanted {getattr(wanted, name)}, got {getattr(got, name)}")
-    pairs = list(zip(wanted.bindings, got.bindings))
-    lines += [f"binding {place}: wanted {one}, got {other}" for place, (one, other) in enumerate(pairs, 1)
-              if one != (other if one.oid != UPTIME else other._replace(value=None))]
-    for one in wanted.bindings[len(pairs):]:
-        lines.append(f"missing: {one}")
-    for other in got.bindings[len(pairs):]:
-        lines.append(f"too much: {other}")
-    return lines
+def said_by(notification):
+    """Its number; with that the event's ids and the text, as far as it has them."""
+    found = {each.oid: each.value for each in notification.bindings}
+    identity = found.get(TRAP_OID, f"{NOTIFICATIONS}.0.{notification.specific}")
+    number = 0 if identity == COLD_START else int(identity.rpartition(".")[2])
+    if number < 200:
+        return (number,)
+    if number == 201:
+        return number, found[mib.scalar("trapMiscAlertText")].decode()
+    return number, found[mib.scalar("trapEventId")].decode(), found.get(mib.scalar("trapAlertText"), b"").decode()

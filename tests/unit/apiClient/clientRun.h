@@ -4,12 +4,13 @@
 #include <string>
 #include <vector>
 
+#include "tests/unit/words.h"
 #include "tools/apiClient/program.h"
 
 /** One run of the program with all that came of it. */
 struct ClientRun {
-    explicit ClientRun(std::vector<std::string> words) {
-        words.insert(words.begin(), "apiClient");
+    explicit ClientRun(const std::string& line) {
+        const std::vector<std::string> words = Words("apiClient " + line);
         std::vector<const char*> argv;
         for (const std::string& word : words) {
             argv.push_back(word.c_str());

@@ -1,7 +1,5 @@
 #include <gmock/gmock.h>
 
-#include <memory>
-
 #include "apiMgmt/apiStub/base/apiAttributes/apiAttributes.h"
 
 namespace {
@@ -102,20 +100,6 @@ TEST(AttributeFilter, AddressesAreTextsWithoutAnOrder) {
                                {"a-b", "a&hy&b", ""},
                                {"10.0.0.1", "10.0.0.2", ""},
                                {"", "10.0.0.2", ""}});
-}
-
-TEST(AttributeFilter, SomeKindsNeverPass) {
-    const std::shared_ptr<BASEApiAttribute> kinds[] = {
-        std::make_shared<ENUMMASKApiAttribute>("ENUMMASK", 20, false, ""),
-        std::make_shared<GETLISTFILTERApiAttribute>("GETLISTFILTER", 20, false, ""),
-        std::make_shared<INTARRAYApiAttribute>("INTARRAY", 20, false, -1, -1, ""),
-        std::make_shared<METHODOBJECTApiAttribute>("METHODOBJECT", 20, false, ""),
-        std::make_shared<METHODOBJECTARRAYApiAttribute>("METHODOBJECTARRAY", 20, false, ""),
-        std::make_shared<OBJECTApiAttribute>("OBJECT", 20, false, ""),
-        std::make_shared<OBJECTARRAYApiAttribute>("OBJECTARRAY", 20, false, ""),
-        std::make_shared<STRINGARRAYApiAttribute>("STRINGARRAY", 20, false, "")};
-    for (const auto& attribute : kinds)
-        ExpectAll(*attribute, {{"5", "5", ""}, {"and X = 1-", "and X = 1-", ""}});
 }
 
 }  // namespace

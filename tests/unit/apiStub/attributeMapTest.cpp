@@ -43,6 +43,10 @@ TEST(AttributeMap, DoesWhatAnOrderedMapDoes) {
             model.erase(other);
             ASSERT_FALSE(map.Contains(other));
         }
+        if (pick(1000) == 0) {
+            map.Clear();
+            model.clear();
+        }
         if (step % 500 == 0) {
             ASSERT_EQ(ContentOf(map), model);
             const ATTRIBUTEMap copy = map;

@@ -48,14 +48,9 @@ std::string Describe(const Return& answer) {
 }
 
 TEST(Decode, RefusesAForeignEnvelope) {
-    const std::string no_response =
-        "4|Invalid content in response message|Invalid content in response message|Message type invalid or "
-        "missing "
-        "from response";
-    const std::string no_command =
-        "4|Invalid content in response message|Invalid content in response message|Command type invalid or "
-        "missing "
-        "from response";
+    const std::string begin = "4|Invalid content in response message|Invalid content in response message|";
+    const std::string no_response = begin + "Message type invalid or missing from response";
+    const std::string no_command = begin + "Command type invalid or missing from response";
     const auto describe = [](const protoIPCMsg::GPBIPCMsg& response) {
         return Describe(Return(sample::DiskGetList().DecodeResponse(response)));
     };
@@ -125,17 +120,8 @@ TEST(Decode, ReadsTheStatus) {
         describe("<Error>a &lt; b</Error><LocalizedError>l</LocalizedError><ErrorDetail>d</ErrorDetail>"),
         "1|a < b|l|d");
 
-    const std::pair<const char*, int> codes[] = {{"", 1},
-                                                 {"4", 4},
-                                                 {"parsingerror", 4},
-                                                 {"ParsingError", 4},
-                                                 {"4.0", 4},
-                                                 {" 25 ", 25},
-                                                 {"Nonsense", 999},
-                                                 {"16", 999},
-                                                 {"-4", 999},
-                                                 {"99999999999999999999", 999},
-                                                 {" None", 999},
+    const std::pair<const char*, int> codes[] = {{"", 1},           {"parsingerror", 4}, {" 25 ", 25},
+                                                 {"Nonsense", 999}, {"-4", 999},         {" None", 999},
                                                  {"46", 46}};
     for (const auto& [code, state] : codes)
         EXPECT_EQ(describe("<ErrorCode>" + std::string(code) + "</ErrorCode><Error>e</Error>"),
@@ -218,20 +204,6 @@ TEST(Decode, ReadsObjects) {
     EXPECT_EQ(one->GetObject()->GetAttribute("Index"), "1");
     EXPECT_EQ(As<COMPObjectMethodReturn>(DecodeResult("<ReturnObject>text</ReturnObject>"))->GetObject(),
               nullptr);
-}
-
-TEST(Decode, ReadsMethodObjectsAsTheyStand) {
-    const std::string filter =
-        "<HistoricalFilter><FilterTime>&amp;lt;</FilterTime><Undescribed>u</Undescribed></HistoricalFilter>";
-    const auto list = As<METHODObjectMethodReturn>(DecodeResult(
-        "<ReturnMethodObjectArray>" + filter + "<Unknown/>" + filter + "</ReturnMethodObjectArray>"));
-    ASSERT_EQ(list->objects.size(), 2u);
-    EXPECT_EQ(list->objects[0]->GetAttribute("FilterTime"), "&lt;");
-    EXPECT_EQ(list->objects[0]->GetAttribute("Undescribed"), "u");
-    const auto one = As<METHODObjectMethodReturn>(
-        DecodeResult("<ReturnMethodObject><Unknown/>" + filter + filter + "</ReturnMethodObject>"));
-    EXPECT_EQ(one->objects.size(), 1u);
-    EXPECT_FALSE(one->isArray);
 }
 
 TEST(Decode, ReadsWhatAReturnWrites) {

@@ -71,17 +71,4 @@ TEST(Exchange, AForeignAnswerIsAReturn) {
     EXPECT_EQ(answer->GetErrorDetail(), "Message type invalid or missing from response");
 }
 
-TEST(Exchange, FailuresOfTheChannelPassThrough) {
-    const sample::DiskGetList method;
-    EXPECT_THROW(method.ExecuteWithSession("KEY", nullptr, ""), WireLinkError);  // nobody listens
-    FakeApiMgr manager(Endpoint(), 1, [](const GPBIPCMsg&, GPBIPCMsg&) { return false; });
-    EXPECT_THROW(method.ExecuteWithSession("KEY", nullptr, ""), WireLinkError);  // closes instead
-}
-
-TEST(Exchange, NothingIsSentWithoutASession) {
-    // Nobody listens: a connection would throw something else.
-    EXPECT_THROW(sample::DiskGetList().ExecuteWithSession("", nullptr, ""), APIMethodError);
-    EXPECT_THROW(sample::DiskGetList().Execute(nullptr, nullptr), APIMethodError);
-}
-
 }  // namespace

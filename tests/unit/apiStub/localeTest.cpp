@@ -6,16 +6,16 @@
 #include "apiMgmt/apiStub/base/apiAttributes/datetimeValue.h"
 #include "apiMgmt/apiStub/base/apiAttributes/sizeValue.h"
 #include "apiMgmt/common/utils/stringUtil.h"
-#include "tests/unit/common/tempFolder.h"
+#include "tests/unit/layers/temporaryFolder.h"
 
 namespace {
 
 // A program with a locale in which a comma is the decimal sign and no hour is AM or PM.
 TEST(Locale, OfTheProgramDoesNotReachWhatTheArrayWrites) {
-    const TempFolder folder;
+    const TemporaryFolder folder;
     const std::string name = "de_DE.UTF-8";
-    ASSERT_EQ(system(("localedef -i de_DE -f UTF-8 " + folder.path(name)).c_str()), 0);
-    ASSERT_EQ(setenv("LOCPATH", folder.path("").c_str(), 1), 0);
+    ASSERT_EQ(system(("localedef -i de_DE -f UTF-8 " + folder.Path(name)).c_str()), 0);
+    ASSERT_EQ(setenv("LOCPATH", folder.Path("").c_str(), 1), 0);
     ASSERT_NE(setlocale(LC_ALL, name.c_str()), nullptr);
     ASSERT_STREQ(localeconv()->decimal_point, ",");
 

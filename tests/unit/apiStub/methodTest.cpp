@@ -35,27 +35,10 @@ TEST(Method, NamesTheFirstMissingArgument) {
 
     // Filters may be absent.
     EXPECT_EQ(MissingIn(sample::DiskGetList()), "nothing");
-    EXPECT_EQ(MissingIn(sample::DiskGetHistory(Arguments{{"InstanceId", "1"}})), "nothing");
-    EXPECT_EQ(MissingIn(sample::DiskGetHistory()), "25 10009 Required attribute InstanceId not set");
 
     EXPECT_EQ(MissingIn(sample::DiskEnclosure()),
               "25 10009 InstanceID not specified for association [TsDisk::Enclosure]");
     EXPECT_EQ(MissingIn(sample::DiskEnclosure("64702.1")), "nothing");
-
-    try {
-        sample::DiskModify().CheckRequiredAttributes();
-    } catch (const APIMethodError& error) {
-        EXPECT_EQ(error.GetSourceFile(), "sample/disk");
-        EXPECT_EQ(error.GetSourceLine(), 7u);
-        EXPECT_THAT(error.GetParameters(), testing::IsEmpty());
-    }
-}
-
-TEST(Method, KnowsWhatIsAFilter) {
-    for (const char* name : {"Filter", "HistoricalFilter", "FILTERs", "xfilterx"})
-        EXPECT_TRUE(BASEApiMethod::IsFilterAttribute(name)) << name;
-    for (const char* name : {"", "Filte", "InstanceId"})
-        EXPECT_FALSE(BASEApiMethod::IsFilterAttribute(name)) << name;
 }
 
 TEST(Method, ValidatesWhatIsDescribedInTheOrderOfTheNames) {
@@ -76,59 +59,6 @@ TEST(Method, ValidatesWhatIsDescribedInTheOrderOfTheNames) {
     EXPECT_THROW(method.ValidateAttributes(), APIMethodError);
     EXPECT_EQ(method.state_checks, 1);
     EXPECT_EQ(method.GetAttribute("Name"), "");
-}
-
-TEST(Method, FindsItsDescriptors) {
-    const sample::DiskModify method(Arguments{{"Index", ""}});
-    EXPECT_EQ(method.FindAttribute("Name"), &sample::Disk::NameAttribute());
-    EXPECT_EQ(method.FindAttribute("name"), nullptr);
-    EXPECT_TRUE(method.HasAttribute(&sample::Disk::IndexAttribute()));
-    EXPECT_FALSE(method.HasAttribute(&sample::Disk::NameAttribute()));
-    EXPECT_FALSE(method.HasAttribute(static_cast<const BASEApiAttribute*>(nullptr)));
-}
-
-TEST(Method, AnAssociationCarriesAnInstance) {
-    sample::DiskEnclosure enclosure("64702.1");
-    EXPECT_EQ(
-        enclosure.GenerateXml(false, true),
-        "<ApiMethod><CommandType>Association</CommandType><Object>TsDisk</Object><Command>Enclosure</Command>"
-        "<Async>false</Async><ObjectEncodeType>xml</ObjectEncodeType>"
-        "<Attributes><InstanceId>64702.1</InstanceId></Attributes></ApiMethod>");
-    EXPECT_EQ(enclosure.GetInstanceId(), "64702.1");
-    EXPECT_FALSE(enclosure.ChangesState());
-    EXPECT_EQ(sample::DiskEnclosure(Arguments{{"InstanceId", "7"}}).GetInstanceId(), "7");
-    ASSERT_EQ(enclosure.GetAttributeList().size(), 1u);
-    EXPECT_EQ(enclosure.GetAttributeList()[0]->GetLabel(), "");
-}
-
-TEST(Method, WritesAttributesInByteOrderAndValuesAsTheyStand) {
-    const std::string head =
-        "<ApiMethod><CommandType>Method</CommandType><Object>TsDisk</Object><Command>Modify</Command>"
-        "<Async>false</Async><ObjectEncodeType>xml</ObjectEncodeType>";
-    sample::DiskModify method(Arguments{{"", "no name"}, {"b", ""}, {"Ab", "<x>&</x>"}, {"A", "1"}});
-    method.SetAttribute("", "no name either");
-    method.SetAttribute("\xc3\x84", "2");  // bytes above 127 come last
-    method.SetAttribute("A", "3 > 2");
-    EXPECT_EQ(method.GenerateXml(false, true),
-              head + "<Attributes><A>3 > 2</A><Ab><x>&</x></Ab><b></b><\xc3\x84>2</\xc3\x84></Attributes></ApiMethod>");
-    EXPECT_FALSE(method.HasAttribute(""));
-    EXPECT_THAT(method.GenerateXml(true, false),
-                testing::HasSubstr("<Async>true</Async><ObjectEncodeType>csv</ObjectEncodeType>"));
-
-    // A map that holds nothing but an empty name is an empty one: no element at all.
-    EXPECT_EQ(sample::DiskModify(Arguments{{"", "x"}}).GenerateXml(false, true), head + "</ApiMethod>");
-}
-
-TEST(Method, ReadsLiteObjAsABool) {
-    sample::DiskGetList method;
-    EXPECT_FALSE(method.IsLiteObj());
-    for (const auto& [text, lite] : std::map<std::string, bool>{
-             {"", false}, {"0", false}, {"2", false}, {"yes", false}, {"1", true}, {"tRUE", true}}) {
-        method.SetAttribute("LiteObj", text);
-        EXPECT_EQ(method.IsLiteObj(), lite) << text;
-    }
-    method.SetLiteObj();
-    EXPECT_EQ(method.GetAttribute("LiteObj"), "1");
 }
 
 TEST(Method, AListTakesAFilter) {

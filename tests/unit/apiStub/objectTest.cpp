@@ -8,35 +8,6 @@
 
 namespace {
 
-using testing::ElementsAre;
-
-std::vector<std::string> NamesOf(const ATTRIBUTEList& list) {
-    std::vector<std::string> names;
-    for (const BASEApiAttribute* attribute : list)
-        names.push_back(attribute->GetXmlName());
-    return names;
-}
-
-TEST(Object, OwnDescriptorsComeBeforeThoseOfTheBase) {
-    const sample::Disk disk;
-    disk.InitMetaData();
-    EXPECT_THAT(NamesOf(disk.GetAttributeList()),
-                ElementsAre("Index", "Name", "Status", "ChildStatus", "StatusMessage", "TsName",
-                            "TsSerialNumber", "InstanceId", "InstanceName", "ObjectType"));
-    EXPECT_EQ(&disk.GetAttributeList(), &sample::Disk().GetAttributeList());
-    EXPECT_THAT(
-        NamesOf(APIApiMethodReturn().GetAttributeList()),
-        ElementsAre("Error", "ErrorCode", "ErrorDetail", "Locale", "LocalizedError", "ReturnObjectEncode",
-                    "Successful", "WarningList", "InstanceId", "InstanceName", "ObjectType"));
-}
-
-TEST(Object, ANewOneKnowsItsTypeAndIsUp) {
-    const sample::Disk disk;
-    EXPECT_EQ(
-        disk.ToXml(),
-        "<TsDisk><Status>Up</Status><ChildStatus>Up</ChildStatus><ObjectType>TsDisk</ObjectType></TsDisk>");
-}
-
 TEST(Object, SetAttributeIgnoresWhatItShould) {
     sample::Disk disk;
     disk.SetAttribute("", "x");
@@ -119,74 +90,12 @@ TEST(Object, ComesBackFromXml) {
     EXPECT_EQ(copy->GetAttribute("StatusMessage"), "two\nlines");
 }
 
-/** As a client reads the CSV form. */
-std::vector<std::map<std::string, std::string>> ReadCsv(const std::string& csv) {
-    const auto between = [&](const std::string& from, const std::string& to) {
-        const size_t start = csv.find(from) + from.size();
-        return csv.substr(start, csv.find(to) - start);
-    };
-    std::vector<std::string> names;
-    Split(between("<Header>", "</Header>"), ",", names);
-    std::vector<std::string> rows;
-    SplitChar(between("<Data>", "</Data>"), ':', rows);
-    std::vector<std::map<std::string, std::string>> objects;
-    for (const std::string& row : rows) {
-        std::vector<std::string> fields;
-        Split(row, ",", fields);
-        EXPECT_EQ(fields.size(), names.size());
-        auto& object = objects.emplace_back();
-        for (size_t i = 0; i < fields.size(); ++i) {
-            ReplaceAll(fields[i], "--cl--", ":");
-            ReplaceAll(fields[i], "--nl--", "\n");
-            ReplaceAll(fields[i], "--cm--", ",");
-            object[names.at(i)] = UnescapeXml(fields[i], false);
-        }
-    }
-    return objects;
-}
-
-TEST(Object, ComesBackFromCsv) {
-    COMPObjectMethodReturn answer(true);
-    auto* first = new sample::Disk;
-    first->SetName("<a>: \"b\", c");
-    auto* second = new sample::Disk;
-    second->SetIndex(2);
-    second->SetStatusMessage("a & b");
-    answer.AssignObjects({first, second});
-    const auto objects = ReadCsv(answer.ReturnXml(object_encoding::kCsv));
-    ASSERT_EQ(objects.size(), 2u);
-    EXPECT_EQ(objects[0].at("Name"), first->GetName());
-    EXPECT_EQ(objects[0].at("Index"), "");
-    EXPECT_EQ(objects[1].at("Index"), "2");
-    EXPECT_EQ(objects[1].at("StatusMessage"), "a & b");
-    EXPECT_EQ(objects[1].at("Status"), "Up");
-}
-
 TEST(Object, CallsAreLookedUpByName) {
     const sample::Disk disk;
     EXPECT_TRUE(disk.IsMethodChangingState("TsDisk", "Modify"));
     EXPECT_FALSE(disk.IsMethodChangingState("TsDisk", "GetList"));
     EXPECT_FALSE(disk.IsMethodChangingState("TsDisk", "NoSuchCommand"));
     EXPECT_FALSE(disk.IsMethodChangingState("", ""));
-}
-
-BASEApiObject* NoDisk() {
-    return nullptr;
-}
-
-TEST(Factory, KeepsTheLastCreatorOfAName) {
-    auto& factory = APIObjectFactory<BASEApiObject>::Instance();
-    ASSERT_EQ(&factory, &APIObjectFactory<BASEApiObject>::Instance());
-    EXPECT_TRUE(factory.Create("TsDisk"));
-    EXPECT_FALSE(factory.Create("tsDisk"));
-    EXPECT_FALSE(factory.Create(""));
-    EXPECT_EQ(factory.Create("ApiMethodReturn")->GetObjectName(), "ApiMethodReturn");
-    factory.Register("TsDisk", NoDisk);
-    EXPECT_FALSE(factory.Create("TsDisk"));
-    factory.Register("TsDisk", nullptr);
-    EXPECT_FALSE(factory.Create("TsDisk"));
-    REGISTERClass<BASEApiObject, sample::Disk> again("TsDisk");
-    EXPECT_EQ(factory.Create("TsDisk")->GetObjectName(), "TsDisk");
 }
 
 // ---- Method objects ----

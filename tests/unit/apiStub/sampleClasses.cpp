@@ -59,16 +59,6 @@ const METHODDescription& DiskModify::Description() {
     return description;
 }
 
-const METHODDescription& DiskGetHistory::Description() {
-    static const METHODDescription description{.objectName = Disk::ObjectName(),
-                                               .commandName = "GetHistory",
-                                               .changesState = false,
-                                               .privilege = USER_PRIVILEGE_REPORTER,
-                                               .required = {"HistoricalFilter", "InstanceId"},
-                                               .attributes = {}};
-    return description;
-}
-
 const std::string& DiskEnclosure::GetCommandName() const {
     static const std::string name = "Enclosure";
     return name;

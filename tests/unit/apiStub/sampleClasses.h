@@ -57,12 +57,6 @@ class DiskModify : public DESCRIBEDApiMethod<BASEApiMethod, DiskModify> {
     mutable int state_checks = 0;
 };
 
-class DiskGetHistory : public DESCRIBEDApiMethod<BASEApiMethod, DiskGetHistory> {
-  public:
-    using DESCRIBEDApiMethod::DESCRIBEDApiMethod;
-    static const METHODDescription& Description();
-};
-
 class DiskEnclosure : public BASEApiAssociation {
   public:
     DiskEnclosure() = default;

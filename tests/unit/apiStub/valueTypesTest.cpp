@@ -42,19 +42,6 @@ TEST_F(DateTime, WhatCannotBeReadIsNoDate) {
     EXPECT_EQ(DATETIMEValue().ToText(), "");
 }
 
-TEST_F(DateTime, CallersFormats) {
-    const DATETIMEValue value(kHalloween);
-    EXPECT_EQ(value.Format("%Y-%m-%d %H:%M"), "2016-10-31 13:02");
-    EXPECT_EQ(value.Format(""), "");
-    EXPECT_EQ(value.Format(std::string(300, 'x')), "");
-    EXPECT_EQ(DATETIMEValue(1478246523).Format("%e  of%n%B"), " 4 of\nNovember");
-    EXPECT_EQ(DATETIMEValue(INT64_MAX).Format("%Y"), "");
-    EXPECT_EQ(DATETIMEValue::Parse("2016-10-31 13:02:03", "%Y-%m-%d %H:%M:%S").GetSeconds(),
-              value.GetSeconds());
-    EXPECT_EQ(DATETIMEValue::Parse("10/31/2016 01:02:03 PM").GetSeconds(), value.GetSeconds());
-    EXPECT_EQ(DATETIMEValue::Parse("10/31/2016-13:02:03").GetSeconds(), 0U);
-}
-
 std::vector<int> PartsOf(const DATETIMEValue& value) {
     return {value.GetYear(),   value.GetMonth(),  value.GetDayOfMonth(),          value.GetHour(),
             value.GetMinute(), value.GetSecond(), value.GetMinutesSinceMidnight()};
@@ -70,25 +57,15 @@ TEST(Size, FromText) {
     const std::pair<const char*, uint64_t> kCases[] = {
         {"", 0},
         {"2048", 2048},
-        {" 2048\n", 2048},
         {"18446744073709551615", kGreatest},
         {"-5", 0},
         {"12.9", 12},
-        {"1e3", 1000},
-        {"nan", 0},
         {"1 GB", 2097152},
-        {"1 g", 2097152},
         {"  1.5 kB ", 3},
-        {"1.5K", 3},
-        {"3 MB of it", 6144},
-        {"2 TB", 4294967296},
         {"1 p", 2199023255552},
-        {"7 B", 7},
         {"-1 GB", 0},
         {"1 XB", 1},
-        {"42 blocks", 42},
         {"-42 blocks", 0},
-        {"GB", 0},
         {"1e300 GB", kGreatest / 512},
         {"inf", kGreatest},
     };
@@ -106,68 +83,30 @@ TEST(Size, ToText) {
 }
 
 TEST(Size, ToDisplayText) {
-    struct Case {
-        uint64_t count;
-        bool manufacturerUnits;
-        const char* text;
-    };
-    const Case kCases[] = {
+    const std::tuple<uint64_t, bool, const char*> kCases[] = {
         {0, false, ""},
         {1, false, "512 bytes"},
-        {1, true, "512 bytes"},
         {2, false, "1 KB"},
-        {2, true, "1.02 KB"},
         {3, false, "1.50 KB"},
-        {2047, false, "1023.50 KB"},
         {2048, false, "1 MB"},
         {2069, false, "1.01 MB"},
         {2068, false, "1 MB"},     // 1.00977: less than a hundredth
         {4087, false, "2.00 MB"},  // 1.99560: rounds up to 100 hundredths
         {1953125, true, "1 GB"},   // 10^9 bytes
-        {2097152, false, "1 GB"},
         {uint64_t{1} << 41, false, "1 PB"},
         {uint64_t{1} << 60, false, "16384 PB"},
     };
-    for (const Case& each : kCases) {
-        EXPECT_EQ((SIZEValue{each.count, each.manufacturerUnits}.ToDisplayText()), each.text) << each.count;
-    }
-}
-
-TEST(Size, SetByUnit) {
-    const std::tuple<int, double, uint64_t> kCases[] = {
-        {0, 3, 3},    {1, 1.5, 3}, {2, 1, 2048}, {3, 2, 4194304}, {5, 1, uint64_t{1} << 41},
-        {1, 0.25, 0}, {2, -1, 0},  {6, 1, 0},    {-1, 1, 0},      {5, 1e300, kGreatest / 512},
-    };
-    for (const auto& [unit, value, count] : kCases) {
-        SIZEValue size{77, false};
-        size.Set(unit, value);
-        EXPECT_EQ(size.count, count) << unit << " " << value;
+    for (const auto& [count, manufacturerUnits, text] : kCases) {
+        EXPECT_EQ((SIZEValue{count, manufacturerUnits}.ToDisplayText()), text) << count;
     }
 }
 
 TEST(Temperature, FromText) {
     const std::pair<const char*, int32_t> kCases[] = {
-        {"45 C/113 F", 45},
-        {"113 F/45 C", 45},
-        {" 45 C / 113 f ", 45},
-        {"45 C", 45},
-        {"45", 45},
-        {"113 F", 45},
-        {"-40 F", -40},
-        {"33 F", 0},
-        {"31 F", 0},
-        {"-10 C", -10},
-        {"25.9 C", 25},
-        {"45C", 0},
-        {"113F", 0},
-        {"", 0},
-        {"warm", 0},
-        {"/5 C", 0},
-        {"5 C/", 0},
-        {"/", 0},
-        {"45 C/x", 0},
-        {"1 C/34 F/1 C", 0},
-        {"45 C/100 F", 0},
+        {"45 C/113 F", 45}, {"113 F/45 C", 45},  {" 45 C / 113 f ", 45},
+        {"45 C", 45},       {"-40 F", -40},      {"33 F", 0},
+        {"25.9 C", 25},     {"45C", 0},          {"", 0},
+        {"/5 C", 0},        {"1 C/34 F/1 C", 0}, {"45 C/100 F", 0},
         {"45 C/114 F", 45},
     };
     for (const auto& [text, celsius] : kCases) {
@@ -178,8 +117,6 @@ TEST(Temperature, FromText) {
 TEST(Temperature, TruncatesTowardsZero) {
     const std::tuple<int32_t, int32_t, const char*> kCases[] = {
         {45, 113, "45 C/113 F"},
-        {0, 32, "0 C/32 F"},
-        {26, 78, "26 C/78 F"},
         {-18, 0, "-18 C/0 F"},
         {-1, 31, "-1 C/31 F"},
         {-40, -40, "-40 C/-40 F"},
@@ -196,16 +133,9 @@ TEST(Temperature, TruncatesTowardsZero) {
 
 TEST(Version, TextAndLimits) {
     const std::pair<const char*, const char*> kCases[] = {
-        {"V6.3.1.2", "06.03.01.002.00"},
-        {"07.03.20.027", "07.03.20.027.00"},
-        {"  Release 6.5.20.18.3.9 ", "06.05.20.018.03"},
-        {"100.0.0.0", "99.00.00.000.00"},
-        {"1.100.1000.10000.100", "01.99.999.9999.99"},
-        {"1.-2.x.4b", "01.00.00.004.00"},
-        {"99999999999999999999", "99.00.00.000.00"},
-        {"7", "07.00.00.000.00"},
-        {"7.", "07.00.00.000.00"},
-        {"unknown", "00.00.00.000.00"},
+        {"V6.3.1.2", "06.03.01.002.00"},  {"  Release 6.5.20.18.3.9 ", "06.05.20.018.03"},
+        {"100.0.0.0", "99.00.00.000.00"}, {"1.100.1000.10000.100", "01.99.999.9999.99"},
+        {"1.-2.x.4b", "01.00.00.004.00"}, {"99999999999999999999", "99.00.00.000.00"},
         {"", "00.00.00.000.00"},
     };
     for (const auto& [text, expected] : kCases) {
@@ -221,24 +151,6 @@ TEST(Version, OrderedByOneNumber) {
         EXPECT_LT(VERSIONValue::FromText(kRising[i - 1]).OrderNumber(),
                   VERSIONValue::FromText(kRising[i]).OrderNumber())
             << kRising[i];
-    }
-}
-
-TEST(ObjectInstance, TextAndBack) {
-    const auto volume = APIObjectInstance::FromText("64702.12 TsVolume The old one");
-    ASSERT_NE(volume, nullptr);
-    EXPECT_EQ(volume->instanceId, "64702.12");
-    EXPECT_EQ(volume->objectType, "TsVolume");
-    EXPECT_EQ(volume->instanceName, "The old one");
-    EXPECT_EQ(volume->ToText(), "64702.12 TsVolume The old one");
-
-    const auto nameless = APIObjectInstance::FromText(APIObjectInstance("1.2", "TsDisk", "").ToText());
-    ASSERT_NE(nameless, nullptr);
-    EXPECT_TRUE(nameless->IsComplete());
-    EXPECT_FALSE(APIObjectInstance("", "TsDisk", "x").IsComplete());
-    EXPECT_FALSE(APIObjectInstance("1.2", "", "x").IsComplete());
-    for (const char* text : {"", "1.2", "1.2 TsDisk"}) {
-        EXPECT_EQ(APIObjectInstance::FromText(text), nullptr) << text;
     }
 }
 

@@ -8,6 +8,7 @@
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/settings/subagentConf.h"
 #include "tests/sourceFolder.h"
+#include "tests/unit/layers/temporaryFolder.h"
 #include "tools/checkconf/program.h"
 
 using std::string;
@@ -38,7 +39,6 @@ class Checkconf : public testing::Test {
             std::filesystem::create_symlink("/usr/bin/snmp", root_ + link);
         Write(kKey, "key\n", 0600);
     }
-    ~Checkconf() override { std::filesystem::remove_all(root_); }
 
     static string Shipped(const string& file) {
         std::ifstream in(string(SOURCE_FOLDER "/packaging/etc/") + file);
@@ -62,10 +62,8 @@ class Checkconf : public testing::Test {
         return status;
     }
 
-    const string root_ = [] {
-        string pattern = std::filesystem::temp_directory_path() / "checkconf.XXXXXX";
-        return string(mkdtemp(pattern.data()));
-    }();
+    const TemporaryFolder folder_;
+    const string root_ = folder_.Path("root");
     string out_;
     std::ostringstream err_;
 };
@@ -95,10 +93,7 @@ TEST_F(Checkconf, WarnsOfWhatTheReaderTakesOtherwise) {
          "line 1: trapDest is found in a comment, and what follows there is taken for its value; line 2 does "
          "not count"},
         {"mytrapDest 10.0.0.1\n", "line 1: trapDest is found in the middle of the line"},
-        {"rocommunity verbose\nverbose yes\n", "line 1: verbose is found in the middle of the line"},
-        {"trapPort=162\n", "line 1: trapPort is found with no blank behind it"},
         {"trapsEnabled yes \n", "line 1: the blank at the end belongs to the value of trapsEnabled"},
-        {"rocommunity x\r\n", "line 1: the carriage return at the end belongs to the value of rocommunity"},
         {"trapsEnabled YES\n", "line 1: trapsEnabled is 'YES', which is off"},
         {"trapsEnabled no\nverbose yes", "line 2: verbose has no newline at its end: it counts as not set"},
         {string(480, '#') + "\n#\n#\ntrapPort 16222222222222\n",
@@ -106,13 +101,10 @@ TEST_F(Checkconf, WarnsOfWhatTheReaderTakesOtherwise) {
         {string(499, '#') + "\ntrapPort 162\n",
          "line 2: trapPort is beyond the 499 bytes that the daemon looks at"},
         {string("trapVer 2\n\0trapPort 1\n", 22), "line 2: a zero byte, where the file ends for the daemon"},
-        {"trapVer 2\ntrapVer 3\n", "line 2: trapVer stands here once more; line 1 counts"},
         {"trapPort 162abc\n", "line 1: trapPort is '162abc': its leading digits count"},
-        {"trapPort\n", "line 1: trapPort has no value"},
         {"controllerIndexThis 3\n", "the daemon says: conf_controllerIndexThis is not 1 or 2: 3"},
         {"trapsEnabel yes\n", "line 1: 'trapsEnabel' is no setting of the daemon"},
         {"trapsEnabled yes\ntrapDest 1.2.3.4.5\n", "the daemon says: Invalid trap dest addr: 1.2.3.4.5"},
-        {"trapsEnabled yes\ntrapDest 10.0.0.9\ntrapVer 4\n", "trapVer is 4"},
         {"trapsEnabled yes\ntrapDest 10.0.0.9\ntrapPort 70000\n", "trapPort is 70000: none arrives"},
         {"trapsEnabled yes\ntrapDest \n", "trapDest is empty: none leaves"},
         {"", "the daemon says: conf file is empty"},
@@ -157,37 +149,28 @@ TEST_F(Checkconf, ShowsNoCommunity) {
 }
 
 TEST_F(Checkconf, ErrsWhereTheDaemonWouldNotStart) {
-    struct Row {
-        const char* path;
-        string text;
-        const char* error;
-    };
-    const Row rows[] = {
+    const std::tuple<const char*, string, const char*> rows[] = {
         {kStart, "", "not one line of the form key=value"},
-        {kStart, "# isdebugmode=true\n", "not one line of the form key=value"},
         {kKey, "two words\n", "its first line is empty, too long, or holds something else"},
         {kMaster, "rocommunity public\nagentXTimeout 60\n", "there is no line 'master agentx'"},
         {kMaster, "master agentx  # a comment\nrocommunity public\n", "there is no line 'master agentx'"},
-        {kMaster, "master agentx\nmaster off\nrocommunity public\n", "there is no line 'master agentx'"},
-        {kMaster, "master \"agentx\"\nrocommunity public\n", "there is no line 'master agentx'"},
         {kMaster, "master agentx\nrocommunity other\n", "has no rocommunity line"},
-        {kMaster, "master agentx\n#rocommunity public\n", "has no rocommunity line"},
         {kMaster, "master agentx\nrocommunity public 10.0.0.0/8\n", "is not answered to this machine"},
         {kMaster, "master agentx\nrocommunity public\nagentXSocket /x\n", "agentXSocket is set"},
         {"/usr/bin/killall", "", "/usr/bin/killall is no program"},
         {"/usr/bin/snmp", "", "/usr/local/sbin/snmpd is no program"},
     };
-    for (const Row& row : rows) {
+    for (const auto& [path, text, error] : rows) {
         string before;
         {
-            std::ifstream in(root_ + row.path);
+            std::ifstream in(root_ + path);
             before.assign(std::istreambuf_iterator<char>(in), {});
         }
-        Write(row.path, row.text);
-        EXPECT_EQ(Run({"--quiet", "--allow-warnings"}), 2) << row.error;
-        EXPECT_THAT(out_, HasSubstr("  ERROR: ")) << row.text;
-        EXPECT_THAT(out_, HasSubstr(row.error)) << row.text;
-        Write(row.path, before, before.empty() ? 0755 : 0600);
+        Write(path, text);
+        EXPECT_EQ(Run({"--quiet", "--allow-warnings"}), 2) << error;
+        EXPECT_THAT(out_, HasSubstr("  ERROR: ")) << text;
+        EXPECT_THAT(out_, HasSubstr(error)) << text;
+        Write(path, before, before.empty() ? 0755 : 0600);
     }
     EXPECT_EQ(Run(), 0) << out_;
 }
@@ -199,50 +182,33 @@ TEST_F(Checkconf, FollowsALineOfTheCommunityToWhatItShows) {
     const string answered = "the community of the self-test is answered\n";
     const string by_view = "rocommunity public default -V v\n";
     const string array = ".1.3.6.1.4.1.913.11000.2000.500";
-    struct Row {
-        string text;
-        string said;
-        int status;
-    };
-    const Row rows[] = {
+    const std::tuple<string, string, int> rows[] = {
         {by_view + "view v included .1.3.6.1.2.1.1\n", hidden, 2},
         {"rocommunity public default .1.3.6.1.2.1.1\n", hidden, 2},
         {"rocommunity public default " + array + "\n", answered, 0},
-        {"rocommunity public default 1.3.6.1.4.1.913.11000.2000.500.1.2.7.0\n", answered, 0},
         {"rocommunity public default " + array + " other\n", hidden, 2},
-        {"rocommunity public default " + array + " *\n", answered, 0},
         {"rocommunity public default enterprises\n", unseen, 0},
         {"VIEW v included " + array + "\nROCOMMUNITY public localhost -V v\n", answered, 0},
         {by_view, hidden, 2},
-        {by_view + "view V included .1\n", hidden, 2},
-        {by_view + "view v INCLUDED .1\n", hidden, 2},
         {by_view + "view v included .1\nview v excluded " + array + ".1.2\n", hidden, 2},
         {by_view + "view v excluded " + array + "\nview v included " + array + ".1\nview v excluded .1\n",
          answered, 0},
-        {by_view + "view v included .1\nview v excluded .1\n", answered, 0},
         {by_view + "view v excluded .1\nview v included .1\n", hidden, 2},
-        {by_view + "view v included .1.3.6.1.2 f0\n", answered, 0},
         {by_view + "view v included .1.3.6.1.2 0xf8\n", hidden, 2},
         {by_view + "view v included .1.3.6.1.4.1.913.11000.9 ff:7f\n", answered, 0},
-        {by_view + "view v included .1.3.6.1.4.1.913.11000.9 ff.80\n", hidden, 2},
         {by_view + "view v included .1.3.6.1.5 f0\nview v excluded .1.3.6.1.4\n", answered, 0},
-        {by_view + "view v included .1 f00f\n", unseen, 0},
         {by_view + "view v included .iso\n", unseen, 0},
         {by_view + "view v included .1\nview w included system\n", answered, 0},
-        {"rocommunity public default .1.3.6.1.2\nrocommunity public\n", hidden, 2},
         {"rwcommunity public 10.0.0.0/8 .1.3.6.1.2\nrocommunity public 127.0.0.0/255.0.0.0\n", answered, 0},
-        {"master 1\nagentXSocket /var/agentx/master\nrocommunity public\n", answered, 0},
         {"rocommunity public 127.0.0.5\n", "is not answered to this machine", 2},
         {"rocommunity public monitor\n", unseen, 0},
         {"com2sec someone default public\n", unseen, 0},
-        {"com2sec someone 10.0.0.1 public\nrocommunity public default .1.3.6.1.2\n", hidden, 2},
-        {"authcommunity read public\n", unseen, 0},
         {"includeFile x\n" + by_view, hidden + "; the files that this one includes are not looked at", 0},
     };
-    for (const Row& row : rows) {
-        Write(kMaster, "master agentx\n" + row.text);
-        EXPECT_EQ(Run({"--allow-warnings"}), row.status) << row.text;
-        EXPECT_THAT(out_, HasSubstr(row.said)) << row.text;
+    for (const auto& [text, said, status] : rows) {
+        Write(kMaster, "master agentx\n" + text);
+        EXPECT_EQ(Run({"--allow-warnings"}), status) << text;
+        EXPECT_THAT(out_, HasSubstr(said)) << text;
     }
 }
 
@@ -252,26 +218,17 @@ TEST_F(Checkconf, ErrsWhereTheMasterAgentListensElsewhere) {
     const std::pair<const char*, string> rows[] = {
         {"agentaddress udp:1161", elsewhere},
         {"agentAddress udp:127.0.0.5:161", elsewhere},
-        {"agentaddress udp:10.0.0.1", elsewhere},
         {"agentaddress tcp:161", elsewhere},
-        {"agentaddress udp6:161", elsewhere},
         {"agentaddress udp6:[::1]:161,[::1]:161", elsewhere},
         {"agentaddress unix:/run/x,/run/y", elsewhere},
-        {"agentaddress monitor:1161", elsewhere},
-        {"agentaddress udp:1161,", elsewhere},
         {"includeDir /x\nagentaddress udp:1161", elsewhere + "; the files that this one includes"},
         {"agentaddress udp:161, udp:1161", "agentAddress has a blank among its addresses"},
         {"agentaddress udp:1161,monitor", unseen},
         {"agentaddress udp:161@lo", unseen},
+        {"agentaddress udp:snmp", unseen},
         {"agentaddress udp:1161\nAGENTADDRESS UDP:161", ""},
-        {"agentaddress tcp:1161,161", ""},
-        {"agentaddress udp:0.0.0.0:161", ""},
         {"agentaddress LocalHost", ""},
-        {"agentaddress localhost:0161", ""},
-        {"agentaddress 127.0.0.1", ""},
         {"agentaddress udp:127.0.0.1:161", ""},
-        {"agentaddress :161", ""},
-        {"agentaddress udp:", ""},
         {"agentaddress ,udp:1161", ""},
         {"agentaddress", ""},
     };
@@ -283,18 +240,6 @@ TEST_F(Checkconf, ErrsWhereTheMasterAgentListensElsewhere) {
                     said.empty() ? testing::Matcher<string>(Not(HasSubstr("agentAddress"))) : HasSubstr(said))
             << text;
     }
-}
-
-TEST_F(Checkconf, SaysWhyAKeyIsNotTrusted) {
-    chmod((root_ + kKey).c_str(), 0640);
-    EXPECT_EQ(Run(), 2);
-    EXPECT_THAT(out_, HasSubstr("group or others may read or write it"));
-    std::filesystem::rename(root_ + kKey, root_ + "/etc/other");
-    EXPECT_EQ(Run(), 2);
-    EXPECT_THAT(out_, HasSubstr("No such file"));
-    std::filesystem::create_symlink("other", root_ + kKey);
-    EXPECT_EQ(Run(), 2);
-    EXPECT_THAT(out_, HasSubstr("it is a link"));
 }
 
 TEST_F(Checkconf, IsNotEndedByAFolderInAFilesPlace) {
@@ -319,21 +264,6 @@ TEST_F(Checkconf, WarnsOfAnImpatientOrIndiscreetMasterAgent) {
         EXPECT_THAT(out_, HasSubstr(warning)) << text;
         EXPECT_EQ(Run({"--allow-warnings"}), 0);
     }
-}
-
-TEST_F(Checkconf, WarnsOfAStartThatSystemdDoesNotSeeEnd) {
-    Write(kStart, "isdebugmode = TRUE\n");
-    EXPECT_EQ(Run(), 1);
-    EXPECT_THAT(out_, HasSubstr("isdebugmode is on"));
-    Write(kStart, "isdebugmode = yes\n");
-    EXPECT_EQ(Run(), 1);
-    EXPECT_THAT(out_, HasSubstr("isdebugmode is 'yes', which is off"));
-}
-
-TEST_F(Checkconf, KeepsWrongCommandLinesApart) {
-    EXPECT_EQ(Run({"--root", "/no/such/folder"}), 3);
-    EXPECT_EQ(Run({"extra"}), 3);
-    EXPECT_EQ(Run({"--help"}), 0);
 }
 
 }  // namespace

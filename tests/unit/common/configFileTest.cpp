@@ -5,14 +5,14 @@
 #include <unistd.h>
 
 #include "tests/unit/common/fakeSyslog.h"
-#include "tests/unit/common/tempFolder.h"
+#include "tests/unit/layers/temporaryFolder.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
 
 TEST(ConfigFile, ReadsTrimmedKeysAndValues) {
-    const TempFolder folder;
+    const TemporaryFolder folder;
     const std::string path = folder.Write("config",
                                           "# key = in a comment\n"
                                           " # not = a comment\n"
@@ -33,14 +33,14 @@ TEST(ConfigFile, ReadsTrimmedKeysAndValues) {
 }
 
 TEST(ConfigFile, AMissingFileIsEmptyAndOneThatIsNotTrustedIsLogged) {
-    const TempFolder folder;
-    EXPECT_THAT(ReadConfigFile(folder.path("missing")), IsEmpty());
+    const TemporaryFolder folder;
+    EXPECT_THAT(ReadConfigFile(folder.Path("missing")), IsEmpty());
     EXPECT_THAT(SyslogLines(), IsEmpty());
     const std::string good =
         folder.Write("good", "key=value\n" + std::string(70'000, 'x') + "\nlate=value\n");
     EXPECT_THAT(ReadConfigFile(good), ElementsAre(Pair("key", "value")));
-    ASSERT_EQ(symlink(good.c_str(), folder.path("link").c_str()), 0);
-    ASSERT_EQ(mkfifo(folder.path("fifo").c_str(), 0600), 0);
+    ASSERT_EQ(symlink(good.c_str(), folder.Path("link").c_str()), 0);
+    ASSERT_EQ(mkfifo(folder.Path("fifo").c_str(), 0600), 0);
     const std::string others = folder.Write("others", "key=value\n");
     if (geteuid() == 0) {
         ASSERT_EQ(chown(others.c_str(), 65534, 0), 0);
@@ -49,9 +49,9 @@ TEST(ConfigFile, AMissingFileIsEmptyAndOneThatIsNotTrustedIsLogged) {
         if (name == std::string("others") && geteuid() != 0) {
             continue;  // only root can give a file away
         }
-        EXPECT_THAT(ReadConfigFile(folder.path(name)), IsEmpty()) << name;
+        EXPECT_THAT(ReadConfigFile(folder.Path(name)), IsEmpty()) << name;
         EXPECT_EQ(SyslogLines().back(), "4|Caught std::exception reading in config file " +
-                                            folder.path(name) +
+                                            folder.Path(name) +
                                             ": not a regular file that belongs to root or to this user");
     }
 }

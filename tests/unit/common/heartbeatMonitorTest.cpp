@@ -10,16 +10,29 @@
 #include <atomic>
 #include <string>
 
-#include "apiMgmt/common/platform/clock.h"
+#include "tests/unit/common/fakeSleep.h"
 #include "tests/unit/common/fakeSyslog.h"
 
 namespace {
 
 std::atomic<int> listening_port{0};
 std::atomic<int> sleeps{0};
-std::atomic<int64_t> now_us{0};
+
+void LimitDescriptors(rlim_t count) {
+    rlimit limit{};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    limit.rlim_cur = count;
+    setrlimit(RLIMIT_NOFILE, &limit);
+}
+
+void Pause(int64_t duration_us) {
+    EXPECT_GT(duration_us, 0);
+    ++sleeps;
+    LimitDescriptors(100);
+}
 
 uint16_t StartOnFreePort() {
+    on_sleep = Pause;
     EXPECT_EQ(StartHeartbeatMonitor(0), 0);
     listening_port.wait(0);
     return static_cast<uint16_t>(listening_port);
@@ -77,23 +90,10 @@ extern "C" int listen(int descriptor, int backlog) {
     sockaddr_in address{};
     socklen_t length = sizeof address;
     getsockname(descriptor, reinterpret_cast<sockaddr*>(&address), &length);
+    EXPECT_EQ(ntohl(address.sin_addr.s_addr), INADDR_LOOPBACK);
     listening_port = ntohs(address.sin_port);
     listening_port.notify_all();
     return result;
-}
-
-timeval ClockNow() {
-    return {};
-}
-int64_t ClockNowMs() {
-    return 0;
-}
-int64_t ClockNowUs() {
-    return now_us;
-}
-void ClockSleepMicroseconds(int64_t duration_us) {
-    EXPECT_GT(duration_us, 0);
-    ++sleeps;
 }
 
 TEST(HeartbeatMonitor, EchoesFourBytesWhoeverElseIsConnectedAndSilent) {
@@ -103,10 +103,16 @@ TEST(HeartbeatMonitor, EchoesFourBytesWhoeverElseIsConnectedAndSilent) {
         ASSERT_TRUE(each.Connect(port));
     }
     EXPECT_EQ(silent[0].Answer(), "");  // the oldest ones make room
-    EXPECT_EQ(Watcher().Ping(port, std::string("\0\xff\0\1", 4)), std::string("\0\xff\0\1", 4));
-    EXPECT_EQ(Watcher().Ping(port, "123", false), "");  // ends before the fourth byte
+    const std::tuple<std::string, bool, std::string> cases[] = {
+        {"ping", true, "ping"},  {std::string("\0\xff\0\1", 4), true, std::string("\0\xff\0\1", 4)},
+        {"12345", true, "1234"}, {"123", false, ""},  // ends before the fourth byte
+        {"1234", false, "1234"},
+    };
+    for (const auto& [bytes, waits, answer] : cases) {
+        EXPECT_EQ(Watcher().Ping(port, bytes, waits), answer) << bytes;
+    }
     EXPECT_THAT(SyslogLines(), testing::IsEmpty());
-    now_us = 6'000'000;
+    now_of_test_us = 6'000'000;
     EXPECT_EQ(Watcher().Ping(port, "wake"), "wake");
     EXPECT_EQ(silent[99].Answer(), "");  // dropped after its time limit
 }
@@ -118,6 +124,7 @@ TEST(HeartbeatMonitor, WaitsForAPortThatIsTaken) {
     ASSERT_EQ(bind(taken, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
     ASSERT_EQ(getsockname(taken, reinterpret_cast<sockaddr*>(&address), &length), 0);
     const uint16_t port = ntohs(address.sin_port);
+    on_sleep = Pause;
     ASSERT_EQ(StartHeartbeatMonitor(port), 0);
     while (sleeps < 3) {
         sched_yield();

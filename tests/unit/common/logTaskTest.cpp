@@ -106,19 +106,6 @@ TEST_F(LogTask, KeepsTheOrderOfEachOfSeveralCallersAndMayBeStoppedUnderThem) {
     }
 }
 
-TEST_F(LogTask, AFailedStartIsToldToSyslogAndRegistersNothing) {
-    LOGTask task(record_.MakeLogger());
-    {
-        const NoNewThreads none;
-        EXPECT_FALSE(APPLogger::RegisterLogTask(&task));
-    }
-    EXPECT_EQ(APPLogger::pLogTask, nullptr);
-    const Lines lines = SyslogLines();
-    ASSERT_FALSE(lines.empty());
-    EXPECT_EQ(lines.back().rfind("3|Failed to create LOGTask thread, error code (", 0), 0U) << lines.back();
-    task.Post(Message("dropped"));
-}
-
 TEST_F(LogTask, GetsTheFailuresOfOtherThreads) {
     const APPLogger owner;
     ASSERT_TRUE(APPLogger::RegisterLogTask(new LOGTask(record_.MakeLogger())));

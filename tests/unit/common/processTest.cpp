@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <pthread.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -13,6 +12,7 @@
 
 #include "tests/unit/common/tempFolder.h"
 #include "tests/unit/common/threadName.h"
+#include "tests/unit/layers/temporaryFolder.h"
 
 namespace {
 
@@ -46,8 +46,8 @@ void ExpectNoChildren() {
 }  // namespace
 
 TEST(StartDetachedProgram, TheProgramGetsNullDevicesAndNothingElse) {
-    const TempFolder folder;
-    const NewsPipe news(folder.path("news"));
+    const TemporaryFolder folder;
+    const NewsPipe news(folder.Path("news"));
     ASSERT_GT(fcntl(STDERR_FILENO, F_DUPFD, 500), 0);
     const StartFailure failure = RunShell(kListDescriptors, news.path());
     EXPECT_EQ(failure.step, StartFailure::Step::none);
@@ -56,8 +56,8 @@ TEST(StartDetachedProgram, TheProgramGetsNullDevicesAndNothingElse) {
 }
 
 TEST(StartDetachedProgram, WorksInACallerWithoutStandardDescriptors) {
-    const TempFolder folder;
-    const NewsPipe news(folder.path("news"));
+    const TemporaryFolder folder;
+    const NewsPipe news(folder.Path("news"));
     const pid_t child = fork();
     if (child == 0) {
         close(0);
@@ -74,8 +74,8 @@ TEST(StartDetachedProgram, WorksInACallerWithoutStandardDescriptors) {
 }
 
 TEST(StartDetachedProgram, TheProgramStartsWithDefaultSignals) {
-    const TempFolder folder;
-    const NewsPipe news(folder.path("news"));
+    const TemporaryFolder folder;
+    const NewsPipe news(folder.Path("news"));
     signal(SIGHUP, SIG_IGN);
     signal(SIGPIPE, SIG_IGN);
     sigset_t blocked;
@@ -86,36 +86,22 @@ TEST(StartDetachedProgram, TheProgramStartsWithDefaultSignals) {
 }
 
 TEST(StartDetachedProgram, AFailedExecIsToldAndLeavesNothingBehind) {
-    const TempFolder folder;
+    const TemporaryFolder folder;
     const std::string no_program = folder.Write("text", "no program");
-    const struct {
-        std::string path;
-        int error_number;
-    } cases[] = {
+    const std::pair<std::string, int> cases[] = {
         {"/no/such/program", ENOENT},
         {no_program, EACCES},
-        {folder.path(""), EACCES},
+        {folder.Path(""), EACCES},
         {std::string(5000, 'x'), ENAMETOOLONG},
     };
     const int free_before = FirstFreeDescriptor();
-    for (const auto& c : cases) {
-        const StartFailure failure = RunWithoutArguments(c.path.c_str());
-        EXPECT_EQ(failure.step, StartFailure::Step::exec) << c.path;
-        EXPECT_EQ(failure.error_number, c.error_number) << c.path;
+    for (const auto& [path, error_number] : cases) {
+        const StartFailure failure = RunWithoutArguments(path.c_str());
+        EXPECT_EQ(failure.step, StartFailure::Step::exec) << path;
+        EXPECT_EQ(failure.error_number, error_number) << path;
     }
     EXPECT_EQ(FirstFreeDescriptor(), free_before);
     ExpectNoChildren();
-}
-
-TEST(StartDetachedProgram, WithoutDescriptorsTheForkStepFails) {
-    rlimit usual{};
-    getrlimit(RLIMIT_NOFILE, &usual);
-    const rlimit none{3, usual.rlim_max};
-    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
-    const StartFailure failure = RunWithoutArguments("/bin/true");
-    setrlimit(RLIMIT_NOFILE, &usual);  // sanitizers need descriptors, too
-    EXPECT_EQ(failure.step, StartFailure::Step::fork);
-    EXPECT_EQ(failure.error_number, EMFILE);
 }
 
 TEST(NameThisThread, CutsALongNameInsteadOfLosingIt) {

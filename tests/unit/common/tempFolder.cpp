@@ -6,33 +6,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <utility>
-
-TempFolder::TempFolder() {
-    std::string name = std::filesystem::temp_directory_path() / "common_test_XXXXXX";
-    if (mkdtemp(name.data()) == nullptr) {
-        abort();
-    }
-    folder_ = name;
-}
-
-TempFolder::~TempFolder() {
-    std::filesystem::remove_all(folder_);
-}
-
-std::string TempFolder::Write(const std::string& name, const std::string& content) const {
-    std::ofstream(path(name)) << content;
-    return path(name);
-}
-
-std::string TempFolder::Read(const std::string& name) const {
-    std::ostringstream content;
-    content << std::ifstream(path(name)).rdbuf();
-    return content.str();
-}
 
 NewsPipe::NewsPipe(std::string path) : path_(std::move(path)) {
     if (mkfifo(path_.c_str(), 0600) != 0) {

@@ -2,22 +2,6 @@
 
 #include <string>
 
-/** A folder of its own that vanishes with the object. */
-class TempFolder {
-  public:
-    TempFolder();
-    ~TempFolder();
-    TempFolder(const TempFolder&) = delete;
-    TempFolder& operator=(const TempFolder&) = delete;
-
-    std::string path(const std::string& name) const { return folder_ + "/" + name; }
-    std::string Write(const std::string& name, const std::string& content) const;
-    std::string Read(const std::string& name) const;
-
-  private:
-    std::string folder_;
-};
-
 /** A pipe with a name, for news from a process that is nobody's child. */
 class NewsPipe {
   public:

@@ -44,15 +44,6 @@ TEST(ThreadWrapper, RunsOneThreadThatOutlivesIt) {
     EXPECT_EQ(visit.starts, 1);
 }
 
-TEST(ThreadWrapper, AnEmptyNameLeavesTheThreadUnnamed) {
-    Visit visit;
-    THREADWrapper wrapper;
-    EXPECT_EQ(wrapper.Run("", MakeVisit, &visit), 0);
-    EXPECT_EQ(visit.name.get_future().get(), ThisThreadsName());
-    visit.leave.set_value();
-    visit.done.get_future().wait();
-}
-
 TEST(ThreadWrapper, AFailedStartCanBeRepeated) {
     Visit visit;
     THREADWrapper wrapper;

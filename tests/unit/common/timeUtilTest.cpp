@@ -3,21 +3,10 @@
 #include <gtest/gtest.h>
 
 #include "apiMgmt/common/platform/clock.h"
-
-namespace {
-
-int64_t now_us;
-
-}  // namespace
-
-int64_t ClockNowUs() {
-    return now_us;
-}
+#include "tests/unit/common/fakeSleep.h"
 
 TEST(TimeUtil, TimeSinceBorrowsASecondAndTakesAMomentThatLiesAhead) {
-    const struct {
-        timeval earlier, now, elapsed;
-    } cases[] = {
+    const std::tuple<timeval, timeval, timeval> cases[] = {
         {{10, 0}, {10, 0}, {0, 0}},
         {{10, 999'999}, {11, 0}, {0, 1}},
         {{10, 1}, {13, 0}, {2, 999'999}},
@@ -26,11 +15,11 @@ TEST(TimeUtil, TimeSinceBorrowsASecondAndTakesAMomentThatLiesAhead) {
         {{10, 5}, {8, 4}, {-3, 999'999}},
         {{0, 0}, {5'000'000'000, 7}, {5'000'000'000, 7}},
     };
-    for (const auto& c : cases) {
-        now_us = c.now.tv_sec * kSecondUs + c.now.tv_usec;
-        timeval elapsed = c.earlier;
+    for (const auto& [earlier, now, each_elapsed] : cases) {
+        now_of_test_us = now.tv_sec * kSecondUs + now.tv_usec;
+        timeval elapsed = earlier;
         TimeSince(elapsed, &elapsed);
-        EXPECT_EQ(elapsed.tv_sec, c.elapsed.tv_sec);
-        EXPECT_EQ(elapsed.tv_usec, c.elapsed.tv_usec);
+        EXPECT_EQ(elapsed.tv_sec, each_elapsed.tv_sec);
+        EXPECT_EQ(elapsed.tv_usec, each_elapsed.tv_usec);
     }
 }

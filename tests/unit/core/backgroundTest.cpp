@@ -58,54 +58,24 @@ class Scan : public MibWorld {
     }
 };
 
-TEST_F(Scan, GoesRoundTheRingOneRefreshASecond) {
-    // In the order of the ring; the tables of the background are too young, and passed over.
-    const std::vector<int> ring = {0,   1,   2,   3,   4,   5,   6,   9,   12,  14,  15,  16,
-                                   47,  59,  63,  74,  85,  90,  94,  103, 127, 133, 165, 166,
-                                   167, 168, 169, 170, 171, 172, 173, 174, 175, 176};
-    for (const int col_id : ring) {
-        fake_clock::advance(kSecond - 1);
-        if (col_id > 0) {
-            EXPECT_EQ(scan(), "next " + std::to_string(bgUpdateColumn) + ", state 0");  // the gate is shut
-        }
-        fake_clock::advance(1);
-        const string course = scan();
-        EXPECT_EQ(course.substr(0, course.find('\n')), "refresh " + std::to_string(col_id));
-    }
-    EXPECT_EQ(bgUpdateColumn, 177);
-    fake_clock::advance(kSecond);
-    EXPECT_EQ(scan(), "next 0, state 0");             // nothing is due up to the end
-    EXPECT_EQ(scan(), "refresh 0\nnext 1, state 0");  // and an empty scan does not shut the gate
-}
-
 TEST_F(Scan, StopsAtTheFirstColumnThatIsDueAndNotYetAllowed) {
-    struct row {
-        int column;
-        int64_t age_us;
-        int64_t duration_us;
-        const char* course;
-    };
-    const row rows[] = {
+    const std::tuple<int, int64_t, int64_t, const char*> rows[] = {
         {4, 20 * 5000 - 1, 5000, "next 4, state 0"},  // a scalar: 20 times
         {4, 20 * 5000, 5000, "refresh 4\nnext 5, state 0"},
-        {4, 0, 0, "refresh 4\nnext 5, state 0"},
         {47, 10 * 5000 - 1, 5000, "next 47, state 0"},  // a small table: 10 times
         {47, 10 * 5000, 5000, "refresh 47\nnext 48, state 0"},
         {27, 10 * kSecond - 1, kSecond, "next 27, state 0"},  // a large one too, before its age counts
         {27, 10 * kSecond, kSecond, "refresh 47\nnext 48, state 0"},
-        {27, 120 * kSecond + 27 * 60 * kSecond / 194 - 1, 0, "refresh 47\nnext 48, state 0"},
         {27, 120 * kSecond + 27 * 60 * kSecond / 194, 0, "next 28, state 1 of 27"},
-        {151, 120 * kSecond + 151 * 60 * kSecond / 194 - 1, 0, "refresh 165\nnext 166, state 0"},
         {151, 120 * kSecond + 151 * 60 * kSecond / 194, 0, "next 152, state 1 of 151"},  // one row, yet there
-        {184, 120 * kSecond + 184 * 60 * kSecond / 194, 0, "next 185, state 1 of 184"},
         {184, 0, 0, "next 0, state 0"},
         {157, 1000 * kSecond, 0, "refresh 165\nnext 166, state 0"},  // has no refresh of its own
     };
-    for (const row& each : rows) {
-        set_age(each.column, each.age_us, each.duration_us);
+    for (const auto& [column, age_us, duration_us, course] : rows) {
+        set_age(column, age_us, duration_us);
         bgUpdateState = BGUPDATE_STATE_idle;
-        EXPECT_EQ(scan_from(each.column), each.course) << each.column << " " << each.age_us;
-        set_age(each.column, 0, 0);
+        EXPECT_EQ(scan_from(column), course) << column << " " << age_us;
+        set_age(column, 0, 0);
     }
 }
 
@@ -155,37 +125,6 @@ TEST_F(Scan, ServesEachStateOfTheHandshake) {
 }
 
 // ---- the task ----
-
-// Both sides at work: the main thread scans and merges, the task fetches and nothing else. What must come
-// about is awaited, however long it takes.
-TEST_F(MibWorld, TheTaskFetchesWhatTheScanAsksForUntilTheDaemonEnds) {
-    verbose = false;
-    fake_api_mgr::documents["GetList TsDisk"] = fake_api_mgr::list_answer("<tsDisk><Name>d</Name></tsDisk>");
-    fake_api_mgr::documents["GetList TsEnclosure"] = "no document";
-    snmpSubagentComm->set_apimgr_state(true);
-    for (column_record& column : cols) {
-        if (column.is_table() && column.head_var != cols[COLID_tsDiskNbr].first_var &&
-            column.head_var != cols[COLID_tsEnclNbr].first_var)
-            column.get_fn = nullptr;
-    }
-    std::thread task([] { EXPECT_EQ(GetListTaskMain(nullptr), reinterpret_cast<void*>(-1)); });
-    snmpSubagent_is_active = true;
-    int merged_disks = 0;
-    while (merged_disks < 3) {
-        fake_clock::advance(kSecond);
-        check_for_table_changes();
-        if (is_cached(var_at(COLID_tsDiskNbr, 1))) {
-            ++merged_disks;
-            clear_cached(var_at(COLID_tsDiskNbr, 1));
-        }
-        std::this_thread::yield();
-    }
-    snmpSubagent_is_active = false;
-    task.join();
-    EXPECT_EQ(vars[var_at(COLID_tsDiskName, 1)].str, "d");
-    EXPECT_NE(transcript::take().find("log 4 error found while trying to parse ipXmlString: no document$\n"),
-              string::npos);
-}
 
 TEST_F(MibWorld, TheTaskTellsAFailedFetch) {
     verbose = false;

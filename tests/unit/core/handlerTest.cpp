@@ -80,6 +80,42 @@ TEST_F(Handler, RefusesAnAnswerThatTheMasterAgentWouldDrop) {
 
 TEST_F(Handler, WalksTheWholeStoreInTheOldForm) {
     make_walk();
+    const std::tuple<int, const char*, int, const char*> rows[] = {
+        {MODE_GET, "R.2.0", SNMP_ERR_NOSUCHNAME, ""},
+        {MODE_GET, "1.3.6.1.4", SNMP_ERR_GENERR, ""},
+        {MODE_GETNEXT, "1.3.6.1.4", SNMP_ERR_GENERR, ""},
+        {MODE_GETNEXT, "R.46.1.11.2.1", SNMP_ERR_NOERROR, ""},
+        {MODE_GETBULK, "R.1.0", SNMP_ERR_GENERR,
+         "log 4 Error: Recieved a GETBULK request from master agent$\n"},
+        {77, "R.1.0", SNMP_ERR_GENERR, "log 4 UNKNOWN MODE: reqinfo->mode: 77$\n"},
+        {MODE_SET_RESERVE2, "R.1.0", SNMP_ERR_NOERROR, ""},
+        {MODE_SET_ACTION, "R.1.0", SNMP_ERR_NOERROR, ""},
+        {MODE_SET_FREE, "R.1.0", SNMP_ERR_NOERROR, ""},
+        {MODE_SET_UNDO, "R.1.0", SNMP_ERR_NOERROR, ""},
+    };
+    for (const auto& [mode, name, result, log] : rows) {
+        snmp_pdu_of_test pdu(mode);
+        begin_agent_tick();
+        EXPECT_EQ(pdu.ask(name).call_handler(), result) << mode << " " << name;
+        EXPECT_EQ(transcript::take(), log);
+    }
+}
+
+TEST_F(Handler, WalksTheWholeStoreInEitherForm) {
+    make_walk();
+    string walk;
+    string name = "R";
+    for (int i = 0; i < 6; ++i) {
+        begin_agent_tick();
+        const string answer = get_next(name);
+        name = answer.substr(0, answer.find(' '));
+        walk += answer + "\n";
+    }
+    EXPECT_EQ(
+        walk,
+        "R.1.0 = \"Tessera\"\nR.6.0 = integer -3\nR.13.1.2.1 = gauge 4294967293\nR.13.1.3.1 = integer 1\n"
+        "R.46.1.11.2.1 = integer 2\nR.46.1.11.2.1 = endOfMibView\n");
+    begin_agent_tick();
     get("R.1.0");  // a delivered variable: a walk in the old form may begin
     string old_walk;
     string name = "OLD";
@@ -274,6 +310,32 @@ class Set : public Handler {
     }
 };
 
+TEST_F(Set, RefusesWhatMayNotBeWritten) {
+    verbose = true;
+    const std::tuple<const char*, const char*, const char*, const char*, const char*> rows[] = {
+        {"R.13.1.6.2", "ForceTrap", "2 !2", "", "-1"},  // the row is not there
+        {"R.13.1.6", "ForceTrap", "2 !2", "", "-1"},
+        {"R.13.1.4.1", "ForceTrap", "17 !17", "no Set handler defined: col-id: 18", "18"},
+        {"R.6.0", "ForceTrap", "17 !17", "no Set handler defined: col-id: 9", "9"},
+        {"R.13.1.6.1", "forcetrap", "3 !3", "string is not 'ForceTrap': col-id: 20", "20"},
+        {"R.13.1.6.1", "ForceTrap ", "3 !3", "string is not 'ForceTrap': col-id: 20", "20"},
+        {"R.13.1.6.1", "ForceTra", "3 !3", "string is not 'ForceTrap': col-id: 20", "20"},
+        {"R.13.1.6.1", "", "3 !3", "string is not 'ForceTrap': col-id: 20", "20"},
+    };
+    for (const auto& [name, text, each_course, reason, column] : rows) {
+        const string course = set(name, text);
+        EXPECT_EQ(course.rfind(string(each_course) + "\n", 0), 0U) << course;
+        EXPECT_NE(course.find(string("log 7 ") + reason), string::npos) << course;
+        EXPECT_NE(course.find(string("log 7 failed for reserve1: col-id: ") + column + "$\n"), string::npos)
+            << course;
+    }
+    cols[COLID_tsCtlrForceTrap].data_type = SMI_BASETYPE_UNSIGNED32;
+    const string course = set("R.13.1.6.1", "ForceTrap");
+    EXPECT_EQ(course.rfind("7 !7\n", 0), 0U) << course;
+    EXPECT_NE(course.find("log 7 data_type is not string: col-id: 20$\n"), string::npos);
+    EXPECT_EQ(value_of(index_of("R.43.0")), "0");
+}
+
 TEST_F(Set, OfForceTrapIsStoredAtCommit) {
     EXPECT_EQ(set("R.13.1.6.1", "ForceTrap"), "0 0\n");
     EXPECT_EQ(value_of(index_of("R.43.0")), "2");
@@ -325,6 +387,13 @@ TEST_F(Set, OfTheSystemGroupIsHandedToTheArrayLater) {
               "log 4 failed to SendRequestToAPIManager: Tessera$\n"
               "log 4 SET failed at 1.3.6.1.2.1.1.4.0: the array could not be asked$\n");
     EXPECT_EQ(value_of(index_of("1.3.6.1.2.1.1.4.0")), "\"me\"");
+}
+
+TEST_F(Set, AtCommitLooksAgain) {
+    snmp_pdu_of_test pdu(MODE_SET_RESERVE1);
+    EXPECT_EQ(pdu.set("R.13.1.6.1", "ForceTrap").serve(), SNMP_ERR_NOERROR);
+    clear_cached(index_of("R.13.1.6.1"));
+    EXPECT_EQ(pdu.serve(MODE_SET_COMMIT), SNMP_ERR_NOSUCHNAME);
 }
 
 // ---- several bindings: between Net-SNMP and the handler ----

@@ -1,7 +1,8 @@
+#include <algorithm>
+
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/oidLookup.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/requestHandler.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/serviceWindow.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/oidText.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/requestHandler.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/netSnmpHeaders.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 #include "tests/unit/core/fakes/mibWorld.h"
@@ -11,6 +12,94 @@
 namespace {
 
 using name_type = std::vector<oid>;
+
+// Of a store in which every instance, or every third, is cached.
+TEST_F(MibWorld, EveryInstanceIsFoundAndFollowsTheOneBeforeIt) {
+    verbose = false;
+    for (const int32_t step : {1, 3}) {
+        clear_cached_range(0, total_vars);
+        for (int32_t i = 0; i < total_vars; i += step)
+            set_cached(i);
+        for (int32_t i = 0; i < total_vars; ++i) {
+            oid name[MAX_handled_oidlen + 1];
+            const column_record& column = cols[vars[i].col_id];
+            size_t length = column.oid_len;
+            std::copy_n(column.oid_ptr, length, name);
+            append_seq_nums(name, &length, i);
+            const int32_t next = (i / step + 1) * step;
+            ASSERT_EQ(get_index_of_oid(name, length), i % step == 0 ? i : -1) << text_of(name, length);
+            ASSERT_EQ(find_next_index(name, length), next < total_vars ? next : -1) << text_of(name, length);
+        }
+    }
+}
+
+TEST_F(MibWorld, EdgesOfAGet) {
+    for (const char* name : {"1.3.6.1.2.1.1.4.0", "R.1.0", "R.13.1.2.1", "R.13.1.2.2", "R.16.1.3.1.6",
+                             "R.16.1.3.2.1", "R.46.1.11.2.9000"})
+        set_cached(index_of(name));
+    const std::pair<const char*, const char*> rows[] = {
+        {"R.1.0", "R.1.0"},
+        {"R.16.1.3.1.6", "R.16.1.3.1.6"},
+        {"R.1", "found exact match with base-oid, but base column-oid == requested oid$"},
+        {"R.1.0.0", "found exact match with base-oid, but oid too long$"},
+        {"R.2.0", "found exact match with base-oid, but var not cached: index_of_matched: 5$"},
+        {"R.13.1.2", "found exact match with base-oid, but base column-oid >= requested oid$"},
+        {"R.13.1.2.0", "found exact match with base-oid, but seq nums is bad: seq: 0$"},
+        {"R.13.1.2.3", "found exact match with base-oid, but seq nums is bad: seq: 3$"},
+        {"R.13.1.2.4294967295", "found exact match with base-oid, but seq nums is bad: seq: -1$"},
+        {"R.13.1.3.1", "found exact match with base-oid, but var not cached$"},
+        {"R.13.1.1.1", "found greater-than so search has failed$"},
+        {"R.16.1.3.0.1",
+         "found exact match with base-oid, but one or more seq nums is bad: parent seq: 0, row seq: 1$"},
+        {"R.16.1.3.1.7",
+         "found exact match with base-oid, but one or more seq nums is bad: parent seq: 1, row seq: 7$"},
+        {"R.16.1.3.1.1", "found exact match with base-oid, but var not cached$"},
+        {"R.46.1.12.1.1", "could not find index for oid: 1.3.6.1.4.1.913.11000.2000.500.1.2.46.1.12.1.1.$"},
+    };
+    for (const auto& [each_name, answer] : rows) {
+        const name_type name = oid_of(each_name);
+        transcript::take();
+        const int32_t found = get_index_of_oid(name.data(), name.size());
+        const std::string log = transcript::take();
+        EXPECT_EQ(found < 0 ? log : name_of(found),
+                  found < 0 ? std::string("log 7 ") + answer + "\n" : answer)
+            << each_name;
+    }
+}
+
+TEST_F(MibWorld, EdgesOfAGetNext) {
+    for (const char* name : {"1.3.6.1.2.1.1.4.0", "1.3.6.1.2.1.1.5.0", "R.1.0", "R.13.1.2.1", "R.13.1.3.1",
+                             "R.16.1.3.1.1", "R.16.1.3.1.3", "R.16.1.3.1.6", "R.16.1.3.2.1", "R.16.1.4.2.2",
+                             "R.17.1.2.1.1", "R.46.1.10.1.1", "R.46.1.11.1.1"})
+        set_cached(index_of(name));
+    const std::pair<const char*, const char*> rows[] = {
+        {"1", "1.3.6.1.2.1.1.4.0"},
+        {"1.3.6.1.2.1.1.4.0", "1.3.6.1.2.1.1.5.0"},
+        {"R", "R.1.0"},
+        {"R.1.0", "R.13.1.2.1"},
+        {"R.13.1.2.0", "R.13.1.2.1"},
+        {"R.13.1.2.1", "R.13.1.3.1"},       // row 2 is not cached
+        {"R.13.1.2.2.5", "R.13.1.3.1"},     // what follows the row is ignored
+        {"R.13.1.2.2000", "R.16.1.3.1.1"},  // lands in a later column
+        {"R.16.1.3.0", "R.16.1.3.1.6"},     // begins at the last row of parent 1
+        {"R.16.1.3.0.4", "R.16.1.3.1.1"},
+        {"R.16.1.3.1", "R.16.1.4.2.2"},  // a parent alone: on with the next column
+        {"R.16.1.3.3", "R.16.1.4.2.2"},
+        {"R.16.1.3.1.0", "R.16.1.3.1.1"},
+        {"R.16.1.3.1.6", "R.16.1.3.2.1"},
+        {"R.16.1.3.1.2.7", "-"},
+        {"R.16.1.4.2.2", "R.17.1.2.1.1"},
+        {"R.16.1.3.4294967295.4294967295", "-"},
+        {"R.13.1.2.4294967295", "-"},
+        {"R.46.1.11.1", "-"},  // no column behind it
+        {"R.46.1.11.1.1", "-"},
+        {"2", "-"},
+    };
+    for (const auto& [each_name, next] : rows) {
+        const name_type name = oid_of(each_name);
+        EXPECT_EQ(name_of(find_next_index(name.data(), name.size())), next) << each_name;
+    }
+}
 
 // The request handler's way to the lookups: through the OID that was delivered last.
 class LastOid : public MibWorld {
@@ -38,22 +127,6 @@ TEST_F(LastOid, CarriesAWalkOnBehindAVariableThatHasLeftItsTable) {
     EXPECT_EQ(get_next("R.16.1.2.1.1"), "R.16.1.2.1.2 = gauge 2");
     EXPECT_EQ(get_next("R.16.1.2.1.2"), "R.16.1.2.2.1 = gauge 1");
     EXPECT_EQ(get_next("R.16.1.2.2.1"), "R.16.1.2.2.1 = endOfMibView");
-}
-
-TEST_F(LastOid, KeepsReadsOfTheSelfTestOutOfTheDebugLog) {
-    put("R.7.0", "6.5.2.12");
-    put("R.6.0", 3);
-    get("R.7.0");
-    transcript::take();
-    get("R.7.0");
-    EXPECT_EQ(transcript::take(), "");
-    get("R.6.0");
-    EXPECT_EQ(transcript::take(), "");  // judged by the variable delivered before
-    get("R.6.0");
-    EXPECT_EQ(transcript::take(),
-              "log 7 reqinfo->mode: MODE_GET: current_requestvb->name_length: 14, current_requestvb->name: "
-              "1.3.6.1.4.1.913.11000.2000.500.1.2.6.0.$\n"
-              "log 7 matched previously processed oid$\n");
 }
 
 TEST(OidText, IsCutAtItsLimits) {

@@ -117,10 +117,12 @@ TEST_F(MainLoop, ServesWhatHasArrivedAndGoesOnAfterTenMilliseconds) {
         fake_clock::advance(6'000);
         return 1;
     };
-    at_checks({nothing, [] { return 1; }, [] { return 3; }, [] { return -1; }, slow_request, slow_request, nothing});
-    EXPECT_EQ(run(), string("wait 10000 us\nagent check\nwait 10000 us\nagent check\nagent check\nagent check\n"
-                            "wait 10000 us\nagent check\nagent check\nwait 10000 us\nagent check\n") +
-                         kSigterm + kPopped + "result 0");
+    at_checks({nothing, [] { return 1; }, [] { return 3; }, [] { return -1; }, slow_request, slow_request,
+               nothing});
+    EXPECT_EQ(run(),
+              string("wait 10000 us\nagent check\nwait 10000 us\nagent check\nagent check\nagent check\n"
+                     "wait 10000 us\nagent check\nagent check\nwait 10000 us\nagent check\n") +
+                  kSigterm + kPopped + "result 0");
 }
 
 void queue_unknown(int32_t number) {
@@ -158,7 +160,8 @@ TEST_F(MainLoop, HoldsEventsBackWhileTheArrayIsAway) {
     queue_unknown(901);
     queue_unknown(902);
     sendTestTrap = true;
-    transcript::on("log 4 failed interface test", [](const string&) { fake_api_mgr::refuse_connections(false); });
+    transcript::on("log 4 failed interface test",
+                   [](const string&) { fake_api_mgr::refuse_connections(false); });
     fake_agent::on_check = [passes = 0]() mutable {
         if (snmpSubagentComm->apimgr_ok() && ++passes == 3)
             catch_sigterm(SIGTERM);
@@ -175,25 +178,22 @@ TEST_F(MainLoop, HoldsEventsBackWhileTheArrayIsAway) {
 
 TEST_F(MainLoop, LooksAtLinksThatWereSilentForMoreThanTwoWholeSeconds) {
     const string calm = string("wait 10000 us\nagent check\nwait 10000 us\n");
-    const struct {
-        int64_t silence_us;
-        string looks;
-    } rows[] = {
+    const std::pair<int64_t, string> rows[] = {
         {3'000'000 - 10'000 - 1, ""},
         {3'000'000 - 10'000, string("api GetList TsController\nagent check\nagent ping\n") + kSnmpget + kPs}};
-    for (const auto& each : rows) {
+    for (const auto& [silence_us, looks] : rows) {
         const int64_t start_us = ClockNowUs();
         snmpSubagent_is_active = true;
         at_checks({[&] {
-                       fake_clock::set(start_us + each.silence_us);
+                       fake_clock::set(start_us + silence_us);
                        return 0;
                    },
                    nothing});
-        if (!each.looks.empty())
+        if (!looks.empty())
             fake_agent::on_check = [begin = fake_agent::on_check, checks = 0]() mutable {
                 return ++checks == 2 ? 0 : begin();
             };
-        EXPECT_EQ(run(), calm + each.looks + "agent check\n" + kSigterm + kPopped + "result 0");
+        EXPECT_EQ(run(), calm + looks + "agent check\n" + kSigterm + kPopped + "result 0");
         vars[COLID_selfTestVersion].flags |= VAR_FLAG_delivered;
         snmpSubagentComm->set_apimgr_state(true);
         snmpSubagentComm->set_agentx_state(true);
@@ -258,11 +258,7 @@ TEST_F(MainLoop, TestsTheWholeLinkWhenTheAccessTestFails) {
 }
 
 TEST_F(MainLoop, StartsANewCopyWhenTheChainIsBroken) {
-    const struct {
-        const char* what;
-        std::function<void()> breakage;
-        string course;
-    } rows[] = {
+    const std::tuple<const char*, std::function<void()>, string> rows[] = {
         {"no main session", [] { fake_agent::has_main_session = false; }, "log 4 main-session went down$\n"},
         {"no ping", [] { fake_agent::ping_result = 0; },
          "agent check\nagent ping\nlog 4 Error on ping to master agent$\n"},
@@ -273,16 +269,16 @@ TEST_F(MainLoop, StartsANewCopyWhenTheChainIsBroken) {
          string("agent check\nagent ping\n") + kSnmpget + "log 4 failed popen(): args: " +
              string(kSnmpget).substr(5, string(kSnmpget).size() - 6) + "$\n"},
     };
-    for (const auto& each : rows) {
+    for (const auto& [what, breakage, course] : rows) {
         snmpSubagentComm->set_apimgr_state(false);
         fake_clock::advance(3'000'000);
         snmpSubagentComm->set_apimgr_state(true);
         fake_agent::has_main_session = true;
         fake_agent::ping_result = 1;
         vars[COLID_selfTestVersion].flags |= VAR_FLAG_delivered;
-        each.breakage();
-        EXPECT_EQ(run(), "wait 10000 us\n" + each.course + kRestart + "result 1") << each.what;
-        EXPECT_EQ(snmpSubagentComm->agentx_ok(), string(each.what) == "no main session");
+        breakage();
+        EXPECT_EQ(run(), "wait 10000 us\n" + course + kRestart + "result 1") << what;
+        EXPECT_EQ(snmpSubagentComm->agentx_ok(), string(what) == "no main session");
     }
 }
 
@@ -313,57 +309,17 @@ TEST_F(MainLoop, AnswersWhatCameInALongPassBeforeItJudges) {
     EXPECT_EQ(run(), course("agent check\nagent check\n"));
 }
 
-TEST_F(MainLoop, TestsAMainSessionThatHasComeBackAtOnce) {
-    fake_agent::has_main_session = false;
-    transcript::on("log 4 main-session went down",
-                   [](const string&) { fake_agent::has_main_session = true; });
-    at_checks({nothing, nothing});
-    EXPECT_EQ(run(), string("wait 10000 us\nlog 4 main-session went down$\nagent check\nagent ping\n") +
-                         kSnmpget + "agent check\n" + kSigterm + kPopped + "result 0");
-}
-
-TEST_F(MainLoop, KillsASnmpdThatTakesTooMuchMemory) {
-    ps_output = "  PID   RSS\n 4711 50001\n";
-    last_mem_check_time_us = 0;
-    at_checks({nothing,
-               [] {
-                   fake_clock::advance(2'900'000);
-                   snmpSubagentComm->set_apimgr_state(true);
-                   snmpSubagentComm->set_agentx_state(true);
-                   return 0;
-               },
-               nothing});
-    EXPECT_EQ(run(), string("wait 10000 us\n") + kPs +
-                         "log 4 snmpd mem usage too high: 50001$\n"
-                         "open /usr/bin/killall -6 -v snmpd 2>&1\nsleep 10000 us\n"
-                         "open /usr/bin/killall -9 -v snmpd 2>&1\nsleep 10000 us\nagent check\n"
-                         "wait 10000 us\nagent check\nwait 10000 us\nagent check\n" +
-                         kSigterm + kPopped + "result 0");
-}
-
 TEST_F(MainLoop, EndsAtWhicheverPointItSeesSigterm) {
     const string refused_test =
         "api refused\nlog 4 Caught std::exception processing request: /tmp/apimgr.sock: "
         "nobody listens$\nlog 4 Error on ApiMgr-ping.$\n";
-    const struct {
-        const char* when;
-        std::function<void()> prepare;
-        string course;
-    } rows[] = {
+    const std::tuple<const char*, std::function<void()>, string> rows[] = {
         {"wait", nothing, string("wait 10000 us\n") + kSigterm + "log 7 exiting main_loop$\nresult 1"},
         {"log 4 liteObjEnabled", [] { tempTest_requested = true; },
          string("wait 10000 us\nlog 4 liteObjEnabled toggled to false$\n") + kSigterm +
              "log 7 exiting main_loop$\nresult 1"},
-        {"truncate_subagent_log", nothing,
-         string("wait 10000 us\n") + kSigterm + "log 7 exiting main_loop$\nresult 1"},
         {"log 4 Error on ApiMgr-ping", [] { fake_api_mgr::refuse_connections(true); },
          "wait 10000 us\n" + refused_test + kSigterm + "log 7 exiting main_loop$\nresult 1"},
-        {"log 7 connection to apimgr is Not okay", [] { snmpSubagentComm->set_apimgr_state(false); },
-         string("wait 10000 us\nlog 7 connection to apimgr is Not okay$\n") + kSigterm +
-             "log 7 exiting main_loop$\nresult 1"},
-        {"log 4 main-session went down", [] { fake_agent::has_main_session = false; },
-         string("wait 10000 us\napi GetList TsController\nlog 4 main-session went down$\n") + kSigterm +
-             "log 7 exiting main_loop$\nresult 1"},
         {"log 4 main-session down, or", [] { fake_agent::has_main_session = false; },
          string("wait 10000 us\napi GetList TsController\nlog 4 main-session went down$\n") +
              string(kRestart).substr(0, string(kRestart).find("run")) + kSigterm +
@@ -390,7 +346,7 @@ TEST_F(MainLoop, EndsAtWhicheverPointItSeesSigterm) {
         if (line.rfind(when, 0) == 0)
             catch_sigterm(SIGTERM);
     });
-    for (const auto& each : rows) {
+    for (const auto& [each_when, prepare, course] : rows) {
         when = "";
         verbose = true;
         fake_agent::has_main_session = true;
@@ -399,12 +355,12 @@ TEST_F(MainLoop, EndsAtWhicheverPointItSeesSigterm) {
         fake_clock::advance(3'000'000);
         snmpSubagentComm->set_agentx_state(true);
         last_mem_check_time_us = ClockNowUs();
-        each.prepare();
+        prepare();
         log_caught_signals();
         transcript::take();
         snmpSubagent_is_active = true;
-        when = each.when;
-        EXPECT_EQ(run(), each.course) << each.when;
+        when = each_when;
+        EXPECT_EQ(run(), course) << each_when;
     }
 }
 

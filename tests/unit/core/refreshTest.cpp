@@ -92,27 +92,6 @@ TEST_F(Refresh, KeepsTheOldRowsWhenAnAnswerIsRefused) {
     EXPECT_EQ(row_of_values({115, 117, 119}, 1), "- - -");
 }
 
-TEST_F(Refresh, TellsInTheDebugLogWhyItFailed) {
-    verbose = true;
-    EXPECT_EQ(refresh(27, "TsDisk", ""),
-              "1\napi GetList TsDisk\n"
-              "log 7 number_of_elems_of_interest (0) is less than 1, apiName: tsDisk$\n"
-              "log 7 *ipXmlString: " +
-                  list_answer("") +
-                  "\n"
-                  "log 7 UNsuccessful in get-handler for col-id: 27, retVal: 1$\n");
-    EXPECT_EQ(refresh(133, "Tessera", "<Tessera/><Tessera/>"),
-              "1\napi GetList Tessera\n"
-              "log 7 too many elements received from api: col_id:133, index_to_soc:" +
-                  std::to_string(cols[133].first_var) +
-                  ", number_of_elems_of_interest:2, temp_maxNumOfParents:1, maxNumOfRows:1$\n"
-                  "log 7 found error: index_to_sot: " +
-                  std::to_string(cols[133].head_var) +
-                  ", col-id: 133, index_of_var_of_argv: " + std::to_string(cols[133].first_var) +
-                  ", argv-col-id: 133$\n"
-                  "log 7 UNsuccessful in get-handler for col-id: 133, retVal: 1$\n");
-}
-
 string controller(const char* index, const char* version) {
     return string("<tsController><Index>") + index + "</Index><Status>Up</Status><Version>" + version +
            "</Version><Leader>1</Leader></tsController>";
@@ -149,6 +128,72 @@ TEST_F(Refresh, OfTheControllersSaysWhoseRowsTheirPartsAre) {
         "contents of temp_elem: <Name>n</Name>$\n");
     EXPECT_EQ(ctlrIndexFirst, 8);
     EXPECT_EQ(ctlrIndexSecond, 9);
+}
+
+// Objects go to the first parent that bears their index, in the order of the answer; an object without a
+// parent's tag ends the search for a parent, and what is of nobody is left out.
+TEST_F(Refresh, OfTheEnclosuresSaysWhoseRowsTheirPartsAre) {
+    const auto enclosures = [](std::initializer_list<const char*> indexes) {
+        string objects;
+        for (const string index : indexes)
+            objects += "<tsEnclosure><Index>" + index + "</Index><Name>e" + index + "</Name></tsEnclosure>";
+        return objects;
+    };
+    const auto alarms = [](std::initializer_list<std::pair<const char*, const char*>> parts) {
+        string objects;
+        for (const auto& [parent, name] : parts)
+            objects += "<TsEnclosureAudibleAlarm>" + string(parent) + "<Name>" + name +
+                       "</Name><Status>Up</Status></TsEnclosureAudibleAlarm>";
+        return objects;
+    };
+    const auto names = [] {
+        string all;
+        for (int32_t parent = 1; parent <= 4; ++parent)
+            all += row_of_values({COLID_tsEnclAlarmNbr, COLID_tsEnclAlarmName}, 1, parent) + " | ";
+        return all;
+    };
+    refresh(37, "TsEnclosure", enclosures({"7", "3", " 7", "-5"}));
+    EXPECT_EQ(row_of_values({COLID_tsEnclApiIndex}, 4), "0");
+    refresh(103, "TsEnclosureAudibleAlarm",
+            alarms({{"<EnclosureIndex>3</EnclosureIndex>", "of 3"},
+                    {"<EnclosureIndex>9</EnclosureIndex>", "of nobody"},
+                    {"<EnclosureIndex>+7x</EnclosureIndex>", "of 7"},
+                    {"<EnclosureIndex>3</EnclosureIndex>", "one too many"}}));
+    EXPECT_EQ(names(), R"(1 "of 7" | 1 "of 3" | 1 "of 7" | - - | )");
+    refresh(103, "TsEnclosureAudibleAlarm",
+            alarms({{"<EnclosureIndex>3</EnclosureIndex>", "again"},
+                    {"", "without a tag"},
+                    {"<EnclosureIndex>7</EnclosureIndex>", "behind it"}}));
+    EXPECT_EQ(names(), R"(- - | 1 "again" | - - | - - | )");
+}
+
+// An attribute feeds several columns, scalars take the first object's, and a post-process sees each text
+// anew.
+TEST_F(Refresh, FeedsEachColumnOfItsMap) {
+    const post_process_type post_process = [](int32_t var_index) {
+        vars[var_index].str += is_cached(var_index) ? "+" : "-";
+    };
+    const attribute_map_entry map[] = {{"A", COLID_tsServerName, post_process},
+                                       {"A", COLID_tsServerPathCount, nullptr},
+                                       {"Nowhere", COLID_tsServerStatus, post_process},
+                                       {"A", COLID_productVersion, post_process},
+                                       {"B", COLID_tsServerApiIndex, nullptr}};
+    const auto merged = [&](const string& objects) {
+        EXPECT_EQ(process_table_info(COLID_tsServerNbr, "tsServer", 5, map, list_answer(objects)), 0);
+        string values = value_of(var_at(COLID_productVersion, 1)) + ":";
+        for (int32_t row = 1; row <= 3; ++row)
+            values += " " + row_of_values({COLID_tsServerNbr, COLID_tsServerName, COLID_tsServerPathCount,
+                                           COLID_tsServerStatus, COLID_tsServerApiIndex},
+                                          row);
+        return values;
+    };
+    const string first = "<tsVirtualServer><A>12</A><A>2</A><B>7</B></tsVirtualServer>";
+    const string second = "<TsServerCluster><B>-1</B><A/></TsServerCluster>";
+    const string third = "<tsPhysicalServer><A>x</A><B>4294967296</B></tsPhysicalServer>";
+    EXPECT_EQ(merged(first + second + third + "<tsOther/>"),
+              R"("x+": 1 "x+" 0 - 4294967295 2 "+" 0 - 0 3 "12+" 12 - 7)");
+    EXPECT_EQ(vars[var_at(COLID_tsServerStatus, 1)].str, "no api object-");
+    EXPECT_EQ(merged(third), R"("x+": 1 "x+" 0 - 4294967295 - - - - - - - - - -)");
 }
 
 TEST_F(Refresh, InTheBackgroundOnlyParksTheAnswer) {

@@ -1,15 +1,9 @@
-// The application log where it needs fixed paths: the debug file, syslog's socket, and the way of a line from
-// subagent_log. Runs in the sandbox alone.
+// The application log where it needs fixed paths: the debug file, and the way of a line from subagent_log.
+// Runs in the sandbox alone.
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <poll.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
-#include <unistd.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -98,74 +92,6 @@ TEST_F(DebugFile, IsPutAsideAbove1000000Bytes) {
     EXPECT_EQ(read_file(kOldDebugFile), full);
 }
 
-TEST_F(DebugFile, BeginsAnewWhenItCannotBePutAside) {
-    fs::create_directories(string(kOldDebugFile) + "/occupied");
-    write_file(kDebugFile, string(1000001, 'n'));
-    log("x");
-    EXPECT_EQ(read_file(kDebugFile), "11/14/2023-22:13:20 x\n");
-    EXPECT_TRUE(fs::is_directory(kOldDebugFile));
-}
-
-TEST_F(DebugFile, ThatCannotBeOpenedLosesTheLineAlone) {
-    fs::create_directory(kDebugFile);
-    log("lost");
-    EXPECT_TRUE(fs::is_empty(kDebugFile));
-    fs::remove_all(kFolder);
-    log("lost");
-    EXPECT_FALSE(fs::exists(kFolder));
-    fs::create_directory(kFolder);
-    log("kept");
-    EXPECT_EQ(read_file(kDebugFile), "11/14/2023-22:13:20 kept\n");
-}
-
-// ---- syslog ----
-
-class SyslogSocket {
-  public:
-    SyslogSocket() : descriptor_(socket(AF_UNIX, SOCK_DGRAM, 0)) {
-        sockaddr_un address{};
-        address.sun_family = AF_UNIX;
-        string("/dev/log").copy(address.sun_path, sizeof address.sun_path - 1);
-        EXPECT_EQ(bind(descriptor_, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
-    }
-    ~SyslogSocket() {
-        close(descriptor_);
-        unlink("/dev/log");
-    }
-    SyslogSocket(const SyslogSocket&) = delete;
-    SyslogSocket& operator=(const SyslogSocket&) = delete;
-
-    string take() const {
-        constexpr int only_a_failure_waits_ms = 60'000;
-        pollfd ready{descriptor_, POLLIN, 0};
-        char text[1000];
-        if (poll(&ready, 1, only_a_failure_waits_ms) != 1)
-            return "nothing";
-        const ssize_t length = recv(descriptor_, text, sizeof text, 0);
-        return {text, static_cast<size_t>(std::max<ssize_t>(length, 0))};
-    }
-
-  private:
-    int descriptor_;
-};
-
-TEST(Syslog, GetsTheLineThroughTheTask) {
-    const SyslogSocket socket;
-    const APPLogger owner;
-    ASSERT_TRUE(APPLogger::RegisterLogTask(
-        new LOGTask(std::make_unique<APPSysLogger>("/usr/sbin/snmpSubagent", false))));
-    SUBAGENT_LOG(warning, "disk %d is 100 %% full\n", 7);
-    EXPECT_THAT(socket.take(), testing::MatchesRegex("<12>.* /usr/sbin/snmpSubagent: level\\(4\\) "
-                                                     "category\\(snmpSubagent\\) "
-                                                     "message\\(disk 7 is 100 % full\\)"));
-    APPLogger::headerInclude = true;
-    subagent_log(3, "a.cpp", "run", 12, "no newline");
-    EXPECT_THAT(socket.take(), testing::MatchesRegex("<11>.* /usr/sbin/snmpSubagent: level\\(3\\) "
-                                                     "category\\(snmpSubagent\\) file\\(a.cpp\\) "
-                                                     "func\\(run\\) line\\(12\\) message\\(no newline\\)"));
-    APPLogger::headerInclude = false;
-}
-
 // ---- the lines of subagent_log ----
 
 class LinesOfTheSubagent : public testing::Test {
@@ -219,26 +145,6 @@ TEST_F(LinesOfTheSubagent, LoseOneNewlineAndKeepTheirPlace) {
     EXPECT_EQ(record_.WaitFor(wanted.size()), wanted);
     const LOGMessage last = record_.last();
     EXPECT_EQ(last.file + " " + last.func + " " + std::to_string(last.line), "file.cpp operation 34");
-}
-
-TEST_F(LinesOfTheSubagent, AreLostInBothWhenTheirFileCannotBeOpened) {
-    fs::create_directory(kSubagentLog);
-    subagent_log(3, "f", "o", 1, "lost");
-    fs::remove(kSubagentLog);
-    subagent_log(3, "f", "o", 1, "kept");
-    EXPECT_EQ(record_.WaitFor(1), std::vector<string>{"4|snmpSubagent|kept"});
-}
-
-// The log task's thread is never joined: it works on while the process ends around it.
-TEST(EndOfTheProcess, DoesNotDisturbTheLogTask) {
-    const auto story = [] {
-        APPLogger::RegisterLogTask(new LOGTask(std::make_unique<APPSysLogger>("test", false)));
-        APPLogger::SetLogLevel(8);
-        for (int i = 0; i < 500; ++i)
-            subagent_log(i % 2 == 0 ? 0 : 6, "f", "o", 1, "line %d\n", i);
-        exit(0);
-    };
-    EXPECT_EXIT(story(), testing::ExitedWithCode(0), "");
 }
 
 }  // namespace

@@ -141,32 +141,10 @@ TEST(StartOfAgents, ServesTheSelfTestThroughTheRealHandler) {
     EXPECT_EQ(course.substr(course.size() - kEnd.size()), kEnd);
 }
 
-TEST(StartOfAgents, WaitsForTheMainSession) {
-    const string course = start_agents([] {
-        fake_agent::has_main_session = false;
-        fake_agent::on_check = [passes = 0]() mutable {
-            fake_agent::has_main_session = ++passes >= 3;
-            if (passes == 4)
-                deliver_self_test();
-            return 0;
-        };
-    });
-    const string kWait =
-        string(kLibrary) +
-        "log 4 no main_session, calling agent_check_and_process() to see if we can kick-start$\n"
-        "agent check\nsleep 1000000 us\nagent check\nsleep 1000000 us\nagent check\n"
-        "log 4 main_session started, after waiting 2 sec$\nagent ping\n";
-    EXPECT_NE(course.find(kWait), string::npos) << course;
-    EXPECT_EQ(course.substr(course.size() - 8), "result 0");
-}
-
 TEST(StartOfAgents, GivesUpAtTheFirstStepThatFails) {
     const auto no_answer = [](const char* request) { fake_api_mgr::documents[request] = "no document"; };
     const string unparsable = "log 4 error found while trying to parse ipXmlString: no document$\n";
-    const struct {
-        std::function<void()> change;
-        string end;
-    } rows[] = {
+    const std::pair<std::function<void()>, string> rows[] = {
         {[] { fake_agent::fork_error = 12; },
          "log 4 error on rfork(): errno=12 $\nlog 4 could not start_snmpd()$\n"},
         {[] {
@@ -209,9 +187,9 @@ TEST(StartOfAgents, GivesUpAtTheFirstStepThatFails) {
          "sleep 1000 us\nagent check\nsleep 1000 us\nagent check\n"
          "log 4 ERROR: timed out waiting to receive snmp-GET of self-test oid.$\n"},
     };
-    for (const auto& each : rows) {
-        const string course = start_agents(each.change);
-        const string end = each.end + "result 1";
+    for (const auto& [change, each_end] : rows) {
+        const string course = start_agents(change);
+        const string end = each_end + "result 1";
         EXPECT_EQ(course.size() < end.size() ? course : course.substr(course.size() - end.size()), end);
     }
     // How long it waits: for the session 21 seconds in all, for the self-test 2000 passes.
@@ -304,22 +282,6 @@ TEST(Daemon, EndsInOrderWhenAStepFails) {
                                "log 3 Error reading in the trusted session key$\n" + kLastSteps);
     EXPECT_EQ(run_daemon([] { write_file("/tmp/apps/snmpsubagent.conf", "# isdebugmode = 1\n"); }),
               "status 1, restart: ");
-}
-
-TEST(Daemon, StartsANewCopyAfterTheLossOfTheMasterAgent) {
-    const string course = run_daemon([] {
-        fake_agent::on_check = [] {
-            deliver_self_test();
-            fake_agent::has_main_session = snmpSubagent_is_active ? false : true;
-            return 0;
-        };
-    });
-    const string end =
-        "log 4 main-session went down$\n"
-        "log 4 main-session down, or error on agentx-ping, or failed self-test: will try a restart...$\n"
-        "run (sleep 1; [/usr/sbin/snmpSubagent] [-x] &) &\n" +
-        kLastSteps;
-    EXPECT_EQ(course.substr(course.size() - end.size()), end);
 }
 
 }  // namespace

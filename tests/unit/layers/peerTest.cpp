@@ -109,16 +109,6 @@ TEST_F(Client, CannotConnectWhereNobodyListens) {
     EXPECT_EQ(ErrorOf(connect), path_ + ": cannot connect: Connection refused");
 }
 
-TEST_F(Client, MeetsTheTimeLimitAtAFullBacklog) {
-    const RawPeer listener(Bind());
-    ASSERT_EQ(listen(listener.descriptor(), 0), 0);
-    std::vector<std::unique_ptr<WireLinkClient>> waiting;
-    std::string error;
-    while (error.empty() && waiting.size() < 100)
-        error = ErrorOf([&] { waiting.push_back(std::make_unique<WireLinkClient>(Endpoint(0))); });
-    EXPECT_EQ(error, path_ + ": time limit of 0 s reached, connecting");
-}
-
 TEST_F(Client, GetsItsAnswerOrAnError) {
     WireLinkServer server(Endpoint());
     const std::string answer = Frame(MessageOfSize(1000).SerializeAsString());

@@ -81,14 +81,4 @@ TEST_F(Server, LeavesAPathAloneThatIsNoSocket) {
     ExpectServes(server);
 }
 
-TEST_F(Server, RefusesAPathThatCannotBe) {
-    const std::string longest = folder_.Path(std::string(107 - folder_.Path("").size(), 'p'));
-    EXPECT_EQ(ErrorAt(longest), "");
-    EXPECT_THAT(ErrorAt(longest + "p"), testing::HasSubstr("too long"));
-    EXPECT_THAT(ErrorAt(""), testing::HasSubstr("empty"));
-    EXPECT_THAT(ErrorAt(std::string("\0abstract", 9)), testing::HasSubstr("zero character"));
-    EXPECT_THAT(ErrorAt(folder_.Path("no/folder")),
-                testing::HasSubstr("cannot bind: No such file or directory"));
-}
-
 }  // namespace

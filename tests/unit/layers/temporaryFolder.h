@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <stdexcept>
 #include <string>
 
@@ -19,6 +21,17 @@ class TemporaryFolder {
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
     std::string Path(const std::string& name) const { return path_ + "/" + name; }
+
+    /** Writes a file; returns its path. */
+    std::string Write(const std::string& name, const std::string& content) const {
+        std::ofstream(Path(name)) << content;
+        return Path(name);
+    }
+
+    std::string Read(const std::string& name) const {
+        std::ifstream file(Path(name));
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
 
   private:
     std::string path_;

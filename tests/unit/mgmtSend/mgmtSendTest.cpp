@@ -1,11 +1,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <sstream>
 
 #include "apiMgmt/common/wirelink/wireLink.h"
 #include "apiMgmt/proto/apiMgrMsg.pb.h"
+#include "tests/unit/layers/temporaryFolder.h"
+#include "tests/unit/words.h"
 #include "tools/mgmtSend/program.h"
 
 using testing::ElementsAre;
@@ -17,10 +18,8 @@ namespace {
 /** The program beside a listener that takes the daemon's place. */
 class MgmtSend : public testing::Test {
   protected:
-    ~MgmtSend() override { std::filesystem::remove_all(folder_); }
-
-    int Run(std::vector<std::string> words, const std::string& input = {}) {
-        words.insert(words.begin(), {"mgmtSend", "--socket", socket_});
+    int Run(const std::string& line, const std::string& input = {}) {
+        const std::vector<std::string> words = Words("mgmtSend --socket " + socket_ + " " + line);
         std::vector<const char*> argv;
         for (const std::string& word : words) {
             argv.push_back(word.c_str());
@@ -52,11 +51,8 @@ class MgmtSend : public testing::Test {
         return texts;
     }
 
-    const std::string folder_ = [] {
-        std::string pattern = std::filesystem::temp_directory_path() / "mgmtSendTest.XXXXXX";
-        return std::string(mkdtemp(pattern.data()));
-    }();
-    const std::string socket_ = folder_ + "/daemon";
+    const TemporaryFolder folder_;
+    const std::string socket_ = folder_.Path("daemon");
     const WireLinkEndpoint endpoint_ = WireLinkEndpoint::CreateLocalEndpoint(socket_, 60, 65536);
     std::optional<WireLinkServer> daemon_;
     std::ostringstream out_;
@@ -64,128 +60,95 @@ class MgmtSend : public testing::Test {
 };
 
 TEST_F(MgmtSend, EachCommandIsAMessageOfItsOwn) {
-    struct Case {
-        std::vector<std::string> words;
-        std::string body;
-    };
     // Kind of the envelope; the message with service, kind and command type 0, the command, the text.
-    const Case cases[] = {
-        {{"raw", "4 4 4 0 0 0 0 0 x"},
+    const std::pair<std::string, std::string> cases[] = {
+        {"raw '4 4 4 0 0 0 0 0 x'",
          std::string("\x08\x06\x32\x1b\x08\x00\x10\x00\x18\x00\x20\x01\x2a\x11", 14) + "4 4 4 0 0 0 0 0 x"},
-        {{"lite-objects"}, std::string("\x08\x06\x32\x08\x08\x00\x10\x00\x18\x00\x20\x02", 12)},
-        {{"show-outstanding"}, std::string("\x08\x06\x32\x08\x08\x00\x10\x00\x18\x00\x20\x03", 12)},
-        {{"verbose", "on"}, std::string("\x08\x06\x32\x08\x08\x00\x10\x00\x18\x00\x20\x04", 12)},
-        {{"verbose", "off"}, std::string("\x08\x06\x32\x08\x08\x00\x10\x00\x18\x00\x20\x05", 12)},
+        {"lite-objects", std::string("\x08\x06\x32\x08\x08\x00\x10\x00\x18\x00\x20\x02", 12)},
+        {"show-outstanding", std::string("\x08\x06\x32\x08\x08\x00\x10\x00\x18\x00\x20\x03", 12)},
+        {"verbose on", std::string("\x08\x06\x32\x08\x08\x00\x10\x00\x18\x00\x20\x04", 12)},
+        {"verbose off", std::string("\x08\x06\x32\x08\x08\x00\x10\x00\x18\x00\x20\x05", 12)},
     };
     Listen();
-    for (const Case& each : cases) {
-        ASSERT_EQ(Run(each.words), 0) << err_.str();
+    for (const auto& [words, body] : cases) {
+        ASSERT_EQ(Run(words), 0) << err_.str();
         const std::vector<protoIPCMsg::GPBIPCMsg> messages = Take();
         ASSERT_EQ(messages.size(), 1u);
-        EXPECT_EQ(messages[0].SerializeAsString(), each.body) << each.words[0];
+        EXPECT_EQ(messages[0].SerializeAsString(), body) << words;
         EXPECT_THAT(out_.str() + err_.str(), IsEmpty());
     }
 }
 
 TEST_F(MgmtSend, ATrapIsWrittenAsItsKindDemands) {
-    struct Case {
-        std::vector<std::string> words;
-        const char* text;
-    };
-    const Case cases[] = {
-        {{"202", "17"}, "13 1 37 202 17 0 0 0 @@@"},
-        {{"disk-status", "17", "--alert", "two  words"}, "13 1 37 202 17 0 0 0 @@@two  words"},
-        {{"disk-status", "17", "--cleared"}, "13 1 37 202 17 0 0 5 @@@"},
-        {{"disk-status", "17", "--event", "1,22,333"}, "1 22 333 202 17 0 0 0 @@@"},
-        {{"202", "17", "1", "2", "3"}, "13 1 37 202 17 1 2 3 @@@"},
-        {{"202", "17", "0", "0", "5", "--cleared"}, "13 1 37 202 17 0 0 5 @@@"},
-        {{"202", "17", "--alert", "64702.17 x@@@y"}, "13 1 37 202 17 0 0 0 64702.17 x@@@y"},
-        {{"202", "17", "--alert", ""}, "13 1 37 202 17 0 0 0 @@@"},
-        {{"ctlr-comp-status", "1", "fan", "0"}, "29 1 98 204 1 1 0 0 @@@"},
-        {{"ctlr-comp-status", "2", "voltage", "3"}, "29 1 34 204 2 4 3 0 @@@"},
-        {{"204", "2", "3", "7"}, "29 1 48 204 2 3 7 0 @@@"},
-        {{"encl-comp-status", "5", "io-module", "2"}, "12 6 35 206 5 5 2 0 @@@"},
-        {{"encl-comp-status", "5", "alarm", "1", "5"}, "12 7 37 206 5 6 1 5 @@@"},
-        {{"ports-balanced", "2"}, "7 7 7 211 2 0 0 0 @@@"},
-        {{"ups-status", "4"}, "29 1 22 212 4 0 0 0 @@@"},
-        {{"scsi-device-status", "0", "3", "4"}, "0 0 0 213 0 3 4 0 @@@"},
-        {{"test"}, "0 0 0 200 0 0 0 0 @@@"},
-        {{"misc", "--alert", "as it stands"}, "0 0 0 201 0 0 0 0 as it stands"},
-        {{"misc"}, "0 0 0 201 0 0 0 0 "},
-        {{"100", "--alert", "a plain one"}, "0 0 0 100 0 0 0 0  @@@a plain one"},
-        {{"0", "--event", "4,4,4"}, "4 4 4 0 0 0 0 0  @@@"},
+    const std::pair<std::string, const char*> cases[] = {
+        {"202 17", "13 1 37 202 17 0 0 0 @@@"},
+        {"disk-status 17 --alert 'two  words'", "13 1 37 202 17 0 0 0 @@@two  words"},
+        {"disk-status 17 --cleared", "13 1 37 202 17 0 0 5 @@@"},
+        {"disk-status 17 --event 1,22,333", "1 22 333 202 17 0 0 0 @@@"},
+        {"202 17 1 2 3", "13 1 37 202 17 1 2 3 @@@"},
+        {"202 17 --alert '64702.17 x@@@y'", "13 1 37 202 17 0 0 0 64702.17 x@@@y"},
+        {"ctlr-comp-status 1 fan 0", "29 1 98 204 1 1 0 0 @@@"},
+        {"ctlr-comp-status 2 voltage 3", "29 1 34 204 2 4 3 0 @@@"},
+        {"encl-comp-status 5 io-module 2", "12 6 35 206 5 5 2 0 @@@"},
+        {"encl-comp-status 5 alarm 1 5", "12 7 37 206 5 6 1 5 @@@"},
+        {"ports-balanced 2", "7 7 7 211 2 0 0 0 @@@"},
+        {"ups-status 4", "29 1 22 212 4 0 0 0 @@@"},
+        {"scsi-device-status 0 3 4", "0 0 0 213 0 3 4 0 @@@"},
+        {"test", "0 0 0 200 0 0 0 0 @@@"},
+        {"misc --alert 'as it stands'", "0 0 0 201 0 0 0 0 as it stands"},
+        {"misc", "0 0 0 201 0 0 0 0 "},
+        {"100 --alert 'a plain one'", "0 0 0 100 0 0 0 0  @@@a plain one"},
     };
     Listen();
-    for (Case each : cases) {
-        each.words.insert(each.words.begin(), "trap");
-        ASSERT_EQ(Run(each.words), 0) << err_.str();
-        EXPECT_THAT(TakeTexts(), ElementsAre(each.text));
-        each.words.push_back("--print");
-        EXPECT_EQ(Run(each.words), 0);
-        EXPECT_EQ(out_.str(), std::string(each.text) + "\n");
+    for (const auto& [words, text] : cases) {
+        ASSERT_EQ(Run("trap " + words), 0) << err_.str();
+        EXPECT_THAT(TakeTexts(), ElementsAre(text));
+        EXPECT_EQ(Run("trap " + words + " --print"), 0);
+        EXPECT_EQ(out_.str(), std::string(text) + "\n");
     }
 }
 
 /** Nobody listens: a mistake that is found too late would end in status 1. */
 TEST_F(MgmtSend, MistakesAreNamedBeforeAnythingIsSent) {
-    struct Case {
-        std::vector<std::string> words;
-        std::string error;
-    };
-    const Case cases[] = {
-        {{}, "what is to be sent? --help tells"},
-        {{"trap"}, "KIND is required"},
-        {{"trap", "disk"}, "there is no notification 'disk'; --list has all of them"},
-        {{"trap", "9"}, "there is no notification '9'; --list has all of them"},
-        {{"trap", "214", "1"}, "there is no notification '214'; --list has all of them"},
-        {{"trap", "202 ", "1"}, "there is no notification '202 '; --list has all of them"},
-        {{"trap", "disk-status"}, "disk-status needs argument A: API index of the disk"},
-        {{"trap", "202", "0"}, "disk-status needs argument A: API index of the disk"},
-        {{"trap", "211", "3"}, "ports-balanced needs argument A: 1 or 2"},
-        {{"trap", "scsi-device-status"}, "scsi-device-status needs argument A: row of the disk, 0 for none"},
-        {{"trap", "213", "0", "0", "1"}, "scsi-device-status needs argument B: type of the device, above 0"},
-        {{"trap", "213", "0", "1"}, "scsi-device-status needs argument C: status of the device, above 0"},
-        {{"trap", "202", "x"}, "argument A 'x' is no number from 0 to 2147483647"},
-        {{"trap", "202", "2147483648"}, "argument A '2147483648' is no number from 0 to 2147483647"},
-        {{"trap", "202", "1", "fan"}, "argument B 'fan' is no number from 0 to 2147483647"},
-        {{"trap", "202", "1", "2", "3", "4", "5"}, "a notification has no more arguments than A B C D"},
-        {{"trap", "204", "1"}, "ctlr-comp-status needs argument B: the component, by word or number"},
-        {{"trap", "ctlr-comp-status", "1", "io-module", "1"},
+    const std::pair<std::string, std::string> cases[] = {
+        {"", "what is to be sent? --help tells"},
+        {"trap", "KIND is required"},
+        {"trap disk", "there is no notification 'disk'; --list has all of them"},
+        {"trap 214 1", "there is no notification '214'; --list has all of them"},
+        {"trap disk-status", "disk-status needs argument A: API index of the disk"},
+        {"trap 211 3", "ports-balanced needs argument A: 1 or 2"},
+        {"trap scsi-device-status", "scsi-device-status needs argument A: row of the disk, 0 for none"},
+        {"trap 213 0 0 1", "scsi-device-status needs argument B: type of the device, above 0"},
+        {"trap 202 x", "argument A 'x' is no number from 0 to 2147483647"},
+        {"trap 202 1 fan", "argument B 'fan' is no number from 0 to 2147483647"},
+        {"trap 202 1 2 3 4 5", "a notification has no more arguments than A B C D"},
+        {"trap 204 1", "ctlr-comp-status needs argument B: the component, by word or number"},
+        {"trap ctlr-comp-status 1 io-module 1",
          "ctlr-comp-status knows no component 'io-module', only fan (1), power (2), temperature (3), voltage "
          "(4)"},
-        {{"trap", "206", "1", "4", "1"},
+        {"trap 206 1 4 1",
          "encl-comp-status knows no component '4', only fan (1), power (2), temperature (3), io-module (5), "
          "alarm (6)"},
-        {{"trap", "204", "1", "fan"}, "ctlr-comp-status needs argument C: API index of the fan minus 1"},
-        {{"trap", "206", "1", "fan", "0"}, "encl-comp-status needs argument C: row of the fan"},
-        {{"trap", "202", "1", "0", "0", "4", "--cleared"}, "argument D 4 contradicts --cleared"},
-        {{"trap", "202", "1", "--event", "13,1"}, "the event id '13,1' is not three numbers, as in 13,1,37"},
-        {{"trap", "202", "1", "--event", "13,1,"},
-         "the event id '13,1,' is not three numbers, as in 13,1,37"},
-        {{"trap", "202", "1", "--event", "13 1 37"}, "the event id '13 1 37' is not three numbers"},
-        {{"trap", "202", "1", "--alert", "two\nlines"},
-         "a trap command is one line; the text holds a line feed"},
-        {{"trap", "202", "1", "--alert", std::string(478, 'x')},
+        {"trap 204 1 fan", "ctlr-comp-status needs argument C: API index of the fan minus 1"},
+        {"trap 202 1 0 0 4 --cleared", "argument D 4 contradicts --cleared"},
+        {"trap 202 1 --event 13,1", "the event id '13,1' is not three numbers, as in 13,1,37"},
+        {"trap 202 1 --alert two\nlines", "a trap command is one line; the text holds a line feed"},
+        {"trap 202 1 --alert " + std::string(478, 'x'),
          "the trap command has 501 bytes; the daemon looks at 500 and would cut the rest"},
-        {{"trap", "202", "1", "--frobnicate"}, "--frobnicate"},
-        {{"raw"}, "TEXT is required"},
-        {{"raw", ""}, "an empty text is no trap command"},
-        {{"raw", "two\nlines"}, "a trap command is one line"},
-        {{"raw", std::string(501, '1')}, "the trap command has 501 bytes"},
-        {{"verbose"}, "on|off is required"},
-        {{"verbose", "loud"}, "on|off: loud not in {on,off}"},
-        {{"lite-objects", "on"}, "on"},
-        {{"explode"}, "explode"},
+        {"raw ''", "an empty text is no trap command"},
+        {"raw two\nlines", "a trap command is one line"},
+        {"raw " + std::string(501, '1'), "the trap command has 501 bytes"},
+        {"verbose loud", "on|off: loud not in {on,off}"},
     };
-    for (const Case& each : cases) {
-        EXPECT_EQ(Run(each.words), 2) << each.error;
-        EXPECT_THAT(err_.str(), HasSubstr(each.error));
+    for (const auto& [words, error] : cases) {
+        EXPECT_EQ(Run(words), 2) << error;
+        EXPECT_THAT(err_.str(), HasSubstr(error));
     }
 }
 
 TEST_F(MgmtSend, TheLongestTextGoesThroughWhole) {
     Listen();
-    ASSERT_EQ(Run({"trap", "202", "1", "--alert", std::string(477, 'x')}), 0);
+    ASSERT_EQ(Run("trap 202 1 --alert " + std::string(477, 'x')), 0);
     const std::vector<std::string> texts = TakeTexts();
     ASSERT_EQ(texts.size(), 1u);
     EXPECT_EQ(texts[0].size(), 500u);
@@ -193,12 +156,12 @@ TEST_F(MgmtSend, TheLongestTextGoesThroughWhole) {
 
 TEST_F(MgmtSend, LinesOfTheInputShareOneConnection) {
     Listen();
-    ASSERT_EQ(Run({"raw", "-"},
-                  "1 1 1 201 0 0 0 0 one\n\n2 2 2 201 0 0 0 0 two \n" + std::string(500, 'x') + "\nlast"),
-              0);
+    ASSERT_EQ(
+        Run("raw -", "1 1 1 201 0 0 0 0 one\n\n2 2 2 201 0 0 0 0 two \n" + std::string(500, 'x') + "\nlast"),
+        0);
     EXPECT_THAT(TakeTexts(), ElementsAre("1 1 1 201 0 0 0 0 one", "2 2 2 201 0 0 0 0 two ",
                                          std::string(500, 'x'), "last"));
-    ASSERT_EQ(Run({"raw", "-"}, "first\n\n" + std::string(501, 'x') + "\nnever"), 2);
+    ASSERT_EQ(Run("raw -", "first\n\n" + std::string(501, 'x') + "\nnever"), 2);
     EXPECT_THAT(err_.str(),
                 HasSubstr("line 3 is longer than the 500 bytes that the daemon looks at; all lines "
                           "before it were sent"));
@@ -206,21 +169,19 @@ TEST_F(MgmtSend, LinesOfTheInputShareOneConnection) {
 }
 
 TEST_F(MgmtSend, ADaemonThatIsNotThereIsAStatusOfItsOwn) {
-    for (const std::vector<std::string>& words :
-         std::vector<std::vector<std::string>>{{"trap", "202", "1"}, {"raw", "-"}, {"verbose", "on"}}) {
+    for (const char* words : {"trap 202 1", "raw -", "verbose on"}) {
         EXPECT_EQ(Run(words, "1 1 1 201 0 0 0 0 one\n"), 1);
         EXPECT_THAT(err_.str(), HasSubstr("mgmtSend: the daemon cannot be reached: " + socket_));
     }
 }
 
 TEST_F(MgmtSend, ListAndHelpNeedNoDaemon) {
-    EXPECT_EQ(Run({"--list"}), 0);
+    EXPECT_EQ(Run("--list"), 0);
     EXPECT_THAT(out_.str(),
                 HasSubstr("\n202    disk-status          tsDiskStatusChange           The status of a disk "
                           "has changed.\n       A                    API index of the disk\n"));
     EXPECT_THAT(out_.str(), HasSubstr("       B 5 io-module        I/O module; C: row of the module\n"));
-    for (const std::vector<std::string>& words :
-         std::vector<std::vector<std::string>>{{"--help"}, {"trap", "--help"}}) {
+    for (const char* words : {"--help", "trap --help"}) {
         EXPECT_EQ(Run(words), 0);
         EXPECT_THAT(out_.str(), HasSubstr("Usage: mgmtSend"));
     }

@@ -4,7 +4,6 @@ packageTest.py BUILD [unittest arguments]
 """
 
 import os
-import re
 import shutil
 import subprocess
 import sys
@@ -112,19 +111,6 @@ class Package(unittest.TestCase):
         # The status record of an answer is an object, too.
         expected = f"{len(catalogue.objects) + 1} {methods} {len(catalogue.method_objects)}\n"
         self.assertEqual(run(consumer).stdout, expected)
-
-    def test_another_version_is_not_taken(self):
-        project = self.path("another")
-        os.mkdir(project)
-        with open(os.path.join(project, "CMakeLists.txt"), "w", encoding="utf-8") as file:
-            file.write("cmake_minimum_required(VERSION 3.24)\nproject(another LANGUAGES CXX)\n"
-                       "find_package(tesseraApi 99 REQUIRED)\n")
-        result = run("cmake", "-S", project, "-B", self.path("build-another"), f"-DCMAKE_PREFIX_PATH={self.prefix}",
-                     check=False)
-        self.assertNotEqual(result.returncode, 0)
-        with open(os.path.join(self.build, "CMakeCache.txt"), encoding="utf-8") as file:
-            version = re.search(r"^CMAKE_PROJECT_VERSION:STATIC=(.*)$", file.read(), re.MULTILINE).group(1)
-        self.assertIn(f"version: {version}", result.stderr)
 
 
 if __name__ == "__main__":

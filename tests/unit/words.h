@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+/** The words of a command line; single quotes keep spaces, and empty words. */
+inline std::vector<std::string> Words(const std::string& line) {
+    std::vector<std::string> words;
+    bool is_quoted = false;
+    bool is_between = true;
+    for (const char each : line) {
+        if (each == ' ' && !is_quoted) {
+            is_between = true;
+            continue;
+        }
+        if (is_between)
+            words.emplace_back();
+        is_between = false;
+        if (each == '\'')
+            is_quoted = !is_quoted;
+        else
+            words.back() += each;
+    }
+    return words;
+}
