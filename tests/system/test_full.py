@@ -65,7 +65,7 @@ class AFullArray(story.SharedStory):
         for column in self.below_the_enterprise():
             if column.table is None:
                 oids.append(mib.oid(column.name, 1))
-            elif column.not table.parent:
+            elif not column.table.parent:
                 oids += [mib.oid(column.name, column.table.rows + 1), mib.oid(column.name, 0)]
             else:
                 oids += [mib.oid(column.name, 1, column.table.rows + 1),
