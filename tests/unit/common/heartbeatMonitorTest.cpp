@@ -18,17 +18,9 @@ namespace {
 std::atomic<int> listening_port{0};
 std::atomic<int> sleeps{0};
 
-void LimitDescriptors(rlim_t count) {
-    rlimit limit{};
-    getrlimit(RLIMIT_NOFILE, &limit);
-    limit.rlim_cur = count;
-    setrlimit(RLIMIT_NOFILE, &limit);
-}
-
 void Pause(int64_t duration_us) {
     EXPECT_GT(duration_us, 0);
     ++sleeps;
-    LimitDescriptors(100);
 }
 
 uint16_t StartOnFreePort() {

@@ -118,7 +118,7 @@ TEST_F(Handler, WalksTheWholeStoreInEitherForm) {
     begin_agent_tick();
     get("R.1.0");  // a delivered variable: a walk in the old form may begin
     string old_walk;
-    string name = "OLD";
+    name = "OLD";
     for (int i = 0; i < 7; ++i) {
         begin_agent_tick();
         if (i > 0)

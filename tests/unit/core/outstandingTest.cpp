@@ -27,6 +27,10 @@ class Outstanding : public TrapWorld {
         check_outstanding_traps();
         return transcript::take();
     }
+
+    static void expect_logged(const string& course, const string& line) {
+        EXPECT_NE(course.find("log 7 " + line + "$\n"), string::npos) << line << " in\n" << course;
+    }
 };
 
 TEST_F(Outstanding, IsOneRecordOfAnObject) {

@@ -11,6 +11,8 @@ namespace {
 
 using std::string;
 
+const char* const kSupport = ": Contact Vorn Support Services.";
+
 class Objects : public TrapWorld {
   protected:
     Objects() {
