@@ -125,6 +125,23 @@ TEST_F(LogFile, TakesStandardOutputAndFollowsAMovedFile) {
     EXPECT_EQ(take(), "the new file\nprinted there\nafter the close\n");
 }
 
+TEST_F(LogFile, HexDumpHasItsColumns) {
+    snmp_hexDump(
+        "\x01"
+        "AZ~\x7f\xff 0123456789/",
+        18, "title");
+    EXPECT_EQ(take(),
+              "--------- title --------- (18 bytes)\n"
+              "+0000   01 41 5A 7E  7F FF 20 30  31 32 33 34  35 36 37 38   .AZ~.. 012345678 \n"
+              "+0010   39 2F                                                9/               \n");
+    snmp_hexDump("", 0, "none");
+    EXPECT_EQ(take(), "--------- none --------- (0 bytes)\n");
+    context_backtrace();
+    const string context = take();
+    EXPECT_EQ(context.rfind("calling getcontext()...\nreturned from getcontext()\n", 0), 0U);
+    EXPECT_NE(context.find("\nrip="), string::npos);
+}
+
 // ---- settings ----
 
 string settings() {
