@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/unit/apiClient/clientRun.h"
 #include "tests/unit/words.h"
-#include "tools/apiClient/completion.h"
 
 namespace {
 
@@ -43,6 +43,9 @@ TEST(ApiClientCompletion, TheLastWordBecomesWhatCanStandThere) {
         {"--locale", "en", {"en_US"}},
         {"TsDisk GetList --filter", "HealthM", {}},  // no filter compares it
         {"TsDisk GetList --filter", "HealthMask = ", {}},
+        {"TsDisk GetList", "--fi", {"--filter"}},
+        {"TsDisk GetList", "--l", {"--lite", "--list", "--locale"}},
+        {"TsDisk --lite", "GetL", {"GetList"}},
         {"TsToaster", "", {}},
         {"TsDisk Fly", "", {}},
         {"TsDisk Get", "Frob=", {}},
