@@ -62,6 +62,14 @@ bool ContinueInChild() {
     return child == 0;
 }
 
+// A supervisor adopts the daemon when its parent has exited. If it read the pid file before that, it would
+// take the daemon for a stranger, which it does not wait for.
+void WaitUntilAdopted(pid_t parent) {
+    for (int64_t left_us = kSecondUs; left_us > 0 && getppid() == parent; left_us -= kMillisecondUs) {
+        ClockSleepMicroseconds(kMillisecondUs);
+    }
+}
+
 void CloseAllDescriptors(const rlimit& open_files) {
     const rlim_t count = open_files.rlim_max == RLIM_INFINITY ? 1024 : open_files.rlim_max;
     const rlim_t greatest = std::min<rlim_t>(count, INT_MAX);  // descriptors are never above
@@ -103,9 +111,11 @@ int LeaveTerminal() {
         return 1;
     }
     // No longer the session's leader, the process can never get a terminal again.
+    const pid_t leader = getpid();
     if (!ContinueInChild()) {
         return 1;
     }
+    WaitUntilAdopted(leader);
     CloseAllDescriptors(open_files);
     return OpenNullAsStandardDescriptors();
 }
