@@ -62,8 +62,8 @@ bool ContinueInChild() {
     return child == 0;
 }
 
-// A supervisor adopts the daemon when its parent has exited. If it read the pid file before that, it would take the
-// daemon for a stranger, which it does not wait for.
+// A supervisor adopts the daemon when its parent has exited. If it read the pid file before that, it would
+// take the daemon for a stranger, which it does not wait for.
 void WaitUntilAdopted(pid_t parent) {
     for (int64_t left_us = kSecondUs; left_us > 0 && getppid() == parent; left_us -= kMillisecondUs) {
         ClockSleepMicroseconds(kMillisecondUs);
