@@ -1,6 +1,8 @@
 #include "tools/checkconf/masterAgentAccess.h"
 
 #include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
 
 #include <algorithm>
 #include <cstdint>

@@ -2,9 +2,11 @@
 
 #include <cstdio>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/startUp.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/version.h"
 
 namespace {
 
@@ -35,7 +37,7 @@ std::optional<int> answer_options(int argc, const char* const argv[]) {
         if (argument == "--help")
             return printed(kUsage);
         if (argument == "--version")
-            return printed("snmpSubagent " SNMPSUBAGENT_VERSION "\n");
+            return printed((std::string("snmpSubagent ") + kVersion + "\n").c_str());
         fprintf(stderr, "snmpSubagent: unknown option '%s'; see --help\n", argv[i]);
         return kWrongUsage;
     }

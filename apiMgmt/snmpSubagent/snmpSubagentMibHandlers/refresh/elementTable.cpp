@@ -88,10 +88,10 @@ element_table::element_table(const parser::XMLParser& document, const std::vecto
     assign_rows(column);
 }
 
-// One walk over the children of each object, however many columns the map fills, since a full array's list has some
-// hundred thousand children. In this order: each attribute of the map gets a slot, two places with the same attribute
-// the same one; each slot is found by the number that its tag has in this document; then the children are read, of
-// several with one tag the first.
+// One walk over the children of each object, however many columns the map fills, since a full array's list
+// has some hundred thousand children. In this order: each attribute of the map gets a slot, two places with
+// the same attribute the same one; each slot is found by the number that its tag has in this document; then
+// the children are read, of several with one tag the first.
 void element_table::read_values(const parser::XMLParser& document, const std::vector<XMLElement>& elements,
                                 int map_size, const attribute_map_entry* map, const char* parent_attribute) {
     slots_by_tag slots;
@@ -122,9 +122,10 @@ void element_table::read_values(const parser::XMLParser& document, const std::ve
     }
 }
 
-// Groups the objects by their parent index in one pass, each group in the order of the response and no longer than a
-// parent has rows, and then gives each parent its group. The indexes of the parents are read last: they are those of
-// the latest refresh of the controllers or enclosures, and a parent that is gone has no rows.
+// Groups the objects by their parent index in one pass, each group in the order of the response and no longer
+// than a parent has rows, and then gives each parent its group. The indexes of the parents are read last:
+// they are those of the latest refresh of the controllers or enclosures, and a parent that is gone has no
+// rows.
 void element_table::assign_rows(const column_record& column) {
     const size_t rows = column.maxNumOfRows;
     if (parents_.empty() && !column.has_parent()) {

@@ -96,9 +96,10 @@ int32_t shown_variable(const column_record& column) {
     return column.first_var + column.trapRow + parents_before - 1;
 }
 
-// In this order: the variable of the row that is shown; its name, which receivers tell the object by; its value, as a
-// string that Net-SNMP converts by the letter of its type. A column whose type no notification carries is left out and
-// logged, because the rest is still of use; one without a type stops the notification.
+// In this order: the variable of the row that is shown; its name, which receivers tell the object by; its
+// value, as a string that Net-SNMP converts by the letter of its type. A column whose type no notification
+// carries is left out and logged, because the rest is still of use; one without a type stops the
+// notification.
 int add_variable(netsnmp_pdu* pdu, const column_record& column) {
     const int32_t var_index = shown_variable(column);
     const variable_entry& entry = vars[var_index];
