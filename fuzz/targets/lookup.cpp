@@ -11,8 +11,8 @@
 #include "fuzz/lib/fuzzCheck.h"
 #include "fuzz/lib/fuzzInput.h"
 #include "fuzz/lib/fuzzWorld.h"
+#include "fuzz/lib/literalLookup.h"
 #include "tests/unit/core/fakes/transcript.h"
-#include "tests/unit/core/literalLookup.h"
 
 namespace {
 

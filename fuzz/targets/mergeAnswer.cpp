@@ -15,9 +15,9 @@
 #include "fuzz/lib/fuzzCheck.h"
 #include "fuzz/lib/fuzzInput.h"
 #include "fuzz/lib/fuzzWorld.h"
+#include "fuzz/lib/literalMerge.h"
 #include "tests/unit/core/fakes/fakeApiMgr.h"
 #include "tests/unit/core/fakes/transcript.h"
-#include "tests/unit/core/literalMerge.h"
 
 namespace {
 

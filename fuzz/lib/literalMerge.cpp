@@ -1,4 +1,4 @@
-#include "tests/unit/core/literalMerge.h"
+#include "fuzz/lib/literalMerge.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,4 +1,4 @@
-#include "tests/unit/core/literalLookup.h"
+#include "fuzz/lib/literalLookup.h"
 
 #include <algorithm>
 
