@@ -52,12 +52,12 @@ PARENTS_STALE_S = 3 * STALE_S  # of real time; a part of it may be disturbed
 
 
 def numbering(objects):
-    """What the numbers of parents in the instances of their parts follow from."""
+    """The order of the parents, which determines the parent numbers in the instances of their parts."""
     return tuple(tuple(each["Index"] for each in objects.get(kind, [])) for kind in PARENTS)
 
 
 class Parts(Expectation):
-    """Only what is numbered by parents."""
+    """Only the instances that contain the number of a parent."""
 
     @staticmethod
     def refreshes():
@@ -75,8 +75,8 @@ class History:
         self.timeline, self.states = timeline, states
         self.lock = threading.Lock()
         self.tracks = {}  # of the array's model; None: no such instance
-        self.parents = {}  # by numbering: the parents, and since when they are not the present ones (None: they are)
-        self.renumbered = defaultdict(dict)  # by numbering: tracks of parts, by the parents as they were
+        self.parents = {}  # by numbering: the parents, and when others replaced them (None: current)
+        self.renumbered = defaultdict(dict)  # by old numbering: tracks of the parts
         self.told = {}  # of what managers have set
         self.lies = []
 
@@ -94,7 +94,7 @@ class History:
             self.record_renumbered(objects, since)
 
     def record_renumbered(self, objects, since):
-        """Parts are numbered by the parents' table as it was refreshed last, which may be some minutes ago."""
+        """The daemon numbers parts by its latest refresh of the parents, which may be some minutes old."""
         present = numbering(objects)
         for key, (parents, gone) in list(self.parents.items()):
             if key == present:

@@ -12,8 +12,8 @@ inline constexpr int64_t kSecondUs = 1000 * kMillisecondUs;
 /** Wall clock, seconds and microseconds: for what people read. It jumps when somebody sets it. */
 timeval ClockNow();
 
-/** Microseconds for whatever is measured or falls due: the wall clock of the first call, and steady from there on,
-    whoever sets the wall clock meanwhile. */
+/** Microseconds for intervals and deadlines: starts at the wall clock of the first call, and is steady from
+   then on even if the wall clock is set. */
 int64_t ClockNowUs();
 
 /** The same in milliseconds. */

@@ -4,6 +4,6 @@
 
 #include <optional>
 
-/** The user as whom the process at the other end of a connected local socket runs, or ran when it connected or
-    began to listen; nothing when the system does not tell. */
+/** The user of the process at the other end of a connected local socket, as of when it connected or began to
+   listen; nothing if the system does not know. */
 std::optional<uid_t> PeerUser(int descriptor);

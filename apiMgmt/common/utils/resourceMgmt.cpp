@@ -62,8 +62,8 @@ bool ContinueInChild() {
     return child == 0;
 }
 
-// A supervisor adopts the daemon when its parent has exited. If it read the pid file before that, it would
-// take the daemon for a stranger, which it does not wait for.
+// The daemon becomes a child of systemd when its parent exits. If systemd reads the pid file before that, it
+// does not wait for the daemon to exit when it stops the service, but kills it immediately.
 void WaitUntilAdopted(pid_t parent) {
     for (int64_t left_us = kSecondUs; left_us > 0 && getppid() == parent; left_us -= kMillisecondUs) {
         ClockSleepMicroseconds(kMillisecondUs);

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <system_error>
 
-/** Returns the integer that all of the text is, or none if it holds anything else, or does not fit the type. */
+/** The integer that the whole text represents; none if it contains anything else or does not fit the type. */
 template <std::integral Number>
 std::optional<Number> ParseWhole(std::string_view text, int base = 10) {
     Number number = 0;

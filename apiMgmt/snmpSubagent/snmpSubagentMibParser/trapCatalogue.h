@@ -6,8 +6,8 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibColumns.h"
 
 /**
- * The notifications as notifications.def describes them: constant data without dependencies, so that tools link it
- * as well. Texts hold "%d" where a number belongs; a text that a rule has no use for is empty.
+ * The notifications as notifications.def describes them: constant data without dependencies, so that tools
+ * link it as well. Texts hold "%d" where a number belongs; a text that a rule has no use for is empty.
  */
 
 /** How the first or third argument of a trap command finds a row. */

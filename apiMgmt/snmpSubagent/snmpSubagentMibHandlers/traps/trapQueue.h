@@ -34,8 +34,8 @@ inline constexpr int32_t kClearingArgument = 5;
 /** So many bytes of a trap command text are looked at, with the NUL behind them. */
 inline constexpr size_t kTrapCommandBuffer = 501;
 
-/** Commands that wait for the main loop, oldest first. Owned; guarded by the mutex. Filled by the listener, by SETs and
-    at start-up; emptied by the main thread alone. Has no limit. */
+/** Commands that wait for the main loop, oldest first. Owned; guarded by the mutex. Filled by the listener,
+   by SETs and at start-up; emptied by the main thread alone. Has no limit. */
 extern std::deque<std::unique_ptr<TrapToSend>> trapsToSend;
 extern MUTEXWrapper& trapsToSend_mutex;
 
@@ -52,6 +52,6 @@ void queue_trap(std::unique_ptr<TrapToSend> trap);
 /** Readable while commands wait: ends the rest of the main loop. Owned by the queue. */
 int trap_queue_descriptor();
 
-/** Runs `process` on the oldest command and then removes it. The mutex is not held meanwhile: the command may wait for
-    the array, and commands that arrive are queued behind it. False when none waits. Main thread only. */
+/** Runs `process` on the oldest command and then removes it, without holding the mutex: the command may wait
+   for the array, and new commands are queued behind it. False when none waits. Main thread only. */
 bool process_oldest_trap(void (*process)(TrapToSend& trap));

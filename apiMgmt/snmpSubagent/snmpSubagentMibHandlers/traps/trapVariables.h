@@ -23,8 +23,8 @@ inline constexpr int32_t kAlertActive = 2;
 void write_alert_state(int32_t state);
 void write_action_text(const std::string& text);
 
-/** A forced notification counts as one for an object that is not healthy, from its SET on. Has no effect while a command
-    waits for the array: its notification is still to be built from these values. */
+/** A forced notification counts as one for an object that is not healthy, from its SET on. Has no effect
+   while a command waits for the array: its notification is still to be built from these values. */
 void note_forced_trap();
 
 /** What every command writes, before its object is looked at: event id, alert state, the texts. */
