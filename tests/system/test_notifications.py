@@ -1,8 +1,9 @@
 """A notification as receivers get it, in each of the three forms that can be configured."""
 
+import shlex
 import unittest
 
-from harness import machine, mib, story
+from harness import machine, mib, story, traps, waiting
 from harness.expected import Expectation
 from harness.receiver import Receiver, Trapd
 from harness.trapStory import COMMUNITY, IDS, MARK, TrapStory
@@ -56,7 +57,7 @@ class EachForm:
                   self.object_case(208, 2, text="@@@Größe").event, MARK]
         own = [self.tell_and_expect(event) for event in events]
         self.receiver.close()
-        trapd = Trapd(COMMUNITY, self.receiver.port, self.LISTEN)
+        trapd = Trapd(f"authCommunity log {COMMUNITY}", self.receiver.port, self.LISTEN)
         try:
             self.tell(*events)
             for wanted, (head, bindings) in zip(own, trapd.wait_for(len(events)), strict=True):
@@ -89,19 +90,66 @@ class Version1(EachForm, TrapStory):
 class Version2(EachForm, TrapStory):
     VERSION = 2
 
-    def test_recovery_is_told_without_an_event(self):
-        case = self.object_case(205, 0, text="@@@broken")
-        self.change(case.kind, case.index, Status="Down")
-        self.tell_and_expect(case.event)
-        self.change(case.kind, case.index, Status="Up")
-        recovery = self.receiver.take(90)
-        self.assertIn((mib.scalar("trapAlertText"), "STRING", b"Alert Cleared - broken"), recovery.bindings)
-
 
 class Inform(EachForm, TrapStory):
     VERSION = 3
     PDU = "inform"
     LISTEN = DESTINATION = "::1" if machine.has_ipv6() else "127.0.0.1"
+
+
+class ThroughSnmpd(TrapStory):
+    """To the receivers of snmpd's configuration alone: version 2c traps, and SNMPv3 informs until one is acknowledged."""
+
+    DESTINATION = "**none**"
+    USER = 'notifier SHA-256 "signing passphrase" AES "encrypting passphrase"'
+
+    @classmethod
+    def begin(cls):
+        super().begin()
+        cls.snmpd_conf = machine.read_file(machine.SNMPD_CONF)
+        cls.trapd_port = cls.receiver.port + 1
+        name, digest, signing, cipher, encrypting = shlex.split(cls.USER)
+        machine.write_file(machine.SNMPD_CONF, cls.snmpd_conf + f"""
+trap2sink 127.0.0.1 {COMMUNITY} {cls.receiver.port}
+trapsess -Ci -r 20 -t 1 -v 3 -l authPriv -u {name} -a {digest} -A "{signing}" -x {cipher} -X "{encrypting}" \
+127.0.0.1:{cls.trapd_port}
+""")
+
+    @classmethod
+    def launch(cls):
+        cls.array.start(objects=cls.objects())
+        cls.daemon.start()
+        cls.tell(MARK)
+        while traps.said_by(cls.receiver.take()) != MARK.says():  # cold starts, of snmpd and of the daemon
+            pass
+
+    @classmethod
+    def end(cls):
+        super().end()
+        machine.write_file(machine.SNMPD_CONF, cls.snmpd_conf)
+
+    def test_each_receiver_gets_each_once(self):
+        case = self.object_case(205, 0, text="@@@broken")
+        self.change(case.kind, case.index, Status="Down")
+        own = [self.tell_and_expect(case.event)]
+        trapd = Trapd(f"createUser {self.USER}\nauthUser log notifier priv", self.trapd_port)  # late: snmpd repeats
+        try:
+            self.change(case.kind, case.index, Status="Up")
+            own.append(self.receiver.take(90))  # at the re-check, when repetitions would have come
+            self.assertIn((mib.scalar("trapAlertText"), "STRING", b"Alert Cleared - broken"), own[1].bindings)
+            for each in own:
+                self.assertEqual((each.version, each.pdu, each.community), ("2c", "trap2", COMMUNITY))
+            waiting.wait_until(lambda: self.texts_of(trapd)[-1:] == ["Alert Cleared - broken"], "the last inform comes")
+            self.assertEqual(self.texts_of(trapd), ["broken", "Alert Cleared - broken"])
+            self.assertEqual({head[0] for head, _ in trapd.received()},
+                             {"INFORM, SNMP v3, user notifier, context "})
+        finally:
+            trapd.close()
+
+    @staticmethod
+    def texts_of(trapd):
+        return [each.value.decode() for _, bindings in trapd.received() for each in bindings
+                if each.oid == mib.scalar("trapAlertText")]
 
 
 if __name__ == "__main__":

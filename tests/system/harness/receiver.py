@@ -78,13 +78,13 @@ class Receiver:
 
 
 class Trapd:
-    """snmptrapd in the foreground, with a configuration of its own."""
+    """snmptrapd in the foreground. accepts: the lines of its configuration that say from whom it accepts notifications."""
 
-    def __init__(self, community, port, address="127.0.0.1"):
+    def __init__(self, accepts, port, address="127.0.0.1"):
         self.output = os.path.join(TRAPD_HOME, "output")
         os.makedirs(TRAPD_HOME, exist_ok=True)
         conf = os.path.join(TRAPD_HOME, "trapd.conf")
-        machine.write_file(conf, f"authCommunity log {community}\n[snmp] hexOutputLength 0\n")
+        machine.write_file(conf, f"{accepts}\n[snmp] hexOutputLength 0\n")
         machine.remove_file(self.output)
         place = f"udp6:[{address}]:{port}" if ":" in address else f"udp:{address}:{port}"
         self.process = subprocess.Popen(

@@ -65,6 +65,24 @@ TEST_F(Send, PlainTextAndColdStart) {
     EXPECT_EQ(send(0, "", 2, kTrapTypeColdStart), "0\n" + string(kHead2) + kTime2 + cold);
 }
 
+TEST_F(Send, GoesThroughTheMasterAgentToo) {
+    fake_traps::has_master_agent = true;
+    const string same = string(kTime2) + kTrapOid + "1.3.6.1.4.1.913.11000.2000.500.1.251.0.8\n";
+    const string through_master = "notify master agent\n" + same;
+    EXPECT_EQ(send(8, "", 2), "0\n" + through_master + kHead2 + same + "close session\n");
+    conf_trapDest = "";
+    EXPECT_EQ(send(8, "", 1),
+              "1\n" + through_master +
+                  "log 4 Unable to send trap because there is no trap destination defined.$\n");
+    conf_trapDest = kNoTrapDest;
+    EXPECT_EQ(send(8, "", 1), "0\n" + through_master);
+    fake_traps::has_master_agent = false;
+    EXPECT_EQ(send(8, "", 1), "1\n");
+    conf_trapsEnabled = false;
+    fake_traps::has_master_agent = true;
+    EXPECT_EQ(send(8), "1\nlog 4 Traps are disabled$\n");
+}
+
 TEST_F(Send, NeedsTheAddressOfTheArray) {
     put("R.29.1.8.1", "0.0.0.0");
     EXPECT_NE(send(8, "", 1).find("agent=0.0.0.0 "), string::npos);  // an IPv6 address has no place there
@@ -104,8 +122,6 @@ TEST_F(Send, FindsThePeer) {
             EXPECT_EQ(course.find("0\nnotify 2c " + string(peer) + " secret trap2"), 0) << course;
         }
     }
-    conf_trapsEnabled = false;
-    EXPECT_EQ(send(8), "1\nlog 4 Traps are disabled$\n");
 }
 
 TEST_F(Send, TellsWhatFails) {

@@ -59,8 +59,6 @@ int accept_destination(std::string* peername, const char* before, const char* af
 }
 
 int check_settings(array_address* address) {
-    if (!conf_trapsEnabled)
-        return fail("Traps are disabled");
     if (conf_trapDest.empty())
         return fail("Unable to send trap because there is no trap destination defined.");
     bool is_leader = false;
@@ -96,11 +94,26 @@ int send_through(netsnmp_session* session, const trap_version& version, const tr
     return drop_pdu(pdu);
 }
 
-}  // namespace
+// Not logged if there is no link: the main loop notices that itself and restarts the daemon.
+int send_through_master_agent(int32_t trapVal, const std::string& msg, int trapType) {
+    if (!has_master_agent())
+        return 1;
+    netsnmp_pdu* pdu = snmp_pdu_create(SNMP_MSG_TRAP2);
+    if (pdu == nullptr)
+        return fail("Failed to create notification PDU");
+    int result = fill_trap_pdu(pdu, {.trapVal = trapVal,
+                                     .trapType = trapType,
+                                     .msg = msg,
+                                     .is_version_1 = false,
+                                     .uptime = trap_uptime(),
+                                     .agent_ip = nullptr});
+    if (result == 0 && !notify_master_agent(pdu->variables))
+        result = fail("snmpd does not accept a notification for its receivers: dropped");
+    snmp_free_pdu(pdu);
+    return result;
+}
 
-int Send_a_Trap(int32_t trapVal, const std::string& msg, int trapVer, int trapType) {
-    SUBAGENT_LOG(debug, "sending trap: trapVal=%d, msg='%s', trapVer=%d, trapType=%d\n", trapVal, msg.c_str(),
-                 trapVer, trapType);
+int send_to_destination(int32_t trapVal, const std::string& msg, int trapVer, int trapType) {
     array_address address;
     trap_version version{};
     std::string peername;
@@ -125,6 +138,17 @@ int Send_a_Trap(int32_t trapVal, const std::string& msg, int trapVer, int trapTy
     // An inform is handed over like a trap: its acknowledgement is not waited for.
     close_trap_session(session);
     return result;
+}
+
+}  // namespace
+
+int Send_a_Trap(int32_t trapVal, const std::string& msg, int trapVer, int trapType) {
+    SUBAGENT_LOG(debug, "sending trap: trapVal=%d, msg='%s', trapVer=%d, trapType=%d\n", trapVal, msg.c_str(),
+                 trapVer, trapType);
+    if (!conf_trapsEnabled)
+        return fail("Traps are disabled");
+    const int result = send_through_master_agent(trapVal, msg, trapType);
+    return conf_trapDest == kNoTrapDest ? result : send_to_destination(trapVal, msg, trapVer, trapType);
 }
 
 int send_notification(int32_t number) {

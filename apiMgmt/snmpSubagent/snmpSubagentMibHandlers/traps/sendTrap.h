@@ -5,10 +5,14 @@
 
 /** Notifications onto the wire, from the store. Main thread only. */
 
+/** Value of trapDest with which only the master agent sends notifications. */
+inline constexpr const char* kNoTrapDest = "**none**";
+
 /**
- * Sends one notification to the configured receiver, in the configured version when trapVer is 0. `msg` is
- * the text of a plain notification. 0 when Net-SNMP has taken it; otherwise 1, the notification is gone, and
- * the log says why.
+ * Sends one notification to trapDest, in the configured version if trapVer is 0, and through the master agent
+ * to the receivers in its own configuration. `msg` is the message of a plain notification. Returns 0 if
+ * Net-SNMP has accepted it for trapDest. Otherwise returns 1; the notification is lost there, and the log
+ * says why.
  */
 int Send_a_Trap(int32_t trapVal, const std::string& msg, int trapVer, int trapType);
 

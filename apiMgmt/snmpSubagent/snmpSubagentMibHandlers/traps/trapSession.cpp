@@ -1,11 +1,15 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapSession.h"
 
 #include <netdb.h>
+#include <poll.h>
 
 #include <cstdlib>
 #include <cstring>
 
 #include "apiMgmt/common/utils/stringUtil.h"
+
+// Exported by the agent library and declared in none of its headers.
+extern "C" netsnmp_session* main_session;
 
 namespace {
 
@@ -69,6 +73,23 @@ trap_send_error last_trap_send_error(netsnmp_session* session) {
 
 void close_trap_session(netsnmp_session* session) {
     snmp_close(session);
+}
+
+bool has_master_agent() {
+    return main_session != nullptr;
+}
+
+bool notify_master_agent(netsnmp_variable_list* variables) {
+    // A writable stream of this family has more space than the largest notification needs.
+    pollfd link{snmp_sess_transport(snmp_sess_pointer(main_session))->sock, POLLOUT, 0};
+    if (poll(&link, 1, 0) != 1 || (link.revents & POLLOUT) == 0)
+        return false;
+    // By default the library repeats a request every second until the master agent responds. On a stream
+    // nothing is lost, so each repetition would be another notification. The total timeout stays as it was.
+    main_session->timeout *= main_session->retries + 1;
+    main_session->retries = 0;
+    send_v2trap(variables);
+    return true;
 }
 
 long trap_uptime() {

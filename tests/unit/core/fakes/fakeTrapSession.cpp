@@ -12,6 +12,7 @@ std::map<std::string, int> numeric{{"192.0.2.9", AF_INET}};
 std::map<std::string, int> names;
 failure failing = failure::none;
 long uptime = 123456;
+bool has_master_agent = false;
 
 }  // namespace fake_traps
 
@@ -58,6 +59,12 @@ string kind_text(const netsnmp_pdu& pdu) {
     }
 }
 
+void add_notification(string lines, const netsnmp_variable_list* variables) {
+    for (const netsnmp_variable_list* each = variables; each != nullptr; each = each->next_variable)
+        lines += "\n  " + text_of(each->name, each->name_length) + " " + value_text(*each);
+    transcript::add(lines);
+}
+
 }  // namespace
 
 int address_family_of(const string& host, bool numeric_only) {
@@ -91,11 +98,9 @@ int send_trap_pdu(netsnmp_session* session, netsnmp_pdu* pdu) {
         pdu->command = 0;
         return 0;
     }
-    string lines = "notify " + string(session->version == SNMP_VERSION_1 ? "1" : "2c") + " " +
-                   peer_and_community + " " + kind_text(*pdu);
-    for (const netsnmp_variable_list* each = pdu->variables; each != nullptr; each = each->next_variable)
-        lines += "\n  " + text_of(each->name, each->name_length) + " " + value_text(*each);
-    transcript::add(lines);
+    add_notification("notify " + string(session->version == SNMP_VERSION_1 ? "1" : "2c") + " " +
+                         peer_and_community + " " + kind_text(*pdu),
+                     pdu->variables);
     snmp_free_pdu(pdu);
     return 1;
 }
@@ -107,6 +112,15 @@ trap_send_error last_trap_send_error(netsnmp_session* /*session*/) {
 void close_trap_session(netsnmp_session* session) {
     EXPECT_EQ(session, &session_of_test);
     transcript::add("close session");
+}
+
+bool has_master_agent() {
+    return fake_traps::has_master_agent;
+}
+
+bool notify_master_agent(netsnmp_variable_list* variables) {
+    add_notification("notify master agent", variables);
+    return true;
 }
 
 long trap_uptime() {

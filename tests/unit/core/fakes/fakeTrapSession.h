@@ -22,4 +22,7 @@ extern failure failing;
 /** What trap_uptime answers: 123456 when a test begins. */
 extern long uptime;
 
+/** Whether notifications go to the master agent, too: "notify master agent". False when a test begins. */
+extern bool has_master_agent;
+
 }  // namespace fake_traps
