@@ -10,7 +10,7 @@ taken_paths=(
     /tmp/{apps,chaos,manager,monitors,recording,trapd,wallClock,arraySim.model,arraySim.dump}
     /tmp/{demonstration.txt,open.key,wrong.key}
     /var/{agentx,lib/snmp,lib/snmpsubagent} /var/log/{snmpSubagent.log,arraySim.log}
-    /run/{snmpd.pid,snmpSubagent.pid}
+    /run/{snmpd.pid,snmpSubagent.pid,snmpSubagent.prom}
     /mnt/{root,cores} /usr/local/sbin/snmpd /usr/local/bin/snmpget /dev/log
 )
 sockets=(/tmp/apimgr.sock /tmp/mcshim.sock /tmp/snmpsubagent.sock)

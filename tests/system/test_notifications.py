@@ -102,6 +102,7 @@ class ThroughSnmpd(TrapStory):
 
     DESTINATION = "**none**"
     USER = 'notifier SHA-256 "signing passphrase" AES "encrypting passphrase"'
+    ENGINE = "0x80001f880472656365697665"  # of snmptrapd: snmpd must not have to ask for it
 
     @classmethod
     def begin(cls):
@@ -111,8 +112,8 @@ class ThroughSnmpd(TrapStory):
         name, digest, signing, cipher, encrypting = shlex.split(cls.USER)
         machine.write_file(machine.SNMPD_CONF, cls.snmpd_conf + f"""
 trap2sink 127.0.0.1 {COMMUNITY} {cls.receiver.port}
-trapsess -Ci -r 20 -t 1 -v 3 -l authPriv -u {name} -a {digest} -A "{signing}" -x {cipher} -X "{encrypting}" \
-127.0.0.1:{cls.trapd_port}
+trapsess -Ci -r 20 -t 1 -v 3 -e {cls.ENGINE} -l authPriv -u {name} -a {digest} -A "{signing}" -x {cipher} \
+-X "{encrypting}" 127.0.0.1:{cls.trapd_port}
 """)
 
     @classmethod
@@ -132,7 +133,8 @@ trapsess -Ci -r 20 -t 1 -v 3 -l authPriv -u {name} -a {digest} -A "{signing}" -x
         case = self.object_case(205, 0, text="@@@broken")
         self.change(case.kind, case.index, Status="Down")
         own = [self.tell_and_expect(case.event)]
-        trapd = Trapd(f"createUser {self.USER}\nauthUser log notifier priv", self.trapd_port)  # late: snmpd repeats
+        # Late, so snmpd must repeat.
+        trapd = Trapd(f"exactEngineID {self.ENGINE}\ncreateUser {self.USER}\nauthUser log notifier priv", self.trapd_port)
         try:
             self.change(case.kind, case.index, Status="Up")
             own.append(self.receiver.take(90))  # at the re-check, when repetitions would have come

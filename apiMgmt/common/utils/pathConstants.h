@@ -17,6 +17,8 @@ inline constexpr const char kApiMgrSocket[] = "/tmp/apimgr.sock";
 inline constexpr const char kMcShimSocket[] = "/tmp/mcshim.sock";
 inline constexpr const char kSnmpSubagentSocket[] = "/tmp/snmpsubagent.sock";
 
+inline constexpr const char kStatusFile[] = "/var/run/snmpSubagent.prom";
+
 inline constexpr const char kSnmpdPidFile[] = "/var/run/snmpd.pid";
 inline constexpr const char kSubagentLogFile[] = "/var/log/snmpSubagent.log";
 inline constexpr const char kDebugLogFile[] = "/mnt/cores/logs/apimgrDebuglog.txt";

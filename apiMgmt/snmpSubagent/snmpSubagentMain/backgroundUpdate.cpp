@@ -57,6 +57,7 @@ bool take_background_answer() {
             SUBAGENT_LOG(debug,
                          "BGUPDATE_STATE_error_on_getlist for bgUpdateTable: %d, bgUpdateApiName: %s\n",
                          bgUpdateTable, bgUpdateApiName.c_str());
+            note_failed_refresh(bgUpdateTable);
             break;
         default:
             SUBAGENT_LOG(warning, "Error: invalid bgUpdateState: %d\n", state);

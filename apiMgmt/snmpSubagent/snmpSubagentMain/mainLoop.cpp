@@ -11,6 +11,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/settings/subagentConf.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/shellCommand.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/signals.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/statusFile.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/supervisor.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/agentLibrary.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/requestHandler.h"
@@ -187,6 +188,7 @@ int main_loop() {
     const serving_exchanges scope;
     while (snmpSubagent_is_active && !abort_snmpSubagent) {
         feed_watchdog();
+        update_status_file();
         rest();
         check_for_table_changes();
         if (!snmpSubagent_is_active)

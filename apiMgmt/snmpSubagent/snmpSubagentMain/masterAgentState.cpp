@@ -1,13 +1,11 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/masterAgentState.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <climits>
-#include <cstdio>
 #include <cstring>
 #include <sstream>
 
@@ -68,20 +66,6 @@ bool is_private_folder(const std::string& folder) {
            (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
 }
 
-// The count must never fall back, so the file is replaced in one step, and is on the disk before snmpd
-// starts.
-bool replace_file(const std::string& path, const std::string& text) {
-    const std::string draft = path + ".new";
-    unlink(draft.c_str());
-    const int file =
-        open(draft.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR);
-    if (file < 0)
-        return false;
-    const bool is_written =
-        write(file, text.data(), text.size()) == static_cast<ssize_t>(text.size()) && fsync(file) == 0;
-    return close(file) == 0 && is_written && rename(draft.c_str(), path.c_str()) == 0;
-}
-
 }  // namespace
 
 bool keep_snmp_engine(const std::string& folder) {
@@ -95,8 +79,10 @@ bool keep_snmp_engine(const std::string& folder) {
         engine = {.id = new_engine_id(), .starts = 0};
     else
         ++engine.starts;
-    if (engine.id.empty() || !replace_file(path, FormatString("oldEngineID %s\nengineBoots %d\n",
-                                                              engine.id.c_str(), engine.starts))) {
+    const std::string text =
+        FormatString("oldEngineID %s\nengineBoots %d\n", engine.id.c_str(), engine.starts);
+    // The count must never fall back, so the file is on the disk before snmpd starts.
+    if (engine.id.empty() || !ReplaceTextFile(path, text, true)) {
         SUBAGENT_LOG(warning, "could not write the SNMPv3 engine to %s: %s\n", path.c_str(), strerror(errno));
         return false;
     }

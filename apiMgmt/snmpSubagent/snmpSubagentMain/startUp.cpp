@@ -30,6 +30,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/settings/subagentConf.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/shellCommand.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/signals.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/statusFile.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/supervisor.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/agentLibrary.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/requestHandler.h"
@@ -220,7 +221,9 @@ int run_subagent(int argc, char* argv[]) {
         tell_supervisor("serving");
         send_coldstart();
         snmpSubagent_is_active = true;  // from here the GetList task runs
+        open_status_file(kStatusFile);
         main_loop();
+        close_status_file();
     }
     shut_down_agents();
     return finish(0);

@@ -86,6 +86,8 @@ int init_tbl_col(uint32_t maxNumOfParents, uint32_t maxNumOfRows, uint32_t minNu
     column.col_flags = col_flags | COL_FLAG_is_table;
     column.last_fetch_time_us = 0;
     column.last_fetch_duration_us = 0;
+    column.last_good_refresh_us = 0;
+    column.failed_refreshes = 0;
     column.get_fn = get_fn;
     column.set_fn = set_fn;
 
@@ -117,6 +119,8 @@ int init_a_single_oid(int col_id, int oid_len, uint32_t data_type, const oid* oi
     column.col_flags = 0;
     column.last_fetch_time_us = 0;
     column.last_fetch_duration_us = 0;
+    column.last_good_refresh_us = 0;
+    column.failed_refreshes = 0;
     column.get_fn = get_fn;
     column.set_fn = set_fn;
     return init_a_var(col_id);

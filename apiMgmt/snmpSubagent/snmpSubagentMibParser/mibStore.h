@@ -40,8 +40,10 @@ struct column_record {
     uint32_t col_flags;       /**< column_flag */
     std::atomic<int64_t> last_fetch_time_us; /**< start of the latest refresh; main thread, GetList task */
     std::atomic<int64_t> last_fetch_duration_us; /**< of the latest good refresh; likewise */
-    get_fn_type get_fn;                          /**< null: nothing refreshes the column by itself */
-    set_fn_type set_fn;                          /**< null: read-only */
+    int64_t last_good_refresh_us; /**< when the store was last updated; 0: never; main thread */
+    uint32_t failed_refreshes;    /**< main thread */
+    get_fn_type get_fn;           /**< null: nothing refreshes the column by itself */
+    set_fn_type set_fn;           /**< null: read-only */
 
     bool is_table() const { return (col_flags & COL_FLAG_is_table) != 0; }
     bool has_parent() const {

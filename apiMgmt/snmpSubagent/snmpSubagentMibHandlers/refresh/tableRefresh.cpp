@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "apiMgmt/common/platform/clock.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/apiAccess.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/elementTable.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/folderUsage.h"
@@ -192,21 +193,8 @@ int merge_columns(int col_id, int map_size, const attribute_map_entry* map, cons
     return result;
 }
 
-}  // namespace
-
-int get_table_info(int col_id, const char* apiName, int map_size, const attribute_map_entry* map,
-                   bool background) {
-    if (background) {
-        park_fetch_arguments(apiName, map_size, map);
-        return fetch_table(apiName, bgUpdateResponse);
-    }
-    table_response response;
-    const int result = fetch_table(apiName, response);
-    return result != 0 ? result : process_table_info(col_id, apiName, map_size, map, response);
-}
-
-int process_table_info(int col_id, const char* apiName, int map_size, const attribute_map_entry* map,
-                       const table_response& response) {
+int merge_table(int col_id, const char* apiName, int map_size, const attribute_map_entry* map,
+                const table_response& response) {
     const parser::XMLElement root = response.document.GetDocumentElement();
     if (!root) {
         SUBAGENT_LOG(warning, "error found while trying to parse ipXmlString: %s\n", response.xml.c_str());
@@ -230,4 +218,35 @@ int process_table_info(int col_id, const char* apiName, int map_size, const attr
     const folder_usages_of_merge usages(response.folder_usages);
     return merge_columns(col_id, map_size, map,
                          element_table(response.document, objects, col_id, map_size, map));
+}
+
+}  // namespace
+
+int get_table_info(int col_id, const char* apiName, int map_size, const attribute_map_entry* map,
+                   bool background) {
+    if (background) {
+        park_fetch_arguments(apiName, map_size, map);
+        return fetch_table(apiName, bgUpdateResponse);
+    }
+    table_response response;
+    const int result = fetch_table(apiName, response);
+    if (result != 0) {
+        note_failed_refresh(col_id);
+        return result;
+    }
+    return process_table_info(col_id, apiName, map_size, map, response);
+}
+
+int process_table_info(int col_id, const char* apiName, int map_size, const attribute_map_entry* map,
+                       const table_response& response) {
+    const int result = merge_table(col_id, apiName, map_size, map, response);
+    if (result != 0)
+        note_failed_refresh(col_id);
+    else
+        cols[col_id].last_good_refresh_us = ClockNowUs();
+    return result;
+}
+
+void note_failed_refresh(int col_id) {
+    ++cols[col_id].failed_refreshes;
 }

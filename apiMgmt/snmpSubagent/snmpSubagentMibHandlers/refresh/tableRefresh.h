@@ -20,3 +20,7 @@ int get_table_info(int col_id, const char* apiName, int map_size, const attribut
 /** Merges a response. 0 or 1; a failure before the merge leaves the store as it was. */
 int process_table_info(int col_id, const char* apiName, int map_size, const attribute_map_entry* map,
                        const table_response& response);
+
+/** Counts a refresh whose response did not arrive. The functions above count their own failures, except that
+ * a fetch in background mode leaves it to the main thread. */
+void note_failed_refresh(int col_id);

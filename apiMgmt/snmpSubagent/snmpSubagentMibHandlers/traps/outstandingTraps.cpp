@@ -8,6 +8,7 @@
 
 std::vector<std::unique_ptr<OutstandingTrap>> outstandingTraps;
 std::atomic<bool> displayTraps_requested{false};
+uint64_t suppressed_notifications = 0;
 
 namespace {
 
@@ -205,6 +206,7 @@ int IsRedundantTrap(const TrapToSend& trap, const trap_variables& variables, boo
             return forget(position, trap, variables, "verify-value does not match");
         if (has_same_value(record.statusUint, *record.statusStr, status) &&
             trap.trapArgD != kClearingArgument) {
+            ++suppressed_notifications;
             log_redundant(trap, variables, kind);
             return 1;
         }
@@ -224,4 +226,16 @@ int handleDisplayOutstandingTraps() {
     for (const auto& record : outstandingTraps)
         log_record(*record);
     return 0;
+}
+
+std::string outstanding_object_name(const OutstandingTrap& record) {
+    const int owner = vars[record.ownerVar].col_id;
+    if (value_kind_of(owner) == value_kind::text)
+        return *record.ownerStr;
+    for (int col_id = 0; col_id < NUMBER_OF_COLUMNS; ++col_id) {
+        if (cols[col_id].head_var == cols[owner].head_var &&
+            std::string_view(column_definitions[col_id].name).ends_with("Name"))
+            return vars[cols[col_id].first_var + record.ownerVar - cols[owner].first_var].str;
+    }
+    return "";
 }

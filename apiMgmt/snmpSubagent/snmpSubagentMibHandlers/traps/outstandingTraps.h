@@ -46,6 +46,9 @@ struct OutstandingTrap {
 /** In order of creation. */
 extern std::vector<std::unique_ptr<OutstandingTrap>> outstandingTraps;
 
+/** Events since the start that were not notified because their object's state had been notified before. */
+extern uint64_t suppressed_notifications;
+
 /** A management message asks for handleDisplayOutstandingTraps. */
 extern std::atomic<bool> displayTraps_requested;
 
@@ -80,3 +83,6 @@ int IsRedundantTrap(const TrapToSend& trap, const trap_variables& variables, boo
 
 /** Logs every record. Result 0. */
 int handleDisplayOutstandingTraps();
+
+/** Name of the object of a record, or an empty string if its table has no name. */
+std::string outstanding_object_name(const OutstandingTrap& record);

@@ -9,6 +9,8 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapSession.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
+notification_counts notification_count{};
+
 namespace {
 
 struct trap_version {
@@ -147,8 +149,11 @@ int Send_a_Trap(int32_t trapVal, const std::string& msg, int trapVer, int trapTy
                  trapVer, trapType);
     if (!conf_trapsEnabled)
         return fail("Traps are disabled");
-    const int result = send_through_master_agent(trapVal, msg, trapType);
-    return conf_trapDest == kNoTrapDest ? result : send_to_destination(trapVal, msg, trapVer, trapType);
+    int result = send_through_master_agent(trapVal, msg, trapType);
+    if (conf_trapDest != kNoTrapDest)
+        result = send_to_destination(trapVal, msg, trapVer, trapType);
+    ++(result == 0 ? notification_count.sent : notification_count.failed);
+    return result;
 }
 
 int send_notification(int32_t number) {

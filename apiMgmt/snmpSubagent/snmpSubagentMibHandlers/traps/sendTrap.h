@@ -8,6 +8,13 @@
 /** Value of trapDest with which only the master agent sends notifications. */
 inline constexpr const char* kNoTrapDest = "**none**";
 
+/** Notifications since the start, by the result of Send_a_Trap. */
+struct notification_counts {
+    uint64_t sent;
+    uint64_t failed;
+};
+extern notification_counts notification_count;
+
 /**
  * Sends one notification to trapDest, in the configured version if trapVer is 0, and through the master agent
  * to the receivers in its own configuration. `msg` is the message of a plain notification. Returns 0 if
