@@ -1,5 +1,7 @@
 """A notification as receivers get it, in each of the three forms that can be configured."""
 
+import json
+import os
 import shlex
 import unittest
 
@@ -9,6 +11,7 @@ from harness.receiver import Receiver, Trapd
 from harness.trapStory import COMMUNITY, IDS, MARK, TrapStory
 from harness.traps import NOTIFICATIONS, TRAP_OID, Event
 
+MGMT_SEND = os.path.join(machine.BUILD, "tools", "mgmtSend", "mgmtSend")
 UPTIME = "1.3.6.1.2.1.1.3.0"
 DISK = ("tsDiskNbr", "tsDiskStatus", "tsDiskName", "tsDiskHealthy", "tsDiskStatusMsg")
 
@@ -133,6 +136,8 @@ trapsess -Ci -r 20 -t 1 -v 3 -e {cls.ENGINE} -l authPriv -u {name} -a {digest} -
         case = self.object_case(205, 0, text="@@@broken")
         self.change(case.kind, case.index, Status="Down")
         own = [self.tell_and_expect(case.event)]
+        broken = (self.array.get(case.kind, case.index, "Name"), "Down", "tsEnclStatusChange")
+        waiting.wait_until(lambda: self.unhealthy() == [broken], "mgmtSend status shows the object")
         # Late, so snmpd must repeat.
         trapd = Trapd(f"exactEngineID {self.ENGINE}\ncreateUser {self.USER}\nauthUser log notifier priv", self.trapd_port)
         try:
@@ -143,10 +148,18 @@ trapsess -Ci -r 20 -t 1 -v 3 -e {cls.ENGINE} -l authPriv -u {name} -a {digest} -
                 self.assertEqual((each.version, each.pdu, each.community), ("2c", "trap2", COMMUNITY))
             waiting.wait_until(lambda: self.texts_of(trapd)[-1:] == ["Alert Cleared - broken"], "the last inform comes")
             self.assertEqual(self.texts_of(trapd), ["broken", "Alert Cleared - broken"])
+            waiting.wait_until(lambda: self.unhealthy() == [], "mgmtSend status shows the recovery")
             self.assertEqual({head[0] for head, _ in trapd.received()},
                              {"INFORM, SNMP v3, user notifier, context "})
         finally:
             trapd.close()
+
+    @staticmethod
+    def unhealthy():
+        """(name, status, notification) of all objects that the daemon publishes as unhealthy."""
+        status = json.loads(machine.run(MGMT_SEND, "status", "--json"))
+        return [(each["object"], each["status"], each["notification"])
+                for each in status.get("unhealthy_object_since_seconds", [])]
 
     @staticmethod
     def texts_of(trapd):

@@ -1,15 +1,20 @@
 #include "tools/mgmtSend/program.h"
 
 #include <CLI/CLI.hpp>
+#include <cerrno>
+#include <cstring>
+#include <ctime>
 #include <istream>
 #include <optional>
 #include <ostream>
 #include <string>
 
 #include "apiMgmt/common/utils/pathConstants.h"
+#include "apiMgmt/common/utils/textFile.h"
 #include "apiMgmt/common/wirelink/wireLink.h"
 #include "tools/commandLine/usageError.h"
 #include "tools/mgmtSend/mgmtMessage.h"
+#include "tools/mgmtSend/statusReport.h"
 #include "tools/mgmtSend/trapCommandBuilder.h"
 
 namespace mgmtsend {
@@ -30,12 +35,13 @@ constexpr const char* kDescription =
     "Sends a running snmpSubagent the messages that the array application sends: events, which become\n"
     "notifications, and operator commands. The daemon does not respond: to see the effect of a message, "
     "look\n"
-    "at the daemon's log and at the receiver.\n";
+    "at the daemon's log and at the receiver. 'status' shows the state of the service.\n";
 
 constexpr const char* kFooter =
     "Exit status:\n"
     "  0  the message was delivered to the daemon's socket\n"
-    "  1  the daemon cannot be reached or closed the connection early; or the output could not be written\n"
+    "  1  the daemon cannot be reached or closed the connection early, its status cannot be read, or the\n"
+    "     output could not be written\n"
     "  2  the command line is wrong; nothing was sent, except lines of standard input before an invalid one\n"
     "\nExamples:\n"
     "  mgmtSend --list\n"
@@ -45,7 +51,8 @@ constexpr const char* kFooter =
     "  mgmtSend trap misc --alert 'the clock was set back'\n"
     "  mgmtSend raw '4 4 4 201 0 0 0 0 hello'\n"
     "  generate-events | mgmtSend raw -\n"
-    "  mgmtSend verbose on\n";
+    "  mgmtSend verbose on\n"
+    "  mgmtSend status\n";
 
 /** The options of the command line. */
 struct Options {
@@ -55,6 +62,13 @@ struct Options {
     bool print = false;
     std::string raw;
     bool verbose = false;
+    std::string status_file = kStatusFile;
+    bool json = false;
+};
+
+class UnreadableStatus : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
 };
 
 /** Reads a line without its line feed; nothing at the end of the input. Stops reading when the line is too
@@ -87,8 +101,13 @@ class Program {
             ->required();
         lite_objects_ = app_.add_subcommand(
             "lite-objects", "Toggle whether the daemon requests reduced objects from the array");
-        show_outstanding_ =
-            app_.add_subcommand("show-outstanding", "Make the daemon log its outstanding objects");
+        show_outstanding_ = app_.add_subcommand(
+            "show-outstanding", "Print the outstanding objects, and make the daemon log them in detail");
+        status_ = app_.add_subcommand("status", "Show links, data age, notifications and unhealthy objects");
+        status_->add_flag("--json", options_.json, "Print JSON");
+        for (CLI::App* each : {show_outstanding_, status_})
+            each->add_option("--file", options_.status_file, "File in which the daemon publishes its status")
+                ->capture_default_str();
         verbose_ = app_.add_subcommand("verbose", "Switch the daemon's debug lines on or off");
         verbose_
             ->add_option_function<std::string>(
@@ -108,6 +127,9 @@ class Program {
             return kUsage;
         } catch (const WireLinkError& error) {
             err_ << "mgmtSend: cannot reach the daemon: " << error.what() << '\n';
+            return kUnreachable;
+        } catch (const UnreadableStatus& error) {
+            err_ << "mgmtSend: " << error.what() << '\n';
             return kUnreachable;
         }
     }
@@ -138,6 +160,11 @@ class Program {
             Send(BuildMessage(MGMT_SPECIFIC_TEMP_TEST));
         } else if (show_outstanding_->parsed()) {
             Send(BuildMessage(MGMT_SPECIFIC_DISPLAY_TRAPS));
+            out_ << FormatUnhealthyObjects(ReadStatus());
+        } else if (status_->parsed()) {
+            const std::string status = ReadStatus();
+            out_ << (options_.json ? FormatStatusJson(status)
+                                   : FormatStatus(status, static_cast<double>(time(nullptr))));
         } else if (verbose_->parsed()) {
             Send(BuildMessage(options_.verbose ? MGMT_SPECIFIC_VERBOSE_ON : MGMT_SPECIFIC_VERBOSE_OFF));
         } else {
@@ -153,6 +180,14 @@ class Program {
         } else {
             Send(BuildMessage(MGMT_SPECIFIC_SEND_TRAP, command));
         }
+    }
+
+    std::string ReadStatus() const {
+        if (const std::optional<std::string> text = ReadTextFile(options_.status_file)) {
+            return *text;
+        }
+        throw UnreadableStatus(options_.status_file + ": " + strerror(errno) +
+                               (errno == ENOENT ? "; the daemon has not run since the machine booted" : ""));
     }
 
     void SendRaw() {
@@ -193,6 +228,7 @@ class Program {
     CLI::App* raw_ = nullptr;
     CLI::App* lite_objects_ = nullptr;
     CLI::App* show_outstanding_ = nullptr;
+    CLI::App* status_ = nullptr;
     CLI::App* verbose_ = nullptr;
 };
 

@@ -23,9 +23,9 @@ struct Sample {
     double value = 0;
 
     std::string Label(std::string_view name) const {
-        for (const auto& [each, value] : labels) {
+        for (const auto& [each, found] : labels) {
             if (each == name) {
-                return value;
+                return found;
             }
         }
         return "";
@@ -110,12 +110,14 @@ std::string FormatTime(double unix_time) {
     return text;
 }
 
-/** Names come from the array, and a terminal must not obey them. */
-std::string Printable(std::string text) {
-    for (char& each : text) {
-        if (static_cast<unsigned char>(each) < ' ' || each == '\x7f') {
-            each = '?';
-        }
+/** A label's value without escapes. Names come from the array, and a terminal must not obey them. */
+std::string Printable(std::string_view escaped) {
+    std::string text;
+    for (size_t i = 0; i < escaped.size(); ++i) {
+        const bool is_escape = escaped[i] == '\\' && i + 1 < escaped.size();
+        i += is_escape ? 1 : 0;
+        const auto code = static_cast<unsigned char>(escaped[i]);
+        text += code < ' ' || code == 0x7f || (is_escape && code == 'n') ? '?' : escaped[i];
     }
     return text;
 }

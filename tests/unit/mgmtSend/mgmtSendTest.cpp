@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <sstream>
 
 #include "apiMgmt/common/wirelink/wireLink.h"
@@ -66,7 +67,8 @@ TEST_F(MgmtSend, SendsOneMessagePerCommand) {
         {"raw '4 4 4 0 0 0 0 0 x'",
          std::string("\x08\x06\x32\x1b\x08\x00\x10\x00\x18\x00\x20\x01\x2a\x11", 14) + "4 4 4 0 0 0 0 0 x"},
         {"lite-objects", std::string("\x08\x06\x32\x08\x08\x00\x10\x00\x18\x00\x20\x02", 12)},
-        {"show-outstanding", std::string("\x08\x06\x32\x08\x08\x00\x10\x00\x18\x00\x20\x03", 12)},
+        {"show-outstanding --file /dev/null",
+         std::string("\x08\x06\x32\x08\x08\x00\x10\x00\x18\x00\x20\x03", 12)},
         {"verbose on", std::string("\x08\x06\x32\x08\x08\x00\x10\x00\x18\x00\x20\x04", 12)},
         {"verbose off", std::string("\x08\x06\x32\x08\x08\x00\x10\x00\x18\x00\x20\x05", 12)},
     };
@@ -78,6 +80,28 @@ TEST_F(MgmtSend, SendsOneMessagePerCommand) {
         EXPECT_EQ(messages[0].SerializeAsString(), body) << words;
         EXPECT_THAT(out_.str() + err_.str(), IsEmpty());
     }
+}
+
+TEST_F(MgmtSend, ShowsTheStatusFile) {
+    const std::string path = folder_.Path("status");
+    std::ofstream(path)
+        << "# TYPE snmpsubagent_up gauge\nsnmpsubagent_up 1\n"
+           "snmpsubagent_unhealthy_object_since_seconds{object=\"a\\\"b\\\\, {\x01}\",status=\"Down\","
+           "notification=\"tsDiskStatusChange\"} 86400.5\n"
+           "snmpsubagent_table_refresh_duration_seconds{table=\"tsDisk\"} 0.25\n"
+           "snmpsubagent_cut{a=\"\nsnmpsubagent_";
+    ASSERT_EQ(Run("status --json --file " + path), 0) << err_.str();
+    EXPECT_EQ(
+        out_.str(),
+        "{\n  \"up\": 1,\n  \"unhealthy_object_since_seconds\": [{\"object\": \"a\\\"b\\\\, {\\u0001}\", "
+        "\"status\": \"Down\", \"notification\": \"tsDiskStatusChange\", \"value\": 86400.5}],\n"
+        "  \"table_refresh_duration_seconds\": [{\"table\": \"tsDisk\", \"value\": 0.25}],\n"
+        "  \"cut\": 0\n}\n");
+    ASSERT_EQ(Run("status --file " + path), 0);
+    EXPECT_THAT(out_.str(), HasSubstr(": not running\n"));  // the file is old
+    EXPECT_THAT(out_.str(), HasSubstr("tsDisk                      never          -         0\n"));
+    EXPECT_THAT(out_.str(), HasSubstr("  Down      a\"b\\, {?}  (tsDiskStatusChange)\n"));
+    EXPECT_EQ(Run("status --file " + folder_.Path("none")), 1);
 }
 
 TEST_F(MgmtSend, BuildsTrapCommands) {
