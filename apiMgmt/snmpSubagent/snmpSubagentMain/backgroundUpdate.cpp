@@ -20,18 +20,17 @@ constexpr int64_t kScalarPacingFactor = 20;
 constexpr int64_t kTablePacingFactor = 10;
 constexpr uint32_t kForegroundRowLimit = 10;
 
-// 120 seconds, and the column's share of one more minute, which spreads the tables of a cycle.
+// 120 seconds plus the column's share of another minute, which spreads the tables over the cycle.
 int64_t background_minimum_age_us(int col_id) {
     return 120 * kSecondUs + int64_t{col_id} * (60 * kSecondUs) / NUMBER_OF_COLUMNS;
 }
 
-// One row, but the array counts long for it.
+// tsObjectCountNbr has one row, but the array needs long to count its objects.
 bool is_foreground_table(int col_id) {
     return cols[col_id].maxNumOfRows <= kForegroundRowLimit && col_id != COLID_tsObjectCountNbr;
 }
 
-// What the scan does after a column: look at the next one, or end here, with this column or the next one
-// first in line.
+// What the scan does after a column: continue, or end with this column or the next one first in line.
 enum class scan { next_column, ends_here, ends_behind };
 
 scan refresh_in_foreground(int col_id) {
@@ -40,7 +39,8 @@ scan refresh_in_foreground(int col_id) {
     return scan::ends_behind;
 }
 
-// Takes what the GetList task has left; false while it is busy. The state is idle afterwards.
+// Merges the GetList task's response, or logs its failure, after which the state is idle. Returns false while
+// the task is busy.
 bool take_background_answer() {
     const int state = bgUpdateState.load(std::memory_order_acquire);
     switch (state) {
@@ -113,7 +113,7 @@ void check_for_table_changes() {
 
 namespace {
 
-// False when the daemon is about to end.
+// Returns false if the daemon is about to exit.
 bool wait_for_request() {
     while (bgUpdateState.load(std::memory_order_acquire) != BGUPDATE_STATE_getlist_requested) {
         ClockSleepMicroseconds(kSecondUs);

@@ -23,11 +23,11 @@ namespace {
 constexpr const char* kSearchPath = "SNMPCONFPATH";
 constexpr const char* kStateFolder = "SNMP_PERSISTENT_DIR";
 constexpr const char* kEngineIdPrefix =
-    "0x80001f8880";  // Net-SNMP's own form: its number, then random octets
+    "0x80001f8880";  // Net-SNMP's format: enterprise number and method, then random octets
 constexpr size_t kGreatestEngineId = 2 + 2 * 32;
 
 struct snmp_engine {
-    std::string id; /**< as snmpd writes it: 0x and hexadecimal digits; empty when there is none yet */
+    std::string id; /**< as snmpd writes it: 0x and hexadecimal digits; empty if there is none yet */
     int starts = 0;
 };
 
@@ -68,8 +68,7 @@ bool is_private_folder(const std::string& folder) {
            (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
 }
 
-// The count must never fall back, so the file is replaced in one step, and is on the disk before snmpd
-// starts.
+// The boot count must never decrease, so the file is replaced atomically and synced before snmpd starts.
 bool replace_file(const std::string& path, const std::string& text) {
     const std::string draft = path + ".new";
     unlink(draft.c_str());
@@ -113,7 +112,7 @@ std::vector<std::string> snmpd_environment(const std::string& folder) {
     }
     environment.push_back(std::string(kSearchPath) + "=" + kNoConfigurationFiles +
                           (folder.empty() ? "" : ":" + folder));
-    // snmpd gives this one to the user that it becomes, so nothing reads what is in it.
+    // snmpd changes the owner of this directory to the user that it runs as, so nothing must read from it.
     environment.push_back(std::string(kStateFolder) + "=" + kSnmpdStateFolder);
     return environment;
 }
