@@ -15,7 +15,7 @@
 
 namespace {
 
-// The system group and forceTrapCommand. Every other column that can be set takes one word only.
+// True for the system group and forceTrapCommand. All other writable columns accept only one keyword.
 bool takes_any_text(int col_id) {
     return col_id < COLID_productName || col_id > COLID_trapActionText;
 }
@@ -43,7 +43,7 @@ struct queued_set {
     std::string value;
 };
 
-std::deque<queued_set> queued_sets;  // at most one for each variable
+std::deque<queued_set> queued_sets;  // at most one per variable
 
 int queue_array_attribute(const char* attribute, int32_t var_index) {
     const auto same = std::ranges::find(queued_sets, var_index, &queued_set::var_index);
@@ -131,10 +131,10 @@ void perform_queued_set() {
         return;
     const queued_set set = std::move(queued_sets.front());
     queued_sets.pop_front();
-    // A refresh since the SET may have brought back the array's old value.
+    // A refresh since the SET may have restored the array's old value.
     vars[set.var_index].str = set.value;
     const column_record& column = cols[vars[set.var_index].col_id];
-    // The response is not looked at: the next refresh undoes a change that the array rejects.
+    // The response is ignored, because the next refresh undoes a change that the array rejects.
     std::string response;
     if (AccessApi("Tessera", response, kArrayApiIndex, set.attribute, set.value) != 0)
         SUBAGENT_LOG(warning, "SET failed at %s0: the array could not be asked\n",
