@@ -15,14 +15,14 @@ namespace {
 constexpr int64_t kCheckInterval_s = 60;
 constexpr int64_t kStale_s = 7 * 24 * 3600 + 1;
 
-// What a look at one record means for the walk through the list.
+// What follows the check of a record.
 enum class walk {
-    on,      // to the next record
-    on_end,  // to the next record, where the next call begins
-    stay,    // the next call begins here
+    on,      // check the next record
+    on_end,  // end; the next call begins at the next record
+    stay,    // end; the next call begins at this record
 };
 
-// False at the end of the list, which the cursor has then left for the beginning.
+// Advances the cursor. Returns false at the end of the list, after moving it to the beginning.
 bool move_on() {
     if (++outstandingTrapCursor < outstandingTraps.size())
         return true;
@@ -43,7 +43,7 @@ walk remove_at_cursor() {
     return walk::on;
 }
 
-// A new event for the object: its passage through IsRedundantTrap removes or replaces the record.
+// Processes a new event for the object, so that IsRedundantTrap removes or replaces the record.
 void notify_change(const OutstandingTrap& record) {
     const variable_entry& status = vars[record.statusVar];
     const bool is_number = value_kind_of(status.col_id) == value_kind::number;
@@ -84,7 +84,7 @@ walk check_at_cursor() {
     if (processSendTrapCmd(command, true) != 0) {
         log_removal("error while checking status - element is probably gone", record.command);
         remove_outstanding_trap(outstandingTrapCursor);
-        return walk::on_end;  // it may have cost an exchange, so it is this second's re-check
+        return walk::on_end;  // counts as this second's re-check, because it may have taken an exchange
     }
     const variable_entry& status = vars[record.statusVar];
     if (value_kind_of(status.col_id) == value_kind::none) {
@@ -101,7 +101,7 @@ walk check_at_cursor() {
 void check_outstanding_traps() {
     if (outstandingTraps.empty() || ClockNowUs() - lastTrapCheckTime_us < kSecondUs)
         return;
-    // Events since the last look may have taken away the record at the cursor and all behind it.
+    // Events may have removed the record at the cursor and all after it.
     if (outstandingTrapCursor >= outstandingTraps.size())
         outstandingTrapCursor = 0;
     for (;;) {

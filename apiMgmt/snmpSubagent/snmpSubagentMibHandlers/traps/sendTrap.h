@@ -3,19 +3,24 @@
 #include <cstdint>
 #include <string>
 
-/** Notifications onto the wire, from the store. Main thread only. */
+/** Sending of notifications, which are built from the store. Main thread only. */
 
 /**
- * Sends one notification to the configured receiver, in the configured version when trapVer is 0. `msg` is
- * the text of a plain notification. 0 when Net-SNMP has taken it; otherwise 1, the notification is gone, and
- * the log says why.
+ * Sends one notification to the configured receiver, in the configured version if trapVer is 0. `msg` is the
+ * string of a plain notification. Returns 0 if Net-SNMP has accepted it; otherwise logs the error, drops the
+ * notification and returns 1.
  */
 int Send_a_Trap(int32_t trapVal, const std::string& msg, int trapVer, int trapType);
 
-/** The same for a number of the catalogue: its text travels in the trap variables. */
+/**
+ * Sends a notification of the catalogue, whose strings are in the trap variables. Returns the result of
+ * Send_a_Trap.
+ */
 int send_notification(int32_t number);
 
-/** The name under which Net-SNMP reaches the configured receiver, from trapDest and trapPort: an address
-   gives "udp:..." or "udp6:[...]", a host name without dots its name. 0, or 1 when it leads nowhere, which is
-   logged. */
+/**
+ * Composes the receiver's name for Net-SNMP from trapDest and trapPort: "udp:..." or "udp6:[...]" for an
+ * address, the name itself for a host name without dots. Returns 0, or 1 after logging that the receiver is
+ * invalid.
+ */
 int build_trap_peer_name(std::string* peername);

@@ -24,7 +24,7 @@ bool is_plain(int32_t trapNum) {
     return std::ranges::find(plain_notifications, trapNum) != plain_notifications.end();
 }
 
-// A plain notification carries the text behind " @@@" at the very beginning, and nothing otherwise.
+// A plain notification carries the string after a leading " @@@", and none if that is missing.
 std::string message_of(const std::string& alertString) {
     static constexpr std::string_view kMessageMark = " @@@";
     return alertString.starts_with(kMessageMark) ? alertString.substr(kMessageMark.size()) : "";

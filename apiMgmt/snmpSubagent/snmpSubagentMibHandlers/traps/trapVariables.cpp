@@ -11,7 +11,7 @@ constexpr size_t kGreatestAlertString = 255;
 
 int commands_in_hand = 0;
 
-// The alert text, from the alert string as it came; only then is the string itself shortened.
+// Returns the alert text from the full alert string, then truncates the string.
 std::string take_alert_text(std::string& alertString) {
     const size_t separator = alertString.rfind(kAlertSeparator);
     const std::string text =
