@@ -24,8 +24,8 @@ namespace {
 constexpr uint32_t kUnsetNumber = 0xFFFFFFFF;
 constexpr int32_t kBitsPerWord = 64;
 
-// One bit an entry: whether it is cached. Beside vars and not in it, since GETNEXT looks for the next cached
-// entry across tables that are mostly empty: 64 entries a step, 32 KiB for the whole store.
+// One bit per entry: whether it is cached. Separate from `vars`, so that GETNEXT can skip the empty rows of
+// mostly empty tables 64 entries at a time; the whole store needs only 32 KiB.
 std::array<uint64_t, (MAX_total_vars + kBitsPerWord - 1) / kBitsPerWord> cached_bits;
 
 uint64_t bit_of(int32_t var_index) {
@@ -260,8 +260,8 @@ int store_number(int32_t var_index, int64_t number) {
 
 namespace {
 
-// Whoever reads a long text again and again must not fill the log. Main thread only.
-std::unordered_map<int32_t, size_t> reported_cuts;  // by variable: what identifies the text
+// Prevents repeated reads of a long string from filling the log. Main thread only.
+std::unordered_map<int32_t, size_t> reported_cuts;  // by variable: identity of its string
 
 void report_cut(int32_t var_index, const std::string& text, std::string_view served) {
     const size_t identity = std::hash<std::string_view>()(served) ^ text.size();
@@ -283,7 +283,7 @@ std::string_view served_text(int32_t var_index) {
     }
     size_t length = kLongestServedText;
     while (length > 0 &&
-           (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80)  // inside a UTF-8 character
+           (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80)  // within a UTF-8 character
         --length;
     const std::string_view served = std::string_view(text).substr(0, length);
     report_cut(var_index, text, served);
