@@ -34,7 +34,7 @@ std::string SyslogText(int priority, const LOGMessage& message) {
 
 constexpr off_t kGreatestSize = 1'000'000;
 
-// Better to lose what the file holds than to let it grow without end.
+// Loses the file's contents if it cannot be renamed, rather than letting it grow without limit.
 void PutAside() {
     unlink(kOldDebugLogFile);
     if (rename(kDebugLogFile, kOldDebugLogFile) != 0) {
@@ -42,7 +42,7 @@ void PutAside() {
     }
 }
 
-// Below 0 when there is no file to write to.
+// Returns the descriptor, or a negative number if the file cannot be opened.
 int OpenWithRoom() {
     const int descriptor = OpenPrivateLog(kDebugLogFile);
     if (descriptor < 0 || lseek(descriptor, 0, SEEK_END) <= kGreatestSize) {
@@ -61,15 +61,15 @@ std::string LocalTime() {
     return {text, strftime(text, sizeof text, "%m/%d/%Y-%H:%M:%S", &local)};
 }
 
-// Appends one line with the local time. A file of more than 1000000 bytes first takes the place of the old
-// one. A file that cannot be opened loses the line and nothing else.
+// Appends a line with the local time, after rotating a file of more than 1000000 bytes. If the file cannot be
+// opened, the line is lost.
 void AppendToDebugLogFile(const std::string& message) {
     const int descriptor = OpenWithRoom();
     if (descriptor < 0) {
         return;
     }
     const std::string line = LocalTime() + " " + message + "\n";
-    // There is no one to tell of a full disk.
+    // A full disk cannot be reported anywhere.
     [[maybe_unused]] const ssize_t written = write(descriptor, line.data(), line.size());
     close(descriptor);
 }

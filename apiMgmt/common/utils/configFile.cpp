@@ -37,7 +37,7 @@ constexpr size_t kGreatestText = 65'536;
 
 class OpenFile {
   public:
-    // Without following a link, and without waiting for the other end of a fifo.
+    // Neither follows a symlink nor waits for the other end of a FIFO.
     explicit OpenFile(const std::string& path)
         : descriptor_(open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC)) {}
     ~OpenFile() {
@@ -54,7 +54,7 @@ class OpenFile {
     int descriptor_;
 };
 
-// The file may lie in a directory that everybody may write to.
+// Needed because the file may be in a world-writable directory.
 bool IsTrusted(int descriptor) {
     struct stat status {};
     return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) &&

@@ -17,14 +17,14 @@ int ParsePrefixLength(const std::string& text) {
 
 bool IsIPv6Address(const std::string& text) {
     in6_addr parsed;
-    const bool holds_zero = text.find('\0') != std::string::npos;  // inet_pton would stop there
+    const bool holds_zero = text.find('\0') != std::string::npos;  // inet_pton would ignore the rest
     return !holds_zero && inet_pton(AF_INET6, text.c_str(), &parsed) == 1;
 }
 
 }  // namespace
 
 bool ParseIPv6Address(const std::string& text, std::string& address, int& prefix_length) {
-    const std::string whole = text;  // text and address may be one object
+    const std::string whole = text;  // text and address may be the same object
     prefix_length = kGreatestPrefix;
     address.clear();
     const size_t slash = whole.rfind('/');

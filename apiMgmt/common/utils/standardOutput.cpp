@@ -9,7 +9,7 @@ int StatusAfterOutput(const char* program, int status, int lost_status) {
     std::cout.flush();
     errno = 0;
     const bool is_flushed = std::fflush(stdout) == 0;
-    // A long output fails before its end, and then the last flush may have nothing left to do.
+    // Long output may have failed before, so that the last flush has nothing left to do.
     if (is_flushed && std::ferror(stdout) == 0 && std::cout) {
         return status;
     }

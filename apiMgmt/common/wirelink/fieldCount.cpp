@@ -9,7 +9,7 @@ using google::protobuf::Descriptor;
 using google::protobuf::FieldDescriptor;
 using google::protobuf::internal::WireFormatLite;
 
-constexpr int kGreatestDepth = 100;  // that of the parser
+constexpr int kGreatestDepth = 100;  // limit of protobuf's parser
 
 class Counter {
   public:

@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr size_t kGreatestPiece = 262'144;  // what the parser has read is given back in such steps
+constexpr size_t kGreatestPiece = 262'144;  // step in which parsed input is freed
 
 }  // namespace
 

@@ -10,7 +10,7 @@
 
 namespace {
 
-// Kept within what poll takes as milliseconds; some three weeks.
+// About three weeks, so that the milliseconds fit the int of poll.
 constexpr long kGreatestLimit_s = INT_MAX / 1000;
 
 }  // namespace

@@ -9,16 +9,18 @@
 namespace parser {
 namespace {
 
-constexpr size_t kGreatestText = size_t{1} << 30;  // offsets stay in 32 bits even when UTF-8 trebles it
+constexpr size_t kGreatestText = size_t{1} << 30;  // offsets fit in 32 bits even if UTF-8 triples it
 constexpr size_t kGreatestElements = 4'000'000;
 constexpr size_t kGreatestTags = 65'536;
 constexpr size_t kGreatestAttributesOfElement = 256;
-constexpr size_t kGreatestAttributes = 100'000;  // nothing reads them, and expat keeps each name
+constexpr size_t kGreatestAttributes = 100'000;  // expat keeps their names, although nothing reads them
 constexpr size_t kGreatestTagLength = 1'048'576;
 constexpr size_t kChunk = 65'536;
 
-/** How much of the text goes to expat next. Cut behind a '>' where there is one: what expat has not
-    used up of a chunk it copies together with the next. */
+/**
+ * Returns the length of the next chunk for expat. Ends it after a '>' if possible, because expat copies what
+ * it could not parse of a chunk.
+ */
 size_t LengthOfNextChunk(std::string_view rest) {
     if (rest.size() <= kChunk)
         return rest.size();
@@ -64,15 +66,17 @@ bool XMLTreeBuilder::ParseInChunks(std::string_view text) {
             ReserveForRest(length, text.size());
         parsed += length;
         if (!last && parsed > kGreatestTagLength + static_cast<size_t>(XML_GetCurrentByteIndex(expat_))) {
-            Refuse("a tag or comment is too long");  // expat reads an unfinished one anew with each chunk
+            Refuse("a tag or comment is too long");  // expat re-reads an unfinished one with each chunk
             return false;
         }
     }
     return true;
 }
 
-/** The first chunk tells how dense the text is. Growing by doubling would hold the tree twice for a while,
-    reserving for the worst case would be many times the text. */
+/**
+ * Estimates the size of the tree from the first chunk. Growth by doubling would temporarily hold the tree
+ * twice, and reserving for the worst case would take many times the text.
+ */
 void XMLTreeBuilder::ReserveForRest(size_t parsed, size_t total) {
     const double chunks = 1.05 * static_cast<double>(total) / static_cast<double>(parsed);
     const auto scaled = [chunks](size_t used) {
@@ -82,8 +86,8 @@ void XMLTreeBuilder::ReserveForRest(size_t parsed, size_t total) {
     document_->text.reserve(scaled(document_->text.size()));
 }
 
-// The handlers are called by C code, which an exception must not cross; and some are still called after a
-// refusal.
+// The handlers are called by C code, which exceptions must not cross. Some are still called after a
+// rejection.
 
 void XMLTreeBuilder::OnStart(void* self, const char* name, const char** attributes) {
     auto* builder = static_cast<XMLTreeBuilder*>(self);
@@ -118,7 +122,7 @@ void XMLTreeBuilder::OnDoctype(void* self, const char* /*name*/, const char* /*s
     static_cast<XMLTreeBuilder*>(self)->Refuse("a document type declaration is not accepted");
 }
 
-/** attributes: names and values by turns, then a null pointer. */
+/** `attributes` alternates names and values and ends with a null pointer. */
 void XMLTreeBuilder::CountAttributes(const char* const* attributes) {
     size_t count = 0;
     while (attributes[2 * count] != nullptr)
@@ -153,7 +157,7 @@ void XMLTreeBuilder::StartElement(const char* name) {
     open_[depth_++] = {.node = node, .last_child = kNoNode};
 }
 
-/** The number of a tag, kNoTag when there are too many. */
+/** Returns the number of a tag; kNoTag if there are too many. */
 XMLTag XMLTreeBuilder::TagNumber(const char* name) {
     XMLDocument& document = *document_;
     if (!document.tag_names.empty()) {
