@@ -179,7 +179,7 @@ void WireLinkSocket::SendGPBMsg(const google::protobuf::Message& message) {
     SendAll(endpoint_, descriptor_, wait_, frame);
 }
 
-// ---- the calling side ----
+// ---- client ----
 
 namespace {
 
@@ -228,7 +228,7 @@ void WireLinkClient::SendReceiveMessage(const google::protobuf::Message& request
         ThrowWireLinkError(endpoint(), "the peer closed without an answer");
 }
 
-// ---- the listening side ----
+// ---- server ----
 
 namespace {
 

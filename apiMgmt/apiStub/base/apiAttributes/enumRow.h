@@ -8,8 +8,8 @@
 /** A row of an enumeration. The strings of a table's rows live until the process exits. */
 struct ENUMRow {
     int32_t Value = 0;
-    std::string_view Description;  ///< the identifier that travels in attribute texts
-    std::string_view UiString;     ///< the text for people; bytes outside ASCII are ISO-8859-1
+    std::string_view Description;  ///< the identifier in attribute values
+    std::string_view UiString;     ///< human-readable; bytes outside ASCII are ISO-8859-1
 };
 
 /**

@@ -81,7 +81,7 @@ element_table::element_table(const parser::XMLParser& document, const std::vecto
                              int table_col_id, int map_size, const attribute_map_entry* map)
     : element_count_(elements.size()) {
     const column_record& column = cols[table_col_id];
-    // get_col_info will reject so many objects: spend no memory on what may be millions.
+    // get_col_info will reject them, so no memory is spent on what may be millions of objects.
     if (column.is_table() && element_count() > column.capacity())
         return;
     read_values(document, elements, map_size, map, parent_attribute_of(column));
