@@ -14,6 +14,6 @@ int StatusAfterOutput(const char* program, int status, int lost_status) {
         return status;
     }
     std::fprintf(stderr, "%s: standard output could not be written: %s\n", program,
-                 errno == 0 ? "not all of it arrived" : std::strerror(errno));
+                 errno == 0 ? "output was lost" : std::strerror(errno));
     return status == 0 ? lost_status : status;
 }

@@ -41,7 +41,7 @@ sockaddr_un LocalAddress(const WireLinkEndpoint& endpoint) {
     if (path.size() >= sizeof(address.sun_path))
         ThrowWireLinkError(endpoint, "the path is too long for a local socket");
     if (path.find('\0') != std::string::npos)
-        throw WireLinkError("the path of a local socket holds a zero character");
+        throw WireLinkError("the path of a local socket contains a zero character");
     address.sun_family = AF_UNIX;
     std::memcpy(address.sun_path, path.c_str(), path.size() + 1);
     return address;
@@ -64,5 +64,5 @@ void ThrowWireLinkError(const WireLinkEndpoint& endpoint, const std::string& wha
 
 void ThrowTimeLimit(const WireLinkEndpoint& endpoint, const char* step) {
     ThrowWireLinkError(endpoint,
-                       "time limit of " + std::to_string(endpoint.timeout_s()) + " s reached, " + step);
+                       "timeout of " + std::to_string(endpoint.timeout_s()) + " s expired while " + step);
 }

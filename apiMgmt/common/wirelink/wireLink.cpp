@@ -64,7 +64,7 @@ class FrameReader {
             if (step == 0 && count == 0)
                 return false;
             if (step == 0)
-                ThrowWireLinkError(endpoint_, "the peer closed inside the length of a frame");
+                ThrowWireLinkError(endpoint_, "the peer closed within the header of a frame");
             count += step;
         }
         return true;
@@ -74,7 +74,7 @@ class FrameReader {
         while (body.missing() > 0) {
             const size_t step = ReadSome(body.Room());
             if (step == 0)
-                ThrowWireLinkError(endpoint_, "the peer closed inside a frame, " +
+                ThrowWireLinkError(endpoint_, "the peer closed within a frame; " +
                                                   std::to_string(body.missing()) +
                                                   " bytes of its body are missing");
             body.Filled(step);
@@ -123,8 +123,8 @@ void SendAll(const WireLinkEndpoint& endpoint, int descriptor, const WireLinkWai
 
 void CheckLength(const WireLinkEndpoint& endpoint, size_t length) {
     if (length > endpoint.greatest_body())
-        ThrowWireLinkError(endpoint, "a body of " + std::to_string(length) +
-                                         " bytes is too long, the greatest is " +
+        ThrowWireLinkError(endpoint, "body of " + std::to_string(length) +
+                                         " bytes is too long; the maximum is " +
                                          std::to_string(endpoint.greatest_body()));
 }
 
@@ -141,7 +141,7 @@ void Parse(const WireLinkEndpoint& endpoint, FrameBody& body, size_t length,
         ThrowWireLinkError(endpoint, "the body does not parse");
     if (!message.IsInitialized())
         ThrowWireLinkError(endpoint,
-                           "the body does not parse, it lacks " + message.InitializationErrorString());
+                           "the body does not parse; missing " + message.InitializationErrorString());
 }
 
 }  // namespace
@@ -169,7 +169,7 @@ size_t WireLinkSocket::RecvGPBMsg(google::protobuf::Message& message) {
 void WireLinkSocket::SendGPBMsg(const google::protobuf::Message& message) {
     if (!message.IsInitialized())
         ThrowWireLinkError(endpoint_,
-                           "the message cannot be sent, it lacks " + message.InitializationErrorString());
+                           "the message cannot be sent; missing " + message.InitializationErrorString());
     const size_t length = message.ByteSizeLong();
     CheckLength(endpoint_, length);
     const FrameHeader header = HeaderOf(length);
@@ -192,9 +192,10 @@ constexpr int kBacklogRetryMs = 10;
 void CheckPeer(const WireLinkEndpoint& endpoint, int descriptor) {
     const std::optional<uid_t> user = PeerUser(descriptor);
     if (!user)
-        ThrowWireLinkError(endpoint, "cannot find out who listens", errno);
+        ThrowWireLinkError(endpoint, "cannot determine the listener's user", errno);
     if (*user != 0 && *user != geteuid())
-        ThrowWireLinkError(endpoint, "user " + std::to_string(*user) + " listens, who is not trusted");
+        ThrowWireLinkError(endpoint,
+                           "the listener runs as user " + std::to_string(*user) + ", which is not trusted");
 }
 
 /**
@@ -225,7 +226,7 @@ void WireLinkClient::SendReceiveMessage(const google::protobuf::Message& request
                                         google::protobuf::Message& response) {
     SendGPBMsg(request);
     if (RecvGPBMsg(response) == 0)
-        ThrowWireLinkError(endpoint(), "the peer closed without an answer");
+        ThrowWireLinkError(endpoint(), "the peer closed without a response");
 }
 
 // ---- server ----
@@ -240,11 +241,11 @@ void RemoveStaleSocket(const WireLinkEndpoint& endpoint) {
     const char* path = endpoint.path().c_str();
     if (lstat(path, &status) != 0) {
         if (errno != ENOENT)
-            ThrowWireLinkError(endpoint, "cannot look at the path", errno);
+            ThrowWireLinkError(endpoint, "cannot stat the path", errno);
         return;
     }
     if (!S_ISSOCK(status.st_mode))
-        ThrowWireLinkError(endpoint, "there is a file that is no socket");
+        ThrowWireLinkError(endpoint, "exists but is not a socket");
     if (unlink(path) != 0 && errno != ENOENT)
         ThrowWireLinkError(endpoint, "cannot remove the old socket", errno);
 }

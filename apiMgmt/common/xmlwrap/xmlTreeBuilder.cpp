@@ -45,9 +45,9 @@ XMLTreeBuilder::~XMLTreeBuilder() {
 
 std::unique_ptr<XMLDocument> XMLTreeBuilder::Build(std::string_view text, std::string& error) {
     if (text.empty())
-        error = "the text is empty";
+        error = "the document is empty";
     else if (text.size() > kGreatestText)
-        error = "the text is longer than 1 GiB";
+        error = "the document is longer than 1 GiB";
     else if (ParseInChunks(text))
         error.clear();
     else
@@ -135,7 +135,7 @@ void XMLTreeBuilder::CountAttributes(const char* const* attributes) {
 void XMLTreeBuilder::StartElement(const char* name) {
     XMLDocument& document = *document_;
     if (depth_ == kGreatestDepth)
-        return Refuse("elements are nested too deep");
+        return Refuse("elements are nested too deeply");
     if (document.nodes.size() == kGreatestElements)
         return Refuse("too many elements");
     const XMLTag tag = TagNumber(name);

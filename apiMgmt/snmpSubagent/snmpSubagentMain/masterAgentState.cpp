@@ -86,7 +86,7 @@ bool replace_file(const std::string& path, const std::string& text) {
 bool keep_snmp_engine(const std::string& folder) {
     const std::string path = folder + "/snmpd.conf";
     if (!is_private_folder(folder)) {
-        SUBAGENT_LOG(warning, "not a directory that this user alone may write: %s\n", folder.c_str());
+        SUBAGENT_LOG(warning, "not a directory that only this user may write to: %s\n", folder.c_str());
         return false;
     }
     snmp_engine engine = read_engine(path);

@@ -82,9 +82,8 @@ void report_missing_settings() {
 
 void report_other_copy() {
     fprintf(stderr, "snmpSubagent: another copy is running; stop it first\n");
-    SUBAGENT_LOG(
-        warning,
-        "another copy is running and did not exit within 5 seconds: this one leaves it alone and exits\n");
+    SUBAGENT_LOG(warning,
+                 "another copy is running and did not exit within 5 seconds; exiting without touching it\n");
 }
 
 // Lives until exit. If its thread cannot be started, only the subagent log remains.

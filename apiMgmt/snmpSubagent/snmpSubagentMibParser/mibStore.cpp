@@ -269,7 +269,7 @@ void report_cut(int32_t var_index, const std::string& text, std::string_view ser
     if (!is_new && entry->second == identity)
         return;
     entry->second = identity;
-    SUBAGENT_LOG(warning, "col-id:%d, a text of %zu octets is cut to %zu\n", vars[var_index].col_id,
+    SUBAGENT_LOG(warning, "col-id:%d, a string of %zu octets is truncated to %zu\n", vars[var_index].col_id,
                  text.size(), served.size());
 }
 

@@ -136,7 +136,7 @@ int serve_requests(netsnmp_mib_handler* handler, netsnmp_handler_registration* r
         }
         // AgentX cannot report a failed COMMIT: the manager sees a success.
         if (info->mode == MODE_SET_COMMIT)
-            SUBAGENT_LOG(warning, "SET failed at %s: this binding and those behind it were not carried out\n",
+            SUBAGENT_LOG(warning, "SET failed at %s: this binding and those after it were not executed\n",
                          oid_text(request->requestvb->name, request->requestvb->name_length).c_str());
         return fail(info, request, result);
     }

@@ -137,6 +137,6 @@ void perform_queued_set() {
     // The response is ignored, because the next refresh undoes a change that the array rejects.
     std::string response;
     if (AccessApi("Tessera", response, kArrayApiIndex, set.attribute, set.value) != 0)
-        SUBAGENT_LOG(warning, "SET failed at %s0: the array could not be asked\n",
+        SUBAGENT_LOG(warning, "SET failed at %s0: no valid response from the API manager\n",
                      oid_text(column.oid_ptr, column.oid_len).c_str());
 }
