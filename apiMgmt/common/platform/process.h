@@ -22,7 +22,7 @@ StartFailure StartDetachedProgram(const char* path, char* const argv[], char* co
 void KeepDescriptorsFromPrograms();
 
 /** Returns the system's maximum process ID. */
-int GreatestProcessNumber();
+int MaximumProcessId();
 
 /** Shell redirection that makes the output of killall -v readable through a pipe ("" or " 2>&1"). */
 extern const char* const kKillallOutput;

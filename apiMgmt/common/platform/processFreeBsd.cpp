@@ -39,7 +39,7 @@ void KeepDescriptorsFromPrograms() {
         fcntl(descriptor, F_SETFD, FD_CLOEXEC);
 }
 
-int GreatestProcessNumber() {
+int MaximumProcessId() {
     return 99999;
 }
 

@@ -56,11 +56,11 @@ void KeepDescriptorsFromPrograms() {
     close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
 }
 
-int GreatestProcessNumber() {
-    constexpr int usual_greatest = 99999;
+int MaximumProcessId() {
+    constexpr int usual_maximum = 99999;
     int pid_max = 0;
     std::ifstream("/proc/sys/kernel/pid_max") >> pid_max;
-    return std::max(usual_greatest, pid_max);
+    return std::max(usual_maximum, pid_max);
 }
 
 void NameThisThread(const char* name) {

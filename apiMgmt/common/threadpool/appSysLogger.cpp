@@ -32,10 +32,10 @@ std::string SyslogText(int priority, const LOGMessage& message) {
 
 // ---- the debug file ----
 
-constexpr off_t kGreatestSize = 1'000'000;
+constexpr off_t kMaximumSize = 1'000'000;
 
 // Loses the file's contents if it cannot be renamed, rather than letting it grow without limit.
-void PutAside() {
+void RotateDebugLog() {
     unlink(kOldDebugLogFile);
     if (rename(kDebugLogFile, kOldDebugLogFile) != 0) {
         unlink(kDebugLogFile);
@@ -43,13 +43,13 @@ void PutAside() {
 }
 
 // Returns the descriptor, or a negative number if the file cannot be opened.
-int OpenWithRoom() {
+int OpenDebugLog() {
     const int descriptor = OpenPrivateLog(kDebugLogFile);
-    if (descriptor < 0 || lseek(descriptor, 0, SEEK_END) <= kGreatestSize) {
+    if (descriptor < 0 || lseek(descriptor, 0, SEEK_END) <= kMaximumSize) {
         return descriptor;
     }
     close(descriptor);
-    PutAside();
+    RotateDebugLog();
     return OpenPrivateLog(kDebugLogFile, O_TRUNC);
 }
 
@@ -64,7 +64,7 @@ std::string LocalTime() {
 // Appends a line with the local time, after rotating a file of more than 1000000 bytes. If the file cannot be
 // opened, the line is lost.
 void AppendToDebugLogFile(const std::string& message) {
-    const int descriptor = OpenWithRoom();
+    const int descriptor = OpenDebugLog();
     if (descriptor < 0) {
         return;
     }

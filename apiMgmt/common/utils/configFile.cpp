@@ -33,7 +33,7 @@ void StoreLine(const std::string& line, std::map<std::string, std::string>& valu
     }
 }
 
-constexpr size_t kGreatestText = 65'536;
+constexpr size_t kMaximumSize = 65'536;
 
 class OpenFile {
   public:
@@ -69,7 +69,7 @@ std::optional<std::string> ReadTrustedText(const std::string& path) {
     if (file.descriptor() < 0 || !IsTrusted(file.descriptor())) {
         throw std::runtime_error("not a regular file that belongs to root or to this user");
     }
-    std::string text(kGreatestText, '\0');
+    std::string text(kMaximumSize, '\0');
     size_t length = 0;
     while (length < text.size()) {
         const ssize_t count = read(file.descriptor(), text.data() + length, text.size() - length);

@@ -8,11 +8,11 @@
 
 namespace {
 
-constexpr int kGreatestPrefix = 128;
+constexpr int kMaximumPrefix = 128;
 
 int ParsePrefixLength(const std::string& text) {
-    const int length = text.empty() ? kGreatestPrefix : ParseInt(text);
-    return length > kGreatestPrefix ? -1 : length;
+    const int length = text.empty() ? kMaximumPrefix : ParseInt(text);
+    return length > kMaximumPrefix ? -1 : length;
 }
 
 bool IsIPv6Address(const std::string& text) {
@@ -25,7 +25,7 @@ bool IsIPv6Address(const std::string& text) {
 
 bool ParseIPv6Address(const std::string& text, std::string& address, int& prefix_length) {
     const std::string whole = text;  // text and address may be the same object
-    prefix_length = kGreatestPrefix;
+    prefix_length = kMaximumPrefix;
     address.clear();
     const size_t slash = whole.rfind('/');
     if (slash != std::string::npos) {

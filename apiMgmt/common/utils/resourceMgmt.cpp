@@ -25,8 +25,8 @@ int RESOURCEmgmt::my_pid = 0;
 
 namespace {
 
-constexpr int64_t kPatienceWithOtherCopy_us = 5 * kSecondUs;
-constexpr int64_t kLookAtOtherCopy_us = 100 * kMillisecondUs;
+constexpr int64_t kOtherCopyTimeout_us = 5 * kSecondUs;
+constexpr int64_t kOtherCopyPoll_us = 100 * kMillisecondUs;
 
 void SetServiceName(int daemon_id) {
     switch (daemon_id) {
@@ -72,11 +72,11 @@ void WaitUntilAdopted(pid_t parent) {
 
 void CloseAllDescriptors(const rlimit& open_files) {
     const rlim_t count = open_files.rlim_max == RLIM_INFINITY ? 1024 : open_files.rlim_max;
-    const rlim_t greatest = std::min<rlim_t>(count, INT_MAX);  // descriptors are ints
-    if (close_range(0, static_cast<unsigned>(greatest), 0) == 0) {
+    const rlim_t maximum = std::min<rlim_t>(count, INT_MAX);  // descriptors are ints
+    if (close_range(0, static_cast<unsigned>(maximum), 0) == 0) {
         return;
     }
-    for (rlim_t descriptor = 0; descriptor <= greatest; ++descriptor) {  // for a kernel without close_range
+    for (rlim_t descriptor = 0; descriptor <= maximum; ++descriptor) {  // for a kernel without close_range
         close(static_cast<int>(descriptor));
     }
 }
@@ -193,11 +193,11 @@ int DaemonizeSelf(int daemon_id, int* own_pid, int* parent_pid, bool stay_in_for
 
 bool WaitForOtherCopy(int daemon_id) {
     SetServiceName(daemon_id);
-    for (int64_t waited_us = 0; IsHeldByOther(PidFilePath().c_str()); waited_us += kLookAtOtherCopy_us) {
-        if (waited_us >= kPatienceWithOtherCopy_us) {
+    for (int64_t waited_us = 0; IsHeldByOther(PidFilePath().c_str()); waited_us += kOtherCopyPoll_us) {
+        if (waited_us >= kOtherCopyTimeout_us) {
             return false;
         }
-        ClockSleepMicroseconds(kLookAtOtherCopy_us);
+        ClockSleepMicroseconds(kOtherCopyPoll_us);
     }
     return true;
 }

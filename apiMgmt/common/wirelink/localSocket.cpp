@@ -11,13 +11,13 @@
 namespace {
 
 // About three weeks, so that the milliseconds fit the int of poll.
-constexpr long kGreatestLimit_s = INT_MAX / 1000;
+constexpr long kMaximumTimeout_s = INT_MAX / 1000;
 
 }  // namespace
 
 StepDeadline::StepDeadline(long limit_s)
     : end_(std::chrono::steady_clock::now() +
-           std::chrono::seconds(std::clamp(limit_s, 0L, kGreatestLimit_s))) {}
+           std::chrono::seconds(std::clamp(limit_s, 0L, kMaximumTimeout_s))) {}
 
 int StepDeadline::RemainingMs() const {
     const auto remaining =

@@ -29,7 +29,7 @@ bool PollDescriptor(int descriptor, short events, int timeout_ms) {
 namespace {
 
 constexpr size_t kHeaderSize = 4;
-constexpr int kGreatestFieldCount = 65'536;
+constexpr int kMaximumFieldCount = 65'536;
 using FrameHeader = std::array<char, kHeaderSize>;
 
 FrameHeader HeaderOf(size_t body_length) {
@@ -131,10 +131,10 @@ void CheckLength(const WireLinkEndpoint& endpoint, size_t length) {
 /** The partial functions keep protobuf from writing to standard error; our error lists what is missing. */
 void Parse(const WireLinkEndpoint& endpoint, FrameBody& body, size_t length,
            google::protobuf::Message& message) {
-    const FieldCount fields = CountFields(body, *message.GetDescriptor(), kGreatestFieldCount);
+    const FieldCount fields = CountFields(body, *message.GetDescriptor(), kMaximumFieldCount);
     if (fields == FieldCount::many)
         ThrowWireLinkError(endpoint,
-                           "the body has more than " + std::to_string(kGreatestFieldCount) + " fields");
+                           "the body has more than " + std::to_string(kMaximumFieldCount) + " fields");
     body.Rewind();
     if (fields == FieldCount::malformed ||
         !message.ParsePartialFromBoundedZeroCopyStream(&body, static_cast<int>(length)))

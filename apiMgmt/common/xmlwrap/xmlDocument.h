@@ -16,7 +16,7 @@ inline constexpr XMLTag kNoTag = UINT32_MAX;
 inline constexpr uint32_t kNoNode = UINT32_MAX;
 
 /** Maximum nesting of elements; the document element is level 1. */
-inline constexpr uint32_t kGreatestDepth = 128;
+inline constexpr uint32_t kMaximumDepth = 128;
 
 /** An element. Kept small, because a full array's response has some 200000. */
 struct XMLNode {

@@ -9,12 +9,12 @@
 namespace parser {
 namespace {
 
-constexpr size_t kGreatestText = size_t{1} << 30;  // offsets fit in 32 bits even if UTF-8 triples it
-constexpr size_t kGreatestElements = 4'000'000;
-constexpr size_t kGreatestTags = 65'536;
-constexpr size_t kGreatestAttributesOfElement = 256;
-constexpr size_t kGreatestAttributes = 100'000;  // expat keeps their names, although nothing reads them
-constexpr size_t kGreatestTagLength = 1'048'576;
+constexpr size_t kMaximumSize = size_t{1} << 30;  // offsets fit in 32 bits even if UTF-8 triples it
+constexpr size_t kMaximumElements = 4'000'000;
+constexpr size_t kMaximumTags = 65'536;
+constexpr size_t kMaximumAttributesOfElement = 256;
+constexpr size_t kMaximumAttributes = 100'000;  // expat keeps their names, although nothing reads them
+constexpr size_t kMaximumTagLength = 1'048'576;
 constexpr size_t kChunk = 65'536;
 
 /**
@@ -46,12 +46,12 @@ XMLTreeBuilder::~XMLTreeBuilder() {
 std::unique_ptr<XMLDocument> XMLTreeBuilder::Build(std::string_view text, std::string& error) {
     if (text.empty())
         error = "the document is empty";
-    else if (text.size() > kGreatestText)
+    else if (text.size() > kMaximumSize)
         error = "the document is longer than 1 GiB";
     else if (ParseInChunks(text))
         error.clear();
     else
-        error = refusal_.empty() ? WithPosition(XML_ErrorString(XML_GetErrorCode(expat_))) : refusal_;
+        error = rejection_.empty() ? WithPosition(XML_ErrorString(XML_GetErrorCode(expat_))) : rejection_;
     return error.empty() ? std::move(document_) : nullptr;
 }
 
@@ -65,8 +65,8 @@ bool XMLTreeBuilder::ParseInChunks(std::string_view text) {
         if (parsed == 0 && !last)
             ReserveForRest(length, text.size());
         parsed += length;
-        if (!last && parsed > kGreatestTagLength + static_cast<size_t>(XML_GetCurrentByteIndex(expat_))) {
-            Refuse("a tag or comment is too long");  // expat re-reads an unfinished one with each chunk
+        if (!last && parsed > kMaximumTagLength + static_cast<size_t>(XML_GetCurrentByteIndex(expat_))) {
+            Reject("a tag or comment is too long");  // expat re-reads an unfinished one with each chunk
             return false;
         }
     }
@@ -82,7 +82,7 @@ void XMLTreeBuilder::ReserveForRest(size_t parsed, size_t total) {
     const auto scaled = [chunks](size_t used) {
         return static_cast<size_t>(static_cast<double>(used) * chunks);
     };
-    document_->nodes.reserve(std::min(scaled(document_->nodes.size()), kGreatestElements));
+    document_->nodes.reserve(std::min(scaled(document_->nodes.size()), kMaximumElements));
     document_->text.reserve(scaled(document_->text.size()));
 }
 
@@ -92,34 +92,34 @@ void XMLTreeBuilder::ReserveForRest(size_t parsed, size_t total) {
 void XMLTreeBuilder::OnStart(void* self, const char* name, const char** attributes) {
     auto* builder = static_cast<XMLTreeBuilder*>(self);
     try {
-        if (builder->refusal_.empty())
+        if (builder->rejection_.empty())
             builder->CountAttributes(attributes);
-        if (builder->refusal_.empty())
+        if (builder->rejection_.empty())
             builder->StartElement(name);
     } catch (const std::bad_alloc&) {
-        builder->Refuse("out of memory");
+        builder->Reject("out of memory");
     }
 }
 
 void XMLTreeBuilder::OnEnd(void* self, const char* /*name*/) {
     auto* builder = static_cast<XMLTreeBuilder*>(self);
-    if (builder->refusal_.empty())
+    if (builder->rejection_.empty())
         builder->EndElement();
 }
 
 void XMLTreeBuilder::OnText(void* self, const char* text, int length) {
     auto* builder = static_cast<XMLTreeBuilder*>(self);
     try {
-        if (builder->refusal_.empty())
+        if (builder->rejection_.empty())
             builder->AppendText(text, static_cast<size_t>(length));
     } catch (const std::bad_alloc&) {
-        builder->Refuse("out of memory");
+        builder->Reject("out of memory");
     }
 }
 
 void XMLTreeBuilder::OnDoctype(void* self, const char* /*name*/, const char* /*system_id*/,
                                const char* /*public_id*/, int /*subset*/) {
-    static_cast<XMLTreeBuilder*>(self)->Refuse("a document type declaration is not accepted");
+    static_cast<XMLTreeBuilder*>(self)->Reject("a document type declaration is not accepted");
 }
 
 /** `attributes` alternates names and values and ends with a null pointer. */
@@ -128,19 +128,19 @@ void XMLTreeBuilder::CountAttributes(const char* const* attributes) {
     while (attributes[2 * count] != nullptr)
         ++count;
     attributes_ += count;
-    if (count > kGreatestAttributesOfElement || attributes_ > kGreatestAttributes)
-        Refuse("too many attributes");
+    if (count > kMaximumAttributesOfElement || attributes_ > kMaximumAttributes)
+        Reject("too many attributes");
 }
 
 void XMLTreeBuilder::StartElement(const char* name) {
     XMLDocument& document = *document_;
-    if (depth_ == kGreatestDepth)
-        return Refuse("elements are nested too deeply");
-    if (document.nodes.size() == kGreatestElements)
-        return Refuse("too many elements");
+    if (depth_ == kMaximumDepth)
+        return Reject("elements are nested too deeply");
+    if (document.nodes.size() == kMaximumElements)
+        return Reject("too many elements");
     const XMLTag tag = TagNumber(name);
     if (tag == kNoTag)
-        return Refuse("too many different tags");
+        return Reject("too many different tags");
 
     const auto node = static_cast<uint32_t>(document.nodes.size());
     if (depth_ > 0) {
@@ -177,7 +177,7 @@ XMLTag XMLTreeBuilder::TagNumber(const char* name) {
 XMLTag XMLTreeBuilder::NewTagNumber(const char* name) {
     XMLDocument& document = *document_;
     const auto tag = static_cast<XMLTag>(document.tag_names.size());
-    if (tag == kGreatestTags)
+    if (tag == kMaximumTags)
         return kNoTag;
     const auto entry = document.tag_numbers.emplace(name, tag).first;
     document.tag_names.push_back(&entry->first);
@@ -198,8 +198,8 @@ void XMLTreeBuilder::AppendText(const char* text, size_t length) {
         document_->text.append(text, length);
 }
 
-void XMLTreeBuilder::Refuse(const char* reason) {
-    refusal_ = WithPosition(reason);
+void XMLTreeBuilder::Reject(const char* reason) {
+    rejection_ = WithPosition(reason);
     XML_StopParser(expat_, XML_FALSE);
 }
 

@@ -38,7 +38,7 @@ class XMLTreeBuilder {
     XMLTag NewTagNumber(const char* name);
     void EndElement();
     void AppendText(const char* text, size_t length);
-    void Refuse(const char* reason);
+    void Reject(const char* reason);
     std::string WithPosition(const char* reason) const;
 
     /** An element whose end tag has not been read. */
@@ -49,7 +49,7 @@ class XMLTreeBuilder {
 
     XML_ParserStruct* expat_;
     std::unique_ptr<XMLDocument> document_ = std::make_unique<XMLDocument>();
-    std::array<OpenElement, kGreatestDepth> open_;
+    std::array<OpenElement, kMaximumDepth> open_;
     uint32_t depth_ = 0;
     /**
      * The tag that followed each tag last time, because objects of a kind list their attributes in the same
@@ -58,7 +58,7 @@ class XMLTreeBuilder {
     std::vector<XMLTag> follower_;
     XMLTag previous_tag_ = 0;
     size_t attributes_ = 0;
-    std::string refusal_;
+    std::string rejection_;
 };
 
 }  // namespace parser

@@ -67,26 +67,26 @@ class exchange_wait {
 
 // Returns false, after logging the reason, if the exchange failed.
 bool exchange(const protoIPCMsg::GPBIPCMsg& request, protoIPCMsg::GPBIPCMsg& response) {
-    exchange_wait patience(request.sequencenum());
+    exchange_wait waiting(request.sequencenum());
     try {
         WireLinkClient client(GENERALUtils::GetEndpoint(ENDPOINT_APIMGR),
-                              [&patience](int descriptor, short events, int timeout_ms) {
-                                  return patience.wait(descriptor, events, timeout_ms);
+                              [&waiting](int descriptor, short events, int timeout_ms) {
+                                  return waiting.wait(descriptor, events, timeout_ms);
                               });
         client.SendReceiveMessage(request, response);
-        patience.end("answered");
+        waiting.end("answered");
         return true;
     } catch (const std::exception& error) {
         SUBAGENT_LOG(warning, "Caught std::exception processing request: %s\n", error.what());
     } catch (...) {
         SUBAGENT_LOG(warning, "Caught unknown exception processing request\n");
     }
-    patience.end("given up");
+    waiting.end("given up");
     return false;
 }
 
 // Checks the envelope only, not the document in it.
-bool is_answer(const protoIPCMsg::GPBIPCMsg& response, uint32_t req_seqnum) {
+bool is_api_response(const protoIPCMsg::GPBIPCMsg& response, uint32_t req_seqnum) {
     if (response.sequencenum() != req_seqnum) {
         SUBAGENT_LOG(warning, "> > seqNum mismatch: req_seqnum=%u: resp_seqnum=%u\n", req_seqnum,
                      response.sequencenum());
@@ -149,7 +149,7 @@ int SnmpSubagentComm::SendRequestToAPIManager(protoIPCMsg::GPBIPCMsg& request,
                                               protoIPCMsg::GPBIPCMsg& response) {
     const uint32_t req_seqnum = ++request_sequence_number;
     request.set_sequencenum(req_seqnum);
-    const bool good = exchange(request, response) && is_answer(response, req_seqnum);
+    const bool good = exchange(request, response) && is_api_response(response, req_seqnum);
     set_apimgr_state(good);
     return good ? 0 : 1;
 }

@@ -100,7 +100,7 @@ bool register_and_ping() {
 }
 
 // Fetches the value from the array once more, then reads it through snmpd with a real snmpget.
-bool prove_chain() {
+bool test_chain() {
     SUBAGENT_LOG(debug, "testing snmp-GET...\n");
     variable_entry& self_test = vars[cols[COLID_selfTestVersion].first_var];
     self_test.str.clear();
@@ -130,7 +130,7 @@ int start_snmp_agent_and_subagent() {
     agent_become_subagent();
     // The store is filled before the first request can arrive.
     const bool is_up = build_store() && fill_store() && has_agent_address() && start_agent_library() &&
-                       wait_for_main_session() && register_and_ping() && prove_chain();
+                       wait_for_main_session() && register_and_ping() && test_chain();
     return is_up ? 0 : 1;
 }
 

@@ -31,17 +31,17 @@ bool is_foreground_table(int col_id) {
 }
 
 // What the scan does after a column: continue, or end with this column or the next one first in line.
-enum class scan { next_column, ends_here, ends_behind };
+enum class scan { next_column, ends_here, ends_at_next };
 
 scan refresh_in_foreground(int col_id) {
     bgUpdateLastFetch_us = ClockNowUs();
     force_get_table_info(col_id, false);
-    return scan::ends_behind;
+    return scan::ends_at_next;
 }
 
 // Merges the GetList task's response, or logs its failure, after which the state is idle. Returns false while
 // the task is busy.
-bool take_background_answer() {
+bool take_background_response() {
     const int state = bgUpdateState.load(std::memory_order_acquire);
     switch (state) {
         case BGUPDATE_STATE_idle:
@@ -67,19 +67,19 @@ bool take_background_answer() {
 }
 
 scan serve_background_table(int col_id, int64_t elapsed_us) {
-    if (!take_background_answer())
+    if (!take_background_response())
         return scan::ends_here;
     if (elapsed_us < background_minimum_age_us(col_id))
         return scan::next_column;
     bgUpdateLastFetch_us = ClockNowUs();
     bgUpdateTable = col_id;
     bgUpdateState.store(BGUPDATE_STATE_getlist_requested, std::memory_order_release);
-    return scan::ends_behind;
+    return scan::ends_at_next;
 }
 
 scan serve_column(int col_id) {
     const column_record& column = cols[col_id];
-    if (column.get_fn == nullptr || (column.is_table() && !column.stands_for_itself()))
+    if (column.get_fn == nullptr || (column.is_table() && !column.is_head()))
         return scan::next_column;
     const int64_t elapsed_us = ClockNowUs() - column.last_fetch_time_us;
     const int64_t duration_us = column.last_fetch_duration_us;

@@ -38,7 +38,7 @@ constexpr int64_t kRestUs = 10 * kMillisecondUs;
 constexpr int64_t kServiceUs = 10 * kMillisecondUs;
 constexpr int64_t kLogCareUs = 100 * kMillisecondUs;
 constexpr time_t kSilence_s = 2;
-constexpr int kGreatestStrikes = 3;
+constexpr int kMaximumStrikes = 3;
 constexpr int kStrikeSleep_ms = 15'000;
 
 int leave(int result) {
@@ -73,7 +73,7 @@ void serve_for(int64_t limit_us) {
     }
 }
 
-void care_for_log() {
+void maintain_log() {
     log_caught_signals();
     static int64_t next_us = 0;  // each check is a system call
     if (ClockNowUs() < next_us)
@@ -112,7 +112,7 @@ links test_lost_apimgr(int* strikes_against_apimgr) {
         return links::stop;
     if (test_apimgr() == 0)
         return links::good;
-    if (++*strikes_against_apimgr == kGreatestStrikes) {
+    if (++*strikes_against_apimgr == kMaximumStrikes) {
         SUBAGENT_LOG(warning, "failed interface test to apimgr: 3 retries and no connect.\n");
         return links::struck_out;
     }
@@ -196,7 +196,7 @@ int main_loop() {
         serve_events();
         if (!snmpSubagent_is_active)
             return leave(1);
-        care_for_log();
+        maintain_log();
         switch (check_links(&strikes_against_apimgr)) {
             case links::good:
                 break;

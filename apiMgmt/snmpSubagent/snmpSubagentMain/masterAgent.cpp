@@ -81,7 +81,7 @@ int pid_from_open_file(int descriptor, const char* path) {
         return -1;
     }
     const int pid = atoi(temp_buf);
-    if (pid < 1 || pid > GreatestProcessNumber()) {
+    if (pid < 1 || pid > MaximumProcessId()) {
         SUBAGENT_LOG(warning, "invalid PID in pid file: %d, temp_buf: %s\n", pid, temp_buf);
         return -1;
     }

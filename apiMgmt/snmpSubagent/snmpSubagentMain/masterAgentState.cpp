@@ -24,7 +24,7 @@ constexpr const char* kSearchPath = "SNMPCONFPATH";
 constexpr const char* kStateFolder = "SNMP_PERSISTENT_DIR";
 constexpr const char* kEngineIdPrefix =
     "0x80001f8880";  // Net-SNMP's format: enterprise number and method, then random octets
-constexpr size_t kGreatestEngineId = 2 + 2 * 32;
+constexpr size_t kMaximumEngineId = 2 + 2 * 32;
 
 struct snmp_engine {
     std::string id; /**< as snmpd writes it: 0x and hexadecimal digits; empty if there is none yet */
@@ -32,7 +32,7 @@ struct snmp_engine {
 };
 
 bool is_engine_id(const std::string& word) {
-    return word.starts_with("0x") && word.size() > 2 && word.size() <= kGreatestEngineId &&
+    return word.starts_with("0x") && word.size() > 2 && word.size() <= kMaximumEngineId &&
            word.find_first_not_of("0123456789abcdefABCDEF", 2) == std::string::npos;
 }
 

@@ -218,7 +218,7 @@ int run_subagent(int argc, char* argv[]) {
     set_exchange_wait(wait_for_array_at_start);
     if (start_services(argc > 0 ? argv[0] : kSyslogIdent, is_debug_mode)) {
         SUBAGENT_LOG(warning, "snmpSubagent is up and running.\n");
-        tell_supervisor("serving");
+        set_supervisor_status("serving");
         send_coldstart();
         snmpSubagent_is_active = true;  // starts the GetList task's work
         main_loop();

@@ -58,6 +58,6 @@ void feed_watchdog() {
     send_text("WATCHDOG=1");
 }
 
-void tell_supervisor(const char* status) {
+void set_supervisor_status(const char* status) {
     send_text(std::string("STATUS=") + status);
 }

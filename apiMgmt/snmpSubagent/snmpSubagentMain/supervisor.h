@@ -15,4 +15,4 @@ void open_supervisor_channel();
 void feed_watchdog();
 
 /** Sets the status that the supervisor shows for the service. */
-void tell_supervisor(const char* status);
+void set_supervisor_status(const char* status);

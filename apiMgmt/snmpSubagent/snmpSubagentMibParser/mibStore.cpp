@@ -187,7 +187,7 @@ int force_get_table_info(int col_id, bool background) {
 
 int force_get_table_info_all() {
     for (int col_id = 0; col_id < NUMBER_OF_COLUMNS; ++col_id) {
-        if (!cols[col_id].stands_for_itself())
+        if (!cols[col_id].is_head())
             continue;
         const int result = force_get_table_info(col_id, false);
         if (result == 0)
@@ -261,11 +261,11 @@ int store_number(int32_t var_index, int64_t number) {
 namespace {
 
 // Prevents repeated reads of a long string from filling the log. Main thread only.
-std::unordered_map<int32_t, size_t> reported_cuts;  // by variable: identity of its string
+std::unordered_map<int32_t, size_t> reported_truncations;  // by variable: identity of its string
 
-void report_cut(int32_t var_index, const std::string& text, std::string_view served) {
+void report_truncation(int32_t var_index, const std::string& text, std::string_view served) {
     const size_t identity = std::hash<std::string_view>()(served) ^ text.size();
-    const auto [entry, is_new] = reported_cuts.try_emplace(var_index, identity);
+    const auto [entry, is_new] = reported_truncations.try_emplace(var_index, identity);
     if (!is_new && entry->second == identity)
         return;
     entry->second = identity;
@@ -278,7 +278,7 @@ void report_cut(int32_t var_index, const std::string& text, std::string_view ser
 std::string_view served_text(int32_t var_index) {
     const std::string& text = vars[var_index].str;
     if (text.size() <= kLongestServedText) {
-        reported_cuts.erase(var_index);
+        reported_truncations.erase(var_index);
         return text;
     }
     size_t length = kLongestServedText;
@@ -286,6 +286,6 @@ std::string_view served_text(int32_t var_index) {
            (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80)  // within a UTF-8 character
         --length;
     const std::string_view served = std::string_view(text).substr(0, length);
-    report_cut(var_index, text, served);
+    report_truncation(var_index, text, served);
     return served;
 }

@@ -58,7 +58,7 @@ struct column_record {
     }
 
     /** Returns true for a scalar and for the first column of a table. */
-    bool stands_for_itself() const { return first_var == head_var; }
+    bool is_head() const { return first_var == head_var; }
 };
 
 /** Maximum length of a column's OID. */

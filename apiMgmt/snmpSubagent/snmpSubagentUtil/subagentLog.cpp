@@ -20,7 +20,7 @@ std::atomic<bool> verbose{false};
 namespace {
 
 constexpr const char* kApplicationLogModule = "snmpSubagent";
-constexpr off_t kGreatestLogSize = 3000000;
+constexpr off_t kMaximumLogSize = 3000000;
 constexpr off_t kLogSizeAfterCut = 2000000;
 
 // Guarded by subagent_log_mutex.
@@ -104,8 +104,7 @@ bool write_line(int level, const char* file, const char* operation, int line) {
 
 void truncate_locked() {
     struct stat status {};
-    if (stat(kSubagentLogFile, &status) != 0 || !S_ISREG(status.st_mode) ||
-        status.st_size <= kGreatestLogSize)
+    if (stat(kSubagentLogFile, &status) != 0 || !S_ISREG(status.st_mode) || status.st_size <= kMaximumLogSize)
         return;
     // If this fails, the next line tries again.
     [[maybe_unused]] const int result = truncate(kSubagentLogFile, kLogSizeAfterCut);

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr uint64_t kGreatest = std::numeric_limits<uint64_t>::max();
+constexpr uint64_t kMaximum = std::numeric_limits<uint64_t>::max();
 constexpr uint64_t kManufacturerBlock = 500;
 
 // Returns the integer part: 0 for a negative number and NaN, the maximum for one that is too large.
@@ -17,7 +17,7 @@ uint64_t ToUnsigned(double value) {
     if (!(value > 0)) {
         return 0;
     }
-    return value < static_cast<double>(kGreatest) ? static_cast<uint64_t>(value) : kGreatest;
+    return value < static_cast<double>(kMaximum) ? static_cast<uint64_t>(value) : kMaximum;
 }
 
 uint64_t BlocksOf(double number, uint64_t divisor) {
@@ -104,7 +104,7 @@ SIZEValue SIZEValue::FromText(const std::string& text) {
 }
 
 std::string SIZEValue::ToDisplayText() const {
-    const uint64_t bytes = count > kGreatest / blockSize ? kGreatest : count * blockSize;
+    const uint64_t bytes = count > kMaximum / blockSize ? kMaximum : count * blockSize;
     if (bytes == 0) {
         return {};
     }

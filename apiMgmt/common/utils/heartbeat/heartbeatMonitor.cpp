@@ -18,7 +18,7 @@ int gPingListenPort = 0;
 
 namespace {
 
-constexpr size_t kGreatestPeers = 64;
+constexpr size_t kMaximumPeers = 64;
 constexpr int64_t kPingTimeLimit_us = 5 * kSecondUs;
 constexpr int64_t kPauseAfterFailedAccept_us = 10 * kMillisecondUs;
 constexpr int64_t kPauseWithoutPort_us = kSecondUs;
@@ -77,7 +77,7 @@ void AcceptPeer(TCPServerSocket& listener, Peers& peers) {
         // Without free descriptors, the connection stays in the queue and every accept fails immediately.
         ClockSleepMicroseconds(kPauseAfterFailedAccept_us);
     }
-    if (peers.size() > kGreatestPeers) {
+    if (peers.size() > kMaximumPeers) {
         peers.pop_front();
     }
 }

@@ -39,7 +39,7 @@ void store_unsigned(int col_id, int32_t row, uint64_t number) {
 }
 
 // Clears the rows after the folder's, because the free space of a removed folder would keep an alert firing.
-void forget_rows_behind(int32_t row) {
+void clear_rows_after(int32_t row) {
     for (const int col_id :
          {COLID_tsFolderUsageNbr, COLID_tsDiskFolderFreePercent, COLID_tsDiskFolderFreeGib}) {
         const column_record& column = cols[col_id];
@@ -134,7 +134,7 @@ void tsDiskFolderApiIndex_post_process(int32_t var_index) {
         return;
     }
     store_unsigned(COLID_tsFolderUsageNbr, row, static_cast<uint32_t>(row));
-    forget_rows_behind(row);
+    clear_rows_after(row);
     if (has_no_usage(vars[index_var].uint)) {
         store_usage(row, {});
         return;

@@ -132,12 +132,12 @@ namespace {
 enum global_status : uint32_t { unknown_alert = 2, no_alert = 3, minor_alert = 4, major_alert = 5 };
 
 constexpr uint32_t kTrue = 1;
-constexpr uint32_t kGreatestAlertStatus = 9;
-constexpr int kGreatestSeverity = 2;
+constexpr uint32_t kMaximumAlertStatus = 9;
+constexpr int kMaximumSeverity = 2;
 
 // Severity of each alert status in the numbering of alert_status_post_process: Complete, Critical, Degraded,
 // Deleting, Down, Emergency, Inform, Okay, Unavailable, others.
-constexpr int kSeverity[kGreatestAlertStatus + 1] = {0, 2, 1, 0, 2, 2, 0, 0, 1, 1};
+constexpr int kSeverity[kMaximumAlertStatus + 1] = {0, 2, 1, 0, 2, 2, 0, 0, 1, 1};
 
 uint32_t number_in_row(int col_id, int32_t row) {
     return vars[cols[col_id].first_var + row].uint;
@@ -158,12 +158,12 @@ global_status status_of_alerts() {
     const column_record& status = cols[COLID_tsAlertStatus];
     const auto size = static_cast<int32_t>(status.maxNumOfParents * status.maxNumOfRows);
     int severity = 0;
-    for (int32_t row = 0; row < size && is_cached(status.first_var + row) && severity < kGreatestSeverity;
+    for (int32_t row = 0; row < size && is_cached(status.first_var + row) && severity < kMaximumSeverity;
          ++row) {
         if (!counts(row))
             continue;
         const uint32_t alert_status = number_in_row(COLID_tsAlertStatus, row);
-        if (alert_status > kGreatestAlertStatus)
+        if (alert_status > kMaximumAlertStatus)
             return unknown_alert;
         if (kSeverity[alert_status] > severity) {
             severity = kSeverity[alert_status];

@@ -15,7 +15,7 @@ inline constexpr const char* kAgentApplication = "lumivantSubagent";
  * Maximum size, in octets, of a PDU that the master agent accepts from the daemon. It drops a larger one: the
  * manager gets no response, and after agentXTimeout the master agent disconnects the daemon.
  */
-inline constexpr size_t kGreatestAnswer = 65536;
+inline constexpr size_t kMaximumResponse = 65536;
 
 /** Makes the library log to standard error. */
 void agent_log_to_stderr();

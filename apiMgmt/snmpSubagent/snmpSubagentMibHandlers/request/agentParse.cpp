@@ -16,7 +16,7 @@ constexpr u_char kGet = 5, kTestSet = 8;  // with GetNext and GetBulk between th
 constexpr int kResponse = 18;
 
 // The error response has 8 octets more of header than the request, and must fit as well.
-constexpr size_t kGreatestRequest = kGreatestAnswer - 8;
+constexpr size_t kMaximumRequest = kMaximumResponse - 8;
 
 long header_word(const u_char* data, size_t at) {
     const u_char* octet = data + at;
@@ -25,7 +25,7 @@ long header_word(const u_char* data, size_t at) {
                : static_cast<long>(octet[3]) << 24 | octet[2] << 16 | octet[1] << 8 | octet[0];
 }
 
-void refuse_as_too_big(netsnmp_session* session, const u_char* data) {
+void reject_as_too_big(netsnmp_session* session, const u_char* data) {
     netsnmp_pdu* answer = snmp_pdu_create(kResponse);
     if (answer == nullptr)
         return;
@@ -50,8 +50,8 @@ extern "C" __attribute__((visibility("default"))) int agentx_parse(netsnmp_sessi
                                                                    u_char* data, size_t length) {
     static const auto parse = reinterpret_cast<decltype(&agentx_parse)>(dlsym(RTLD_NEXT, "agentx_parse"));
     const bool is_request = length > kTypeAt && data[kTypeAt] >= kGet && data[kTypeAt] <= kTestSet;
-    if (is_request && length > kGreatestRequest) {
-        refuse_as_too_big(session, data);
+    if (is_request && length > kMaximumRequest) {
+        reject_as_too_big(session, data);
         return SNMPERR_TOO_LONG;
     }
     if (is_request)

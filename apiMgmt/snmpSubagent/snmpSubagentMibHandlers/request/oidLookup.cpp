@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/requestContext.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/oidText.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/oidFormatter.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/netSnmpHeaders.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
@@ -81,9 +81,9 @@ constexpr int64_t kNoCandidate = -1;
 
 // Returns a sub-identifier as a number wide enough for sums. The agent library reads sub-identifiers from
 // 2147483648 on as signed numbers, so they are capped at the 32-bit maximum.
-int64_t number_of(oid sub_identifier) {
-    constexpr oid kGreatest = 0xFFFFFFFF;
-    return static_cast<int64_t>(std::min(sub_identifier, kGreatest));
+int64_t capped_number(oid sub_identifier) {
+    constexpr oid kMaximum = 0xFFFFFFFF;
+    return static_cast<int64_t>(std::min(sub_identifier, kMaximum));
 }
 
 int64_t first_of_column_after(int col_id) {
@@ -95,14 +95,14 @@ int64_t first_of_column_after(int col_id) {
 int64_t candidate_with_parent(int col_id, const oid* rest, size_t rest_length) {
     const column_record& column = cols[col_id];
     const int64_t rows = column.maxNumOfRows;
-    const int64_t parent = number_of(rest[0]);
+    const int64_t parent = capped_number(rest[0]);
     if (rest_length > 2)
         return kNoCandidate;
     if (rest_length == 1)
         return parent == 0 ? column.first_var + rows - 1 : first_of_column_after(col_id);
     if (parent == 0)  // the formula would yield a variable before the column
         return column.first_var;
-    return column.first_var + (parent - 1) * rows + number_of(rest[1]);
+    return column.first_var + (parent - 1) * rows + capped_number(rest[1]);
 }
 
 // Returns where to search for the next instance: possibly in a later column or beyond the store.
@@ -124,7 +124,7 @@ int64_t next_candidate(const oid* name, size_t name_length) {
         return column.first_var + 1;
     const oid* rest = name + column.oid_len;
     if (!column.has_parent())
-        return column.first_var + number_of(rest[0]);
+        return column.first_var + capped_number(rest[0]);
     return candidate_with_parent(col_id, rest, name_length - column.oid_len);
 }
 

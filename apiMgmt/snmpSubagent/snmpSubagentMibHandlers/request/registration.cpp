@@ -7,7 +7,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/oidLookup.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/requestHandler.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/oidText.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/oidFormatter.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
 // ---- the handler ----
@@ -19,36 +19,36 @@
 
 namespace {
 
-class cut_out_binding {
+class isolated_binding {
   public:
-    explicit cut_out_binding(netsnmp_variable_list* binding)
+    explicit isolated_binding(netsnmp_variable_list* binding)
         : binding_(binding), next_(binding->next_variable) {
         binding_->next_variable = nullptr;
     }
-    ~cut_out_binding() { binding_->next_variable = next_; }
-    cut_out_binding(const cut_out_binding&) = delete;
-    cut_out_binding& operator=(const cut_out_binding&) = delete;
+    ~isolated_binding() { binding_->next_variable = next_; }
+    isolated_binding(const isolated_binding&) = delete;
+    isolated_binding& operator=(const isolated_binding&) = delete;
 
   private:
     netsnmp_variable_list* binding_;
     netsnmp_variable_list* next_;
 };
 
-class changed_mode {
+class temporary_mode {
   public:
-    changed_mode(netsnmp_agent_request_info* info, int mode) : info_(info), mode_(info->mode) {
+    temporary_mode(netsnmp_agent_request_info* info, int mode) : info_(info), mode_(info->mode) {
         info_->mode = mode;
     }
-    ~changed_mode() { info_->mode = mode_; }
-    changed_mode(const changed_mode&) = delete;
-    changed_mode& operator=(const changed_mode&) = delete;
+    ~temporary_mode() { info_->mode = mode_; }
+    temporary_mode(const temporary_mode&) = delete;
+    temporary_mode& operator=(const temporary_mode&) = delete;
 
   private:
     netsnmp_agent_request_info* info_;
     int mode_;
 };
 
-bool lies_in(const netsnmp_handler_registration* reginfo, const netsnmp_variable_list* binding) {
+bool is_below_root(const netsnmp_handler_registration* reginfo, const netsnmp_variable_list* binding) {
     return binding->name_length >= reginfo->rootoid_len &&
            snmp_oidtree_compare(reginfo->rootoid, reginfo->rootoid_len, binding->name,
                                 binding->name_length) == 0;
@@ -57,16 +57,17 @@ bool lies_in(const netsnmp_handler_registration* reginfo, const netsnmp_variable
 // Net-SNMP sets `inclusive` if a walk enters a registration at its first name. If an instance has that name,
 // it is itself the response, not its successor. A walk that comes from another registration carries the name
 // of its last instance there, which was already delivered.
-bool asks_for_itself(const netsnmp_handler_registration* reginfo, const netsnmp_agent_request_info* info,
-                     const netsnmp_request_info* request) {
-    return info->mode == MODE_GETNEXT && request->inclusive != 0 && lies_in(reginfo, request->requestvb) &&
+bool includes_own_name(const netsnmp_handler_registration* reginfo, const netsnmp_agent_request_info* info,
+                       const netsnmp_request_info* request) {
+    return info->mode == MODE_GETNEXT && request->inclusive != 0 &&
+           is_below_root(reginfo, request->requestvb) &&
            get_index_of_oid(request->requestvb->name, request->requestvb->name_length) >= 0;
 }
 
 int serve_request(netsnmp_mib_handler* handler, netsnmp_handler_registration* reginfo,
                   netsnmp_agent_request_info* info, netsnmp_request_info* request) {
-    const cut_out_binding alone(request->requestvb);
-    const changed_mode mode(info, asks_for_itself(reginfo, info, request) ? MODE_GET : info->mode);
+    const isolated_binding alone(request->requestvb);
+    const temporary_mode mode(info, includes_own_name(reginfo, info, request) ? MODE_GET : info->mode);
     return SnmpSubagentMibHandlers::central_oid_handler(handler, reginfo, info, request);
 }
 
@@ -91,12 +92,12 @@ constexpr size_t kHeader = 28;  // 20 of every PDU, and 8 of a response
 constexpr size_t kWord = 4;     // all fields are padded to words
 constexpr oid kInternet[] = {1, 3, 6, 1};
 constexpr size_t kShortened = 5;  // these four and the next one, which is in the name's header
-constexpr oid kGreatestShortened = 255;
+constexpr oid kMaximumShortened = 255;
 
 size_t size_of_name(const netsnmp_variable_list& binding) {
     const bool is_shortened = binding.name_length >= kShortened &&
                               snmp_oid_compare(binding.name, 4, kInternet, 4) == 0 && binding.name[4] > 0 &&
-                              binding.name[4] <= kGreatestShortened;
+                              binding.name[4] <= kMaximumShortened;
     return kWord + kWord * (binding.name_length - (is_shortened ? kShortened : 0));
 }
 
@@ -114,7 +115,7 @@ size_t size_of_value(const netsnmp_variable_list& binding) {
 }
 
 // Returns the size, in octets, of the AgentX response with these bindings.
-size_t size_of_answer(const netsnmp_variable_list* bindings) {
+size_t size_of_response(const netsnmp_variable_list* bindings) {
     size_t size = kHeader;
     for (; bindings != nullptr; bindings = bindings->next_variable)
         size += kWord + size_of_name(*bindings) + size_of_value(*bindings);
@@ -141,7 +142,8 @@ int serve_requests(netsnmp_mib_handler* handler, netsnmp_handler_registration* r
         return fail(info, request, result);
     }
     // The size counts all bindings of the PDU. Those of other registrations may already have values.
-    const bool is_too_big = only_reads(info) && size_of_answer(info->asp->pdu->variables) > kGreatestAnswer;
+    const bool is_too_big =
+        only_reads(info) && size_of_response(info->asp->pdu->variables) > kMaximumResponse;
     return is_too_big ? fail(info, first, SNMP_ERR_TOOBIG) : SNMP_ERR_NOERROR;
 }
 

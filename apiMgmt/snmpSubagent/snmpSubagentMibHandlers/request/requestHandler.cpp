@@ -12,7 +12,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/serviceWindow.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/setRequest.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/oidText.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/oidFormatter.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
 std::atomic<bool> tempTest_requested{false};

@@ -18,18 +18,18 @@ constexpr int64_t kBurst_ms = 1000;
 constexpr int64_t kSleep_ms = 4 * kPduSlot_ms;
 
 // Managers that wait for each response have few requests pending, however fast they walk. More than
-// kFewRequests for kPatience_ms are an overload. So are, immediately, as many requests as take two seconds at
-// the pace, or requests that take too much of snmpd's memory, which needs about fifty octets per octet of a
-// request. An overload ends when nothing was rejected for kRelief_ms.
+// kFewRequests for kOverloadDelay_ms are an overload. So are, immediately, as many requests as take two
+// seconds at the pace, or requests that take too much of snmpd's memory, which needs about fifty octets per
+// octet of a request. An overload ends when nothing was rejected for kOverloadEnd_ms.
 constexpr size_t kFewRequests = 50;
-constexpr int64_t kPatience_ms = 5000;
-constexpr size_t kMostRequests = 1000;
-constexpr size_t kMostOctets = 256 * 1024;
-constexpr int64_t kRelief_ms = 2000;
+constexpr int64_t kOverloadDelay_ms = 5000;
+constexpr size_t kMaximumRequests = 1000;
+constexpr size_t kMaximumOctets = 256 * 1024;
+constexpr int64_t kOverloadEnd_ms = 2000;
 
 // In an overload, a small request is served if its first name was not requested within this time.
 constexpr size_t kSmallOctets = 1024;
-constexpr int64_t kAgain_ms = 250;
+constexpr int64_t kRepeatInterval_ms = 250;
 
 std::deque<size_t> waiting_requests;  // sizes, oldest first
 size_t waiting_octets = 0;
@@ -59,8 +59,8 @@ void begin_overload_if_due(int64_t now_ms) {
     }
     if (current.begin_ms == 0)
         current.begin_ms = now_ms;
-    if (now_ms - current.begin_ms < kPatience_ms && waiting_requests.size() <= kMostRequests &&
-        waiting_octets <= kMostOctets)
+    if (now_ms - current.begin_ms < kOverloadDelay_ms && waiting_requests.size() <= kMaximumRequests &&
+        waiting_octets <= kMaximumOctets)
         return;
     current.is_shed = true;
     current.last_rejected_ms = now_ms;
@@ -69,7 +69,7 @@ void begin_overload_if_due(int64_t now_ms) {
 }
 
 void end_overload_if_due(int64_t now_ms) {
-    if (now_ms - current.last_rejected_ms < kRelief_ms)
+    if (now_ms - current.last_rejected_ms < kOverloadEnd_ms)
         return;
     SUBAGENT_LOG(warning, "overload is over: rejected %llu requests\n",
                  static_cast<unsigned long long>(current.rejected));
@@ -77,15 +77,15 @@ void end_overload_if_due(int64_t now_ms) {
 }
 
 // Returns whether the name was requested recently. Names share slots, so a few are mistaken for others.
-bool is_asked_again(const netsnmp_variable_list* binding, int64_t now_ms) {
+bool is_repeated(const netsnmp_variable_list* binding, int64_t now_ms) {
     static std::array<int64_t, 4096> last_asked_ms{};
     const std::string_view name(reinterpret_cast<const char*>(binding->name),
                                 binding->name_length * sizeof(oid));
     int64_t& last_ms = last_asked_ms[std::hash<std::string_view>{}(name) % last_asked_ms.size()];
-    const bool is_again = now_ms - last_ms < kAgain_ms;
-    if (!is_again)
+    const bool is_repetition = now_ms - last_ms < kRepeatInterval_ms;
+    if (!is_repetition)
         last_ms = now_ms;
-    return is_again;
+    return is_repetition;
 }
 
 bool exceeds_pace(int64_t now_ms) {
@@ -113,7 +113,7 @@ bool keep_request_pace(const netsnmp_variable_list* first_binding) {
     const size_t octets = take_oldest_request();
     // Requests can pile up without exceeding the pace if the daemon gets too little processor time.
     if (current.is_shed && (exceeds_pace(now_ms) || waiting_requests.size() > kFewRequests)) {
-        if (octets <= kSmallOctets && !is_asked_again(first_binding, now_ms))
+        if (octets <= kSmallOctets && !is_repeated(first_binding, now_ms))
             return true;
         current.last_rejected_ms = now_ms;
         ++current.rejected;

@@ -17,7 +17,7 @@ int pdu_failures = 0;
 namespace {
 
 constexpr int kPdusPerTick = 10;
-constexpr int kGreatestFailures = 4;
+constexpr int kMaximumFailures = 4;
 
 struct pdu_of_tick {
     const netsnmp_agent_session* session = nullptr;
@@ -73,7 +73,7 @@ void count_failure() {
     if (!current_pdu.has_failed)
         pdu_failures = current_pdu.failures_before + 1;
     current_pdu.has_failed = true;
-    if (pdu_failures <= kGreatestFailures)
+    if (pdu_failures <= kMaximumFailures)
         return;
     permission_to_process_pdu = 0;
     pdu_failures = 0;

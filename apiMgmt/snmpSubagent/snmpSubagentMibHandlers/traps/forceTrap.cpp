@@ -22,7 +22,7 @@ struct force_arguments {
 };
 
 // Returns the variable of another column in the same row.
-int32_t beside(int32_t var_index, int col_id) {
+int32_t in_same_row(int32_t var_index, int col_id) {
     return cols[col_id].first_var + var_index - cols[vars[var_index].col_id].first_var;
 }
 
@@ -45,7 +45,7 @@ bool find_object(const force_definition& force, int32_t var_index, int32_t row, 
         SUBAGENT_LOG(debug, "%s index too large\n", force.word);
         return false;
     }
-    const int32_t index_var = beside(var_index, force.index_column);
+    const int32_t index_var = in_same_row(var_index, force.index_column);
     if (!is_cached(index_var)) {
         SUBAGENT_LOG(debug, "%s does not exist\n", force.word);
         return false;
@@ -66,7 +66,7 @@ bool find_arguments(const force_definition& force, int32_t var_index, force_argu
             arguments->b = force.component;
             arguments->c = force.index_column < 0
                                ? row
-                               : static_cast<int32_t>(vars[beside(var_index, force.index_column)].uint -
+                               : static_cast<int32_t>(vars[in_same_row(var_index, force.index_column)].uint -
                                                       kComponentIndexOffset);
             return true;
         case force_rule::row:

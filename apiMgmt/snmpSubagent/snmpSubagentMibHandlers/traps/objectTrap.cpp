@@ -77,38 +77,38 @@ void advise_on(const object_rule& object, int32_t status_var) {
 int32_t find_object_row(const object_rule& object, int32_t trapArgA) {
     const state_rule& state = object.state;
     if (trapArgA == 0 && *object.no_index != '\0') {
-        refuse_trap(object.no_index);
+        reject_trap(object.no_index);
         return 0;
     }
     if (object.fresh == fresh_rule::table_first)
         refresh_table_of(state.status_column);
     const bool is_bounded = state.find == row_rule::bounded_index || state.find == row_rule::row;
     if (is_bounded && is_beyond_table(state.status_column, trapArgA)) {
-        refuse_trap(state.too_large, {trapArgA});
+        reject_trap(state.too_large, {trapArgA});
         return 0;
     }
     const int32_t row = row_by_rule(state, trapArgA);
     if (row == 0)
-        refuse_trap(state.unknown, {trapArgA});
+        reject_trap(state.unknown, {trapArgA});
     return row;
 }
 
 // Refreshes the table if its rule says so, and selects the object's row for the notification. Returns the row
 // (from 1), which the refresh may have changed; 0 after logging that there is no such object.
-int32_t bring_object_up_to_date(const object_rule& object, int32_t row, int32_t trapArgA) {
+int32_t refresh_object(const object_rule& object, int32_t row, int32_t trapArgA) {
     const state_rule& state = object.state;
     if (object.fresh == fresh_rule::table) {
         refresh_table_of(state.status_column);
         row = row_by_rule(state, trapArgA);
         if (row == 0) {
-            refuse_trap(state.unknown, {trapArgA});
+            reject_trap(state.unknown, {trapArgA});
             return 0;
         }
     }
     for (const int col_id : object.rows)
         set_trap_row(col_id, row);
     if (!is_cached(cols[state.status_column].first_var + row - 1)) {
-        refuse_trap(state.missing, {trapArgA});
+        reject_trap(state.missing, {trapArgA});
         return 0;
     }
     return row;
@@ -129,7 +129,7 @@ disk_enclosure find_enclosure_of_disk(const std::string& disk_name) {
     const auto enclosure = static_cast<int32_t>(strtol(name.substr(0, dash).c_str(), nullptr, 10));
     const int32_t row = row_of_index(COLID_tsEnclApiIndex, enclosure);
     if (row == 0)
-        refuse_trap("could not find encl index: enclNum %d", {enclosure});
+        reject_trap("could not find encl index: enclNum %d", {enclosure});
     return {.is_named = true, .row = row};
 }
 
@@ -155,7 +155,7 @@ int send_object_trap(const notification_definition& notification, const TrapToSe
     const object_rule& object = *notification.object;
     int32_t row = find_object_row(object, trap.trapArgA);
     if (row != 0)
-        row = bring_object_up_to_date(object, row, trap.trapArgA);
+        row = refresh_object(object, row, trap.trapArgA);
     if (row == 0)
         return 1;
     const trap_variables variables = {.owner = cols[object.state.owner_column].first_var + row - 1,
@@ -189,14 +189,14 @@ int32_t find_parent(const object_rule& parent, const TrapToSend& trap) {
     const component_definition* component = find_component(trap.trapNum, trap.trapArgB);
     const bool takes_zero = component != nullptr && component->state.find == row_rule::next_index;
     if (trap.trapArgC == 0 && !takes_zero) {
-        refuse_trap("component index is zero");
+        reject_trap("component index is zero");
         return 0;
     }
-    row = bring_object_up_to_date(parent, row, trap.trapArgA);
+    row = refresh_object(parent, row, trap.trapArgA);
     if (row == 0)
         return 0;
     if (vars[cols[parent.state.status_column].first_var + row - 1].uint != kStatusUp) {
-        refuse_trap(parent.not_up, {trap.trapArgA});
+        reject_trap(parent.not_up, {trap.trapArgA});
         return 0;
     }
     return row;
@@ -212,16 +212,16 @@ int32_t find_component_row(const component_definition& component, int32_t parent
                                 static_cast<uint32_t>(trapArgC) + 1) +
               1;
         if (trapArgC < 0 || row == 0) {
-            refuse_trap(state.unknown, {trapArgC});
+            reject_trap(state.unknown, {trapArgC});
             return 0;
         }
     }
     if (static_cast<uint32_t>(row) > rows) {
-        refuse_trap(state.too_large, {row, static_cast<int32_t>(rows)});
+        reject_trap(state.too_large, {row, static_cast<int32_t>(rows)});
         return 0;
     }
     if (!is_cached(variable_of(state.status_column, parent_row, row))) {
-        refuse_trap(state.missing, {row});
+        reject_trap(state.missing, {row});
         return 0;
     }
     return row;
@@ -295,7 +295,7 @@ int send_component_trap(const notification_definition& notification, const TrapT
     write_trap_text(trapCompStatusText, COLID_trapCompStatusText, "empty");
     const component_definition* component = find_component(trap.trapNum, trap.trapArgB);
     if (component == nullptr)
-        return refuse_trap("unknown H/W Comp Num passed fron lumivant-app: %d", {trap.trapArgB});
+        return reject_trap("unknown H/W Comp Num passed fron lumivant-app: %d", {trap.trapArgB});
     const state_rule& state = component->state;
     refresh_table_of(state.status_column);
     const int32_t row = find_component_row(*component, parent_row, trap.trapArgC);
@@ -357,7 +357,7 @@ int show_disk(int32_t row, unknown_objects& unknown) {
     const column_record& names = cols[COLID_tsDiskName];
     const bool is_row = row > 0 && static_cast<uint32_t>(row) <= names.maxNumOfRows;
     if (!is_row || !is_cached(names.first_var + row - 1))
-        return refuse_trap("disk does not exist: %d", {row});
+        return reject_trap("disk does not exist: %d", {row});
     // Copied, because the refresh may change it.
     const std::string name = vars[names.first_var + row - 1].str;
     refresh_table_of(COLID_tsEnclApiIndex);
@@ -377,10 +377,10 @@ int show_disk(int32_t row, unknown_objects& unknown) {
 
 int send_device_trap(const TrapToSend& trap) {
     if (trap.trapArgB == 0)
-        return refuse_trap("no scsi initiator device type passed");
+        return reject_trap("no scsi initiator device type passed");
     write_trap_number(trapSIDeviceType, COLID_trapSIDeviceType, trap.trapArgB);
     if (trap.trapArgC == 0)
-        return refuse_trap("no scsi initiator device status passed");
+        return reject_trap("no scsi initiator device status passed");
     write_trap_number(trapSIDeviceStatus, COLID_trapSIDeviceStatus, trap.trapArgC);
     unknown_objects unknown;
     if (trap.trapArgA == 0) {

@@ -16,10 +16,10 @@ constexpr int64_t kCheckInterval_s = 60;
 constexpr int64_t kStale_s = 7 * 24 * 3600 + 1;
 
 // What follows the check of a record.
-enum class walk {
-    on,      // check the next record
-    on_end,  // end; the next call begins at the next record
-    stay,    // end; the next call begins at this record
+enum class scan {
+    next_record,   // check the next record
+    ends_at_next,  // end; the next call begins at the next record
+    ends_here,     // end; the next call begins at this record
 };
 
 // Advances the cursor. Returns false at the end of the list, after moving it to the beginning.
@@ -38,9 +38,9 @@ void log_removal(const char* reason, const TrapToSend& command) {
         reason, command.trapNum, command.trapArgA, command.trapArgB, command.trapArgC, command.trapArgD);
 }
 
-walk remove_at_cursor() {
+scan remove_at_cursor() {
     remove_outstanding_trap(outstandingTrapCursor);
-    return walk::on;
+    return scan::next_record;
 }
 
 // Processes a new event for the object, so that IsRedundantTrap removes or replaces the record.
@@ -62,12 +62,12 @@ void notify_change(const OutstandingTrap& record) {
     processSendTrapCmd(command, false);
 }
 
-walk check_at_cursor() {
+scan check_at_cursor() {
     OutstandingTrap& record = *outstandingTraps[outstandingTrapCursor];
     const int64_t now_us = ClockNowUs();
     const int64_t unchecked_s = (now_us - record.timeLastChecked_us) / kSecondUs;
     if (unchecked_s < kCheckInterval_s)
-        return walk::on;
+        return scan::next_record;
     if (unchecked_s >= kStale_s) {
         log_removal("oustanding trap is stale", record.command);
         return remove_at_cursor();
@@ -84,16 +84,16 @@ walk check_at_cursor() {
     if (processSendTrapCmd(command, true) != 0) {
         log_removal("error while checking status - element is probably gone", record.command);
         remove_outstanding_trap(outstandingTrapCursor);
-        return walk::on_end;  // counts as this second's re-check, because it may have taken an exchange
+        return scan::ends_at_next;  // counts as this second's re-check, because it may have taken an exchange
     }
     const variable_entry& status = vars[record.statusVar];
     if (value_kind_of(status.col_id) == value_kind::none) {
         log_no_value_kind(status.col_id);
-        return walk::stay;
+        return scan::ends_here;
     }
     if (!has_same_value(record.statusUint, *record.statusStr, status))
         notify_change(record);
-    return walk::on_end;
+    return scan::ends_at_next;
 }
 
 }  // namespace
@@ -105,8 +105,8 @@ void check_outstanding_traps() {
     if (outstandingTrapCursor >= outstandingTraps.size())
         outstandingTrapCursor = 0;
     for (;;) {
-        const walk next = check_at_cursor();
-        if (next == walk::stay || !move_on() || next == walk::on_end)
+        const scan next = check_at_cursor();
+        if (next == scan::ends_here || !move_on() || next == scan::ends_at_next)
             return;
     }
 }

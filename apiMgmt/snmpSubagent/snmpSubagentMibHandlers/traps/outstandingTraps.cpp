@@ -16,7 +16,8 @@ constexpr uint32_t kGoodValue = 1;
 constexpr const char* kGoodText = "Up";
 
 // Removes the record of an object that is no longer in its row.
-int forget(size_t position, const TrapToSend& trap, const trap_variables& variables, const char* reason) {
+int drop_record(size_t position, const TrapToSend& trap, const trap_variables& variables,
+                const char* reason) {
     SUBAGENT_LOG(
         debug,
         "we're removing the outstanding trap cuz %s: trapNum: %d, owenerOid: %d, statusOid: %d, status "
@@ -202,9 +203,9 @@ int IsRedundantTrap(const TrapToSend& trap, const trap_variables& variables, boo
     if (position != kNoOutstandingTrap) {
         const OutstandingTrap& record = *outstandingTraps[position];
         if (!is_cached(variables.status))
-            return forget(position, trap, variables, "the var is no longer cached");
+            return drop_record(position, trap, variables, "the var is no longer cached");
         if (record.verifyUint != vars[variables.verify].uint)
-            return forget(position, trap, variables, "verify-value does not match");
+            return drop_record(position, trap, variables, "verify-value does not match");
         if (has_same_value(record.statusUint, *record.statusStr, status) &&
             trap.trapArgD != kClearingArgument) {
             log_redundant(trap, variables, kind);

@@ -47,7 +47,7 @@ bool is_internet(int family) {
     return family == AF_INET || family == AF_INET6;
 }
 
-int refuse_destination(const char* kind) {
+int reject_destination(const char* kind) {
     SUBAGENT_LOG(warning, "Invalid %s: %s\n", kind, conf_trapDest.c_str());
     return 1;
 }
@@ -135,20 +135,20 @@ int build_trap_peer_name(std::string* peername) {
     const int numeric_family = address_family_of(conf_trapDest, true);
     const bool is_numeric = numeric_family != AF_UNSPEC;
     if (is_numeric && !is_internet(numeric_family))
-        return refuse_destination("format for trap dest addr");
+        return reject_destination("format for trap dest addr");
     if (!is_numeric && address_family_of(conf_trapDest, false) == AF_UNSPEC)
-        return refuse_destination("trap dest addr");
+        return reject_destination("trap dest addr");
     if (conf_trapDest.find(':') != std::string::npos) {
         if (numeric_family != AF_INET6)
-            return refuse_destination("IPv6 trap dest addr");
+            return reject_destination("IPv6 trap dest addr");
         return accept_destination(peername, "udp6:[", "]:");
     }
     if (conf_trapDest.find('.') != std::string::npos) {
         if (numeric_family != AF_INET)
-            return refuse_destination("IPv4 trap dest addr");
+            return reject_destination("IPv4 trap dest addr");
         return accept_destination(peername, "udp:", ":");
     }
     if (!is_internet(address_family_of(conf_trapDest, is_numeric)))
-        return refuse_destination("trap dest addr");
+        return reject_destination("trap dest addr");
     return accept_destination(peername, "", ":");
 }

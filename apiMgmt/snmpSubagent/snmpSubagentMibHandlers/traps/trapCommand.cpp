@@ -48,7 +48,7 @@ int dispatch(TrapToSend& trap, bool recheck) {
         return send_device_trap(trap);
     const notification_definition* notification = find_notification(trap.trapNum);
     if (notification == nullptr)
-        return refuse_trap("unknown trapNum passed fron lumivant-app: %d", {trap.trapNum});
+        return reject_trap("unknown trapNum passed fron lumivant-app: %d", {trap.trapNum});
     if (*notification->object->not_up != '\0')
         return send_component_trap(*notification, trap, recheck);
     return send_object_trap(*notification, trap, recheck);

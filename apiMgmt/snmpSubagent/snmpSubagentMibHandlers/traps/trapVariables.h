@@ -51,7 +51,7 @@ inline constexpr uint32_t kStatusDegraded = 3;
 std::string with_numbers(std::string_view text, std::initializer_list<int32_t> numbers);
 
 /** Logs such a string as the reason why a command is rejected. Returns 1. */
-int refuse_trap(std::string_view text, std::initializer_list<int32_t> numbers = {});
+int reject_trap(std::string_view text, std::initializer_list<int32_t> numbers = {});
 
 /** Selects the row of a column (from 1) that a notification shows. */
 void set_trap_row(int col_id, int32_t row);
