@@ -9,7 +9,7 @@ int StatusAfterOutput(const char* program, int status, int lost_status) {
     std::cout.flush();
     errno = 0;
     const bool is_flushed = std::fflush(stdout) == 0;
-    // Long output may have failed before, so that the last flush has nothing left to do.
+    // An earlier write may already have failed, leaving nothing to flush.
     if (is_flushed && std::ferror(stdout) == 0 && std::cout) {
         return status;
     }

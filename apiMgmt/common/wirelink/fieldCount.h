@@ -8,7 +8,7 @@ enum class FieldCount { few, many, malformed };
 
 /**
  * Counts the fields of a serialised message, including nested ones, without parsing it, because a field of
- * two bytes takes some hundred bytes when parsed, even if it is unknown. Returns `many` for more than
+ * two bytes takes about a hundred bytes when parsed, even if it is unknown. Returns `many` for more than
  * `maximum` fields. A group, which no message here contains, counts as malformed.
  */
 FieldCount CountFields(google::protobuf::io::ZeroCopyInputStream& body,

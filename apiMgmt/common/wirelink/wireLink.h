@@ -28,8 +28,8 @@ class WireLinkSocket {
 
     /**
      * Blocks until a message has been received. Returns the size of its frame (4 + body), or 0 if the peer
-     * has closed between frames. Throws if the frame is incomplete, the body is too long or invalid, or the
-     * timeout expires, which covers the whole call. After that the connection is unusable, because the start
+     * has closed between frames. Throws if the frame is incomplete, if the body is too long or invalid, or if
+     * the whole call takes longer than the timeout. After that the connection is unusable, because the start
      * of the next frame is unknown.
      */
     size_t RecvGPBMsg(google::protobuf::Message& message);

@@ -22,9 +22,9 @@ using WireLinkWait = std::function<bool(int descriptor, short events, int timeou
 class WireLinkEndpoint {
   public:
     /**
-     * `path` is that of the local socket. `timeout_s` limits each blocking step (connect, send, receive).
-     * `size_bytes` is the maximum memory allocated ahead of the bytes of a body that have arrived; the
-     * maximum body is 16 times as large.
+     * `path`: the local socket. `timeout_s`: limit for each blocking step (connect, send, receive).
+     * `size_bytes`: maximum memory allocated ahead of the bytes of a body that have arrived; the maximum body
+     * is 16 times as large.
      */
     static WireLinkEndpoint CreateLocalEndpoint(const std::string& path, long timeout_s,
                                                 unsigned long size_bytes);

@@ -14,7 +14,7 @@ namespace parser {
 /** Parses one string into a document. Not reusable. */
 class XMLTreeBuilder {
   public:
-    /** `encoding` is that of XMLParser. */
+    /** `encoding` is as for XMLParser. */
     explicit XMLTreeBuilder(const char* encoding);
     ~XMLTreeBuilder();
     XMLTreeBuilder(const XMLTreeBuilder&) = delete;

@@ -143,6 +143,6 @@ int StartGetListTask() {
         SUBAGENT_LOG(warning, "Error: Failed to create GetListTask thread: error: %d\n", error);
         return 1;
     }
-    pthread_detach(thread);  // never joined
+    pthread_detach(thread);
     return 0;
 }

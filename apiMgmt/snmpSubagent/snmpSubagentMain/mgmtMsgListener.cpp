@@ -132,6 +132,6 @@ int StartMgmtMsgListener() {
         SUBAGENT_LOG(warning, "Error: Failed to create mgmt msg listener thread: error: %d\n", error);
         return 1;
     }
-    pthread_detach(thread);  // never joined
+    pthread_detach(thread);
     return 0;
 }

@@ -23,7 +23,7 @@ class DATETIMEValue {
     std::string Format(const std::string& format) const;
 
     /**
-     * Parses with strptime; an empty format means that of ToText. Returns no date for a string that does not
+     * Parses with strptime, by default in the format of ToText. Returns no date for a string that does not
      * match.
      */
     static DATETIMEValue Parse(const std::string& text, const std::string& format = "");

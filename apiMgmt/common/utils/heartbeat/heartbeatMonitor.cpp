@@ -104,7 +104,7 @@ int StartHeartbeatMonitor(int port) {
                error);
         return error;
     }
-    pthread_detach(thread);  // never joined
+    pthread_detach(thread);
     return 0;
 }
 

@@ -89,8 +89,8 @@ element_table::element_table(const parser::XMLParser& document, const std::vecto
 }
 
 // Reads the children of each object once, however many columns the map has, because a full array's list has
-// some hundred thousand children. Each distinct attribute of the map has a slot, which is found by the number
-// of its tag in this document. Of several children with one tag, the first counts.
+// hundreds of thousands of children. Each distinct attribute of the map has a slot, which is found by the
+// number of its tag in this document. Of several children with one tag, the first counts.
 void element_table::read_values(const parser::XMLParser& document, const std::vector<XMLElement>& elements,
                                 int map_size, const attribute_map_entry* map, const char* parent_attribute) {
     slots_by_tag slots;
@@ -138,7 +138,7 @@ void element_table::assign_rows(const column_record& column) {
     const uint32_t index_type = is_enclosure ? cols[COLID_tsEnclApiIndex].data_type : SMI_BASETYPE_INTEGER32;
     std::unordered_map<uint32_t, size_t> list_of_index;
     for (size_t i = 0; i < element_count_; ++i) {
-        if (parents_[i].data() == nullptr)  // ends the rows of all parents
+        if (parents_[i].data() == nullptr)  // an object without a parent ends the list for all parents
             break;
         const uint32_t api_index = number_from_text(parents_[i], index_type);
         const auto [found, is_new] = list_of_index.try_emplace(api_index, lists_.size());

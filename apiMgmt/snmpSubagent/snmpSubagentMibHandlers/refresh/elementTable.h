@@ -16,8 +16,9 @@ extern int32_t ctlrIndexFirst;
 extern int32_t ctlrIndexSecond;
 
 /**
- * Sets them from the controllers of a response, of which there must be at least one. If there is only one,
- * the second index is unchanged. Returns 0, or 1 after logging that a controller has no index.
+ * Sets ctlrIndexFirst and ctlrIndexSecond from the controllers of a response, of which there must be at least
+ * one. If there is only one, the second index is unchanged. Returns 0, or 1 after logging that a controller
+ * has no index.
  */
 int note_controller_indexes(const std::vector<parser::XMLElement>& controllers, const char* apiName);
 

@@ -153,7 +153,8 @@ int merge_scalar(const merge_of_column& merge) {
 }
 
 // Merges one column. `map_place` is the position of its attribute in the map, or kRowColumn. Rows that the
-// response no longer contains are not cached afterwards. Returns 0, or 1 with what was merged until then.
+// response no longer contains are not cached afterwards. Returns 0 or 1. After a failure, what was already
+// merged remains.
 int get_col_info(int col_id, int32_t first_var, const element_table& elements, int map_place,
                  post_process_type post_process) {
     const column_record& column = cols[col_id];

@@ -7,7 +7,7 @@
  * 1.3.6.1.4.1.913.11000.2000.500.1. Lookups only ever see current names.
  */
 
-/** Whether the old number was used since start-up, which decides the level of the line that reports it. */
+/** Whether the old number was used since start-up. Only its first use is logged as a warning. */
 extern bool rcvd_req_with_old_enterprise_num;
 
 bool has_old_enterprise_number(const netsnmp_variable_list* binding);

@@ -29,7 +29,6 @@ int current_length() {
     return static_cast<int>(current_requestvb->name_length);
 }
 
-// Logs the mode with the name that is being served.
 void log_mode(const char* mode) {
     SUBAGENT_LOG(debug,
                  "reqinfo->mode: %s: current_requestvb->name_length: %d, current_requestvb->name: %s\n", mode,

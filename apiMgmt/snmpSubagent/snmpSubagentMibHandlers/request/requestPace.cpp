@@ -13,8 +13,8 @@ namespace {
 
 constexpr int64_t kPduSlot_ms = 2;
 constexpr int64_t kBurst_ms = 1000;
-// Every fourth PDU that exceeds the pace sleeps for all four, because each sleep costs two context switches
-// and cold caches.
+// If PDUs exceed the pace, every fourth sleeps for all four, because a sleep costs two context switches and
+// the contents of the caches.
 constexpr int64_t kSleep_ms = 4 * kPduSlot_ms;
 
 // Managers that wait for each response have few requests pending, however fast they walk. More than

@@ -66,9 +66,9 @@ bool is_good(const variable_entry& status, value_kind kind) {
     return kind == value_kind::text ? status.str == kGoodText : status.uint == kGoodValue;
 }
 
-// Returns the position of the record of the command's object, whatever row the object was in. The row is no
-// criterion: when rows are packed again, a record that is verified by its row number stays there until its
-// own re-check.
+// Returns the position of the record of the command's object, in whatever row the object was. Does not
+// compare rows: when rows are packed again, a record that is verified by its row number keeps its row until
+// its own re-check.
 size_t find_record_of(const TrapToSend& trap) {
     const object_rule& object = *find_notification(trap.trapNum)->object;
     const bool is_component = *object.not_up != '\0';

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-/** Sending of notifications, which are built from the store. Main thread only. */
+/** Sends notifications, which are built from the store. Main thread only. */
 
 /**
  * Sends one notification to the configured receiver, in the configured version if trapVer is 0. `msg` is the

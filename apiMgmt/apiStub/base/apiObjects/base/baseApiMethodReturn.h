@@ -26,7 +26,7 @@ class BASEApiMethodReturn : public APIApiMethodReturn {
     BASEApiMethodReturn(const BASEApiMethodReturn&) = delete;
     BASEApiMethodReturn& operator=(const BASEApiMethodReturn&) = delete;
 
-    /** Returns the result's element; empty without a result. `encoding` is that of the objects in it. */
+    /** Returns the result's element; empty without a result. `encoding` applies to objects in it. */
     virtual std::string ReturnXml(int encoding) const;
 
     /** Appends that element to a document. */

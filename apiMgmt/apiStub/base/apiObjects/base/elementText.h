@@ -7,7 +7,7 @@
 
 /** Functions that append parts of documents, without whitespace. */
 
-/** Checks first, because most values need no escaping and a long list has some hundred thousand. */
+/** Checks first, because most values need no escaping and a long list has hundreds of thousands of them. */
 inline void AppendEscaped(std::string& xml, std::string_view text) {
     for (const char c : text) {
         const bool special =

@@ -73,8 +73,8 @@ class COMPObjectMethodReturn : public BASEApiMethodReturn {
     void AppendReturnXml(std::string& document, int encoding) const override;
 
     /**
-     * Sets the form in which objects are written; null, the default, means that of their classes. The form
-     * must outlive its use.
+     * Sets the form in which objects are written; null, the default, selects the form of their own classes.
+     * The form must outlive its use.
      */
     void SetForm(const OBJECTForm* lent) { form = lent; }
 

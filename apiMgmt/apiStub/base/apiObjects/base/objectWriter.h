@@ -9,12 +9,12 @@
 
 /**
  * Writes the objects of a list. Objects of a sort have the same attributes, mostly in the same positions, so
- * tags are composed once and positions are remembered: an alert list of a full array has some hundred
- * thousand values.
+ * tags are composed once and positions are remembered: an alert list of a full array has hundreds of
+ * thousands of values.
  */
 class OBJECTWriter {
   public:
-    /** A null form means that of the objects' classes. */
+    /** If `lent` is null, objects are written as their classes define. */
     explicit OBJECTWriter(const OBJECTForm* lent);
     OBJECTWriter(const OBJECTWriter&) = delete;
     OBJECTWriter& operator=(const OBJECTWriter&) = delete;

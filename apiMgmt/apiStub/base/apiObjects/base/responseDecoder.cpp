@@ -19,7 +19,6 @@ constexpr char kInvalidXml[] = "Invalid response in return XML";
 
 using Return = std::unique_ptr<BASEApiMethodReturn>;
 
-/** The status in the document. */
 struct ApiStatus {
     bool successful = false;
     int errorState = kNoError;
