@@ -9,8 +9,8 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 
 /**
- * API index of the first and second controller in the last controller refresh, which are parents 1 and 2 of
- * the controller tables. Main thread only.
+ * API indexes of the first and second controller in the last controller refresh. These controllers are
+ * parents 1 and 2 of the controller tables. Main thread only.
  */
 extern int32_t ctlrIndexFirst;
 extern int32_t ctlrIndexSecond;

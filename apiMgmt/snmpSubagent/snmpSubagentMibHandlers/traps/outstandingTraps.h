@@ -31,9 +31,8 @@ struct OutstandingTrap {
     int64_t timeLastChecked_us;
 
     /**
-     * Numbers are copies made when the record was created; those of owner and verify are updated when the
-     * record follows its object to another row. Strings are those of the variables themselves, with their
-     * present values, so a string owner matches by its variable alone.
+     * Numbers are copied when the record is created; those of owner and verify again when it follows its
+     * object to another row. Strings are not copied, so a string owner matches by its variable alone.
      */
     int32_t ownerVar;
     uint32_t ownerUint;

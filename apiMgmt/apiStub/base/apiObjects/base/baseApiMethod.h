@@ -98,8 +98,8 @@ class BASEApiMethod {
     /**
      * Fills the request for this call. `connection` is that of the client, or null; then sessionKey must not
      * be empty, or APIMethodError is thrown before the request is changed. `blobs` contains additional data
-     * by name, or is null. `locale` is that of strings in the response, and omitted unless it has five
-     * characters ("en_US").
+     * by name, or is null. `locale`, such as "en_US", selects the language of the response; it is omitted
+     * unless it has five characters.
      */
     void BuildRequest(protoIPCMsg::GPBIPCMsg& request, const ConnectionRecord* connection,
                       const std::string& sessionKey, const std::map<std::string, std::string>* blobs,
