@@ -327,7 +327,7 @@ void check_get_next(const binding& asked, const netsnmp_variable_list& answer, c
 
 void check_reads(const snmp_pdu_of_test& pdu, int mode, int result, const std::vector<binding>& asked,
                  const instances& cached) {
-    const bool is_too_big = encoded_size(pdu.bindings()) > kGreatestAnswer;
+    const bool is_too_big = encoded_size(pdu.bindings()) > kMaximumResponse;
     FuzzCheck(result == (is_too_big ? SNMP_ERR_TOOBIG : SNMP_ERR_NOERROR), "the size limit of an answer");
     for (size_t i = 0; i < asked.size(); ++i) {
         const netsnmp_variable_list& answer = *pdu.requests()[i].requestvb;

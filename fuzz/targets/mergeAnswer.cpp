@@ -115,7 +115,7 @@ void check_column(int col_id, const literal_merge& model) {
         if (vars[i].uint != expected.uint || vars[i].str != expected.str)
             FuzzFail("the values differ: " + name_of(i));
         const bool begins_rows = !column.is_table() || get_row_seq(i) == 1;
-        if (column.stands_for_itself() && !begins_rows && is_cached(i) && !is_cached(i - 1))
+        if (column.is_head() && !begins_rows && is_cached(i) && !is_cached(i - 1))
             FuzzFail("a row without the one before it: " + name_of(i));
     }
 }

@@ -35,7 +35,7 @@ void CheckEscapes(const std::string& text) {
 
 // Elements with their texts, whatever else stood between them.
 void Outline(const parser::XMLElement& element, uint32_t depth, std::string& outline) {
-    FuzzCheck(depth <= parser::kGreatestDepth, "too deep");
+    FuzzCheck(depth <= parser::kMaximumDepth, "too deep");
     outline.append("<").append(element.GetTagName()).append(">").append(element.GetText());
     for (parser::XMLElement child = element.GetFirstChild(); child; child = child.GetNextSibling())
         Outline(child, depth + 1, outline);

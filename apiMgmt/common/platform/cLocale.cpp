@@ -2,7 +2,7 @@
 
 namespace {
 
-// Never freed: it is the same for all threads, to the end of the process.
+// Shared by all threads until the process exits, so never freed.
 locale_t CLocale() {
     static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
     return locale;

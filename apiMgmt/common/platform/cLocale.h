@@ -3,8 +3,8 @@
 #include <clocale>
 
 /**
- * While it lives the calling thread goes by the rules of the C locale, whatever locale the program or the
- * thread has: what travels to the array and back must not follow the user's decimal sign or names of days.
+ * While an instance exists, the calling thread uses the C locale: data exchanged with the array must not
+ * depend on the user's decimal separator or day names.
  */
 class CLocaleScope {
   public:

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-/** The caller's registers as getcontext(3) gives them. A system that does not show one leaves it 0. */
+/** Registers as returned by getcontext(3). A register that the system does not report is 0. */
 struct MachineContext {
     uint64_t rax, rbx, rcx, rdx, rsi, rdi, rbp, rsp;
     uint64_t r8, r9, r10, r11, r12, r13, r14, r15;

@@ -27,7 +27,7 @@ void ReadMachineContext(MachineContext* context) {
     context->r15 = reg(REG_R15);
     context->rip = reg(REG_RIP);
     context->flags = reg(REG_EFL);
-    // Linux packs the segments into one word: cs, gs, fs, ss from the low end; ds and es are not saved.
+    // Linux packs the segments into one word: cs, gs, fs, ss from the low end. It does not save ds and es.
     const uint64_t segments = reg(REG_CSGSFS);
     context->cs = segments & 0xFFFF;
     context->gs = segments >> 16 & 0xFFFF;

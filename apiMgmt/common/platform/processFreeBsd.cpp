@@ -9,15 +9,15 @@
 #include "apiMgmt/common/platform/process.h"
 #include "apiMgmt/common/platform/startReport.h"
 
-const char* const kKillallOutput = "";  // killall -v reports on standard output here
+const char* const kKillallOutput = "";  // killall -v writes to standard output
 
 StartFailure StartDetachedProgram(const char* path, char* const argv[], char* const environment[]) {
     int report[2];
     if (pipe2(report, O_CLOEXEC) != 0) {
         return {StartFailure::Step::fork, errno};
     }
-    // RFNOWAIT: the child belongs to init from the start and leaves no zombie. A copied table that the
-    // child empties, and not RFCFDG, because an empty one has no way to report a failed exec.
+    // RFNOWAIT: the child belongs to init from the start and leaves no zombie. RFFDG, not RFCFDG: with an
+    // empty descriptor table the child could not report a failed exec.
     const pid_t child = rfork(RFPROC | RFNOWAIT | RFFDG);
     if (child == 0) {
         RunProgram(report[1], path, argv, environment);
@@ -33,13 +33,13 @@ StartFailure StartDetachedProgram(const char* path, char* const argv[], char* co
     return failure;
 }
 
-// Releases before 14 cannot mark a range. Everything that has to be marked is within reach of select(2).
+// Releases before 14 cannot mark a range. All descriptors that matter are below FD_SETSIZE.
 void KeepDescriptorsFromPrograms() {
     for (int descriptor = STDERR_FILENO + 1; descriptor < FD_SETSIZE; ++descriptor)
         fcntl(descriptor, F_SETFD, FD_CLOEXEC);
 }
 
-int GreatestProcessNumber() {
+int MaximumProcessId() {
     return 99999;
 }
 

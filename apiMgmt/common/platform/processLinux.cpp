@@ -11,11 +11,11 @@
 #include "apiMgmt/common/platform/process.h"
 #include "apiMgmt/common/platform/startReport.h"
 
-const char* const kKillallOutput = " 2>&1";  // killall -v reports on standard error here
+const char* const kKillallOutput = " 2>&1";  // killall -v writes to standard error
 
 namespace {
 
-// The first child only hands the program over to the system's reaper.
+// The first child exits immediately, so the program's parent becomes the system's reaper.
 [[noreturn]] void RunFirstChild(int pipe_fd, const char* path, char* const argv[],
                                 char* const environment[]) {
     const pid_t child = _Fork();  // unlike fork, async-signal-safe
@@ -56,15 +56,15 @@ void KeepDescriptorsFromPrograms() {
     close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
 }
 
-int GreatestProcessNumber() {
-    constexpr int usual_greatest = 99999;
+int MaximumProcessId() {
+    constexpr int usual_maximum = 99999;
     int pid_max = 0;
     std::ifstream("/proc/sys/kernel/pid_max") >> pid_max;
-    return std::max(usual_greatest, pid_max);
+    return std::max(usual_maximum, pid_max);
 }
 
 void NameThisThread(const char* name) {
-    char kept[16];  // the kernel refuses a longer name instead of cutting it
+    char kept[16];  // the kernel rejects a longer name
     const size_t length = std::min(strlen(name), sizeof kept - 1);
     memcpy(kept, name, length);
     kept[length] = '\0';

@@ -2,12 +2,12 @@
 
 #include <span>
 
-/** One limit that this system knows: its number for getrlimit, and what people call it. */
+/** A resource limit of this system: its number for getrlimit, its name and a description. */
 struct ResourceLimit {
     int number;
     const char* name;
     const char* description;
 };
 
-/** The limits of this system, in the order in which they are listed. */
+/** Returns the limits of this system, in the order of the report. */
 std::span<const ResourceLimit> ResourceLimitTable();

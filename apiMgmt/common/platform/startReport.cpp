@@ -9,20 +9,21 @@
 
 namespace {
 
-// The handlers and the mask that a program expects to start with.
+// Restores the default handlers and the empty mask that a program expects at its start.
 void RestoreSignals() {
     struct sigaction action {};
     action.sa_handler = SIG_DFL;
     for (int number = 1; number < NSIG; ++number) {
-        sigaction(number, &action, nullptr);  // fails for SIGKILL, SIGSTOP and the C library's own
+        sigaction(number, &action, nullptr);  // fails for SIGKILL, SIGSTOP and those of the C library
     }
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
-// Leaves /dev/null as 0, 1 and 2, and report_fd (above 2), which exec closes. A program that starts
-// without the three would get them for its own files and then overwrite them when it detaches.
+// Closes all descriptors except report_fd, which must be above 2, and opens /dev/null as 0, 1 and 2. A
+// program that starts without these three would get their numbers for its own files and overwrite them when
+// it daemonises.
 bool ReplaceDescriptors(int report_fd) {
     close_range(0, static_cast<unsigned>(report_fd) - 1, 0);
     close_range(static_cast<unsigned>(report_fd) + 1, UINT_MAX, 0);
@@ -33,7 +34,7 @@ bool ReplaceDescriptors(int report_fd) {
 
 void ReportAndExit(int report_fd, StartFailure::Step step) {
     const StartFailure failure{step, errno};
-    // A lost report would look like a success; there is nobody else to tell.
+    // A lost report would look like a success, so retry.
     while (write(report_fd, &failure, sizeof failure) < 0 && errno == EINTR) {
     }
     _exit(-1);

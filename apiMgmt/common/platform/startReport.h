@@ -3,19 +3,19 @@
 #include "apiMgmt/common/platform/process.h"
 
 /**
- * How the child of StartDetachedProgram tells its parent that it could not become the program: through a
- * pipe that exec closes. What the child calls is async-signal-safe: between fork and exec another thread
- * may hold any lock.
+ * Failure reports of StartDetachedProgram's child to its parent, through a pipe that exec closes. The
+ * functions for the child are async-signal-safe, because another thread may hold any lock between fork and
+ * exec.
  */
 
-/** In the child: sends the step and errno, and ends. */
+/** In the child: sends the step and errno, and exits. */
 [[noreturn]] void ReportAndExit(int report_fd, StartFailure::Step step);
 
 /**
- * In the child: becomes the program, with /dev/null as 0, 1 and 2 and no other descriptor, and with default
- * signals. pipe_fd is where a failure is reported.
+ * In the child: executes the program, with /dev/null as 0, 1 and 2, no other descriptors and default signal
+ * handling. A failure is reported to pipe_fd.
  */
 [[noreturn]] void RunProgram(int pipe_fd, const char* path, char* const argv[], char* const environment[]);
 
-/** In the parent: blocks until exec or the child's end closes the writing end, or a report comes. */
+/** In the parent: blocks until a report arrives or the pipe is closed by exec or the child's exit. */
 StartFailure ReadReport(int report_fd);

@@ -33,7 +33,7 @@ void SocketWrapper::Close() {
 
 bool SocketWrapper::Create(bool noReuse) {
     Close();
-    // Closed by exec: a program started by this one must not keep the port in use.
+    // Close-on-exec, because a child process must not keep the port in use.
     descriptor_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     if (descriptor_ == -1) {
         return false;
@@ -64,7 +64,8 @@ int SocketWrapper::SetReceiveTimeLimit(const timeval& limit) {
     return setsockopt(descriptor_, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
 }
 
-// One recv that brought something, or the reason why none did. received grows by what has come.
+// Receives at least one byte, or returns the reason for receiving none. Adds the number of bytes to
+// `received`.
 int SocketWrapper::Receive(char* buffer, size_t size, size_t& received) {
     ssize_t count = 0;
     do {
@@ -134,7 +135,7 @@ int SocketWrapper::ReceiveMessage(std::unique_ptr<char[]>& body, uint32_t& size)
     if (length == 0) {
         return kSuccess;
     }
-    // Not initialised, so that the memory is only used as far as the peer fills it.
+    // Not initialised, so memory is used only as the peer fills it.
     std::unique_ptr<char[]> block(new (std::nothrow) char[length + 1]);
     if (block == nullptr) {
         return kError;

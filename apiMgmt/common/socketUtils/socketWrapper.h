@@ -9,17 +9,17 @@
 #include <string>
 
 /**
- * An IPv4 TCP socket, owned: the destructor closes it. Belongs to one thread. Nothing is thrown.
+ * An IPv4 TCP socket, which the destructor closes. Not thread-safe. Nothing throws.
  *
- * A message on the wire is a code (2 bytes), 2 reserved bytes, the length of the body (4 bytes) and the
- * body; numbers are big-endian.
+ * A message consists of a code (2 bytes), 2 reserved bytes, the length of the body (4 bytes) and the body.
+ * Numbers are big-endian.
  */
 class SocketWrapper {
   public:
-    /** Results of the operations that read and write. */
+    /** Results of the read and write operations. */
     static constexpr int kSuccess = 0;
-    static constexpr int kError = 1;    // also: the peer's end, a bad argument, a closed socket
-    static constexpr int kNoData = 28;  // nothing within the time limit or on a non-blocking socket
+    static constexpr int kError = 1;    // also: the peer has closed, invalid argument, socket not open
+    static constexpr int kNoData = 28;  // no data within the timeout, or without blocking
 
     SocketWrapper() = default;
     /** Takes ownership of an open descriptor; -1 for none. */
@@ -28,33 +28,37 @@ class SocketWrapper {
     SocketWrapper(const SocketWrapper&) = delete;
     SocketWrapper& operator=(const SocketWrapper&) = delete;
 
-    /** Opens a socket with a receive time limit of 900 s, and with its address free for reuse unless
-        noReuse is set. False when that fails; no socket is open then. */
+    /**
+     * Opens a socket with a receive timeout of 900 s and, unless noReuse is set, a reusable address. Returns
+     * false, with no socket open, on failure.
+     */
     bool Create(bool noReuse);
 
     bool IsOpen() const { return descriptor_ != -1; }
     int descriptor() const { return descriptor_; }
 
-    /** Results of fcntl and setsockopt: negative on failure. */
+    /** Return the results of fcntl and setsockopt: negative on failure. */
     int SetNonBlocking(bool nonBlocking);
     int SetReceiveTimeLimit(const timeval& limit);
 
-    /** Takes what has come, at least a byte and at most size. */
+    /** Receives at least one byte and at most `size`. */
     int Read(void* buffer, size_t size, size_t& received);
 
-    /** Waits for size bytes. A stream that ends before gives kError. */
+    /** Waits for `size` bytes. Returns kError if the stream ends before. */
     int ReadExact(void* buffer, size_t size);
 
-    /** One send. A peer that has gone is not noticed here and raises no signal. */
+    /** Calls send once. Does not detect a closed connection and raises no signal. */
     int Write(const void* buffer, size_t size);
 
     int SendMessage(const void* buffer, uint32_t size, uint16_t code);
 
-    /** Waits for one message. body gets a block of size + 1 bytes that ends with a zero; it stays unset,
-        and size 0, for a message without a body and on failure. */
+    /**
+     * Waits for one message. `body` gets size + 1 bytes, the last of them zero. It is null, with size 0, for
+     * a message without a body and on failure.
+     */
     int ReceiveMessage(std::unique_ptr<char[]>& body, uint32_t& size);
 
-    /** The address in dotted form. */
+    /** Returns the address in dotted notation. */
     std::string GetAddressText() const;
     const sockaddr_in& address() const { return address_; }
 

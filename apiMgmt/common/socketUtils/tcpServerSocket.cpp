@@ -12,9 +12,9 @@ constexpr const char kSource[] = "apiMgmt/common/socketUtils/tcpServerSocket";
 
 }  // namespace
 
-// The base is complete by then, so it closes the descriptor before the error arrives anywhere.
+// The base class is already constructed, so it closes the descriptor if this throws.
 TCPServerSocket::TCPServerSocket(int port, bool loopbackOnly) {
-    // The line numbers are fixed marks for whoever reads the errors.
+    // The line numbers in the errors are constants that readers may search for.
     if (!Create(false)) {
         throw APISocketError(kSource, 16, FormatString("Socket creation failed at port [%d]", port));
     }
@@ -28,7 +28,7 @@ TCPServerSocket::TCPServerSocket(int port, bool loopbackOnly) {
 
 bool TCPServerSocket::Bind(int port, bool loopbackOnly) {
     if (port < 0 || port > 65535) {
-        return false;  // would be cut to another port
+        return false;  // would be truncated to another port
     }
     address_.sin_family = AF_INET;
     address_.sin_port = htons(static_cast<uint16_t>(port));

@@ -6,7 +6,7 @@
 #include "apiMgmt/common/socketUtils/socketWrapper.h"
 #include "apiMgmt/common/utils/generalError.h"
 
-/** A listening socket that could not be made. */
+/** Thrown if a listening socket cannot be created. */
 class APISocketError : public GENERALError {
   public:
     APISocketError(const std::string& file, uint32_t line, const std::string& message)
@@ -16,10 +16,10 @@ class APISocketError : public GENERALError {
 /** A listening socket. */
 class TCPServerSocket : public SocketWrapper {
   public:
-    /** Listens on the port, of the loopback address only or of every address. Throws APISocketError. */
+    /** Listens on the port, on the loopback address only or on all addresses. Throws APISocketError. */
     TCPServerSocket(int port, bool loopbackOnly);
 
-    /** Waits for a peer. Returns its descriptor, owned by the caller, or -1. */
+    /** Waits for a connection. Returns its descriptor, owned by the caller, or -1. */
     int Accept(sockaddr_in& peer);
 
   private:

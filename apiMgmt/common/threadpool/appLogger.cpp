@@ -13,7 +13,7 @@ namespace {
 
 constexpr uint32_t kAllModules = 0xff;
 
-// A number without a bit in the mask enables nothing.
+// A number outside the mask enables nothing.
 uint32_t MaskOf(int number) {
     return number >= 1 && number <= 32 ? uint32_t{1} << (number - 1) : 0;
 }

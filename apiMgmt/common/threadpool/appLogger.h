@@ -7,11 +7,11 @@
 #include "apiMgmt/common/threadpool/baseLogger.h"
 
 /**
- * The application log of the process: callers on any thread hand in lines, the registered log task writes
- * them on a thread of its own. Without a task the log is silent.
+ * The application log: any thread may queue lines, which the registered log task writes on its own thread.
+ * Without a task, nothing is logged.
  *
  *     if (APPLogger::IsLogged(app_level::kWarning)) {
- *         APPLogger::Log(app_level::kWarning, file, "Run", line, "module", "text without newline");
+ *         APPLogger::Log(app_level::kWarning, file, "Run", line, "module", "message without newline");
  *     }
  */
 class APPLogger {
@@ -22,47 +22,46 @@ class APPLogger {
     };
 
     APPLogger() = default;
-    /** Deletes the registered task. No other thread may be using the log then. */
+    /** Deletes the registered task. No other thread may use the log at that time. */
     virtual ~APPLogger();
     APPLogger(const APPLogger&) = delete;
     APPLogger& operator=(const APPLogger&) = delete;
 
-    /** Whether a line of this level has somebody to go to. Log itself does not look at levels. */
+    /** Returns whether lines of this level are logged. Log itself does not check the level. */
     static bool IsLogged(int32_t level);
 
-    /** Queues a line. Throws GENERALError when the queue's lock fails. */
+    /** Queues a line. Throws GENERALError if the queue's lock fails. */
     static void Log(int32_t level, const std::string& file, const std::string& func, int32_t line,
                     const std::string& category, const std::string& message);
 
     static void SetLogLevel(int32_t level);
 
-    /** "Emergency" to "Debug"; a number that is no level has the name "Info". */
+    /** Returns "Emergency" to "Debug"; "Info" for any other number. */
     static const char* LevelName(int32_t level);
 
     /**
-     * Starts the task and makes it the one that lines go to; it is the log's own from then on. False, and
-     * the task still the caller's: there is one already, it is null, or it could not start. Not to be
-     * called by two threads at a time.
+     * Starts the task, takes ownership of it and sends all lines to it. Returns false, leaving ownership with
+     * the caller, if there already is a task, if it is null or if it cannot be started. Not thread-safe.
      */
     static bool RegisterLogTask(BASELogTask* task);
 
-    /** In any letter case. A name that is no module counts as enabled while any module is. */
+    /** Case-insensitive. An unknown name counts as enabled while any module is enabled. */
     static bool IsModuleEnabled(const std::string& name);
 
-    /** The names of the enabled modules, with " | " between them. */
+    /** Returns the names of the enabled modules, separated by " | ". */
     static std::string GetEnabledModules();
 
-    /** What SetModules takes, as a text for people. */
+    /** Returns a help text for SetModules. */
     static std::string GetModuleHelp();
 
     /**
-     * Enables the modules of these numbers alone, as in "1|2|5". An empty field, or one that is 0, enables
-     * all of them; an empty text changes nothing.
+     * Enables only the modules with these numbers, as in "1|2|5". A field that is empty or 0 enables all
+     * modules; an empty string changes nothing.
      */
     static void SetModules(const std::string& numbers);
 
     static constexpr int logModuleEnumCount = 9;
-    /** A module's number is its place. */
+    /** A module's number is its index. */
     static const LogModule logModuleEnums[logModuleEnumCount];
 
     inline static std::atomic<int32_t> logLevel{5};

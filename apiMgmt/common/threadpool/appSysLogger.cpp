@@ -32,24 +32,24 @@ std::string SyslogText(int priority, const LOGMessage& message) {
 
 // ---- the debug file ----
 
-constexpr off_t kGreatestSize = 1'000'000;
+constexpr off_t kMaximumSize = 1'000'000;
 
-// Better to lose what the file holds than to let it grow without end.
-void PutAside() {
+// Loses the file's contents if it cannot be renamed, rather than letting it grow without limit.
+void RotateDebugLog() {
     unlink(kOldDebugLogFile);
     if (rename(kDebugLogFile, kOldDebugLogFile) != 0) {
         unlink(kDebugLogFile);
     }
 }
 
-// Below 0 when there is no file to write to.
-int OpenWithRoom() {
+// Returns the descriptor, or a negative number if the file cannot be opened.
+int OpenDebugLog() {
     const int descriptor = OpenPrivateLog(kDebugLogFile);
-    if (descriptor < 0 || lseek(descriptor, 0, SEEK_END) <= kGreatestSize) {
+    if (descriptor < 0 || lseek(descriptor, 0, SEEK_END) <= kMaximumSize) {
         return descriptor;
     }
     close(descriptor);
-    PutAside();
+    RotateDebugLog();
     return OpenPrivateLog(kDebugLogFile, O_TRUNC);
 }
 
@@ -61,15 +61,15 @@ std::string LocalTime() {
     return {text, strftime(text, sizeof text, "%m/%d/%Y-%H:%M:%S", &local)};
 }
 
-// Appends one line with the local time. A file of more than 1000000 bytes first takes the place of the old
-// one. A file that cannot be opened loses the line and nothing else.
+// Appends a line with the local time, after rotating a file of more than 1000000 bytes. If the file cannot be
+// opened, the line is lost.
 void AppendToDebugLogFile(const std::string& message) {
-    const int descriptor = OpenWithRoom();
+    const int descriptor = OpenDebugLog();
     if (descriptor < 0) {
         return;
     }
     const std::string line = LocalTime() + " " + message + "\n";
-    // There is no one to tell of a full disk.
+    // A full disk cannot be reported anywhere.
     [[maybe_unused]] const ssize_t written = write(descriptor, line.data(), line.size());
     close(descriptor);
 }

@@ -5,9 +5,9 @@
 #include "apiMgmt/common/threadpool/baseLogger.h"
 
 /**
- * Sends lines to syslog, and those of the levels "Info" and "Debug" to the debug file instead, as far as
- * their module is enabled. The connection to syslog belongs to the process: it is opened anew by the
- * constructor and closed by the destructor, whoever else uses it.
+ * Writes lines to syslog, but those of levels "Info" and "Debug" to the debug file if their module is
+ * enabled. The constructor reopens the process's connection to syslog and the destructor closes it, whoever
+ * else uses it.
  */
 class APPSysLogger : public BASELogger {
   public:
@@ -17,5 +17,5 @@ class APPSysLogger : public BASELogger {
     void Log(const LOGMessage& message) override;
 
   private:
-    const std::string ident_;  // syslog keeps a pointer to its text
+    const std::string ident_;  // openlog keeps a pointer to it
 };

@@ -3,9 +3,9 @@
 #include <cstdint>
 #include <string>
 
-/** Lines of the application log, and those who take them. */
+/** Lines of the application log, and the interfaces that process them. */
 
-/** Application log levels: one higher than the numbers of syslog. */
+/** Application log levels: one above those of syslog. */
 namespace app_level {
 inline constexpr int32_t kEmergency = 1;
 inline constexpr int32_t kAlert = 2;
@@ -17,18 +17,18 @@ inline constexpr int32_t kInfo = 7;
 inline constexpr int32_t kDebug = 8;
 }  // namespace app_level
 
-/** One line on its way to a logger. */
+/** A line of the log. */
 struct LOGMessage {
     int32_t level = app_level::kInfo;
-    bool headerInclude = false;  ///< whether the line names its place in the source
+    bool headerInclude = false;  ///< whether to include file, function and line number
     std::string file;
     std::string func;
     int32_t line = 0;
-    std::string category;  ///< the module that it comes from
+    std::string category;  ///< the module
     std::string message;   ///< without a final newline
 };
 
-/** What the application log hands its lines to: a queue with a thread behind it, see LOGTask. */
+/** The queue of the application log, see LOGTask. */
 class BASELogTask {
   public:
     BASELogTask() = default;
@@ -36,14 +36,14 @@ class BASELogTask {
     BASELogTask(const BASELogTask&) = delete;
     BASELogTask& operator=(const BASELogTask&) = delete;
 
-    /** True when the thread runs, also from before. Not to be called by two threads at a time. */
+    /** Starts the thread. Returns true if it is running, even if it was already. Not thread-safe. */
     virtual bool Start() = 0;
 
-    /** Queues a line. Any thread. Throws GENERALError when the lock fails. */
+    /** Queues a line. Any thread. Throws GENERALError if the lock fails. */
     virtual void Post(const LOGMessage& message) = 0;
 };
 
-/** Where the lines of the log task go. Called by one thread at a time. */
+/** The output of the log task. Called by one thread at a time. */
 class BASELogger {
   public:
     BASELogger() = default;

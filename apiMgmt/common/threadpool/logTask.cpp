@@ -33,7 +33,7 @@ struct LOGTask::Queue {
     Queue(const Queue&) = delete;
     Queue& operator=(const Queue&) = delete;
 
-    // With the mutex held.
+    // Requires the mutex.
     void Append(const LOGMessage& message) {
         messages.push_back(message);
         pthread_cond_signal(&arrived);
@@ -49,7 +49,7 @@ struct LOGTask::Queue {
         return first;
     }
 
-    const std::unique_ptr<BASELogger> logger;  // used by the thread alone
+    const std::unique_ptr<BASELogger> logger;  // used only by the thread
     MUTEXWrapper mutex;
     pthread_cond_t arrived;
     std::deque<LOGMessage> messages;
@@ -72,13 +72,13 @@ bool LOGTask::Start() {
     }
     auto thread = std::make_unique<THREADWrapper>();
     auto share = std::make_unique<std::shared_ptr<Queue>>(queue_);
-    // Without the mutex: a start that fails writes a log line, which may come to this very task.
+    // The mutex must not be held: a failure logs a line, possibly to this task.
     const int code = thread->Run("Logging Task", Work, share.get());
     if (code != 0) {
         syslog(LOG_ERR, "Failed to create LOGTask thread, error code (%d).", code);
         return false;
     }
-    (void)share.release();  // now the thread's
+    (void)share.release();  // owned by the thread now
     scopedMutex lock(queue_->mutex);
     thread_ = std::move(thread);
     return true;

@@ -6,25 +6,29 @@
 #include "apiMgmt/common/threadpool/threadWrapper.h"
 
 /**
- * A queue of log lines with a thread that gives them to a logger one by one, in the order of arrival, so
- * that those who log do not wait for the output. The thread is not joined: what it works on is shared with
- * it and lives until it has ended, even when the task is gone before.
+ * A queue of log lines with a thread that passes them to a logger in the order of arrival, so that logging
+ * does not wait for output. The thread is not joined: it shares the queue and the logger, which live until it
+ * has ended even if the task is destroyed before.
  */
 class LOGTask : public BASELogTask {
   public:
     explicit LOGTask(std::unique_ptr<BASELogger> logger);
-    /** Stops the thread first, which takes 2 seconds. */
+    /** Calls Stop, which takes 2 seconds. */
     ~LOGTask() override;
 
-    /** True when the thread runs, also from before. A failure is told to syslog. Not to be called by two
-        threads at a time, nor beside Stop. */
+    /**
+     * Starts the thread. Returns true if it is running, even if it was already; logs a failure to syslog.
+     * Must not be called concurrently with itself or Stop.
+     */
     bool Start() override;
 
-    /** Queues a line; without a logger or before and after the thread's life it is dropped. Any thread.
-        Throws GENERALError when the lock fails. */
+    /**
+     * Queues a line, or drops it if there is no logger or the thread is not running. Any thread. Throws
+     * GENERALError if the lock fails.
+     */
     void Post(const LOGMessage& message) override;
 
-    /** Lets the thread end behind what is queued, and gives it 2 seconds for that. */
+    /** Makes the thread end after the queued lines, and waits 2 seconds for that. */
     void Stop();
 
   private:

@@ -2,10 +2,10 @@
 
 #include <pthread.h>
 
-/** Owns a POSIX mutex. The operations return the codes of the POSIX calls and raise nothing. */
+/** Owns a POSIX mutex. The operations return the codes of the POSIX calls and do not throw. */
 class MUTEXWrapper {
   public:
-    /** Without an attribute: the default kind, not recursive. */
+    /** Without an attribute, the mutex is of the default kind, which is not recursive. */
     explicit MUTEXWrapper(const pthread_mutexattr_t* attribute = nullptr);
     virtual ~MUTEXWrapper();
     MUTEXWrapper(const MUTEXWrapper&) = delete;
@@ -15,7 +15,7 @@ class MUTEXWrapper {
     int TryLock();
     int Unlock();
 
-    /** For waiting on a condition; still owned by the wrapper. */
+    /** For condition variables. The wrapper keeps ownership. */
     pthread_mutex_t* native() { return &mutex_; }
 
   private:

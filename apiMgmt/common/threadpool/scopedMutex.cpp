@@ -6,7 +6,7 @@
 scopedMutex::scopedMutex(MUTEXWrapper& mutex) : mutex_(mutex) {
     const int code = mutex_.Lock();
     if (code != 0) {
-        // The line number is part of the message's identity for its readers and is not this one's.
+        // The line number in the error is a constant that readers may search for.
         throw GENERALError("apiMgmt/common/threadpool/scopedMutex", 16,
                            FormatString("Error acquiring scoped mutex, error code[%d]", code));
     }

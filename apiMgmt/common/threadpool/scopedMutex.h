@@ -2,10 +2,10 @@
 
 #include "apiMgmt/common/threadpool/mutexWrapper.h"
 
-/** Holds a mutex for a block. */
+/** Holds a mutex for the duration of a block. */
 class scopedMutex {
   public:
-    /** Throws GENERALError when the mutex cannot be locked; it is not held then. */
+    /** Locks the mutex. Throws GENERALError if that fails. */
     explicit scopedMutex(MUTEXWrapper& mutex);
     ~scopedMutex();
     scopedMutex(const scopedMutex&) = delete;

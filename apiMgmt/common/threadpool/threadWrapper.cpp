@@ -14,7 +14,7 @@ struct ThreadStart {
     void* argument;
 };
 
-// The thread names itself: its handle is of no use to others once it has returned, which may be at once.
+// The thread sets its own name, because its handle becomes invalid as soon as it has returned.
 void* NameAndRun(void* argument) {
     const std::unique_ptr<ThreadStart> start(static_cast<ThreadStart*>(argument));
     if (!start->name.empty()) {
@@ -33,10 +33,10 @@ int CreateDetached(pthread_t* handle, std::unique_ptr<ThreadStart> start) {
     code = pthread_create(handle, &attributes, NameAndRun, start.get());
     pthread_attr_destroy(&attributes);
     if (code != 0) {
-        *handle = pthread_t{};  // a failed call leaves it undefined
+        *handle = pthread_t{};  // undefined after a failed call
         return code;
     }
-    (void)start.release();  // now the thread's
+    (void)start.release();  // owned by the thread now
     return 0;
 }
 

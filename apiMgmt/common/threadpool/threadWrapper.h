@@ -5,8 +5,8 @@
 #include <string>
 
 /**
- * Starts one detached, named thread. There is no way to stop or join it through the wrapper: it ends
- * by returning from its routine, and may outlive the wrapper.
+ * Starts one detached, named thread, which cannot be stopped or joined: it ends when its routine returns, and
+ * may outlive the wrapper.
  */
 class THREADWrapper {
   public:
@@ -18,9 +18,9 @@ class THREADWrapper {
     THREADWrapper& operator=(const THREADWrapper&) = delete;
 
     /**
-     * 0 when the thread runs (also when an earlier call has started it: a wrapper runs one thread, and
-     * counts as started for good), -1 without a routine, else the code of pthread_create. An empty name
-     * leaves the thread unnamed. Not to be called by two threads at a time.
+     * Starts the thread. Returns 0 on success, and also if an earlier call has started it, even if it has
+     * ended; -1 without a routine; else the code of pthread_create. An empty name leaves the thread unnamed.
+     * Not thread-safe.
      */
     int Run(const std::string& name, Routine routine, void* argument);
 

@@ -6,7 +6,7 @@
 
 #include "apiMgmt/common/utils/generalError.h"
 
-/** Status of an array's response: plain data, named as in the message that carries it. */
+/** Status of an array's response, with the field names of the message that contains it. */
 class TSResponseStatus {
   public:
     virtual ~TSResponseStatus() = default;
@@ -21,22 +21,21 @@ class TSResponseStatus {
     std::string errorResolveMsg;
 };
 
-/** A failure of the API object library or of the array behind it. The states are the values of
-    gErrorStateEnumIdStrList. */
+/** A failure of the API library or of the array. States are the values of gErrorStateEnumIdStrList. */
 class APIMethodError : public GENERALError {
   public:
-    /** Library form: summary, code and parameter descriptor as in the long form of GENERALError. */
+    /** For failures of the library. Summary, code and descriptor are as in the long form of GENERALError. */
     [[gnu::format(printf, 7, 8)]] APIMethodError(const std::string& summary, int32_t state,
                                                  const std::string& sourceFile, uint32_t sourceLine,
                                                  int32_t errorCode, const char* descriptor, ...);
 
-    /** Location form, with and without a summary. */
+    /** For failures at a place in the source, with and without a summary. */
     APIMethodError(int32_t state, const std::string& sourceFile, uint32_t sourceLine,
                    const std::string& message);
     APIMethodError(int32_t state, const std::string& sourceFile, uint32_t sourceLine,
                    const std::string& message, const std::string& summary);
 
-    /** Response form: texts and codes come from an array's response. */
+    /** For failures of the array. Strings and codes are taken from its response. */
     APIMethodError(const TSResponseStatus& status, const std::string& sourceFile, uint32_t sourceLine);
 
     ~APIMethodError() override;

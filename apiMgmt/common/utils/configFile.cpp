@@ -33,11 +33,11 @@ void StoreLine(const std::string& line, std::map<std::string, std::string>& valu
     }
 }
 
-constexpr size_t kGreatestText = 65'536;
+constexpr size_t kMaximumSize = 65'536;
 
 class OpenFile {
   public:
-    // Without following a link, and without waiting for the other end of a fifo.
+    // Neither follows a symlink nor waits for the other end of a FIFO.
     explicit OpenFile(const std::string& path)
         : descriptor_(open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC)) {}
     ~OpenFile() {
@@ -54,7 +54,7 @@ class OpenFile {
     int descriptor_;
 };
 
-// The file may lie in a directory that everybody may write to.
+// Needed because the file may be in a world-writable directory.
 bool IsTrusted(int descriptor) {
     struct stat status {};
     return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) &&
@@ -69,7 +69,7 @@ std::optional<std::string> ReadTrustedText(const std::string& path) {
     if (file.descriptor() < 0 || !IsTrusted(file.descriptor())) {
         throw std::runtime_error("not a regular file that belongs to root or to this user");
     }
-    std::string text(kGreatestText, '\0');
+    std::string text(kMaximumSize, '\0');
     size_t length = 0;
     while (length < text.size()) {
         const ssize_t count = read(file.descriptor(), text.data() + length, text.size() - length);

@@ -41,7 +41,7 @@ void GENERALError::SetCode(int32_t code, const char* descriptor, va_list values)
     if (descriptor == nullptr || *descriptor == '\0') {
         return;
     }
-    // Cut at each "|": one at the very end is the end of the last parameter, not the start of another.
+    // SplitChar, because a "|" at the very end ends the last parameter and does not begin another.
     SplitChar(FormatStringV(descriptor, values), '|', parameters);
 }
 

@@ -8,21 +8,21 @@
 #include <vector>
 
 /**
- * A failure with its place in the source, a code and texts. Thrown by value, caught by reference.
- * Whoever wants the message asks GetSummary(): what() is empty after the long constructor.
+ * A failure with its place in the source, a code and strings. Use GetSummary() for the message: what() is
+ * empty after the long constructor.
  */
 class GENERALError : public std::runtime_error {
   public:
     /** Short form: code 0, no parameters. */
     GENERALError(const std::string& sourceFile, uint32_t sourceLine, const std::string& message);
 
-    /** Two texts: what() gives message, GetSummary() gives summary. */
+    /** With two strings: what() returns message, GetSummary() returns summary. */
     GENERALError(const std::string& sourceFile, uint32_t sourceLine, const std::string& message,
                  const std::string& summary);
 
     /**
-     * Long form. descriptor: printf format whose conversions are separated by "|", carried out with the
-     * values behind it and cut at each "|" into the parameters; null or empty for none.
+     * Long form. `descriptor` is a printf format whose conversions are separated by "|". It is formatted with
+     * the values after it and split at each "|" into parameters. Null or empty means no parameters.
      */
     [[gnu::format(printf, 6, 7)]] GENERALError(const std::string& summary, const std::string& sourceFile,
                                                uint32_t sourceLine, int32_t errorCode, const char* descriptor,
@@ -30,10 +30,10 @@ class GENERALError : public std::runtime_error {
 
     ~GENERALError() override;
     const char* what() const noexcept override;
-    /** One line for a log. */
+    /** Returns one line for a log. */
     virtual std::string ToText() const;
 
-    /** The summary when there is one, else the message. */
+    /** Returns the summary if there is one, else the message. */
     const std::string& GetSummary() const;
 
     const std::string& GetMessageText() const { return messageText; }
@@ -44,7 +44,7 @@ class GENERALError : public std::runtime_error {
     const std::vector<std::string>& GetParameters() const { return parameters; }
 
   protected:
-    /** For constructors of derived classes that take the descriptor's values themselves. */
+    /** For constructors of derived classes with a descriptor. */
     [[gnu::format(printf, 3, 0)]] void SetCode(int32_t code, const char* descriptor, va_list values);
 
   private:

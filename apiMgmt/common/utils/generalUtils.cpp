@@ -6,7 +6,7 @@
 
 namespace {
 
-// Made once and never destroyed: threads that use it may outlive the static objects at exit.
+// Never destroyed, because threads that use an endpoint may outlive static objects.
 const WireLinkEndpoint* NewEndpoint(const char* path, unsigned long size_bytes) {
     constexpr long timeout_s = 900;
     return new WireLinkEndpoint(WireLinkEndpoint::CreateLocalEndpoint(path, timeout_s, size_bytes));

@@ -2,7 +2,7 @@
 
 #include "apiMgmt/common/wirelink/wireLink.h"
 
-/** The local sockets through which the processes of the controller talk. */
+/** The local sockets of the controller's programs. */
 enum EndpointIndex {
     ENDPOINT_APIMGR = 0,
     ENDPOINT_MCSHIM = 1,
@@ -11,7 +11,9 @@ enum EndpointIndex {
 
 class GENERALUtils {
   public:
-    /** An endpoint of the table above, valid until the process ends. Any thread. Throws
-        std::invalid_argument for any other index. */
+    /**
+     * Returns an endpoint, valid until the process exits. Any thread. Throws std::invalid_argument for an
+     * unknown index.
+     */
     static const WireLinkEndpoint& GetEndpoint(int index);
 };

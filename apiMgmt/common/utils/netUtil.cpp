@@ -8,24 +8,24 @@
 
 namespace {
 
-constexpr int kGreatestPrefix = 128;
+constexpr int kMaximumPrefix = 128;
 
 int ParsePrefixLength(const std::string& text) {
-    const int length = text.empty() ? kGreatestPrefix : ParseInt(text);
-    return length > kGreatestPrefix ? -1 : length;
+    const int length = text.empty() ? kMaximumPrefix : ParseInt(text);
+    return length > kMaximumPrefix ? -1 : length;
 }
 
 bool IsIPv6Address(const std::string& text) {
     in6_addr parsed;
-    const bool holds_zero = text.find('\0') != std::string::npos;  // inet_pton would stop there
+    const bool holds_zero = text.find('\0') != std::string::npos;  // inet_pton would ignore the rest
     return !holds_zero && inet_pton(AF_INET6, text.c_str(), &parsed) == 1;
 }
 
 }  // namespace
 
 bool ParseIPv6Address(const std::string& text, std::string& address, int& prefix_length) {
-    const std::string whole = text;  // text and address may be one object
-    prefix_length = kGreatestPrefix;
+    const std::string whole = text;  // text and address may be the same object
+    prefix_length = kMaximumPrefix;
     address.clear();
     const size_t slash = whole.rfind('/');
     if (slash != std::string::npos) {

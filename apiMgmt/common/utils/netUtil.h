@@ -3,8 +3,8 @@
 #include <string>
 
 /**
- * Splits "address/prefix". address: the part before the last "/", set only when it is a valid IPv6
- * address, which is the answer; empty otherwise. prefix_length: 128 when none is given, -1 when it is
- * above 128, 0 when it is no number.
+ * Splits "address/prefix" at the last "/". Returns whether the first part is a valid IPv6 address; `address`
+ * is empty if not. `prefix_length` is 128 without a prefix, -1 for one above 128 and 0 for one that is not a
+ * number.
  */
 bool ParseIPv6Address(const std::string& text, std::string& address, int& prefix_length);

@@ -1,6 +1,6 @@
 #pragma once
 
-/** The fixed paths of the daemon: files, sockets and programs, each named once. */
+/** The fixed paths of the daemon: files, sockets and programs. */
 
 inline constexpr const char kDaemonFolder[] = "/mnt/root";
 inline constexpr const char kPidFileFolder[] = "/var/run";
@@ -9,7 +9,7 @@ inline constexpr const char kStartConfigFile[] = "/tmp/apps/snmpsubagent.conf";
 inline constexpr const char kSnmpSubagentConfigFile[] = "/etc/snmpSubagent.conf";
 inline constexpr const char kSnmpdConfigFile[] = "/etc/snmpd.conf";
 
-// Without files: /etc/snmpd.conf alone counts for snmpd.
+// Does not exist, so snmpd reads only /etc/snmpd.conf.
 inline constexpr const char kNoConfigurationFiles[] = "/var/empty/snmpSubagent";
 inline constexpr const char kSnmpdStateFolder[] = "/var/run/snmpsubagent";
 

@@ -1,8 +1,8 @@
 #pragma once
 
 /**
- * Opens a log for appending, with close-on-exec, and creates it with mode 0600; a regular file that was
- * there before and is open to others is closed to them. Debug lines carry the session key.
- * more_flags: flags of open() besides. The descriptor, the caller's to close, or below 0.
+ * Opens a log for appending, with mode 0600, because debug lines contain the session key. Also changes the
+ * mode of an existing regular file. Adds `more_flags` to the flags of open(2). Returns the descriptor,
+ * close-on-exec and owned by the caller, or a negative number.
  */
 int OpenPrivateLog(const char* path, int more_flags = 0);

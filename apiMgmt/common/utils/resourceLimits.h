@@ -1,4 +1,4 @@
 #pragma once
 
-/** Writes all resource limits of the process to syslog, for a person who looks for a cause. */
+/** Writes all resource limits of the process to syslog, for troubleshooting. */
 void LogResourceLimits();

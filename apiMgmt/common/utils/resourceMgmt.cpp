@@ -25,8 +25,8 @@ int RESOURCEmgmt::my_pid = 0;
 
 namespace {
 
-constexpr int64_t kPatienceWithOtherCopy_us = 5 * kSecondUs;
-constexpr int64_t kLookAtOtherCopy_us = 100 * kMillisecondUs;
+constexpr int64_t kOtherCopyTimeout_us = 5 * kSecondUs;
+constexpr int64_t kOtherCopyPoll_us = 100 * kMillisecondUs;
 
 void SetServiceName(int daemon_id) {
     switch (daemon_id) {
@@ -53,11 +53,11 @@ class PidFilePath {
     char text_[1024];
 };
 
-// Goes on in a child; the parent ends with status 0. False when there is no child.
+// Continues in a child process; the parent exits with status 0. Returns false if fork failed.
 bool ContinueInChild() {
     const pid_t child = fork();
     if (child > 0) {
-        _exit(0);  // not exit: the child carries on with the objects that exit would destroy
+        _exit(0);  // exit would destroy objects that the child uses
     }
     return child == 0;
 }
@@ -72,16 +72,16 @@ void WaitUntilAdopted(pid_t parent) {
 
 void CloseAllDescriptors(const rlimit& open_files) {
     const rlim_t count = open_files.rlim_max == RLIM_INFINITY ? 1024 : open_files.rlim_max;
-    const rlim_t greatest = std::min<rlim_t>(count, INT_MAX);  // descriptors are never above
-    if (close_range(0, static_cast<unsigned>(greatest), 0) == 0) {
+    const rlim_t maximum = std::min<rlim_t>(count, INT_MAX);  // descriptors are ints
+    if (close_range(0, static_cast<unsigned>(maximum), 0) == 0) {
         return;
     }
-    for (rlim_t descriptor = 0; descriptor <= greatest; ++descriptor) {  // a kernel without close_range
+    for (rlim_t descriptor = 0; descriptor <= maximum; ++descriptor) {  // for a kernel without close_range
         close(static_cast<int>(descriptor));
     }
 }
 
-// All descriptors must be closed before, so that the three get the numbers 0, 1 and 2.
+// All descriptors must have been closed, so that these get the numbers 0, 1 and 2.
 int OpenNullAsStandardDescriptors() {
     const int input = open("/dev/null", O_RDWR);
     const int output = dup(input);
@@ -101,16 +101,16 @@ int LeaveTerminal() {
     if (getrlimit(RLIMIT_NOFILE, &open_files) != 0) {
         return 1;
     }
-    fflush(nullptr);  // what is buffered would be lost with the descriptors
+    fflush(nullptr);  // buffered output would be lost with the descriptors
     if (!ContinueInChild()) {
         return 1;
     }
     setsid();
-    // Must be ignored before the second fork: the session leader's end sends it to the session.
+    // Must be done before the second fork: the exit of the session leader sends SIGHUP to the session.
     if (signal(SIGHUP, SIG_IGN) == SIG_ERR) {
         return 1;
     }
-    // No longer the session's leader, the process can never get a terminal again.
+    // A process that is not a session leader can never acquire a terminal again.
     const pid_t leader = getpid();
     if (!ContinueInChild()) {
         return 1;
@@ -120,8 +120,8 @@ int LeaveTerminal() {
     return OpenNullAsStandardDescriptors();
 }
 
-// A copy that runs holds a lock on its pid file, which ends with it, however it ends. Nobody else may open
-// the file: whoever has it open could hold the lock.
+// A running copy holds a lock on its pid file, which is released however it exits. Nobody else may open the
+// file, because whoever has it open could hold the lock.
 constexpr mode_t kPidFileMode = S_IRUSR | S_IWUSR;
 int held_pid_file = -1;
 
@@ -140,7 +140,7 @@ bool IsRemoved(int file) {
     return fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 0;
 }
 
-// The pid file with the lock on it, or -1.
+// Returns the locked pid file, or -1.
 int OpenAndHold(const char* path) {
     for (;;) {
         const int file = open(path, O_WRONLY | O_CREAT | O_CLOEXEC, kPidFileMode);
@@ -154,7 +154,7 @@ int OpenAndHold(const char* path) {
         if (!IsRemoved(file)) {
             return file;
         }
-        close(file);  // its last owner removed it meanwhile
+        close(file);  // its last owner has just removed it
     }
 }
 
@@ -193,17 +193,17 @@ int DaemonizeSelf(int daemon_id, int* own_pid, int* parent_pid, bool stay_in_for
 
 bool WaitForOtherCopy(int daemon_id) {
     SetServiceName(daemon_id);
-    for (int64_t waited_us = 0; IsHeldByOther(PidFilePath().c_str()); waited_us += kLookAtOtherCopy_us) {
-        if (waited_us >= kPatienceWithOtherCopy_us) {
+    for (int64_t waited_us = 0; IsHeldByOther(PidFilePath().c_str()); waited_us += kOtherCopyPoll_us) {
+        if (waited_us >= kOtherCopyTimeout_us) {
             return false;
         }
-        ClockSleepMicroseconds(kLookAtOtherCopy_us);
+        ClockSleepMicroseconds(kOtherCopyPoll_us);
     }
     return true;
 }
 
 int WritePidFile() {
-    if (held_pid_file >= 0) {  // of an earlier call
+    if (held_pid_file >= 0) {  // from an earlier call
         close(held_pid_file);
         held_pid_file = -1;
     }
@@ -223,7 +223,7 @@ int WritePidFile() {
         close(file);
         return 1;
     }
-    held_pid_file = file;  // until the process ends
+    held_pid_file = file;  // until the process exits
     return 0;
 }
 

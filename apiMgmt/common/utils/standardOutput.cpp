@@ -9,11 +9,11 @@ int StatusAfterOutput(const char* program, int status, int lost_status) {
     std::cout.flush();
     errno = 0;
     const bool is_flushed = std::fflush(stdout) == 0;
-    // A long output fails before its end, and then the last flush may have nothing left to do.
+    // An earlier write may already have failed, leaving nothing to flush.
     if (is_flushed && std::ferror(stdout) == 0 && std::cout) {
         return status;
     }
     std::fprintf(stderr, "%s: standard output could not be written: %s\n", program,
-                 errno == 0 ? "not all of it arrived" : std::strerror(errno));
+                 errno == 0 ? "output was lost" : std::strerror(errno));
     return status == 0 ? lost_status : status;
 }

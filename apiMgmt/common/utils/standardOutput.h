@@ -1,8 +1,8 @@
 #pragma once
 
 /**
- * The last step of a program that prints: flushes standard output, stdio and std::cout alike. The program's
- * status; or, when something that was printed is lost and the status would be 0, lost_status. A loss is told
- * on standard error under the program's name, whatever the status.
+ * Flushes standard output, both stdio and std::cout, as the last step of a program that prints. Returns the
+ * program's status, or lost_status if that is 0 and output was lost. Reports lost output on standard error
+ * with the program's name.
  */
 int StatusAfterOutput(const char* program, int status, int lost_status);

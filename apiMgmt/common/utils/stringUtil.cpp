@@ -16,17 +16,17 @@ namespace {
 
 constexpr std::string_view kWhiteSpace = " \f\n\r\t\v";
 
-// Not tolower: its answer follows the process's locale.
+// Not tolower, which depends on the locale.
 char LowerCase(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
 struct NumberText {
     bool is_negative = false;
-    uint64_t magnitude = 0;  // the greatest one for a number beyond it
+    uint64_t magnitude = 0;  // capped at the maximum
 };
 
-// White space, a sign and digits, as atoi reads them; what follows is ignored.
+// Reads whitespace, a sign and digits like atoi, and ignores the rest.
 NumberText FindNumber(std::string_view text) {
     text.remove_prefix(std::min(text.find_first_not_of(kWhiteSpace), text.size()));
     NumberText number;
@@ -141,7 +141,7 @@ double ParseDouble(const std::string& text, const char** end) {
     return number;
 }
 
-// Not std::from_chars: LLVM's C++ library has it for double from version 20 on only.
+// Not std::from_chars: LLVM's C++ library supports double only from version 20 on.
 std::optional<double> ParseDecimal(const std::string& text, const char** end) {
     const std::string_view digits = std::string_view(text).substr(text.starts_with('-') ? 1 : 0);
     const bool is_decimal = digits.find_first_of(".0123456789") == 0;
@@ -226,12 +226,12 @@ struct Entity {
     std::string_view reference;
 };
 
-// The angle brackets come first: some callers want only those.
+// The angle brackets come first, because some callers want only these.
 constexpr Entity kEntities[] = {
     {'<', "&lt;"}, {'>', "&gt;"}, {'&', "&amp;"}, {'\'', "&apos;"}, {'"', "&quot;"}};
 constexpr size_t kAngleBracketCount = 2;
 
-// Whatever the control character was, a line feed stands for it.
+// Represents every control character.
 constexpr std::string_view kControlReference = "&#x0a;";
 
 size_t EntityCount(bool angle_brackets_only) {

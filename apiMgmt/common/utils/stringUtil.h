@@ -8,70 +8,75 @@
 #include <string_view>
 #include <vector>
 
-/** Text helpers. None keeps state or takes a lock; all go by the rules of the C locale. */
+/** String utilities. They are stateless and always use the C locale. */
 
 /**
- * Copies at most size - 1 characters and always ends with a zero; returns destination. size 0 touches
- * nothing; a null source gives an empty text. destination must not be null.
+ * Copies at most size - 1 characters and appends a zero. Returns destination, which must not be null. Does
+ * nothing if size is 0. A null source counts as empty.
  */
 char* SafeStrncpy(char* destination, const char* source, size_t size);
 
-/** printf into a string. A format that cannot be carried out gives a text that says so; nothing is thrown. */
+/** Format like printf. If the format is invalid, return a string that says so. Do not throw. */
 [[gnu::format(printf, 1, 2)]] std::string FormatString(const char* format, ...);
 [[gnu::format(printf, 1, 0)]] std::string FormatStringV(const char* format, va_list arguments);
 
-/** Remove white space (blank, \f \n \r \t \v) in place. */
+/** Remove whitespace (space, \f \n \r \t \v) in place. */
 void Trim(std::string& text);
 void TrimLeft(std::string& text);
 void TrimRight(std::string& text);
 
 std::string ToLower(std::string_view text);
 
-/** Below 0, 0 or above 0, as strcasecmp. */
+/** Returns a negative number, 0 or a positive number, like strcasecmp. */
 int CompareNoCase(std::string_view left, std::string_view right);
 
-/** The number at the start of a text, as atoi reads it, but a number out of range gives the nearest int. */
+/**
+ * Parses the number at the start of a string like atoi, but returns the nearest int for a number out of
+ * range.
+ */
 int ParseInt(std::string_view text);
 
-/** The same for an unsigned number of 64 bits; a negative one gives 0. */
+/** Parses an unsigned 64-bit number in the same way. Returns 0 for a negative number. */
 uint64_t ParseUnsigned(std::string_view text);
 
-/** True for "true" in any letter case and for a text whose integer value is 1. */
+/** Returns true for "true" (case-insensitive) and for a string whose integer value is 1. */
 bool ParseBool(const std::string& text);
 
-/** As strtod; *end is set behind the number, within text, unless end is null. */
+/** Parses like strtod. Sets *end to the first character after the number, unless end is null. */
 double ParseDouble(const std::string& text, const char** end = nullptr);
 
 /**
- * Parses the finite decimal number at the start of text ("-1.5e3") and sets *end behind it, within text.
- * Unlike strtod it takes no white space, plus sign, hexadecimal digits, nan or inf. Returns std::nullopt,
- * with *end unchanged, for those, without a number, and for one out of double's range.
+ * Parses the finite decimal number at the start of a string ("-1.5e3") and sets *end to the first character
+ * after it. Unlike strtod, it rejects whitespace, a plus sign, hexadecimal digits, nan and inf. Returns
+ * std::nullopt, with *end unchanged, for these, without a number and for one out of double's range.
  */
 std::optional<double> ParseDecimal(const std::string& text, const char** end);
 
-/** Whether the text, white space at its ends aside, is one floating-point number as strtod reads it. */
+/** Returns whether the string, apart from surrounding whitespace, is one number for strtod. */
 bool IsNumeric(const std::string& text);
 
-/** Replaces in place, from left to right; what was inserted is not searched again. An empty old_text
-    changes nothing. */
+/**
+ * Replaces in place, from left to right, without searching inserted strings. An empty old_text changes
+ * nothing.
+ */
 void ReplaceAll(std::string& text, const std::string& old_text, const std::string& new_text);
 
 /**
- * Cuts text at each delimiter; pieces is cleared first. A delimiter at the very end gives an empty last
- * piece. With a limit above 0 the piece of that number takes all of the rest. An empty text gives no
- * pieces; an empty delimiter cuts nothing.
+ * Splits text at each delimiter and replaces the contents of pieces. A delimiter at the very end yields an
+ * empty last piece. If limit is not 0, there are at most that many pieces, the last of which contains the
+ * rest. An empty text yields no pieces, an empty delimiter one.
  */
 void Split(const std::string& text, const std::string& delimiter, std::vector<std::string>& pieces,
            size_t limit = 0);
 
-/** Like Split without a limit, but a delimiter at the very end gives no empty last piece. */
+/** Like Split without a limit, but a delimiter at the very end yields no empty last piece. */
 void SplitChar(const std::string& text, char delimiter, std::vector<std::string>& pieces);
 
 /**
- * Escapes < and >; without angle_brackets_only also & ' " and the characters below 32, all of which
- * become a reference to a line feed.
+ * Escapes < and >. Unless angle_brackets_only is set, also escapes & ' " and replaces each character below 32
+ * by a reference to a line feed.
  */
 std::string EscapeXml(const std::string& text, bool angle_brackets_only);
 
-/** The reverse, except that numeric character references stay as they are. */
+/** Reverses EscapeXml, except that numeric character references remain. */
 std::string UnescapeXml(const std::string& text, bool angle_brackets_only);

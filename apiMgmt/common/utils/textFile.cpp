@@ -16,7 +16,7 @@ std::optional<std::string> ReadTextFile(const std::string& path) {
     }
     errno = 0;
     std::ostringstream text;
-    text << file.rdbuf();  // a file without a byte is an error for the stream, and a folder looks like one
+    text << file.rdbuf();  // for the stream, an empty file is an error, and a directory looks like one
     if (!text && errno != 0) {
         return std::nullopt;
     }

@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-/** The whole text of a file. None, with errno set, when it cannot be read. */
+/** Returns the contents of a file, or std::nullopt with errno set if it cannot be read. */
 std::optional<std::string> ReadTextFile(const std::string& path);
 
 /**

@@ -10,5 +10,5 @@ void TimeSince(const timeval& earlier, timeval* elapsed) {
         difference.tv_usec += kSecondUs;
         --difference.tv_sec;
     }
-    *elapsed = difference;  // last, since elapsed may point to earlier
+    *elapsed = difference;  // last, because elapsed may point to earlier
 }

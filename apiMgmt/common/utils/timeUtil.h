@@ -2,6 +2,8 @@
 
 #include <sys/time.h>
 
-/** Now minus the earlier time, both by ClockNowUs. Microseconds lie in 0 to 999999; seconds are negative when
- * the earlier time lies ahead. */
+/**
+ * Subtracts an earlier time from now, both on the clock of ClockNowUs. Microseconds are 0 to 999999. Seconds
+ * are negative if the earlier time is in the future.
+ */
 void TimeSince(const timeval& earlier, timeval* elapsed);

@@ -6,7 +6,10 @@
 #include <string_view>
 #include <system_error>
 
-/** The integer that the whole text represents; none if it contains anything else or does not fit the type. */
+/**
+ * Returns the integer that the whole string represents; nothing if it contains anything else or does not fit
+ * the type.
+ */
 template <std::integral Number>
 std::optional<Number> ParseWhole(std::string_view text, int base = 10) {
     Number number = 0;

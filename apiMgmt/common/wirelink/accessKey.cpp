@@ -14,14 +14,14 @@ namespace {
 
 constexpr size_t kLongestLine = 65'536;
 
-/** Whether only this user can have written the key, and only this user can read it. */
+/** Returns whether only this user can have written the key and can read it. */
 bool IsPrivateFile(int descriptor) {
     struct stat status;
     return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) && status.st_uid == geteuid() &&
            (status.st_mode & (S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH)) == 0;
 }
 
-/** The first line without its end; false when it cannot be read or is longer than any key. */
+/** Reads the first line without its newline. Returns false if it cannot be read or is longer than any key. */
 bool ReadFirstLine(int descriptor, std::string& line) {
     std::array<char, 4096> buffer;
     while (line.size() <= kLongestLine) {
@@ -51,7 +51,7 @@ std::string_view Trimmed(std::string_view text) {
 }  // namespace
 
 std::string ReadAccessKey(const char* path) {
-    // The checks are of what was opened, never of the name; and a fifo at that name must not hold us.
+    // The opened file is checked, not the path, and opening must not block on a FIFO.
     const OwnedDescriptor file(open(path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     std::string line;
     if (!file.valid() || !IsPrivateFile(file.get()) || !ReadFirstLine(file.get(), line))

@@ -2,8 +2,11 @@
 
 #include <string>
 
-/** Holds the trusted session key in its first line. */
+/** Contains the trusted session key in its first line. */
 inline constexpr char kAccessKeyFile[] = "/etc/wirelink.key";
 
-/** The key of a file by the rules of WireLinkEndpoint::GetAccessKey; empty when there is none to trust. */
+/**
+ * Returns the key in a file according to the rules of WireLinkEndpoint::GetAccessKey; empty if there is no
+ * trusted one.
+ */
 std::string ReadAccessKey(const char* path);

@@ -9,14 +9,14 @@ using google::protobuf::Descriptor;
 using google::protobuf::FieldDescriptor;
 using google::protobuf::internal::WireFormatLite;
 
-constexpr int kGreatestDepth = 100;  // that of the parser
+constexpr int kMaximumDepth = 100;  // limit of protobuf's parser
 
 class Counter {
   public:
-    Counter(google::protobuf::io::CodedInputStream& input, int greatest) : input_(input), left_(greatest) {}
+    Counter(google::protobuf::io::CodedInputStream& input, int maximum) : input_(input), left_(maximum) {}
 
     FieldCount CountMessage(const Descriptor& type, int depth) {
-        if (depth > kGreatestDepth)
+        if (depth > kMaximumDepth)
             return FieldCount::malformed;
         while (const uint32_t tag = input_.ReadTag()) {
             if (--left_ < 0)
@@ -54,8 +54,7 @@ class Counter {
 
 }  // namespace
 
-FieldCount CountFields(google::protobuf::io::ZeroCopyInputStream& body, const Descriptor& type,
-                       int greatest) {
+FieldCount CountFields(google::protobuf::io::ZeroCopyInputStream& body, const Descriptor& type, int maximum) {
     google::protobuf::io::CodedInputStream input(&body);
-    return Counter(input, greatest).CountMessage(type, 0);
+    return Counter(input, maximum).CountMessage(type, 0);
 }

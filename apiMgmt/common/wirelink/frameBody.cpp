@@ -4,12 +4,12 @@
 
 namespace {
 
-constexpr size_t kGreatestPiece = 262'144;  // what the parser has read is given back in such steps
+constexpr size_t kMaximumPiece = 262'144;  // step in which parsed input is freed
 
 }  // namespace
 
 FrameBody::FrameBody(size_t length, size_t piece_size)
-    : length_(length), piece_size_(std::clamp<size_t>(piece_size, 1, kGreatestPiece)) {}
+    : length_(length), piece_size_(std::clamp<size_t>(piece_size, 1, kMaximumPiece)) {}
 
 std::span<char> FrameBody::Room() {
     const size_t used = arrived_ % piece_size_;

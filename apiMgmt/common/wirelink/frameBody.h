@@ -8,23 +8,22 @@
 #include <span>
 
 /**
- * The body of one frame: filled piece by piece as its bytes arrive, then read by the message parser. A
- * piece is allocated when its first byte is awaited and freed, in the last pass over the body, when the
- * parser asks for the next, so that neither a length that lies nor a large answer costs more memory than
- * needs be.
+ * The body of one frame, filled in pieces as bytes arrive and then read by the message parser. A piece is
+ * allocated when its first byte is expected. During the last pass it is freed when the parser asks for the
+ * next. So neither a false length nor a large response takes more memory than necessary.
  */
 class FrameBody : public google::protobuf::io::ZeroCopyInputStream {
   public:
-    /** piece_size: the most memory that is held ahead of the bytes that have arrived. */
+    /** `piece_size` is the maximum memory allocated ahead of the bytes that have arrived. */
     FrameBody(size_t length, size_t piece_size);
 
     size_t missing() const { return length_ - arrived_; }
 
-    /** Where the next bytes go. Call only while some are missing. */
+    /** Returns the buffer for the next bytes. Call only while some are missing. */
     std::span<char> Room();
     void Filled(size_t count) { arrived_ += count; }
 
-    /** Starts again at the first byte. Pieces are freed only from here on. */
+    /** Returns to the first byte for the last pass, which frees the pieces. */
     void Rewind();
 
     bool Next(const void** data, int* size) override;

@@ -10,14 +10,14 @@
 
 namespace {
 
-// Kept within what poll takes as milliseconds; some three weeks.
-constexpr long kGreatestLimit_s = INT_MAX / 1000;
+// About three weeks, so that the milliseconds fit the int of poll.
+constexpr long kMaximumTimeout_s = INT_MAX / 1000;
 
 }  // namespace
 
 StepDeadline::StepDeadline(long limit_s)
     : end_(std::chrono::steady_clock::now() +
-           std::chrono::seconds(std::clamp(limit_s, 0L, kGreatestLimit_s))) {}
+           std::chrono::seconds(std::clamp(limit_s, 0L, kMaximumTimeout_s))) {}
 
 int StepDeadline::RemainingMs() const {
     const auto remaining =
@@ -41,7 +41,7 @@ sockaddr_un LocalAddress(const WireLinkEndpoint& endpoint) {
     if (path.size() >= sizeof(address.sun_path))
         ThrowWireLinkError(endpoint, "the path is too long for a local socket");
     if (path.find('\0') != std::string::npos)
-        throw WireLinkError("the path of a local socket holds a zero character");
+        throw WireLinkError("the path of a local socket contains a zero character");
     address.sun_family = AF_UNIX;
     std::memcpy(address.sun_path, path.c_str(), path.size() + 1);
     return address;
@@ -64,5 +64,5 @@ void ThrowWireLinkError(const WireLinkEndpoint& endpoint, const std::string& wha
 
 void ThrowTimeLimit(const WireLinkEndpoint& endpoint, const char* step) {
     ThrowWireLinkError(endpoint,
-                       "time limit of " + std::to_string(endpoint.timeout_s()) + " s reached, " + step);
+                       "timeout of " + std::to_string(endpoint.timeout_s()) + " s expired while " + step);
 }

@@ -4,7 +4,7 @@
 
 #include <utility>
 
-/** A descriptor that is closed unless it is handed on. */
+/** Closes a descriptor unless it is released. */
 class OwnedDescriptor {
   public:
     explicit OwnedDescriptor(int descriptor) : descriptor_(descriptor) {}

@@ -29,7 +29,7 @@ bool PollDescriptor(int descriptor, short events, int timeout_ms) {
 namespace {
 
 constexpr size_t kHeaderSize = 4;
-constexpr int kGreatestFieldCount = 65'536;
+constexpr int kMaximumFieldCount = 65'536;
 using FrameHeader = std::array<char, kHeaderSize>;
 
 FrameHeader HeaderOf(size_t body_length) {
@@ -50,13 +50,13 @@ bool WouldBlock(int error) {
     return error == EAGAIN || error == EWOULDBLOCK;
 }
 
-/** One frame on its way in: all its bytes share one time limit. */
+/** Reads one frame, whose bytes share one deadline. */
 class FrameReader {
   public:
     FrameReader(const WireLinkEndpoint& endpoint, int descriptor, const WireLinkWait& wait)
         : endpoint_(endpoint), descriptor_(descriptor), wait_(wait), deadline_(endpoint.timeout_s()) {}
 
-    /** False when the peer has closed before the first byte. */
+    /** Returns false if the peer has closed before the first byte. */
     bool ReadHeader(FrameHeader& header) {
         size_t count = 0;
         while (count < kHeaderSize) {
@@ -64,7 +64,7 @@ class FrameReader {
             if (step == 0 && count == 0)
                 return false;
             if (step == 0)
-                ThrowWireLinkError(endpoint_, "the peer closed inside the length of a frame");
+                ThrowWireLinkError(endpoint_, "the peer closed within the header of a frame");
             count += step;
         }
         return true;
@@ -74,7 +74,7 @@ class FrameReader {
         while (body.missing() > 0) {
             const size_t step = ReadSome(body.Room());
             if (step == 0)
-                ThrowWireLinkError(endpoint_, "the peer closed inside a frame, " +
+                ThrowWireLinkError(endpoint_, "the peer closed within a frame; " +
                                                   std::to_string(body.missing()) +
                                                   " bytes of its body are missing");
             body.Filled(step);
@@ -82,13 +82,13 @@ class FrameReader {
     }
 
   private:
-    /** At least one byte, or 0 when the peer has closed. */
+    /** Returns the number of bytes read, or 0 if the peer has closed. */
     size_t ReadSome(std::span<char> room) {
         for (;;) {
             const ssize_t count = recv(descriptor_, room.data(), room.size(), MSG_DONTWAIT);
             if (count >= 0)
                 return static_cast<size_t>(count);
-            if (errno == ECONNRESET)  // closed without having read all that we sent
+            if (errno == ECONNRESET)  // closed without reading everything we sent
                 return 0;
             if (errno == EINTR)
                 continue;
@@ -123,25 +123,25 @@ void SendAll(const WireLinkEndpoint& endpoint, int descriptor, const WireLinkWai
 
 void CheckLength(const WireLinkEndpoint& endpoint, size_t length) {
     if (length > endpoint.greatest_body())
-        ThrowWireLinkError(endpoint, "a body of " + std::to_string(length) +
-                                         " bytes is too long, the greatest is " +
+        ThrowWireLinkError(endpoint, "body of " + std::to_string(length) +
+                                         " bytes is too long; the maximum is " +
                                          std::to_string(endpoint.greatest_body()));
 }
 
-/** The partial forms keep protobuf from writing to standard error; what is missing is our error's text. */
+/** The partial functions keep protobuf from writing to standard error; our error lists what is missing. */
 void Parse(const WireLinkEndpoint& endpoint, FrameBody& body, size_t length,
            google::protobuf::Message& message) {
-    const FieldCount fields = CountFields(body, *message.GetDescriptor(), kGreatestFieldCount);
+    const FieldCount fields = CountFields(body, *message.GetDescriptor(), kMaximumFieldCount);
     if (fields == FieldCount::many)
         ThrowWireLinkError(endpoint,
-                           "the body has more than " + std::to_string(kGreatestFieldCount) + " fields");
+                           "the body has more than " + std::to_string(kMaximumFieldCount) + " fields");
     body.Rewind();
     if (fields == FieldCount::malformed ||
         !message.ParsePartialFromBoundedZeroCopyStream(&body, static_cast<int>(length)))
         ThrowWireLinkError(endpoint, "the body does not parse");
     if (!message.IsInitialized())
         ThrowWireLinkError(endpoint,
-                           "the body does not parse, it lacks " + message.InitializationErrorString());
+                           "the body does not parse; missing " + message.InitializationErrorString());
 }
 
 }  // namespace
@@ -159,7 +159,7 @@ size_t WireLinkSocket::RecvGPBMsg(google::protobuf::Message& message) {
     if (!reader.ReadHeader(header))
         return 0;
     const size_t length = BodyLengthOf(header);
-    CheckLength(endpoint_, length);  // before anything is allocated for the body
+    CheckLength(endpoint_, length);  // before allocating the body
     FrameBody body(length, endpoint_.size_bytes());
     reader.ReadBody(body);
     Parse(endpoint_, body, length, message);
@@ -169,7 +169,7 @@ size_t WireLinkSocket::RecvGPBMsg(google::protobuf::Message& message) {
 void WireLinkSocket::SendGPBMsg(const google::protobuf::Message& message) {
     if (!message.IsInitialized())
         ThrowWireLinkError(endpoint_,
-                           "the message cannot be sent, it lacks " + message.InitializationErrorString());
+                           "the message cannot be sent; missing " + message.InitializationErrorString());
     const size_t length = message.ByteSizeLong();
     CheckLength(endpoint_, length);
     const FrameHeader header = HeaderOf(length);
@@ -179,24 +179,29 @@ void WireLinkSocket::SendGPBMsg(const google::protobuf::Message& message) {
     SendAll(endpoint_, descriptor_, wait_, frame);
 }
 
-// ---- the calling side ----
+// ---- client ----
 
 namespace {
 
 constexpr int kBacklogRetryMs = 10;
 
-/** The folder of the sockets is open to all users: whoever is first may listen at a free path. A request
-   holds the session key, so it goes to a process of this user or of root alone. */
+/**
+ * Any user may create a socket in the directory, so the first one can listen at a free path. A request
+ * contains the session key, so it is sent only to a process of this user or of root.
+ */
 void CheckPeer(const WireLinkEndpoint& endpoint, int descriptor) {
     const std::optional<uid_t> user = PeerUser(descriptor);
     if (!user)
-        ThrowWireLinkError(endpoint, "cannot find out who listens", errno);
+        ThrowWireLinkError(endpoint, "cannot determine the listener's user", errno);
     if (*user != 0 && *user != geteuid())
-        ThrowWireLinkError(endpoint, "user " + std::to_string(*user) + " listens, who is not trusted");
+        ThrowWireLinkError(endpoint,
+                           "the listener runs as user " + std::to_string(*user) + ", which is not trusted");
 }
 
-/** A local connect waits only for room in the backlog, and poll(2) does not report that: try again now and
- * then. */
+/**
+ * A local connect fails if the backlog is full, and poll(2) does not report when it has room again, so it is
+ * retried.
+ */
 int Connected(const WireLinkEndpoint& endpoint, const WireLinkWait& wait) {
     const sockaddr_un address = LocalAddress(endpoint);
     OwnedDescriptor descriptor = NewLocalSocket(endpoint, SOCK_NONBLOCK);
@@ -221,31 +226,31 @@ void WireLinkClient::SendReceiveMessage(const google::protobuf::Message& request
                                         google::protobuf::Message& response) {
     SendGPBMsg(request);
     if (RecvGPBMsg(response) == 0)
-        ThrowWireLinkError(endpoint(), "the peer closed without an answer");
+        ThrowWireLinkError(endpoint(), "the peer closed without a response");
 }
 
-// ---- the listening side ----
+// ---- server ----
 
 namespace {
 
 constexpr mode_t kSocketMode = S_IRUSR | S_IWUSR;
 
-/** Makes room at the path: a socket that an earlier process left is removed, anything else is not ours. */
+/** Removes a socket that an earlier process has left at the path. Throws for any other file. */
 void RemoveStaleSocket(const WireLinkEndpoint& endpoint) {
     struct stat status;
     const char* path = endpoint.path().c_str();
     if (lstat(path, &status) != 0) {
         if (errno != ENOENT)
-            ThrowWireLinkError(endpoint, "cannot look at the path", errno);
+            ThrowWireLinkError(endpoint, "cannot stat the path", errno);
         return;
     }
     if (!S_ISSOCK(status.st_mode))
-        ThrowWireLinkError(endpoint, "there is a file that is no socket");
+        ThrowWireLinkError(endpoint, "exists but is not a socket");
     if (unlink(path) != 0 && errno != ENOENT)
         ThrowWireLinkError(endpoint, "cannot remove the old socket", errno);
 }
 
-/** Removes the file of a server that did not come to be. */
+/** Removes the socket file if the server's constructor throws. */
 class UnlinkUnlessKept {
   public:
     explicit UnlinkUnlessKept(const std::string& path) : path_(path) {}
@@ -269,8 +274,8 @@ WireLinkServer::WireLinkServer(const WireLinkEndpoint& endpoint) : endpoint_(end
     const sockaddr_un address = LocalAddress(endpoint);
     OwnedDescriptor descriptor = NewLocalSocket(endpoint);
     RemoveStaleSocket(endpoint);
-    // On Linux the file takes over this mode at its birth. Where the call fails the mode is set before
-    // listen, and nobody can connect until then.
+    // On Linux, bind creates the file with this mode. Where fchmod fails, chmod sets the mode before listen,
+    // and nobody can connect until then.
     (void)fchmod(descriptor.get(), kSocketMode);
     if (bind(descriptor.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
         ThrowWireLinkError(endpoint, "cannot bind", errno);
@@ -287,8 +292,8 @@ WireLinkServer::WireLinkServer(const WireLinkEndpoint& endpoint) : endpoint_(end
 }
 
 WireLinkServer::~WireLinkServer() {
-    // A later server may have replaced the file. The number of ours is not given to another one as long as
-    // the descriptor is open.
+    // A later server may have replaced the file. The inode number cannot be reused while the descriptor is
+    // open.
     struct stat status;
     if (lstat(endpoint_.path().c_str(), &status) == 0 && status.st_dev == device_ && status.st_ino == inode_)
         unlink(endpoint_.path().c_str());

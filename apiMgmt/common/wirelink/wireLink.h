@@ -12,28 +12,29 @@ class Message;
 }
 
 /**
- * Messages over a local stream socket. A frame is the length of its body in 4 bytes, unsigned and
- * big-endian, and then the body, one serialised protobuf message. Everything that goes wrong is
- * thrown as WireLinkError, whose text begins with the path of the socket; SIGPIPE is never raised. No object
- * here is shared between threads.
+ * Messages over a local stream socket. A frame consists of the length of its body (4 bytes, unsigned,
+ * big-endian) and the body, which is a serialised protobuf message. All failures are thrown as WireLinkError,
+ * whose message begins with the path of the socket. SIGPIPE is never raised. Not thread-safe.
  */
 
-/** The default way to wait: poll(2). */
+/** The default wait function: poll(2). */
 bool PollDescriptor(int descriptor, short events, int timeout_ms);
 
-/** One connected descriptor, owned: closed by the destructor. */
+/** A connected socket, closed by the destructor. */
 class WireLinkSocket {
   public:
     WireLinkSocket(const WireLinkSocket&) = delete;
     WireLinkSocket& operator=(const WireLinkSocket&) = delete;
 
-    /** Blocks for one whole message. Returns the bytes of its frame (4 + body), 0 when the peer has
-        closed between two frames. Throws on a torn frame, a body that is too long or does not parse,
-        and at the time limit, which counts from the call to the frame's last byte. After a throw the
-        connection is of no more use: where the next frame begins is not known. */
+    /**
+     * Blocks until a message has been received. Returns the size of its frame (4 + body), or 0 if the peer
+     * has closed between frames. Throws if the frame is incomplete, if the body is too long or invalid, or if
+     * the whole call takes longer than the timeout. After that the connection is unusable, because the start
+     * of the next frame is unknown.
+     */
     size_t RecvGPBMsg(google::protobuf::Message& message);
 
-    /** Sends one whole message. Throws when it cannot be serialised, is too long, or at the time limit. */
+    /** Sends a message. Throws if it cannot be serialised or is too long, or if the timeout expires. */
     void SendGPBMsg(const google::protobuf::Message& message);
 
     int descriptor() const { return descriptor_; }
@@ -50,18 +51,22 @@ class WireLinkSocket {
     WireLinkWait wait_;
 };
 
-/** The calling side. The constructor connects; it throws if nobody listens, or if the listener is neither
-   root nor the effective user. Every wait, including that for a full backlog, goes through `wait`. */
+/**
+ * The client. The constructor connects; it throws if nobody listens or if the listener is neither root nor
+ * the effective user. All waits, including that for a full backlog, use `wait`.
+ */
 class WireLinkClient : public WireLinkSocket {
   public:
     explicit WireLinkClient(const WireLinkEndpoint& endpoint, WireLinkWait wait = PollDescriptor);
 
-    /** Sends the request and blocks for the one answer. Throws also when the peer closes instead. */
+    /** Sends the request and blocks until the response arrives. Throws if the peer closes instead. */
     void SendReceiveMessage(const google::protobuf::Message& request, google::protobuf::Message& response);
 };
 
-/** The listening side. A stale socket file is replaced; a path that is no socket is left alone and the
-    constructor throws. The socket file has mode 0600. The destructor closes and removes it. */
+/**
+ * The server. The constructor replaces a stale socket file, but throws if any other file is at the path. The
+ * socket file has mode 0600. The destructor closes and removes it.
+ */
 class WireLinkServer {
   public:
     explicit WireLinkServer(const WireLinkEndpoint& endpoint);
@@ -69,8 +74,10 @@ class WireLinkServer {
     WireLinkServer(const WireLinkServer&) = delete;
     WireLinkServer& operator=(const WireLinkServer&) = delete;
 
-    /** Blocks, without a time limit, until a peer connects; returns its descriptor, owned by the caller.
-        The arguments are those of accept4(2). Throws on failure. */
+    /**
+     * Blocks, without a timeout, until a peer connects. Returns its descriptor, owned by the caller. The
+     * arguments are those of accept4(2). Throws on failure.
+     */
     int Accept(sockaddr* address, unsigned* address_length, int flags);
 
     int descriptor() const { return descriptor_; }
@@ -78,12 +85,12 @@ class WireLinkServer {
   private:
     WireLinkEndpoint endpoint_;
     int descriptor_;
-    /** Which file at the path is this server's. */
+    /** Identify this server's file at the path. */
     dev_t device_;
     ino_t inode_;
 };
 
-/** One accepted peer: takes ownership of the descriptor. */
+/** An accepted connection. Takes ownership of the descriptor. */
 class WireLinkServerConnection : public WireLinkSocket {
   public:
     WireLinkServerConnection(const WireLinkEndpoint& endpoint, int descriptor);

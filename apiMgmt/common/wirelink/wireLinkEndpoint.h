@@ -6,34 +6,34 @@
 #include <stdexcept>
 #include <string>
 
-/** Everything that goes wrong with a channel; the text begins with the path of its socket. */
+/** A failure of a link. The message begins with the path of its socket. */
 class WireLinkError : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
 };
 
 /**
- * Waits for poll(2) events on a descriptor (-1: just lets the time pass) for at most this many milliseconds.
- * Returns whether one has occurred; may return false early. May throw, which ends the step and its exchange.
+ * Waits up to `timeout_ms` for poll(2) events on a descriptor (-1: none). Returns whether one has occurred;
+ * may return false early. If it throws, the step and its exchange fail.
  */
 using WireLinkWait = std::function<bool(int descriptor, short events, int timeout_ms)>;
 
-/** Where a peer listens, and the limits of a conversation with it. Copies freely; connects nothing. */
+/** Address of a peer and limits of the communication with it. Copyable; does not connect. */
 class WireLinkEndpoint {
   public:
     /**
-     * path: the local socket. timeout_s: limit in seconds for each blocking step (connect, send,
-     * receive). size_bytes: memory for a body is taken as its bytes arrive, never more than this ahead
-     * of them; the greatest body sent or accepted is 16 times this size.
+     * `path`: the local socket. `timeout_s`: limit for each blocking step (connect, send, receive).
+     * `size_bytes`: maximum memory allocated ahead of the bytes of a body that have arrived; the maximum body
+     * is 16 times as large.
      */
     static WireLinkEndpoint CreateLocalEndpoint(const std::string& path, long timeout_s,
                                                 unsigned long size_bytes);
 
     /**
-     * The trusted session key under which this process talks to the API manager: the first line of
-     * /etc/wirelink.key, white space trimmed. Empty when there is no key that may be trusted: no
-     * regular file, not owned by the effective user, readable or writable by group or others, or a
-     * character outside A-Z a-z 0-9 . _ ~ + / = -.
+     * Returns the session key with which this process authenticates to the API manager: the first line of
+     * /etc/wirelink.key, without surrounding whitespace. Empty if the file is not a regular file, is not
+     * owned by the effective user, is readable or writable by group or others, or if the key has a character
+     * other than A-Z a-z 0-9 . _ ~ + / = -.
      */
     static std::string GetAccessKey();
 
@@ -47,7 +47,7 @@ class WireLinkEndpoint {
   private:
     WireLinkEndpoint(std::string path, long timeout_s, unsigned long size_bytes);
 
-    static constexpr unsigned long kLongestMessage = INT32_MAX;  // what protobuf can serialise
+    static constexpr unsigned long kLongestMessage = INT32_MAX;  // limit of protobuf
 
     std::string path_;
     long timeout_s_;

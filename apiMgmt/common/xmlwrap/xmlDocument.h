@@ -9,16 +9,16 @@
 
 namespace parser {
 
-/** A number for a tag name, valid within one document. */
+/** Number of a tag name, valid within one document. */
 using XMLTag = uint32_t;
 inline constexpr XMLTag kNoTag = UINT32_MAX;
 
 inline constexpr uint32_t kNoNode = UINT32_MAX;
 
-/** The deepest nesting that is accepted, the document element being the first level. */
-inline constexpr uint32_t kGreatestDepth = 128;
+/** Maximum nesting of elements; the document element is level 1. */
+inline constexpr uint32_t kMaximumDepth = 128;
 
-/** One element. Kept small: a full array's answer has some 200000 of them. */
+/** An element. Kept small, because a full array's response has some 200000. */
 struct XMLNode {
     XMLTag tag;
     uint32_t first_child = kNoNode;
@@ -27,15 +27,15 @@ struct XMLNode {
     uint32_t text_length = 0;
 };
 
-/** What came of a text: nodes in document order, the document element being number 0. */
+/** A parsed document. Nodes are in document order; the document element is number 0. */
 class XMLDocument {
   public:
     std::vector<XMLNode> nodes;
-    /** The text of all elements without children, end to end. */
+    /** The text of all elements without children, concatenated. */
     std::string text;
-    /** Names in order of first appearance; they belong to tag_numbers. */
+    /** Names in the order of their first appearance, owned by tag_numbers. */
     std::vector<const std::string*> tag_names;
-    /** An ordered map: no choice of names makes it slow, and the parse rarely asks it. */
+    /** An ordered map, because crafted names cannot slow it down. It is rarely searched. */
     std::map<std::string, XMLTag, std::less<>> tag_numbers;
 
     XMLTag FindTag(std::string_view name) const {

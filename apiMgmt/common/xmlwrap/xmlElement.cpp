@@ -3,7 +3,7 @@
 namespace parser {
 namespace {
 
-/** A carriage return stays one only as a reference: the next parser would make a newline of it. */
+/** A carriage return is escaped, because the next parser would turn it into a newline. */
 void AppendEscaped(std::string& out, std::string_view text) {
     for (char c : text) {
         switch (c) {
@@ -31,7 +31,9 @@ void AppendEndTag(std::string& out, const std::string& name) {
     out += '>';
 }
 
-/** Writes the elements below a node. Keeps its own stack: the depth of a document is the peer's choice. */
+/**
+ * Returns the markup of a node's children. Iterative, because the peer determines the depth of a document.
+ */
 std::string MarkupOfChildren(const XMLDocument& document, uint32_t parent) {
     std::string out;
     std::vector<uint32_t> open;

@@ -9,8 +9,10 @@
 
 namespace parser {
 
-/** One element: a light handle, copied freely, valid as long as its parser lives and parses nothing
-    else. A default one, and one behind the last child or sibling, tests false. */
+/**
+ * An element: a copyable handle, valid while its parser exists and parses nothing else. Tests false if it is
+ * default-constructed or follows the last child or sibling.
+ */
 class XMLElement {
   public:
     XMLElement() = default;
@@ -18,20 +20,23 @@ class XMLElement {
 
     explicit operator bool() const { return document_ != nullptr; }
 
-    /** The tag's text and its number. */
+    /** The tag's name and its number. */
     std::string_view GetTagName() const;
     XMLTag GetTag() const;
 
-    /** The text of an element without child elements, entities resolved; empty for one with children. */
+    /**
+     * Returns the text of an element without children, with entities resolved; empty for an element with
+     * children.
+     */
     std::string_view GetText() const;
 
-    /** The text of an element; for one with child elements their markup. */
+    /** Returns the text of an element without children, else the children's markup. */
     std::string GetElementContent() const;
 
-    /** The child elements with that tag, compared exactly, in document order; possibly none. */
+    /** Returns the children with that tag (case-sensitive), in document order. */
     std::vector<XMLElement> GetChildElemsByTagName(std::string_view tag) const;
 
-    /** The first child element with that tag; one that tests false when there is none. */
+    /** Returns the first child with that tag, or an element that tests false. */
     XMLElement GetFirstChildByTagName(std::string_view tag) const;
 
     XMLElement GetFirstChild() const;

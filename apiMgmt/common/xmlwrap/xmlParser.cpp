@@ -11,7 +11,7 @@ XMLParser::XMLParser(XMLParser&&) noexcept = default;
 XMLParser& XMLParser::operator=(XMLParser&&) noexcept = default;
 
 bool XMLParser::ParseXMLString(std::string_view text) {
-    document_.reset();  // first, so that two trees are never held at a time
+    document_.reset();  // first, so that there are never two trees in memory
     document_ = XMLTreeBuilder(encoding_.empty() ? nullptr : encoding_.c_str()).Build(text, error_);
     return document_ != nullptr;
 }

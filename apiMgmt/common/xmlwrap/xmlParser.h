@@ -7,36 +7,35 @@
 #include "apiMgmt/common/xmlwrap/xmlElement.h"
 
 /**
- * Documents of the API, parsed once into a compact tree: all text in one block, tags interned, elements
- * in one vector. Over expat, which stays hidden behind this header. Document type declarations are
- * refused, so that entities cannot expand; so are more than 128 levels, 4000000 elements or 65536 tags.
- * Attributes, comments and processing instructions are passed over; so is the text of an element that
- * has child elements. White space around a text is kept.
+ * Parses documents of the API into a compact tree: all text in one block, interned tags, elements in one
+ * vector. Uses expat, which this header hides. Rejects document type declarations, so entities cannot expand,
+ * and more than 128 levels, 4000000 elements or 65536 tags. Ignores attributes, comments, processing
+ * instructions and the text of elements with children. Keeps whitespace.
  */
 namespace parser {
 
-/** Parses a text and owns the document that comes of it. */
+/** Parses a string and owns the resulting document. */
 class XMLParser {
   public:
-    /** encoding: overrides the document's own; null leaves it to the document. */
+    /** `encoding` overrides the document's own unless it is null. */
     explicit XMLParser(const char* encoding = nullptr);
     ~XMLParser();
-    /** Elements stay valid. */
+    /** Elements remain valid. */
     XMLParser(XMLParser&&) noexcept;
     XMLParser& operator=(XMLParser&&) noexcept;
     XMLParser(const XMLParser&) = delete;
     XMLParser& operator=(const XMLParser&) = delete;
 
-    /** True when the text is one well-formed document. Discards what was parsed before. */
+    /** Returns whether the string is a well-formed document. Discards the previous document. */
     bool ParseXMLString(std::string_view text);
 
-    /** The document element; tests false when the last text did not parse. */
+    /** Returns the document element. It tests false if the last string did not parse. */
     XMLElement GetDocumentElement() const;
 
-    /** The number of a tag name in this document, kNoTag when it does not occur. */
+    /** Returns the number of a tag name in this document; kNoTag if it does not occur. */
     XMLTag FindTag(std::string_view name) const;
 
-    /** Why the last text did not parse, with line and column; empty when it did. */
+    /** Returns why the last string did not parse, with line and column; empty if it did. */
     const std::string& GetError() const;
 
   private:

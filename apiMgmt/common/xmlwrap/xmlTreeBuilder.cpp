@@ -9,16 +9,18 @@
 namespace parser {
 namespace {
 
-constexpr size_t kGreatestText = size_t{1} << 30;  // offsets stay in 32 bits even when UTF-8 trebles it
-constexpr size_t kGreatestElements = 4'000'000;
-constexpr size_t kGreatestTags = 65'536;
-constexpr size_t kGreatestAttributesOfElement = 256;
-constexpr size_t kGreatestAttributes = 100'000;  // nothing reads them, and expat keeps each name
-constexpr size_t kGreatestTagLength = 1'048'576;
+constexpr size_t kMaximumSize = size_t{1} << 30;  // offsets fit in 32 bits even if UTF-8 triples it
+constexpr size_t kMaximumElements = 4'000'000;
+constexpr size_t kMaximumTags = 65'536;
+constexpr size_t kMaximumAttributesOfElement = 256;
+constexpr size_t kMaximumAttributes = 100'000;  // expat keeps their names, although nothing reads them
+constexpr size_t kMaximumTagLength = 1'048'576;
 constexpr size_t kChunk = 65'536;
 
-/** How much of the text goes to expat next. Cut behind a '>' where there is one: what expat has not
-    used up of a chunk it copies together with the next. */
+/**
+ * Returns the length of the next chunk for expat. Ends it after a '>' if possible, because expat copies what
+ * it could not parse of a chunk.
+ */
 size_t LengthOfNextChunk(std::string_view rest) {
     if (rest.size() <= kChunk)
         return rest.size();
@@ -43,13 +45,13 @@ XMLTreeBuilder::~XMLTreeBuilder() {
 
 std::unique_ptr<XMLDocument> XMLTreeBuilder::Build(std::string_view text, std::string& error) {
     if (text.empty())
-        error = "the text is empty";
-    else if (text.size() > kGreatestText)
-        error = "the text is longer than 1 GiB";
+        error = "the document is empty";
+    else if (text.size() > kMaximumSize)
+        error = "the document is longer than 1 GiB";
     else if (ParseInChunks(text))
         error.clear();
     else
-        error = refusal_.empty() ? WithPosition(XML_ErrorString(XML_GetErrorCode(expat_))) : refusal_;
+        error = rejection_.empty() ? WithPosition(XML_ErrorString(XML_GetErrorCode(expat_))) : rejection_;
     return error.empty() ? std::move(document_) : nullptr;
 }
 
@@ -63,80 +65,82 @@ bool XMLTreeBuilder::ParseInChunks(std::string_view text) {
         if (parsed == 0 && !last)
             ReserveForRest(length, text.size());
         parsed += length;
-        if (!last && parsed > kGreatestTagLength + static_cast<size_t>(XML_GetCurrentByteIndex(expat_))) {
-            Refuse("a tag or comment is too long");  // expat reads an unfinished one anew with each chunk
+        if (!last && parsed > kMaximumTagLength + static_cast<size_t>(XML_GetCurrentByteIndex(expat_))) {
+            Reject("a tag or comment is too long");  // expat re-reads an unfinished one with each chunk
             return false;
         }
     }
     return true;
 }
 
-/** The first chunk tells how dense the text is. Growing by doubling would hold the tree twice for a while,
-    reserving for the worst case would be many times the text. */
+/**
+ * Estimates the size of the tree from the first chunk. Growth by doubling would temporarily hold the tree
+ * twice, and reserving for the worst case would take many times the text.
+ */
 void XMLTreeBuilder::ReserveForRest(size_t parsed, size_t total) {
     const double chunks = 1.05 * static_cast<double>(total) / static_cast<double>(parsed);
     const auto scaled = [chunks](size_t used) {
         return static_cast<size_t>(static_cast<double>(used) * chunks);
     };
-    document_->nodes.reserve(std::min(scaled(document_->nodes.size()), kGreatestElements));
+    document_->nodes.reserve(std::min(scaled(document_->nodes.size()), kMaximumElements));
     document_->text.reserve(scaled(document_->text.size()));
 }
 
-// The handlers are called by C code, which an exception must not cross; and some are still called after a
-// refusal.
+// The handlers are called by C code, which exceptions must not cross. Some are still called after a
+// rejection.
 
 void XMLTreeBuilder::OnStart(void* self, const char* name, const char** attributes) {
     auto* builder = static_cast<XMLTreeBuilder*>(self);
     try {
-        if (builder->refusal_.empty())
+        if (builder->rejection_.empty())
             builder->CountAttributes(attributes);
-        if (builder->refusal_.empty())
+        if (builder->rejection_.empty())
             builder->StartElement(name);
     } catch (const std::bad_alloc&) {
-        builder->Refuse("out of memory");
+        builder->Reject("out of memory");
     }
 }
 
 void XMLTreeBuilder::OnEnd(void* self, const char* /*name*/) {
     auto* builder = static_cast<XMLTreeBuilder*>(self);
-    if (builder->refusal_.empty())
+    if (builder->rejection_.empty())
         builder->EndElement();
 }
 
 void XMLTreeBuilder::OnText(void* self, const char* text, int length) {
     auto* builder = static_cast<XMLTreeBuilder*>(self);
     try {
-        if (builder->refusal_.empty())
+        if (builder->rejection_.empty())
             builder->AppendText(text, static_cast<size_t>(length));
     } catch (const std::bad_alloc&) {
-        builder->Refuse("out of memory");
+        builder->Reject("out of memory");
     }
 }
 
 void XMLTreeBuilder::OnDoctype(void* self, const char* /*name*/, const char* /*system_id*/,
                                const char* /*public_id*/, int /*subset*/) {
-    static_cast<XMLTreeBuilder*>(self)->Refuse("a document type declaration is not accepted");
+    static_cast<XMLTreeBuilder*>(self)->Reject("a document type declaration is not accepted");
 }
 
-/** attributes: names and values by turns, then a null pointer. */
+/** `attributes` alternates names and values and ends with a null pointer. */
 void XMLTreeBuilder::CountAttributes(const char* const* attributes) {
     size_t count = 0;
     while (attributes[2 * count] != nullptr)
         ++count;
     attributes_ += count;
-    if (count > kGreatestAttributesOfElement || attributes_ > kGreatestAttributes)
-        Refuse("too many attributes");
+    if (count > kMaximumAttributesOfElement || attributes_ > kMaximumAttributes)
+        Reject("too many attributes");
 }
 
 void XMLTreeBuilder::StartElement(const char* name) {
     XMLDocument& document = *document_;
-    if (depth_ == kGreatestDepth)
-        return Refuse("elements are nested too deep");
-    if (document.nodes.size() == kGreatestElements)
-        return Refuse("too many elements");
+    if (depth_ == kMaximumDepth)
+        return Reject("elements are nested too deeply");
+    if (document.nodes.size() == kMaximumElements)
+        return Reject("too many elements");
     const XMLTag tag = TagNumber(name);
     if (tag == kNoTag)
-        return Refuse("too many different tags");
+        return Reject("too many different tags");
 
     const auto node = static_cast<uint32_t>(document.nodes.size());
     if (depth_ > 0) {
@@ -153,7 +157,7 @@ void XMLTreeBuilder::StartElement(const char* name) {
     open_[depth_++] = {.node = node, .last_child = kNoNode};
 }
 
-/** The number of a tag, kNoTag when there are too many. */
+/** Returns the number of a tag; kNoTag if there are too many. */
 XMLTag XMLTreeBuilder::TagNumber(const char* name) {
     XMLDocument& document = *document_;
     if (!document.tag_names.empty()) {
@@ -173,7 +177,7 @@ XMLTag XMLTreeBuilder::TagNumber(const char* name) {
 XMLTag XMLTreeBuilder::NewTagNumber(const char* name) {
     XMLDocument& document = *document_;
     const auto tag = static_cast<XMLTag>(document.tag_names.size());
-    if (tag == kGreatestTags)
+    if (tag == kMaximumTags)
         return kNoTag;
     const auto entry = document.tag_numbers.emplace(name, tag).first;
     document.tag_names.push_back(&entry->first);
@@ -194,8 +198,8 @@ void XMLTreeBuilder::AppendText(const char* text, size_t length) {
         document_->text.append(text, length);
 }
 
-void XMLTreeBuilder::Refuse(const char* reason) {
-    refusal_ = WithPosition(reason);
+void XMLTreeBuilder::Reject(const char* reason) {
+    rejection_ = WithPosition(reason);
     XML_StopParser(expat_, XML_FALSE);
 }
 

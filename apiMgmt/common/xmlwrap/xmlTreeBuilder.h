@@ -11,16 +11,16 @@ struct XML_ParserStruct;
 
 namespace parser {
 
-/** Turns one text into one document; used once. */
+/** Parses one string into a document. Not reusable. */
 class XMLTreeBuilder {
   public:
-    /** encoding: as for XMLParser. */
+    /** `encoding` is as for XMLParser. */
     explicit XMLTreeBuilder(const char* encoding);
     ~XMLTreeBuilder();
     XMLTreeBuilder(const XMLTreeBuilder&) = delete;
     XMLTreeBuilder& operator=(const XMLTreeBuilder&) = delete;
 
-    /** The document, or none and the reason in error. */
+    /** Returns the document, or null with the reason in `error`. */
     std::unique_ptr<XMLDocument> Build(std::string_view text, std::string& error);
 
   private:
@@ -38,10 +38,10 @@ class XMLTreeBuilder {
     XMLTag NewTagNumber(const char* name);
     void EndElement();
     void AppendText(const char* text, size_t length);
-    void Refuse(const char* reason);
+    void Reject(const char* reason);
     std::string WithPosition(const char* reason) const;
 
-    /** An element whose end has not been seen. */
+    /** An element whose end tag has not been read. */
     struct OpenElement {
         uint32_t node;
         uint32_t last_child;
@@ -49,13 +49,16 @@ class XMLTreeBuilder {
 
     XML_ParserStruct* expat_;
     std::unique_ptr<XMLDocument> document_ = std::make_unique<XMLDocument>();
-    std::array<OpenElement, kGreatestDepth> open_;
+    std::array<OpenElement, kMaximumDepth> open_;
     uint32_t depth_ = 0;
-    /** For each tag the one that followed it last time: objects of a kind list their members alike. */
+    /**
+     * The tag that followed each tag last time, because objects of a kind list their attributes in the same
+     * order.
+     */
     std::vector<XMLTag> follower_;
     XMLTag previous_tag_ = 0;
     size_t attributes_ = 0;
-    std::string refusal_;
+    std::string rejection_;
 };
 
 }  // namespace parser

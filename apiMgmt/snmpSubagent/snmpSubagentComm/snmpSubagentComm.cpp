@@ -23,7 +23,7 @@ constexpr const char* apiSessionTrailer = "</SessionKey></ApiConnection>";
 constexpr const char* kPingText = "ping from snmpSubagent to ApiMgr";
 constexpr const char* kDocumentRoot = "lumapi";
 
-// Shared by both threads: each request gets a number of its own, the first one 1.
+// Shared by both threads. The first request gets number 1.
 std::atomic<uint32_t> request_sequence_number{0};
 
 timeval to_timeval(int64_t time_us) {
@@ -33,8 +33,7 @@ timeval to_timeval(int64_t time_us) {
 
 thread_local WireLinkWait wait_of_thread = PollDescriptor;
 
-// Waits as the thread does, and logs an exchange that takes long: when it has taken 10 seconds, and when it
-// ends.
+// Waits with the thread's wait function, and logs a long exchange twice: after 10 seconds and when it ends.
 class exchange_wait {
   public:
     explicit exchange_wait(uint32_t req_seqnum) : req_seqnum_(req_seqnum) {}
@@ -66,28 +65,28 @@ class exchange_wait {
     bool is_long_ = false;
 };
 
-// False when the exchange could not be made; the reason is logged.
+// Returns false, after logging the reason, if the exchange failed.
 bool exchange(const protoIPCMsg::GPBIPCMsg& request, protoIPCMsg::GPBIPCMsg& response) {
-    exchange_wait patience(request.sequencenum());
+    exchange_wait waiting(request.sequencenum());
     try {
         WireLinkClient client(GENERALUtils::GetEndpoint(ENDPOINT_APIMGR),
-                              [&patience](int descriptor, short events, int timeout_ms) {
-                                  return patience.wait(descriptor, events, timeout_ms);
+                              [&waiting](int descriptor, short events, int timeout_ms) {
+                                  return waiting.wait(descriptor, events, timeout_ms);
                               });
         client.SendReceiveMessage(request, response);
-        patience.end("answered");
+        waiting.end("answered");
         return true;
     } catch (const std::exception& error) {
         SUBAGENT_LOG(warning, "Caught std::exception processing request: %s\n", error.what());
     } catch (...) {
         SUBAGENT_LOG(warning, "Caught unknown exception processing request\n");
     }
-    patience.end("given up");
+    waiting.end("given up");
     return false;
 }
 
-// Judges the envelope alone.
-bool is_answer(const protoIPCMsg::GPBIPCMsg& response, uint32_t req_seqnum) {
+// Checks the envelope only, not the document in it.
+bool is_api_response(const protoIPCMsg::GPBIPCMsg& response, uint32_t req_seqnum) {
     if (response.sequencenum() != req_seqnum) {
         SUBAGENT_LOG(warning, "> > seqNum mismatch: req_seqnum=%u: resp_seqnum=%u\n", req_seqnum,
                      response.sequencenum());
@@ -107,7 +106,7 @@ bool is_answer(const protoIPCMsg::GPBIPCMsg& response, uint32_t req_seqnum) {
     return true;
 }
 
-// A document whose contents nobody looks at: well-formed, with the right root, it proves access.
+// Checks only that the document is well-formed and has the right root, which is enough to prove access.
 bool is_api_document(const std::string& text) {
     parser::XMLParser document(nullptr);
     document.ParseXMLString(text);
@@ -150,7 +149,7 @@ int SnmpSubagentComm::SendRequestToAPIManager(protoIPCMsg::GPBIPCMsg& request,
                                               protoIPCMsg::GPBIPCMsg& response) {
     const uint32_t req_seqnum = ++request_sequence_number;
     request.set_sequencenum(req_seqnum);
-    const bool good = exchange(request, response) && is_answer(response, req_seqnum);
+    const bool good = exchange(request, response) && is_api_response(response, req_seqnum);
     set_apimgr_state(good);
     return good ? 0 : 1;
 }

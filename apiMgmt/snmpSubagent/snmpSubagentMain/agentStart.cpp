@@ -35,7 +35,8 @@ bool build_store() {
     return true;
 }
 
-// The controllers come first: they say which parent a row of the controller tables belongs to.
+// The rows of the controller tables decide which parent a component row belongs to, so they are fetched
+// first.
 int fetch_controllers() {
     return force_get_table_info(COLID_tsCtlrNbr, false);
 }
@@ -49,7 +50,7 @@ bool fill_store() {
     });
 }
 
-// The address is not kept: without one no notification could leave, so there is no use in going on.
+// Only a check: without the address no notification can be sent, so start-up fails.
 bool has_agent_address() {
     std::string address;
     bool is_leader = false;
@@ -98,8 +99,8 @@ bool register_and_ping() {
     });
 }
 
-// The value has to come from the array once more, and a real snmpget has to fetch it through snmpd.
-bool prove_chain() {
+// Fetches the value from the array once more, then reads it through snmpd with a real snmpget.
+bool test_chain() {
     SUBAGENT_LOG(debug, "testing snmp-GET...\n");
     variable_entry& self_test = vars[cols[COLID_selfTestVersion].first_var];
     self_test.str.clear();
@@ -127,9 +128,9 @@ int start_snmp_agent_and_subagent() {
     if (!start_master())
         return 1;
     agent_become_subagent();
-    // The store is full before the first request can reach it.
+    // The store is filled before the first request can arrive.
     const bool is_up = build_store() && fill_store() && has_agent_address() && start_agent_library() &&
-                       wait_for_main_session() && register_and_ping() && prove_chain();
+                       wait_for_main_session() && register_and_ping() && test_chain();
     return is_up ? 0 : 1;
 }
 

@@ -20,28 +20,28 @@ constexpr int64_t kScalarPacingFactor = 20;
 constexpr int64_t kTablePacingFactor = 10;
 constexpr uint32_t kForegroundRowLimit = 10;
 
-// 120 seconds, and the column's share of one more minute, which spreads the tables of a cycle.
+// 120 seconds plus the column's share of another minute, which spreads the tables over the cycle.
 int64_t background_minimum_age_us(int col_id) {
     return 120 * kSecondUs + int64_t{col_id} * (60 * kSecondUs) / NUMBER_OF_COLUMNS;
 }
 
-// One row, but the array counts long for it.
+// tsObjectCountNbr has one row, but the array needs long to count its objects.
 bool is_foreground_table(int col_id) {
     return cols[col_id].maxNumOfRows <= kForegroundRowLimit && col_id != COLID_tsObjectCountNbr;
 }
 
-// What the scan does after a column: look at the next one, or end here, with this column or the next one
-// first in line.
-enum class scan { next_column, ends_here, ends_behind };
+// What the scan does after a column: continue, or end with this column or the next one first in line.
+enum class scan { next_column, ends_here, ends_at_next };
 
 scan refresh_in_foreground(int col_id) {
     bgUpdateLastFetch_us = ClockNowUs();
     force_get_table_info(col_id, false);
-    return scan::ends_behind;
+    return scan::ends_at_next;
 }
 
-// Takes what the GetList task has left; false while it is busy. The state is idle afterwards.
-bool take_background_answer() {
+// Merges the GetList task's response, or logs its failure, after which the state is idle. Returns false while
+// the task is busy.
+bool take_background_response() {
     const int state = bgUpdateState.load(std::memory_order_acquire);
     switch (state) {
         case BGUPDATE_STATE_idle:
@@ -68,19 +68,19 @@ bool take_background_answer() {
 }
 
 scan serve_background_table(int col_id, int64_t elapsed_us) {
-    if (!take_background_answer())
+    if (!take_background_response())
         return scan::ends_here;
     if (elapsed_us < background_minimum_age_us(col_id))
         return scan::next_column;
     bgUpdateLastFetch_us = ClockNowUs();
     bgUpdateTable = col_id;
     bgUpdateState.store(BGUPDATE_STATE_getlist_requested, std::memory_order_release);
-    return scan::ends_behind;
+    return scan::ends_at_next;
 }
 
 scan serve_column(int col_id) {
     const column_record& column = cols[col_id];
-    if (column.get_fn == nullptr || (column.is_table() && !column.stands_for_itself()))
+    if (column.get_fn == nullptr || (column.is_table() && !column.is_head()))
         return scan::next_column;
     const int64_t elapsed_us = ClockNowUs() - column.last_fetch_time_us;
     const int64_t duration_us = column.last_fetch_duration_us;
@@ -114,7 +114,7 @@ void check_for_table_changes() {
 
 namespace {
 
-// False when the daemon is about to end.
+// Returns false if the daemon is about to exit.
 bool wait_for_request() {
     while (bgUpdateState.load(std::memory_order_acquire) != BGUPDATE_STATE_getlist_requested) {
         ClockSleepMicroseconds(kSecondUs);
@@ -144,6 +144,6 @@ int StartGetListTask() {
         SUBAGENT_LOG(warning, "Error: Failed to create GetListTask thread: error: %d\n", error);
         return 1;
     }
-    pthread_detach(thread);  // never joined
+    pthread_detach(thread);
     return 0;
 }

@@ -27,8 +27,8 @@ int printed(const char* text) {
     return fputs(text, stdout) >= 0 && fflush(stdout) == 0 ? 0 : kWrongUsage;
 }
 
-// Answers --help, --version and every other argument that begins with "-", which the daemon does not accept.
-// Returns the exit status of the process, or nothing when the daemon must start.
+// Handles --help and --version, and rejects every other argument that begins with "-". Returns the exit
+// status of the process, or nothing if the daemon must start.
 std::optional<int> answer_options(int argc, const char* const argv[]) {
     for (int i = 1; i < argc; ++i) {
         const std::string_view argument = argv[i];
@@ -50,7 +50,7 @@ int main(int argc, char* argv[]) {
     if (const std::optional<int> status = answer_options(argc, argv))
         return *status;
     const int status = run_subagent(argc, argv);
-    // The other threads are not joined: they may be at work while static objects would be destroyed.
+    // The other threads are not joined, so static objects must not be destroyed while they run.
     fflush(nullptr);
     _exit(status);
 }

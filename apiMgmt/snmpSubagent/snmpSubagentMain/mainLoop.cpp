@@ -23,14 +23,14 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapQueue.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
-// One iteration. Wherever it waits for the array, requests are served (serviceWait.h):
+// One iteration. Requests are also served whenever it waits for the array (serviceWait.h):
 //   rest             until something arrives, 10 ms at most
-//   tables           one scan for a table to refresh
-//   array            one change that a manager has SET
-//   events           one trap command that the listener has queued; then one outstanding object
-//   log file         follow one that was moved, truncate one that is too long
-//   links            the API manager, then the master agent; tested when silent for more than 2 seconds
-//   memory           of snmpd, now and then
+//   tables           scan once for a table to refresh
+//   array            send one value that a manager has SET
+//   events           process one queued trap command, then re-check one outstanding object
+//   log file         reopen it if it was moved, truncate it if it is too long
+//   links            test the API manager, then the master agent, if silent for more than 2 seconds
+//   memory           check that of snmpd every 3 seconds
 //   requests         the window in which SNMP is served
 
 namespace {
@@ -39,7 +39,7 @@ constexpr int64_t kRestUs = 10 * kMillisecondUs;
 constexpr int64_t kServiceUs = 10 * kMillisecondUs;
 constexpr int64_t kLogCareUs = 100 * kMillisecondUs;
 constexpr time_t kSilence_s = 2;
-constexpr int kGreatestStrikes = 3;
+constexpr int kMaximumStrikes = 3;
 constexpr int kStrikeSleep_ms = 15'000;
 
 int leave(int result) {
@@ -48,7 +48,7 @@ int leave(int result) {
     return result;
 }
 
-// A request ends the wait. Trap commands wait while the array cannot be asked about their objects.
+// A request ends the wait. A trap command does so only while the array can be asked about its object.
 void rest() {
     agent_wait(kRestUs, snmpSubagentComm->apimgr_ok() ? trap_queue_descriptor() : -1, POLLIN);
 }
@@ -67,16 +67,16 @@ void serve_events() {
     check_outstanding_traps();
 }
 
-// Serves what has arrived, for at most this long. A request takes several events of the agent library.
+// Serves pending requests, for at most this long. One request takes several events of the agent library.
 void serve_for(int64_t limit_us) {
     const int64_t end_us = ClockNowUs() + limit_us;
     while (process_agent_events() && ClockNowUs() < end_us) {
     }
 }
 
-void care_for_log() {
+void maintain_log() {
     log_caught_signals();
-    static int64_t next_us = 0;  // each look at the file is a system call
+    static int64_t next_us = 0;  // each check is a system call
     if (ClockNowUs() < next_us)
         return;
     next_us = ClockNowUs() + kLogCareUs;
@@ -96,24 +96,24 @@ bool agentx_was_silent() {
     return silence.tv_sec > kSilence_s;
 }
 
-// What a look at the links tells the loop.
+// Outcome of a check of the links.
 enum class links {
-    good,        // go on with the pass
-    stop,        // SIGTERM came meanwhile
-    struck,      // the API manager did not answer; begin the next pass
-    struck_out,  // it did not answer for the third time: end, without a new copy
-    agent_lost,  // end, and start a new copy
+    good,        // continue the iteration
+    stop,        // SIGTERM has arrived
+    struck,      // the API manager did not respond: start the next iteration
+    struck_out,  // it did not respond for the third time: exit without starting a new copy
+    agent_lost,  // exit and start a new copy
 };
 
-// The link to the API manager is down: test it whole. A good test leaves the strikes as they are, so that
-// the next pass tells of the recovery.
+// Tests the lost link to the API manager completely. Success does not clear the strikes, so that the next
+// iteration logs the recovery.
 links test_lost_apimgr(int* strikes_against_apimgr) {
     SUBAGENT_LOG(debug, "connection to apimgr is Not okay\n");
     if (!snmpSubagent_is_active)
         return links::stop;
     if (test_apimgr() == 0)
         return links::good;
-    if (++*strikes_against_apimgr == kGreatestStrikes) {
+    if (++*strikes_against_apimgr == kMaximumStrikes) {
         SUBAGENT_LOG(warning, "failed interface test to apimgr: 3 retries and no connect.\n");
         return links::struck_out;
     }
@@ -133,12 +133,12 @@ links test_master_agent() {
             return links::stop;
         if (!agent_has_main_session())
             return links::agent_lost;
-        is_due = true;  // it has come back: test it at once
+        is_due = true;  // reconnected: test it immediately
     }
     if (!is_due)
         return links::good;
-    // What came in a long iteration, the last self-test's request among it, is served before the ping, which
-    // rejects all that it finds on its way.
+    // Requests that arrived during a long iteration must be served before the ping, which rejects all pending
+    // ones. The last self-test's request may be among them.
     serve_for(kSecondUs);
     return ping_agentx_master() == 0 && check_snmpget() == 0 ? links::good : links::agent_lost;
 }
@@ -163,11 +163,12 @@ links check_links(int* strikes_against_apimgr) {
     return verdict;
 }
 
-// The new copy kills and starts snmpd anew; a broken chain is never repaired in place.
+// The new copy kills snmpd and starts another. A broken chain is never repaired in place.
 void start_new_copy() {
     SUBAGENT_LOG(warning,
                  "main-session down, or error on agentx-ping, or failed self-test: will try a restart...\n");
-    // In the background as a whole: its second is this copy's time to end, pid file and snmpd included.
+    // The whole command runs in the background: during its second of sleep this copy removes its pid file,
+    // kills snmpd and exits.
     if (snmpSubagent_is_active)
         run_command("(" + restart_command + ") &");
 }
@@ -197,7 +198,7 @@ int main_loop() {
         serve_events();
         if (!snmpSubagent_is_active)
             return leave(1);
-        care_for_log();
+        maintain_log();
         switch (check_links(&strikes_against_apimgr)) {
             case links::good:
                 break;

@@ -28,7 +28,7 @@ namespace {
 
 constexpr int64_t kShortSleepUs = 10 * kMillisecondUs;
 constexpr int kPidFileTries = 11;
-constexpr int kPsWait_ms = 1000;  // for the first line; reading it then waits without service
+constexpr int kPsWait_ms = 1000;  // for the first output; reading the rest blocks service
 constexpr int kMemoryLimitKb = 50000;
 constexpr size_t kOidTextSize = 191;
 
@@ -46,7 +46,7 @@ StartFailure run_snmpd() {
     return StartDetachedProgram(kSnmpdProgram, const_cast<char* const*>(snmpdArgs), entries.data());
 }
 
-// Reads up to 10 bytes into a zeroed buffer; negative on an error.
+// Reads up to 10 bytes into the zeroed buffer. Returns a negative number on error.
 ssize_t read_pid_text(int descriptor, char (&text)[11]) {
     memset(text, 0, sizeof text);
     return read(descriptor, text, sizeof text - 1);
@@ -65,7 +65,7 @@ int open_pid_file(const char* path) {
 int pid_from_open_file(int descriptor, const char* path) {
     char temp_buf[11];
     ssize_t count = read_pid_text(descriptor, temp_buf);
-    // snmpd has created the file and not yet written it.
+    // snmpd has created the file but not written it yet.
     if (count == 0) {
         SUBAGENT_LOG(warning, "PID file read was zero, so we'll sleep and then try it one more time\n");
         ClockSleepMicroseconds(kSecondUs);
@@ -81,7 +81,7 @@ int pid_from_open_file(int descriptor, const char* path) {
         return -1;
     }
     const int pid = atoi(temp_buf);
-    if (pid < 1 || pid > GreatestProcessNumber()) {
+    if (pid < 1 || pid > MaximumProcessId()) {
         SUBAGENT_LOG(warning, "invalid PID in pid file: %d, temp_buf: %s\n", pid, temp_buf);
         return -1;
     }
@@ -98,7 +98,8 @@ std::string killall_command(int signal_number) {
     return std::string(kKillallProgram) + " -" + std::to_string(signal_number) + " -v snmpd" + kKillallOutput;
 }
 
-// Whether the data line of ps, a process id and a resident size, speaks for a process that may stay.
+// Returns whether the data line of ps (process ID and resident size) matches snmpd_pid and is within the
+// limit.
 bool shows_sane_memory(const char* ps_output) {
     char copy[200];
     snprintf(copy, sizeof copy, "%s", ps_output);
@@ -130,7 +131,7 @@ bool shows_sane_memory(const char* ps_output) {
     return true;
 }
 
-// Built at the first use, so the community is fixed from then on.
+// Built on first use: later changes of the community have no effect.
 const std::string& self_test_command() {
     static const std::string command = [] {
         char oid_text[kOidTextSize];
@@ -162,7 +163,7 @@ int start_snmpd() {
         SUBAGENT_LOG(warning, "error on rfork(): errno=%d \n", failure.error_number);
         return 1;
     }
-    // The child holds no descriptor to write a line with, so its failure is told here.
+    // The child has no descriptor to log with, so its failure is logged here.
     if (failure.step == StartFailure::Step::exec) {
         SUBAGENT_LOG(warning, "***** child failed execv(snmpdArgs...) errno=%d\n", failure.error_number);
         SUBAGENT_LOG(warning, "***** child _exit(-1)\n");
@@ -221,7 +222,7 @@ bool snmpd_using_too_much_mem() {
 }
 
 int exec_snmpget() {
-    // The command ends in an ampersand: the shell returns at once and snmpget runs on by itself.
+    // The command ends with an ampersand, so the shell returns immediately and snmpget continues to run.
     if (!open_command(self_test_command())) {
         SUBAGENT_LOG(warning, "failed popen(): args: %s\n", self_test_command().c_str());
         return 1;

@@ -1,30 +1,35 @@
 #pragma once
 
 /**
- * Supervision of the Net-SNMP master agent: starts `snmpd`, measures it, kills it, and proves at run time
- * that the chain from an SNMP client through it to this daemon's handler answers. Main thread only.
+ * Supervision of the Net-SNMP master agent: starts `snmpd`, checks its memory, kills it, and tests the chain
+ * from an SNMP client through `snmpd` to the daemon's request handler. Main thread only.
  */
 
-/** Process id of the running snmpd; -1 while it is not known. */
+/** Process ID of the running snmpd; -1 while unknown. */
 extern int snmpd_pid;
 
-/** Starts snmpd and learns its process id. 0 or 1. */
+/** Starts snmpd and reads its pid file. Returns 0, or 1 after logging the error. */
 int start_snmpd();
 
-/** The process id in a pid file, waiting a little for it; -1 when there is none. */
+/**
+ * Returns the process ID in a pid file, after a short wait if the file is missing or empty; -1 on failure.
+ */
 int read_pid_file(const char* path);
 
-/** Kills all processes named snmpd: signal 6 first, signal 9 soon after. */
+/** Kills all processes named snmpd: sends signal 6, and signal 9 shortly afterwards. */
 void kill_snmpd();
 
-/** False only when ps shows a sane resident size of at most 50000 kilobytes. */
+/** Returns false only if ps reports a resident size of 1 to 50000 kilobytes. */
 bool snmpd_using_too_much_mem();
 
-/** Fires one GET of the self-test variable at snmpd and does not wait for it. 0 = started, 1 = failed. */
+/**
+ * Sends a GET of the self-test variable to snmpd without waiting for the response. Returns 0, or 1 if it
+ * could not be started.
+ */
 int exec_snmpget();
 
-/** Judges the GET that the call before fired, and fires the next. 0 = good, 1 = failed. */
+/** Returns 0 if the previous self-test GET has arrived and the next one could be started, else 1. */
 int check_snmpget();
 
-/** 0 when the master agent answers an AgentX ping. */
+/** Returns 0 if the master agent responds to an AgentX ping, else 1. */
 int ping_agentx_master();

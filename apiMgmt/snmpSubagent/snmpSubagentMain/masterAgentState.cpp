@@ -21,16 +21,16 @@ namespace {
 constexpr const char* kSearchPath = "SNMPCONFPATH";
 constexpr const char* kStateFolder = "SNMP_PERSISTENT_DIR";
 constexpr const char* kEngineIdPrefix =
-    "0x80001f8880";  // Net-SNMP's own form: its number, then random octets
-constexpr size_t kGreatestEngineId = 2 + 2 * 32;
+    "0x80001f8880";  // Net-SNMP's format: enterprise number and method, then random octets
+constexpr size_t kMaximumEngineId = 2 + 2 * 32;
 
 struct snmp_engine {
-    std::string id; /**< as snmpd writes it: 0x and hexadecimal digits; empty when there is none yet */
+    std::string id; /**< as snmpd writes it: 0x and hexadecimal digits; empty if there is none yet */
     int starts = 0;
 };
 
 bool is_engine_id(const std::string& word) {
-    return word.starts_with("0x") && word.size() > 2 && word.size() <= kGreatestEngineId &&
+    return word.starts_with("0x") && word.size() > 2 && word.size() <= kMaximumEngineId &&
            word.find_first_not_of("0123456789abcdefABCDEF", 2) == std::string::npos;
 }
 
@@ -71,7 +71,7 @@ bool is_private_folder(const std::string& folder) {
 bool keep_snmp_engine(const std::string& folder) {
     const std::string path = folder + "/snmpd.conf";
     if (!is_private_folder(folder)) {
-        SUBAGENT_LOG(warning, "not a directory that this user alone may write: %s\n", folder.c_str());
+        SUBAGENT_LOG(warning, "not a directory that only this user may write to: %s\n", folder.c_str());
         return false;
     }
     snmp_engine engine = read_engine(path);
@@ -99,7 +99,7 @@ std::vector<std::string> snmpd_environment(const std::string& folder) {
     }
     environment.push_back(std::string(kSearchPath) + "=" + kNoConfigurationFiles +
                           (folder.empty() ? "" : ":" + folder));
-    // snmpd gives this one to the user that it becomes, so nothing reads what is in it.
+    // snmpd changes the owner of this directory to the user that it runs as, so nothing must read from it.
     environment.push_back(std::string(kStateFolder) + "=" + kSnmpdStateFolder);
     return environment;
 }

@@ -19,14 +19,14 @@
 
 namespace {
 
-// Keeps a failure that repeats immediately from making the loop spin.
+// Keeps an accept that fails repeatedly from spinning.
 constexpr int64_t kPauseAfterFailedAcceptUs = 100 * kMillisecondUs;
 
 // Since process start; listener thread only.
 int32_t accept_counter = 0;
 int32_t cmd_specific_counter = 0;
 
-// A text that is too short is dropped in silence.
+// A command that is too short is ignored silently.
 void queue_command(const std::string& text) {
     char scratch[kTrapCommandBuffer];
     ParseTrapCommand(text.c_str(), scratch, sizeof scratch);
@@ -57,7 +57,7 @@ void act_on(const protoIPCMsg::MGMTMsg& message) {
     }
 }
 
-// False, with a log line, when the step threw.
+// Runs the step. Returns false, after logging the exception, if it threw.
 bool succeeds(const std::function<void()>& step) {
     try {
         step();
@@ -77,7 +77,7 @@ void serve_connection(const WireLinkEndpoint& endpoint, int descriptor) {
         HandleMgmtMsg(envelope);
 }
 
-// One bad sender neither stops the listener nor delays the next one.
+// A bad sender neither stops the listener nor delays the next sender.
 [[noreturn]] void serve_connections(WireLinkServer& server, const WireLinkEndpoint& endpoint) {
     for (;;) {
         int descriptor = -1;
@@ -132,6 +132,6 @@ int StartMgmtMsgListener() {
         SUBAGENT_LOG(warning, "Error: Failed to create mgmt msg listener thread: error: %d\n", error);
         return 1;
     }
-    pthread_detach(thread);  // never joined
+    pthread_detach(thread);
     return 0;
 }

@@ -5,18 +5,19 @@ class GPBIPCMsg;
 }
 
 /**
- * The one way in for the array application: a thread that takes management messages from the local socket,
- * queues trap commands and sets flags for the main loop. It never answers. Connections are served one after
- * the other, each with any number of messages.
+ * The listener for the array application: a thread that receives management messages from the local socket,
+ * queues trap commands and sets flags for the main loop. It never responds. It serves one connection at a
+ * time, each with any number of messages.
  */
 
-/** Starts the thread, which is never joined. 0, or 1 when it could not be created, which is logged. */
+/** Starts the thread, which is never joined. Returns 0, or 1 after logging the error. */
 int StartMgmtMsgListener();
 
-/** The thread's routine. Returns only when the socket cannot be set up, after it has set abort_snmpSubagent.
- */
+/** The thread's function. Returns only if the socket cannot be set up, after setting abort_snmpSubagent. */
 void* MgmtMsgListenerMain(void* argument);
 
-/** Acts on one envelope; one of another kind is logged and ignored. Listener thread only; throws GENERALError
-    when the queue's lock fails. */
+/**
+ * Processes one envelope. Logs and ignores an envelope that is not a management message. Listener thread
+ * only. Throws GENERALError if the queue's lock fails.
+ */
 void HandleMgmtMsg(const protoIPCMsg::GPBIPCMsg& envelope);

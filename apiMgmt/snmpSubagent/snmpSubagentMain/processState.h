@@ -4,22 +4,22 @@
 #include <cstdint>
 #include <string>
 
-/** Process-wide state of the daemon's spine, by owner. */
+/** Process-wide state of the daemon, by owner. */
 
-// ---- flags between threads: single bytes, each with one meaning; a late reader acts one pass later ----
+// ---- flags shared between threads; a change takes effect within an iteration ----
 
-/** Set by main before main_loop, cleared by catch_sigterm alone. Main loop, GetList task. */
+/** Set before main_loop, cleared only by catch_sigterm. Read by the main thread and the GetList task. */
 inline std::atomic<bool> snmpSubagent_is_active{false};
 
-/** The listener for management messages could not be set up; ends main_loop. */
+/** Set if the management listener could not be set up. Ends main_loop. */
 inline std::atomic<bool> abort_snmpSubagent{false};
 
 // ---- main thread only ----
 
-/** Microseconds since the epoch: the last memory check. */
+/** Time of the last memory check, in microseconds since the epoch. */
 inline int64_t last_mem_check_time_us = 0;
 
-// ---- constant after start ----
+// ---- constant after start-up ----
 
-/** Shell command that starts a fresh copy of the daemon with the same arguments, one second from now. */
+/** Shell command that sleeps for a second, then starts a copy of the daemon with the same arguments. */
 inline std::string restart_command;

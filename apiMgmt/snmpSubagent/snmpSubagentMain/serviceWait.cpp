@@ -12,7 +12,8 @@
 
 namespace {
 
-// A signal ends the wait, except one that arrives just before it or on another thread.
+// Bounds the delay after a SIGTERM that does not interrupt the wait, because it arrives just before it or on
+// another thread.
 constexpr int64_t kLongestStepUs = 100 * kMillisecondUs;
 
 bool wait_for_array(int descriptor, short events, int timeout_ms) {

@@ -3,16 +3,20 @@
 #include <cstdint>
 
 /**
- * SNMP service and the waits of the main thread. While it waits for the array, or for anything else, it
- * serves requests; the store is consistent at every such point, since a merge never waits. Main thread only.
+ * Service during waits: whenever the main thread waits for the array or a child process, it serves requests.
+ * The store is consistent at each such point, because a merge never waits. Main thread only.
  */
 
-/** Waits for poll(2) events on a descriptor (-1: none) for at most this many milliseconds. Returns whether
-   they have occurred; false also as soon as the daemon is to exit. */
+/**
+ * Waits up to `timeout_ms` for poll(2) events on a descriptor (-1: none). Returns whether they have occurred.
+ * Returns false early if the daemon must exit.
+ */
 bool wait_and_serve(int descriptor, short events, int timeout_ms);
 
-/** While one exists, the exchanges of this thread with the API manager wait like that. One in progress fails
-   as soon as the daemon is to exit. */
+/**
+ * While an instance exists, exchanges of this thread with the API manager wait like wait_and_serve. If the
+ * daemon must exit, the exchange in progress fails.
+ */
 class serving_exchanges {
   public:
     serving_exchanges();

@@ -4,20 +4,22 @@
 #include <memory>
 #include <string>
 
-/** Commands that the daemon runs through the shell. They inherit no descriptor but 0, 1 and 2. */
+/** Commands that the daemon runs through the shell. They inherit only descriptors 0, 1 and 2. */
 
 struct pipe_closer {
     void operator()(FILE* pipe) const { pclose(pipe); }
 };
 
-/** The output of a command; closing it waits for the command's end. Null when it could not be started. */
+/** The output of a command. Closing it waits until the command exits. Null if it could not be started. */
 using command_output = std::unique_ptr<FILE, pipe_closer>;
 
 command_output open_command(const std::string& command);
 
-/** Hands a command to the shell and waits for its end, as system(3). Result of system. */
+/** Runs a command and waits until it exits. Returns the result of system(3). */
 int run_command(const std::string& command);
 
-/** A word for the shell: as it stands when it holds plain characters only, otherwise quoted, so that
-    nothing in it means anything to the shell. */
+/**
+ * Returns the string as a single shell word: unchanged if it consists of harmless characters only, else
+ * quoted.
+ */
 std::string shell_word(const std::string& text);

@@ -14,12 +14,12 @@ namespace {
 
 constexpr int64_t kSigpipeQuiet_us = 10 * kSecondUs;
 
-// Lines that the main thread still has to write.
+// Signals that the main thread has yet to log.
 std::atomic<int> sigterms_to_log{0};
 std::atomic<int> sigints_to_log{0};
 std::atomic<bool> sigpipe_to_log{false};
 
-// Written by catch_sigpipe alone.
+// Written only by catch_sigpipe.
 std::atomic<int64_t> last_sigpipe_time_us{-kSigpipeQuiet_us};
 
 static_assert(std::atomic<int>::is_always_lock_free && std::atomic<int64_t>::is_always_lock_free &&

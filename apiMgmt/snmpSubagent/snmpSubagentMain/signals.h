@@ -1,8 +1,8 @@
 #pragma once
 
 /**
- * Signal handlers. A handler only sets flags; the main thread writes the line at its next safe point, so a
- * handler never meets the log's lock.
+ * Signal handlers. A handler only sets flags and the main thread logs the signal later, so a handler never
+ * needs the log's lock.
  */
 
 void catch_sigterm(int signal_number);
@@ -11,5 +11,5 @@ void catch_sigpipe(int signal_number);
 
 void install_signal_handlers();
 
-/** Writes the lines of the signals that came since the last call. Main thread. */
+/** Logs the signals that were caught since the last call. Main thread only. */
 void log_caught_signals();

@@ -46,15 +46,16 @@ namespace {
 constexpr const char* kSyslogIdent = "snmpSubagent";
 constexpr int kHeartbeatPort = 35003;
 
-// Lives until exit, like the comm object.
+// Lives until exit, like snmpSubagentComm.
 SnmpSubagentMibHandlers* snmpSubagentMibHandlers = nullptr;
 
-// Neither snmpd nor snmpget, nor this process, parses MIB files: it would take them most of a second, and
-// snmpd is given a tenth of one. Settings of the agent library can name code to load, so none are read.
+// Parsing MIB files takes most of a second, and the daemon allows snmpd a tenth, so neither this process nor
+// its child processes parse any. Configuration files of the agent library can load code, so none are read.
 void set_environment() {
     setenv("MIBS", "", 1);
     setenv("SNMPCONFPATH", kNoConfigurationFiles, 1);
-    // A name in trapDest is looked up while managers wait; by default a dead name server takes 10 seconds.
+    // Resolving a host name in trapDest delays service; by default an unreachable name server takes 10
+    // seconds.
     setenv("RES_OPTIONS", "timeout:1 attempts:2", 0);
 }
 
@@ -73,7 +74,7 @@ bool start_heartbeat() {
     return false;
 }
 
-// Silent unless a log task is registered, which none is this early in the daemon.
+// Logs only if a log task is registered, which is not the case this early in the daemon.
 void report_missing_settings() {
     if (APPLogger::IsLogged(app_level::kError))
         APPLogger::Log(app_level::kError, __FILE_NAME__, __func__, __LINE__, "SnmpSubagent",
@@ -82,12 +83,11 @@ void report_missing_settings() {
 
 void report_other_copy() {
     fprintf(stderr, "snmpSubagent: another copy is running; stop it first\n");
-    SUBAGENT_LOG(
-        warning,
-        "another copy is running and did not exit within 5 seconds: this one leaves it alone and exits\n");
+    SUBAGENT_LOG(warning,
+                 "another copy is running and did not exit within 5 seconds; exiting without touching it\n");
 }
 
-// Lives until exit. Without its thread the daemon goes on, and the subagent log is the only one.
+// Lives until exit. If its thread cannot be started, only the subagent log remains.
 void create_application_log(const char* program, bool is_debug_mode) {
     auto task = std::make_unique<LOGTask>(std::make_unique<APPSysLogger>(program, is_debug_mode));
     if (APPLogger::RegisterLogTask(task.get()))
@@ -104,7 +104,7 @@ void open_logs(const char* program, bool is_debug_mode) {
 }
 
 void read_settings() {
-    // Start-up goes on without the file, with the values that the process began with.
+    // If the file is missing, start-up continues with the initial values.
     read_snmpSubagent_conf();
     SUBAGENT_LOG(debug, "\n\n++++++++++++++++ main last compiled: %s, %s ++++++++++++++++\n", __DATE__,
                  __TIME__);
@@ -148,7 +148,7 @@ bool start_work() {
     });
 }
 
-// Everything between daemonising and the main loop. False: a step failed and told why.
+// All steps between daemonising and the main loop. Returns false after logging the step that failed.
 bool start_services(const char* program, bool is_debug_mode) {
     if (!start_heartbeat())
         return false;
@@ -162,7 +162,7 @@ bool start_services(const char* program, bool is_debug_mode) {
     return create_objects() && start_work();
 }
 
-// How long the array takes during the start is not the daemon's fault.
+// A slow array at start-up must not trigger the supervisor's watchdog.
 bool wait_for_array_at_start(int descriptor, short events, int timeout_ms) {
     constexpr int kBetweenSigns_ms = 2000;
     feed_watchdog();
@@ -196,7 +196,7 @@ int run_subagent(int argc, char* argv[]) {
     const auto debug_mode = settings.find("isdebugmode");
     const bool is_debug_mode = debug_mode != settings.end() && ParseBool(debug_mode->second);
 
-    // Before anything that the other copy would notice.
+    // Must be done before anything that affects the other copy.
     if (!WaitForOtherCopy(DAEMON_ID_SNMP_SUBAGENT)) {
         report_other_copy();
         return 1;
@@ -212,15 +212,16 @@ int run_subagent(int argc, char* argv[]) {
         SUBAGENT_LOG(warning, "Failed to daenmonize\n");
         return finish(-1);
     }
-    // Programs inherit it, and what they create is nobody else's business: snmpd's AgentX socket above all.
+    // Child processes inherit it. Nobody else may access the files that they create, above all snmpd's AgentX
+    // socket.
     umask(S_IRWXG | S_IRWXO);
     open_supervisor_channel();
     set_exchange_wait(wait_for_array_at_start);
     if (start_services(argc > 0 ? argv[0] : kSyslogIdent, is_debug_mode)) {
         SUBAGENT_LOG(warning, "snmpSubagent is up and running.\n");
-        tell_supervisor("serving");
+        set_supervisor_status("serving");
         send_coldstart();
-        snmpSubagent_is_active = true;  // from here the GetList task runs
+        snmpSubagent_is_active = true;  // starts the GetList task's work
         open_status_file(kStatusFile);
         main_loop();
         close_status_file();

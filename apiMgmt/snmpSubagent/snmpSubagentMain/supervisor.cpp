@@ -15,12 +15,12 @@ namespace {
 
 constexpr int64_t kBetweenSigns_us = 2 * kSecondUs;
 
-int channel = -1;  // open until the process ends
+int channel = -1;  // open until the process exits
 sockaddr_un supervisor_address{};
 socklen_t address_length = 0;
 int64_t next_sign_us = 0;
 
-// A path, or with @ in place of the zero byte a name in Linux's abstract namespace.
+// A path, or a name in Linux's abstract namespace, whose leading zero byte is written as @.
 bool set_address(const std::string& name) {
     if (name.size() < 2 || name.size() >= sizeof supervisor_address.sun_path ||
         (name[0] != '/' && name[0] != '@'))
@@ -33,7 +33,7 @@ bool set_address(const std::string& name) {
     return true;
 }
 
-// A supervisor that does not read must not hold up the daemon.
+// Must not block if the supervisor does not read.
 void send_text(const std::string& text) {
     if (channel >= 0)
         (void)sendto(channel, text.data(), text.size(), MSG_NOSIGNAL | MSG_DONTWAIT,
@@ -58,6 +58,6 @@ void feed_watchdog() {
     send_text("WATCHDOG=1");
 }
 
-void tell_supervisor(const char* status) {
+void set_supervisor_status(const char* status) {
     send_text(std::string("STATUS=") + status);
 }

@@ -1,16 +1,18 @@
 #pragma once
 
 /**
- * Signs of life for a supervisor that asks for them (systemd's WatchdogSec=): datagrams to the socket that
- * NOTIFY_SOCKET names. Without that variable nothing happens. Main thread only.
+ * Watchdog and status messages for a supervisor that requests them (systemd's WatchdogSec=): datagrams to the
+ * socket that NOTIFY_SOCKET names. Without that variable the functions do nothing. Main thread only.
  */
 
-/** Takes NOTIFY_SOCKET out of the environment, so that no child process speaks for the daemon, and opens the
- * channel. Call after descriptors have been closed by going into the background. */
+/**
+ * Removes NOTIFY_SOCKET from the environment, so that no child process can use it, and opens the channel.
+ * Call after daemonising, which closes descriptors.
+ */
 void open_supervisor_channel();
 
-/** Says that the main thread serves, or waits as it should; at most once every 2 seconds. */
+/** Reports that the main thread is alive, at most once every 2 seconds. */
 void feed_watchdog();
 
-/** What the supervisor shows as the state of the service. */
-void tell_supervisor(const char* status);
+/** Sets the status that the supervisor shows for the service. */
+void set_supervisor_status(const char* status);

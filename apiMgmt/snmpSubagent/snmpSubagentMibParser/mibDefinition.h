@@ -1,16 +1,16 @@
 #pragma once
 
 #include <net-snmp/net-snmp-config.h>
-// oid.h needs the configuration above it.
+// oid.h requires net-snmp-config.h.
 #include <net-snmp/library/oid.h>
 
 #include <cstdint>
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibColumns.h"
 
-/** What a column is, and the constant tables that the generator makes of the data. */
+/** Types of the constant tables that are generated from columns.def. */
 
-/** SMI base types. The columns have four of them; the others occur only where they are rejected. */
+/** SMI base types. Columns have four of them; the others occur only where they are rejected. */
 enum smi_basetype : uint32_t {
     SMI_BASETYPE_UNKNOWN = 0,
     SMI_BASETYPE_INTEGER32 = 1,
@@ -31,16 +31,22 @@ enum column_flag : uint32_t {
     COL_FLAG_enclosure_parent = 4,
 };
 
-/** Refresh operation: the index of the column's head_var, and whether only to fetch. 0 on success. */
+/**
+ * Refresh operation. `var_index` is the column's head_var. If `background` is set, it only fetches. Returns 0
+ * on success.
+ */
 using get_fn_type = int (*)(int32_t var_index, bool background);
 
-/** Commit operation of a SET: the index of the variable, which holds the new text. 0 on success. */
+/**
+ * Commit operation of a SET. `var_index` is the variable, which contains the new string. Returns 0 on
+ * success.
+ */
 using set_fn_type = int (*)(int32_t var_index);
 
-/** Called with the index of a variable that was just written. */
+/** Post-process. `var_index` is the variable that was just written. */
 using post_process_type = void (*)(int32_t var_index);
 
-/** One column as columns.def describes it: what the build of the store works through. */
+/** A column as described by columns.def, from which the store is built. */
 struct column_definition {
     const char* name; /**< without COLID_ */
     const oid* oid_ptr;
@@ -51,19 +57,19 @@ struct column_definition {
     uint32_t maxNumOfParents;
     uint32_t maxNumOfRows;
     uint32_t minNumOfRows;
-    uint32_t col_flags; /**< the parent flags alone */
+    uint32_t col_flags; /**< only the parent flags */
     get_fn_type get_fn;
     set_fn_type set_fn;
 };
 
-/** One attribute of an API object and the column that it fills. A map is walked in order. */
+/** An attribute of an API object and the column that it fills. Maps are processed in order. */
 struct attribute_map_entry {
     const char* attribute;
     uint32_t col_id;
     post_process_type post_process; /**< null: none */
 };
 
-/** How one table is refreshed, as columns.def describes it. */
+/** The refresh of a table, as described by columns.def. */
 struct refresh_operation {
     int col_id; /**< the table's first column */
     const char* apiName;
@@ -73,5 +79,5 @@ struct refresh_operation {
 
 extern const refresh_operation refresh_operations[NUMBER_OF_REFRESHES];
 
-/** In the order of column ids. */
+/** In the order of column IDs. */
 extern const column_definition column_definitions[NUMBER_OF_COLUMNS];

@@ -24,8 +24,8 @@ namespace {
 constexpr uint32_t kUnsetNumber = 0xFFFFFFFF;
 constexpr int32_t kBitsPerWord = 64;
 
-// One bit an entry: whether it is cached. Beside vars and not in it, since GETNEXT looks for the next cached
-// entry across tables that are mostly empty: 64 entries a step, 32 KiB for the whole store.
+// One bit per entry: whether it is cached. Separate from `vars`, so that GETNEXT can skip the empty rows of
+// mostly empty tables 64 entries at a time; the whole store needs only 32 KiB.
 std::array<uint64_t, (MAX_total_vars + kBitsPerWord - 1) / kBitsPerWord> cached_bits;
 
 uint64_t bit_of(int32_t var_index) {
@@ -191,7 +191,7 @@ int force_get_table_info(int col_id, bool background) {
 
 int force_get_table_info_all() {
     for (int col_id = 0; col_id < NUMBER_OF_COLUMNS; ++col_id) {
-        if (!cols[col_id].stands_for_itself())
+        if (!cols[col_id].is_head())
             continue;
         const int result = force_get_table_info(col_id, false);
         if (result == 0)
@@ -264,16 +264,16 @@ int store_number(int32_t var_index, int64_t number) {
 
 namespace {
 
-// Whoever reads a long text again and again must not fill the log. Main thread only.
-std::unordered_map<int32_t, size_t> reported_cuts;  // by variable: what identifies the text
+// Prevents repeated reads of a long string from filling the log. Main thread only.
+std::unordered_map<int32_t, size_t> reported_truncations;  // by variable: identity of its string
 
-void report_cut(int32_t var_index, const std::string& text, std::string_view served) {
+void report_truncation(int32_t var_index, const std::string& text, std::string_view served) {
     const size_t identity = std::hash<std::string_view>()(served) ^ text.size();
-    const auto [entry, is_new] = reported_cuts.try_emplace(var_index, identity);
+    const auto [entry, is_new] = reported_truncations.try_emplace(var_index, identity);
     if (!is_new && entry->second == identity)
         return;
     entry->second = identity;
-    SUBAGENT_LOG(warning, "col-id:%d, a text of %zu octets is cut to %zu\n", vars[var_index].col_id,
+    SUBAGENT_LOG(warning, "col-id:%d, a string of %zu octets is truncated to %zu\n", vars[var_index].col_id,
                  text.size(), served.size());
 }
 
@@ -282,14 +282,14 @@ void report_cut(int32_t var_index, const std::string& text, std::string_view ser
 std::string_view served_text(int32_t var_index) {
     const std::string& text = vars[var_index].str;
     if (text.size() <= kLongestServedText) {
-        reported_cuts.erase(var_index);
+        reported_truncations.erase(var_index);
         return text;
     }
     size_t length = kLongestServedText;
     while (length > 0 &&
-           (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80)  // inside a UTF-8 character
+           (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80)  // within a UTF-8 character
         --length;
     const std::string_view served = std::string_view(text).substr(0, length);
-    report_cut(var_index, text, served);
+    report_truncation(var_index, text, served);
     return served;
 }

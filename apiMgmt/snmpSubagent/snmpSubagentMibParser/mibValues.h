@@ -4,8 +4,8 @@
 #include <string>
 
 /**
- * Values of the process that are columns of the MIB: what the latest notification said, and the worst
- * alert. Main thread only. Each is copied into its variable by the column's get_fn.
+ * Process-wide values that are scalars of the MIB: those of the latest notification, and the worst alert.
+ * Each is copied into its variable by the column's get_fn. Main thread only.
  */
 
 inline std::string trapEventId = "empty";

@@ -6,58 +6,58 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibColumns.h"
 
 /**
- * The notifications as notifications.def describes them: constant data without dependencies, so that tools
- * link it as well. Texts hold "%d" where a number belongs; a text that a rule has no use for is empty.
+ * The notifications as described by notifications.def: constant data without dependencies, so tools can link
+ * it. Strings contain "%d" in place of a number. A string that a rule does not use is empty.
  */
 
-/** How the first or third argument of a trap command finds a row. */
+/** How the first or third argument of a trap command selects a row. */
 enum class row_rule : uint8_t {
-    index,         /**< the row whose API index it is */
-    bounded_index, /**< the same, for an index that is no larger than the table */
-    next_index,    /**< the row whose API index follows it */
-    controller,    /**< API index of one of the two controllers */
-    row,           /**< the row itself */
-    one_or_two,    /**< 1 or 2, and both stand for row 1 */
+    index,         /**< the row with this API index */
+    bounded_index, /**< the same, but the index must not exceed the table's rows */
+    next_index,    /**< the row with the next API index */
+    controller,    /**< the controller with this API index */
+    row,           /**< the row with this number */
+    one_or_two,    /**< row 1 for 1 or 2 */
 };
 
-/** How the object's state is read anew before it is judged. */
+/** How the object's state is re-read before it is evaluated. */
 enum class fresh_rule : uint8_t {
-    table,       /**< refresh of the whole table, once the row is found */
-    table_first, /**< the same before the row is looked for */
-    instance,    /**< the status of the one object */
+    table,       /**< refreshes the table after finding the row */
+    table_first, /**< refreshes the table before finding the row */
+    instance,    /**< reads the object's status only */
 };
 
-/** Where an object's or component's state stands, and what is said of it. */
+/** The columns of an object's or component's state, and the strings about it. */
 struct state_rule {
     row_rule find;
-    int index_column;  /**< where row_rule::..index looks; -1 for the others */
+    int index_column;  /**< searched by row_rule::..index; -1 for other rules */
     int status_column; /**< 1 Up, 2 Down, 3 Degraded */
-    int owner_column;  /**< names the object in the memory of what is unhealthy */
-    int verify_column; /**< tells whether the same object still stands in the row */
+    int owner_column;  /**< names the object in its record */
+    int verify_column; /**< shows whether the same object is still in the row */
     const char* unknown;
     const char* too_large;
     const char* missing;
-    const char* unhealthy; /**< advice for any status but Up */
+    const char* unhealthy; /**< advice for a status other than Up */
 };
 
-/** Advice that depends on a measured value, for a component that is Degraded. */
+/** Advice for a Degraded component that depends on a measured value. */
 struct level_rule {
-    int reading_column; /**< -1: no such rule */
+    int reading_column; /**< -1: no rule */
     int threshold_column;
     const char* advice;
 };
 
 struct component_definition {
     int32_t trapNum;
-    int32_t number;          /**< H/W component number, trapArgB */
+    int32_t number;          /**< component number, trapArgB */
     const char* word;        /**< for command lines */
-    const char* description; /**< what it is */
-    const char* argument;    /**< what trapArgC is */
+    const char* description; /**< for help texts */
+    const char* argument;    /**< meaning of trapArgC */
     state_rule state;
     const char* down;
     const char* degraded;
-    level_rule low;  /**< the reading is at or below the threshold */
-    level_rule high; /**< at or above it */
+    level_rule low;  /**< applies if the reading is at or below the threshold */
+    level_rule high; /**< applies if it is at or above the threshold */
 };
 
 /** The object that a notification is about. */
@@ -66,9 +66,9 @@ struct object_rule {
     fresh_rule fresh;
     const char* api_name; /**< for fresh_rule::instance */
     std::span<const int> rows;
-    bool clears_only_when_up; /**< a clearing command for an object that is not Up does not clear */
+    bool clears_only_when_up; /**< a clearing command leaves the alert active while the object is not Up */
     const char* no_index;
-    const char* not_up; /**< components only: the object that they belong to must be Up */
+    const char* not_up; /**< only for components: their parent must be Up */
 };
 
 struct notification_definition {
@@ -76,17 +76,17 @@ struct notification_definition {
     const char* name; /**< in the MIB */
     const char* word; /**< for command lines */
     const char* description;
-    const char* argument;         /**< what trapArgA is; empty when it means nothing */
-    std::span<const int> columns; /**< what it carries, in this order; at most 16 */
-    const object_rule* object;    /**< null: about no object of a table */
+    const char* argument;         /**< meaning of trapArgA; empty if it has none */
+    std::span<const int> columns; /**< its variables, in this order; at most 16 */
+    const object_rule* object;    /**< null: not about an object of a table */
 };
 
-/** How a SET of a ForceTrap column finds trapArgA. */
+/** How a SET of a ForceTrap column determines trapArgA. */
 enum class force_rule : uint8_t {
-    row,        /**< the row itself */
-    controller, /**< the API index of the controller in the row */
-    index,      /**< the API index of the object in the row */
-    component,  /**< the parent's row; trapArgB and trapArgC name the component */
+    row,        /**< the row number */
+    controller, /**< the API index of the row's controller */
+    index,      /**< the API index of the row's object */
+    component,  /**< the parent's row; trapArgB and trapArgC select the component */
 };
 
 struct force_definition {
@@ -94,9 +94,9 @@ struct force_definition {
     int32_t trapNum;
     force_rule rule;
     int32_t component; /**< trapArgB */
-    int index_column;  /**< of the object, or of a component that is named by its API index; else -1 */
+    int index_column;  /**< API index of the object or component; -1 if not needed */
     const char* event_id;
-    const char* word; /**< the object in log lines, for force_rule::index */
+    const char* word; /**< name of the object in log lines, for force_rule::index */
 };
 
 extern const std::span<const int32_t> plain_notifications;
@@ -104,6 +104,6 @@ extern const std::span<const notification_definition> notifications;
 extern const std::span<const component_definition> components;
 extern const std::span<const force_definition> forced_notifications;
 
-/** Null when there is none. */
+/** Return null if there is none. */
 const notification_definition* find_notification(int32_t number);
 const component_definition* find_component(int32_t trapNum, int32_t number);

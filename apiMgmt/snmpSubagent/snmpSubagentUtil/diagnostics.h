@@ -1,9 +1,9 @@
 #pragma once
 
-/** Diagnostics for a debugger's session; they write raw lines to the subagent log. */
+/** Functions to call from a debugger. They write raw lines to the subagent log. */
 
-/** Logs the machine context of the caller: registers, segments and flags. */
+/** Logs registers, segments and flags of the caller. */
 void context_backtrace();
 
-/** Logs `length` bytes in hexadecimal and as characters, 16 a line, below a heading with the title. */
+/** Logs `length` bytes in hexadecimal and as characters, 16 per line, below a heading with the title. */
 void snmp_hexDump(const void* bytes, int length, const char* title);

@@ -1,6 +1,6 @@
 #pragma once
 
-// The headers of Net-SNMP, each of which needs those above it.
+// Net-SNMP's headers, in the only order in which they compile.
 
 // clang-format off
 #include <net-snmp/net-snmp-config.h>

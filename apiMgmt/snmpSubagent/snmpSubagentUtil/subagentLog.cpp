@@ -20,15 +20,15 @@ std::atomic<bool> verbose{false};
 namespace {
 
 constexpr const char* kApplicationLogModule = "snmpSubagent";
-constexpr off_t kGreatestLogSize = 3000000;
+constexpr off_t kMaximumLogSize = 3000000;
 constexpr off_t kLogSizeAfterCut = 2000000;
 
-// Guarded by subagent_log_mutex: any thread writes lines.
+// Guarded by subagent_log_mutex.
 char message_buffer[4000];
 FILE* redirected_stdout = nullptr;
-bool is_line_open = false;  // the last message had no newline at its end
+bool is_line_open = false;  // the last message did not end with a newline
 
-// A line may be written while static objects are destroyed, so the mutex never is.
+// Never destroyed, because a line may be logged while static objects are being destroyed.
 MUTEXWrapper& subagent_log_mutex() {
     static auto* mutex = new MUTEXWrapper;
     return *mutex;
@@ -52,7 +52,7 @@ void write_header(FILE* stream, const char* file, const char* operation, int lin
             local.tm_year + 1900 - 2000, local.tm_hour, local.tm_min, local.tm_sec, file, operation, line);
 }
 
-// freopen would close standard output for good when the log cannot be opened; a duplicate leaves it alone.
+// Not freopen: it would close standard output if the log cannot be opened.
 void redirect_locked() {
     const int descriptor = OpenPrivateLog(kSubagentLogFile);
     if (descriptor < 0) {
@@ -81,7 +81,7 @@ bool ends_with_newline() {
     return length > 0 && message_buffer[length - 1] == '\n';
 }
 
-// Writes the line in the buffer. False: the file cannot be opened.
+// Writes the message in the buffer. Returns false if the file cannot be opened.
 bool write_line(int level, const char* file, const char* operation, int line) {
     reopen_locked();
     const bool through_stdout = redirected_stdout != nullptr;
@@ -104,10 +104,9 @@ bool write_line(int level, const char* file, const char* operation, int line) {
 
 void truncate_locked() {
     struct stat status {};
-    if (stat(kSubagentLogFile, &status) != 0 || !S_ISREG(status.st_mode) ||
-        status.st_size <= kGreatestLogSize)
+    if (stat(kSubagentLogFile, &status) != 0 || !S_ISREG(status.st_mode) || status.st_size <= kMaximumLogSize)
         return;
-    // A cut that fails is tried again with the next line.
+    // If this fails, the next line tries again.
     [[maybe_unused]] const int result = truncate(kSubagentLogFile, kLogSizeAfterCut);
 }
 
@@ -116,7 +115,7 @@ int32_t application_level(int level) {
     return has_its_own ? level + 1 : app_level::kDebug;
 }
 
-// Strips the line in the buffer of its final newline.
+// Removes the final newline from the buffer.
 void pass_on_to_application_log(int level, const char* file, const char* operation, int line) {
     if (!APPLogger::IsLogged(application_level(level)))
         return;
@@ -134,7 +133,7 @@ void subagent_log(int level, const char* file, const char* operation, int line, 
     const int length = vsnprintf(message_buffer, sizeof message_buffer, format, arguments);
     va_end(arguments);
     if (length >= static_cast<int>(sizeof message_buffer))
-        message_buffer[sizeof message_buffer - 2] = '\n';  // the end of what is cut
+        message_buffer[sizeof message_buffer - 2] = '\n';  // truncated
 
     if (write_line(level, file, operation, line))
         pass_on_to_application_log(level, file, operation, line);

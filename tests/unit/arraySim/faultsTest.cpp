@@ -70,10 +70,10 @@ TEST_F(Faults, OfTheFrameAreErrorsOfTheChannelAndTheNextExchangeIsGood) {
     };
     const Case cases[] = {
         {"refuse", ""},  // the channel's words depend on who is first
-        {"tear", "the peer closed inside a frame"},
-        {"tear 2", "the peer closed inside the length of a frame"},
-        {"tear 100", "the peer closed inside a frame"},
-        {"long-length", "the peer closed inside a frame, 1000 bytes of its body are missing"},
+        {"tear", "the peer closed within a frame"},
+        {"tear 2", "the peer closed within the header of a frame"},
+        {"tear 100", "the peer closed within a frame"},
+        {"long-length", "the peer closed within a frame; 1000 bytes of its body are missing"},
         {"huge-length", "a body of 83886081 bytes is too long"},
         {"zero-length", "the body does not parse"},
         {"garbage", "the body does not parse"},

@@ -51,7 +51,7 @@ TEST_F(Handler, CutsATextThatNoAnswerCouldCarry) {
     EXPECT_EQ(transcript::take().find("log 4"), string::npos);
     put("R.1.0", string(3071, 'x') + "\xc3\xa4");  // a character of two octets across the limit
     EXPECT_EQ(get("R.1.0"), "R.1.0 = \"" + string(3071, 'x') + "\"");
-    EXPECT_NE(transcript::take().find("log 4 col-id:4, a text of 3073 octets is cut to 3071$\n"),
+    EXPECT_NE(transcript::take().find("log 4 col-id:4, a string of 3073 octets is truncated to 3071$\n"),
               string::npos);
     get("R.1.0");
     EXPECT_EQ(transcript::take().find("log 4"), string::npos);
@@ -347,7 +347,7 @@ TEST_F(Set, OfForceTrapIsStoredAtCommit) {
     trapAlertState = 0;
     EXPECT_EQ(set("R.42.0", "1 2 3"),  // no whole command
               "0 5 !5\nlog 4 SET failed at 1.3.6.1.4.1.913.11000.2000.500.1.2.42.0.: this binding and those "
-              "behind it were not carried out$\n");
+              "after it were not executed$\n");
     EXPECT_EQ(trapAlertState, 0);  // outside the columns of ForceTrap
 }
 
@@ -385,7 +385,7 @@ TEST_F(Set, OfTheSystemGroupIsHandedToTheArrayLater) {
               "api refused\n"
               "log 4 Caught std::exception processing request: /tmp/apimgr.sock: nobody listens$\n"
               "log 4 failed to SendRequestToAPIManager: Tessera$\n"
-              "log 4 SET failed at 1.3.6.1.2.1.1.4.0: the array could not be asked$\n");
+              "log 4 SET failed at 1.3.6.1.2.1.1.4.0: no valid response from the API manager$\n");
     EXPECT_EQ(value_of(index_of("1.3.6.1.2.1.1.4.0")), "\"me\"");
 }
 

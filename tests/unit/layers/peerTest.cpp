@@ -53,19 +53,19 @@ TEST(Peer, ThatDripsDoesNotStretchTheTimeLimit) {
             std::this_thread::sleep_for(std::chrono::milliseconds(50));
         }
     });
-    EXPECT_EQ(c.ReceiveError(), "/here: time limit of 1 s reached, receiving a frame");
+    EXPECT_EQ(c.ReceiveError(), "/here: timeout of 1 s expired while receiving a frame");
     done = true;
     writer.join();
 }
 
 TEST(Peer, ThatSaysNothingOrTakesNothingMeetsTheTimeLimit) {
     Conversation c(0, 1'000'000);
-    EXPECT_EQ(c.ReceiveError(), "/here: time limit of 0 s reached, receiving a frame");
+    EXPECT_EQ(c.ReceiveError(), "/here: timeout of 0 s expired while receiving a frame");
     ASSERT_TRUE(c.peer.Write("\1"));
-    EXPECT_EQ(c.ReceiveError(), "/here: time limit of 0 s reached, receiving a frame");
+    EXPECT_EQ(c.ReceiveError(), "/here: timeout of 0 s expired while receiving a frame");
     const auto large = MessageOfSize(8'000'000);  // more than the socket holds
     EXPECT_EQ(ErrorOf([&] { c.connection.SendGPBMsg(large); }),
-              "/here: time limit of 0 s reached, sending a frame");
+              "/here: timeout of 0 s expired while sending a frame");
 }
 
 TEST(Peer, ThatIsGoneIsAnErrorAndNoSignal) {
@@ -114,9 +114,9 @@ TEST_F(Client, GetsItsAnswerOrAnError) {
     const std::string answer = Frame(MessageOfSize(1000).SerializeAsString());
     const std::pair<std::string, std::string> cases[] = {
         {answer, ""},
-        {"", path_ + ": the peer closed without an answer"},
+        {"", path_ + ": the peer closed without a response"},
         {answer.substr(0, 500),
-         path_ + ": the peer closed inside a frame, 504 bytes of its body are missing"},
+         path_ + ": the peer closed within a frame; 504 bytes of its body are missing"},
     };
     for (const auto& [bytes, error] : cases) {
         std::thread peer([&server, &bytes = bytes] {

@@ -68,7 +68,7 @@ TEST_F(Server, ReplacesAStaleSocketAndRemovesOnlyItsOwn) {
 TEST_F(Server, LeavesAPathAloneThatIsNoSocket) {
     const std::string file = folder_.Path("file");
     std::ofstream(file) << "data";
-    EXPECT_EQ(ErrorAt(file), file + ": there is a file that is no socket");
+    EXPECT_EQ(ErrorAt(file), file + ": exists but is not a socket");
     std::string content;
     std::ifstream(file) >> content;
     EXPECT_EQ(content, "data");
@@ -76,8 +76,8 @@ TEST_F(Server, LeavesAPathAloneThatIsNoSocket) {
     WireLinkServer server(EndpointAt(path_));
     const std::string link = folder_.Path("link");
     ASSERT_EQ(symlink(path_.c_str(), link.c_str()), 0);
-    EXPECT_EQ(ErrorAt(link), link + ": there is a file that is no socket");
-    EXPECT_EQ(ErrorAt(folder_.Path(".")), folder_.Path(".") + ": there is a file that is no socket");
+    EXPECT_EQ(ErrorAt(link), link + ": exists but is not a socket");
+    EXPECT_EQ(ErrorAt(folder_.Path(".")), folder_.Path(".") + ": exists but is not a socket");
     ExpectServes(server);
 }
 

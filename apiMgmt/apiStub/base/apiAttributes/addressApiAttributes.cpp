@@ -25,7 +25,7 @@ std::string IPv4AddressOf(const std::string& text) {
     return pieces.size() == 4 ? text : kNoIPv4Address;
 }
 
-/** The address in a text, or the other text when there is none. */
+/** Returns the address in a string, or `otherwise` if there is none. */
 std::string IPv6AddressOf(const std::string& text, const char* otherwise) {
     std::string address;
     int prefix_length = 0;

@@ -5,9 +5,9 @@
 
 #include "apiMgmt/apiStub/base/apiAttributes/baseApiAttribute.h"
 
-/** Attributes that hold network addresses. */
+/** Attributes that contain network addresses. */
 
-/** Four pieces with points between them, which are not examined further; anything else is "0.0.0.0". */
+/** Four parts separated by dots, which are not checked further. Anything else becomes "0.0.0.0". */
 class IPV4ADDRESSApiAttribute : public BASEApiAttribute {
   public:
     using BASEApiAttribute::BASEApiAttribute;
@@ -17,7 +17,7 @@ class IPV4ADDRESSApiAttribute : public BASEApiAttribute {
     std::string FromText(const std::string& text) const;
 };
 
-/** An address without its prefix length. What is no address is stored as an empty text and reads as "::". */
+/** An address without its prefix length. An invalid address is stored as an empty string and read as "::". */
 class IPV6ADDRESSApiAttribute : public BASEApiAttribute {
   public:
     using BASEApiAttribute::BASEApiAttribute;

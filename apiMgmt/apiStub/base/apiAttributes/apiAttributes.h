@@ -1,6 +1,6 @@
 #pragma once
 
-/** All kinds of attributes. */
+/** Includes all kinds of attributes. */
 
 #include "apiMgmt/apiStub/base/apiAttributes/addressApiAttributes.h"
 #include "apiMgmt/apiStub/base/apiAttributes/numberApiAttributes.h"

@@ -3,12 +3,12 @@
 #include <memory>
 #include <string>
 
-/** A reference to an object of the array: what identifies it, and its name. */
+/** A reference to an object of the array: instance ID, type and name. */
 class APIObjectInstance {
   public:
     APIObjectInstance() = default;
     APIObjectInstance(std::string id, std::string type, std::string name);
-    /** The reference of an object of the array, from its attributes. */
+    /** Creates a reference to an object. */
     template <class Object>
     requires requires(const Object& object) { object.GetInstanceId(); }
     explicit APIObjectInstance(const Object& object)
@@ -17,13 +17,13 @@ class APIObjectInstance {
     APIObjectInstance& operator=(const APIObjectInstance&) = default;
     virtual ~APIObjectInstance();
 
-    /** Id, type and name with a blank between them: a name may hold blanks, id and type may not. */
+    /** Returns instance ID, type and name, separated by spaces. Only the name may contain spaces. */
     std::string ToText() const;
 
-    /** Null unless the text holds all three. */
+    /** Returns null unless the string contains all three. */
     static std::unique_ptr<APIObjectInstance> FromText(const std::string& text);
 
-    /** Whether it can be resolved: the name may be missing. */
+    /** Returns whether the reference can be resolved, for which it needs no name. */
     bool IsComplete() const { return !instanceId.empty() && !objectType.empty(); }
 
     std::string instanceId;

@@ -10,10 +10,12 @@
 #include <string_view>
 #include <vector>
 
-/** Numbers and lists as the attribute classes write and read them. */
+/** Formatting and parsing of numbers and lists for the attribute classes. */
 
-/** The number at the start of a text as a stream reads it, in any locale of the process: 0 when there is
-   none, the nearest one when it is out of range. */
+/**
+ * Returns the number at the start of a string as a stream reads it, but independently of the locale: 0 if
+ * there is none, the nearest one if it is out of range.
+ */
 template <std::floating_point Number>
 Number NumberOfText(const std::string& text) {
     std::istringstream stream(text);
@@ -23,8 +25,7 @@ Number NumberOfText(const std::string& text) {
     return number;
 }
 
-/** The same without the stream, whose making costs many times the reading: a filter reads a number of every
-   object of a list. */
+/** Does the same without a stream, which is much faster: a filter reads a number of each object in a list. */
 template <std::signed_integral Number>
 Number NumberOfText(std::string_view text) {
     text.remove_prefix(std::min(text.find_first_not_of(" \t\n\v\f\r"), text.size()));
@@ -38,7 +39,7 @@ Number NumberOfText(std::string_view text) {
     return is_negative ? std::numeric_limits<Number>::min() : std::numeric_limits<Number>::max();
 }
 
-/** A number as a stream writes it by default. */
+/** Returns a number as a stream writes it by default. */
 template <class Number>
 std::string TextOfNumber(Number number) {
     std::ostringstream stream;
@@ -49,9 +50,9 @@ std::string TextOfNumber(Number number) {
 
 std::string JoinTexts(const std::vector<std::string>& texts, std::string_view separator);
 
-/** The pieces between blanks, empty ones left out. */
+/** Splits at spaces and drops empty pieces. */
 std::vector<std::string> WordsOf(const std::string& text);
 
-/** A ":" within an item of a list that is joined by ":" travels as a mark. */
+/** Replace each ":" in an item by a mark, and the reverse, for lists that are joined by ":". */
 std::string MarkColons(std::string text);
 std::string UnmarkColons(std::string text);

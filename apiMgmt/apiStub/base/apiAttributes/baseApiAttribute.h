@@ -9,10 +9,10 @@
 struct FILTERItem;
 
 /**
- * How one named value of an object or a call is spelled in documents, which values are legal and how it
- * compares with a filter. Values are never held here: objects and calls keep texts, and each kind of
- * attribute has `ToText` and `FromText`, which convert on demand and never fail. Descriptors are made at
- * first use, immutable and shared by all threads and instances until the process exits.
+ * A descriptor: how an attribute is spelled in documents, which values are legal and how they compare with a
+ * filter. It contains no values: objects and calls store strings, and each kind of attribute has `ToText` and
+ * `FromText`, which convert on demand and never fail. Descriptors are created on first use and immutable. All
+ * threads share them until the process exits.
  */
 class BASEApiAttribute {
   public:
@@ -22,11 +22,11 @@ class BASEApiAttribute {
                                 std::string label);
         virtual ~BASEAttributeProperties() = default;
 
-        /** The element in documents, and the key in maps of attributes. */
+        /** Name of the element in documents, and key in attribute maps. */
         std::string xmlName;
-        /** Of a column of a table for people, in characters. */
+        /** Width, in characters, of a column in human-readable tables. */
         uint32_t displayWidth;
-        /** Carried along for clients; nothing here reads them. */
+        /** For clients only. */
         bool firstFlag;
         bool secondFlag;
         std::string label;
@@ -38,10 +38,15 @@ class BASEApiAttribute {
     BASEApiAttribute(const BASEApiAttribute&) = delete;
     BASEApiAttribute& operator=(const BASEApiAttribute&) = delete;
 
-    /** True for a legal text. Throws APIMethodError, with the bounds as parameters, for any other. */
+    /**
+     * Returns true for a legal string. For any other, throws APIMethodError with the bounds as parameters.
+     */
     virtual bool Validate(const std::string& text) const;
 
-    /** Whether a value passes a filter's item. An empty value, and an empty one in the filter, never do. */
+    /**
+     * Returns whether a value matches a filter item. An empty value never matches, nor does any value match
+     * an empty filter value.
+     */
     virtual bool MatchesFilter(const FILTERItem& item, const std::string& text) const = 0;
 
     const std::string& GetXmlName() const { return properties->xmlName; }
@@ -59,8 +64,8 @@ class BASEApiAttribute {
 /** The descriptors of a class, in their order. They live until the process exits. */
 using ATTRIBUTEList = std::vector<const BASEApiAttribute*>;
 
-/** The class's own descriptors, then those of its base. */
+/** Returns the descriptors of a class followed by those of its base. */
 ATTRIBUTEList JoinAttributeLists(ATTRIBUTEList own, const ATTRIBUTEList& ofBase);
 
-/** The descriptor with that name, or null. */
+/** Returns the descriptor with that name, or null. */
 const BASEApiAttribute* FindAttributeIn(const ATTRIBUTEList& list, std::string_view xmlName);

@@ -9,15 +9,15 @@
 
 namespace {
 
-constexpr int kFirstYear = 1900;  // of tm_year
+constexpr int kFirstYear = 1900;  // origin of tm_year
 constexpr const char* kTextFormat = "%m/%d/%Y %I:%M:%S %p";
 constexpr const char* kOtherFormat = "%m/%d/%Y-%H:%M:%S";
 
-// What the platform pads with blanks is written with one.
+// Reduces the platform's padding to one space.
 std::string FormatTime(const std::string& format, const std::tm& parts) {
     const CLocaleScope c_locale;
     char buffer[256];
-// The format is the caller's.
+// The caller supplies the format.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
     const size_t length = strftime(buffer, sizeof buffer, format.c_str(), &parts);
@@ -32,7 +32,7 @@ std::string FormatTime(const std::string& format, const std::tm& parts) {
 DATETIMEValue::DATETIMEValue(int64_t seconds)
     : seconds_(static_cast<uint64_t>(std::max<int64_t>(seconds, 0))) {}
 
-// False for a time whose year no int holds.
+// Returns false if the year exceeds an int.
 bool DATETIMEValue::ToLocalTime(std::tm& parts) const {
     const auto time = static_cast<time_t>(seconds_);
     return localtime_r(&time, &parts) != nullptr;
@@ -44,7 +44,7 @@ std::tm DATETIMEValue::Parts() const {
         return parts;
     }
     std::tm none{};
-    none.tm_mon = -1;  // what the callers add makes both 0
+    none.tm_mon = -1;  // the callers' offsets make both 0
     none.tm_year = -kFirstYear;
     return none;
 }

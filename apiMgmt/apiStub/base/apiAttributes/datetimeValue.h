@@ -4,28 +4,31 @@
 #include <ctime>
 #include <string>
 
-/** A point in time in seconds since the epoch; 0 means no date. Texts and parts are in local time. */
+/** A point in time, in seconds since the epoch; 0 means no date. Strings and fields are in local time. */
 class DATETIMEValue {
   public:
     DATETIMEValue() = default;
-    /** A negative time gives 0. */
+    /** A negative time becomes 0. */
     explicit DATETIMEValue(int64_t seconds);
 
     uint64_t GetSeconds() const { return seconds_; }
 
-    /** As in "10/31/2016 01:02:03 PM"; empty for no date. */
+    /** Returns a string such as "10/31/2016 01:02:03 PM"; empty for no date. */
     std::string ToText() const;
 
-    /** Reads that form, and "10/31/2016-13:02:03" as well; no date for any other text. */
+    /** Parses that format and "10/31/2016-13:02:03". Returns no date for any other string. */
     static DATETIMEValue FromText(const std::string& text);
 
-    /** By a format of strftime; empty when that fails, or for an empty format. */
+    /** Formats with strftime. Returns "" on failure or for an empty format. */
     std::string Format(const std::string& format) const;
 
-    /** By a format of strptime, that of ToText when it is empty; no date for a text that does not fit. */
+    /**
+     * Parses with strptime, by default in the format of ToText. Returns no date for a string that does not
+     * match.
+     */
     static DATETIMEValue Parse(const std::string& text, const std::string& format = "");
 
-    // Parts of the local time; each is 0 for no date, and for a time too far away to have any.
+    // Fields of the local time. All are 0 for no date and for a time beyond the calendar's range.
     int GetSecond() const;
     int GetMinute() const;
     int GetHour() const;

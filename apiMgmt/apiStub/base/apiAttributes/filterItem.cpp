@@ -9,7 +9,7 @@ struct Spelling {
     int filterOperator;
 };
 
-// The first spelling of an operator is the one that is written.
+// The first spelling of each operator is used for output.
 constexpr Spelling kSpellings[] = {
     {"=", filter_operator::kEqual},
     {"eq", filter_operator::kEqual},

@@ -23,36 +23,38 @@ struct FILTERItem {
     std::string value;  ///< plain, or with "&hy&" for each hyphen
     int filterOperator = filter_operator::kNone;
 
-    /** The operator of a spelling of the filter language, kNone for any other text. */
+    /** Returns the operator with this spelling; kNone for any other string. */
     static int OperatorOf(std::string_view text);
 
-    /** The item as it stands in a filter text, with the "-" that ends it. Empty without an operator. */
+    /** Returns the item in filter syntax, including the "-" that ends it; empty without an operator. */
     std::string ToText() const;
 
-    /** The value with a "-" for each "&hy&". */
+    /** Returns the value with each "&hy&" replaced by "-". */
     std::string PlainValue() const;
 
     /**
-     * Operator spellings of the data layer with ids of their own: they begin at 1 for equality, know a
-     * not-equal and agree with filterOperator nowhere. The filter language does not use them.
+     * Operator spellings of the data layer with their own IDs: these begin at 1 for equality, include
+     * not-equal and never agree with filterOperator. The filter language does not use them.
      */
     static const ENUMRow gTSFilterTypeEnumIdStrList[19];
 
-    /** The id of a spelling, letter case aside; 0 when there is none. */
+    /** Returns the ID of a spelling (case-insensitive); 0 if there is none. */
     static int FilterTypeId(std::string_view name);
 
-    /** The first spelling of an id; empty when there is none. */
+    /** Returns the first spelling of an ID; empty if there is none. */
     static std::string_view FilterTypeName(int id);
 };
 
-// ---- what the attribute classes share in comparing a value with an item ----
+// ---- comparison of a value with an item, for the attribute classes ----
 
-/** Whether there is anything to compare. */
+/** Returns whether both strings are non-empty. */
 inline bool HasBothSides(const FILTERItem& item, const std::string& text) {
     return !item.value.empty() && !text.empty();
 }
 
-/** The value at the left, the filter at the right; an operator that orders nothing gives false. */
+/**
+ * Compares the value (left) with the filter (right). Returns false for an operator that is not a comparison.
+ */
 template <class Value>
 bool IsOrderedAs(int filterOperator, const Value& left, const Value& right) {
     switch (filterOperator) {
@@ -71,6 +73,8 @@ bool IsOrderedAs(int filterOperator, const Value& left, const Value& right) {
     }
 }
 
-/** Whether one text holds the other, letter case aside: for kIqin the filter holds the value, for kIqs the
-   value holds the filter. False for any other operator. */
+/**
+ * Returns whether one string contains the other (case-insensitive): for kIqin, whether the filter contains
+ * the value; for kIqs, whether the value contains the filter. Returns false for any other operator.
+ */
 bool IsContainedAs(int filterOperator, const std::string& text, const std::string& filter);

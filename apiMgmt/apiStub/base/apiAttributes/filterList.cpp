@@ -4,7 +4,7 @@
 
 namespace {
 
-// A text without a join word may begin with the end of an item, and then means "and".
+// A string without a join keyword that begins with "-", the end of an item, means "and".
 int CutJoin(std::string& text) {
     if (text.starts_with('-')) {
         return filter_join::kAnd;
@@ -24,7 +24,7 @@ int CutJoin(std::string& text) {
 void AddItem(FILTERList& list, std::string text) {
     Trim(text);
     std::vector<std::string> parts;
-    Split(text, " ", parts, 3);  // the value keeps its blanks
+    Split(text, " ", parts, 3);  // the value may contain spaces
     if (parts.size() < 3) {
         return;
     }

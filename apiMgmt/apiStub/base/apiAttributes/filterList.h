@@ -14,20 +14,19 @@ inline constexpr int kOr = 2;
 }  // namespace filter_join
 
 /**
- * A list filter, as the attribute `Filter` holds it: "and TsName = top-Index >= 2-". A hyphen ends an item,
- * so one inside a value is written "&hy&".
+ * A list filter, as in the attribute `Filter`: "and TsName = top-Index >= 2-". A hyphen ends an item, so a
+ * hyphen in a value is written as "&hy&".
  */
 struct FILTERList {
     std::vector<FILTERItem> items;
     int joinType = filter_join::kUndecided;
 
-    /** Appends an item; each "-" of its value is stored as "&hy&". */
+    /** Appends an item. Each "-" in its value is stored as "&hy&". */
     void Add(const std::string& name, int filterOperator, const std::string& value);
 
-    /** The list of a filter text, or null when it has no join word. Items that cannot be read are left out.
-     */
+    /** Parses a filter. Returns null if it has no join keyword. Skips items that cannot be parsed. */
     static std::unique_ptr<FILTERList> FromText(const std::string& text);
 
-    /** The filter text; empty for an empty list and for one whose join is undecided. */
+    /** Returns the filter in its syntax; empty without items and if the join is undecided. */
     std::string ToText() const;
 };

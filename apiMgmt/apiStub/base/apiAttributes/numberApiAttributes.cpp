@@ -15,7 +15,7 @@ constexpr int kOutOfRange = 10760;
 constexpr int kBelowLowerBound = 10761;
 constexpr int kAboveUpperBound = 10762;
 
-/** Reals this near count as equal. */
+/** Numbers that differ by less count as equal. */
 constexpr double kEqualWithin = 0.00005;
 
 std::string MessageText(int64_t value) {
@@ -26,7 +26,7 @@ std::string MessageText(double value) {
     return FormatString("%f", value);
 }
 
-/** Throws unless the value lies within the bounds, of which a negative one is none. */
+/** Throws unless the value is within the bounds. A negative bound means none. */
 template <class Number>
 void CheckBounds(const std::string& name, Number value, int64_t minValue, int64_t maxValue) {
     const bool is_below = minValue >= 0 && value < static_cast<Number>(minValue);

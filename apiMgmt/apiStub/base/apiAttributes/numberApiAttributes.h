@@ -7,7 +7,7 @@
 
 #include "apiMgmt/apiStub/base/apiAttributes/baseApiAttribute.h"
 
-/** Attributes that hold numbers and truth values. A negative bound is none. */
+/** Attributes that contain numbers and Booleans. A negative bound means none. */
 
 class BOOLEANApiAttribute : public BASEApiAttribute {
   public:
@@ -16,7 +16,7 @@ class BOOLEANApiAttribute : public BASEApiAttribute {
 
     /** "True" or "False". */
     std::string ToText(bool value) const;
-    /** True for exactly "1", and for "true" in any letter case. */
+    /** Returns true for "1" and for "true" (case-insensitive). */
     bool FromText(const std::string& text) const;
 };
 
@@ -36,14 +36,16 @@ class INTApiAttribute : public BASEApiAttribute {
     bool MatchesFilter(const FILTERItem& item, const std::string& text) const override;
 
     std::string ToText(int64_t value) const;
-    /** What a stream reads: 0 when the text does not start with a number, the nearest number when it is out
-       of range. */
+    /**
+     * Returns the number that a stream reads: 0 if the string does not start with one, the nearest one if it
+     * is out of range.
+     */
     int64_t FromText(const std::string& text) const;
 };
 
 class DOUBLEApiAttribute : public BASEApiAttribute {
   public:
-    /** The bounds are whole numbers. */
+    /** The bounds are integers. */
     class DOUBLEAttributeProperties : public BASEAttributeProperties {
       public:
         DOUBLEAttributeProperties(const std::string& xmlName, uint32_t displayWidth, bool firstFlag,
@@ -61,7 +63,7 @@ class DOUBLEApiAttribute : public BASEApiAttribute {
     double FromText(const std::string& text) const;
 };
 
-/** Numbers separated by blanks; the bounds go for each. */
+/** Numbers separated by spaces. The bounds apply to each number. */
 class INTARRAYApiAttribute : public BASEApiAttribute {
   public:
     class INTARRAYAttributeProperties : public BASEAttributeProperties {

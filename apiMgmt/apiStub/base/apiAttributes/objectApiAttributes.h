@@ -9,59 +9,61 @@
 #include "apiMgmt/apiStub/base/apiAttributes/baseApiAttribute.h"
 #include "apiMgmt/apiStub/base/apiAttributes/filterList.h"
 
-/** Attributes that refer to objects or carry structured arguments. None but the reader of a text owns
- * anything. */
+/**
+ * Attributes that refer to objects or contain structured arguments. Pointers passed to ToText remain the
+ * caller's.
+ */
 
-/** A reference: id, type and name of an object, separated by blanks. */
+/** A reference: instance ID, type and name of an object, separated by spaces. */
 class OBJECTApiAttribute : public BASEApiAttribute {
   public:
     using BASEApiAttribute::BASEApiAttribute;
     bool MatchesFilter(const FILTERItem&, const std::string&) const override { return false; }
 
-    /** Empty for null. */
+    /** Returns "" for null. */
     std::string ToText(const APIObjectInstance* value) const;
-    /** Null for a text that is no reference. */
+    /** Returns null if the string is not a reference. */
     std::unique_ptr<APIObjectInstance> FromText(const std::string& text) const;
 };
 
-/** References joined by ":"; one within a reference travels as "-co-". */
+/** References joined by ":". Each ":" within a reference is written as "-co-". */
 class OBJECTARRAYApiAttribute : public BASEApiAttribute {
   public:
     using BASEApiAttribute::BASEApiAttribute;
     bool MatchesFilter(const FILTERItem&, const std::string&) const override { return false; }
 
-    /** Null pointers are passed over. */
+    /** Null pointers are skipped. */
     std::string ToText(const std::vector<const APIObjectInstance*>& values) const;
-    /** Pieces that are no references are left out. */
+    /** Pieces that are not references are skipped. */
     std::vector<std::unique_ptr<APIObjectInstance>> FromText(const std::string& text) const;
 };
 
-/** What a structured argument is to the attribute that carries it. */
+/** Interface of a structured argument for the attribute that contains it. */
 class METHODArgument {
   public:
     virtual ~METHODArgument() = default;
 
-    /** The argument as an element; escape: values go through EscapeXml. */
+    /** Returns the argument as an element. If `escape` is set, values are escaped with EscapeXml. */
     virtual std::string ToXml(bool escape) const = 0;
 };
 
-/** A structured argument, which travels as an element. Read back with FromXmlText of the argument itself. */
+/** A structured argument, written as an element. The argument's FromXmlText reads it. */
 class METHODOBJECTApiAttribute : public BASEApiAttribute {
   public:
     using BASEApiAttribute::BASEApiAttribute;
     bool MatchesFilter(const FILTERItem&, const std::string&) const override { return false; }
 
-    /** Empty for null. */
+    /** Returns "" for null. */
     std::string ToText(const METHODArgument* value) const;
 };
 
-/** Structured arguments, one behind the other. */
+/** Structured arguments, concatenated. */
 class METHODOBJECTARRAYApiAttribute : public BASEApiAttribute {
   public:
     using BASEApiAttribute::BASEApiAttribute;
     bool MatchesFilter(const FILTERItem&, const std::string&) const override { return false; }
 
-    /** Null pointers are passed over. */
+    /** Null pointers are skipped. */
     template <class Argument = METHODArgument>
     std::string ToText(const std::vector<const Argument*>& values) const {
         std::string elements;
@@ -77,8 +79,8 @@ class GETLISTFILTERApiAttribute : public BASEApiAttribute {
     using BASEApiAttribute::BASEApiAttribute;
     bool MatchesFilter(const FILTERItem&, const std::string&) const override { return false; }
 
-    /** Empty for null. */
+    /** Returns "" for null. */
     std::string ToText(const FILTERList* value) const;
-    /** Null for a text that is no filter. */
+    /** Returns null if the string is not a filter. */
     std::unique_ptr<FILTERList> FromText(const std::string& text) const;
 };

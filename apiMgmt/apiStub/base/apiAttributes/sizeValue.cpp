@@ -9,22 +9,22 @@
 
 namespace {
 
-constexpr uint64_t kGreatest = std::numeric_limits<uint64_t>::max();
+constexpr uint64_t kMaximum = std::numeric_limits<uint64_t>::max();
 constexpr uint64_t kManufacturerBlock = 500;
 
-// The integer part; a negative number and what is none give 0, what is too large the greatest.
+// Returns the integer part: 0 for a negative number and NaN, the maximum for one that is too large.
 uint64_t ToUnsigned(double value) {
     if (!(value > 0)) {
         return 0;
     }
-    return value < static_cast<double>(kGreatest) ? static_cast<uint64_t>(value) : kGreatest;
+    return value < static_cast<double>(kMaximum) ? static_cast<uint64_t>(value) : kMaximum;
 }
 
 uint64_t BlocksOf(double number, uint64_t divisor) {
     return ToUnsigned(number * static_cast<double>(divisor)) / SIZEValue::blockSize;
 }
 
-// Whole numbers are read digit by digit: a double does not hold every one.
+// Integers are parsed as such, because a double cannot represent all of them.
 uint64_t NumericValue(const std::string& text) {
     const bool is_whole = text.find_first_not_of("+-0123456789 \f\n\r\t\v") == std::string::npos;
     return is_whole ? ParseUnsigned(text) : ToUnsigned(ParseDouble(text));
@@ -62,7 +62,7 @@ std::string TextInUnit(uint64_t bytes, const SIZEValue::Unit& unit) {
     const double value = static_cast<double>(bytes) / static_cast<double>(unit.divisor);
     auto whole = static_cast<unsigned long>(value);
     const double fraction = (value - static_cast<double>(whole)) * 100;
-    // Looked at before it is rounded: less than a whole hundredth is not shown.
+    // Checked before rounding: less than a hundredth is not shown.
     if (static_cast<int>(fraction) == 0) {
         return FormatString("%lu %s", whole, unit.shortName.data());
     }
@@ -90,7 +90,7 @@ std::string SIZEValue::ToText() const {
     if (!manufacturerUnits) {
         return std::to_string(count);
     }
-    // count * 512 / 500 without a product that overflows.
+    // count * 512 / 500 without overflow.
     return std::to_string(count / kManufacturerBlock * blockSize +
                           count % kManufacturerBlock * blockSize / kManufacturerBlock);
 }
@@ -104,7 +104,7 @@ SIZEValue SIZEValue::FromText(const std::string& text) {
 }
 
 std::string SIZEValue::ToDisplayText() const {
-    const uint64_t bytes = count > kGreatest / blockSize ? kGreatest : count * blockSize;
+    const uint64_t bytes = count > kMaximum / blockSize ? kMaximum : count * blockSize;
     if (bytes == 0) {
         return {};
     }

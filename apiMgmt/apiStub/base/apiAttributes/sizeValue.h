@@ -6,7 +6,7 @@
 
 /** A storage size in blocks of 512 bytes. */
 struct SIZEValue {
-    /** A unit: its size in bytes and what texts call it. */
+    /** A unit: its size in bytes and its names. */
     struct Unit {
         int index;
         uint64_t divisor;
@@ -20,15 +20,15 @@ struct SIZEValue {
     uint64_t count = 0;              ///< blocks
     bool manufacturerUnits = false;  ///< show and write with decimal units
 
-    /** The number of blocks; with manufacturerUnits, of blocks of 500 bytes. */
+    /** Returns the number of blocks of 512 bytes, or of 500 bytes with manufacturerUnits. */
     std::string ToText() const;
 
-    /** A number of blocks, or a number with a unit ("1 GB", "1 g"). What cannot be read gives 0. */
+    /** Parses a number of blocks or a number with a unit ("1 GB", "1 g"). Returns 0 for any other string. */
     static SIZEValue FromText(const std::string& text);
 
-    /** For people, as in "1.05 KB"; empty for size 0. */
+    /** Returns a human-readable string such as "1.05 KB"; empty for size 0. */
     std::string ToDisplayText() const;
 
-    /** value in the unit of that index (of dataSizeTypes); an unknown one gives 0. */
+    /** Sets the size to `value` in the unit with that index in dataSizeTypes; to 0 for an unknown index. */
     void Set(int unitIndex, double value);
 };

@@ -26,7 +26,7 @@ std::string FahrenheitText(int32_t celsius) {
     return FormatString("%i %s", ToFahrenheit(celsius), "F");
 }
 
-// Degrees Celsius of "45 C", "113 F" or "45".
+// Returns degrees Celsius for "45 C", "113 F" or "45".
 std::optional<int32_t> ReadPiece(std::string piece) {
     Trim(piece);
     const std::string number = piece.substr(0, piece.find(' '));
@@ -47,7 +47,8 @@ std::optional<int32_t> Read(const std::string& text) {
     if (!first || pieces.size() == 1) {
         return first;
     }
-    // Conversion cuts off in both directions, so a text of our own may not read back from its second half.
+    // Both conversions truncate, so the Fahrenheit part of our own string may not convert back to the same
+    // value.
     Trim(pieces[1]);
     const bool agree = ReadPiece(pieces[1]) == first || pieces[1] == FahrenheitText(*first);
     return agree ? first : std::nullopt;

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-/** A temperature in whole degrees; conversions truncate towards zero. */
+/** A temperature in whole degrees. Conversions truncate towards zero. */
 class TEMPERATUREValue {
   public:
     TEMPERATUREValue() = default;
@@ -11,15 +11,15 @@ class TEMPERATUREValue {
 
     int32_t GetCelsius() const { return celsius_; }
     int32_t GetFahrenheit() const { return fahrenheit_; }
-    /** Sets both. */
+    /** Sets both scales. */
     void SetCelsius(int32_t celsius);
 
-    /** As in "45 C/113 F". */
+    /** Returns a string such as "45 C/113 F". */
     std::string ToText() const;
 
     /**
-     * Reads that form, or one half of it. The unit stands apart from the number ("45C" cannot be read). Two
-     * halves that disagree, or a text that cannot be read, give 0.
+     * Parses that format or one half of it. The unit must be separated by a space. Returns 0 if the halves
+     * disagree or the string is invalid.
      */
     static TEMPERATUREValue FromText(const std::string& text);
 

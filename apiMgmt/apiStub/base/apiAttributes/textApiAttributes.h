@@ -8,11 +8,11 @@
 #include "apiMgmt/apiStub/base/apiAttributes/baseApiAttribute.h"
 #include "apiMgmt/apiStub/base/apiAttributes/enumRow.h"
 
-/** Attributes that hold texts, words of enumerations and lists of them. Lengths are in bytes. */
+/** Attributes that contain strings, enumeration values and lists of them. Lengths are in bytes. */
 
 class STRINGApiAttribute : public BASEApiAttribute {
   public:
-    /** A negative length is no bound; with both lengths 0 a value is not examined at all. */
+    /** A negative length means no bound. If both lengths are 0, values are not checked at all. */
     class STRINGAttributeProperties : public BASEAttributeProperties {
       public:
         STRINGAttributeProperties(const std::string& xmlName, uint32_t displayWidth, bool firstFlag,
@@ -22,7 +22,7 @@ class STRINGApiAttribute : public BASEApiAttribute {
         int64_t minLength;
         int64_t maxLength;
         std::string invalidChars;
-        /** Nothing here reads it. */
+        /** For clients only. */
         std::string pattern;
     };
 
@@ -47,7 +47,7 @@ class NAMEApiAttribute : public STRINGApiAttribute {
                      int64_t minLength, int64_t maxLength, const std::string& label);
 };
 
-/** The identity of an object, not examined. */
+/** The instance ID of an object. Not checked. */
 class INSTANCEIDApiAttribute : public STRINGApiAttribute {
   public:
     INSTANCEIDApiAttribute(const std::string& xmlName, uint32_t displayWidth, bool firstFlag,
@@ -55,8 +55,10 @@ class INSTANCEIDApiAttribute : public STRINGApiAttribute {
     bool MatchesFilter(const FILTERItem& item, const std::string& text) const override;
 };
 
-/** What the attributes of enumerations have in common: the table that their words come from, without rows
-    where any word will do. It is there to be read: no value is refused for it. */
+/**
+ * Base of the attributes of enumerations. The table contains their legal values, or no rows if any value is
+ * legal. It is only informative: no value is rejected because of it.
+ */
 class ENUMTABLEApiAttribute : public BASEApiAttribute {
   public:
     class ENUMAttributeProperties : public BASEAttributeProperties {
@@ -81,7 +83,7 @@ class ENUMApiAttribute : public ENUMTABLEApiAttribute {
     std::string FromText(const std::string& text) const;
 };
 
-/** Several of an enumeration's descriptions, separated by blanks. */
+/** Several descriptions of an enumeration, separated by spaces. */
 class ENUMMASKApiAttribute : public ENUMTABLEApiAttribute {
   public:
     using ENUMTABLEApiAttribute::ENUMTABLEApiAttribute;
@@ -91,7 +93,7 @@ class ENUMMASKApiAttribute : public ENUMTABLEApiAttribute {
     std::vector<std::string> FromText(const std::string& text) const;
 };
 
-/** Texts joined by ":"; one within a text travels as "-co-". */
+/** Strings joined by ":". Each ":" within a string is written as "-co-". */
 class STRINGARRAYApiAttribute : public BASEApiAttribute {
   public:
     using BASEApiAttribute::BASEApiAttribute;

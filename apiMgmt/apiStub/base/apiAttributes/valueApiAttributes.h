@@ -9,7 +9,7 @@
 #include "apiMgmt/apiStub/base/apiAttributes/temperatureValue.h"
 #include "apiMgmt/apiStub/base/apiAttributes/versionValue.h"
 
-/** Attributes that hold one of the value types, which know their texts. */
+/** Attributes that contain one of the value types, which format and parse themselves. */
 
 class DATETIMEApiAttribute : public BASEApiAttribute {
   public:

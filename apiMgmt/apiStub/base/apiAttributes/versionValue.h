@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-/** A software version. A value outside its field's range becomes the nearest one inside. */
+/** A software version. A value outside its field's range is replaced by the nearest one inside. */
 class VERSIONValue {
   public:
     int16_t GetMajor() const { return major_; }
@@ -18,17 +18,19 @@ class VERSIONValue {
     void SetBuild(int64_t value);     ///< 0 to 9999
     void SetHotfix(int64_t value);    ///< 0 to 99
 
-    /** As in "06.03.01.002". */
+    /** Returns a string such as "06.03.01.002". */
     std::string ToText() const;
 
-    /** The same with the hotfix, as in "06.03.01.002.00". */
+    /** Returns a string with the hotfix, such as "06.03.01.002.00". */
     std::string ToTextWithHotfix() const;
 
-    /** Up to five fields with points between them; what stands before the first digit does not count. */
+    /** Parses up to five fields separated by dots. Everything before the first digit is ignored. */
     static VERSIONValue FromText(const std::string& text);
 
-    /** One number by which versions compare. A build above 999 and a revision above 99 reach into the field
-     * before. */
+    /**
+     * Returns a number that orders versions. A revision above 99 and a build above 999 overflow into the
+     * field before.
+     */
     int64_t OrderNumber() const;
 
   private:

@@ -18,7 +18,7 @@ int gPingListenPort = 0;
 
 namespace {
 
-constexpr size_t kGreatestPeers = 64;
+constexpr size_t kMaximumPeers = 64;
 constexpr int64_t kPingTimeLimit_us = 5 * kSecondUs;
 constexpr int64_t kPauseAfterFailedAccept_us = 10 * kMillisecondUs;
 constexpr int64_t kPauseWithoutPort_us = kSecondUs;
@@ -29,7 +29,8 @@ class Peer {
         connection_.SetNonBlocking(true);
     }
 
-    // Takes what has come, and echoes it once it is whole. True when the connection must be closed.
+    // Reads what has arrived and echoes it once it is complete. Returns true if the connection must be
+    // closed.
     bool IsDone() {
         size_t received = 0;
         const int result = connection_.Read(ping_ + count_, sizeof ping_ - count_, received);
@@ -54,7 +55,7 @@ class Peer {
     char ping_[4];
 };
 
-using Peers = std::list<Peer>;  // the oldest first
+using Peers = std::list<Peer>;  // oldest first
 
 void WaitForNews(const TCPServerSocket& listener, const Peers& peers) {
     std::vector<pollfd> watched{{.fd = listener.descriptor(), .events = POLLIN, .revents = 0}};
@@ -73,10 +74,10 @@ void AcceptPeer(TCPServerSocket& listener, Peers& peers) {
     if (descriptor >= 0) {
         peers.emplace_back(descriptor);
     } else if (errno != EAGAIN && errno != EINTR && errno != ECONNABORTED) {
-        // With no descriptors left the connection stays in the queue and accept fails at once, each time.
+        // Without free descriptors, the connection stays in the queue and every accept fails immediately.
         ClockSleepMicroseconds(kPauseAfterFailedAccept_us);
     }
-    if (peers.size() > kGreatestPeers) {
+    if (peers.size() > kMaximumPeers) {
         peers.pop_front();
     }
 }
@@ -103,7 +104,7 @@ int StartHeartbeatMonitor(int port) {
                error);
         return error;
     }
-    pthread_detach(thread);  // never joined
+    pthread_detach(thread);
     return 0;
 }
 
@@ -113,7 +114,7 @@ void* HeartbeatThreadRoutine(void* argument) {
         syslog(LOG_WARNING, "Heartbeat monitor listener port not specified");
         return nullptr;
     }
-    // A predecessor that is slow to end may still hold the port.
+    // A previous copy that is slow to exit may still hold the port.
     for (bool is_first = true;; is_first = false) {
         try {
             ServePings(*static_cast<const int*>(argument));

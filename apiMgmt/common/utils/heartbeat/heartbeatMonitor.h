@@ -1,17 +1,19 @@
 #pragma once
 
 /**
- * Proof of life for a watcher: a 4-byte echo on a TCP port of the loopback address, served by a separate
- * thread that knows nothing of the daemon's state. Connections are served concurrently: one that is silent
- * for 5 seconds is closed, and of more than 64 the oldest.
+ * The heartbeat: a 4-byte echo on a TCP port of the loopback address, served by a separate thread that does
+ * not use the daemon's state. Connections are served concurrently. One that is silent for 5 seconds is
+ * closed; if there are more than 64, the oldest is closed.
  */
 
-/** Port of the heartbeat monitor. Constant after start. */
+/** Port of the heartbeat monitor. Constant after start-up. */
 extern int gPingListenPort;
 
-/** Starts the thread. 0, or the error number of the thread's creation. */
+/** Starts the thread. Returns 0, or the error number of pthread_create. */
 int StartHeartbeatMonitor(int port);
 
-/** The thread: argument is the address of the port. While the port is taken it tries again each second.
- * Returns only without a port. */
+/**
+ * The thread. `argument` is the address of the port. If the port is in use, retries every second. Returns
+ * only if the argument is null.
+ */
 void* HeartbeatThreadRoutine(void* argument);

@@ -27,7 +27,7 @@ constexpr size_t kBufferSize = 500;
 
 using found_value = std::optional<std::string>;
 
-// One for each type of setting.
+// One function per type of setting. `missing` is the default.
 
 std::string read_text(const found_value& value, const char* missing) {
     return value.value_or(missing);

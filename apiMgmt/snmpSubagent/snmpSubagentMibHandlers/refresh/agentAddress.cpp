@@ -5,7 +5,7 @@
 
 namespace {
 
-// The variable of a row (1-based) when it is cached, else null.
+// Returns the variable of a row (from 1) if it is cached, else null.
 const variable_entry* cached_row(int col_id, int row) {
     const int32_t var_index = cols[col_id].first_var + row - 1;
     return is_cached(var_index) ? &vars[var_index] : nullptr;

@@ -46,8 +46,9 @@ int unrecognized(const std::string& apiName) {
     return 1;
 }
 
-// The method writes values as they are, and a manager's text must not become markup. What is none within an
-// element reaches the array as it came: EscapeXml alone would make a line end of a tab.
+// Escapes a value, because the method writes values verbatim and a manager's string must not become markup.
+// Characters that are harmless within an element stay as they are: EscapeXml alone would turn a tab into a
+// line feed.
 std::string as_content(const std::string& text) {
     constexpr std::string_view kNoMarkup = "\t\n\"'";
     std::string content;
@@ -62,7 +63,7 @@ void append_method(BASEApiMethod& method, std::string& xml) {
     xml += method.GenerateXml(false, true);
 }
 
-// Appends the one method that the arguments of AccessApi ask for.
+// Appends the method that the arguments of AccessApi select.
 int append_request(const std::string& apiName, std::string& xml, int iApiIndex, const std::string& attrName,
                    const std::string& attrValue) {
     if (iApiIndex == kAllObjects) {
@@ -105,7 +106,7 @@ int AccessApi(const std::string& apiName, std::string& response, int iApiIndex, 
         snmpSubagentComm->set_apimgr_state(false);
         return 1;
     }
-    // Moved, not copied: the list of a full array takes many megabytes.
+    // Moved, because the list of a full array has many megabytes.
     response = std::move(*answer.mutable_apirespmsg()->mutable_cmd()->mutable_respdata());
     return 0;
 }
@@ -172,7 +173,7 @@ int check_xml_resp(const std::string& apiName, const parser::XMLElement& element
     if (successful.GetElementContent() == "True")
         return 0;
 
-    // An array without a monitored UPS must not fill the log at each refresh.
+    // An array without a monitored UPS must not fill the log with each refresh.
     const bool is_ups = apiName == "tsUps";
     const parser::XMLElement error_code = method_return.GetFirstChildByTagName("ErrorCode");
     if (!error_code) {
@@ -250,7 +251,7 @@ parser::XMLElement object_in_response(const api_response& response, const std::s
 
 int GetSingleInstance(const std::string& apiName, int iApiIndex, const std::string& iAttrName,
                       int32_t var_index, bool reuse_response) {
-    static api_response kept;  // for the calls that read further attributes of the same object
+    static api_response kept;  // for calls that read further attributes of the object
     if (!reuse_response)
         kept = fetch_response(apiName, iApiIndex);
     const parser::XMLElement object = object_in_response(kept, apiName, iAttrName);

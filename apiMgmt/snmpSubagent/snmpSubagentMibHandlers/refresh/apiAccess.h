@@ -8,58 +8,64 @@
 #include "apiMgmt/common/xmlwrap/xmlParser.h"
 
 /**
- * The daemon's whole path to the array's data: builds one API document from a method class, sends it, and
- * takes the text of the answer. Objects are named as in answers, first letter in lower case ("tsDisk"),
- * "Tessera" as it stands.
+ * The daemon's access to the array's data: builds an API document from a method class, sends it and returns
+ * the response. Object names are those in responses, with the first letter in lower case ("tsDisk"), except
+ * "Tessera".
  */
 
-/** Every GetList and Get asks for reduced objects while this is set. Written by the main thread only. */
+/** Whether GetList and Get request reduced objects. Written only by the main thread. */
 extern std::atomic<bool> liteObjEnabled;
 
-/** As iApiIndex of AccessApi: the list of all objects of the kind. */
+/** Value of AccessApi's iApiIndex for the list of all objects of the kind. */
 inline constexpr int kAllObjects = -1;
 
 /**
- * One exchange. 0 with the text of the answer in `response`, otherwise 1. kAllObjects asks for a GetList;
- * another index with an empty attrName for a Get of that object; with an attrName for a Modify. The text is
- * not judged: see check_xml_resp. Main thread and GetList task.
+ * Performs one exchange: a GetList if iApiIndex is kAllObjects, else a Get of that object, or a Modify if
+ * there is an attrName. Returns 0 with the response, which is not checked (see check_xml_resp), or 1 after
+ * logging the error. Main thread and GetList task.
  */
 int AccessApi(const std::string& apiName, std::string& response, int iApiIndex, const std::string& attrName,
               const std::string& attrValue);
 
-/** A response that was fetched and parsed but not judged: that is left to whoever reads it, on the main
- * thread. */
+/** A response that was fetched and parsed but not checked. The reader checks it, on the main thread. */
 struct api_response {
     int result = 1; /**< of AccessApi */
     std::string text;
     parser::XMLParser document{nullptr};
 };
 
-/** One exchange with AccessApi, and the parse. Main thread and GetList task. */
+/** Calls AccessApi and parses the response. Main thread and GetList task. */
 api_response fetch_response(const std::string& apiName, int iApiIndex);
 
-/** The object in the response to a Get; tests false, with the reason logged, if the exchange failed, the
-   response is refused or holds no object. `iAttrName` is only for the log. */
+/**
+ * Returns the object in the response to a Get. It tests false, after logging the reason, if the exchange
+ * failed, the API reports an error or there is no object. `iAttrName` is only for the log.
+ */
 parser::XMLElement object_in_response(const api_response& response, const std::string& apiName,
                                       const std::string& iAttrName);
 
-/** Append one method to a document. 0, or 1 for an object that has no such method. */
+/** Append one method to a document. Return 0, or 1 if the object has no such method. */
 int gen_xml_GetList_append_to_string(const std::string& apiName, std::string& xml);
 int gen_xml_Get_append_to_string(const std::string& apiName, std::string& xml, int iApiIndex);
 int gen_xml_Set_append_to_string(const std::string& apiName, std::string& xml, int iApiIndex,
                                  const std::string& attrName, const std::string& attrValue);
 
-/** Judges a parsed answer by its document element, which may test false. 0 when the API reports success. */
+/**
+ * Checks a parsed response, given its document element, which may test false. Returns 0 if the API reports
+ * success, else 1.
+ */
 int check_xml_resp(const std::string& apiName, const parser::XMLElement& element);
 
 /**
- * Fetches one object and writes one of its attributes into a variable; `cached` is the caller's business.
- * With reuse_response set nothing is sent and the object of the call before is read. 0, otherwise non-zero.
+ * Fetches an object and writes one of its attributes into a variable, without marking that as cached. If
+ * `reuse_response` is set, reads the object of the previous call instead. Returns 0, or non-zero on failure.
  * Main thread only.
  */
 int GetSingleInstance(const std::string& apiName, int iApiIndex, const std::string& iAttrName,
                       int32_t var_index, bool reuse_response);
 
-/** The object elements of a kind below `parent`, in the order that decides their rows. Both spellings of
-    the first letter are taken; for tsServer the four kinds of server follow one another. */
+/**
+ * Returns the elements of a kind of object below `parent`, in the order of their rows. Accepts both cases of
+ * the first letter. For tsServer, concatenates the four kinds of server.
+ */
 std::vector<parser::XMLElement> object_elements(const parser::XMLElement& parent, const std::string& apiName);

@@ -23,7 +23,7 @@ const char* parent_attribute_of(const column_record& column) {
     return (column.col_flags & COL_FLAG_enclosure_parent) != 0 ? "EnclosureIndex" : nullptr;
 }
 
-// The API index of the object that is parent p (from 0) of a table; false when there is none.
+// Reads the API index of a parent (from 0) of a table. Returns false if there is no such parent.
 bool index_of_parent(const column_record& column, uint32_t parent, uint32_t* api_index) {
     if ((column.col_flags & COL_FLAG_controller_parent) != 0) {
         *api_index = static_cast<uint32_t>(parent == 0 ? ctlrIndexFirst : ctlrIndexSecond);
@@ -34,7 +34,7 @@ bool index_of_parent(const column_record& column, uint32_t parent, uint32_t* api
     return is_cached(row);
 }
 
-// For each tag of a document, which slots take its text; most tags are in no map.
+// The slot that each tag of a document fills; most tags fill none.
 class slots_by_tag {
   public:
     void add(XMLTag tag, size_t slot) {
@@ -81,17 +81,16 @@ element_table::element_table(const parser::XMLParser& document, const std::vecto
                              int table_col_id, int map_size, const attribute_map_entry* map)
     : element_count_(elements.size()) {
     const column_record& column = cols[table_col_id];
-    // Refused for their count alone: no memory for what may be millions.
+    // get_col_info will reject them, so no memory is spent on what may be millions of objects.
     if (column.is_table() && element_count() > column.capacity())
         return;
     read_values(document, elements, map_size, map, parent_attribute_of(column));
     assign_rows(column);
 }
 
-// One walk over the children of each object, however many columns the map fills, since a full array's list
-// has some hundred thousand children. In this order: each attribute of the map gets a slot, two places with
-// the same attribute the same one; each slot is found by the number that its tag has in this document; then
-// the children are read, of several with one tag the first.
+// Reads the children of each object once, however many columns the map has, because a full array's list has
+// hundreds of thousands of children. Each distinct attribute of the map has a slot, which is found by the
+// number of its tag in this document. Of several children with one tag, the first counts.
 void element_table::read_values(const parser::XMLParser& document, const std::vector<XMLElement>& elements,
                                 int map_size, const attribute_map_entry* map, const char* parent_attribute) {
     slots_by_tag slots;
@@ -122,10 +121,9 @@ void element_table::read_values(const parser::XMLParser& document, const std::ve
     }
 }
 
-// Groups the objects by their parent index in one pass, each group in the order of the response and no longer
-// than a parent has rows, and then gives each parent its group. The indexes of the parents are read last:
-// they are those of the latest refresh of the controllers or enclosures, and a parent that is gone has no
-// rows.
+// Groups the objects by parent index, in the order of the response and with at most as many as a parent has
+// rows, then assigns each parent its group. The parents' indexes are those of the latest refresh of
+// controllers or enclosures; a parent that no longer exists has no rows.
 void element_table::assign_rows(const column_record& column) {
     const size_t rows = column.maxNumOfRows;
     if (parents_.empty() && !column.has_parent()) {
@@ -135,12 +133,12 @@ void element_table::assign_rows(const column_record& column) {
         rows_.push_back(&lists_[0]);
         return;
     }
-    // An object's text is read as the number is that it is compared with.
+    // The string must be converted in the same way as the index that it is compared with.
     const bool is_enclosure = (column.col_flags & COL_FLAG_enclosure_parent) != 0;
     const uint32_t index_type = is_enclosure ? cols[COLID_tsEnclApiIndex].data_type : SMI_BASETYPE_INTEGER32;
     std::unordered_map<uint32_t, size_t> list_of_index;
     for (size_t i = 0; i < element_count_; ++i) {
-        if (parents_[i].data() == nullptr)  // an object without parent ends the walk of every parent
+        if (parents_[i].data() == nullptr)  // an object without a parent ends the list for all parents
             break;
         const uint32_t api_index = number_from_text(parents_[i], index_type);
         const auto [found, is_new] = list_of_index.try_emplace(api_index, lists_.size());

@@ -8,37 +8,49 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibDefinition.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 
-/** API `Index` of the first and second controller of the last controller refresh: which controller the
-    parents 1 and 2 of the controller tables are. Main thread only. */
+/**
+ * API indexes of the first and second controller in the last controller refresh. These controllers are
+ * parents 1 and 2 of the controller tables. Main thread only.
+ */
 extern int32_t ctlrIndexFirst;
 extern int32_t ctlrIndexSecond;
 
-/** Takes them from the controllers of an answer, of which there is at least one. With one controller the
-   second index keeps its value. 0, or 1 for one without index, which is logged. */
+/**
+ * Sets ctlrIndexFirst and ctlrIndexSecond from the controllers of a response, of which there must be at least
+ * one. If there is only one, the second index is unchanged. Returns 0, or 1 after logging that a controller
+ * has no index.
+ */
 int note_controller_indexes(const std::vector<parser::XMLElement>& controllers, const char* apiName);
 
 /**
- * The objects of one answer, read once: for each object the first child for each attribute of the map, and
- * for each parent the objects that are its rows. The merge then goes column by column over plain arrays,
- * with work that grows with the objects and the columns, not with the parents.
+ * The objects of one response, read once: for each object the value of each attribute of the map, and for
+ * each parent the objects that are its rows. The merge then reads plain arrays, column by column, so its work
+ * grows with objects and columns but not with parents.
  */
 class element_table {
   public:
-    /** The texts belong to the document of `elements`, which has to outlive the table. Of more objects than
-        the column has rows only the count is kept. */
+    /**
+     * The strings belong to the document of `elements`, which must outlive the table. If there are more
+     * objects than rows, only their number is kept.
+     */
     element_table(const parser::XMLParser& document, const std::vector<parser::XMLElement>& elements,
                   int table_col_id, int map_size, const attribute_map_entry* map);
 
     int32_t element_count() const { return static_cast<int32_t>(element_count_); }
 
-    /** The text of an attribute by its place in the map; data() is null when the object lacks it. */
+    /**
+     * Returns the value of an attribute, given its position in the map. data() is null if the object lacks
+     * it.
+     */
     std::string_view value(int32_t element, int map_place) const {
         return values_[static_cast<size_t>(element) * slot_count_ +
                        slot_of_place_[static_cast<size_t>(map_place)]];
     }
 
-    /** The objects that fill a parent's rows, from row 1 on, at most as many as it has rows. A table
-        without parent has one such list. */
+    /**
+     * Returns the objects that fill a parent's rows, beginning with row 1. A table without parents has one
+     * such list.
+     */
     const std::vector<int32_t>& rows_of_parent(uint32_t parent) const { return *rows_[parent]; }
 
   private:
@@ -48,9 +60,9 @@ class element_table {
 
     size_t element_count_;
     size_t slot_count_ = 0;
-    std::vector<size_t> slot_of_place_;      // two places of the map may read the same attribute
-    std::vector<std::string_view> values_;   // element after element
-    std::vector<std::string_view> parents_;  // each object's parent attribute; empty for a table without
+    std::vector<size_t> slot_of_place_;      // two positions of the map may read the same attribute
+    std::vector<std::string_view> values_;   // element by element
+    std::vector<std::string_view> parents_;  // the parent of each object, if the table has parents
     std::vector<std::vector<int32_t>> lists_;
     std::vector<const std::vector<int32_t>*> rows_;
 };

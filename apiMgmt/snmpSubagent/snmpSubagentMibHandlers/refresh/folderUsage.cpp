@@ -16,12 +16,12 @@ constexpr const char* kFirstAttribute = "TotalSpace";
 
 const std::vector<api_response>* usages_of_merge = nullptr;
 
-// Of one folder, in blocks of 512 octets.
+// Usage of one folder, in blocks of 512 octets.
 struct folder_usage {
     uint64_t total = 0, used = 0, allocated = 0, free = 0, spare = 0;
 };
 
-// Folders that hold no storage of their own.
+// Folders without storage.
 bool has_no_usage(uint32_t api_index) {
     return api_index == 1 || api_index == 69696969;
 }
@@ -38,8 +38,8 @@ void store_unsigned(int col_id, int32_t row, uint64_t number) {
     store_number(row_of(col_id, row), as_number_column(number));
 }
 
-// Where a folder is gone nothing may speak of it any more: its free space would keep an alert firing.
-void forget_rows_behind(int32_t row) {
+// Clears the rows after the folder's, because the free space of a removed folder would keep an alert firing.
+void clear_rows_after(int32_t row) {
     for (const int col_id :
          {COLID_tsFolderUsageNbr, COLID_tsDiskFolderFreePercent, COLID_tsDiskFolderFreeGib}) {
         const column_record& column = cols[col_id];
@@ -48,7 +48,7 @@ void forget_rows_behind(int32_t row) {
     }
 }
 
-// No value, with the reason logged, unless every number is there: the row then keeps those that it has.
+// Returns nothing, after logging the reason, unless all numbers are present. The row then keeps its values.
 std::optional<folder_usage> read_usage(const api_response& response) {
     const parser::XMLElement object = object_in_response(response, kUsageObject, kFirstAttribute);
     if (!object)
@@ -103,7 +103,7 @@ std::vector<api_response> fetch_folder_usages(const parser::XMLParser& folders) 
     const std::vector<parser::XMLElement> objects =
         object_elements(root.GetFirstChildByTagName("ReturnObjectArray"), std::string(kDiskFolderObject));
     if (objects.size() > cols[COLID_tsDiskFolderNbr].maxNumOfRows)
-        return usages;  // the merge refuses them
+        return usages;  // the merge rejects them
     for (const parser::XMLElement& folder : objects) {
         const parser::XMLElement index = folder.GetFirstChildByTagName("Index");
         api_response& usage = usages.emplace_back();
@@ -134,7 +134,7 @@ void tsDiskFolderApiIndex_post_process(int32_t var_index) {
         return;
     }
     store_unsigned(COLID_tsFolderUsageNbr, row, static_cast<uint32_t>(row));
-    forget_rows_behind(row);
+    clear_rows_after(row);
     if (has_no_usage(vars[index_var].uint)) {
         store_usage(row, {});
         return;

@@ -7,21 +7,22 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/apiAccess.h"
 
 /**
- * The table tsFolderUsage has no refresh of its own: its rows come with the refresh of the disk folders. The
- * usage of each folder is fetched right after their list, on whichever thread fetches that, and merged with
- * it.
+ * The table tsFolderUsage is refreshed together with the disk folders. The usage of each folder is fetched
+ * right after their list, on the same thread, and merged with it.
  */
 
 inline constexpr std::string_view kDiskFolderObject = "tsDiskFolder";
 
-/** Fetches the usage of each folder of a list, in its order; one without usage of its own gets an empty
-   response. After a failed exchange nothing more is asked. Main thread and GetList task. */
+/**
+ * Fetches the usage of each folder in the list, in the same order. The response is empty for a folder without
+ * storage. Stops after a failed exchange. Main thread and GetList task.
+ */
 std::vector<api_response> fetch_folder_usages(const parser::XMLParser& folders);
 
-/** Fills the folder's row of tsFolderUsage and its free space. Takes the index of the written variable. */
+/** Fills the folder's row of tsFolderUsage and its free space. `var_index` is the folder's index variable. */
 void tsDiskFolderApiIndex_post_process(int32_t var_index);
 
-/** Lends the usages to tsDiskFolderApiIndex_post_process for the time of a merge. Main thread only. */
+/** Passes the usages to tsDiskFolderApiIndex_post_process during a merge. Main thread only. */
 class folder_usages_of_merge {
   public:
     explicit folder_usages_of_merge(const std::vector<api_response>& usages);

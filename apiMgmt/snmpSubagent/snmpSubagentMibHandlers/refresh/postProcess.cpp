@@ -49,7 +49,7 @@ void set_number(int32_t var_index, const text_number* row, int32_t other) {
     vars[var_index].uint = static_cast<uint32_t>(row != nullptr ? row->number : other);
 }
 
-// The variable of another column in the same row.
+// Returns the variable of another column in the same row.
 variable_entry& same_row(int32_t var_index, int col_id) {
     const column_record& own = cols[vars[var_index].col_id];
     return vars[cols[col_id].first_var + (var_index - own.first_var)];
@@ -132,12 +132,12 @@ namespace {
 enum global_status : uint32_t { unknown_alert = 2, no_alert = 3, minor_alert = 4, major_alert = 5 };
 
 constexpr uint32_t kTrue = 1;
-constexpr uint32_t kGreatestAlertStatus = 9;
-constexpr int kGreatestSeverity = 2;
+constexpr uint32_t kMaximumAlertStatus = 9;
+constexpr int kMaximumSeverity = 2;
 
-// By the alert's status as alert_status_post_process numbers it: Complete, Critical, Degraded, Deleting,
-// Down, Emergency, Inform, Okay, Unavailable, anything else.
-constexpr int kSeverity[kGreatestAlertStatus + 1] = {0, 2, 1, 0, 2, 2, 0, 0, 1, 1};
+// Severity of each alert status in the numbering of alert_status_post_process: Complete, Critical, Degraded,
+// Deleting, Down, Emergency, Inform, Okay, Unavailable, others.
+constexpr int kSeverity[kMaximumAlertStatus + 1] = {0, 2, 1, 0, 2, 2, 0, 0, 1, 1};
 
 uint32_t number_in_row(int col_id, int32_t row) {
     return vars[cols[col_id].first_var + row].uint;
@@ -153,17 +153,17 @@ void note_worst_alert(int32_t row) {
     store_number(cols[COLID_worstAlertNbr].first_var, worstAlertNbr);
 }
 
-// Walks the alerts of both controllers up to the first row that is not cached.
+// Examines the alerts of both controllers, up to the first row that is not cached.
 global_status status_of_alerts() {
     const column_record& status = cols[COLID_tsAlertStatus];
     const auto size = static_cast<int32_t>(status.maxNumOfParents * status.maxNumOfRows);
     int severity = 0;
-    for (int32_t row = 0; row < size && is_cached(status.first_var + row) && severity < kGreatestSeverity;
+    for (int32_t row = 0; row < size && is_cached(status.first_var + row) && severity < kMaximumSeverity;
          ++row) {
         if (!counts(row))
             continue;
         const uint32_t alert_status = number_in_row(COLID_tsAlertStatus, row);
-        if (alert_status > kGreatestAlertStatus)
+        if (alert_status > kMaximumAlertStatus)
             return unknown_alert;
         if (kSeverity[alert_status] > severity) {
             severity = kSeverity[alert_status];

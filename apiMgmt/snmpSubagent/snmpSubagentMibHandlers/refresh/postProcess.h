@@ -3,8 +3,8 @@
 #include <cstdint>
 
 /**
- * What happens to a variable after a refresh has written it: texts become numbers, values become the units
- * of the MIB. All take the index of the variable; main thread only.
+ * Post-processes: they convert a variable that a refresh has just written, from strings to numbers and to the
+ * units of the MIB. `var_index` is the variable. Main thread only.
  */
 
 void tsstatus_enum_post_process(int32_t var_index);
@@ -19,23 +19,26 @@ void io_port_type_post_process(int32_t var_index);
 inline constexpr uint64_t kBlocksPerGb = 1953125;  /**< 10^9 bytes */
 inline constexpr uint64_t kBlocksPerGib = 2097152; /**< 2^30 bytes */
 
-/** An attribute that the object lacks reads as 0. */
+/** Stores 0 for an attribute that the object lacks. */
 void no_api_object_post_process(int32_t var_index);
 
-/** Cuts a version at its last dot: "6.5.2.12" becomes "6.5.2". */
+/** Truncates a version at its last dot: "6.5.2.12" becomes "6.5.2". */
 void version_post_process(int32_t var_index);
 
-/** 512-byte blocks to units of 10^9 bytes, rounded down. */
+/** Converts 512-byte blocks to units of 10^9 bytes, rounded down. */
 void size_post_process(int32_t var_index);
 
-/** A ForceTrap column reads as "Empty". */
+/** Stores "Empty" in a ForceTrap column. */
 void force_trap_post_process(int32_t var_index);
 
-/** Joins the row's vendor and product. */
+/** Stores the row's vendor and product, separated by a space. */
 void vendor_product_post_process(int32_t var_index);
 
-/** "https://" and the array's own address. */
+/** Stores "https://" and the array's address, or the vendor's site if the address is unknown. */
 void management_url_post_process(int32_t var_index);
 
-/** get_fn of COLID_globalStatus: the worst active alert that nobody has acknowledged. Result 0. */
+/**
+ * get_fn of COLID_globalStatus: stores the worst status of active alerts that have not been acknowledged.
+ * Returns 0.
+ */
 int compute_global_status(int32_t var_index, bool background);

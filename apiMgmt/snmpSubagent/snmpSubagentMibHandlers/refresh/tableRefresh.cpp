@@ -29,7 +29,7 @@ int fetch_table(const char* apiName, table_response& response) {
     return 0;
 }
 
-// The column that takes the row number instead of an attribute.
+// Map position of the column that contains the row number instead of an attribute.
 constexpr int kRowColumn = -1;
 
 constexpr const char* kNoApiObject = "no api object";
@@ -48,7 +48,7 @@ void store_missing_attribute(int32_t var_index, post_process_type post_process) 
         vars[var_index].uint = kNoApiObjectNumber;
 }
 
-// Stores a text as the column's type has it; a text that did not change costs no conversion. 0 or 1.
+// Stores a string according to the column's type, converting it only if it has changed. Returns 0 or 1.
 int store_attribute(int32_t var_index, uint32_t data_type, std::string_view text) {
     variable_entry& entry = vars[var_index];
     switch (data_type) {
@@ -60,7 +60,7 @@ int store_attribute(int32_t var_index, uint32_t data_type, std::string_view text
         case SMI_BASETYPE_UNSIGNED32:
         case SMI_BASETYPE_ENUM:
         case SMI_BASETYPE_BITS:
-            // A variable that was never filled has an empty text, too, but no number yet.
+            // A variable that was never filled also has an empty string, but no number yet.
             if (text != entry.str || text.empty()) {
                 entry.str = text;
                 entry.uint = number_from_text(text, data_type);
@@ -90,7 +90,7 @@ struct merge_of_column {
     post_process_type post_process;
 };
 
-// Both can only follow a change of the layout; a wrong place in `vars` would damage another column.
+// Guards against an inconsistent layout, because a wrong index in `vars` would damage another column.
 bool is_own_variable(const merge_of_column& merge, int32_t var_index, uint32_t parent, int32_t row,
                      int32_t element) {
     if (var_index >= total_vars) {
@@ -146,15 +146,16 @@ int merge_parent(const merge_of_column& merge, uint32_t parent) {
     return 0;
 }
 
-// A scalar takes its value from the first object of the list.
+// A scalar has the value of the first object in the list.
 int merge_scalar(const merge_of_column& merge) {
     if (merge.elements.element_count() == 0)
         return 0;
     return merge_variable(merge, merge.first_var, 0, 0);
 }
 
-// Merges one column: map_place says which attribute of the map, or kRowColumn. Rows that the answer no longer
-// holds are no longer cached afterwards. 0 or 1; what was merged before a failure stays.
+// Merges one column. `map_place` is the position of its attribute in the map, or kRowColumn. Rows that the
+// response no longer contains are not cached afterwards. Returns 0 or 1. After a failure, what was already
+// merged remains.
 int get_col_info(int col_id, int32_t first_var, const element_table& elements, int map_place,
                  post_process_type post_process) {
     const column_record& column = cols[col_id];

@@ -4,20 +4,20 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibDefinition.h"
 
 /**
- * Moves the array's state into the store: asks the API manager for all objects of a kind and merges the
- * answer into the columns of that kind's table. Rows are packed: the n-th matching object of a parent is
- * row n, so a row number is a position in the last answer. Main thread only, apart from the fetch of
- * get_table_info in background mode. A merge never waits: whatever it needs is fetched before it begins.
+ * Refreshes tables: fetches all objects of a kind from the API manager and merges them into the columns of
+ * that kind's table. Rows are packed: row n is the n-th matching object of its parent in the latest response.
+ * A merge never waits: everything that it needs is fetched before. Main thread only, apart from the fetch of
+ * get_table_info in background mode.
  */
 
 /**
- * Fetches the list of an object and merges it into the table whose first column is col_id. In background
- * mode it only fetches, into the hand-over. 0, otherwise non-zero.
+ * Fetches the list of a kind of object and merges it into the table whose first column is col_id. In
+ * background mode, only fetches it, into the hand-over. Returns 0, or non-zero on failure.
  */
 int get_table_info(int col_id, const char* apiName, int map_size, const attribute_map_entry* map,
                    bool background);
 
-/** Merges a response. 0 or 1; a failure before the merge leaves the store as it was. */
+/** Checks and merges a response. Returns 0 or 1. If the check fails, the store is unchanged. */
 int process_table_info(int col_id, const char* apiName, int map_size, const attribute_map_entry* map,
                        const table_response& response);
 

@@ -10,7 +10,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/netSnmpHeaders.h"
 
-// Exported by the agent library and declared in no header of it.
+// Exported by the agent library, but not declared in its headers.
 extern "C" {
 extern netsnmp_session* main_session;
 int agentx_send_ping(netsnmp_session* session);
@@ -22,7 +22,7 @@ void agent_log_to_stderr() {
 
 void agent_become_subagent() {
     netsnmp_ds_set_boolean(NETSNMP_DS_APPLICATION_ID, NETSNMP_DS_AGENT_ROLE, 1);
-    // The daemon has nothing to remember, and the library's own directory belongs to another user.
+    // The daemon has no state to save, and the library's directory belongs to another user.
     netsnmp_ds_set_boolean(NETSNMP_DS_LIBRARY_ID, NETSNMP_DS_LIB_DONT_PERSIST_STATE, 1);
 }
 
@@ -52,8 +52,8 @@ bool agent_wait(int64_t timeout_us, int descriptor, short events) {
     int count = 0;
     int block = 0;
     timeval timeout{.tv_sec = timeout_us / kSecondUs, .tv_usec = timeout_us % kSecondUs};
-    snmp_select_info(&count, &of_library, &timeout,
-                     &block);  // shortens the timeout to the library's next alarm
+    // Shortens the timeout if the library's next alarm is due before.
+    snmp_select_info(&count, &of_library, &timeout, &block);
     static std::vector<pollfd> watched;
     watched.assign(1, {.fd = descriptor, .events = events, .revents = 0});
     for (int each = 0; each < count; ++each) {
@@ -62,7 +62,7 @@ bool agent_wait(int64_t timeout_us, int descriptor, short events) {
     }
     const timespec limit{.tv_sec = timeout.tv_sec, .tv_nsec = timeout.tv_usec * 1000};
     const int ready = ppoll(watched.data(), watched.size(), &limit, nullptr);
-    if (ready < 0 && errno != EINTR)  // must not turn the wait into a spin
+    if (ready < 0 && errno != EINTR)  // must not spin
         ClockSleepMicroseconds(std::min(timeout_us, kMillisecondUs));
     return ready > 0 && watched.front().revents != 0;
 }

@@ -4,44 +4,48 @@
 #include <cstdint>
 
 /**
- * The calls into Net-SNMP's agent library that the daemon's spine makes, in one unit; tests link another
- * in its place. Main thread only.
+ * The daemon's calls of Net-SNMP's agent library, apart from those for registrations and requests. Tests link
+ * a fake in its place. Main thread only.
  */
 
-/** The name under which the agent library knows this process. */
+/** The name of this process in the agent library. */
 inline constexpr const char* kAgentApplication = "lumivantSubagent";
 
-/** The greatest PDU from the daemon that the master agent takes, in octets. A greater one it drops: the
-   manager gets no answer, and when agentXTimeout is over the master gives the daemon up. */
-inline constexpr size_t kGreatestAnswer = 65536;
+/**
+ * Maximum size, in octets, of a PDU that the master agent accepts from the daemon. It drops a larger one: the
+ * manager gets no response, and after agentXTimeout the master agent disconnects the daemon.
+ */
+inline constexpr size_t kMaximumResponse = 65536;
 
-/** Log lines of the library go to standard error. */
+/** Makes the library log to standard error. */
 void agent_log_to_stderr();
 
-/** Declares this process a subagent, not a master. */
+/** Makes this process a subagent instead of a master agent. */
 void agent_become_subagent();
 
-/** 0 when the agent library came up. */
+/** Returns 0 if the agent library could be initialised. */
 int agent_init();
 
-/** Reads the library's own configuration and attaches to the master agent, when it is there. */
+/** Reads the library's configuration and attaches to the master agent if it is running. */
 void agent_init_snmp();
 
-/** Whether there is a link to the master agent. */
+/** Returns whether this process is attached to the master agent. */
 bool agent_has_main_session();
 
-/** Non-zero when the master agent answered the ping. Needs a main session. */
+/** Returns non-zero if the master agent responded to the ping. Requires a main session. */
 int agent_send_ping();
 
-/** Handles what has arrived, without waiting. Above 0 when something was handled. */
+/** Handles pending input without waiting. Returns a positive number if there was any. */
 int agent_check();
 
-/** Waits until something has arrived or poll(2) events occur on another descriptor (-1: none), at most this
-   long. Returns whether the events have occurred; returns early on a signal. */
+/**
+ * Waits up to `timeout_us` for input of the library or for poll(2) events on another descriptor (-1: none).
+ * Returns whether those events have occurred. Returns early on a signal.
+ */
 bool agent_wait(int64_t timeout_us, int descriptor, short events);
 
-/** Ends the library. */
+/** Shuts the library down. */
 void agent_shutdown();
 
-/** The OID of a column without instance, as the library writes it. */
+/** Writes the OID of a column, without instance, in the library's format. */
 void agent_oid_text(int col_id, char* text, unsigned long size);

@@ -4,19 +4,19 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/requestPace.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/netSnmpHeaders.h"
 
-// Exported by the agent library and declared in no header of it.
+// Exported by the agent library, but not declared in its headers.
 extern "C" int agentx_parse(netsnmp_session* session, netsnmp_pdu* pdu, u_char* data, size_t length);
 
 namespace {
 
-// Of the header of an AgentX PDU.
+// Offsets in the header of an AgentX PDU.
 constexpr size_t kTypeAt = 1, kFlagsAt = 2, kSessionAt = 4, kTransactionAt = 8, kPacketAt = 12;
 constexpr u_char kNetworkByteOrder = 0x10;
-constexpr u_char kGet = 5, kTestSet = 8;  // with GetNext and GetBulk between them: these have bindings
+constexpr u_char kGet = 5, kTestSet = 8;  // with GetNext and GetBulk between them
 constexpr int kResponse = 18;
 
-// The error that refuses a request has a header of 8 octets more, and must fit as well.
-constexpr size_t kGreatestRequest = kGreatestAnswer - 8;
+// The error response has 8 octets more of header than the request, and must fit as well.
+constexpr size_t kMaximumRequest = kMaximumResponse - 8;
 
 long header_word(const u_char* data, size_t at) {
     const u_char* octet = data + at;
@@ -25,7 +25,7 @@ long header_word(const u_char* data, size_t at) {
                : static_cast<long>(octet[3]) << 24 | octet[2] << 16 | octet[1] << 8 | octet[0];
 }
 
-void refuse_as_too_big(netsnmp_session* session, const u_char* data) {
+void reject_as_too_big(netsnmp_session* session, const u_char* data) {
     netsnmp_pdu* answer = snmp_pdu_create(kResponse);
     if (answer == nullptr)
         return;
@@ -41,14 +41,17 @@ void refuse_as_too_big(netsnmp_session* session, const u_char* data) {
 
 }  // namespace
 
-/** Stands before the agent library's own, which drops a longer request without a word: the manager would get
-   no answer, and the master would give the daemon up when agentXTimeout is over. One datagram would do. */
+/**
+ * Replaces the agent library's function, which silently drops a longer request: the manager would get no
+ * response, and after agentXTimeout the master agent would disconnect the daemon. A single datagram would be
+ * enough.
+ */
 extern "C" __attribute__((visibility("default"))) int agentx_parse(netsnmp_session* session, netsnmp_pdu* pdu,
                                                                    u_char* data, size_t length) {
     static const auto parse = reinterpret_cast<decltype(&agentx_parse)>(dlsym(RTLD_NEXT, "agentx_parse"));
     const bool is_request = length > kTypeAt && data[kTypeAt] >= kGet && data[kTypeAt] <= kTestSet;
-    if (is_request && length > kGreatestRequest) {
-        refuse_as_too_big(session, data);
+    if (is_request && length > kMaximumRequest) {
+        reject_as_too_big(session, data);
         return SNMPERR_TOO_LONG;
     }
     if (is_request)

@@ -5,7 +5,7 @@
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/requestContext.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/oidText.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/oidFormatter.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
 bool rcvd_req_with_old_enterprise_num = false;

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/requestContext.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/oidText.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/oidFormatter.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/netSnmpHeaders.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
@@ -13,14 +13,14 @@ int32_t last_var_index = 0;
 
 namespace {
 
-// The self-test reads this variable again and again; its lines would drown the debug log.
+// The self-test reads this variable every few seconds, which would flood the debug log.
 constexpr int32_t kSelfTestIndex = COLID_selfTestVersion;
 
 int compare_column(const column_record& column, const oid* name, size_t name_length) {
     return snmp_oidtree_compare(column.oid_ptr, column.oid_len, name, name_length);
 }
 
-// The first column that does not sort before the name; NUMBER_OF_COLUMNS when all do.
+// Returns the first column that does not sort before the name; NUMBER_OF_COLUMNS if all do.
 int first_column_not_below(const oid* name, size_t name_length) {
     const column_record* found = std::partition_point(
         std::begin(cols), std::end(cols),
@@ -79,33 +79,33 @@ int32_t index_of_scalar(const column_record& column, const oid* name, size_t nam
 
 constexpr int64_t kNoCandidate = -1;
 
-// A sub-identifier as a number wide enough for sums. The agent library reads those of 2147483648 and more
-// from AgentX with a sign that they do not have; what lies beyond the greatest one counts as that.
-int64_t number_of(oid sub_identifier) {
-    constexpr oid kGreatest = 0xFFFFFFFF;
-    return static_cast<int64_t>(std::min(sub_identifier, kGreatest));
+// Returns a sub-identifier as a number wide enough for sums. The agent library reads sub-identifiers from
+// 2147483648 on as signed numbers, so they are capped at the 32-bit maximum.
+int64_t capped_number(oid sub_identifier) {
+    constexpr oid kMaximum = 0xFFFFFFFF;
+    return static_cast<int64_t>(std::min(sub_identifier, kMaximum));
 }
 
 int64_t first_of_column_after(int col_id) {
     return col_id + 1 < NUMBER_OF_COLUMNS ? cols[col_id + 1].first_var : kNoCandidate;
 }
 
-// Where to look for the next instance, for a name that goes on behind the OID of a table with parent. The
-// numbers are as wide as any sub-identifier needs.
+// Returns where to search for the next instance, for a name that continues after the OID of a column with
+// parents. The result may exceed 32 bits.
 int64_t candidate_with_parent(int col_id, const oid* rest, size_t rest_length) {
     const column_record& column = cols[col_id];
     const int64_t rows = column.maxNumOfRows;
-    const int64_t parent = number_of(rest[0]);
+    const int64_t parent = capped_number(rest[0]);
     if (rest_length > 2)
         return kNoCandidate;
     if (rest_length == 1)
         return parent == 0 ? column.first_var + rows - 1 : first_of_column_after(col_id);
-    if (parent == 0)  // the formula would reach back before the column
+    if (parent == 0)  // the formula would yield a variable before the column
         return column.first_var;
-    return column.first_var + (parent - 1) * rows + number_of(rest[1]);
+    return column.first_var + (parent - 1) * rows + capped_number(rest[1]);
 }
 
-// Where to look for the next instance; may lie in a later column or beyond the store.
+// Returns where to search for the next instance: possibly in a later column or beyond the store.
 int64_t next_candidate(const oid* name, size_t name_length) {
     const int col_id = first_column_not_below(name, name_length);
     if (col_id == NUMBER_OF_COLUMNS) {
@@ -124,7 +124,7 @@ int64_t next_candidate(const oid* name, size_t name_length) {
         return column.first_var + 1;
     const oid* rest = name + column.oid_len;
     if (!column.has_parent())
-        return column.first_var + number_of(rest[0]);
+        return column.first_var + capped_number(rest[0]);
     return candidate_with_parent(col_id, rest, name_length - column.oid_len);
 }
 

@@ -7,67 +7,67 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/oidLookup.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/requestHandler.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/oidText.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/oidFormatter.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
-// ---- what Net-SNMP calls ----
+// ---- the handler ----
 
-// Between Net-SNMP and central_oid_handler. Net-SNMP hands over the requests of one registration, linked
-// by `next`; but the bindings' own chain, next_variable, is that of the whole PDU and holds bindings of other
-// registrations, which get a call of their own. So each request is served by itself, its binding cut out of
-// the chain for the time of the call: an error then goes to the binding that earned it, and a binding that
-// ends its view does not end the others.
+// Net-SNMP passes the requests of one registration, linked by `next`. But the bindings' own chain,
+// next_variable, is that of the whole PDU and includes bindings of other registrations, which get a separate
+// call. Therefore each request is served separately, with its binding cut out of the chain: an error is set
+// on the binding that caused it, and the end of one binding's view does not end the others.
 
 namespace {
 
-class cut_out_binding {
+class isolated_binding {
   public:
-    explicit cut_out_binding(netsnmp_variable_list* binding)
+    explicit isolated_binding(netsnmp_variable_list* binding)
         : binding_(binding), next_(binding->next_variable) {
         binding_->next_variable = nullptr;
     }
-    ~cut_out_binding() { binding_->next_variable = next_; }
-    cut_out_binding(const cut_out_binding&) = delete;
-    cut_out_binding& operator=(const cut_out_binding&) = delete;
+    ~isolated_binding() { binding_->next_variable = next_; }
+    isolated_binding(const isolated_binding&) = delete;
+    isolated_binding& operator=(const isolated_binding&) = delete;
 
   private:
     netsnmp_variable_list* binding_;
     netsnmp_variable_list* next_;
 };
 
-class changed_mode {
+class temporary_mode {
   public:
-    changed_mode(netsnmp_agent_request_info* info, int mode) : info_(info), mode_(info->mode) {
+    temporary_mode(netsnmp_agent_request_info* info, int mode) : info_(info), mode_(info->mode) {
         info_->mode = mode;
     }
-    ~changed_mode() { info_->mode = mode_; }
-    changed_mode(const changed_mode&) = delete;
-    changed_mode& operator=(const changed_mode&) = delete;
+    ~temporary_mode() { info_->mode = mode_; }
+    temporary_mode(const temporary_mode&) = delete;
+    temporary_mode& operator=(const temporary_mode&) = delete;
 
   private:
     netsnmp_agent_request_info* info_;
     int mode_;
 };
 
-bool lies_in(const netsnmp_handler_registration* reginfo, const netsnmp_variable_list* binding) {
+bool is_below_root(const netsnmp_handler_registration* reginfo, const netsnmp_variable_list* binding) {
     return binding->name_length >= reginfo->rootoid_len &&
            snmp_oidtree_compare(reginfo->rootoid, reginfo->rootoid_len, binding->name,
                                 binding->name_length) == 0;
 }
 
-// Net-SNMP asks "from here on" where a walk enters a registration at its very first name. The instance with
-// that name is then the answer, and not the one behind it. A walk that has left another registration keeps
-// the name of its last instance there; that one was given already.
-bool asks_for_itself(const netsnmp_handler_registration* reginfo, const netsnmp_agent_request_info* info,
-                     const netsnmp_request_info* request) {
-    return info->mode == MODE_GETNEXT && request->inclusive != 0 && lies_in(reginfo, request->requestvb) &&
+// Net-SNMP sets `inclusive` if a walk enters a registration at its first name. If an instance has that name,
+// it is itself the response, not its successor. A walk that comes from another registration carries the name
+// of its last instance there, which was already delivered.
+bool includes_own_name(const netsnmp_handler_registration* reginfo, const netsnmp_agent_request_info* info,
+                       const netsnmp_request_info* request) {
+    return info->mode == MODE_GETNEXT && request->inclusive != 0 &&
+           is_below_root(reginfo, request->requestvb) &&
            get_index_of_oid(request->requestvb->name, request->requestvb->name_length) >= 0;
 }
 
 int serve_request(netsnmp_mib_handler* handler, netsnmp_handler_registration* reginfo,
                   netsnmp_agent_request_info* info, netsnmp_request_info* request) {
-    const cut_out_binding alone(request->requestvb);
-    const changed_mode mode(info, asks_for_itself(reginfo, info, request) ? MODE_GET : info->mode);
+    const isolated_binding alone(request->requestvb);
+    const temporary_mode mode(info, includes_own_name(reginfo, info, request) ? MODE_GET : info->mode);
     return SnmpSubagentMibHandlers::central_oid_handler(handler, reginfo, info, request);
 }
 
@@ -75,8 +75,8 @@ bool only_reads(const netsnmp_agent_request_info* info) {
     return info->mode == MODE_GET || info->mode == MODE_GETNEXT;
 }
 
-// Net-SNMP writes an error with the bindings as they were asked for, and the range of each request as its
-// value: without those the error takes no more room than the request did.
+// An error response repeats the bindings of the request, and Net-SNMP leaves the end of each search range in
+// them as value. Clearing the values keeps the error no larger than the request.
 int fail(netsnmp_agent_request_info* info, netsnmp_request_info* request, int error) {
     if (request->status == SNMP_ERR_NOERROR)
         netsnmp_set_request_error(info, request, error);
@@ -88,20 +88,20 @@ int fail(netsnmp_agent_request_info* info, netsnmp_request_info* request, int er
     return error;
 }
 
-constexpr size_t kHeader = 28;  // that of every PDU, and what a response has in addition
-constexpr size_t kWord = 4;     // everything is padded to words
+constexpr size_t kHeader = 28;  // 20 of every PDU, and 8 of a response
+constexpr size_t kWord = 4;     // all fields are padded to words
 constexpr oid kInternet[] = {1, 3, 6, 1};
-constexpr size_t kShortened = 5;  // the four above and the next one, which the header of the name then holds
-constexpr oid kGreatestShortened = 255;
+constexpr size_t kShortened = 5;  // these four and the next one, which is in the name's header
+constexpr oid kMaximumShortened = 255;
 
 size_t size_of_name(const netsnmp_variable_list& binding) {
     const bool is_shortened = binding.name_length >= kShortened &&
                               snmp_oid_compare(binding.name, 4, kInternet, 4) == 0 && binding.name[4] > 0 &&
-                              binding.name[4] <= kGreatestShortened;
+                              binding.name[4] <= kMaximumShortened;
     return kWord + kWord * (binding.name_length - (is_shortened ? kShortened : 0));
 }
 
-/** Of the types that the store has, and of what stands for a value that is not there. */
+/** Covers the types of the store, and the types without value that mark errors. */
 size_t size_of_value(const netsnmp_variable_list& binding) {
     switch (binding.type) {
         case ASN_OCTET_STR:
@@ -114,8 +114,8 @@ size_t size_of_value(const netsnmp_variable_list& binding) {
     }
 }
 
-// Octets of the AgentX PDU that answers with these bindings.
-size_t size_of_answer(const netsnmp_variable_list* bindings) {
+// Returns the size, in octets, of the AgentX response with these bindings.
+size_t size_of_response(const netsnmp_variable_list* bindings) {
     size_t size = kHeader;
     for (; bindings != nullptr; bindings = bindings->next_variable)
         size += kWord + size_of_name(*bindings) + size_of_value(*bindings);
@@ -130,23 +130,24 @@ int serve_requests(netsnmp_mib_handler* handler, netsnmp_handler_registration* r
         const int result = serve_request(handler, reginfo, info, request);
         if (result == SNMP_ERR_NOERROR)
             continue;
-        // A manager of version 1 sees noSuchName with the right index, one of version 2c noSuchInstance.
+        // An SNMPv1 manager gets noSuchName with the right index, an SNMPv2c manager noSuchInstance.
         if (info->mode == MODE_GET && result == SNMP_ERR_NOSUCHNAME) {
             netsnmp_set_request_error(info, request, SNMP_NOSUCHINSTANCE);
             continue;
         }
-        // AgentX has no answer to a COMMIT: the manager is told of a success.
+        // AgentX cannot report a failed COMMIT: the manager sees a success.
         if (info->mode == MODE_SET_COMMIT)
-            SUBAGENT_LOG(warning, "SET failed at %s: this binding and those behind it were not carried out\n",
+            SUBAGENT_LOG(warning, "SET failed at %s: this binding and those after it were not executed\n",
                          oid_text(request->requestvb->name, request->requestvb->name_length).c_str());
         return fail(info, request, result);
     }
-    // All bindings of the PDU, those of other registrations included, which may have their values already.
-    const bool is_too_big = only_reads(info) && size_of_answer(info->asp->pdu->variables) > kGreatestAnswer;
+    // The size counts all bindings of the PDU. Those of other registrations may already have values.
+    const bool is_too_big =
+        only_reads(info) && size_of_response(info->asp->pdu->variables) > kMaximumResponse;
     return is_too_big ? fail(info, first, SNMP_ERR_TOOBIG) : SNMP_ERR_NOERROR;
 }
 
-// ---- what it is given ----
+// ---- registering ----
 
 namespace {
 
@@ -155,14 +156,14 @@ constexpr oid kLumivantEnterprise[] = {1, 3, 6, 1, 4, 1, 27405};
 constexpr int kReadWrite = HANDLER_CAN_GETANDGETNEXT | HANDLER_CAN_SET;
 constexpr int kReadOnly = HANDLER_CAN_GETANDGETNEXT;
 
-// One handle for each registration; null while there is none.
+// One handle per registration; null if not registered.
 netsnmp_handler_registration* vorn_subtree = nullptr;
 netsnmp_handler_registration* lmv_subtree = nullptr;
 netsnmp_handler_registration* sys_contact = nullptr;
 netsnmp_handler_registration* sys_name = nullptr;
 netsnmp_handler_registration* sys_location = nullptr;
 
-// place: how the log lines name what could not be registered.
+// `place` identifies the registration in log lines.
 int register_oid(const char* name, const char* place, const oid* root, size_t length, int modes,
                  netsnmp_handler_registration** handle) {
     *handle = netsnmp_create_handler_registration(name, serve_requests, root, length, modes);

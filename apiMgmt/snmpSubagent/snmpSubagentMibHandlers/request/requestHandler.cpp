@@ -12,7 +12,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/serviceWindow.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/setRequest.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/oidText.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/oidFormatter.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
 std::atomic<bool> tempTest_requested{false};
@@ -29,7 +29,6 @@ int current_length() {
     return static_cast<int>(current_requestvb->name_length);
 }
 
-// One line for each mode, with the name that is being served.
 void log_mode(const char* mode) {
     SUBAGENT_LOG(debug,
                  "reqinfo->mode: %s: current_requestvb->name_length: %d, current_requestvb->name: %s\n", mode,
@@ -56,8 +55,8 @@ void name_current_binding(int32_t var_index) {
 }
 
 int serve_getnext(bool enters_old_subtree) {
-    // A walk that has just ended must not start again, in the old form, at the beginning of the store. A
-    // longer name belongs to a walk that is under way, possibly another manager's: that one goes on.
+    // A walk that has just ended must not start again in the old enterprise number. A longer name belongs to
+    // a walk in progress, possibly another manager's, which continues.
     if (enters_old_subtree && follows_end_of_view(current_requestvb)) {
         SUBAGENT_LOG(debug,
                      "reqinfo->mode: MODE_GETNEXT: got rcvd_req_with_old_enterprise_num and "
@@ -133,7 +132,7 @@ int serve_binding() {
     return result;
 }
 
-// Serves the bindings one after the other, up to the first that fails.
+// Serves the bindings in order, up to the first failure.
 int serve_bindings() {
     int result = 1;
     while (current_requestvb != nullptr) {

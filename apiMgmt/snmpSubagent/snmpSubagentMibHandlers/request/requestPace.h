@@ -6,26 +6,27 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/netSnmpHeaders.h"
 
 /**
- * The pace of SNMP service: about 500 PDUs per second, after a burst of as many. Normally a PDU that exceeds
- * the pace waits. Managers that do not wait for responses would fill the queues in front of the daemon and
- * the memory of snmpd, which restarts the service: while such an overload lasts, a PDU that exceeds the pace
- * is rejected immediately instead. A small one for whose first name nobody has just asked is served, so that
- * other managers still are. Main thread only.
+ * Pacing of SNMP service: about 500 PDUs per second, after a burst of as many. Normally a PDU that exceeds
+ * the pace waits. But managers that do not wait for responses would fill the daemon's queues and snmpd's
+ * memory until the service restarts. During such an overload, a PDU that exceeds the pace is rejected
+ * immediately. A small one whose first name was not requested recently is still served, so that other
+ * managers get responses. Main thread only.
  */
 
-/** Virtual clock of the pacing, in milliseconds. */
+/** Virtual clock of pacing, in milliseconds. */
 extern int64_t next_pdu_slot_ms;
 
-/** Holds the rate of PDUs at about 500 a second, after a burst of about as many: sleeps if the next one
- * exceeds it. */
+/** Advances the virtual clock by one PDU, and sleeps if that exceeds the pace. */
 void pace_pdu_processing();
 
-/** A request PDU of this many octets has arrived; they are served in the order in which they arrive. */
+/** Records the arrival of a request PDU. PDUs are served in the order of arrival. */
 void note_request_arrived(size_t octets);
 
-/** No request waits. */
+/** Records that no request is waiting. */
 void note_no_request_waits();
 
-/** The oldest request is about to be served: sleeps if it exceeds the pace. Returns whether to serve it;
-   false in an overload. */
+/**
+ * Removes the oldest waiting request and sleeps if it exceeds the pace. Returns false if it must be rejected
+ * because of an overload.
+ */
 bool keep_request_pace(const netsnmp_variable_list* first_binding);

@@ -8,7 +8,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/requestPace.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
-// Never destroyed: the main thread still holds it when the process ends.
+// Never destroyed, because the main thread still holds it when the process exits.
 MUTEXWrapper& mib_mutex = *new MUTEXWrapper;
 
 int permission_to_process_pdu = 0;
@@ -17,13 +17,13 @@ int pdu_failures = 0;
 namespace {
 
 constexpr int kPdusPerTick = 10;
-constexpr int kGreatestFailures = 4;
+constexpr int kMaximumFailures = 4;
 
 struct pdu_of_tick {
     const netsnmp_agent_session* session = nullptr;
     int failures_before = 0;
     bool has_failed = false;
-    std::vector<const netsnmp_variable_list*> ended;  // bindings whose view has ended in this tick
+    std::vector<const netsnmp_variable_list*> ended;  // bindings at the end of the view, in this tick
 
     bool has_ended(const netsnmp_variable_list* binding) const {
         return std::find(ended.begin(), ended.end(), binding) != ended.end();
@@ -73,7 +73,7 @@ void count_failure() {
     if (!current_pdu.has_failed)
         pdu_failures = current_pdu.failures_before + 1;
     current_pdu.has_failed = true;
-    if (pdu_failures <= kGreatestFailures)
+    if (pdu_failures <= kMaximumFailures)
         return;
     permission_to_process_pdu = 0;
     pdu_failures = 0;

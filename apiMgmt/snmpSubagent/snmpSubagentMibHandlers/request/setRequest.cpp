@@ -10,25 +10,25 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/requestContext.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapVariables.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/oidText.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/oidFormatter.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
 namespace {
 
-// The system group and forceTrapCommand. Every other column that can be set takes one word only.
-bool takes_any_text(int col_id) {
+// True for the system group and forceTrapCommand. All other writable columns accept only one keyword.
+bool accepts_any_string(int col_id) {
     return col_id < COLID_productName || col_id > COLID_trapActionText;
 }
 
-bool is_acceptable_text(int col_id) {
+bool is_acceptable_string(int col_id) {
     static constexpr std::string_view kForceTrap = "ForceTrap";
-    if (takes_any_text(col_id))
+    if (accepts_any_string(col_id))
         return true;
     return current_requestvb->val_len == kForceTrap.size() &&
            std::equal(kForceTrap.begin(), kForceTrap.end(), current_requestvb->val.string);
 }
 
-int32_t refuse_set(int error, int col_id) {
+int32_t reject_set(int error, int col_id) {
     snmpErr = error;
     set_current_request_error(error);
     SUBAGENT_LOG(debug, "failed for reserve1: col-id: %d\n", col_id);
@@ -43,7 +43,7 @@ struct queued_set {
     std::string value;
 };
 
-std::deque<queued_set> queued_sets;  // at most one for each variable
+std::deque<queued_set> queued_sets;  // at most one per variable
 
 int queue_array_attribute(const char* attribute, int32_t var_index) {
     const auto same = std::ranges::find(queued_sets, var_index, &queued_set::var_index);
@@ -61,26 +61,26 @@ int32_t process_reserve1() {
     if (var_index < 0) {
         SUBAGENT_LOG(debug, "could not find index for oid: current_requestvb->name: %s\n",
                      oid_text(current_requestvb->name, current_requestvb->name_length).c_str());
-        return refuse_set(SNMP_ERR_NOSUCHNAME, -1);
+        return reject_set(SNMP_ERR_NOSUCHNAME, -1);
     }
     const int col_id = vars[var_index].col_id;
     if (!is_cached(var_index)) {
         SUBAGENT_LOG(debug, "oid is not cached: col-id: %d\n", col_id);
-        return refuse_set(SNMP_ERR_NOSUCHNAME, col_id);
+        return reject_set(SNMP_ERR_NOSUCHNAME, col_id);
     }
     if (cols[col_id].set_fn == nullptr) {
         SUBAGENT_LOG(debug, "no Set handler defined: col-id: %d\n", col_id);
-        return refuse_set(SNMP_ERR_NOTWRITABLE, col_id);
+        return reject_set(SNMP_ERR_NOTWRITABLE, col_id);
     }
     if (cols[col_id].data_type != SMI_BASETYPE_OCTET_STRING) {
         SUBAGENT_LOG(debug, "data_type is not string: col-id: %d\n", col_id);
-        return refuse_set(SNMP_ERR_WRONGTYPE, col_id);
+        return reject_set(SNMP_ERR_WRONGTYPE, col_id);
     }
-    if (!is_acceptable_text(col_id)) {
+    if (!is_acceptable_string(col_id)) {
         SUBAGENT_LOG(debug, "string is not 'ForceTrap': col-id: %d\n", col_id);
-        return refuse_set(SNMP_ERR_BADVALUE, col_id);
+        return reject_set(SNMP_ERR_BADVALUE, col_id);
     }
-    if (!takes_any_text(col_id))
+    if (!accepts_any_string(col_id))
         note_forced_trap();
     return var_index;
 }
@@ -131,12 +131,12 @@ void perform_queued_set() {
         return;
     const queued_set set = std::move(queued_sets.front());
     queued_sets.pop_front();
-    // A refresh since the SET may have brought back the array's old value.
+    // A refresh since the SET may have restored the array's old value.
     vars[set.var_index].str = set.value;
     const column_record& column = cols[vars[set.var_index].col_id];
-    // The response is not looked at: the next refresh undoes a change that the array rejects.
+    // The response is ignored, because the next refresh undoes a change that the array rejects.
     std::string response;
     if (AccessApi("Tessera", response, kArrayApiIndex, set.attribute, set.value) != 0)
-        SUBAGENT_LOG(warning, "SET failed at %s0: the array could not be asked\n",
+        SUBAGENT_LOG(warning, "SET failed at %s0: no valid response from the API manager\n",
                      oid_text(column.oid_ptr, column.oid_len).c_str());
 }

@@ -3,21 +3,23 @@
 #include <cstdint>
 
 /**
- * The phases of a SET that do something: what may be written is settled in RESERVE1 and once more before the
- * value is stored in COMMIT. What a committed SET changes in the array is queued. Main thread only.
+ * The two effective phases of a SET: RESERVE1 checks it; COMMIT checks it again, stores the value and queues
+ * the change of the array, if any. Main thread only.
  */
 
-/** Checks the SET of `current_requestvb`: the variable's index, or -1 after the error was set. */
+/** Checks the SET of `current_requestvb`. Returns the variable's index, or -1 after setting the error. */
 int32_t process_reserve1();
 
-/** Stores the new value and runs the column's set_fn. Result 0 or non-zero. */
+/** Stores the new value and runs the column's set_fn. Returns 0, or non-zero on failure. */
 int process_commitset(int32_t var_index);
 
-/** The set_fn of three scalars: the change of the array is queued; a newer value of the same variable
-   replaces one that is still queued. They take the index of the written variable. Result 0. */
+/**
+ * The set_fn of three scalars: queue the change of the array. A newer value of the same variable replaces a
+ * queued one. Return 0.
+ */
 int sysContact_set(int32_t var_index);
 int sysName_set(int32_t var_index);
 int sysLocation_set(int32_t var_index);
 
-/** Hands the oldest queued change to the array. A failure is logged, and the change is dropped. */
+/** Sends the oldest queued change to the array. If that fails, logs the error and drops the change. */
 void perform_queued_set();

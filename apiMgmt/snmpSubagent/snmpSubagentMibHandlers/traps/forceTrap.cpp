@@ -10,19 +10,19 @@
 
 namespace {
 
-// Below the component's API index. A command that names a component by N means the one with API index N + 1,
-// so a forced one is about the component before the written row's.
+// Subtracted from the component's API index. The reader of the command adds only 1, so a forced notification
+// is about the component before that of the written row.
 constexpr uint32_t kComponentIndexOffset = 2;
 
-// trapArgA to trapArgC; trapArgD is always 0 and the alert text empty.
+// trapArgA to trapArgC; trapArgD is always 0 and the alert string empty.
 struct force_arguments {
     int64_t a = 0;  // wide enough for an API index
     int32_t b = 0;
     int32_t c = 0;
 };
 
-// The variable of another column of the same table that stands beside the written one.
-int32_t beside(int32_t var_index, int col_id) {
+// Returns the variable of another column in the same row.
+int32_t in_same_row(int32_t var_index, int col_id) {
     return cols[col_id].first_var + var_index - cols[vars[var_index].col_id].first_var;
 }
 
@@ -35,7 +35,7 @@ bool find_controller(int32_t row, force_arguments* arguments) {
     return true;
 }
 
-// The last row of a full table is refused.
+// Rejects the last row of a full table.
 bool find_object(const force_definition& force, int32_t var_index, int32_t row, force_arguments* arguments) {
     if (row == 0) {
         SUBAGENT_LOG(debug, "%s seq num is zero\n", force.word);
@@ -45,7 +45,7 @@ bool find_object(const force_definition& force, int32_t var_index, int32_t row, 
         SUBAGENT_LOG(debug, "%s index too large\n", force.word);
         return false;
     }
-    const int32_t index_var = beside(var_index, force.index_column);
+    const int32_t index_var = in_same_row(var_index, force.index_column);
     if (!is_cached(index_var)) {
         SUBAGENT_LOG(debug, "%s does not exist\n", force.word);
         return false;
@@ -66,7 +66,7 @@ bool find_arguments(const force_definition& force, int32_t var_index, force_argu
             arguments->b = force.component;
             arguments->c = force.index_column < 0
                                ? row
-                               : static_cast<int32_t>(vars[beside(var_index, force.index_column)].uint -
+                               : static_cast<int32_t>(vars[in_same_row(var_index, force.index_column)].uint -
                                                       kComponentIndexOffset);
             return true;
         case force_rule::row:

@@ -13,14 +13,15 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapVariables.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 
-// ---- a whole object ----
+// ---- an object ----
 
 namespace {
 
 constexpr int32_t kDiskStatusChange = 202;
-constexpr size_t kLongestDiskName = 500;  // what of a name is looked at
+constexpr size_t kLongestDiskName = 500;  // longer names are truncated
 
-// 1-based; 0 when no row holds the index. A negative one is no index, whatever a cell may hold.
+// Returns the row (from 1) with this API index; 0 if there is none. A negative number is never an index,
+// whatever the table contains.
 int32_t row_of_index(int index_column, int32_t index) {
     if (index < 0)
         return 0;
@@ -36,7 +37,7 @@ int32_t row_of_controller(int32_t index) {
     return index == ctlrIndexSecond ? 2 : 0;
 }
 
-// A negative number counts as one that is too large.
+// A negative number counts as too large.
 bool is_beyond_table(int col_id, int32_t row) {
     return static_cast<uint32_t>(row) > cols[col_id].maxNumOfRows;
 }
@@ -54,7 +55,7 @@ int32_t row_by_rule(const state_rule& state, int32_t trapArgA) {
     }
 }
 
-// The status of one object, read anew. 0 on success.
+// Re-reads the status of one object if its rule says so. Returns 0 on success.
 int read_status(const object_rule& object, int32_t trapArgA, int32_t status_var) {
     if (object.fresh != fresh_rule::instance)
         return 0;
@@ -72,49 +73,49 @@ void advise_on(const object_rule& object, int32_t status_var) {
         write_alert_state(kAlertActive);
 }
 
-// The row (from 1) that trapArgA names; 0 after a logged refusal.
+// Returns the row (from 1) that trapArgA selects; 0 after logging the rejection.
 int32_t find_object_row(const object_rule& object, int32_t trapArgA) {
     const state_rule& state = object.state;
     if (trapArgA == 0 && *object.no_index != '\0') {
-        refuse_trap(object.no_index);
+        reject_trap(object.no_index);
         return 0;
     }
     if (object.fresh == fresh_rule::table_first)
         refresh_table_of(state.status_column);
     const bool is_bounded = state.find == row_rule::bounded_index || state.find == row_rule::row;
     if (is_bounded && is_beyond_table(state.status_column, trapArgA)) {
-        refuse_trap(state.too_large, {trapArgA});
+        reject_trap(state.too_large, {trapArgA});
         return 0;
     }
     const int32_t row = row_by_rule(state, trapArgA);
     if (row == 0)
-        refuse_trap(state.unknown, {trapArgA});
+        reject_trap(state.unknown, {trapArgA});
     return row;
 }
 
-// Refreshes the table if that is due now, and lets the notification show the object. Returns its row (from
-// 1), which the refresh may have changed, or 0 after logging that there is no such object.
-int32_t bring_object_up_to_date(const object_rule& object, int32_t row, int32_t trapArgA) {
+// Refreshes the table if its rule says so, and selects the object's row for the notification. Returns the row
+// (from 1), which the refresh may have changed; 0 after logging that there is no such object.
+int32_t refresh_object(const object_rule& object, int32_t row, int32_t trapArgA) {
     const state_rule& state = object.state;
     if (object.fresh == fresh_rule::table) {
         refresh_table_of(state.status_column);
         row = row_by_rule(state, trapArgA);
         if (row == 0) {
-            refuse_trap(state.unknown, {trapArgA});
+            reject_trap(state.unknown, {trapArgA});
             return 0;
         }
     }
     for (const int col_id : object.rows)
         set_trap_row(col_id, row);
     if (!is_cached(cols[state.status_column].first_var + row - 1)) {
-        refuse_trap(state.missing, {trapArgA});
+        reject_trap(state.missing, {trapArgA});
         return 0;
     }
     return row;
 }
 
-// The row (from 1) of the enclosure of a disk, from the disk's name "ENCLOSURE-SLOT": not named when the name
-// does not tell, 0 when there is no such enclosure, which is logged.
+// The row (from 1) of a disk's enclosure, from the disk's name "ENCLOSURE-SLOT". `is_named` is false if the
+// name does not contain it; the row is 0 if there is no such enclosure, which is logged.
 struct disk_enclosure {
     bool is_named;
     int32_t row;
@@ -128,16 +129,16 @@ disk_enclosure find_enclosure_of_disk(const std::string& disk_name) {
     const auto enclosure = static_cast<int32_t>(strtol(name.substr(0, dash).c_str(), nullptr, 10));
     const int32_t row = row_of_index(COLID_tsEnclApiIndex, enclosure);
     if (row == 0)
-        refuse_trap("could not find encl index: enclNum %d", {enclosure});
+        reject_trap("could not find encl index: enclNum %d", {enclosure});
     return {.is_named = true, .row = row};
 }
 
-// 0 when the notification can go, 1 after a logged refusal.
+// Selects the enclosure's row for the notification. Returns 0, or 1 after logging the rejection.
 int show_enclosure_of_disk(int32_t disk_row) {
     const disk_enclosure enclosure =
         find_enclosure_of_disk(vars[cols[COLID_tsDiskName].first_var + disk_row - 1].str);
     if (!enclosure.is_named) {
-        // The first row reads so until the next refresh.
+        // Overwrites row 1 until the next refresh.
         set_trap_row(COLID_tsEnclName, 1);
         vars[cols[COLID_tsEnclName].first_var].str = "Unknown";
         return 0;
@@ -154,7 +155,7 @@ int send_object_trap(const notification_definition& notification, const TrapToSe
     const object_rule& object = *notification.object;
     int32_t row = find_object_row(object, trap.trapArgA);
     if (row != 0)
-        row = bring_object_up_to_date(object, row, trap.trapArgA);
+        row = refresh_object(object, row, trap.trapArgA);
     if (row == 0)
         return 1;
     const trap_variables variables = {.owner = cols[object.state.owner_column].first_var + row - 1,
@@ -174,13 +175,13 @@ int send_object_trap(const notification_definition& notification, const TrapToSe
 
 namespace {
 
-// Which variable of its table's columns a component has.
+// Returns the component's variable in a column of its table.
 int32_t variable_of(int col_id, int32_t parent_row, int32_t row) {
     const column_record& column = cols[col_id];
     return column.first_var + (parent_row - 1) * static_cast<int32_t>(column.maxNumOfRows) + row - 1;
 }
 
-// The parent's row when it is there and Up; 0 after a logged refusal.
+// Returns the parent's row if the parent exists and is Up; 0 after logging the rejection.
 int32_t find_parent(const object_rule& parent, const TrapToSend& trap) {
     int32_t row = find_object_row(parent, trap.trapArgA);
     if (row == 0)
@@ -188,20 +189,20 @@ int32_t find_parent(const object_rule& parent, const TrapToSend& trap) {
     const component_definition* component = find_component(trap.trapNum, trap.trapArgB);
     const bool takes_zero = component != nullptr && component->state.find == row_rule::next_index;
     if (trap.trapArgC == 0 && !takes_zero) {
-        refuse_trap("component index is zero");
+        reject_trap("component index is zero");
         return 0;
     }
-    row = bring_object_up_to_date(parent, row, trap.trapArgA);
+    row = refresh_object(parent, row, trap.trapArgA);
     if (row == 0)
         return 0;
     if (vars[cols[parent.state.status_column].first_var + row - 1].uint != kStatusUp) {
-        refuse_trap(parent.not_up, {trap.trapArgA});
+        reject_trap(parent.not_up, {trap.trapArgA});
         return 0;
     }
     return row;
 }
 
-// The component's row within its parent; 0 after a logged refusal.
+// Returns the component's row within its parent; 0 after logging the rejection.
 int32_t find_component_row(const component_definition& component, int32_t parent_row, int32_t trapArgC) {
     const state_rule& state = component.state;
     const uint32_t rows = cols[state.status_column].maxNumOfRows;
@@ -211,22 +212,22 @@ int32_t find_component_row(const component_definition& component, int32_t parent
                                 static_cast<uint32_t>(trapArgC) + 1) +
               1;
         if (trapArgC < 0 || row == 0) {
-            refuse_trap(state.unknown, {trapArgC});
+            reject_trap(state.unknown, {trapArgC});
             return 0;
         }
     }
     if (static_cast<uint32_t>(row) > rows) {
-        refuse_trap(state.too_large, {row, static_cast<int32_t>(rows)});
+        reject_trap(state.too_large, {row, static_cast<int32_t>(rows)});
         return 0;
     }
     if (!is_cached(variable_of(state.status_column, parent_row, row))) {
-        refuse_trap(state.missing, {row});
+        reject_trap(state.missing, {row});
         return 0;
     }
     return row;
 }
 
-// A measured value; some come as texts with a unit behind the number.
+// Returns a measured value. Some are strings with a unit after the number.
 std::optional<double> reading_of(int col_id, int32_t parent_row, int32_t row) {
     const variable_entry& entry = vars[variable_of(col_id, parent_row, row)];
     if (cols[col_id].data_type != SMI_BASETYPE_OCTET_STRING)
@@ -238,7 +239,7 @@ std::optional<double> reading_of(int col_id, int32_t parent_row, int32_t row) {
     return value;
 }
 
-// Whether both values of every rule can be read: if not, no rule speaks.
+// Returns whether both values of every rule are readable. If not, no rule applies.
 bool can_compare(const component_definition& component, int32_t parent_row, int32_t row) {
     for (const level_rule* level : {&component.low, &component.high}) {
         if (level->reading_column >= 0 && (!reading_of(level->reading_column, parent_row, row) ||
@@ -261,7 +262,7 @@ const char* advice_for_degraded(const component_definition& component, int32_t p
     return component.degraded;
 }
 
-// Empty: there is nothing to do.
+// Returns an empty string if no action is needed.
 const char* advice_for(const component_definition& component, uint32_t status, int32_t parent_row,
                        int32_t row) {
     if (status == kStatusUp)
@@ -294,7 +295,7 @@ int send_component_trap(const notification_definition& notification, const TrapT
     write_trap_text(trapCompStatusText, COLID_trapCompStatusText, "empty");
     const component_definition* component = find_component(trap.trapNum, trap.trapArgB);
     if (component == nullptr)
-        return refuse_trap("unknown H/W Comp Num passed fron lumivant-app: %d", {trap.trapArgB});
+        return reject_trap("unknown H/W Comp Num passed fron lumivant-app: %d", {trap.trapArgB});
     const state_rule& state = component->state;
     refresh_table_of(state.status_column);
     const int32_t row = find_component_row(*component, parent_row, trap.trapArgC);
@@ -313,8 +314,8 @@ namespace {
 
 constexpr int32_t kDeviceStatusChange = 213;
 
-// Lets the notification show an unknown object: row 1 with the number 0 and the name "Unknown". The two cells
-// get their values back when it is destroyed, because they belong to another object, which is known by them.
+// Makes the notification show an unknown object: row 1 with number 0 and name "Unknown". The destructor
+// restores both values, because they belong to another object.
 class unknown_object {
   public:
     unknown_object(int number_column, int name_column)
@@ -339,7 +340,7 @@ class unknown_object {
     std::string kept_name_;
 };
 
-// What a notification shows for want of a disk or an enclosure; empty if there is one.
+// Placeholders for an unknown disk and enclosure; empty if they are known.
 struct unknown_objects {
     std::optional<unknown_object> disk;
     std::optional<unknown_object> enclosure;
@@ -348,15 +349,16 @@ struct unknown_objects {
     void add_enclosure() { enclosure.emplace(COLID_tsEnclNbr, COLID_tsEnclName); }
 };
 
-// Shows the disk in a row and its enclosure. 0, or 1 after a logged refusal.
+// Selects the rows of a disk and its enclosure for the notification. Returns 0, or 1 after logging the
+// rejection.
 int show_disk(int32_t row, unknown_objects& unknown) {
     set_trap_row(COLID_tsDiskNbr, row);
     set_trap_row(COLID_tsDiskName, row);
     const column_record& names = cols[COLID_tsDiskName];
     const bool is_row = row > 0 && static_cast<uint32_t>(row) <= names.maxNumOfRows;
     if (!is_row || !is_cached(names.first_var + row - 1))
-        return refuse_trap("disk does not exist: %d", {row});
-    // A copy: the name is read before the refresh.
+        return reject_trap("disk does not exist: %d", {row});
+    // Copied, because the refresh may change it.
     const std::string name = vars[names.first_var + row - 1].str;
     refresh_table_of(COLID_tsEnclApiIndex);
     const disk_enclosure enclosure = find_enclosure_of_disk(name);
@@ -375,10 +377,10 @@ int show_disk(int32_t row, unknown_objects& unknown) {
 
 int send_device_trap(const TrapToSend& trap) {
     if (trap.trapArgB == 0)
-        return refuse_trap("no scsi initiator device type passed");
+        return reject_trap("no scsi initiator device type passed");
     write_trap_number(trapSIDeviceType, COLID_trapSIDeviceType, trap.trapArgB);
     if (trap.trapArgC == 0)
-        return refuse_trap("no scsi initiator device status passed");
+        return reject_trap("no scsi initiator device status passed");
     write_trap_number(trapSIDeviceStatus, COLID_trapSIDeviceStatus, trap.trapArgC);
     unknown_objects unknown;
     if (trap.trapArgA == 0) {

@@ -15,14 +15,14 @@ namespace {
 constexpr int64_t kCheckInterval_s = 60;
 constexpr int64_t kStale_s = 7 * 24 * 3600 + 1;
 
-// What a look at one record means for the walk through the list.
-enum class walk {
-    on,      // to the next record
-    on_end,  // to the next record, where the next call begins
-    stay,    // the next call begins here
+// What follows the check of a record.
+enum class scan {
+    next_record,   // check the next record
+    ends_at_next,  // end; the next call begins at the next record
+    ends_here,     // end; the next call begins at this record
 };
 
-// False at the end of the list, which the cursor has then left for the beginning.
+// Advances the cursor. Returns false at the end of the list, after moving it to the beginning.
 bool move_on() {
     if (++outstandingTrapCursor < outstandingTraps.size())
         return true;
@@ -38,12 +38,12 @@ void log_removal(const char* reason, const TrapToSend& command) {
         reason, command.trapNum, command.trapArgA, command.trapArgB, command.trapArgC, command.trapArgD);
 }
 
-walk remove_at_cursor() {
+scan remove_at_cursor() {
     remove_outstanding_trap(outstandingTrapCursor);
-    return walk::on;
+    return scan::next_record;
 }
 
-// A new event for the object: its passage through IsRedundantTrap removes or replaces the record.
+// Processes a new event for the object, so that IsRedundantTrap removes or replaces the record.
 void notify_change(const OutstandingTrap& record) {
     const variable_entry& status = vars[record.statusVar];
     const bool is_number = value_kind_of(status.col_id) == value_kind::number;
@@ -62,12 +62,12 @@ void notify_change(const OutstandingTrap& record) {
     processSendTrapCmd(command, false);
 }
 
-walk check_at_cursor() {
+scan check_at_cursor() {
     OutstandingTrap& record = *outstandingTraps[outstandingTrapCursor];
     const int64_t now_us = ClockNowUs();
     const int64_t unchecked_s = (now_us - record.timeLastChecked_us) / kSecondUs;
     if (unchecked_s < kCheckInterval_s)
-        return walk::on;
+        return scan::next_record;
     if (unchecked_s >= kStale_s) {
         log_removal("oustanding trap is stale", record.command);
         return remove_at_cursor();
@@ -84,16 +84,16 @@ walk check_at_cursor() {
     if (processSendTrapCmd(command, true) != 0) {
         log_removal("error while checking status - element is probably gone", record.command);
         remove_outstanding_trap(outstandingTrapCursor);
-        return walk::on_end;  // it may have cost an exchange, so it is this second's re-check
+        return scan::ends_at_next;  // counts as this second's re-check, because it may have taken an exchange
     }
     const variable_entry& status = vars[record.statusVar];
     if (value_kind_of(status.col_id) == value_kind::none) {
         log_no_value_kind(status.col_id);
-        return walk::stay;
+        return scan::ends_here;
     }
     if (!has_same_value(record.statusUint, *record.statusStr, status))
         notify_change(record);
-    return walk::on_end;
+    return scan::ends_at_next;
 }
 
 }  // namespace
@@ -101,12 +101,12 @@ walk check_at_cursor() {
 void check_outstanding_traps() {
     if (outstandingTraps.empty() || ClockNowUs() - lastTrapCheckTime_us < kSecondUs)
         return;
-    // Events since the last look may have taken away the record at the cursor and all behind it.
+    // Events may have removed the record at the cursor and all after it.
     if (outstandingTrapCursor >= outstandingTraps.size())
         outstandingTrapCursor = 0;
     for (;;) {
-        const walk next = check_at_cursor();
-        if (next == walk::stay || !move_on() || next == walk::on_end)
+        const scan next = check_at_cursor();
+        if (next == scan::ends_here || !move_on() || next == scan::ends_at_next)
             return;
     }
 }

@@ -2,12 +2,14 @@
 
 #include <cstdint>
 
-/** The re-check of the outstanding objects. Main thread only. */
+/** The re-check of outstanding objects. Main thread only. */
 
-/** The record that is looked at next; when the latest re-check was. */
+/** The record to check next, and the time of the latest re-check in microseconds. */
 extern uint32_t outstandingTrapCursor;
 extern int64_t lastTrapCheckTime_us;
 
-/** Reads at most one object of the memory anew, one a second and each once a minute, and notifies when its
-   state has changed. */
+/**
+ * Re-checks at most one outstanding object, at most one per second and each once a minute. Notifies a change
+ * of its status.
+ */
 void check_outstanding_traps();

@@ -12,12 +12,13 @@ uint64_t suppressed_notifications = 0;
 
 namespace {
 
-// What an object's status reads when nothing is wrong.
+// The status of a healthy object, as number and as string.
 constexpr uint32_t kGoodValue = 1;
 constexpr const char* kGoodText = "Up";
 
-// The record belongs to an object that is gone from its row.
-int forget(size_t position, const TrapToSend& trap, const trap_variables& variables, const char* reason) {
+// Removes the record of an object that is no longer in its row.
+int drop_record(size_t position, const TrapToSend& trap, const trap_variables& variables,
+                const char* reason) {
     SUBAGENT_LOG(
         debug,
         "we're removing the outstanding trap cuz %s: trapNum: %d, owenerOid: %d, statusOid: %d, status "
@@ -66,8 +67,9 @@ bool is_good(const variable_entry& status, value_kind kind) {
     return kind == value_kind::text ? status.str == kGoodText : status.uint == kGoodValue;
 }
 
-// The record of the command's object, in whichever row the object was. The row cannot tell: a record that is
-// verified by its row number stays there when rows are packed again, until its own re-check.
+// Returns the position of the record of the command's object, in whatever row the object was. Does not
+// compare rows: when rows are packed again, a record that is verified by its row number keeps its row until
+// its own re-check.
 size_t find_record_of(const TrapToSend& trap) {
     const object_rule& object = *find_notification(trap.trapNum)->object;
     const bool is_component = *object.not_up != '\0';
@@ -81,7 +83,8 @@ size_t find_record_of(const TrapToSend& trap) {
                                            : static_cast<size_t>(found - outstandingTraps.begin());
 }
 
-// A record in the object's row whose verify value says that it belongs to another object.
+// Returns the position of a record in the object's row whose verify value shows that it belongs to another
+// object.
 size_t find_displaced_record(const trap_variables& variables) {
     const size_t position = find_outstanding_trap(variables.owner);
     const bool is_displaced = position != kNoOutstandingTrap &&
@@ -89,7 +92,7 @@ size_t find_displaced_record(const trap_variables& variables) {
     return is_displaced ? position : kNoOutstandingTrap;
 }
 
-// The status that was notified last remains.
+// Moves the record to the object's present row. The recorded status remains that of the last notification.
 void follow_object(OutstandingTrap& record, const trap_variables& variables) {
     record.ownerVar = variables.owner;
     record.ownerUint = vars[variables.owner].uint;
@@ -187,7 +190,7 @@ int IsRedundantTrap(const TrapToSend& trap, const trap_variables& variables, boo
     const size_t known = find_record_of(trap);
     if (known != kNoOutstandingTrap)
         follow_object(*outstandingTraps[known], variables);
-    // The caller has re-read the status, which is all that it needs.
+    // The re-check needs no more than the status, which the caller has re-read.
     if (recheck)
         return 1;
     const variable_entry& status = vars[variables.status];
@@ -201,9 +204,9 @@ int IsRedundantTrap(const TrapToSend& trap, const trap_variables& variables, boo
     if (position != kNoOutstandingTrap) {
         const OutstandingTrap& record = *outstandingTraps[position];
         if (!is_cached(variables.status))
-            return forget(position, trap, variables, "the var is no longer cached");
+            return drop_record(position, trap, variables, "the var is no longer cached");
         if (record.verifyUint != vars[variables.verify].uint)
-            return forget(position, trap, variables, "verify-value does not match");
+            return drop_record(position, trap, variables, "verify-value does not match");
         if (has_same_value(record.statusUint, *record.statusStr, status) &&
             trap.trapArgD != kClearingArgument) {
             ++suppressed_notifications;

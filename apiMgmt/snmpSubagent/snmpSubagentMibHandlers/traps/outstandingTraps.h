@@ -11,28 +11,29 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 
 /**
- * The memory of what is not healthy: while an object stays in the same state no second notification goes
- * out for it, and its return to health is found and notified without an event. Lost with the process. Main
- * thread only, apart from the flag.
+ * The records of outstanding objects. While an object stays in the same state, no second notification about
+ * it is sent; its recovery is detected and notified without an event. Records are lost when the process
+ * exits. Main thread only, apart from the flag.
  */
 
-/** The variables (indexes in `vars`) by which an object is known. */
+/** The variables (indexes in `vars`) that identify an object. */
 struct trap_variables {
-    int32_t owner;  /**< names the object; the key of its record */
-    int32_t verify; /**< tells whether the same object still stands in this row */
+    int32_t owner;  /**< names the object; key of its record */
+    int32_t verify; /**< shows whether the same object is still in this row */
     int32_t status;
 };
 
 struct OutstandingTrap {
-    TrapToSend command; /**< the alert string has at most 255 characters */
+    TrapToSend command; /**< its alert string has at most 255 characters */
 
     /** Microseconds since the epoch. */
     int64_t timeAdded_us;
     int64_t timeLastChecked_us;
 
-    /** The numbers date from when the record was made; those of owner and verify from when it last followed
-        its object. The strings are the variables' own, with their present values: a string owner matches by
-        its variable alone. */
+    /**
+     * Numbers are copied when the record is created; those of owner and verify again when it follows its
+     * object to another row. Strings are not copied, so a string owner matches by its variable alone.
+     */
     int32_t ownerVar;
     uint32_t ownerUint;
     const std::string* ownerStr;
@@ -49,10 +50,10 @@ extern std::vector<std::unique_ptr<OutstandingTrap>> outstandingTraps;
 /** Events since the start that were not notified because their object's state had been notified before. */
 extern uint64_t suppressed_notifications;
 
-/** A management message asks for handleDisplayOutstandingTraps. */
+/** Set when a management message requests handleDisplayOutstandingTraps. */
 extern std::atomic<bool> displayTraps_requested;
 
-/** How the values of a column are compared: by SMI base type. */
+/** How a column's values are compared, by SMI base type. */
 enum class value_kind { number, text, none };
 
 value_kind value_kind_of(int col_id);
@@ -60,28 +61,29 @@ value_kind value_kind_of(int col_id);
 /** Logs why a column's values cannot be compared. */
 void log_no_value_kind(int col_id);
 
-/** Whether a value that was kept is that of the variable now. */
+/** Returns whether a recorded value equals the variable's present one. */
 bool has_same_value(uint32_t number, const std::string& text, const variable_entry& now);
 
-/** What find_outstanding_trap answers when there is no record. */
+/** Result of find_outstanding_trap if there is no record. */
 inline constexpr size_t kNoOutstandingTrap = 987654321;
 
-/** The first record of an owner variable whose value still matches. */
+/** Returns the position of the first record of an owner variable whose value still matches. */
 size_t find_outstanding_trap(int32_t ownerVar);
 
-/** Its position. */
+/** Appends a record and returns its position. */
 size_t add_outstanding_trap(const TrapToSend& trap, const trap_variables& variables);
 
 void remove_outstanding_trap(size_t position);
 
 /**
- * Returns 0 if the notification must be sent and 1 otherwise. Maintains the records: the object's record
- * follows it to the row where it was found now, an object that is not Up gets a record, and one that is
- * healthy or gone loses it. With `recheck` set, the record only follows and the result is 1.
+ * Returns 0 if the notification must be sent and 1 if it is redundant. Maintains the records: the object's
+ * record follows it to the row where it was just found; an object that is not Up gets a record; the record of
+ * an object that is healthy or gone is removed. If `recheck` is set, the record only follows and the result
+ * is 1.
  */
 int IsRedundantTrap(const TrapToSend& trap, const trap_variables& variables, bool recheck);
 
-/** Logs every record. Result 0. */
+/** Logs every record. Returns 0. */
 int handleDisplayOutstandingTraps();
 
 /** Name of the object of a record, or an empty string if its table has no name. */

@@ -18,7 +18,7 @@ struct trap_version {
     int command;
 };
 
-// The array's address, which every notification needs, whatever the version.
+// The array's address, which notifications of all versions require.
 struct array_address {
     std::string text;
     bool is_ipv4 = false;
@@ -49,12 +49,12 @@ bool is_internet(int family) {
     return family == AF_INET || family == AF_INET6;
 }
 
-int refuse_destination(const char* kind) {
+int reject_destination(const char* kind) {
     SUBAGENT_LOG(warning, "Invalid %s: %s\n", kind, conf_trapDest.c_str());
     return 1;
 }
 
-// `format` takes the destination and the port.
+// Composes the peer name from the destination and the port.
 int accept_destination(std::string* peername, const char* before, const char* after) {
     *peername = before + conf_trapDest + after + std::to_string(conf_trapPort);
     return 0;
@@ -69,7 +69,7 @@ int check_settings(array_address* address) {
     return 0;
 }
 
-// What a failed send leaves behind. Once Net-SNMP has freed a PDU its command reads as 0.
+// Frees the PDU after a failure. A command of 0 means that Net-SNMP has already freed it.
 int drop_pdu(netsnmp_pdu* pdu) {
     if (pdu->command == 0)
         return fail("Error: pdu has already been freed");
@@ -91,7 +91,7 @@ int send_through(netsnmp_session* session, const trap_version& version, const tr
     if (fill_trap_pdu(pdu, content) != 0)
         return drop_pdu(pdu);
     if (send_trap_pdu(session, pdu) != 0)
-        return 0;  // the PDU is Net-SNMP's now
+        return 0;  // Net-SNMP owns the PDU now
     report_send_error(session, version.command == SNMP_MSG_INFORM);
     return drop_pdu(pdu);
 }
@@ -137,7 +137,7 @@ int send_to_destination(int32_t trapVal, const std::string& msg, int trapVer, in
                                      .is_version_1 = version.session_version == SNMP_VERSION_1,
                                      .uptime = trap_uptime(),
                                      .agent_ip = address.is_ipv4 ? address.text.c_str() : nullptr});
-    // An inform is handed over like a trap: its acknowledgement is not waited for.
+    // An inform is sent like a trap, without waiting for the acknowledgement.
     close_trap_session(session);
     return result;
 }
@@ -164,20 +164,20 @@ int build_trap_peer_name(std::string* peername) {
     const int numeric_family = address_family_of(conf_trapDest, true);
     const bool is_numeric = numeric_family != AF_UNSPEC;
     if (is_numeric && !is_internet(numeric_family))
-        return refuse_destination("format for trap dest addr");
+        return reject_destination("format for trap dest addr");
     if (!is_numeric && address_family_of(conf_trapDest, false) == AF_UNSPEC)
-        return refuse_destination("trap dest addr");
+        return reject_destination("trap dest addr");
     if (conf_trapDest.find(':') != std::string::npos) {
         if (numeric_family != AF_INET6)
-            return refuse_destination("IPv6 trap dest addr");
+            return reject_destination("IPv6 trap dest addr");
         return accept_destination(peername, "udp6:[", "]:");
     }
     if (conf_trapDest.find('.') != std::string::npos) {
         if (numeric_family != AF_INET)
-            return refuse_destination("IPv4 trap dest addr");
+            return reject_destination("IPv4 trap dest addr");
         return accept_destination(peername, "udp:", ":");
     }
     if (!is_internet(address_family_of(conf_trapDest, is_numeric)))
-        return refuse_destination("trap dest addr");
+        return reject_destination("trap dest addr");
     return accept_destination(peername, "", ":");
 }

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-/** Notifications onto the wire, from the store. Main thread only. */
+/** Sends notifications, which are built from the store. Main thread only. */
 
 /** Value of trapDest with which only the master agent sends notifications. */
 inline constexpr const char* kNoTrapDest = "**none**";
@@ -23,10 +23,15 @@ extern notification_counts notification_count;
  */
 int Send_a_Trap(int32_t trapVal, const std::string& msg, int trapVer, int trapType);
 
-/** The same for a number of the catalogue: its text travels in the trap variables. */
+/**
+ * Sends a notification of the catalogue, whose strings are in the trap variables. Returns the result of
+ * Send_a_Trap.
+ */
 int send_notification(int32_t number);
 
-/** The name under which Net-SNMP reaches the configured receiver, from trapDest and trapPort: an address
-   gives "udp:..." or "udp6:[...]", a host name without dots its name. 0, or 1 when it leads nowhere, which is
-   logged. */
+/**
+ * Composes the receiver's name for Net-SNMP from trapDest and trapPort: "udp:..." or "udp6:[...]" for an
+ * address, the name itself for a host name without dots. Returns 0, or 1 after logging that the receiver is
+ * invalid.
+ */
 int build_trap_peer_name(std::string* peername);

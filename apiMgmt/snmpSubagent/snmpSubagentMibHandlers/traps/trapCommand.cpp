@@ -24,7 +24,7 @@ bool is_plain(int32_t trapNum) {
     return std::ranges::find(plain_notifications, trapNum) != plain_notifications.end();
 }
 
-// A plain notification carries the text behind " @@@" at the very beginning, and nothing otherwise.
+// A plain notification carries the string after a leading " @@@", and none if that is missing.
 std::string message_of(const std::string& alertString) {
     static constexpr std::string_view kMessageMark = " @@@";
     return alertString.starts_with(kMessageMark) ? alertString.substr(kMessageMark.size()) : "";
@@ -48,7 +48,7 @@ int dispatch(TrapToSend& trap, bool recheck) {
         return send_device_trap(trap);
     const notification_definition* notification = find_notification(trap.trapNum);
     if (notification == nullptr)
-        return refuse_trap("unknown trapNum passed fron lumivant-app: %d", {trap.trapNum});
+        return reject_trap("unknown trapNum passed fron lumivant-app: %d", {trap.trapNum});
     if (*notification->object->not_up != '\0')
         return send_component_trap(*notification, trap, recheck);
     return send_object_trap(*notification, trap, recheck);

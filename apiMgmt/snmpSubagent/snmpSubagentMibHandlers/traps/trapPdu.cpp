@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/oidText.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/oidFormatter.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/trapCatalogue.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
@@ -31,7 +31,7 @@ bool add(netsnmp_pdu* pdu, const oid (&name)[length], char type, const char* val
     return snmp_add_var(pdu, name, length, type, value) == 0;
 }
 
-// An OID as a value; not as text, which Net-SNMP would look up in its MIB files.
+// Adds an OID as an OID; Net-SNMP would look up a string in its MIB files.
 template <size_t length>
 bool add_oid(netsnmp_pdu* pdu, const oid (&name)[length], std::span<const oid> value) {
     return snmp_pdu_add_variable(pdu, name, length, ASN_OBJECT_ID, value.data(), value.size_bytes()) !=
@@ -87,7 +87,7 @@ int add_identity(netsnmp_pdu* pdu, int32_t trapVal) {
     return 0;
 }
 
-// The variable of the row that the notification shows.
+// Returns the variable of the row that the notification shows.
 int32_t shown_variable(const column_record& column) {
     if (!column.is_table())
         return column.first_var;
@@ -96,10 +96,9 @@ int32_t shown_variable(const column_record& column) {
     return column.first_var + column.trapRow + parents_before - 1;
 }
 
-// In this order: the variable of the row that is shown; its name, which receivers tell the object by; its
-// value, as a string that Net-SNMP converts by the letter of its type. A column whose type no notification
-// carries is left out and logged, because the rest is still of use; one without a type stops the
-// notification.
+// Adds the variable of the row to be shown, with its name, by which receivers identify the object. A column
+// whose type cannot be sent is logged and left out, because the rest is still useful. A column without a type
+// stops the notification.
 int add_variable(netsnmp_pdu* pdu, const column_record& column) {
     const int32_t var_index = shown_variable(column);
     const variable_entry& entry = vars[var_index];
@@ -165,7 +164,7 @@ int add_content(netsnmp_pdu* pdu, const trap_content& content) {
         return add_coldstart(pdu);
     if (content.trapVal < kFirstCatalogueNumber)
         return add_identity(pdu, content.trapVal);
-    // Version 1 says which notification it is in its header alone.
+    // SNMPv1 identifies the notification in the header only.
     if (!content.is_version_1 && add_identity(pdu, content.trapVal) != 0)
         return 1;
     return add_list(pdu, content.trapVal);

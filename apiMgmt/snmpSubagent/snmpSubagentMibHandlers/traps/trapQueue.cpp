@@ -12,12 +12,12 @@
 
 std::deque<std::unique_ptr<TrapToSend>> trapsToSend;
 
-// Never destroyed: the listener may wait for it when the process ends.
+// Never destroyed, because the listener may wait for it when the process exits.
 MUTEXWrapper& trapsToSend_mutex = *new MUTEXWrapper;
 
 namespace {
 
-// One byte stands in the pipe while commands wait. A process that gets no pipe rests as if nobody woke it.
+// The pipe contains one byte while commands are waiting. Without a pipe, the main loop rests its full time.
 struct wake_up_pipe {
     wake_up_pipe() {
         if (pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0)
@@ -39,7 +39,8 @@ const wake_up_pipe& wake_up() {
     return pipe;
 }
 
-// The number in front of the next blank; a word that is none reads as 0. False when no blank ends the word.
+// Reads the number before the next space; a word that is not a number yields 0. Returns false if no space
+// follows.
 bool take_number(char** rest, int32_t* number) {
     char* word = *rest + strspn(*rest, " ");
     char* end = strchr(word, ' ');

@@ -15,7 +15,7 @@ namespace {
 
 constexpr size_t kNameBuffer = 240;
 
-// The template of every session. The buffers live on between notifications.
+// The template of every session, which refers to the buffers.
 netsnmp_session trap_session;
 char peername_buffer[kNameBuffer];
 char community_buffer[kNameBuffer];

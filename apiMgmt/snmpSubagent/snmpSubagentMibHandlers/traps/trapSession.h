@@ -4,25 +4,26 @@
 
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/netSnmpHeaders.h"
 
-/**
- * The calls for a notification that reach the network; tests link others in their place. Main thread only.
- */
+/** The calls for a notification that reach the network. Tests link fakes in their place. Main thread only. */
 
-/** Prepares the session record of the notifications; ends it. */
+/** Initialise and close the session template. */
 void init_trap_session();
 void end_trap_session();
 
-/** Address family of a host; AF_UNSPEC when the lookup fails. */
+/** Returns the address family of a host; AF_UNSPEC if the lookup fails. */
 int address_family_of(const std::string& host, bool numeric_only);
 
-/** Null when the peer name does not lead anywhere. */
+/** Returns null if the peer name is invalid. */
 netsnmp_transport* open_trap_transport(const char* peername);
 
-/** A session for one notification; takes over the transport. Null on failure, the transport is freed then. */
+/**
+ * Opens a session for one notification and takes ownership of the transport. Returns null on failure, after
+ * freeing the transport.
+ */
 netsnmp_session* open_trap_session(long version, const char* peername, const char* community,
                                    netsnmp_transport* transport);
 
-/** 0 when the PDU was not taken: it is still the caller's. */
+/** Returns 0 if the PDU was not accepted; the caller still owns it. */
 int send_trap_pdu(netsnmp_session* session, netsnmp_pdu* pdu);
 
 /** The error of the latest send. */
@@ -44,5 +45,5 @@ bool has_master_agent();
  */
 bool notify_master_agent(netsnmp_variable_list* variables);
 
-/** Hundredths of a second since the machine's start. */
+/** Returns hundredths of a second since the machine's boot. */
 long trap_uptime();

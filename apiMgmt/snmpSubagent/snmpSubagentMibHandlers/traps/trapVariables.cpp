@@ -7,17 +7,17 @@
 namespace {
 
 constexpr std::string_view kAlertSeparator = "@@@";
-constexpr size_t kGreatestAlertString = 255;
+constexpr size_t kMaximumAlertString = 255;
 
 int commands_in_hand = 0;
 
-// The alert text, from the alert string as it came; only then is the string itself shortened.
+// Returns the alert text from the full alert string, then truncates the string.
 std::string take_alert_text(std::string& alertString) {
     const size_t separator = alertString.rfind(kAlertSeparator);
     const std::string text =
         separator == std::string::npos ? "" : alertString.substr(separator + kAlertSeparator.size());
-    if (alertString.size() > kGreatestAlertString)
-        alertString.resize(kGreatestAlertString);
+    if (alertString.size() > kMaximumAlertString)
+        alertString.resize(kMaximumAlertString);
     return text;
 }
 
@@ -77,7 +77,7 @@ std::string with_numbers(std::string_view text, std::initializer_list<int32_t> n
     return filled.append(text);
 }
 
-int refuse_trap(std::string_view text, std::initializer_list<int32_t> numbers) {
+int reject_trap(std::string_view text, std::initializer_list<int32_t> numbers) {
     SUBAGENT_LOG(warning, "%s\n", with_numbers(text, numbers).c_str());
     return 1;
 }

@@ -111,7 +111,7 @@ StartFailure StartDetachedProgram(const char* path, char* const argv[], char* co
     return {};
 }
 
-int GreatestProcessNumber() {
+int MaximumProcessId() {
     return 99999;
 }
 const char* const kKillallOutput = " 2>&1";

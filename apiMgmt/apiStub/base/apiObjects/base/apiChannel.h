@@ -4,12 +4,14 @@ namespace protoIPCMsg {
 class GPBIPCMsg;
 }
 
-/** The way of a call to the API manager and back, for a caller that wants another than the library's own:
-   another socket, or a look at the messages. */
+/**
+ * The transport of calls to the API manager, for callers that replace the library's own: with another socket,
+ * or to inspect the messages.
+ */
 class APIChannel {
   public:
     virtual ~APIChannel() = default;
 
-    /** Sends the request and waits for the answer. What goes wrong is thrown, and passes through the call. */
+    /** Sends the request and waits for the response. Exceptions propagate through the call. */
     virtual void Exchange(const protoIPCMsg::GPBIPCMsg& request, protoIPCMsg::GPBIPCMsg& response) = 0;
 };

@@ -7,15 +7,15 @@
 #include "apiMgmt/apiStub/base/apiObjects/base/apiObjectFactory.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/baseApiObject.h"
 
-/** What the status of a document means when its error code is none that this system knows. */
+/** Error state for an error code that this library does not know. */
 inline constexpr int kUnknownErrorState = 999;
 
-/** The status record of an answer, itself an object. */
+/** The status of a response, which is itself an object. */
 class APIApiMethodReturn : public BASEApiObject {
   public:
     APIApiMethodReturn();
 
-    /** "ApiMethodReturn", under which it is registered as well. */
+    /** Returns "ApiMethodReturn", the name under which the class is registered. */
     const std::string& GetObjectName() const override;
     const ATTRIBUTEList& GetAttributeList() const override;
 
@@ -31,20 +31,19 @@ class APIApiMethodReturn : public BASEApiObject {
 
     void SetError(const std::string& error);
     std::string GetError() const;
-    /** By the id in gErrorStateEnumIdStrList; one that it does not know stores an empty text. */
+    /** Takes an ID of gErrorStateEnumIdStrList. An unknown one stores an empty string. */
     void SetErrorCode(int errorState);
     std::string GetErrorCode() const;
-    /** The id of what ErrorCode holds: kUnknownErrorState for a text that is in no row, 1 when it is absent.
-     */
+    /** Returns the ID of ErrorCode: kUnknownErrorState for an unknown description, 1 if it is absent. */
     int GetErrorState() const;
     void SetErrorDetail(const std::string& detail);
     std::string GetErrorDetail() const;
-    /** By the id in gLanguageLocaleEnumIdStrList. */
+    /** Takes an ID of gLanguageLocaleEnumIdStrList. */
     void SetLocale(int id);
     std::string GetLocale() const;
     void SetLocalizedError(const std::string& error);
     std::string GetLocalizedError() const;
-    /** By the id in gObjectReturnEncodeEnumIdStrList. */
+    /** Takes an ID of gObjectReturnEncodeEnumIdStrList. */
     void SetReturnObjectEncode(int encoding);
     std::string GetReturnObjectEncode() const;
     void SetSuccessful(bool successful);
@@ -53,6 +52,8 @@ class APIApiMethodReturn : public BASEApiObject {
     std::vector<std::string> GetWarningList() const;
 };
 
-/** Here and not in the source, which an archive drops where nothing else refers to the class: whoever
-   includes this registers the class, the entries of the generated ones among them. */
+/**
+ * Registers the class. In the header, because the linker would drop an unreferenced object file of an
+ * archive. The units of the generated registrations include it.
+ */
 inline const REGISTERClass<BASEApiObject, APIApiMethodReturn> apiMethodReturnRegistration("ApiMethodReturn");

@@ -1,6 +1,6 @@
 #include "apiMgmt/apiStub/base/apiObjects/base/apiObjectFactory.h"
 
-// Made at the first registration, which may come before the static objects of this unit.
+// Created at the first registration, which may precede the initialisation of this unit's static objects.
 
 template <>
 APIObjectFactory<BASEApiObject>& APIObjectFactory<BASEApiObject>::Instance() {

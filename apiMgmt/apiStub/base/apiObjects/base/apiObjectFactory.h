@@ -11,8 +11,8 @@ class BASEApiMethodObject;
 class BASEApiObject;
 
 /**
- * Names to makers of instances, one factory for each base class. Filled by the file-scope registrations of
- * the classes, before main and in any order; read-only afterwards.
+ * Creates instances by name, one factory per base class. File-scope registrations of the classes fill it
+ * before main, in any order. Read-only afterwards.
  */
 template <class Base, class Key = std::string, class Creator = Base* (*)()>
 class APIObjectFactory {
@@ -22,10 +22,10 @@ class APIObjectFactory {
     APIObjectFactory(const APIObjectFactory&) = delete;
     APIObjectFactory& operator=(const APIObjectFactory&) = delete;
 
-    /** A name that is registered twice keeps the last creator. */
+    /** The last registration of a name wins. */
     void Register(const Key& key, Creator creator) { creators.insert_or_assign(key, creator); }
 
-    /** Null for an unknown name. */
+    /** Returns null for an unknown name. */
     std::unique_ptr<Base> Create(std::string_view key) const {
         const auto found = creators.find(key);
         if (found == creators.end() || found->second == nullptr)
@@ -33,7 +33,7 @@ class APIObjectFactory {
         return std::unique_ptr<Base>(found->second());
     }
 
-    /** All names with their creators, in byte order. */
+    /** Returns all names with their creators, in byte order. */
     const std::map<Key, Creator, std::less<>>& GetCreators() const { return creators; }
 
   private:
@@ -41,7 +41,7 @@ class APIObjectFactory {
     std::map<Key, Creator, std::less<>> creators;
 };
 
-// One instance a process, whatever is linked dynamically.
+// One instance per process, even with shared libraries.
 template <>
 APIObjectFactory<BASEApiObject>& APIObjectFactory<BASEApiObject>::Instance();
 template <>
@@ -49,12 +49,12 @@ APIObjectFactory<BASEApiMethod>& APIObjectFactory<BASEApiMethod>::Instance();
 template <>
 APIObjectFactory<BASEApiMethodObject>& APIObjectFactory<BASEApiMethodObject>::Instance();
 
-/** Registers a class: one object of this type at file scope for each. */
+/** Registers a class. Define one object of this type at file scope per class. */
 template <class Base, class Derived, class Key = std::string>
 class REGISTERClass {
   public:
     explicit REGISTERClass(const Key& key) { APIObjectFactory<Base, Key>::Instance().Register(key, &Create); }
 
-    /** A new instance, owned by the caller. */
+    /** Returns a new instance, owned by the caller. */
     static Base* Create() { return new Derived; }
 };

@@ -5,7 +5,7 @@
 
 namespace {
 
-/** Waste below this is not worth a copy. */
+/** Less waste than this is not worth a copy. */
 constexpr size_t kSmallWaste = 256;
 
 }  // namespace
@@ -47,7 +47,7 @@ void ATTRIBUTEMap::Clear() {
     wasted = 0;
 }
 
-/** Documents mostly list their elements in order, so the end is looked at first. */
+/** Checks the end first, because documents usually list their elements in order. */
 size_t ATTRIBUTEMap::LowerBound(std::string_view name) const {
     if (entries.empty() || NameOf(entries.back()) < name)
         return entries.size();
@@ -75,7 +75,7 @@ void ATTRIBUTEMap::Overwrite(Entry& entry, std::string_view text) {
     CompactIfWorthwhile();
 }
 
-/** The texts may be parts of the block, which therefore lives until they are copied. */
+/** The strings may be parts of the block, which must therefore live until they are copied. */
 void ATTRIBUTEMap::Append(std::string_view first, std::string_view second) {
     const size_t size = block.size() + first.size() + second.size();
     if (size > UINT32_MAX)

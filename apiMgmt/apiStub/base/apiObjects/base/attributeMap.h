@@ -9,38 +9,40 @@
 #include <vector>
 
 /**
- * Texts by name, in the byte order of the names, as an ordered map holds them, but all in one block: the
- * answer for a full array has thousands of objects with some thirty values each. Copies freely. Views of what
- * is in the map are valid until the map changes.
+ * A map of strings in the byte order of their names, stored in one block, because the response of a full
+ * array has thousands of objects with some thirty values each. Copyable. Views are valid until the map
+ * changes.
  */
 class ATTRIBUTEMap {
   public:
     class Iterator;
 
-    /** Creates or overwrites the entry. Both texts may be views into this map. */
+    /** Creates or overwrites the entry. Both strings may be views into this map. */
     void Set(std::string_view name, std::string_view text);
 
     std::optional<std::string_view> Find(std::string_view name) const;
-    /** Looks at a position first, where an entry of that name stood in another map of the same sort, and
-        leaves it where it found one in this map. */
+    /**
+     * Checks `position` first, where a similar map had an entry with that name, and sets it to the position
+     * in this map.
+     */
     std::optional<std::string_view> Find(std::string_view name, size_t& position) const;
     bool Contains(std::string_view name) const { return Find(name).has_value(); }
 
-    /** Does nothing when there is no such entry. */
+    /** Does nothing if there is no such entry. */
     void Remove(std::string_view name);
 
-    /** Forgets all entries. */
+    /** Removes all entries. */
     void Clear();
 
     bool IsEmpty() const { return entries.empty(); }
     size_t Size() const { return entries.size(); }
 
-    /** Over pairs of name and text. */
+    /** Iterate over pairs of name and string. */
     Iterator begin() const;
     Iterator end() const;
 
   private:
-    /** Where name and text stand in the block. */
+    /** Offsets and lengths of name and string in the block. */
     struct Entry {
         uint32_t name;
         uint32_t nameLength;
@@ -62,7 +64,7 @@ class ATTRIBUTEMap {
 
     std::vector<Entry> entries;
     std::string block;
-    /** Bytes of the block that no entry uses any more. */
+    /** Bytes of the block that no entry uses. */
     size_t wasted = 0;
 };
 

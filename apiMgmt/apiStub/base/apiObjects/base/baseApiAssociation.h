@@ -7,13 +7,15 @@
 
 class INSTANCEIDApiAttribute;
 
-/** Navigation from one object to those that are related to it: a call whose only argument is the object's id.
-   A class names the object and the relation. */
+/**
+ * Navigation from an object to related ones: a call whose only argument is the object's instance ID. A class
+ * names the object and the association.
+ */
 class BASEApiAssociation : public BASEApiMethod {
   public:
     BASEApiAssociation();
     explicit BASEApiAssociation(const std::map<std::string, std::string>& initial);
-    /** From the object whose relation is asked for. */
+    /** Takes the instance ID of the object whose association is called. */
     explicit BASEApiAssociation(const std::string& instanceId);
 
     bool ChangesState() const override { return false; }

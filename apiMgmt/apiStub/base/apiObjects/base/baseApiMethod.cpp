@@ -8,7 +8,7 @@ namespace {
 
 constexpr char kLiteObj[] = "LiteObj";
 
-/** More than the fixed markup of a call takes. */
+/** Upper limit for the fixed markup of a call. */
 constexpr size_t kFixedMarkup = 224;
 
 constexpr int kInvalidValue = 25;
@@ -75,7 +75,7 @@ bool BASEApiMethod::IsLiteObj() const {
     return ParseBool(GetAttribute(kLiteObj));
 }
 
-// ---- examination of the arguments ----
+// ---- checks of the arguments ----
 
 bool BASEApiMethod::HasAttribute(const BASEApiAttribute* attribute) const {
     return attribute != nullptr && HasAttribute(attribute->GetXmlName());

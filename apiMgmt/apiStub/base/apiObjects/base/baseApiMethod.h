@@ -15,8 +15,7 @@ namespace protoIPCMsg {
 class GPBIPCMsg;
 }
 
-/** A connection that is forwarded on behalf of a client: what it proved itself with, and where it comes from.
- */
+/** A connection that is forwarded for a client: its credentials and its address. */
 struct ConnectionRecord {
     std::string version;
     std::string userPass;
@@ -33,10 +32,10 @@ enum UserPrivilege : int {
 };
 
 /**
- * One call of the API manager: a class names the object and the command, an instance holds the arguments and
- * renders them. Construct, set attributes, perhaps ValidateAttributes; then either GenerateXml for a document
- * of one's own, or Execute or ExecuteWithSession, which send it and decode the answer. An instance belongs to
- * one thread.
+ * A call of the API manager: a class names the object and the command, an instance contains the arguments and
+ * renders them. Construct it, set attributes, and optionally call ValidateAttributes. Then either use
+ * GenerateXml in your own document, or Execute or ExecuteWithSession, which send the call and decode the
+ * response. Not thread-safe.
  */
 class BASEApiMethod {
   public:
@@ -47,79 +46,88 @@ class BASEApiMethod {
     virtual const std::string& GetCommandName() const = 0;
     virtual const std::string& GetObjectName() const = 0;
 
-    /** Whether a call changes the array. */
+    /** Returns whether the call changes the array. */
     virtual bool ChangesState() const { return true; }
 
-    /** The least UserPrivilege that the API manager asks for. */
+    /** Returns the minimum UserPrivilege that the API manager requires. */
     virtual int GetRequiredPrivilege() const { return USER_PRIVILEGE_REPORTER; }
 
-    /** The descriptors of the arguments; they live until the process exits. */
+    /** Returns the descriptors of the arguments, which live until the process exits. */
     virtual const ATTRIBUTEList& GetAttributeList() const;
 
     /**
-     * The call as an <ApiMethod> element, arguments in the byte order of their names. Values are written as
-     * they stand: some are markup, so escaping is for those who set them. async: the manager is to answer
-     * before the work is done. xmlObjects: objects of the answer come as XML, else as CSV.
+     * Returns the call as an <ApiMethod> element, with the arguments in the byte order of their names. Values
+     * are written verbatim: some are markup, so the caller must escape the others. If `async` is set, the API
+     * manager responds before the work is done. If `xmlObjects` is set, objects in the response are XML, else
+     * CSV.
      */
     virtual std::string GenerateXml(bool async, bool xmlObjects) const;
 
-    /** Throws APIMethodError when a required argument is missing. */
+    /** Throws APIMethodError if a required argument is missing. */
     virtual void CheckRequiredAttributes() const {}
 
-    /** Throws when the call makes no sense in the present state. */
+    /** Throws if the call makes no sense in the present state. */
     virtual void CheckState() const {}
 
-    /** An empty name is ignored. */
+    /** Ignores an empty name. */
     void SetAttribute(const std::string& name, const std::string& text);
 
-    /** Empty when the attribute is absent. */
+    /** Returns "" if the attribute is absent. */
     std::string GetAttribute(std::string_view name) const;
 
     bool HasAttribute(std::string_view name) const;
-    /** False for null. */
+    /** Returns false for null. */
     bool HasAttribute(const BASEApiAttribute* attribute) const;
 
-    /** The class's descriptor of that name, or null. */
+    /** Returns the class's descriptor of that name, or null. */
     const BASEApiAttribute* FindAttribute(std::string_view name) const;
 
-    /** Whether the name is that of a filter: filters may be absent even where they are required. */
+    /** Returns whether the name is that of a filter. Filters may be absent even if they are required. */
     static bool IsFilterAttribute(std::string_view name);
 
-    /** Asks for the objects in their lite form. */
+    /** Requests reduced objects. */
     void SetLiteObj();
     bool IsLiteObj() const;
 
-    /** Throws APIMethodError for a missing argument or a value that its descriptor refuses. Arguments without
-       a descriptor are not examined. */
+    /**
+     * Throws APIMethodError for a missing argument or a value that its descriptor rejects. Arguments without
+     * a descriptor are not checked.
+     */
     void ValidateAttributes() const;
 
     /**
-     * Fills the request for this call. connection: on whose behalf, or null; then sessionKey must not be
-     * empty, else APIMethodError is thrown before the request is touched. blobs: data that travels beside the
-     * document, by name, or null. locale: of the answer's texts, left out unless it has five characters
-     * ("en_US").
+     * Fills the request for this call. `connection` is that of the client, or null; then sessionKey must not
+     * be empty, or APIMethodError is thrown before the request is changed. `blobs` contains additional data
+     * by name, or is null. `locale`, such as "en_US", selects the language of the response; it is omitted
+     * unless it has five characters.
      */
     void BuildRequest(protoIPCMsg::GPBIPCMsg& request, const ConnectionRecord* connection,
                       const std::string& sessionKey, const std::map<std::string, std::string>* blobs,
                       const std::string& locale) const;
 
-    /** The way that Exchange and what stands on it take; null, as at first, for the library's own. Lent: it
-       must outlive the calls. */
+    /**
+     * Sets the channel that Exchange uses; null, the default, means the library's own. The channel must
+     * outlive the calls.
+     */
     void SetChannel(APIChannel* lent) { channel = lent; }
 
-    /** Sends a request to the API manager, over a connection of its own unless there is a channel, and waits
-       for the answer. What goes wrong there is thrown as WireLinkError. */
+    /**
+     * Sends a request to the API manager, over its own connection unless a channel is set, and waits for the
+     * response. Throws WireLinkError on failure.
+     */
     void Exchange(const protoIPCMsg::GPBIPCMsg& request, protoIPCMsg::GPBIPCMsg& response) const;
 
     /**
-     * What a response says, owned by the caller; null for an answer without a result, as a successful Modify
-     * gives, and for a document of another kind. Throws nothing for a bad answer: that becomes a return that
-     * is not successful.
+     * Decodes a response into a return, owned by the caller. Returns null for a response without a result,
+     * such as that of a successful Modify, and for a document of another kind. Does not throw for an invalid
+     * response, but returns one that is not successful.
      */
     BASEApiMethodReturn* DecodeResponse(const protoIPCMsg::GPBIPCMsg& response) const;
 
-    /** BuildRequest, Exchange and DecodeResponse in one, under a session or on behalf of a client; throws
-       what they throw. The result belongs to the caller and may be null. */
+    /**
+     * Call BuildRequest, Exchange and DecodeResponse, with a session or for a client, and throw what these
+     * throw. The result belongs to the caller and may be null.
+     */
     BASEApiMethodReturn* ExecuteWithSession(const std::string& sessionKey,
                                             const std::map<std::string, std::string>* blobs,
                                             const std::string& locale) const;
@@ -130,7 +138,9 @@ class BASEApiMethod {
     explicit BASEApiMethod(bool association);
     BASEApiMethod(bool association, const std::map<std::string, std::string>& initial);
 
-    /** Throws APIMethodError, with that place, for the first of the names that has no value and is no filter.
+    /**
+     * Throws APIMethodError, with that place in the source, for the first of the names that has no value and
+     * is not a filter.
      */
     void CheckRequired(std::span<const std::string> names, const char* sourceFile, uint32_t sourceLine) const;
 
@@ -140,7 +150,7 @@ class BASEApiMethod {
                                        const std::string& locale) const;
 
     const bool isAssociation;
-    /** By name; std::less on bytes is the order of the document. */
+    /** By name; std::less yields the byte order of the document. */
     std::map<std::string, std::string, std::less<>> attributes;
     APIChannel* channel = nullptr;
 };

@@ -11,28 +11,32 @@ namespace parser {
 class XMLElement;
 }
 
-/** A structured argument of a call: a set of texts that travels as an element within an attribute. */
+/** A structured argument of a call: a set of strings that is written as an element within an attribute. */
 class BASEApiMethodObject : public METHODArgument {
   public:
     virtual const std::string& GetObjectName() const = 0;
     virtual const ATTRIBUTEList& GetAttributeList() const;
 
-    /** An empty name is ignored. */
+    /** Ignores an empty name. */
     void SetAttribute(std::string_view name, std::string_view text);
-    /** Empty when the attribute is absent. */
+    /** Returns "" if the attribute is absent. */
     std::string GetAttribute(std::string_view name) const;
     bool HasAttribute(std::string_view name) const { return attributes.Contains(name); }
     const ATTRIBUTEMap& GetAttributes() const { return attributes; }
 
-    /** The argument as an element; escape: values go through EscapeXml. Attributes without a descriptor are
-       left out. */
+    /**
+     * Returns the argument as an element. If `escape` is set, values are escaped with EscapeXml. Omits
+     * attributes without a descriptor.
+     */
     std::string ToXml(bool escape) const override;
 
-    /** Takes over the child elements, sending each value through UnescapeXml. */
+    /** Sets the attributes from the child elements, unescaping each value with UnescapeXml. */
     void FromXml(const parser::XMLElement& element);
 
-    /** Takes over an element whose angle brackets may be escaped. A text that is no document, or one of
-       another name (letter case aside), changes nothing. */
+    /**
+     * Sets the attributes from an element whose angle brackets may be escaped. Does nothing if the string is
+     * not a document or has another name (case-insensitive).
+     */
     void FromXmlText(const std::string& text);
 
   protected:

@@ -7,18 +7,18 @@
 #include "apiMgmt/apiStub/base/apiObjects/base/apiMethodReturn.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/baseApiMethod.h"
 
-/** How the objects of an answer are written: values of gObjectReturnEncodeEnumIdStrList. */
+/** How objects in a response are encoded: values of gObjectReturnEncodeEnumIdStrList. */
 namespace object_encoding {
 inline constexpr int kXml = 1;
 inline constexpr int kCsv = 2;
 }  // namespace object_encoding
 
-/** An answer to a call: its status, and in the classes derived from this one a result. */
+/** The response to a call: its status and, in derived classes, a result. */
 class BASEApiMethodReturn : public APIApiMethodReturn {
   public:
     /** A success without a method. */
     BASEApiMethodReturn();
-    /** method: the call that is answered, owned by the return from now on, or null. */
+    /** `method` is the call, or null. Takes ownership of it. */
     BASEApiMethodReturn(bool successful, BASEApiMethod* method);
     BASEApiMethodReturn(bool successful, int errorState, const std::string& error,
                         const std::string& localizedError, const std::string& errorDetail,
@@ -26,20 +26,19 @@ class BASEApiMethodReturn : public APIApiMethodReturn {
     BASEApiMethodReturn(const BASEApiMethodReturn&) = delete;
     BASEApiMethodReturn& operator=(const BASEApiMethodReturn&) = delete;
 
-    /** The result's element, empty for an answer without a result. encoding: how objects in it are written.
-     */
+    /** Returns the result's element; empty without a result. `encoding` applies to objects in it. */
     virtual std::string ReturnXml(int encoding) const;
 
-    /** The same, appended to a document. */
+    /** Appends that element to a document. */
     virtual void AppendReturnXml(std::string& document, int encoding) const;
 
-    /** The whole document. Stores the encoding in the status. */
+    /** Returns the whole document. Stores the encoding in the status. */
     std::string GenerateResponseXml(int encoding);
 
-    /** Success, error and call, a line each, for people. */
+    /** Writes success, error and call in human-readable form, one per line. */
     void ToStream(std::ostream& stream) const;
 
-    /** The call that is answered, or null; it belongs to the return. */
+    /** Returns the call, or null. It belongs to this object. */
     const BASEApiMethod* GetMethod() const { return method.get(); }
 
   private:

@@ -8,7 +8,7 @@
 
 namespace {
 
-/** The one object whose values are markup already. */
+/** The only object whose values are already markup. */
 constexpr char kUnescapedObject[] = "AsyncTask";
 
 }  // namespace
@@ -73,7 +73,7 @@ std::string BASEApiObject::GetInstanceText() const {
     return GetInstanceId() + " " + GetObjectType() + " " + GetInstanceName();
 }
 
-// ---- CSV form ----
+// ---- CSV ----
 
 std::string BASEApiObject::DataText() const {
     ATTRIBUTENames names;

@@ -8,12 +8,12 @@
 #include "apiMgmt/apiStub/base/apiAttributes/textApiAttributes.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/attributeMap.h"
 
-/** Names of attributes in the order of a document's rows. */
+/** Names of attributes, in the order of CSV columns. */
 using ATTRIBUTENames = std::set<std::string, std::less<>>;
 
 /**
- * An object of the array as a set of texts: a class names the object and its attributes, an instance holds
- * what a document says. Not shared between threads; the descriptors are.
+ * An object of the array as a set of strings: a class names the object and its attributes, an instance
+ * contains the values of a document. Not thread-safe, but threads share the descriptors.
  */
 class BASEApiObject {
   public:
@@ -21,57 +21,59 @@ class BASEApiObject {
 
     virtual const std::string& GetObjectName() const = 0;
 
-    /** Whether that call changes the array; false when there is no such call among the registered ones. */
+    /** Returns whether that call changes the array; false if it is not registered. */
     virtual bool IsMethodChangingState(const std::string& object, const std::string& command) const;
 
-    /** The descriptors of the class, own ones first. */
+    /** Returns the descriptors of the class, followed by those of its bases. */
     virtual const ATTRIBUTEList& GetAttributeList() const;
 
-    /** Makes the lists of the class and of all that belongs to its family, so that their first use costs
-        nothing. Needed for nothing else: any thread may be the first to use a list. */
+    /**
+     * Creates the lists of the class and its family in advance, so that their first use takes no time.
+     * Otherwise unnecessary: any thread may be the first to use a list.
+     */
     virtual void InitMetaData() const;
 
-    /** An empty name is ignored, and without force an empty text as well. */
+    /** Ignores an empty name and, unless `force` is set, an empty string. */
     void SetAttribute(std::string_view name, std::string_view text, bool force = true);
 
-    /** Empty when the attribute is absent. */
+    /** Returns "" if the attribute is absent. */
     std::string GetAttribute(std::string_view name) const;
-    /** Whether it is present; only then the text is set. */
+    /** Returns whether the attribute is present. Sets `text` only then. */
     bool GetAttribute(std::string_view name, std::string& text) const;
 
     bool HasAttribute(std::string_view name) const { return attributes.Contains(name); }
 
     const ATTRIBUTEMap& GetAttributes() const { return attributes; }
-    /** Does nothing when the attribute is absent. */
+    /** Does nothing if the attribute is absent. */
     void RemoveAttribute(std::string_view name) { attributes.Remove(name); }
-    /** Takes away all of them, those of the constructor included. */
+    /** Removes all attributes, including those set by the constructor. */
     void ClearAttributes() { attributes.Clear(); }
 
-    /** Whether values have to be escaped in documents; those of one object are markup already. */
+    /** Returns whether values must be escaped in documents, which is true for all objects but one. */
     bool EscapesValues() const;
 
-    /** The object as an element. Attributes without a descriptor are left out. */
+    /** Returns the object as an element. Omits attributes without a descriptor. */
     std::string ToXml() const;
     void AppendXml(std::string& xml) const;
 
-    /** The object in CSV form, with its own names as the header. */
+    /** Returns the object as CSV, with its attribute names as the header. */
     std::string DataText() const;
-    /** The values of these names in CSV form. An attribute that the object lacks gives an empty field. */
+    /** Returns the values of these attributes as CSV. An absent attribute yields an empty field. */
     std::string DataRow(const ATTRIBUTENames& names) const;
     void AppendDataRow(std::string& csv, const ATTRIBUTENames& names) const;
     static std::string HeaderText(const ATTRIBUTENames& names);
-    /** A value with the separators of the CSV form replaced by marks. */
+    /** Returns a value with the separators of CSV replaced by marks. */
     static std::string EncodeCsvValue(const std::string& text);
-    /** The names of all attributes that one of the objects has. */
+    /** Returns the names of all attributes that any of the objects has. */
     static ATTRIBUTENames MergeAttributeNames(const std::vector<BASEApiObject*>& objects);
 
-    /** Id, type and name with a blank between them, as references to the object are written. */
+    /** Returns instance ID, type and name, separated by spaces, as in a reference to the object. */
     std::string GetInstanceText() const;
 
     static const INSTANCEIDApiAttribute& InstanceIdAttribute();
     static const NAMEApiAttribute& InstanceNameAttribute();
     static const STRINGApiAttribute& ObjectTypeAttribute();
-    /** The three above, with which the list of every object ends. */
+    /** Returns the three above, which end the list of every object. */
     static const ATTRIBUTEList& Attributes();
 
     void SetInstanceId(const std::string& id);

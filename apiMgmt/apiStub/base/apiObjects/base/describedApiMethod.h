@@ -7,23 +7,23 @@
 
 #include "apiMgmt/apiStub/base/apiObjects/base/baseApiMethod.h"
 
-/** All that tells one method class from another. */
+/** Everything that distinguishes a method class from others. */
 struct METHODDescription {
     std::string objectName;
     std::string commandName;
     bool changesState = true;
     UserPrivilege privilege = USER_PRIVILEGE_REPORTER;
-    /** In the order in which they are checked. */
+    /** In the order of the checks. */
     std::vector<std::string> required;
     ATTRIBUTEList attributes;
-    /** The place that the error for a missing argument names. */
+    /** The place in the source for the error about a missing argument. */
     const char* sourceFile = "";
     uint32_t sourceLine = 0;
 };
 
 /**
- * A method class by description. Base: BASEApiMethod or GETLISTApiMethod; Method: the class itself, which
- * offers `static const METHODDescription& Description()`.
+ * A method class defined by a description. Base is BASEApiMethod or GETLISTApiMethod. Method is the class
+ * itself, with a function `static const METHODDescription& Description()`.
  */
 template <class Base, class Method>
 class DESCRIBEDApiMethod : public Base {

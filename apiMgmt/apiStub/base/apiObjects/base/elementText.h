@@ -5,9 +5,9 @@
 
 #include "apiMgmt/common/utils/stringUtil.h"
 
-/** Pieces of documents, appended without any white space. */
+/** Functions that append parts of documents, without whitespace. */
 
-/** Most values need no escaping, and a long list has some hundred thousand of them. */
+/** Checks first, because most values need no escaping and a long list has hundreds of thousands of them. */
 inline void AppendEscaped(std::string& xml, std::string_view text) {
     for (const char c : text) {
         const bool special =

@@ -5,13 +5,13 @@
 class GETLISTFILTERApiAttribute;
 struct FILTERList;
 
-/** The base of all GetList methods. Without arguments such a call lists all instances of its object. */
+/** Base of all GetList methods. Without arguments, such a call lists all instances of its object. */
 class GETLISTApiMethod : public BASEApiMethod {
   public:
-    /** The filter, owned by the caller; null when there is none or its text cannot be read. */
+    /** Returns the filter, owned by the caller; null if there is none or it cannot be parsed. */
     virtual FILTERList* GetFilter() const;
 
-    /** Null stores an empty text. */
+    /** Null stores an empty string. */
     virtual void SetFilter(const FILTERList* filter);
 
     static const GETLISTFILTERApiAttribute& FilterAttribute();

@@ -7,8 +7,8 @@
 #include "apiMgmt/common/utils/generalUtils.h"
 #include "apiMgmt/proto/apiMgrMsg.pb.h"
 
-// The operations of BASEApiMethod that send a call and read its answer. Apart from the others, so that only a
-// client links them: the daemon sends documents of its own.
+// The functions of BASEApiMethod that send a call and decode its response. Separate from the others, so that
+// only clients link them: the daemon sends its own documents.
 
 namespace {
 
@@ -16,7 +16,7 @@ constexpr char kSourceFile[] = "apiMgmt/apiStub/base/apiObjects/base/methodExcha
 constexpr int kIllegalSessionKey = 8;
 constexpr int kNoSession = 10001;
 
-/** As in "en_US". */
+/** Length of a locale such as "en_US". */
 constexpr size_t kLocaleLength = 5;
 
 std::string ConnectionElement(const std::string& sessionKey, const std::string& locale) {

@@ -77,8 +77,10 @@ std::vector<ENUMMaskMethodReturn::Row> ENUMMaskMethodReturn::GetRows() const {
 
 namespace {
 
-/** A filter and the descriptors that its items speak of. Objects of a class share their list of descriptors,
-   so these are looked up once for a run of such objects. */
+/**
+ * A filter and the descriptors of its items. Objects of a class share their list of descriptors, so these are
+ * looked up once for a sequence of such objects.
+ */
 class FilterCheck {
   public:
     explicit FilterCheck(const FILTERList& list) : filter(list), descriptors(list.items.size()) {}
@@ -104,7 +106,7 @@ class FilterCheck {
             descriptors[i] = FindAttributeIn(list, filter.items[i].name);
     }
 
-    /** How many items come out so, those without a descriptor passed over. */
+    /** Returns how many items with a descriptor have this verdict. */
     size_t CountOfKnown(const BASEApiObject& object, bool verdict) const {
         size_t count = 0;
         for (size_t i = 0; i < descriptors.size(); ++i) {
@@ -121,13 +123,13 @@ class FilterCheck {
     std::vector<const BASEApiAttribute*> descriptors;
 };
 
-/** The filter with which the list was asked for, or null. */
+/** Returns the filter of the call, or null. */
 std::unique_ptr<FILTERList> FilterOf(const BASEApiMethod* method) {
     const auto* list_method = dynamic_cast<const GETLISTApiMethod*>(method);
     return std::unique_ptr<FILTERList>(list_method == nullptr ? nullptr : list_method->GetFilter());
 }
 
-/** The names in the CSV form: what the objects hold and, where a form says so, no more than that shows. */
+/** Returns the attribute names for CSV: those that the objects have and the form, if any, shows. */
 ATTRIBUTENames NamesOf(const std::vector<BASEApiObject*>& objects, const OBJECTForm* form) {
     ATTRIBUTENames held = BASEApiObject::MergeAttributeNames(objects);
     if (form == nullptr)
@@ -225,7 +227,7 @@ void COMPObjectMethodReturn::AssignObjects(std::vector<BASEApiObject*> list) {
     objects = std::move(list);
 }
 
-/** Those that are about to be held again must live. */
+/** Keeps the objects that are about to be added again. */
 void COMPObjectMethodReturn::DropObjectsExcept(std::vector<BASEApiObject*> kept) {
     if (ownsObjects && !objects.empty()) {
         std::sort(kept.begin(), kept.end());

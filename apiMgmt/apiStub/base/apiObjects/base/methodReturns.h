@@ -9,8 +9,10 @@
 #include "apiMgmt/apiStub/base/apiObjects/base/baseApiMethodReturn.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/objectForm.h"
 
-/** Answers with a result, a class for each kind. All are successes unless their status is set otherwise. A
-   method that is handed to a constructor belongs to the return from then on. */
+/**
+ * Responses with a result, one class per kind. All are successes unless their status is set otherwise.
+ * Constructors take ownership of the method.
+ */
 
 class BOOLMethodReturn : public BASEApiMethodReturn {
   public:
@@ -43,7 +45,7 @@ class ENUMMethodReturn : public BASEApiMethodReturn {
 
 class ENUMMaskMethodReturn : public BASEApiMethodReturn {
   public:
-    /** A row of an enumeration with texts of its own. */
+    /** A row of an enumeration that owns its strings. */
     struct Row {
         int32_t Value = 0;
         std::string Description;
@@ -53,10 +55,10 @@ class ENUMMaskMethodReturn : public BASEApiMethodReturn {
     explicit ENUMMaskMethodReturn(const std::string& content, BASEApiMethod* method = nullptr);
     std::string ReturnXml(int encoding) const override;
 
-    /** The rows in the value; those without Value or Description are left out. */
+    /** Returns the rows in the value. Skips those without Value or Description. */
     std::vector<Row> GetRows() const;
 
-    /** The content of the element: for each row an element with Value, Description and UiString. */
+    /** The contents of the element: per row, an element with Value, Description and UiString. */
     std::string value;
 };
 
@@ -66,33 +68,35 @@ class COMPObjectMethodReturn : public BASEApiMethodReturn {
     explicit COMPObjectMethodReturn(bool holdsList, BASEApiMethod* method = nullptr);
     ~COMPObjectMethodReturn() override;
 
-    /** A list is written without the objects that the filter of its method keeps out. */
+    /** A list is written without the objects that the call's filter excludes. */
     std::string ReturnXml(int encoding) const override;
     void AppendReturnXml(std::string& document, int encoding) const override;
 
-    /** How the objects are written; null, as at first, as their classes say. Lent: it must outlive the
-        writing. */
+    /**
+     * Sets the form in which objects are written; null, the default, selects the form of their own classes.
+     * The form must outlive its use.
+     */
     void SetForm(const OBJECTForm* lent) { form = lent; }
 
-    /** The one object, which stays here; null for a list. */
+    /** Returns the object, which remains owned by this one; null for a list. */
     BASEApiObject* GetObject() const;
 
     /**
-     * Takes an object, replacing all others or behind them. Null is ignored, and without replace so is a
-     * second object where there is no list. Returns whether the object was taken: only then it belongs to the
-     * return. No object that is owned may be in a list twice.
+     * Adds an object, or replaces all others by it. Ignores null and, unless `replace` is set, a second
+     * object if this is not a list. Returns whether the object was added; only then is it owned. An owned
+     * object must not be added to a list twice.
      */
     bool AddObject(BASEApiObject* object, bool replace);
 
-    /** Takes a list in place of what is held. */
+    /** Replaces all objects by those of a list. */
     void AssignObjects(std::vector<BASEApiObject*> list);
 
     const std::vector<BASEApiObject*>& GetObjects() const { return objects; }
-    /** Those of a list that the filter of its method lets pass; they stay here. */
+    /** Returns the objects of a list that match the call's filter. They remain owned by this one. */
     std::vector<BASEApiObject*> ObjectsToWrite() const;
 
     bool isArray;
-    /** Whether the objects are deleted when they are replaced and with the return. */
+    /** Whether the objects are deleted when they are replaced and by the destructor. */
     bool ownsObjects = true;
 
   private:
@@ -107,7 +111,7 @@ class COMPObjectMethodReturn : public BASEApiMethodReturn {
 class METHODObjectMethodReturn : public BASEApiMethodReturn {
   public:
     explicit METHODObjectMethodReturn(bool holdsList, BASEApiMethod* method = nullptr);
-    /** Method objects have one form, whatever the encoding. */
+    /** Ignores the encoding: method objects are always XML. */
     std::string ReturnXml(int encoding) const override;
 
     bool isArray;

@@ -3,9 +3,8 @@
 #include "apiMgmt/apiStub/base/apiObjects/base/baseApiObject.h"
 
 /**
- * How the objects of an answer are written when it is not as their classes say: under another element, or
- * with only some of their attributes, as one who asks for the lite form gets them. As it stands, it changes
- * nothing.
+ * Changes how objects in a response are written: with another element name, or with only some attributes, as
+ * for reduced objects. This base class changes nothing.
  */
 class OBJECTForm {
   public:
@@ -13,8 +12,10 @@ class OBJECTForm {
 
     virtual const std::string& ElementOf(const BASEApiObject& object) const { return object.GetObjectName(); }
 
-    /** Attributes in the order in which they are written. The same list for objects of one sort: a writer
-        takes what it knows of one over to the next. */
+    /**
+     * Returns the attributes in the order of output. Must return the same list for all objects of a sort,
+     * because a writer caches per list.
+     */
     virtual const ATTRIBUTEList& AttributesOf(const BASEApiObject& object) const {
         return object.GetAttributeList();
     }

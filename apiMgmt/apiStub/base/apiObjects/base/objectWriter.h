@@ -8,13 +8,13 @@
 #include "apiMgmt/apiStub/base/apiObjects/base/objectForm.h"
 
 /**
- * Writes the objects of a list one after the other. Objects of a sort have the same attributes, mostly in the
- * same places, so tags are put together once and places are remembered: an alert list of a full array has
- * some hundred thousand values.
+ * Writes the objects of a list. Objects of a sort have the same attributes, mostly in the same positions, so
+ * tags are composed once and positions are remembered: an alert list of a full array has hundreds of
+ * thousands of values.
  */
 class OBJECTWriter {
   public:
-    /** form: null for that of the objects' classes. */
+    /** If `lent` is null, objects are written as their classes define. */
     explicit OBJECTWriter(const OBJECTForm* lent);
     OBJECTWriter(const OBJECTWriter&) = delete;
     OBJECTWriter& operator=(const OBJECTWriter&) = delete;
@@ -22,14 +22,14 @@ class OBJECTWriter {
     void Append(std::string& document, const BASEApiObject& object);
 
   private:
-    /** An attribute: its tags, and where the object before had it. */
+    /** An attribute: its tags, and its position in the previous object. */
     struct Column {
         const std::string& name;
         std::string opening;
         std::string closing;
         size_t position = 0;
     };
-    /** Objects of one element with one list of attributes. */
+    /** Objects with the same element name and attributes. */
     struct Sort {
         const std::string* element;
         const ATTRIBUTEList* attributes;

@@ -19,7 +19,6 @@ constexpr char kInvalidXml[] = "Invalid response in return XML";
 
 using Return = std::unique_ptr<BASEApiMethodReturn>;
 
-/** The status as the document tells it. */
 struct ApiStatus {
     bool successful = false;
     int errorState = kNoError;
@@ -32,7 +31,7 @@ Return ParsingFailure(const char* error, const std::string& detail) {
     return std::make_unique<BASEApiMethodReturn>(false, kParsingError, error, error, detail, nullptr);
 }
 
-/** What keeps the response from holding the answer to a command; null when nothing does. */
+/** Returns why the envelope does not contain the response to a command; null if it does. */
 const char* FaultOfEnvelope(const protoIPCMsg::GPBIPCMsg& response) {
     if (response.msgtype() != protoIPCMsg::APIResp || !response.has_apirespmsg())
         return "Message type invalid or missing from response";
@@ -47,7 +46,7 @@ std::string ContentOf(const parser::XMLElement& parent, std::string_view tag) {
 
 // ---- Status ----
 
-/** The id or the description of a row. */
+/** Accepts the ID or the description of a row. */
 int ErrorStateOf(const std::string& text) {
     if (text.empty())
         return kNoError;
@@ -82,7 +81,7 @@ void SetAttributeOf(BASEApiMethodObject& object, std::string_view name, std::str
     object.SetAttribute(name, text);
 }
 
-/** The text of an element is taken as it lies in the document; only markup has to be made. */
+/** Copies text directly from the document; only children's markup must be composed. */
 template <class Object>
 void ReadAttributes(Object& object, const parser::XMLElement& element) {
     for (parser::XMLElement child = element.GetFirstChild(); child; child = child.GetNextSibling()) {
@@ -93,7 +92,7 @@ void ReadAttributes(Object& object, const parser::XMLElement& element) {
     }
 }
 
-/** The objects of the classes that are known here; unknown ones are passed over. */
+/** Reads objects of known classes and skips others. */
 template <class Object>
 std::vector<std::unique_ptr<Object>> ReadObjects(const parser::XMLElement& result, bool only_first) {
     const auto& factory = APIObjectFactory<Object>::Instance();
@@ -147,7 +146,7 @@ struct ResultReader {
     Return (*read)(const parser::XMLElement& result);
 };
 
-/** Of several results in a document the first of this list counts. */
+/** If a document has several results, the first in this table counts. */
 constexpr ResultReader kResultReaders[] = {
     {"ReturnBool", ReadBool},
     {"ReturnInt", ReadInt},

@@ -8,6 +8,8 @@ namespace protoIPCMsg {
 class GPBIPCMsg;
 }
 
-/** From a response to a return, as BASEApiMethod::DecodeResponse says: envelope, document, status, result.
-   Each step that fails makes a return of its own; nothing is thrown. */
+/**
+ * Decodes a response as described at BASEApiMethod::DecodeResponse: envelope, document, status, result. Each
+ * step that fails yields its own return; nothing throws.
+ */
 std::unique_ptr<BASEApiMethodReturn> ReturnOfResponse(const protoIPCMsg::GPBIPCMsg& response);

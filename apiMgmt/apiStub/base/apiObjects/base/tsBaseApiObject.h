@@ -24,7 +24,7 @@ class TSBaseApiObject : public BASEApiObject {
     using BASEApiObject::BASEApiObject;
 };
 
-/** An object with a health of its own. A new one is up. */
+/** An object with its own status. It is initially Up. */
 class TSStatusBaseApiObject : public TSBaseApiObject {
   public:
     const ATTRIBUTEList& GetAttributeList() const override;
@@ -34,7 +34,7 @@ class TSStatusBaseApiObject : public TSBaseApiObject {
     static const STRINGApiAttribute& StatusMessageAttribute();
     static const ATTRIBUTEList& Attributes();
 
-    /** By the id in gStatusEnumIdStrList; one that it does not know stores an empty text. */
+    /** Takes an ID of gStatusEnumIdStrList. An unknown one stores an empty string. */
     void SetStatus(int id);
     std::string GetStatus() const;
     void SetChildStatus(int id);

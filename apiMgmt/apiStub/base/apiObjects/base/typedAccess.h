@@ -6,8 +6,8 @@
 #include "apiMgmt/apiStub/base/apiAttributes/textApiAttributes.h"
 
 /**
- * What the typed setters and getters of a class are made of: an object, a call or a method object keeps the
- * text, the descriptor converts.
+ * Building blocks of typed setters and getters: an object, call or method object stores the string, and the
+ * descriptor converts it.
  */
 
 template <class Owner, class Attribute, class Value>
@@ -20,7 +20,7 @@ auto GetTyped(const Owner& owner, const Attribute& attribute) {
     return attribute.FromText(owner.GetAttribute(attribute.GetXmlName()));
 }
 
-/** Stores the Description of a row; an empty text for an id that the table does not know. */
+/** Stores the Description of a row; an empty string for an unknown ID. */
 template <class Owner>
 void SetEnumId(Owner& owner, const ENUMApiAttribute& attribute, const ENUMTable& table, int id) {
     SetTyped(owner, attribute, std::string(table.DescriptionOf(id)));

@@ -6,15 +6,17 @@
 
 #include "apiMgmt/apiStub/base/apiObjects/base/baseApiAssociation.h"
 
-/** A relation of an object, for those who know it by its name only: the factories hold no associations. */
+/** An association that can be looked up by name, because the factories do not contain associations. */
 struct ASSOCIATIONEntry {
     std::string_view object;
     std::string_view relation;
     std::unique_ptr<BASEApiAssociation> (*create)();
 };
 
-/** All of them: objects in byte order, the relations of one in the order of its data. */
+/** Returns all associations: objects in byte order, associations of an object in the order of its data. */
 std::span<const ASSOCIATIONEntry> GetAssociations();
 
-/** A new call without arguments; null when there is no such relation. Names compare exactly. */
+/**
+ * Returns a new call without arguments, or null if there is no such association. Names are case-sensitive.
+ */
 std::unique_ptr<BASEApiAssociation> CreateAssociation(std::string_view object, std::string_view relation);

@@ -5,9 +5,9 @@
 
 #include "apiMgmt/common/xmlwrap/xmlParser.h"
 
-/** Reads back the structured arguments that a call's attribute carries as text. */
+/** Parsers for structured arguments in an attribute of a call. */
 
-/** One without attributes when the text is none of this class. */
+/** Returns an object without attributes if the string is not of this class. */
 template <class MethodObject>
 MethodObject ReadMethodObject(const std::string& text) {
     MethodObject value;
@@ -15,7 +15,10 @@ MethodObject ReadMethodObject(const std::string& text) {
     return value;
 }
 
-/** All of them in order; elements of other names are passed over, and a text that is no markup gives none. */
+/**
+ * Returns all objects of this class, in order. Ignores elements with other names. Returns none if the string
+ * is not well-formed.
+ */
 template <class MethodObject>
 std::vector<MethodObject> ReadMethodObjects(const std::string& text) {
     std::vector<MethodObject> values;

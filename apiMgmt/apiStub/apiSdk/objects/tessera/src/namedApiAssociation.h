@@ -6,19 +6,19 @@
 
 #include "apiMgmt/apiStub/base/apiObjects/base/baseApiAssociation.h"
 
-/** A text as an argument of a template. */
+/** A string as a template argument. */
 template <size_t size>
 struct ASSOCIATIONName {
     char text[size];
     consteval ASSOCIATIONName(const char (&literal)[size]) { std::copy_n(literal, size, text); }
 };
 
-/** A relation that is all said by its object's class and its name. */
+/** An association that is defined by its object's class and its name. */
 template <class Object, ASSOCIATIONName relation>
 class NAMEDApiAssociation : public BASEApiAssociation {
   public:
     NAMEDApiAssociation() = default;
-    /** From a map of attributes, or from the id of the instance whose relation is asked for. */
+    /** Construct from a map of attributes, or from the ID of the instance whose association is called. */
     using BASEApiAssociation::BASEApiAssociation;
 
     const std::string& GetCommandName() const override {

@@ -1,4 +1,4 @@
-#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/oidText.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibParser/oidFormatter.h"
 
 #include <algorithm>
 #include <cstdio>
