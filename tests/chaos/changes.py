@@ -9,9 +9,9 @@ from collections import defaultdict
 from harness import management
 from harness.traps import Event, arguments
 
-from . import ledger, spares
-from .ledger import Doubt
+from . import spares, violations
 from .states import KINDS, PARTS, UP
+from .violations import Violation
 
 PAUSE_S = (0.2, 1)
 # Kind, attribute, and how its new value is drawn.
@@ -53,7 +53,7 @@ class Changes(threading.Thread):
                     action()
             except Exception:  # what breaks here must not pass for a quiet array
                 if not self.world.stopping.is_set():
-                    self.world.book.doubt(Doubt(ledger.BROKEN, self.name, 0, 0, traceback.format_exc()))
+                    self.world.log.add(Violation(violations.BROKEN, self.name, 0, 0, traceback.format_exc()))
 
     # --- values and texts
 

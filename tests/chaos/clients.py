@@ -1,4 +1,4 @@
-"""Managers that ask all the time, each a thread with a way of its own."""
+"""Managers that send requests all the time, each in its own thread."""
 
 import random
 import threading
@@ -7,9 +7,9 @@ import traceback
 
 from harness import ber, berWriter, mib
 
-from . import ledger, snmp
-from .ledger import Doubt
+from . import snmp, violations
 from .states import KINDS
+from .violations import Violation
 
 STRANGERS = (mib.ROOT + ".99.0", mib.oid("tsDiskName", 1999), mib.oid("tsCtlrFanName", 3, 1), mib.oid("productName"),
              "1.3.6.1.4.1.913.4711.0", "1.3.6.1.4.1.27405.7.7")
@@ -23,7 +23,7 @@ class Client(threading.Thread):
 
     def __init__(self, world, name, seed):
         super().__init__(daemon=True, name=name)
-        self.world, self.judge, self.book = world, world.judge, world.book
+        self.world, self.judge, self.log = world, world.judge, world.log
         self.random = random.Random(f"{seed} {name}")
         self.manager = snmp.Manager(version=self.VERSION)
 
@@ -32,24 +32,24 @@ class Client(threading.Thread):
             try:
                 self.turn()
             except ber.Malformed as error:
-                self.book.doubt(Doubt(ledger.MALFORMED, self.name, 0, 0, str(error)))
+                self.log.add(Violation(violations.MALFORMED, self.name, 0, 0, str(error)))
             except Exception:  # a client that breaks must not pass for one that found nothing
-                self.book.doubt(Doubt(ledger.BROKEN, self.name, 0, 0, traceback.format_exc()))
+                self.log.add(Violation(violations.BROKEN, self.name, 0, 0, traceback.format_exc()))
             self.world.stopping.wait(self.random.uniform(*self.PAUSE_S))
         self.manager.close()
 
     def counted(self, exchange):
-        """Takes an exchange into the book; its response, None when none came."""
-        self.book.count(self.name, "asked")
+        """Counts an exchange. Returns its response, or None."""
+        self.log.count(self.name, "asked")
         if exchange.response is None:
-            self.judge.doubt(ledger.UNANSWERED, self.name, exchange, "no answer")
+            self.judge.add(violations.UNANSWERED, self.name, exchange, "no answer")
             return None
-        self.book.count(self.name, "answered")
-        if exchange.ended - exchange.sent > ledger.SLOW_S:
-            self.judge.doubt(ledger.SLOW, self.name, exchange, "slow")
+        self.log.count(self.name, "answered")
+        if exchange.ended - exchange.sent > violations.SLOW_S:
+            self.judge.add(violations.SLOW, self.name, exchange, "slow")
         if exchange.response.error == "genErr":
-            self.book.count(self.name, "genErr")
-            self.judge.doubt(ledger.REFUSED, self.name, exchange, "genErr")
+            self.log.count(self.name, "genErr")
+            self.judge.add(violations.REFUSED, self.name, exchange, "genErr")
         return exchange.response
 
     def some(self, count):
@@ -80,10 +80,10 @@ class Walker(Client):
             exchange = self.step(oid)
             response = self.counted(exchange)
             if response is None or response.error not in ("noError", "noSuchName"):
-                self.book.count(self.name, "broken walks")
+                self.log.count(self.name, "broken walks")
                 return
             oid = None if response.error == "noSuchName" else self.take(exchange, oid, seen)
-        self.book.count(self.name, "walks")
+        self.log.count(self.name, "walks")
         self.judge.complete(self.name, snmp.Exchange(begin, time.monotonic(), None), seen)
 
     def take(self, exchange, before, seen):
@@ -165,7 +165,7 @@ class Setter(Client):
         exchange = self.assign(oid, value, community)
         response = self.counted(exchange)
         if response and response.error == "noError":
-            self.judge.doubt(ledger.VALUE, self.name, exchange, f"{oid} was set", oid, ("STRING", value))
+            self.judge.add(violations.VALUE, self.name, exchange, f"{oid} was set", oid, ("STRING", value))
 
 
 # Columns that ask for a notification about a whole object, with its number.
@@ -173,39 +173,7 @@ FORCE_TRAPS = {tuple(column.oid): number for column in mib.MIB.columns for numbe
                if column.name.endswith("ForceTrap") and mib.KIND_OF_TABLE[column.table.name] == kind}
 
 
-class Scribbler(Client):
-    """Datagrams that are no requests, and such as nearly are. Nobody has to answer them."""
-
-    PAUSE_S = (0.01, 0.1)
-
-    def turn(self):
-        self.manager.send(self.random.choice((self.noise, self.mutilated, self.odd))())
-        self.book.count(self.name, "scribbled")
-
-    def noise(self):
-        return self.random.randbytes(self.random.choice((0, 1, 2, 40, 400, 1400)))
-
-    def request(self):
-        kind = self.random.choice((berWriter.GET, berWriter.GET_NEXT, berWriter.GET_BULK))
-        pdu = berWriter.pdu(kind, self.random.randrange(GREATEST), [(oid, berWriter.NULL) for oid in self.some(3)])
-        return berWriter.message("2c", "public", pdu)
-
-    def mutilated(self):
-        octets = bytearray(self.request())
-        for _ in range(self.random.randint(1, 4)):
-            octets[self.random.randrange(len(octets))] = self.random.randrange(256)
-        return bytes(octets[:self.random.choice((len(octets), self.random.randrange(len(octets))))])
-
-    def odd(self):
-        """Well-formed, and wrong."""
-        kind = self.random.choice((0xA0, 0xA2, 0xA4, 0xA6, 0xA7, 0xA8, 0xAF))
-        oid = self.random.choice(("1.3", "0.0", "1.3.6.1.4.1.913.4294967295", mib.ENTERPRISE + ".1" * 110))
-        return berWriter.message("2c", self.random.choice(("public", "", "x" * 300)),
-                                 berWriter.pdu(kind, -1, [(oid, berWriter.NULL)] * self.random.choice((0, 1, 50))))
-
-
 def all_of(world, seed):
     return [Walker(world, "bulk walker 1", seed), Walker(world, "bulk walker 2", seed),
             OldWalker(world, "walker of version 1", seed), Getter(world, "getter 1", seed),
-            Getter(world, "getter 2", seed), BulkAsker(world, "bulk asker", seed), Setter(world, "setter", seed),
-            Scribbler(world, "scribbler", seed)]
+            Getter(world, "getter 2", seed), BulkAsker(world, "bulk asker", seed), Setter(world, "setter", seed)]

@@ -1,4 +1,4 @@
-"""Which value every instance has had, and when: what a manager may read at a moment."""
+"""The value of every instance over time, and hence the values that a manager may read at a moment."""
 
 import threading
 from collections import defaultdict
@@ -10,16 +10,16 @@ from harness.trapLists import OBJECTS
 
 from .states import FETCHED_SINGLY, Subject, Track
 
-# A large table is asked for when it is two to three minutes old, and again only when its turn in the round of all
-# columns comes; what is copied from another table follows a round later. Disturbed time does not count.
+# A large table is fetched when it is two to three minutes old and the scan of all columns comes to it. Values that are
+# copied from another table follow one scan later. Disturbed time does not count.
 STALE_S = 300
 
-# Derived from other tables some time after the start of a daemon.
+# Derived from other tables some time after the start-up of a daemon.
 DERIVED = ("globalStatus", "worstAlertNbr", "sysContact", "sysName", "sysLocation")
 DERIVED_S = 180
 UNDERIVED = (b"", 0, 3, None)  # 3: no open alert seen so far
-STICKY = "worstAlertNbr"  # keeps the row of the latest alert that there was
-SYSTEM = ("sysContact", "sysName", "sysLocation")  # snmpd has values of its own while no daemon is there
+STICKY = "worstAlertNbr"  # keeps the row of the latest alert
+SYSTEM = ("sysContact", "sysName", "sysLocation")  # snmpd has its own values while no daemon is running
 
 
 def column_of(oid):
@@ -34,9 +34,8 @@ def column_of(oid):
 BY_ARCS = {tuple(column.oid): column for column in mib.MIB.columns}
 
 
-
-class Lie:
-    """The array told this of a kind for a while, and it was not so. absent: it left something out."""
+class FalseReport:
+    """False values that the array reported about a kind of object. absent: it left something out."""
 
     def __init__(self, kind, begin, columns=(), values=(), absent=False):
         self.kind, self.begin, self.end = kind, begin, float("inf")
@@ -78,19 +77,17 @@ class History:
         self.parents = {}  # by numbering: the parents, and when others replaced them (None: current)
         self.renumbered = defaultdict(dict)  # by old numbering: tracks of the parts
         self.told = {}  # of what managers have set
-        self.lies = []
+        self.false_reports = []
 
-    # --- what happens
+    # --- changes
 
     def record(self, objects, since):
-        """The array's objects are these now, and may have been since then; 0: since ever."""
+        """Records the array's present objects, which it may have had since a moment; 0: always."""
         values = Expectation(objects).values
         with self.lock:
             for oid in self.tracks.keys() | values.keys():
                 value = values.get(oid)
-                track = self.tracks.get(oid) or self.new_track(oid, is_new=bool(since))
-                if not track.values or track.latest() != value:
-                    track.put(value, since)
+                self.tracks.setdefault(oid, Track(since)).become(value, since)
             self.record_renumbered(objects, since)
 
     def record_renumbered(self, objects, since):
@@ -106,33 +103,25 @@ class History:
                 continue
             values, tracks = Parts({**objects, **parents}).values, self.renumbered[key]
             for oid in tracks.keys() | values.keys():
-                track = tracks.setdefault(oid, Track())
-                if not track.values or track.latest() != values.get(oid):
-                    track.put(values.get(oid), since)
+                tracks.setdefault(oid, Track()).become(values.get(oid), since)
         self.parents[present] = {kind: objects.get(kind, []) for kind in PARENTS}, None
-
-    def new_track(self, oid, is_new):
-        track = self.tracks[oid] = Track()
-        if is_new:
-            track.put(None, 0)
-        return track
 
     def tell_set(self, oid, value, since):
         with self.lock:
             self.told.setdefault(oid, Track()).put(("STRING", value), since)
 
-    def add_lie(self, lie):
+    def add_false_report(self, report):
         with self.lock:
-            self.lies.append(lie)
+            self.false_reports.append(report)
 
-    def was_lied_about(self, kind, begin, end):
+    def was_falsely_reported(self, kind, begin, end):
         with self.lock:
-            return any(lie.kind == kind and lie.begin <= end and begin <= lie.end for lie in self.lies)
+            return any(each.kind == kind and each.begin <= end and begin <= each.end for each in self.false_reports)
 
-    # --- what may be read
+    # --- allowed values
 
     def horizon(self, sent):
-        """What was only before this cannot be in the store any more."""
+        """The moment before which no value can still be in the store."""
         return max(self.timeline.back(sent, STALE_S), self.timeline.began_before(sent))
 
     def allows(self, oid, read, sent, ended):
@@ -152,13 +141,14 @@ class History:
                 values.append(None)
             if read in values or self.is_of_old_row(column, oid, read, horizon, ended):
                 return True
-            return any(lie.covers(column, horizon, ended) and self.is_told(lie, column, read) for lie in self.lies)
+            return any(each.covers(column, horizon, ended) and self.is_in(each, column, read)
+                       for each in self.false_reports)
 
     def old_numberings(self, begin):
         return [self.renumbered[key] for key, (_, gone) in self.parents.items() if gone is not None and gone >= begin]
 
     def is_of_old_row(self, column, oid, read, begin, end):
-        """Whether it is the present status, fetched for an event, of an object that had this row before."""
+        """Whether the value is the present status, fetched for an event, of an object that had this row before."""
         number = FETCHED_SINGLY.get(column.number)
         if number is None or read is None:
             return False
@@ -168,10 +158,10 @@ class History:
                    for each in names if each)
 
     @staticmethod
-    def is_told(lie, column, read):
+    def is_in(report, column, read):
         if read is None:
-            return lie.absent
-        return (not lie.columns or column.name in lie.columns) and read[1] in lie.values
+            return report.absent
+        return (not report.columns or column.name in report.columns) and read[1] in report.values
 
     def is_exempt(self, column, read, sent, ended):
         value = read and read[1]
@@ -181,7 +171,7 @@ class History:
             return True
         if column.name in SYSTEM and self.timeline.is_disturbed("requests", sent, ended):
             return True
-        # Repeated while no daemon was there, a request is answered by one that began after it was sent.
+        # A request that was repeated while no daemon was running is answered by one that started after it was sent.
         return (column.name in DERIVED and value in UNDERIVED and
                 ended - self.timeline.began_before(ended) < DERIVED_S)
 

@@ -1,11 +1,11 @@
-"""Holds answers against what may be answered."""
+"""Checks responses against the values that are allowed."""
 
 from harness import mib
 
-from . import ledger
+from . import violations
 from .history import column_of
-from .ledger import Doubt
 from .snmp import EXCEPTIONS
+from .violations import Violation
 
 ABSENT = tuple(EXCEPTIONS.values())
 
@@ -24,27 +24,27 @@ SYSTEM = {mib.scalar(name) for name in ("sysContact", "sysName", "sysLocation")}
 
 
 class Judge:
-    def __init__(self, history, book):
+    def __init__(self, history, log):
         self.history = history
-        self.book = book
+        self.log = log
 
-    def doubt(self, kind, client, exchange, text, oid=None, read=None):
-        self.book.doubt(Doubt(kind, client, exchange.sent, exchange.ended, text, oid, read))
+    def add(self, kind, client, exchange, text, oid=None, read=None):
+        self.log.add(Violation(kind, client, exchange.sent, exchange.ended, text, oid, read))
 
     def value(self, client, exchange, binding):
         oid = in_new_form(binding.oid)
         if not is_own(oid):
             return
         read = None if binding.type in ABSENT else (binding.type, binding.value)
-        self.book.count(client, "values")
+        self.log.count(client, "values")
         if not self.history.allows(oid, read, exchange.sent, exchange.ended):
-            self.doubt(ledger.VALUE, client, exchange, f"{name_of(oid)} is {read}", oid, read)
+            self.add(violations.VALUE, client, exchange, f"{name_of(oid)} is {read}", oid, read)
 
     def got(self, client, exchange, asked):
         """The answer to a GET without error: the names that were asked for, with values that may be."""
         found = exchange.response.bindings
         if [binding.oid for binding in found] != list(asked):
-            self.doubt(ledger.ORDER, client, exchange, f"asked for {asked}, got {[each.oid for each in found]}")
+            self.add(violations.ORDER, client, exchange, f"asked for {asked}, got {[each.oid for each in found]}")
             return
         for binding in found:
             self.value(client, exchange, binding)
@@ -54,7 +54,7 @@ class Judge:
         if binding.type == "endOfMibView":
             return True
         if mib.arcs(binding.oid) <= mib.arcs(before):
-            self.doubt(ledger.ORDER, client, exchange, f"{binding.oid} follows {before}")
+            self.add(violations.ORDER, client, exchange, f"{binding.oid} follows {before}")
             return False
         self.value(client, exchange, binding)
         return True
@@ -68,7 +68,7 @@ class Judge:
         for place, binding in enumerate(found):
             column = place if place < single else single + (place - single) % columns if columns else None
             if column is None:
-                self.doubt(ledger.ORDER, client, exchange, f"{len(found)} bindings for {len(asked)} single ones")
+                self.add(violations.ORDER, client, exchange, f"{len(found)} bindings for {len(asked)} single ones")
                 return
             if not self.followed(client, exchange, before[column], binding):
                 return
@@ -79,19 +79,19 @@ class Judge:
         for oid in self.history.steady(exchange.sent, exchange.ended):
             if oid not in seen and oid.startswith(mib.ENTERPRISE + "."):
                 if not self.history.allows(oid, None, exchange.sent, exchange.ended):
-                    self.doubt(ledger.MISSING, client, exchange, f"{name_of(oid)} is missing in a walk", oid)
+                    self.add(violations.MISSING, client, exchange, f"{name_of(oid)} is missing in a walk", oid)
 
-    # --- the last word
+    # --- at the end
 
-    def faulty(self, kind):
-        """The doubts of a kind that nothing explains."""
-        return [doubt for doubt in self.book.all(kind) if not self.is_explained(doubt)]
+    def confirmed(self, kind):
+        """The violations of a kind that nothing excuses."""
+        return [each for each in self.log.kept[kind] if not self.is_excused(each)]
 
-    def is_explained(self, doubt):
-        if doubt.kind in (ledger.VALUE, ledger.MISSING):
-            return self.history.allows(doubt.oid, doubt.read, doubt.sent, doubt.ended)
-        if doubt.kind in (ledger.UNANSWERED, ledger.SLOW, ledger.REFUSED):
-            return self.history.timeline.is_disturbed("requests", doubt.sent, doubt.ended)
+    def is_excused(self, violation):
+        if violation.kind in (violations.VALUE, violations.MISSING):
+            return self.history.allows(violation.oid, violation.read, violation.sent, violation.ended)
+        if violation.kind in (violations.UNANSWERED, violations.SLOW, violations.REFUSED):
+            return self.history.timeline.is_disturbed("requests", violation.sent, violation.ended)
         return False
 
 

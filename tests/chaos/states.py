@@ -1,4 +1,4 @@
-"""The status of every object that a notification can be about, over time, and the events that were sent about it."""
+"""The status over time of every object that has notifications, and the events that were sent about it."""
 
 import bisect
 import threading
@@ -11,7 +11,7 @@ from harness.mib import KIND_OF_TABLE
 from harness.trapLists import COMPONENTS, OBJECTS
 
 UP = 1
-ARRAY = ""  # stands for the name of the array, of which a notification says nothing
+ARRAY = ""  # in place of the array's name, which no notification contains
 # Number of the notification of a component's parent, and the attribute that holds the parent's index.
 PARENTS = {204: (203, "ControllerIndex"), 206: (205, "EnclosureIndex")}
 ATTRIBUTES = {entry.column.number: entry.attribute for refresh in mib.MIB.refreshes for entry in refresh.entries}
@@ -28,20 +28,27 @@ Standing = namedtuple("Standing", "kind element status shown_as parent")
 
 
 class Track:
-    """A value over time: changes in order. What was before the first is unknown, thus nothing."""
+    """A value over time, as changes in order. absent_until: when the value may first have been there."""
 
-    def __init__(self):
-        self.times, self.values = [], []
+    def __init__(self, absent_until=0):
+        self.times, self.values = ([0], [None]) if absent_until else ([], [])
 
     def put(self, value, since):
         self.times.append(since)
         self.values.append(value)
 
+    def become(self, value, since):
+        """Returns whether that is a change."""
+        is_change = not self.values or self.values[-1] != value
+        if is_change:
+            self.put(value, since)
+        return is_change
+
     def latest(self):
         return self.values[-1] if self.values else None
 
     def between(self, begin, end):
-        """All values that it had somewhere between."""
+        """Returns all values within a period."""
         first = max(bisect.bisect_right(self.times, begin) - 1, 0)
         return self.values[first:bisect.bisect_right(self.times, end)]
 
@@ -92,7 +99,7 @@ class States:
         self.orders, self.moves = {}, defaultdict(list)  # indexes of each list, and when the list changed
 
     def record(self, objects, since, told):
-        """The objects of the array are these now. told: the array reports changes of status."""
+        """Records the array's present objects. told: the array reports changes of status."""
         found = standings(objects)
         with self.lock:
             for subject in found.keys() | self.current.keys():
@@ -105,17 +112,14 @@ class States:
                 self.orders[kind] = order
 
     def take(self, subject, standing, since, told):
-        track = self.tracks.setdefault(subject, Track())
+        track = self.tracks.setdefault(subject, Track(since))
         if standing:
             self.known[subject] = standing
             self.shown[standing.shown_as] = subject
         status = standing and standing.status
         before = track.latest()
-        if track.values and before == status:
+        if not track.become(status, since):
             return
-        if not track.values and since:
-            track.put(None, 0)
-        track.put(status, since)
         latest = next((each for each in reversed(self.changes) if each.subject == subject), None)
         if latest and latest.until is None:
             latest.until = since

@@ -43,7 +43,7 @@ class StatusJudge:
     def take(self, notice):
         subject = self.states.shown.get(notice.shown_as)
         if subject is None:
-            if not self.may_lie(notice.number, notice.arrival):
+            if not self.may_be_false(notice.number, notice.arrival):
                 self.wrong.append(self.finding(notice, "no such object"))
             return
         for text in self.mistakes(subject, notice):
@@ -64,14 +64,14 @@ class StatusJudge:
         has_old = self.timeline.is_disturbed(RECORDS, self.timeline.back(moment, EVENT_S), moment)
         return self.timeline.back(moment, STALE_S if has_old else EVENT_S)
 
-    def may_lie(self, number, moment):
-        return any(self.history.was_lied_about(kind, self.history.horizon(moment), moment)
+    def may_be_false(self, number, moment):
+        return any(self.history.was_falsely_reported(kind, self.history.horizon(moment), moment)
                    for kind in (KINDS.get(number), *(kind for kind, key in PARTS.items() if key[0] == number)))
 
     def mistakes(self, subject, notice):
         """What a notification says that was not so."""
         begin = self.recent(notice.arrival)
-        if self.may_lie(notice.number, notice.arrival):
+        if self.may_be_false(notice.number, notice.arrival):
             return
         statuses = self.states.between(subject, begin, notice.arrival)
         if notice.status not in statuses:
@@ -118,7 +118,7 @@ class StatusJudge:
         number, standing = subject.number, self.states.known[subject]
         stale = self.history.horizon(begin)
         return (self.timeline.life_ended(begin, end) or self.timeline.is_disturbed(RECORDS, begin, end) or
-                self.history.was_lied_about(standing.kind, stale, end) or
+                self.history.was_falsely_reported(standing.kind, stale, end) or
                 not self.states.was_all_the_time(subject, stale, end) or
                 bool(standing.parent) and not self.states.was_all_the_time(standing.parent, begin, end, UP) or
                 number in FETCHED_SINGLY.values() and self.states.has_moved(number, stale, end) or
@@ -161,7 +161,7 @@ class StatusJudge:
             return False
         return not (self.timeline.life_ended(change.begin, end) or
                     not self.states.was_all_the_time(change.subject, stored, change.begin) or
-                    self.history.was_lied_about(standing.kind, stored, end))
+                    self.history.was_falsely_reported(standing.kind, stored, end))
 
     def is_due_by_recheck(self, change, before):
         """Whether the daemon has a record of the object, and time to find the change by itself."""

@@ -1,4 +1,4 @@
-"""What daemons hold: memory and descriptors, taken while nothing disturbs."""
+"""Memory and descriptors of the daemons, sampled while nothing is disturbed."""
 
 import os
 import statistics
@@ -10,17 +10,17 @@ from .timeline import EVENTS, REQUESTS
 
 Sample = namedtuple("Sample", "moment resident_kb descriptors")
 
-# A daemon has served everything and refreshed most of its tables when it is so old, and has let go of what a fault
-# made it hold so long after.
+# At this age a daemon has served everything and refreshed most of its tables; this long after a fault it has released
+# what the fault made it hold.
 AGE_S = 15
 CALM_S = 3
-GROUP = 5  # samples that are taken together: single ones meet a refresh or a self-test under way
-# The store is laid out at the start and never grows; texts in it do, to the longest that there was, and the allocator
-# keeps what the largest answer and the longest queue took. Both are bounded; a leak is not.
+GROUP = 5  # samples that are compared together, because a refresh or a self-test may be in progress during one
+# Strings in the store grow to the longest that there was, and the allocator keeps what the largest response and the
+# longest queue took. Both are bounded; a leak is not.
 GROWTH_KB = 6144
 GROWTH_PERCENT = 10
 GROWTH_DESCRIPTORS = 2
-# A sanitizer keeps what was given back, to see who uses it all the same: its memory says nothing of the daemon's.
+# A sanitizer keeps freed memory.
 IS_MEMORY_ITS_OWN = "SNMPSUBAGENT_SANITIZED" not in os.environ
 
 
@@ -35,14 +35,11 @@ def sample(life, timeline):
 
 
 class Comparison:
-    """A life's first calm moments against its last, with some between them: what fills up once rises and stays."""
-
-    BETWEEN = 3
+    """The first undisturbed samples of a daemon, and the last."""
 
     def __init__(self, life):
         self.life = life
-        starts = [(len(life.samples) - GROUP) * part // (self.BETWEEN + 1) for part in range(self.BETWEEN + 2)]
-        groups = [life.samples[start:start + GROUP] for start in starts]
+        groups = life.samples[:GROUP], life.samples[-GROUP:]
         self.kb = [int(statistics.median(each.resident_kb for each in group)) for group in groups]
         self.descriptors = [min(each.descriptors for each in group) for group in groups]
         self.seconds = groups[-1][-1].moment - groups[0][0].moment
@@ -54,5 +51,5 @@ class Comparison:
 
 
 def comparisons(timeline):
-    """Of all lives that were calm long enough to be looked at twice."""
+    """Those of all daemons that were undisturbed for long enough."""
     return [Comparison(life) for life in timeline.lives if len(life.samples) >= 2 * GROUP]

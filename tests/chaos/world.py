@@ -13,11 +13,11 @@ from harness import array, berWriter, daemon, machine, management, mib, receiver
 from . import snmp
 from .history import History
 from .judge import Judge
-from .ledger import Ledger
 from .notices import COMMUNITY, Notices
 from .spares import with_spares
 from .states import States
 from .timeline import Timeline
+from .violations import ViolationLog
 from .watch import Watch
 
 FOLDER = "/tmp/chaos"
@@ -36,10 +36,10 @@ class World:
         self.preset = preset
         self.stopping = threading.Event()
         self.array_lock = threading.RLock()  # whoever changes the array or what it holds
-        self.timeline, self.book = Timeline(), Ledger()
+        self.timeline, self.log = Timeline(), ViolationLog()
         self.states = States()
         self.history = History(self.timeline, self.states)
-        self.judge = Judge(self.history, self.book)
+        self.judge = Judge(self.history, self.log)
         self.array, self.objects = array.Array(), None
         self.failures = []  # what must hold and does not, beyond the counts
         self.keeper = self.watch = self.receiver = None

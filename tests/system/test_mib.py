@@ -44,20 +44,6 @@ class MibModule(TrapStory):
             if value.startswith("INTEGER: ") and name not in BARE_INTEGERS:
                 self.assertRegex(value, ENUMERATED, f"{name} has a number that the module does not name")
 
-    def test_every_table_is_shown_by_snmptable_with_its_names(self):
-        objects = self.manager.bulk_walk(mib.ROOT, "-Cr20").oids()
-        for name, table in mib.TABLES.items():
-            rows = self.manager.table(name)
-            first = mib.oid(table.columns[0].name) + "."
-            self.assertEqual(len(rows), sum(oid.startswith(first) for oid in objects), name)
-            for row in rows:
-                self.assertEqual(list(row), ["index", *(self.head(table, column) for column in table.columns)])
-
-    @staticmethod
-    def head(table, column):
-        """-Cb takes away what the names of all columns have in common, which is the name of the table."""
-        return column.name.removeprefix(table.name)
-
     def test_a_set_by_name_takes_its_type_from_the_module(self):
         """What administrators are told to try out, on an array whose first disk and volume have the API index 2."""
         page = machine.read_file(f"{machine.REPOSITORY}/docs/administrators.md")

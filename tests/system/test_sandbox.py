@@ -86,21 +86,6 @@ class ItIsAMachineOfItsOwn(unittest.TestCase):
             listener.communicate("\n")
 
 
-class ItIsPrepared(unittest.TestCase):
-    def test_the_daemons_files_and_programs_are_there(self):
-        shown = inside("stat -c '%U %a' /etc/wirelink.key; cat /etc/snmpd.conf /tmp/apps/snmpsubagent.conf; "
-                       "test -s /etc/snmpSubagent.conf; /usr/local/sbin/snmpd -v | grep -c version; "
-                       "test -x /usr/local/bin/snmpget; test -d /var/run -a -d /var/log -a -d /var/agentx; "
-                       "test -d /var/lib/snmp -a -d /mnt/root -a -d /mnt/cores/logs; ls /etc/ld.so.cache")
-        self.assertTrue(shown.startswith("root 600\n"))
-        for line in ("master agentx", "rocommunity public", "agentxTimeout 30", "agentxRetries 0",
-                     "maxGetbulkResponses 20", "isdebugmode=false"):
-            self.assertIn(line + "\n", shown)
-        key = inside("cat /etc/wirelink.key")
-        self.assertRegex(key, r"^[A-Za-z0-9+/=]{32,}\n$")
-        self.assertNotEqual(key, inside("cat /etc/wirelink.key"))
-
-
 class ItEndsCleanly(unittest.TestCase):
     def test_the_exit_status_is_passed_on(self):
         for status in (0, 1, 7, 255):

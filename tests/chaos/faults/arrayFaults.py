@@ -9,14 +9,14 @@ from harness import management
 from harness.expected import LONGEST_TEXT
 from harness.mib import KIND_OF_TABLE
 
-from ..history import Lie
+from ..history import FalseReport
 from ..timeline import EVENTS, RECORDS, REQUESTS, Disturbance
 from .kind import NOTHING, Kind, draw_end, no_words, pause_until
 
 KINDS_OF_OBJECT = sorted(set(KIND_OF_TABLE.values()))
-# A lie about these would change which address the array has, or what is whose part.
-NOT_LIED_ABOUT = ("Tessera", "TsController", "TsEnclosure")
-LIED_ABOUT = [kind for kind in KINDS_OF_OBJECT if kind not in NOT_LIED_ABOUT]
+# False values of these would change the array's address or the parents of components.
+NEVER_FALSE = ("Tessera", "TsController", "TsEnclosure")
+REPORTED_FALSELY = [kind for kind in KINDS_OF_OBJECT if kind not in NEVER_FALSE]
 
 BROKEN_FRAMES = (("refuse",), ("tear",), ("tear", "3"), ("long-length",), ("huge-length",), ("zero-length",),
                  ("garbage",), ("wrong-sequence",), ("wrong-type",), ("no-response",), ("no-cmd",), ("ping-false",))
@@ -25,8 +25,8 @@ BAD_DOCUMENTS = (("truncated",), ("empty",), ("unbalanced",), ("wrong-root",), (
                  ("entities",), ("external-entity",), ("too-many", "3"))
 SIDEWAYS = -1  # the number of an unknown status
 LONG, HUGE = "3000", "300000"  # octets that are served whole, and more than that
-# What may be read because of them.
-LIES = {("no-objects",): {"absent": True}, ("missing", "Name"): {"absent": True},
+# What may be read because of false reports.
+FALSE_REPORTS = {("no-objects",): {"absent": True}, ("missing", "Name"): {"absent": True},
         ("missing", "Status"): {"absent": True}, ("no-index",): {"absent": True}, ("no-parent",): {"absent": True},
         ("unknown-status",): {"values": (SIDEWAYS,)},
         **{("huge-text", "Name", size): {"values": (b"x" * min(int(size), LONGEST_TEXT),)} for size in (LONG, HUGE)}}
@@ -40,8 +40,8 @@ def draw_document(random):
     return (*random.choice(BAD_DOCUMENTS), "on", random.choice(KINDS_OF_OBJECT))
 
 
-def draw_lie(random):
-    return (*random.choice(sorted(LIES)), "on", random.choice(LIED_ABOUT))
+def draw_false_report(random):
+    return (*random.choice(sorted(FALSE_REPORTS)), "on", random.choice(REPORTED_FALSELY))
 
 
 def draw_delay(random):
@@ -87,12 +87,12 @@ def told(world, words):
 
 
 @contextmanager
-def lied(world, words):
-    lie = Lie(words[-1], time.monotonic(), **LIES[words[:-2]])
-    world.history.add_lie(lie)
+def misreported(world, words):
+    report = FalseReport(words[-1], time.monotonic(), **FALSE_REPORTS[words[:-2]])
+    world.history.add_false_report(report)
     with told(world, words):
         yield
-    lie.end = time.monotonic()
+    report.end = time.monotonic()
 
 
 @contextmanager
@@ -162,7 +162,7 @@ ALL, NOTICES = (REQUESTS, EVENTS, RECORDS), (EVENTS, RECORDS)
 KINDS = (
     Kind("the array breaks its frames", draw_frames, told, NOTICES, recovery_s=STRIKE_S),
     Kind("the array's documents are bad", draw_document, told, NOTICES, seconds=(5, 10)),
-    Kind("the array lies", draw_lie, lied, NOTICES, seconds=(5, 10)),
+    Kind("the array reports false values", draw_false_report, misreported, NOTICES, seconds=(5, 10)),
     Kind("the array is busy", no_words, busy, NOTHING, seconds=(0, 1), recovery_s=RECHECKED_S + BUSY_S + 5),
     Kind("the array is slow", draw_delay, told, NOTICES, seconds=(4, 9)),
     Kind("the array hangs", lambda _: ("hang",), hung, NOTICES),

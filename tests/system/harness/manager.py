@@ -5,7 +5,7 @@ import re
 import subprocess
 from collections import namedtuple
 
-from . import machine, mibModule, waiting
+from . import machine, waiting
 
 HOME = "/tmp/manager"
 
@@ -123,14 +123,6 @@ class Manager:
     def set(self, *assignments):
         """assignments: (oid, type letter of snmpset, value), all in one SET."""
         return self.ask("snmpset", "127.0.0.1", *(word for each in assignments for word in each))
-
-    def table(self, name):
-        """snmptable's view of a table: a list of {column without the table's name: text}, and its index as such."""
-        output = self.ask("snmptable", "-Os", "-Oe", *mibModule.options(), "-Cb", "-Ci", "-Cf", "|", "127.0.0.1",
-                          f"{mibModule.NAME}::{name}Table").output
-        lines = [line for line in output.splitlines() if "|" in line]
-        head = lines[0].split("|") if lines else []
-        return [dict(zip(head, line.split("|"))) for line in lines[1:]]
 
     def value(self, oid):
         """The value of one instance that must be there; texts as str. Asked for twice at most: a request that comes

@@ -1,6 +1,8 @@
-"""What the tests of codegen share: a data directory of small files, a run, and rows of mistakes.
+"""Support for the tests of codegen: a data directory of small files, a run, and rows of mistakes.
 
-Puts the root of the sources on the path: codegen is imported after it.
+What the writers produce is tested as part of the daemon, the library and the MIB module.
+
+Puts the root of the sources on the path, so import codegen after this module.
 """
 
 import contextlib
@@ -27,11 +29,6 @@ class CodegenCase(unittest.TestCase):
         self.folder = folder.name
         self.out = os.path.join(self.folder, "out")
 
-    def read(self, name, encoding="utf-8"):
-        """A file that was generated."""
-        with open(os.path.join(self.out, name), encoding=encoding) as file:
-            return file.read()
-
     def write(self, files):
         for name, text in files.items():
             path = os.path.join(self.folder, "data", name)
@@ -48,17 +45,9 @@ class CodegenCase(unittest.TestCase):
             status = program.main()
         return status, errors.getvalue()
 
-    def assert_in_order(self, name, facts):
-        """Each line of the facts ends a line of the generated file, in their order."""
-        text, place = self.read(name), 0
-        for fact in facts.strip("\n").split("\n"):
-            found = text.find(fact + "\n", place)
-            self.assertGreaterEqual(found, 0, f"missing, or not in its place: {fact}\n{text}")
-            place = found
-
     def check_wrong(self, name, rows):
-        """rows: the beginning of a line of the file, what it is replaced by, and the message. The message is at the
-        replaced line unless it begins with the number of another one. Nothing may have been written."""
+        """rows: the beginning of a line of the file, its replacement, and the message, which is at the replaced line
+        unless it begins with another place. Nothing may have been written."""
         good = self.FILES[name].split("\n")
         for beginning, instead, message in rows:
             number = next(i for i, line in enumerate(good) if line.startswith(beginning))

@@ -10,7 +10,7 @@ sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import codegenCase  # noqa: E402
 from codegen.model import expressions, metrics, snmp  # noqa: E402
 from codegen.reader import Data  # noqa: E402
-from codegen.writers import nagios, snmptt, zabbix  # noqa: E402
+from codegen.writers import zabbix  # noqa: E402
 
 DATA = Data(os.path.join(codegenCase.ROOT, "data"))
 MODEL = snmp.read(DATA)
@@ -98,18 +98,10 @@ class PartsTest(unittest.TestCase):
                     found = str(error)
                 self.assertEqual(found, message)
 
-    def test_ranges_hold_the_states_and_no_other(self):
-        for numbers, inside, outside in (([2], "@2:2", "2:2"), ([4, 5, 3], "@3:5", "3:5"), ([-1, 3], "", ""),
-                                         ([], "", "")):
-            self.assertEqual((nagios.inside(numbers), nagios.outside(numbers)), (inside, outside))
-
     def test_identities_are_stable_and_of_version_4(self):
         self.assertEqual(zabbix.uuid("item", "globalStatus"), "56d3f9dc4b664e4fa1befbe1265448d6")
         for number in range(64):
             self.assertRegex(zabbix.uuid(str(number)), "^[0-9a-f]{12}4[0-9a-f]{3}[89ab][0-9a-f]{15}$")
-
-    def test_patterns_match_numbers_and_named_numbers(self):
-        self.assertEqual(snmptt.exactly([2, 12]), r"^2$|\(2\)$|^12$|\(12\)$")
 
 
 if __name__ == "__main__":

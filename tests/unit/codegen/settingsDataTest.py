@@ -1,4 +1,4 @@
-"""data/daemon: a small table of settings with what is generated from it, wrong lines with their message."""
+"""data/daemon: wrong lines of a small table of settings with their messages."""
 
 import os
 import sys
@@ -19,26 +19,6 @@ setting loud flag variable=verbose
   "Says more."
 """
 
-ROWS = """\
-{"reader", conf_type::community, true,
- [](const found_value& value) { conf_reader = read_community(value); }},
-{"port", conf_type::number, false,
- [](const found_value& value) { conf_port = read_number(value, 162); }},
- [](const found_value& value) { verbose = read_flag(value); }},
-"""
-
-PAGE = """\
-.\\" Generated from data/daemon by codegen. Do not edit.
-.It Ic reader , Ic writer
-Who asks.
-The default is none.
-.It Ic port
-Where to.
-The default is 162.
-The default is off.
-.El
-"""
-
 WRONG = [
     ("setting port", "set port number default=1", "unknown line 'set port number default=1'"),
     ("setting port", "setting port colour", "the type must be one of text, number, community, flag, controller"),
@@ -53,11 +33,6 @@ WRONG = [
 class SettingsDataTest(codegenCase.CodegenCase):
     KIND = "settings"
     FILES = {"daemon/settings.def": SETTINGS, "daemon/snmpSubagent.conf.5": ".Bl\n@SETTINGS@\n.El\n"}
-
-    def test_makes_the_table_and_the_page(self):
-        self.assertEqual(self.run_on(), (0, ""))
-        self.assert_in_order("confSettings.inc", ROWS)
-        self.assert_in_order("snmpSubagent.conf.5", PAGE)
 
     def test_names_the_place_of_a_mistake(self):
         self.check_wrong("daemon/settings.def", WRONG)

@@ -17,8 +17,6 @@ UUID = re.compile(r"[0-9a-f]{12}4[0-9a-f]{3}[89ab][0-9a-f]{15}$")
 REFERENCE = re.compile(r"\w+\(/([^/]+)/([^,)]+)")
 MACRO = re.compile(r"{#\w+}")
 WALK = re.compile(r"walk\[([\d.,]+)\]$")
-GET = re.compile(r"get\[([\d.]+)\.0\]$")
-SYSTEM_GROUP = "1.3.6.1.2.1.1."
 build_folder = None
 
 
@@ -58,20 +56,6 @@ class ZabbixTest(unittest.TestCase):
         self.assertEqual(len(uuids), len(set(uuids)))
         for uuid in uuids:
             self.assertRegex(uuid, UUID)
-
-    def test_keys_are_used_once_and_prototypes_name_their_row(self):
-        keys = [each["key"] for each in (*self.template["items"], *self.template["discovery_rules"])]
-        keys += [item["key"] for _, item in self.prototypes()]
-        self.assertEqual(len(keys), len(set(keys)))
-        for _, item in self.prototypes():
-            self.assertTrue(item["key"].endswith("[{#SNMPINDEX}]"))
-
-    def test_scalars_are_those_of_the_module(self):
-        for item in self.scalars:
-            oid = GET.match(item["snmp_oid"]).group(1)
-            if not oid.startswith(SYSTEM_GROUP):
-                column = self.column(item)
-                self.assertEqual((column["oid"], column["nodetype"]), (oid, "scalar"), item["key"])
 
     def test_dependent_items_take_what_their_master_walks(self):
         for rule, item in self.prototypes():

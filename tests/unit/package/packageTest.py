@@ -1,4 +1,4 @@
-"""The library as another program gets it: installed, found, linked, and run before a peer.
+"""The library as another program gets it: installed, found, linked, and run against the simulated array.
 
 packageTest.py BUILD [unittest arguments]
 """
@@ -8,9 +8,8 @@ import shutil
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
-
-import apiPeer
 
 ROOT = os.path.realpath(os.path.join(os.path.dirname(__file__), "../../.."))
 sys.path.insert(0, ROOT)
@@ -20,25 +19,12 @@ from codegen.reader import Data  # noqa: E402
 HERE = os.path.dirname(os.path.abspath(__file__))
 EXAMPLES = ("share", "doc", "tesseraApi", "examples")
 
-GOOD = "<ApiMethodReturn><Successful>True</Successful></ApiMethodReturn>"
-DISKS = ("<ReturnObjectArray><TsDisk><InstanceId>64702.17</InstanceId><Name>01-17</Name><Size>3221225472</Size>"
-         "<StatusMessage>pulled</StatusMessage></TsDisk>"
-         "<TsToaster><Name>of another release</Name></TsToaster>"
-         "<TsDisk><InstanceId>64702.18</InstanceId><Name>01-18</Name><Size>2</Size></TsDisk></ReturnObjectArray>")
-ENCLOSURE = "<ReturnObject><TsEnclosure><InstanceName>Enclosure 4</InstanceName></TsEnclosure></ReturnObject>"
-
 
 def run(*command, check=True):
     result = subprocess.run(command, capture_output=True, text=True, check=False)
     if check and result.returncode != 0:
         raise AssertionError(f"{' '.join(command)} ended with {result.returncode}:\n{result.stdout}{result.stderr}")
     return result
-
-
-def answer(document):
-    if "<Command>GetList</Command>" in document:
-        return f"<lumapi>{GOOD}{DISKS}</lumapi>"
-    return f"<lumapi>{GOOD}{ENCLOSURE if '64702.17' in document else '<ReturnObjectArray />'}</lumapi>"
 
 
 class Package(unittest.TestCase):
@@ -49,7 +35,8 @@ class Package(unittest.TestCase):
         cls.folder = tempfile.mkdtemp(prefix="apiPackage")
         cls.addClassCleanup(shutil.rmtree, cls.folder)
         cls.prefix = cls.path("prefix")
-        cls.socket = cls.path("api.sock")
+        cls.socket, cls.control = cls.path("api.sock"), cls.path("control.sock")
+        cls.array = os.path.join(cls.build, "arraySim", "arraySim")
         run("cmake", "--install", cls.build, "--component", "api_library", "--prefix", cls.prefix)
         cls.example = cls.compile(os.path.join(cls.prefix, *EXAMPLES, "listDisks"), "listDisks")
 
@@ -66,28 +53,35 @@ class Package(unittest.TestCase):
         run("cmake", "--build", build)
         return os.path.join(build, program)
 
+    def tell(self, *words):
+        return run(self.array, "tell", "--control", self.control, *words, check=False)
+
+    def start_array(self):
+        served = subprocess.Popen([self.array, "serve", "--preset", "small", "--spelling", "library", "--key", "KEY",
+                                   "--socket", self.socket, "--control", self.control])
+        self.addCleanup(served.wait, 60)
+        self.addCleanup(served.terminate)
+        while self.tell("list").returncode != 0:
+            self.assertIsNone(served.poll(), "the simulated array has exited")
+            time.sleep(0.1)
+
     def run_example(self, key="KEY"):
         result = run(self.example, "Down", self.socket, key, check=False)
         return result.returncode, result.stdout, result.stderr
 
-    def test_the_example_lists_disks_with_their_enclosures(self):
-        with apiPeer.Peer(self.socket, answer) as peer:
-            status, output, errors = self.run_example()
-        self.assertEqual((status, errors), (0, ""))
-        self.assertEqual(output, "01-17  1.50 TB  pulled  Enclosure 4\n01-18  1 KB    no enclosure\n")
-        self.assertIn("<sessionkey>KEY</sessionkey>", peer.requests[0])
-        self.assertIn("<Filter>and Status = Down-</Filter>", peer.requests[0])
-        self.assertEqual(len(peer.requests), 3)
-
-    def test_the_example_says_what_went_wrong(self):
-        refusal = ("<lumapi><ApiMethodReturn><Successful>False</Successful><ErrorCode>UserPrivilegeError</ErrorCode>"
-                   "<Error>not for you</Error></ApiMethodReturn></lumapi>")
-        with apiPeer.Peer(self.socket, lambda document: refusal):
-            self.assertEqual(self.run_example(), (1, "", "listDisks: GetList: UserPrivilegeError: not for you\n"))
+    def test_the_example_lists_disks_with_their_enclosures_or_says_what_went_wrong(self):
         status, output, errors = self.run_example()
         self.assertEqual((status, output), (1, ""))
         self.assertIn(self.socket, errors)
         self.assertIn("Session identifier not specified", self.run_example(key="")[2])
+        self.start_array()
+        for command in ("fail TsDisk 3", "set TsDisk 3 Size 3221225472", "set TsDisk 11 Size 2",  # 11 is down already
+                        "set TsEnclosure 2 InstanceName Enclosure 4"):
+            self.assertEqual(self.tell(command).returncode, 0, command)
+        self.assertEqual(self.run_example(), (0, "02-02  1.50 TB  Contact with the disk was lost  Enclosure 4\n"
+                                                 "02-07  1 KB  Contact with the disk was lost  Enclosure 4\n", ""))
+        self.tell("fault error UserPrivilegeError not for you on TsDisk for 1")
+        self.assertEqual(self.run_example(), (1, "", "listDisks: GetList: UserPrivilegeError: not for you\n"))
 
     def test_all_classes_reach_a_program_through_its_own_library(self):
         """Every installed header compiles by itself, too."""

@@ -1,0 +1,37 @@
+"""What the clients have counted, and possible violations that they have seen. These are judged at the end, when it is
+known what was disturbed and which values the array had."""
+
+import threading
+from collections import Counter, namedtuple
+
+from harness import waiting
+
+# kind: one of those below. oid, read: of a doubtful value.
+Violation = namedtuple("Violation", "kind client sent ended text oid read", defaults=(None, None))
+
+KINDS = UNANSWERED, SLOW, VALUE, MISSING, ORDER, MALFORMED, REFUSED, BROKEN = (
+    "unanswered", "slow", "value", "missing", "order", "malformed", "refused", "broken")
+SLOW_S = 0.3 * waiting.PATIENCE  # slower responses are recorded
+KEPT = 20000  # of each kind; more are only counted
+
+
+class ViolationLog:
+    def __init__(self):
+        self.lock = threading.Lock()
+        self.counts = Counter()  # by (client, what)
+        self.kept = {kind: [] for kind in KINDS}
+        self.dropped = Counter()  # by kind
+
+    def count(self, client, what, number=1):
+        with self.lock:
+            self.counts[client, what] += number
+
+    def clients(self):
+        return sorted({client for client, _ in self.counts})
+
+    def add(self, violation):
+        with self.lock:
+            if len(self.kept[violation.kind]) < KEPT:
+                self.kept[violation.kind].append(violation)
+            else:
+                self.dropped[violation.kind] += 1
