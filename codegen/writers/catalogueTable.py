@@ -1,4 +1,4 @@
-"""The catalogue of the API as rows, for a command line client."""
+"""Writes the API catalogue as rows for apiClient."""
 
 from codegen.writers.output import c_string, notice
 
@@ -25,7 +25,7 @@ def row(what, indent, **fields):
 
 
 def attribute_row(what, indent, attribute):
-    # In the order of the row's fields.
+    # Designated initialisers must be in the order of the fields.
     rules = {key: attribute.rules[key] for key in ("table", "object", "invalid", "min", "max", "minLength", "maxLength")
              if key in attribute.rules}
     return row(what, indent, name=attribute.name, text=attribute.label, kind=attribute.kind, **rules)

@@ -59,16 +59,16 @@ FACTS_OF_HEADER = """\
 // Generated from data/api/objects/tsLamp.def by codegen. Do not edit.
 /** A lamp "over" the rack. */
 class APITsLamp : public TSStatusBaseApiObject {
-    /** "Colour of the lamp": a row of gColourEnumIdStrList, by its id. */
+    /** "Colour of the lamp": the ID of a row of gColourEnumIdStrList. */
     void SetColour(int id);
     std::string GetColour() const;
-    /** "Hours": a number from 0 to 9000. */
+    /** "Hours": an integer from 0 to 9000. */
     void SetHours(int64_t number);
-    /** "Name": a text of 1 to 64 bytes without <>&. */
-    /** "Bought On": a text. */
+    /** "Name": a string of 1 to 64 bytes without <>&. */
+    /** "Bought On": a string. */
     static const ENUMApiAttribute& ColourAttribute();
     static const INTApiAttribute& HoursAttribute();
-    /** Changes nothing. Least privilege: Reporter. Needs Filter. */
+    /** Changes nothing. Required privilege: Reporter. Required: Filter. */
     class APITsLampGetListMethod : public DESCRIBEDApiMethod<GETLISTApiMethod, APITsLampGetListMethod> {
     class APITsLampModifyMethod : public DESCRIBEDApiMethod<BASEApiMethod, APITsLampModifyMethod> {
         void SetInstanceId(const std::string& id);
@@ -123,10 +123,10 @@ A lamp "over" the rack.
 | `GetList` | reads | Reporter | `Filter` |
 | `Modify` | changes | VolumeManager | `InstanceId` `Colour` [`ShineTime`] [`TsSerialNumber`] |
 Associations: `Tessera`, `LampList`.
-| `Name` | Name | a text of 1 to 64 bytes without \\<\\>& |
-| `Status` | Status | a row of gStatusEnumIdStrList, by its id |
+| `Name` | Name | a string of 1 to 64 bytes without \\<\\>& |
+| `Status` | Status | the ID of a row of gStatusEnumIdStrList |
 ## Span
-| `Ends` | Ends | a time |
+| `Ends` | Ends | a date and time |
 """
 
 ENUMERATIONS_HEADER = """\
@@ -136,7 +136,7 @@ ENUMERATIONS_HEADER = """\
     // zones.def
     static const ENUMRow gZoneEnumIdStrList[2];
 
-    /** All of them, in the order of the data files. */
+    /** All enumerations, in the order of the data files. */
     static const ENUMNamedTable gAllEnumTables[3];
 """
 
@@ -167,17 +167,17 @@ WRONG_LAMP = [
     ("object", "object TsLamp status", 'expected: object NAME status|plain "TEXT"'),
     ("object", 'object TsLamp round "A lamp"', 'expected: object NAME status|plain "TEXT"'),
     ("object", 'object tsLamp status "A lamp"',
-     "'tsLamp' is not a name of an object: a capital letter, then letters and digits"),
+     "invalid name 'tsLamp' of an object; use a capital letter, then letters and digits"),
     ("object", 'object TsLamps status "A lamp"', "the file of object 'TsLamps' must be tsLamps.def"),
-    ("object", 'object TsLamp status "A l\u00e4mp"', "the text holds a character outside printable ASCII"),
-    ("object", 'object TsLamp status "A */ lamp"', "the text would end a comment"),
+    ("object", 'object TsLamp status "A l\u00e4mp"', "the text contains a character outside printable ASCII"),
+    ("object", 'object TsLamp status "A */ lamp"', "the text must not contain '*/'"),
     ("attribute  Hours", "attribute Hours INT 20", 'expected: attribute NAME KIND WIDTH "LABEL" [RULE...]'),
     ("attribute  Hours", "attribute Ho-urs INT 20 Hours",
-     "'Ho-urs' is not a name of an attribute: a capital letter, then letters and digits"),
+     "invalid name 'Ho-urs' of an attribute; use a capital letter, then letters and digits"),
     ("attribute  Hours", "attribute Colour INT 20 Hours", "duplicate attribute 'Colour'; first defined at data/api/objects/tsLamp.def:4"),
     ("attribute  Hours", "attribute Status INT 20 Hours", "duplicate attribute 'Status'; first defined in the base class"),
     ("attribute  Hours", "attribute AttributeList INT 20 Hours",
-     "an accessor for 'AttributeList' would hide one of the base"),
+     "an accessor for 'AttributeList' would hide one of the base class"),
     ("attribute  Hours", "attribute Hours INT 0 Hours", "'0' is not a width from 1 to 200"),
     ("attribute  Hours", "attribute Hours INT 20 Hours minLength=1",
      "unexpected 'minLength=1'; expected min=, max="),
@@ -188,10 +188,10 @@ WRONG_LAMP = [
     ("attribute  Hours", "attribute Hours INT 20 Hours min=2 max=1", "min is greater than max"),
     ("attribute  Name", "attribute Name STRING 20 Name minLength=2 maxLength=1", "minLength is greater than maxLength"),
     ("attribute  Name", "attribute Name STRING 20 Name minLength=0 maxLength=0",
-     "lengths of 0 and 0 would turn all checks of the text off"),
+     "minLength=0 maxLength=0 would disable all checks"),
     ("attribute  Name", "attribute Name STRING 20 Name invalid=", "unexpected 'invalid='; expected minLength=, maxLength=, invalid="),
     ("attribute  Name", 'attribute Name STRING 20 "Name', "cannot split the line into words: No closing quotation"),
-    ("attribute  Colour", "attribute Colour ENUM 20 Colour table=Color", "there is no enumeration 'Color'"),
+    ("attribute  Colour", "attribute Colour ENUM 20 Colour table=Color", "unknown enumeration 'Color'"),
     ("attribute  Colour", "attribute Colour ENUM 20 Colour table=", "unexpected 'table='; expected table="),
     ("attribute  Colour", "attribut Colour ENUM 20 Colour", "unknown line 'attribut Colour ENUM 20 Colour'"),
     ("command  Modify", "command Modify maybe Admin", "expected: command NAME reads|changes PRIVILEGE"),
@@ -199,22 +199,22 @@ WRONG_LAMP = [
      "the privilege must be one of Admin, VolumeManager, Reporter"),
     ("command  Modify", "command GetList changes Admin", "duplicate command 'GetList'; first defined at data/api/objects/tsLamp.def:8"),
     ("command  Modify", "attribute Late INT 20 Late", "11: unknown line 'needs InstanceId'"),
-    ("command  GetList", "command GetList changes Admin", "GetList changes nothing"),
-    ("command  GetList", "command List reads Admin", "GetList, and no other command, needs 'Filter'"),
-    ("  needs  Filter", "  needs  Filter  GETLISTFILTER", "'Filter' takes no kind"),
-    ("  needs  Filter", "", "8: GetList, and no other command, needs 'Filter'"),
+    ("command  GetList", "command GetList changes Admin", "GetList must be 'reads'"),
+    ("command  GetList", "command List reads Admin", "GetList, and no other command, requires 'Filter'"),
+    ("  needs  Filter", "  needs  Filter  GETLISTFILTER", "'Filter' must not have a kind"),
+    ("  needs  Filter", "", "8: GetList, and no other command, requires 'Filter'"),
     ("  needs  Filter", "  wants  Filter", "expected: needs|takes NAME [KIND [RULE...]]"),
-    ("  needs  Colour", "  needs  Colour", "'Colour' needs a kind"),
+    ("  needs  Colour", "  needs  Colour", "'Colour' requires a kind"),
     ("  needs  Colour", "  needs  Colour  PAINT",
-     "'PAINT' is not a kind of attribute: BOOLEAN, INT, DOUBLE, INTARRAY, STRING, NAME, STRINGARRAY, ENUM, ENUMMASK, "
+     "unknown kind 'PAINT'; expected one of BOOLEAN, INT, DOUBLE, INTARRAY, STRING, NAME, STRINGARRAY, ENUM, ENUMMASK, "
      "INSTANCEID, OBJECT, OBJECTARRAY, METHODOBJECT, METHODOBJECTARRAY, DATETIME, SIZE, "
      "TEMPERATURE, VERSION, IPV4ADDRESS, IPV6ADDRESS"),
     ("  needs  Colour", "  takes  Colour  ENUM\n  needs  Late  INT",
-     "13: the lines 'needs' must come before the lines 'takes'"),
+     "13: 'needs' lines must come before 'takes' lines"),
     ("  takes  TsSerial", "  takes  ShineTime  INT", "duplicate argument 'ShineTime'; first defined at data/api/objects/tsLamp.def:13"),
-    ("  takes  TsSerial", "  takes  LiteObj  INT", "an accessor for 'LiteObj' would hide one of the base"),
-    ("  takes  ShineTime", "  takes  ShineTime  METHODOBJECT", "kind METHODOBJECT needs object="),
-    ("  takes  ShineTime", "  takes  ShineTime  METHODOBJECT object=Spam", "there is no method object 'Spam'"),
+    ("  takes  TsSerial", "  takes  LiteObj  INT", "an accessor for 'LiteObj' would hide one of the base class"),
+    ("  takes  ShineTime", "  takes  ShineTime  METHODOBJECT", "kind METHODOBJECT requires object="),
+    ("  takes  ShineTime", "  takes  ShineTime  METHODOBJECT object=Spam", "unknown method object 'Spam'"),
     ("association  Tessera", "association", "expected: association NAME"),
     ("association  Tessera", "association Tessera Lamp", "expected: association NAME"),
     ("association  LampList", "association Tessera", "duplicate association 'Tessera'"),
@@ -222,13 +222,13 @@ WRONG_LAMP = [
 ]
 
 WRONG_METHOD_OBJECTS = [
-    ("methodObject  Span", "methodObject Span", 'expected: methodObject NAME "TEXT", and below it attribute lines'),
+    ("methodObject  Span", "methodObject Span", 'expected: methodObject NAME "TEXT", with attribute lines below it'),
     ("methodObject  Span", 'methodObject HistoricalFilter "Twice"',
      "duplicate method object 'HistoricalFilter'; first defined at data/api/methodObjects.def:1"),
     ("methodObject  Span", 'methodObject TsLamp "A lamp"', "duplicate 'TsLamp'; first defined in data/api/objects/tsLamp.def"),
     ("  attribute  Ends", "", "3: 'Span' has no attributes"),
     ("  attribute  Rule", "attribute Rule ENUM 25 Rule",
-     'expected: methodObject NAME "TEXT", and below it attribute lines'),
+     'expected: methodObject NAME "TEXT", with attribute lines below it'),
 ]
 
 WRONG_ENUMERATIONS = [
@@ -236,21 +236,21 @@ WRONG_ENUMERATIONS = [
     ("enumeration", "enumeration Zone", "expected: enumeration NAME rows=N"),
     ("enumeration", "enumeration Zone rows=0", "expected: enumeration NAME rows=N"),
     ("enumeration", "enumeration Zone rows=3", "'Zone' has 2 rows, not 3"),
-    ("enumeration", "enumeration zone rows=2", "'zone' is not a name of an enumeration"),
+    ("enumeration", "enumeration zone rows=2", "invalid name 'zone' of an enumeration"),
     ("enumeration", "enumeration Status rows=2",
      "duplicate enumeration 'Status'; first defined at data/api/enumerations/states.def:3"),
-    ("enumeration", "", "2: an indented line needs a line above it that is not indented"),
+    ("enumeration", "", "2: an indented line must follow one that is not indented"),
     ("  0", "", "1: 'Zone' has 1 rows, not 2"),
     ("  1", "  1", 'expected: VALUE IDENTIFIER ["TEXT"]'),
     ("  1", "  1 Not quite up", 'expected: VALUE IDENTIFIER ["TEXT"]'),
-    ("  1", "  one B", "'one' is not a number of 32 bits"),
-    ("  1", "  2147483648 B", "'2147483648' is not a number of 32 bits"),
-    ("  1", "  0 B", "the id 0 does not come after 0"),
-    ("  1", "  1 B-2", "'B-2' is not a name of a row"),
+    ("  1", "  one B", "'one' is not a signed 32-bit number"),
+    ("  1", "  2147483648 B", "'2147483648' is not a signed 32-bit number"),
+    ("  1", "  0 B", "0 must be greater than 0 above"),
+    ("  1", "  1 B-2", "invalid name 'B-2' of a row"),
     ("  1", "  1 etc__gmt", "duplicate 'etc__gmt'; first defined at data/api/enumerations/zones.def:2"),
-    ("  1", '  1 B "B"', "the text equals the identifier; leave it out"),
-    ("  1", '  1 B "a\tb"', "the text must be printable and not blank"),
-    ("  1", '  1 B "\u20ac"', "'\u20ac' holds a letter outside ISO-8859-1"),
+    ("  1", '  1 B "B"', "the text equals the identifier; omit it"),
+    ("  1", '  1 B "a\tb"', "the text must be printable and not only spaces"),
+    ("  1", '  1 B "\u20ac"', "'\u20ac' contains a character outside ISO-8859-1"),
 ]
 
 
@@ -288,7 +288,7 @@ class ApiDataTest(codegenCase.CodegenCase):
 
     def test_a_file_without_an_object_is_a_mistake(self):
         self.assertEqual(self.run_on({"api/objects/tsLamp.def": "# nothing\n"}),
-                         (1, "data/api/objects/tsLamp.def:1: the file holds no object\n"))
+                         (1, "data/api/objects/tsLamp.def:1: missing object line\n"))
 
 
 if __name__ == "__main__":
