@@ -45,7 +45,7 @@ def check_module(columns, found):
 
 def fill_component_values(convention, traps):
     """Makes values of the kinds of component, by number, after a value 0 with the label of the option."""
-    values = {0: descriptions.Value(0, convention.option("components"), "none so far", [])}
+    values = {0: descriptions.Value(0, convention.option("components"), "no such notification since the SNMP service started", [])}
     for each in traps.components:
         head, *rest = each.word.split("-")
         label = head + "".join(map(str.capitalize, rest))
