@@ -130,7 +130,7 @@ void UpdateArray(Model& model) {
     DeriveStatus(*array, parts, controllers.AllDown() ? Condition::kDown : DerivedFrom(parts));
 }
 
-/** Works from the inside out: the object itself from its parts, its parent, its folder, the array. */
+/** Updates the object from its own parts, then its parent, its folder and the array. */
 void UpdateHolders(Model& model, Object& object) {
     const Catalogue& catalogue = model.catalogue();
     const std::string& name = object.kind->name;

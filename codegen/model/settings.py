@@ -1,4 +1,4 @@
-"""The settings of the daemon's file."""
+"""The settings of /etc/snmpSubagent.conf."""
 
 import re
 from dataclasses import dataclass

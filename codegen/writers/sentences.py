@@ -43,7 +43,7 @@ def about_kind_on_the_wire(column, convention, traps):
 
 
 def about_forced_object(column, force, notification):
-    """Tells if the notification is not simply about the object in the row."""
+    """Explains which object the notification is about, if it is not the one in the row."""
     if force.rule == "index":
         return f"Nothing is sent for row {column.table.rows}, the last row of a full table."
     index = notification.state.index_column
