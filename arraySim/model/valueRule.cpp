@@ -41,8 +41,7 @@ bool ReadRange(std::string_view text, ValueRule& rule) {
         return false;
     }
     if (rule.low > rule.high) {
-        throw RuleError("invalid range '" + std::string(text) +
-                        "'; the first number must not be the larger one");
+        throw RuleError("empty range '" + std::string(text) + "'");
     }
     return true;
 }

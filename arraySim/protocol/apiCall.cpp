@@ -92,7 +92,7 @@ std::string EnumerationWord(const ENUMTABLEApiAttribute& attribute, const std::s
     }
     const ENUMRow* row = attribute.GetTable().FindDescription(word);
     if (row == nullptr) {
-        RejectValue(attribute, text, "a value of its enumeration");
+        RejectValue(attribute, text, "in its enumeration");
     }
     return std::string(row->Description);
 }

@@ -57,7 +57,7 @@ void ReadWait(const Catalogue& catalogue, const std::vector<std::string>& words,
     }
     const std::optional<Selection> selection = catalogue.Find(words[3]);
     if (!selection || !Catalogue::IsRequestable(*selection)) {
-        throw CommandError("'" + words[3] + "' is not an object that can be requested");
+        throw CommandError("'" + words[3] + "' cannot be requested");
     }
     step.wait_object = selection->Name();
 }

@@ -134,8 +134,7 @@ int main(int count, char** arguments) {
         }
     }
     if (corpus.empty()) {
-        std::fprintf(stderr, "usage: %s [--mutants COUNT] [--seed SEED] FILE-OR-DIRECTORY...\n",
-                     arguments[0]);
+        std::fprintf(stderr, "usage: %s [--mutants COUNT] [--seed SEED] PATH...\n", arguments[0]);
         return 2;
     }
     Mutator mutator(corpus, given.seed);

@@ -297,8 +297,7 @@ TEST_F(Calls, DisksMoveBetweenFolders) {
     EXPECT_THAT(Related("Tessera", "UnassignedDiskList", "64702"),
                 ElementsAre(disks.substr(0, disks.find(' '))));
     EXPECT_EQ(Do("TsDiskFolder", "Delete", {{"InstanceId", id}}), "ok");
-    EXPECT_EQ(Value("TsDiskFolderStorageUsage " + index),
-              "TsDiskFolderStorageUsage " + index + " does not exist");
+    EXPECT_THAT(Value("TsDiskFolderStorageUsage " + index), testing::EndsWith(" does not exist"));
 }
 
 TEST_F(Calls, AnswersHaveTheFormOfTheirKind) {

@@ -223,8 +223,7 @@ TEST_F(Documents, RequestsThatCannotBeCarriedOutFailAndChangeNothing) {
          "Modify",
          {{"InstanceId", "64702"}, {"Location", "x"}, {"OperationMode", "Sleepy"}},
          "InvalidValue",
-         "Attribute &quot;OperationMode&quot; was &quot;Sleepy&quot;, but must be a value of its "
-         "enumeration"},
+         "Attribute &quot;OperationMode&quot; was &quot;Sleepy&quot;, but must be in its enumeration"},
         {"Tessera",
          "Modify",
          {{"InstanceId", "64702"}, {"Location", "x"}, {"ManagementIp", "1.2.3"}},
