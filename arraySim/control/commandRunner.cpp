@@ -39,8 +39,7 @@ Object& ChangeableObject(Model& model, const Command& command) {
     Object& object = ObjectOf(model, command);
     const size_t position = AttributeOf(object, command);
     if (object.kind->key == position) {
-        throw CommandError(command.attribute +
-                           " identifies the object; the fault no-index omits it");
+        throw CommandError(command.attribute + " identifies the object; the fault no-index omits it");
     }
     if (object.kind->attributes[position].rule.verb == ValueRule::Verb::kCount) {
         throw CommandError(command.attribute + " is computed from the model and cannot be set");
