@@ -19,20 +19,21 @@ using namespace arraysim;
 namespace {
 
 constexpr const char* kDescription =
-    "A simulated storage array: plays the API manager on its local socket, with faults on demand.";
+    "Simulated storage array: acts as the API manager on its local socket, with faults on request.";
 
 constexpr const char* kFooter =
     "Exit status:\n"
-    "  0  good\n"
-    "  1  the command was refused, a step of the scenario failed, the scenario has a mistake, or the output\n"
-    "     could not be written\n"
-    "  2  the command line is wrong\n"
-    "  3  no start: model, key, scenario or sockets could not be had; no simulator answered\n"
+    "  0  success\n"
+    "  1  the command was rejected, a step of the scenario failed, the scenario contains an error, or the\n"
+    "     output could not be written\n"
+    "  2  the command line is invalid\n"
+    "  3  the simulator could not start because of its model, key, scenario or sockets, or no simulator\n"
+    "     responded to `tell`\n"
     "\nExamples:\n"
     "  arraySim serve --preset small --key test --socket /tmp/d/api --control /tmp/d/ctl --trace &\n"
     "  arraySim tell --control /tmp/d/ctl fail TsDisk 3\n"
     "  arraySim tell --control /tmp/d/ctl fault hang on TsVolume for 2\n"
-    "  arraySim serve --preset small --events --trace        # beside the daemon, in its sandbox\n";
+    "  arraySim serve --preset small --events --trace        # next to the daemon, in its sandbox\n";
 
 std::vector<std::string> PresetNames() {
     std::vector<std::string> names;
@@ -46,17 +47,19 @@ void PrintError(const std::exception& error) {
     std::fprintf(stderr, "arraySim: %s\n", error.what());
 }
 
-/** What several subcommands take. */
+/** Adds the options that `serve` and `dump` share. */
 void AddModelOptions(CLI::App& command, ServeOptions& options) {
     command.add_option("--preset", options.preset, "Size of the array")
         ->check(CLI::IsMember(PresetNames()))
         ->capture_default_str();
-    command.add_option("--seed", options.seed, "The same seed gives the same array")->capture_default_str();
-    command.add_option("--serial", options.serial, "Serial number of the array, as in instance ids")
+    command.add_option("--seed", options.seed, "The same seed generates the same array")
+        ->capture_default_str();
+    command
+        .add_option("--serial", options.serial, "Serial number of the array, which is part of instance IDs")
         ->capture_default_str();
 }
 
-/** An option that takes one of these names; the help shows the names alone. */
+/** Adds an option with named values. The help shows only the names. */
 template <class Value>
 void AddChoice(CLI::App& app, const std::string& option, Value& value, const std::string& meaning,
                const std::map<std::string, Value>& choices, const std::string& shown_default) {
@@ -75,21 +78,19 @@ CLI::App* AddServe(CLI::App& app, ServeOptions& options) {
     AddModelOptions(*serve, options);
     serve
         ->add_option("--model", options.model_file,
-                     "Model file written by `dump`, in place of a preset; "
-                     "it holds the serial number too")
+                     "Model file written by `dump`, instead of a preset and a serial number")
         ->excludes("--preset")
         ->excludes("--serial");
-    serve->add_option("--socket", options.socket_path, "Where the API manager listens")
-        ->capture_default_str();
-    serve->add_option("--control", options.control_path, "Where commands are taken")->capture_default_str();
+    serve->add_option("--socket", options.socket_path, "Socket of the API manager")->capture_default_str();
+    serve->add_option("--control", options.control_path, "Socket for commands")->capture_default_str();
     serve->add_option("--key", options.key,
-                      "Session key that requests must carry; otherwise the first line of "
+                      "Session key that requests must contain; default: the first line of "
                       "/etc/wirelink.key");
     std::map<std::string, int> privileges;
     for (const ENUMRow& row : APIEnumsIDStrList::gUserPrivilegeEnumIdStrList) {
         privileges.emplace(row.Description, row.Value);
     }
-    AddChoice(*serve, "--privilege", options.privilege, "What the key allows", privileges, "Admin");
+    AddChoice(*serve, "--privilege", options.privilege, "Privilege of the session key", privileges, "Admin");
     const std::map<std::string, Spelling> spellings = {{"api", Spelling::kApi},
                                                        {"library", Spelling::kLibrary}};
     AddChoice(*serve, "--spelling", options.spelling, "Object elements as tsDisk (api) or TsDisk (library)",
@@ -97,16 +98,16 @@ CLI::App* AddServe(CLI::App& app, ServeOptions& options) {
     serve->add_option("--scenario", options.scenario_file, "Timeline to run; see README.md");
     serve
         ->add_option("--events", options.events_path,
-                     "Report changes of status to the daemon that listens at SOCKET, "
-                     "/tmp/snmpsubagent.sock unless another is named")
+                     "Report status changes to the daemon that listens at SOCKET; "
+                     "default: /tmp/snmpsubagent.sock")
         ->type_name("[SOCKET]")
         ->expected(0, 1)
         ->default_str(kSnmpSubagentSocket);
-    serve->add_flag("--trace", options.trace, "Print a line for each exchange and each event");
+    serve->add_flag("--trace", options.trace, "Print one line per exchange and event");
     return serve;
 }
 
-/** One argument is taken as it is; of several each is one word, as the shell has split them. */
+/** Joins the arguments of `tell`: a single one is a whole command, otherwise each is one word. */
 std::string CommandLine(const std::vector<std::string>& words) {
     if (words.size() == 1) {
         return words[0];
@@ -151,7 +152,6 @@ ExitStatus RunCheck(const std::string& path) {
     }
 }
 
-/** Returns the exit status. */
 ExitStatus RunProgram(int argc, char** argv) {
     CLI::App app(kDescription, "arraySim");
     app.footer(kFooter);
@@ -164,12 +164,13 @@ ExitStatus RunProgram(int argc, char** argv) {
     const CLI::App* serve = AddServe(app, options);
     CLI::App* tell =
         app.add_subcommand("tell", "Send one command to a running simulator; `tell help` lists them");
-    tell->add_option("--control", control_path, "Where the simulator takes commands")->capture_default_str();
-    tell->add_option("COMMAND", words, "The command and its words")->required();
+    tell->add_option("--control", control_path, "Socket on which the simulator accepts commands")
+        ->capture_default_str();
+    tell->add_option("COMMAND", words, "The command and its arguments")->required();
     CLI::App* dump = app.add_subcommand("dump", "Print the model of a preset as JSON");
     AddModelOptions(*dump, options);
-    CLI::App* check = app.add_subcommand("check", "Read a scenario and report its first mistake");
-    check->add_option("FILE", scenario_file, "The scenario")->required();
+    CLI::App* check = app.add_subcommand("check", "Read a scenario and report its first error");
+    check->add_option("FILE", scenario_file, "Scenario file")->required();
 
     try {
         app.parse(argc, argv);

@@ -22,7 +22,7 @@ namespace arraysim {
 
 namespace {
 
-/** Blocked before the first thread starts, so that only the main thread takes them, one at a time. */
+/** Blocks the signals before any thread starts, so that only the sigwait of the main thread gets them. */
 sigset_t BlockEndingSignals() {
     sigset_t signals;
     sigemptyset(&signals);
@@ -48,8 +48,8 @@ std::string SessionKey(const ServeOptions& options) {
     std::string key = options.key.empty() ? WireLinkEndpoint::GetAccessKey() : options.key;
     if (key.empty()) {
         throw ControlError(
-            "there is no session key: /etc/wirelink.key is missing or not to be trusted; "
-            "give one with --key");
+            "no session key: /etc/wirelink.key is missing, invalid or accessible to others; "
+            "pass one with --key");
     }
     return key;
 }
@@ -65,7 +65,7 @@ std::string ReadyLine(const ServeOptions& options, const Model& model) {
     return options.events_path.empty() ? line : line + ", events to " + options.events_path;
 }
 
-/** A scenario on the clock, in a thread of its own. */
+/** A scenario that runs in real time, in its own thread. */
 class ScenarioThread {
   public:
     ScenarioThread(Scenario scenario, Simulator& simulator, Trace& trace)
@@ -74,7 +74,7 @@ class ScenarioThread {
           pace_(simulator),
           thread_([this, &trace] { Run(trace); }) {}
 
-    /** Ends it where it is; true when no step has failed so far. */
+    /** Stops the scenario. Returns whether no step has failed so far. */
     bool Stop() {
         pace_.Stop();
         thread_.join();
@@ -109,7 +109,7 @@ class ScenarioThread {
 //  - the scenario, whose steps use all of the above.
 ExitStatus Run(const ServeOptions& options, const sigset_t& signals) {
     if (options.socket_path == options.control_path) {
-        throw ControlError("the API and the commands cannot have the same socket: " + options.socket_path);
+        throw ControlError(options.socket_path + ": --socket and --control must differ");
     }
     std::optional<Scenario> scenario;
     if (!options.scenario_file.empty()) {
@@ -149,7 +149,7 @@ ExitStatus Run(const ServeOptions& options, const sigset_t& signals) {
 
     control.Stop();
     const bool good = !scenario_thread || scenario_thread->Stop();
-    events.Stop();  // before the service: the daemon asks it about an event
+    events.Stop();  // before the service, which the daemon queries about events
     service.Stop();
     return good ? kGood : kFailed;
 }

@@ -5,7 +5,7 @@
 #include "arraySim/model/presets.h"
 #include "bench/ratio.h"
 
-// What does the simulated array need for a Get of one disk, when it has 2000 of them?
+// The cost of a Get of one disk in a simulated array with 2000 disks, relative to one with a dozen.
 
 namespace {
 
@@ -16,7 +16,7 @@ constexpr int kRequests = 2000;
 constexpr char kKey[] = "key";
 constexpr uint32_t kSerial = 64702;
 
-/** An array with a question about its last disk. */
+/** A simulated array and a Get of its last disk. */
 class Asked {
   public:
     explicit Asked(const char* preset)

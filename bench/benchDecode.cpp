@@ -11,14 +11,14 @@
 #include "apiMgmt/proto/apiMgrMsg.pb.h"
 #include "bench/ratio.h"
 
-// What does an answer with 2000 disks cost to decode, against expat building the bare tree of the same text?
+// The cost of decoding a response with 2000 disks, relative to expat building a minimal tree of it.
 
 namespace {
 
 constexpr double kWanted = 3.0;
 constexpr size_t kDisks = 2000;
 
-/** A disk with a value for every attribute of its class, each of its kind. */
+/** Returns a disk with a valid value for every attribute of its class. */
 std::string DiskXml(size_t i) {
     const std::string number = std::to_string(i + 1);
     const std::string reference = "64702." + number + " TsDiskFolder Assigned " + number;
@@ -51,8 +51,7 @@ std::string Document() {
     return document + "</ReturnObjectArray></lumapi>";
 }
 
-/** The least that a tree can be: for each element its tag, its parent and its text, all texts in one block.
- */
+/** A minimal tree: tag, parent and text of each element, with all strings in one block. */
 struct BareTree {
     struct Node {
         size_t tag;

@@ -1,5 +1,5 @@
 #include <net-snmp/net-snmp-config.h>
-// The header below needs the configuration above it.
+// The header below needs the one above.
 #include <net-snmp/net-snmp-includes.h>
 
 #include <algorithm>
@@ -10,7 +10,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 #include "bench/ratio.h"
 
-// What does it cost to find a variable in the full store, against one comparison with each column?
+// The cost of finding a variable in the full store, relative to one comparison per column.
 
 namespace {
 

@@ -11,7 +11,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 #include "bench/ratio.h"
 
-// What does the merge of a table cost, parsing included, against expat only tokenising the same text?
+// The cost of merging a table, including parsing, relative to expat tokenising the same document.
 
 namespace {
 
@@ -28,7 +28,7 @@ std::string answer_of(const std::string& objects) {
            objects + "</ReturnObjectArray></lumapi>";
 }
 
-// `turn` makes the texts of two answers differ.
+// turn: makes the strings of two responses differ.
 std::string alerts(int count, const std::string& turn) {
     std::string objects;
     for (int i = 0; i < count; ++i) {

@@ -5,7 +5,7 @@
 #include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsDisk.h"
 #include "bench/ratio.h"
 
-// What does the rendering of a request cost, against one snprintf of the same text?
+// The cost of rendering a call, relative to one snprintf of the same text.
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
-// A log that writes nothing, in place of the daemon's file.
+// Replaces the daemon's log: discards all messages.
 
 std::atomic<bool> verbose{false};
 

@@ -6,7 +6,7 @@
 #include <chrono>
 #include <vector>
 
-/** Seconds that one call takes. */
+/** Returns the duration of one call in seconds. */
 template <typename Function>
 double seconds_of(Function&& function) {
     const auto start = std::chrono::steady_clock::now();
@@ -15,9 +15,8 @@ double seconds_of(Function&& function) {
 }
 
 /**
- * The body of a benchmark whose figure is a ratio: each pass runs the baseline and the subject, one right
- * after the other, so that both meet the same machine. Shown: the subject's time, and the median of the
- * passes' ratios beside the greatest one that is wanted.
+ * Runs a benchmark whose result is a ratio. Each iteration runs the baseline, then the subject, so that both
+ * see the same load of the machine. Reports the subject's time, the median ratio, and its wanted maximum.
  */
 template <typename Subject, typename Baseline>
 void measure_ratio(benchmark::State& state, double wanted, Subject&& subject, Baseline&& baseline) {

@@ -1,5 +1,5 @@
 #include <net-snmp/net-snmp-config.h>
-// The order matters to Net-SNMP.
+// The header below needs the one above.
 #include <net-snmp/net-snmp-includes.h>
 
 #include <chrono>
@@ -7,9 +7,9 @@
 #include <cstdlib>
 #include <string>
 
-// What sending notifications costs without a daemon around it: one session, so many notifications with the
-// variables of a short one, each built and handed to snmp_send. Prints the seconds that they took. Not a
-// program of its own question: scripts/lib/measureTraps.py runs it beside the daemon, to the same receiver.
+// The cost of sending notifications without the daemon: builds COUNT notifications with the variables of a
+// short one, passes each to snmp_send in one session, and prints the seconds that this took.
+// scripts/lib/measureTraps.py runs it next to the daemon, with the same receiver.
 
 namespace {
 
@@ -69,13 +69,13 @@ int main(int argc, char** argv) {
     init_snmp("sendNotifications");
     netsnmp_session* session = open_session(argv[1]);
     if (session == nullptr) {
-        fprintf(stderr, "sendNotifications: no session to %s\n", argv[1]);
+        fprintf(stderr, "sendNotifications: cannot open a session to %s\n", argv[1]);
         return 1;
     }
     const auto start = std::chrono::steady_clock::now();
     for (long i = 0; i < count; ++i) {
         if (!send_one(session)) {
-            fprintf(stderr, "sendNotifications: number %ld was not sent\n", i);
+            fprintf(stderr, "sendNotifications: cannot send notification %ld\n", i);
             return 1;
         }
     }

@@ -1,4 +1,4 @@
-// Each of Net-SNMP's headers needs those above it.
+// Each of these headers needs those above it.
 // clang-format off
 #include <net-snmp/net-snmp-config.h>
 #include <net-snmp/net-snmp-includes.h>
@@ -12,19 +12,19 @@
 #include <deque>
 #include <string>
 
-// The subagent that the daemon is compared with: one table of Net-SNMP's own table_container, served over
-// AgentX by the library's usual loop. scripts/lib/measurePeer.py runs it beside the daemon, with a master
-// agent of its own.
+// The subagent that the daemon is compared with: one table in Net-SNMP's own table_container, served over
+// AgentX by the library's usual loop. scripts/lib/measurePeer.py runs it next to the daemon, with its own
+// master agent.
 
 namespace {
 
-constexpr oid kTable[] = {1, 3, 6, 1, 4, 1, 8072, 9999, 9999, 913};  // in Net-SNMP's playpen
+constexpr oid kTable[] = {1, 3, 6, 1, 4, 1, 8072, 9999, 9999, 913};  // netSnmpPlaypen
 constexpr unsigned kNumberColumn = 2;
 constexpr unsigned kStateColumn = 3;
 constexpr unsigned kNameColumn = 4;
 constexpr long kGreatestRows = 100000;
 
-// The container compares rows through their first member.
+// The container compares rows by their first member.
 struct row {
     netsnmp_index index;
     oid number;
@@ -57,7 +57,7 @@ int serve(netsnmp_mib_handler*, netsnmp_handler_registration*, netsnmp_agent_req
     return SNMP_ERR_NOERROR;
 }
 
-// The rows stay where they are for as long as the table is registered.
+// The rows must not move while the table is registered.
 bool register_table(std::deque<row>& rows, long count) {
     netsnmp_container* container = netsnmp_container_find("peer:table_container");
     for (long number = 1; number <= count; ++number) {

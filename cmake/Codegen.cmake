@@ -1,11 +1,11 @@
-# What is generated from data/ by the Python package codegen.
+# Generates files from data/ with the Python package codegen.
 
 execute_process(COMMAND "${Python3_EXECUTABLE}" -c "import yaml" RESULT_VARIABLE YAML_IS_MISSING ERROR_QUIET)
 if(YAML_IS_MISSING)
   message(FATAL_ERROR "${Python3_EXECUTABLE} has no module yaml (PyYAML). Run scripts/install-deps.")
 endif()
 
-# All kinds depend on all data: a run takes less than a second and leaves equal files untouched.
+# All kinds depend on all data: a run takes less than a second and does not touch files whose contents stay the same.
 file(GLOB_RECURSE CODEGEN_INPUTS CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/data/*" "${CMAKE_SOURCE_DIR}/codegen/*.py")
 
 # generate(TARGET KIND DIRECTORY)
@@ -18,7 +18,7 @@ function(generate target kind directory)
                   OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
   string(REPLACE "\n" ";" files "${files}")
   list(TRANSFORM files PREPEND "${directory}/")
-  set(stamp "${directory}/${target}.stamp")  # newer than the files that were left untouched
+  set(stamp "${directory}/${target}.stamp")  # newer than files that were not touched
   add_custom_command(
     OUTPUT "${stamp}" BYPRODUCTS ${files}
     COMMAND ${codegen} --out "${directory}"

@@ -1,9 +1,8 @@
-# What the system provides: on Debian scripts/install-deps brings all of it, docs/administrators.md names the ports of
-# FreeBSD.
+# Packages of the system. On Debian, scripts/install-deps installs them; docs/administrators.md lists the FreeBSD ports.
 
 find_package(Threads REQUIRED)
-# protobuf 22 and later needs libraries that only its own configuration names; Debian's has none. The same is in
-# tesseraApiConfig.cmake.in.
+# protobuf 22 and later needs libraries that only its own CMake configuration lists; Debian's version has none.
+# tesseraApiConfig.cmake.in does the same.
 find_package(Protobuf CONFIG QUIET)
 if(NOT Protobuf_FOUND)
   find_package(Protobuf REQUIRED)
@@ -17,8 +16,8 @@ if(BUILD_TESTING)
 endif()
 find_package(Python3 3.11 REQUIRED COMPONENTS Interpreter)
 
-# Documents of a peer go through expat, so a version with its known holes closed is a must. Debian
-# keeps the upstream number and closes them in its own revision.
+# expat parses documents of peers, so it must have all security fixes. Debian adds them to an older
+# upstream version.
 find_program(DPKG_QUERY dpkg-query)
 if(DPKG_QUERY)
   execute_process(COMMAND "${DPKG_QUERY}" -W -f "\${Version}" libexpat1
@@ -35,7 +34,7 @@ elseif(EXPAT_VERSION_STRING VERSION_LESS 2.7.0)
   message(FATAL_ERROR "expat ${EXPAT_VERSION_STRING} lacks security updates: 2.7.0 or newer is needed.")
 endif()
 
-# net-snmp-config names the libraries of the agent side; the headers need no options of their own.
+# Part of the development files; checked first, for a helpful message.
 find_program(NET_SNMP_CONFIG net-snmp-config)
 if(NOT NET_SNMP_CONFIG)
   message(FATAL_ERROR "net-snmp-config is missing. Run scripts/install-deps.")

@@ -39,8 +39,7 @@ It uses the array's API manager on a local socket, so it is useful only on a
 controller of an array, or with a simulated array.
 .
 It replaces the machine's own snmpd and kills every other one.")
-# The programs that it runs: snmpd, snmpget, killall, ps. Older versions of expat lack fixes against hostile
-# documents.
+# The daemon runs snmpd, snmpget, killall and ps. Older versions of expat lack fixes against hostile documents.
 set(CPACK_DEBIAN_DAEMON_PACKAGE_DEPENDS
     "snmpd, snmp, psmisc, procps, systemd | systemd-standalone-tmpfiles, libexpat1 (>= 2.5.0-1+deb12u5)")
 set(CPACK_DEBIAN_DAEMON_PACKAGE_SUGGESTS "snmpsubagent-mib, snmpsubagent-tools")
@@ -54,7 +53,7 @@ set(CPACK_DEBIAN_MIB_PACKAGE_SECTION net)
 set(CPACK_DEBIAN_MIB_PACKAGE_ARCHITECTURE all)
 set(CPACK_COMPONENT_MIB_DESCRIPTION "SNMP MIB modules of the Tessera storage array
 Names, types and meaning of the objects and notifications of the array's SNMP
-service, as MIB modules for managers and as a page for people.
+service, as MIB modules for managers and as a human-readable reference.
 .
 The modules import SNMPv2-SMI, SNMPv2-TC and SNMPv2-CONF. On Debian, the
 package snmp-mibs-downloader provides them.")
@@ -64,8 +63,8 @@ set(CPACK_DEBIAN_MONITORING_PACKAGE_SECTION net)
 set(CPACK_DEBIAN_MONITORING_PACKAGE_ARCHITECTURE all)
 set(CPACK_COMPONENT_MONITORING_DESCRIPTION "files for monitoring a Tessera storage array
 Modules, rules, checks, templates and dashboards with which Prometheus,
-Grafana, Nagios and its relatives, Zabbix, SNMPTT and snmpsim can use the
-array's SNMP service.")
+Grafana, Nagios, Icinga, Zabbix, SNMPTT and snmpsim can use the array's SNMP
+service.")
 set(CPACK_DEBIAN_MONITORING_PACKAGE_DEPENDS "python3, snmp")
 set(CPACK_DEBIAN_MONITORING_PACKAGE_SUGGESTS "snmpsubagent-mib, prometheus-snmp-exporter, snmptt")
 
@@ -81,13 +80,13 @@ Classes that query and change the objects of a storage array and decode its
 responses. Static library, headers and a CMake package.")
 set(CPACK_DEBIAN_API_LIBRARY_PACKAGE_DEPENDS "libprotobuf-dev, libexpat1-dev")
 
-# --- contents of every package
+# --- contents of all packages
 
 set(debian_changelog "${CMAKE_SOURCE_DIR}/packaging/debian/changelog")
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${debian_changelog}")
 file(STRINGS "${debian_changelog}" debian_changelog_head LIMIT_COUNT 1)
 if(NOT debian_changelog_head MATCHES "^snmpsubagent \\(${PROJECT_VERSION}\\) ")
-  message(FATAL_ERROR "packaging/debian/changelog begins with another version than ${PROJECT_VERSION}: "
+  message(FATAL_ERROR "packaging/debian/changelog:1: expected version ${PROJECT_VERSION}, found: "
                       "${debian_changelog_head}")
 endif()
 

@@ -1,4 +1,4 @@
-# Run by CPack before a package is closed: static libraries lose what only a debugger wants, like programs do.
+# CPack runs this before it creates a package: strips static libraries, as CPack itself strips programs.
 file(GLOB_RECURSE archives "${CPACK_TEMPORARY_DIRECTORY}/*.a")
 foreach(archive ${archives})
   execute_process(COMMAND strip --strip-debug --remove-section=.comment --remove-section=.note

@@ -1,5 +1,5 @@
-# The library of the array's API as a package for other programs: two archives, the headers under the names that
-# sources use, and what find_package(tesseraApi) reads. All of it is the install component api_library.
+# The API library as a package for other programs: two archives, the headers with the same include paths as here, and
+# the files for find_package(tesseraApi). All of it is in the install component api_library.
 
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
@@ -9,7 +9,7 @@ set(API_PACKAGE_INCLUDE "${CMAKE_INSTALL_INCLUDEDIR}/tesseraApi")
 set(API_PACKAGE_DOC "${CMAKE_INSTALL_DATADIR}/doc/tesseraApi")
 set(API_GENERATED "${CMAKE_BINARY_DIR}/apiMgmt/apiStub/apiSdk/objects/tessera/src")
 
-# All that calls and answers stand on, in one archive: how the sources divide it is no business of its users.
+# Everything that calls and responses need, in one archive, so that users need not know how the sources divide it.
 set(API_PACKAGE_PARTS api_catalogue api_stub api_values common_endpoints common_platform common_utils wirelink xmlwrap
     api_proto)
 list(TRANSFORM API_PACKAGE_PARTS REPLACE "(.+)" "$<TARGET_OBJECTS:\\1>" OUTPUT_VARIABLE API_PACKAGE_OBJECTS)
@@ -25,9 +25,9 @@ if(SNMPSUBAGENT_COVERAGE)
   target_link_options(tesseraApi_classes INTERFACE --coverage)
 endif()
 
-# The entries of the factories, apart. Nothing refers to them, so that a linker takes none of them from an archive;
-# the package's configuration has it take this one whole. An OBJECT library would do for programs that link the
-# package themselves, but not for those that come to it through a library of their own.
+# The entries of the factories are a separate archive. Nothing refers to them, so a linker takes none of them from an
+# archive unless it takes the whole archive, which the package's configuration requests. An OBJECT library would work
+# for programs that link the package directly, but not for those that link it through another library.
 add_library(tesseraApi_factories STATIC $<TARGET_OBJECTS:api_catalogue_factories>)
 set_target_properties(tesseraApi_factories PROPERTIES LINKER_LANGUAGE CXX OUTPUT_NAME tesseraApiFactories
                       EXPORT_NAME factories)
@@ -35,7 +35,7 @@ target_link_libraries(tesseraApi_factories PUBLIC tesseraApi_classes)
 
 install(TARGETS tesseraApi_classes tesseraApi_factories EXPORT tesseraApiTargets
         ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT api_library)
-if(SNMPSUBAGENT_COVERAGE)  # every target is linked with it
+if(SNMPSUBAGENT_COVERAGE)  # every target links it
   install(TARGETS count_at_exit EXPORT tesseraApiTargets OBJECTS DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT api_library)
 endif()
 install(EXPORT tesseraApiTargets NAMESPACE tesseraApi:: DESTINATION "${API_PACKAGE_CONFIG}" COMPONENT api_library)
@@ -46,7 +46,7 @@ write_basic_package_version_file("${CMAKE_BINARY_DIR}/tesseraApiConfigVersion.cm
 install(FILES "${CMAKE_BINARY_DIR}/tesseraApiConfig.cmake" "${CMAKE_BINARY_DIR}/tesseraApiConfigVersion.cmake"
         DESTINATION "${API_PACKAGE_CONFIG}" COMPONENT api_library)
 
-# The library's own headers, and of the layers below those that a program needs.
+# The library's own headers, and those headers of the layers below that a program needs.
 foreach(folder apiMgmt/apiStub/base apiMgmt/apiStub/apiSdk/objects/tessera/src)
   install(DIRECTORY "${CMAKE_SOURCE_DIR}/${folder}/" DESTINATION "${API_PACKAGE_INCLUDE}/${folder}"
           COMPONENT api_library FILES_MATCHING PATTERN "*.h")

@@ -1,4 +1,4 @@
-// Writes the counts of the lines that have run before a process ends itself. Linked by coverage builds alone.
+// Writes the coverage counts before a process exits with _exit. Linked only into coverage builds.
 
 extern "C" {
 void __gcov_dump();

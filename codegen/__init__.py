@@ -1,1 +1,1 @@
-"""Writes everything that follows from data/: C++ tables and classes, MIB modules, monitoring files, references."""
+"""Generates everything that follows from data/: C++ tables and classes, MIB modules, monitoring files, references."""

@@ -65,7 +65,7 @@ def mib_files(data):
 
 
 def monitoring_files(data):
-    """What monitoring systems read."""
+    """The files for monitoring systems."""
     model = snmp.read(data)
     all_metrics = metrics.read(data, model)
     all_watches = watches.read(data, model, all_metrics)

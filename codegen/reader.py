@@ -1,4 +1,4 @@
-"""Reads the line syntax of the data files, which data/README.md describes; keeps file and line for messages."""
+"""Parses the data files, whose syntax data/README.md describes; keeps file and line for error messages."""
 
 import os
 import re
@@ -9,7 +9,7 @@ NUMBER = re.compile(r"\d{1,18}$")
 
 
 class DataError(Exception):
-    """A mistake in a data file; the message begins with file and line."""
+    """An error in a data file; the message begins with file and line."""
 
 
 @dataclass(frozen=True)
@@ -45,11 +45,11 @@ class Line:
 
     def name(self, word, pattern, what):
         if not pattern.match(word):
-            raise self.error(f"'{word}' is not a name of {what}")
+            raise self.error(f"invalid name '{word}' of {what}")
         return word
 
     def options(self, words, keys):
-        """KEY=VALUE words as a dictionary. Raises for other keys, for repeated ones and for empty values."""
+        """Returns KEY=VALUE words as a dictionary. Raises DataError for unknown or repeated keys and empty values."""
         found = {}
         for word in words:
             key, _, value = word.partition("=")
@@ -62,7 +62,7 @@ class Line:
         return found
 
     def add_to(self, known, name, thing, what):
-        """Stores a thing with a place under its name, which must be new."""
+        """Stores a thing, which must have a place, under a name that must be new. Returns the thing."""
         if name in known:
             raise self.error(f"duplicate {what} '{name}'; first defined at {known[name].place}")
         known[name] = thing
@@ -70,7 +70,7 @@ class Line:
 
 
 def read_lines(path, name):
-    """The lines of a file that are not indented, each with those below it. name: of the file, in messages."""
+    """Returns the unindented lines of a file, each with the indented lines below it. name: the file in messages."""
     heads = []
     with open(path, encoding="utf-8") as file:
         for number, text in enumerate(file, 1):
@@ -86,12 +86,12 @@ def read_lines(path, name):
             elif heads:
                 heads[-1].below.append(Line(place, words))
             else:
-                raise place.error("an indented line needs a line above it that is not indented")
+                raise place.error("an indented line must follow one that is not indented")
     return heads
 
 
 class Data:
-    """The data directory. Messages and generated files name its files from its parent directory on."""
+    """The data directory. Messages and generated files name its files relative to its parent directory."""
 
     def __init__(self, folder):
         self.folder = os.path.abspath(folder)
@@ -110,8 +110,8 @@ class Data:
             return file.read()
 
     def files(self, folder):
-        """The .def files of a directory, in the order of their names."""
+        """Returns the .def files of a directory, sorted by name."""
         names = sorted(name for name in os.listdir(self.path(folder)) if name.endswith(".def"))
         if not names:
-            raise DataError(f"{self.shown(folder)}: there are no data files")
+            raise DataError(f"{self.shown(folder)}: no .def files")
         return [f"{folder}/{name}" for name in names]

@@ -18,7 +18,7 @@ programs=(snmpd snmpSubagent arraySim)
 
 # --- outside -----------------------------------------------------------------------------------------------
 
-# The first PID namespace of a machine has this number: a container that shares it shows the host's processes.
+# The initial PID namespace has this number. A container that shares it with the host shows the host's processes.
 has_own_processes() {
     [[ $(readlink /proc/self/ns/pid) != "pid:[4026531836]" ]]
 }
@@ -68,16 +68,16 @@ check_container() {
     local name path found
     for name in "${programs[@]}"; do
         found=$(pgrep --runstates RSDT --exact "$name" | tr '\n' ' ')
-        [[ -z "$found" ]] || fail "$name runs in this container (process ${found% }); stop it: a run would kill it"
+        [[ -z "$found" ]] || fail "$name runs in this container (process ${found% }); stop it, because a run would kill it"
     done
     for path in "${sockets[@]}"; do
-        exists "$path" && fail "$path exists: stop the program that uses it, or remove it if there is none"
+        exists "$path" && fail "$path exists; stop the program that uses it, or remove the file if there is none"
     done
     [[ -z $(ss -Hlun 'sport = :161'; ss -Hltn 'sport = :35003') ]] ||
         fail "UDP port 161 or TCP port 35003 is in use in this container; the daemon and its snmpd need them"
     for path in "${kept[@]}"; do
         for found in "${taken_paths[@]}"; do
-            lies_below "$path" "$found" && fail "$path is in $found, which a run replaces: move it elsewhere"
+            lies_below "$path" "$found" && fail "$path is in $found, which a run replaces; move it elsewhere"
         done
     done
 }
@@ -109,7 +109,7 @@ restore_files() {
             step cp -aT "$path$aside" "$path"
             rm -rf "$path$aside"
         else
-            exists "$path" && fail "both $path and $path$aside exist: remove one of them"
+            exists "$path" && fail "both $path and $path$aside exist; remove one of them"
             step mv -T "$path$aside" "$path"
         fi
     done

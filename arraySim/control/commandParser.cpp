@@ -15,7 +15,7 @@ namespace arraysim {
 
 namespace {
 
-/** A row of the table of commands. CommandParser has a reader for each word of the usage. */
+/** A row of the command table. CommandParser has a reader for each argument in `usage`. */
 struct VerbInfo {
     Verb verb;
     std::string_view name;
@@ -24,28 +24,28 @@ struct VerbInfo {
 };
 
 constexpr VerbInfo kVerbs[] = {
-    {Verb::kSet, "set", "KIND INDEX ATTR VALUE", "give an attribute a value; VALUE is the rest of the line"},
-    {Verb::kUnset, "unset", "KIND INDEX ATTR", "take an attribute away"},
+    {Verb::kSet, "set", "KIND INDEX ATTR VALUE", "set an attribute; VALUE is the rest of the line"},
+    {Verb::kUnset, "unset", "KIND INDEX ATTR", "remove an attribute"},
     {Verb::kFail, "fail", "KIND INDEX [Down|Degraded]",
-     "put an object into a bad state: its signs, what holds it, an alert"},
-    {Verb::kRecover, "recover", "KIND INDEX", "put it back to Up and end its alerts"},
-    {Verb::kAdd, "add", "KIND [ATTR=VALUE...]", "make an object at the end of its list; prints its index"},
-    {Verb::kRemove, "remove", "KIND INDEX", "take an object away"},
+     "make an object fail, with everything that shows it, and raise an alert"},
+    {Verb::kRecover, "recover", "KIND INDEX", "set an object to Up and deactivate its alerts"},
+    {Verb::kAdd, "add", "KIND [ATTR=VALUE...]", "append an object to its list; prints its index"},
+    {Verb::kRemove, "remove", "KIND INDEX", "remove an object"},
     {Verb::kGet, "get", "KIND [INDEX [ATTR]]", "print objects, the attributes of one, or one value"},
     {Verb::kExpect, "expect", "KIND INDEX ATTR VALUE", "fail unless the attribute has this value"},
-    {Verb::kList, "list", "", "print all kinds and how many there are"},
-    {Verb::kDump, "dump", "[FILE]", "write the model as JSON"},
-    {Verb::kLoad, "load", "FILE", "replace the model by one that was dumped"},
-    {Verb::kFault, "fault", "NAME [args] [on KIND] [for N]", "switch a fault on, see below"},
-    {Verb::kFaults, "faults", "", "print the faults that are on"},
-    {Verb::kClear, "clear", "[NAME]", "switch all faults off, or those of a name"},
-    {Verb::kStats, "stats", "", "print the exchanges so far"},
-    {Verb::kEvent, "event", "TEXT", "send the daemon a trap command as it stands: eight numbers and a text"},
-    {Verb::kMisc, "misc", "TEXT", "send it an alert in words"},
-    {Verb::kScsi, "scsi", "TYPE STATUS [DISK-ROW]", "send it the status of a SCSI initiator device"},
-    {Verb::kSay, "say", "TEXT", "print a text where the simulator runs"},
-    {Verb::kHelp, "help", "", "print this"},
-    {Verb::kQuit, "quit", "", "end the simulator"},
+    {Verb::kList, "list", "", "print all kinds with the number of objects"},
+    {Verb::kDump, "dump", "[FILE]", "print the model as JSON, or write it to FILE"},
+    {Verb::kLoad, "load", "FILE", "replace the model with one written by dump"},
+    {Verb::kFault, "fault", "NAME [args] [on KIND] [for N]", "inject a fault; see below"},
+    {Verb::kFaults, "faults", "", "print the active faults"},
+    {Verb::kClear, "clear", "[NAME]", "remove all faults, or those with this name"},
+    {Verb::kStats, "stats", "", "print counts of connections, exchanges and events"},
+    {Verb::kEvent, "event", "TEXT", "send the daemon this trap command: eight numbers and a string"},
+    {Verb::kMisc, "misc", "TEXT", "send the daemon an event with only a message"},
+    {Verb::kScsi, "scsi", "TYPE STATUS [DISK-ROW]", "send the daemon the status of a SCSI initiator device"},
+    {Verb::kSay, "say", "TEXT", "print a message on the simulator's output"},
+    {Verb::kHelp, "help", "", "print this help"},
+    {Verb::kQuit, "quit", "", "stop the simulator"},
 };
 
 /** Reads the words of one command after its verb. */
@@ -73,7 +73,7 @@ class CommandParser {
             CheckCondition();
         }
         if (HasMore()) {
-            FailUsage("'" + words_[at_] + "' is too much");
+            FailUsage("unexpected '" + words_[at_] + "'");
         }
         return std::move(command_);
     }
@@ -110,7 +110,7 @@ class CommandParser {
 
     const std::string& Next() {
         if (!HasMore()) {
-            FailUsage("something is missing");
+            FailUsage("missing argument");
         }
         return words_[at_++];
     }
@@ -118,7 +118,7 @@ class CommandParser {
     /** The rest of the line as one string; an empty one must be given as "". */
     void ReadRest() {
         if (!HasMore()) {
-            FailUsage("something is missing");
+            FailUsage("missing argument");
         }
         command_.text = JoinWords(words_, at_);
         at_ = words_.size();
@@ -129,7 +129,7 @@ class CommandParser {
 
     static void CheckText(const std::string& text) {
         if (!IsUtf8(text)) {
-            throw CommandError("the text is not UTF-8");
+            throw CommandError("the string is not valid UTF-8");
         }
     }
 
@@ -140,7 +140,7 @@ class CommandParser {
             throw CommandError("unknown kind '" + name + "'; `list` prints all");
         }
         if (info_.verb == Verb::kAdd && found->kind == nullptr) {
-            throw CommandError(found->Name() + " holds several kinds; name one of them");
+            throw CommandError(found->Name() + " contains several kinds; name one of them");
         }
         command_.selection = *found;
     }
@@ -149,7 +149,7 @@ class CommandParser {
         const std::string& text = Next();
         command_.index = ReadUint32(text);
         if (!command_.index) {
-            throw CommandError("'" + text + "' is no API index");
+            throw CommandError("'" + text + "' is not an API index");
         }
     }
 
@@ -157,7 +157,7 @@ class CommandParser {
         const std::string& text = Next();
         const std::optional<uint32_t> number = ReadUint32(text);
         if (!number || *number > INT32_MAX) {
-            throw CommandError("'" + text + "' is not " + what);
+            throw CommandError("'" + text + "' is not " + what + "; expected 0 to 2147483647");
         }
         return *number;
     }
@@ -179,7 +179,7 @@ class CommandParser {
         const std::string& text = Next();
         const std::optional<Condition> condition = ConditionOf(text);
         if (!condition || *condition == Condition::kUp) {
-            throw CommandError("'" + text + "' is neither Down nor Degraded");
+            throw CommandError("unexpected '" + text + "'; expected Down or Degraded");
         }
         command_.condition = *condition;
     }
@@ -210,7 +210,7 @@ class CommandParser {
         const std::string& word = Next();
         const size_t equals = word.find('=');
         if (equals == std::string::npos) {
-            FailUsage("'" + word + "' is not ATTR=VALUE");
+            FailUsage("unexpected '" + word + "'; expected ATTR=VALUE");
         }
         const std::string name = word.substr(0, equals);
         const std::string value = word.substr(equals + 1);
@@ -221,12 +221,13 @@ class CommandParser {
         if (position == kind.key) {
             command_.index = ReadUint32(value);
             if (!command_.index) {
-                throw CommandError("'" + value + "' is no API index");
+                throw CommandError("'" + value + "' is not an API index");
             }
             return;
         }
         if (kind.attributes[*position].rule.verb == ValueRule::Verb::kCount) {
-            throw CommandError(kind.attributes[*position].name() + " follows the model and cannot be set");
+            throw CommandError(kind.attributes[*position].name() +
+                               " is computed from the model and cannot be set");
         }
         CheckText(value);
         command_.values.emplace_back(kind.attributes[*position].name(), value);
@@ -248,7 +249,7 @@ std::string HelpLine(size_t width, std::string_view name, std::string_view usage
 
 Command ParseCommand(const Catalogue& catalogue, const std::vector<std::string>& words) {
     if (words.empty()) {
-        throw CommandError("no command; `help` prints all");
+        throw CommandError("missing command; `help` prints all");
     }
     const auto* info = std::find_if(std::begin(kVerbs), std::end(kVerbs),
                                     [&](const VerbInfo& each) { return each.name == words[0]; });
@@ -263,8 +264,7 @@ std::string HelpText() {
     for (const VerbInfo& each : kVerbs) {
         text += HelpLine(38, each.name, each.usage, each.help);
     }
-    text +=
-        "\nFaults strike every exchange, or those `on KIND` (`on Ping` for pings), or the next `for N`:\n";
+    text += "\nFaults affect all exchanges, or those `on KIND` (`on Ping`: pings), or the next `for N`:\n";
     for (const FaultInfo& each : FaultTable()) {
         text += "  " + HelpLine(36, each.name, each.usage, each.help);
     }

@@ -21,7 +21,7 @@ std::string NameOf(const Selection& selection, uint32_t index) {
 Object& ObjectOf(Model& model, const Command& command) {
     Object* object = model.Find(command.selection, *command.index);
     if (object == nullptr) {
-        throw CommandError("there is no " + NameOf(command.selection, *command.index));
+        throw CommandError(NameOf(command.selection, *command.index) + " does not exist");
     }
     return *object;
 }
@@ -34,16 +34,15 @@ size_t AttributeOf(const Object& object, const Command& command) {
     return *position;
 }
 
-/** An object with an attribute that may be changed. */
+/** Returns the object. Throws CommandError if the attribute must not be changed. */
 Object& ChangeableObject(Model& model, const Command& command) {
     Object& object = ObjectOf(model, command);
     const size_t position = AttributeOf(object, command);
     if (object.kind->key == position) {
-        throw CommandError(command.attribute +
-                           " is what the object is known by; the fault no-index leaves it out");
+        throw CommandError(command.attribute + " identifies the object; the fault no-index omits it");
     }
     if (object.kind->attributes[position].rule.verb == ValueRule::Verb::kCount) {
-        throw CommandError(command.attribute + " follows the model and cannot be set");
+        throw CommandError(command.attribute + " is computed from the model and cannot be set");
     }
     return object;
 }
@@ -69,7 +68,7 @@ std::string Add(CommandWorld& world, const Command& command) {
     }
     const Selection list{kind.list, nullptr};
     if (model.Find(list, index) != nullptr) {
-        throw CommandError("there is a " + NameOf(list, index) + " already");
+        throw CommandError(NameOf(list, index) + " already exists");
     }
     AddObject(model, kind, index, command.values);
     return std::to_string(index) + "\n";
@@ -193,7 +192,7 @@ std::string Help(CommandWorld&, const Command&) {
     return HelpText();
 }
 
-/** Commands that act on the world. */
+/** A command that acts on the CommandWorld. */
 struct VerbAction {
     Verb verb;
     std::string (*run)(CommandWorld& world, const Command& command);

@@ -14,7 +14,7 @@ namespace arraysim {
 
 namespace {
 
-// A peer that connects and says nothing holds up the next one no longer than this.
+// Timeout of each send and receive, because a silent peer blocks all others.
 constexpr timeval kPatience = {5, 0};
 constexpr size_t kGreatestLine = 1 << 20;
 
@@ -30,13 +30,13 @@ sockaddr_un AddressOf(const std::string& path) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     if (path.empty() || path.size() >= sizeof address.sun_path) {
-        Fail(path, "is no path for a socket");
+        Fail(path, "empty or too long for a socket path");
     }
     std::memcpy(address.sun_path, path.c_str(), path.size());
     return address;
 }
 
-/** A descriptor that is closed at the end of its block. */
+/** An owned file descriptor. */
 class Descriptor {
   public:
     explicit Descriptor(int number) : number_(number) {}
@@ -62,23 +62,23 @@ bool Connect(int descriptor, const sockaddr_un& address) {
 int NewSocket(const std::string& path) {
     const int descriptor = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     if (descriptor < 0) {
-        FailWithErrno(path, "cannot make a socket");
+        FailWithErrno(path, "cannot create a socket");
     }
     return descriptor;
 }
 
-/** A socket that nobody answers at is left over; anything else is not ours to remove. */
+/** Removes the socket of a simulator that has exited. Throws ControlError if anything else is at the path. */
 void RemoveStale(const std::string& path, const sockaddr_un& address) {
     struct stat status;
     if (lstat(path.c_str(), &status) != 0) {
         return;
     }
     if (!S_ISSOCK(status.st_mode)) {
-        Fail(path, "is a file that is no socket");
+        Fail(path, "exists but is not a socket");
     }
     const Descriptor probe(NewSocket(path));
     if (Connect(probe.get(), address)) {
-        Fail(path, "another simulator answers there");
+        Fail(path, "another simulator is running on this socket");
     }
     unlink(path.c_str());
 }
@@ -94,7 +94,7 @@ bool SendAll(int descriptor, std::string_view bytes) {
     return true;
 }
 
-/** Up to `greatest` bytes, to the end of the stream or the first line feed when that is wanted. */
+/** Receives until the end of the stream, about `greatest` bytes or, if one_line, a line feed. */
 std::string Receive(int descriptor, bool one_line, size_t greatest) {
     std::string text;
     char buffer[16384];
@@ -127,7 +127,7 @@ void ControlServer::Start() {
     const sockaddr_un address = AddressOf(path_);
     RemoveStale(path_, address);
     Descriptor listener(NewSocket(path_));
-    fchmod(listener.get(), S_IRUSR | S_IWUSR);  // on Linux the file is born with this mode
+    fchmod(listener.get(), S_IRUSR | S_IWUSR);  // on Linux, bind creates the file with this mode
     if (bind(listener.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
         FailWithErrno(path_, "cannot bind");
     }
@@ -177,7 +177,7 @@ void ControlServer::ServePeer(int descriptor) {
     setsockopt(descriptor, SOL_SOCKET, SO_SNDTIMEO, &kPatience, sizeof kPatience);
     const std::string received = Receive(descriptor, true, kGreatestLine);
     const size_t end = received.find('\n');
-    Reply reply{false, "a command is one line that ends with a line feed"};
+    Reply reply{false, "incomplete line; a command must end with a line feed"};
     if (end != std::string::npos) {
         reply = simulator_.Execute(std::string_view(received).substr(0, end));
     }
@@ -187,10 +187,10 @@ void ControlServer::ServePeer(int descriptor) {
 Reply Tell(const std::string& path, const std::string& line) {
     const Descriptor descriptor(NewSocket(path));
     if (!Connect(descriptor.get(), AddressOf(path))) {
-        FailWithErrno(path, "no simulator answers");
+        FailWithErrno(path, "no simulator responds");
     }
     if (line.find('\n') != std::string::npos) {
-        return {false, "a command is one line"};
+        return {false, "a command must be a single line"};
     }
     if (!SendAll(descriptor.get(), line + "\n")) {
         FailWithErrno(path, "cannot send");
@@ -201,7 +201,7 @@ Reply Tell(const std::string& path, const std::string& line) {
     }
     constexpr std::string_view kError = "error: ";
     if (!reply.starts_with(kError) || reply.back() != '\n') {
-        Fail(path, "the simulator broke off");
+        Fail(path, "incomplete reply from the simulator");
     }
     return {false, reply.substr(kError.size(), reply.size() - kError.size() - 1)};
 }

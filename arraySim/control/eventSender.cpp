@@ -9,7 +9,7 @@ namespace arraysim {
 
 namespace {
 
-// A listener that is busy with an event for longer than this, while its socket is full, loses the connection.
+// Timeout of a send, which blocks while the daemon is busy and its socket is full.
 constexpr long kStep_s = 20;
 constexpr unsigned long kSize_bytes = 65536;
 
@@ -87,7 +87,7 @@ void EventSender::DeliverWaiting() {
         daemon_away_ = false;
     } catch (const WireLinkError& error) {
         if (!daemon_away_) {
-            complaint_(std::string("an event waits for the daemon: ") + error.what());
+            complaint_(std::string("cannot deliver an event yet, still trying: ") + error.what());
             daemon_away_ = true;
         }
         DropOutdated();
@@ -111,7 +111,7 @@ void EventSender::SendWaiting(WireLinkClient& client) {
         descriptor_ = -1;
         throw;
     }
-    descriptor_ = -1;  // before the client closes: Stop must not shut down a number that is somebody else's
+    descriptor_ = -1;  // before the client closes it, because Stop must not shut down a reused descriptor
 }
 
 void EventSender::DropOutdated() {

@@ -25,7 +25,7 @@ const FaultInfo& FaultNamed(const std::string& name) {
     throw CommandError("unknown fault '" + name + "'; `help` prints all");
 }
 
-/** Takes the last two words away when the first of them is `word`; gives the second. */
+/** If the last word but one is `word`, removes both and returns the last. */
 std::optional<std::string> TakeTail(Words& words, const char* word) {
     if (words.size() < 3 || words[words.size() - 2] != word) {
         return std::nullopt;
@@ -38,7 +38,7 @@ std::optional<std::string> TakeTail(Words& words, const char* word) {
 std::string TopicNamed(const Catalogue& catalogue, const FaultInfo& info, const std::string& name) {
     if (CompareNoCase(name, std::string(kPingTopic)) == 0) {
         if (info.reach == FaultReach::kCommand) {
-            FailUsage(info, "this fault strikes commands, not pings");
+            FailUsage(info, "this fault affects commands, not pings");
         }
         return std::string(kPingTopic);
     }
@@ -47,26 +47,26 @@ std::string TopicNamed(const Catalogue& catalogue, const FaultInfo& info, const 
         throw CommandError("unknown kind '" + name + "'");
     }
     if (!Catalogue::IsRequestable(*selection)) {
-        throw CommandError(selection->Name() + " is never asked for; name its list " + selection->list->name);
+        throw CommandError(selection->Name() + " is never requested; use its list " + selection->list->name);
     }
     if (info.reach == FaultReach::kPing) {
-        FailUsage(info, "this fault strikes pings, which name no kind");
+        FailUsage(info, "this fault affects pings, which have no kind");
     }
     return selection->Name();
 }
 
-/** `on KIND` and `for N` at the end, in either order. */
+/** Parses and removes `on KIND` and `for N` at the end, in either order. */
 void ReadLimits(const Catalogue& catalogue, const FaultInfo& info, Words& words, Fault& fault) {
     for (int i = 0; i < 2; ++i) {
         if (const std::optional<std::string> count = fault.left ? std::nullopt : TakeTail(words, "for")) {
             fault.left = ReadUint32(*count);
             if (fault.left.value_or(0) == 0) {
-                throw CommandError("'" + *count + "' is no number of exchanges");
+                throw CommandError("'" + *count + "' is not a number of exchanges from 1");
             }
         }
         if (const std::optional<std::string> kind = fault.on.empty() ? TakeTail(words, "on") : std::nullopt) {
             if (info.reach == FaultReach::kConnection || info.reach == FaultReach::kSocket) {
-                FailUsage(info, "this fault acts before a request is read, so it knows no kind");
+                FailUsage(info, "this fault acts before a request is read, so it cannot depend on the kind");
             }
             fault.on = TopicNamed(catalogue, info, *kind);
         }
@@ -79,7 +79,7 @@ void ReadLimits(const Catalogue& catalogue, const FaultInfo& info, Words& words,
 uint32_t ReadNumber(const FaultInfo& info, const std::string& text) {
     const std::optional<uint32_t> number = ReadUint32(text);
     if (!number || *number == 0 || *number > info.greatest) {
-        FailUsage(info, "'" + text + "' is no number from 1 to " + std::to_string(info.greatest));
+        FailUsage(info, "'" + text + "' is not a number from 1 to " + std::to_string(info.greatest));
     }
     return *number;
 }
@@ -93,13 +93,13 @@ std::string ReadAttribute(const Catalogue& catalogue, const std::string& name) {
     throw CommandError("no kind has an attribute '" + name + "'");
 }
 
-/** How many words may stand behind the name. */
+/** Checks the number of words after the name. */
 void CheckCount(const FaultInfo& info, const Words& words, size_t least, size_t most) {
     if (words.size() < 1 + least) {
-        FailUsage(info, "something is missing");
+        FailUsage(info, "missing argument");
     }
     if (words.size() > 1 + most) {
-        FailUsage(info, "'" + words[1 + most] + "' is too much");
+        FailUsage(info, "unexpected '" + words[1 + most] + "'");
     }
 }
 
@@ -155,7 +155,7 @@ std::string ArgumentsOf(const Fault& fault) {
 
 Fault ParseFault(const Catalogue& catalogue, std::vector<std::string> words) {
     if (words.empty()) {
-        throw CommandError("which fault? `help` prints all");
+        throw CommandError("missing fault name; `help` prints all");
     }
     const FaultInfo& info = FaultNamed(words[0]);
     Fault fault;
@@ -163,7 +163,7 @@ Fault ParseFault(const Catalogue& catalogue, std::vector<std::string> words) {
     ReadLimits(catalogue, info, words, fault);
     ReadArguments(catalogue, info, words, fault);
     if (!IsUtf8(fault.name) || !IsUtf8(fault.text)) {
-        throw CommandError("the text is not UTF-8");
+        throw CommandError("the string is not valid UTF-8");
     }
     return fault;
 }

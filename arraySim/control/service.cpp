@@ -15,11 +15,11 @@ namespace arraysim {
 
 namespace {
 
-// The daemon's own limits for this endpoint, so that nothing fits here that would not fit there.
+// The daemon's limits for this endpoint, so that both reject the same messages.
 constexpr long kTimeout_s = 900;
 constexpr unsigned long kSize_bytes = 5242880;
 
-// Many more than the two that the daemon uses; it keeps a peer that never closes from taking all threads.
+// Limits the threads for a peer that never closes its connections. The daemon needs only two.
 constexpr size_t kGreatestPeers = 256;
 
 }  // namespace
@@ -27,7 +27,7 @@ constexpr size_t kGreatestPeers = 256;
 /** A connection with its thread. */
 struct Service::Peer {
     unsigned number = 0;
-    std::unique_ptr<WireLinkServerConnection> connection;  ///< gone when the thread is about to end
+    std::unique_ptr<WireLinkServerConnection> connection;  ///< null when the thread is about to exit
     std::thread thread;
     std::atomic<bool> finished = false;
 };
@@ -44,7 +44,7 @@ Service::~Service() {
 void Service::Start() {
     wake_descriptor_ = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
     if (wake_descriptor_ < 0) {
-        throw WireLinkError("cannot make an eventfd");
+        throw WireLinkError("cannot create an eventfd");
     }
     server_.emplace(endpoint_);
     accept_thread_ = std::thread([this] { AcceptLoop(); });
@@ -131,7 +131,8 @@ void Service::AcceptOne() {
         descriptor = server_->Accept(nullptr, nullptr, 0);
     } catch (const WireLinkError& error) {
         std::fprintf(stderr, "arraySim: %s\n", error.what());
-        std::this_thread::sleep_for(std::chrono::milliseconds(100));  // out of descriptors: let some go
+        std::this_thread::sleep_for(
+            std::chrono::milliseconds(100));  // out of descriptors: wait until some are closed
         return;
     }
     auto connection = std::make_unique<WireLinkServerConnection>(endpoint_, descriptor);
@@ -165,7 +166,7 @@ void Service::Serve(Peer& peer) {
         observer_(failed);
     }
     {
-        // Closed under the lock: Stop must not shut down a number that is somebody else's by now.
+        // Under the lock, because the accept thread must not shut down a reused descriptor.
         const std::lock_guard<std::mutex> guard(mutex_);
         peer.connection.reset();
     }

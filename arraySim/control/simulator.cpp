@@ -12,7 +12,7 @@ bool IsEvent(Verb verb) {
     return verb == Verb::kEvent || verb == Verb::kMisc || verb == Verb::kScsi;
 }
 
-/** Most calls only read, and recording the whole model takes many times longer than answering them. */
+/** Most calls only read; for them, a StatusWatch would take many times longer than the call. */
 bool MayChangeStatus(const ApiRequest& request) {
     return request.command_type == "Method" && !request.command.starts_with("Get");
 }

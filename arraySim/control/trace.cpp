@@ -11,13 +11,12 @@ namespace arraysim {
 namespace {
 
 constexpr const char* kLegend =
-    "# time      wall clock                     lite     1: reduced objects were asked for\n"
-    "# conn      number of the connection       objects  objects in the answer\n"
-    "# seq       sequence number of the request bytes    of the frame, as far as it was sent\n"
-    "# command   GetList, Get, Modify, Ping     ms       from the request's last byte to the answer's\n"
-    "# object    as the request names it        outcome  ok or the error code, and the faults that struck\n"
-    "# event     to the daemon: delivered, dropped (nobody took it) or overflow; ms that it waited; its "
-    "text\n";
+    "# time      wall clock                     lite     1 if reduced objects were requested\n"
+    "# conn      number of the connection       objects  number of objects in the response\n"
+    "# seq       sequence number of the request bytes    bytes of the frame that were sent\n"
+    "# command   GetList, Get, Modify, Ping     ms       between the last bytes of request and response\n"
+    "# object    as named in the request        outcome  ok or the error code, then the injected faults\n"
+    "# event     delivered, dropped (timeout) or overflow (too many waiting); ms that it waited; its text\n";
 
 std::string TimeOfDay() {
     const timeval now = ClockNow();
@@ -28,7 +27,7 @@ std::string TimeOfDay() {
                         static_cast<int>(now.tv_usec / 1000));
 }
 
-/** A peer's text must not break the line. */
+/** Replaces control characters, because a peer's string may contain line feeds. */
 std::string OneLine(std::string text) {
     std::replace_if(
         text.begin(), text.end(), [](unsigned char c) { return c < 32 || c == 127; }, ' ');

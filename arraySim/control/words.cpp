@@ -53,13 +53,13 @@ class WordReader {
             case '\\':
                 return c;
             default:
-                throw CommandError(std::string("unknown escape \\") + c + " in quotes");
+                throw CommandError(std::string("unknown escape sequence \\") + c);
         }
     }
 
     char Take() {
         if (rest_.empty()) {
-            throw CommandError("a quote is not closed");
+            throw CommandError("missing closing quote");
         }
         taken_ = rest_.front();
         rest_.remove_prefix(1);

@@ -19,7 +19,7 @@ constexpr size_t kMissingBytes = 1000;
 constexpr size_t kGarbageBytes = 64;
 constexpr int kNoLimit = -1;
 
-/** True when the peer has closed, or the connection was shut down, within the time. */
+/** Returns whether the peer closes, or the connection is shut down, within that time. */
 bool ClosesWithin(int descriptor, int limit_ms) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(std::max(limit_ms, 0));
     for (;;) {
@@ -48,7 +48,7 @@ std::string Frame(size_t length, std::string_view body) {
     return frame.append(body);
 }
 
-/** The frame that a fault makes of a response; can end early. */
+/** Returns the frame of a response as altered by faults; it may be incomplete. */
 std::string AlteredFrame(const WireLinkEndpoint& endpoint, const protoIPCMsg::GPBIPCMsg& response,
                          const Delivery& delivery) {
     const std::string body =
@@ -81,7 +81,7 @@ void SendAll(int descriptor, std::string_view bytes) {
     }
 }
 
-/** Faults of the frame end the connection, apart from garbage in a correct frame. */
+/** Returns whether the connection ends: all faults of the frame end it, except garbage. */
 bool IsTorn(const Delivery& delivery) {
     return delivery.tear_after || delivery.length != Delivery::Length::kCorrect;
 }

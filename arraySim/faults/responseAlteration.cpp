@@ -15,7 +15,7 @@ constexpr std::string_view kStatusCloses = "</ApiMethodReturn>";
 constexpr std::string_view kSuccessOpens = "<Successful>";
 constexpr std::string_view kSuccessCloses = "</Successful>";
 
-/** Ten levels of ten: a few hundred bytes that stand for ten thousand million. */
+/** Returns declarations of less than 1 KB whose last entity expands to 20 GB. */
 std::string ExpandingEntities() {
     std::string declarations = "<!DOCTYPE lumapi [<!ENTITY e0 \"ha\">";
     for (int level = 1; level <= 10; ++level) {
@@ -28,7 +28,7 @@ std::string ExpandingEntities() {
     return declarations + "]>";
 }
 
-/** What stands between the declaration and the document element. */
+/** Returns the contents between the XML declaration and the document element. */
 std::string Prologue(const DocumentAlteration& alteration) {
     if (alteration.entities) {
         return ExpandingEntities();
@@ -39,7 +39,7 @@ std::string Prologue(const DocumentAlteration& alteration) {
     return alteration.doctype ? "<!DOCTYPE lumapi>" : "";
 }
 
-/** A use of what the prologue declares. */
+/** Returns an element that refers to the entity in the prologue, if there is one. */
 std::string EntityUse(const DocumentAlteration& alteration) {
     if (alteration.entities) {
         return "<Note>&e10;</Note>";
@@ -58,14 +58,14 @@ std::string Nested(uint32_t levels) {
     return xml;
 }
 
-/** From the first of an opening tag to its closing tag, both included. */
+/** Returns the first element with these tags, including the tags. */
 std::string_view ElementIn(std::string_view document, std::string_view opens, std::string_view closes) {
     const size_t begin = document.find(opens);
     const size_t end = document.find(closes, begin);
     return document.substr(begin, end + closes.size() - begin);
 }
 
-/** The status element with its altered Successful. */
+/** Returns the status element, with Successful altered or omitted. */
 std::string StatusElement(std::string_view document, const DocumentAlteration& alteration) {
     std::string status(ElementIn(document, kStatusOpens, kStatusCloses));
     const std::string success(ElementIn(status, kSuccessOpens, kSuccessCloses));

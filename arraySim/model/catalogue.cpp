@@ -23,7 +23,7 @@ Words WordsOf(const std::string& line) {
     return {std::istream_iterator<std::string>(stream), std::istream_iterator<std::string>()};
 }
 
-/** What follows the first word. */
+/** Returns the line after its first word. */
 std::string RestOf(const std::string& line) {
     const size_t word = line.find_first_not_of(' ');
     const size_t end = line.find(' ', word);
@@ -31,7 +31,7 @@ std::string RestOf(const std::string& line) {
     return rest == std::string::npos ? std::string() : line.substr(rest);
 }
 
-/** Null if the API has no such object. */
+/** Returns null if the API has no such object. */
 std::unique_ptr<BASEApiObject> NewApiObject(const std::string& name) {
     return APIObjectFactory<BASEApiObject>::Instance().Create(name);
 }
@@ -47,7 +47,7 @@ bool IsParentIndex(const ObjectList& list, const std::string& attribute) {
            (attribute == "EnclosureIndex" && list.table->parent == TableParent::kEnclosure);
 }
 
-/** A reduced object never lacks what identifies it and its parent, and its status. */
+/** Returns whether every reduced object has the attribute: its index, its parent's, or the status. */
 bool IsAlwaysReduced(const std::string& attribute) {
     return attribute == "Index" || attribute == "ControllerIndex" || attribute == "EnclosureIndex" ||
            attribute == "DiskIndex" || attribute == "Status";
@@ -60,11 +60,11 @@ class CatalogueReader {
   public:
     explicit CatalogueReader(Catalogue& catalogue) : catalogue_(catalogue) {}
 
-    /** Throws CatalogueError with the line of the first mistake. */
+    /** Throws CatalogueError with the line of the first error. */
     void Read(std::string_view text);
 
   private:
-    /** A line that gives an attribute its rule. */
+    /** A line with the rule of an attribute. */
     struct RuleLine {
         size_t number;
         std::string attribute;
@@ -114,7 +114,7 @@ void CatalogueReader::Read(std::string_view text) {
 void CatalogueReader::ReadLine(const std::string& line) {
     const Words words = WordsOf(line);
     if (words.size() < 2) {
-        Fail("a line has at least two words");
+        Fail("expected at least two words");
     }
     if (line[0] == ' ' && words[0] == "own") {
         ReadOwn(words);
@@ -172,7 +172,7 @@ void CatalogueReader::StartList(const Words& words) {
     open_kind_ = nullptr;
 }
 
-/** A kind that the API lacks has the attributes of its list. */
+/** Adds the attributes of the API object; for a kind that the API lacks, those of its list. */
 void CatalogueReader::TakeAttributes(Kind& kind) const {
     std::unique_ptr<BASEApiObject> object = NewApiObject(kind.name);
     if (!object) {
@@ -200,11 +200,11 @@ void CatalogueReader::TakeAttributes(Kind& kind) const {
 
 void CatalogueReader::ReadOwn(const Words& words) {
     if (open_kind_ == nullptr) {
-        Fail("no object is open");
+        Fail("'own' must follow an object");
     }
     const std::optional<uint32_t> longest = words.size() == 3 ? ReadUint32(words[2]) : std::nullopt;
     if (!longest || open_kind_->HasAttribute(words[1])) {
-        Fail("expected: own ATTR LONGEST, with a new name");
+        Fail("expected: own ATTR LONGEST, with a new attribute and its maximum length");
     }
     open_kind_->own.push_back(
         std::make_unique<STRINGApiAttribute>(words[1], 20, false, -1, int64_t{*longest}, words[1]));
@@ -215,7 +215,7 @@ void CatalogueReader::ReadRule(const RuleLine& line) {
     if (open_list_ != nullptr) {
         list_rules_[open_list_].push_back(line);
     } else if (open_kind_ == nullptr) {
-        Fail("no object is open");
+        Fail("an attribute must follow an object or list");
     } else if (!put_.insert(line.attribute).second) {
         Fail("duplicate attribute '" + line.attribute + "'");
     } else {
@@ -223,7 +223,7 @@ void CatalogueReader::ReadRule(const RuleLine& line) {
     }
 }
 
-/** A mistake is reported for the line of the rule, which can be above that of the kind. */
+/** Reports an error for the line of the rule, which can be above that of the kind. */
 void CatalogueReader::Put(Kind& kind, const RuleLine& line) {
     const size_t asking_line = std::exchange(line_number_, line.number);
     const auto attribute = std::find_if(kind.attributes.begin(), kind.attributes.end(),
@@ -269,7 +269,7 @@ void CatalogueReader::CheckRules(const Kind& kind) const {
             Fail(kind.name + ": '" + rule.text + "' is not above " + kind.attributes[i].name());
         }
         if (rule.verb == ValueRule::Verb::kCount && !catalogue_.Find(rule.text)) {
-            Fail(kind.name + ": no '" + rule.text + "' to count");
+            Fail(kind.name + ": unknown list '" + rule.text + "' after count");
         }
     }
 }
@@ -324,7 +324,7 @@ std::optional<Selection> Catalogue::Find(std::string_view name) const {
 const Kind& Catalogue::KindOf(std::string_view name) const {
     const std::optional<Selection> selection = Find(name);
     if (!selection || selection->kind == nullptr) {
-        throw CatalogueError("no kind of object is named " + std::string(name));
+        throw CatalogueError("unknown kind '" + std::string(name) + "'");
     }
     return *selection->kind;
 }

@@ -24,7 +24,7 @@ struct EventNumbers {
     int32_t state = kChanged;
 };
 
-/** A command is one line of at most kGreatestEventText bytes, and no character is cut in two. */
+/** Returns a command: one line, truncated to kGreatestEventText bytes, but not within a character. */
 std::string EventLine(const EventNumbers& numbers, const std::string& prefix, std::string_view text) {
     std::string line = FormatString("%d %d %d %d %lld %lld %lld %d ", numbers.id[0], numbers.id[1],
                                     numbers.id[2], numbers.trap, static_cast<long long>(numbers.arguments[0]),
@@ -51,7 +51,7 @@ struct TableRow {
     uint32_t parent_row = 0;
 };
 
-/** None for an orphan: the daemon has no row for it that could be named. */
+/** Returns none for an object whose parent was removed, because the daemon has no row for it. */
 std::optional<TableRow> TableRowOf(const Model& model, const Object& object) {
     const Kind& kind = *object.kind;
     TableRow place{&object};
@@ -140,7 +140,7 @@ std::vector<std::string> StatusWatch::Changes(const Model& model) const {
         const std::vector<Watched>& before = before_[list.position];
         auto known = before.begin();
         for (const Object& object : model.Objects(list)) {
-            // Objects go from anywhere, come at the end and keep their order.
+            // One pass is enough, because objects keep their order and new ones are at the end.
             known = std::find_if(known, before.end(),
                                  [&](const Watched& each) { return each.index == object.index; });
             if (known == before.end()) {

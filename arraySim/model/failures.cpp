@@ -9,7 +9,7 @@ namespace arraysim {
 
 namespace {
 
-// Begins a message that was derived from the parts of the object; any other is the object's own.
+// Distinguishes messages about the parts of an object from those about the object itself.
 constexpr std::string_view kDerivedMark = "Attention: ";
 
 std::string Lower(Condition condition) {
@@ -20,7 +20,7 @@ Condition ConditionOfObject(const Object& object) {
     return ConditionOf(object.Text("Status")).value_or(Condition::kUp);
 }
 
-/** Up, then Degraded, then Down. */
+/** Returns the worse condition; Down is worse than Degraded. */
 Condition Worse(Condition left, Condition right) {
     const auto rank = [](Condition each) {
         return each == Condition::kUp ? 0 : each == Condition::kDegraded ? 1 : 2;
@@ -42,7 +42,7 @@ void ShowSigns(Object& object, Condition condition) {
     }
 }
 
-/** The worst condition among some objects, and how many are not up. */
+/** The worst condition among objects, and the number of those that are not Up. */
 class ConditionSummary {
   public:
     void Take(const Object& object) { Take(ConditionOfObject(object)); }
@@ -68,10 +68,10 @@ class ConditionSummary {
 std::string MessageAbout(const ConditionSummary& parts) {
     return parts.not_up() == 0
                ? ""
-               : std::string(kDerivedMark) + std::to_string(parts.not_up()) + " of its parts not up";
+               : std::string(kDerivedMark) + std::to_string(parts.not_up()) + " of its parts are not Up";
 }
 
-/** A holder that works itself stays Up: the daemon drops events about the parts of one that is not. */
+/** Leaves the holder Up, because the daemon drops events about the parts of one that is not Up. */
 void ShowParts(Object& holder, const ConditionSummary& parts) {
     holder.Put("ChildStatus", ConditionText(parts.worst()));
     if (ConditionOfObject(holder) == Condition::kUp) {
@@ -80,7 +80,7 @@ void ShowParts(Object& holder, const ConditionSummary& parts) {
     }
 }
 
-/** A folder or the array has the condition of its parts, unless it has a failure of its own. */
+/** Derives the condition of a folder or the array from its parts, unless it has failed itself. */
 void DeriveStatus(Object& whole, const ConditionSummary& parts, Condition derived) {
     whole.Put("ChildStatus", ConditionText(parts.worst()));
     const bool own =
@@ -95,7 +95,7 @@ Condition DerivedFrom(const ConditionSummary& parts) {
     return parts.worst() == Condition::kUp ? Condition::kUp : Condition::kDegraded;
 }
 
-/** A controller or an enclosure: everything that names it as its parent. */
+/** Updates a controller or enclosure from the objects that name it as their parent. */
 void UpdateFromChildren(Model& model, Object& parent) {
     ConditionSummary parts;
     for (const Kind& kind : model.catalogue().kinds()) {
@@ -130,7 +130,7 @@ void UpdateArray(Model& model) {
     DeriveStatus(*array, parts, controllers.AllDown() ? Condition::kDown : DerivedFrom(parts));
 }
 
-/** From the inside to the outside: the object's own parts, its parent, its folder, the array. */
+/** Updates the object from its own parts, then its parent, its folder and the array. */
 void UpdateHolders(Model& model, Object& object) {
     const Catalogue& catalogue = model.catalogue();
     const std::string& name = object.kind->name;

@@ -15,7 +15,7 @@ int64_t BlocksIn(const Object& object, const char* attribute) {
     return std::atoll(std::string(object.Text(attribute)).c_str());
 }
 
-/** What is used stays, as far as there is space for it. */
+/** Keeps the used space, unless it exceeds the new total. */
 void ShowUsage(Object& usage, const FolderSums& sums) {
     const int64_t used = std::min(BlocksIn(usage, "UsedSpace"), sums.total);
     usage.Put("TotalSpace", std::to_string(sums.total));

@@ -5,7 +5,7 @@
 
 namespace arraysim {
 
-/** Without what the library's objects have from the start: the rules of the kind say what there is. */
+/** Clears the library's default attributes, because the rules of the kind define which exist. */
 Object::Object(const Kind& of_kind) : BASEApiObject(of_kind.class_name), kind(&of_kind) {
     ClearAttributes();
 }
@@ -51,8 +51,8 @@ size_t Model::Count(const Selection& selection) const {
     }));
 }
 
-/** Indexes mostly rise within a list, so the place where they would put it is looked at first. A list that
-    came from a file, or has got an object back, may have them in any order. */
+/** Indexes usually ascend within a list, so a binary search comes first. In a list that was loaded from a
+    file, or to which an object was added again, they can have any order. */
 const Object* Model::Find(const Selection& selection, uint32_t index) const {
     const std::vector<Object>& objects = Objects(*selection.list);
     const auto is_wanted = [&](const Object& object) {

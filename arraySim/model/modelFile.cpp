@@ -33,7 +33,7 @@ Json ObjectToJson(const Object& object) {
 const Json& Member(const Json& json, const char* name) {
     const auto member = json.find(name);
     if (member == json.end()) {
-        throw ModelFileError(std::string("the member \"") + name + "\" is missing");
+        throw ModelFileError(std::string("missing member \"") + name + "\"");
     }
     return *member;
 }
@@ -45,7 +45,7 @@ class ObjectReader {
     Object Read(const Json& json) {
         ++row_;
         if (!json.is_object()) {
-            Fail("is no JSON object");
+            Fail("not a JSON object");
         }
         Object object(KindFor(json));
         for (const auto& [name, value] : json.items()) {
@@ -55,7 +55,7 @@ class ObjectReader {
         }
         object.index = IndexOf(object);
         if (!indexes_.insert(object.index).second) {
-            Fail("has the index " + std::to_string(object.index) + " that stands already");
+            Fail("duplicate index " + std::to_string(object.index));
         }
         return object;
     }
@@ -69,7 +69,7 @@ class ObjectReader {
         const std::optional<Selection> found =
             name.is_string() ? catalogue_.Find(name.get<std::string>()) : std::nullopt;
         if (!found || found->kind == nullptr || found->list != &list_) {
-            Fail("has a kind that is none of this list");
+            Fail("the kind does not belong to this list");
         }
         return *found->kind;
     }
@@ -77,10 +77,10 @@ class ObjectReader {
     void Take(Object& object, const std::string& name, const Json& value) const {
         const std::optional<size_t> position = object.kind->FindAttribute(name);
         if (!position) {
-            Fail("has an unknown attribute \"" + name + "\"");
+            Fail("unknown attribute \"" + name + "\"");
         }
         if (!value.is_string()) {
-            Fail("has an attribute \"" + name + "\" that is no text");
+            Fail("attribute \"" + name + "\" must be a string");
         }
         object.Put(object.kind->attributes[*position].name(), value.get<std::string>());
     }
@@ -92,13 +92,13 @@ class ObjectReader {
         const std::string& key = object.kind->attributes[*object.kind->key].name();
         const std::optional<uint32_t> index = ReadUint32(object.Text(key));
         if (!index) {
-            Fail("needs a number as \"" + key + "\"");
+            Fail("attribute \"" + key + "\" must contain a number");
         }
         return *index;
     }
 
     [[noreturn]] void Fail(const std::string& why) const {
-        throw ModelFileError(list_.name + ", object " + std::to_string(row_) + " " + why);
+        throw ModelFileError(list_.name + ", object " + std::to_string(row_) + ": " + why);
     }
 
     const Catalogue& catalogue_;
@@ -119,13 +119,13 @@ const ObjectList& ListNamed(const Catalogue& catalogue, const std::string& name)
 Model FromJson(const Catalogue& catalogue, const Json& json) {
     const Json& serial = Member(json, "serial");
     if (!serial.is_number_unsigned() || serial.get<uint64_t>() > UINT32_MAX) {
-        throw ModelFileError("\"serial\" is no number from 0 to 4294967295");
+        throw ModelFileError("\"serial\" must be a number from 0 to 4294967295");
     }
     Model model(catalogue, serial.get<uint32_t>());
     for (const auto& [name, objects] : Member(json, "objects").items()) {
         const ObjectList& list = ListNamed(catalogue, name);
         if (!objects.is_array()) {
-            throw ModelFileError(name + " is no JSON array");
+            throw ModelFileError(name + ": not a JSON array");
         }
         ObjectReader reader(catalogue, list);
         for (const Json& object : objects) {
@@ -158,7 +158,7 @@ Model ReadModel(const Catalogue& catalogue, std::string_view text) {
     try {
         const Json json = Json::parse(text);
         if (!json.is_object()) {
-            throw ModelFileError("a model is a JSON object");
+            throw ModelFileError("a model must be a JSON object");
         }
         return FromJson(catalogue, json);
     } catch (const nlohmann::json::exception& error) {

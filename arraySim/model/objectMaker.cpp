@@ -12,7 +12,7 @@ namespace arraysim {
 
 namespace {
 
-// The array's calendar day, so that a preset is the same whenever it is made.
+// The array's calendar day, fixed so that a preset never changes.
 constexpr int64_t kToday_s = 1751328000;
 constexpr int64_t kDay_s = 86400;
 
@@ -43,7 +43,8 @@ class ObjectBuilder {
 
     Object Build(const GivenValues& given) {
         for (const Attribute& attribute : object_.kind->attributes) {
-            // The rule runs in any case: a given value must not shift the random numbers of the others.
+            // The rule is always evaluated, so that a given value does not shift the random numbers of
+            // others.
             object_.SetAttribute(attribute.name(), Apply(attribute.rule));
             for (const auto& [name, value] : given) {
                 if (CompareNoCase(name, attribute.name()) == 0) {
@@ -190,7 +191,7 @@ void PlaceUnderParent(const Model& model, const Kind& kind, const GivenValues& g
     }
 }
 
-/** Objects that come and go with another of the same index. */
+/** A kind whose objects are added and removed with those of another kind that have the same index. */
 struct Companion {
     const char* kind;
     const char* companion;
@@ -209,7 +210,7 @@ const char* CompanionOf(const Kind& kind) {
     return nullptr;
 }
 
-/** Returns nothing: a reference would not outlast the next object of the list. */
+/** Returns no reference, because the next object of the list would invalidate it. */
 void Make(Model& model, const Kind& kind, uint32_t index, const GivenValues& values) {
     const Place place = PlaceAtEnd(model, kind, index, values);
     model.Append(MakeObject(kind, place, Random::For(model.serial(), kind.name, index), values));

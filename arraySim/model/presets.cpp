@@ -17,8 +17,8 @@ constexpr Preset kPresets[] = {
     {"small", "tessera-lab", 0}, {"typical", "tessera-north", 1}, {"full", "tessera-max", 2}};
 constexpr size_t kFull = 2;
 
-/** How many objects, for each parent if the daemon's table has parents. `full` needs no column: it has the
-    capacity of the table. */
+/** The number of objects, per parent if the daemon's table has parents. `full` needs no column: it fills the
+    table. */
 struct Size {
     std::string_view list;
     uint32_t count[kFull];
@@ -52,14 +52,13 @@ uint32_t CountFor(const Preset& preset, const ObjectList& list) {
     return size == std::end(kSizes) ? 1 : size->count[preset.column];
 }
 
-// Every kAwkwardEvery-th volume, server, folder and UPS has a name that breaks a careless reader of
-// documents.
+// Every kAwkwardEvery-th volume, server, folder and UPS has a name that a careless parser misreads.
 constexpr uint32_t kAwkwardEvery = 23;
 constexpr uint32_t kAwkwardFirst = 2;
 constexpr const char* kAwkwardNames[] = {"Größe & Übung", "logs <old> & <new>", "\"quoted\" and 'quoted'",
                                          "北館-R&D", "naïve; façade > Ωmega"};
 
-// The folders of every array begin with these indexes: 1 and 69696969 have no storage usage of their own.
+// Indexes of the first folders of every array. The daemon does not query the usage of 1 and 69696969.
 constexpr uint32_t kFolderIndexes[] = {3, 1, 6, 69696969};
 
 constexpr uint32_t kDisksPerSpare = 24;
@@ -81,7 +80,7 @@ constexpr InitialFailure kInitialFailures[] = {
     {"TsUps", 2, Condition::kDegraded},
 };
 
-/** Alerts of the past. */
+/** An alert that is no longer active. */
 struct PastAlert {
     const char* definition;
     const char* status;
@@ -99,7 +98,7 @@ constexpr PastAlert kPastAlerts[] = {
     {"Clock was set", "Inform", "System", "The clock was set back by 2 s"},
 };
 
-/** API indexes that rise with gaps, so that an index is never the row by chance. */
+/** API indexes that ascend with gaps, so that no index equals the row by chance. */
 class IndexSequence {
   public:
     explicit IndexSequence(Random random) : random_(random) {}
@@ -119,8 +118,8 @@ class PresetBuilder {
     PresetBuilder(const Catalogue& catalogue, const Preset& preset, uint64_t seed, uint32_t serial)
         : catalogue_(catalogue), preset_(preset), seed_(seed), model_(catalogue, serial) {}
 
-    /** Parents come before their parts, folders before the disks that they hold, disks before what is derived
-        from them. Names must be final before the alerts, which quote them. */
+    /** Adds parents before their parts, folders before their disks, and disks before everything derived from
+        them. Names must be final before alerts quote them. */
     Model Build() {
         for (const char* kind :
              {"Tessera", "TsController", "TsEnclosure", "TsVolume", "TsUps", "TsObjectCount"}) {
@@ -168,7 +167,7 @@ class PresetBuilder {
         }
     }
 
-    /** The same number of children for each parent. */
+    /** Adds the same number of children to each parent. */
     void AddUnder(const Kind& kind, uint32_t count) {
         IndexSequence indexes = IndexesFor(kind.name);
         uint32_t parent_row = 0;
@@ -205,7 +204,7 @@ class PresetBuilder {
         }
     }
 
-    /** Disks fill the enclosures evenly and go to the folders in turn. */
+    /** Distributes the disks evenly over the enclosures, and in turn over the folders. */
     void AddDisks() {
         const Kind& kind = catalogue_.KindOf("TsDisk");
         IndexSequence indexes = IndexesFor(kind.name);
@@ -264,7 +263,7 @@ class PresetBuilder {
         }
     }
 
-    /** One of each kind first, then mostly physical ones, mixed. */
+    /** Adds one server of each kind, then a random mixture. */
     void AddServers() {
         const char* const first[] = {"TsPhysicalServer", "TsServerCluster", "TsVirtualServer",
                                      "TsRemoteTessera"};
@@ -294,7 +293,7 @@ class PresetBuilder {
         }
     }
 
-    /** Past alerts first, then those about what is not Up now; the controllers in turn. */
+    /** Adds past alerts, then those about the initial failures, to each controller in turn. */
     void AddAlerts() {
         std::vector<GivenValues> active;
         for (const InitialFailure& failure : kInitialFailures) {

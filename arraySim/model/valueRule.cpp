@@ -17,7 +17,7 @@ namespace {
 
 using Verb = ValueRule::Verb;
 
-/** Units behind a range. */
+/** The unit after a range. */
 struct Unit {
     const char* name;
     Verb verb;
@@ -30,7 +30,7 @@ bool ReadNumber(std::string_view text, int64_t& number) {
     return error == std::errc() && end == text.data() + text.size();
 }
 
-/** "A" or "A..B"; false for any other text. */
+/** Parses "A" or "A..B". Returns false for any other string. */
 bool ReadRange(std::string_view text, ValueRule& rule) {
     const size_t dots = text.find("..");
     if (!ReadNumber(text.substr(0, dots), rule.low)) {
@@ -41,7 +41,7 @@ bool ReadRange(std::string_view text, ValueRule& rule) {
         return false;
     }
     if (rule.low > rule.high) {
-        throw RuleError("the range " + std::string(text) + " ends before it begins");
+        throw RuleError("empty range '" + std::string(text) + "'");
     }
     return true;
 }
@@ -57,7 +57,7 @@ bool ReadMeasure(std::string_view text, ValueRule& rule) {
     return false;
 }
 
-/** true, false or 1/N: kept as N, with 1 for always and 0 for never. */
+/** Parses true, false or 1/N. `low` becomes 1, 0 or N. */
 bool ReadBool(std::string_view text, ValueRule& rule) {
     rule.verb = Verb::kBool;
     rule.low = text == "true" ? 1 : 0;
@@ -67,7 +67,7 @@ bool ReadBool(std::string_view text, ValueRule& rule) {
     return text.starts_with("1/") && ReadNumber(text.substr(2), rule.low) && rule.low > 1;
 }
 
-/** LIST [ATTR=VALUE...] */
+/** Parses LIST [ATTR=VALUE...]. */
 ValueRule CountRule(const std::string& text) {
     ValueRule rule;
     rule.verb = Verb::kCount;
@@ -76,7 +76,7 @@ ValueRule CountRule(const std::string& text) {
     for (std::string condition; words >> condition;) {
         const size_t equals = condition.find('=');
         if (equals == std::string::npos) {
-            throw RuleError("'" + condition + "' is not ATTR=VALUE");
+            throw RuleError("unexpected '" + condition + "'; expected ATTR=VALUE");
         }
         rule.choices.push_back(condition.substr(0, equals));
         rule.choices.push_back(condition.substr(equals + 1));
@@ -84,14 +84,14 @@ ValueRule CountRule(const std::string& text) {
     return rule;
 }
 
-/** Every word that an enumeration may get must be in its table. */
+/** Throws RuleError if a word of the choices is not in the enumeration. */
 void CheckChoices(const ValueRule& rule, const ENUMTABLEApiAttribute& attribute) {
     for (const std::string& choice : rule.choices) {
         std::istringstream words(choice);
         for (std::string word; words >> word;) {
             const ENUMRow* row = attribute.GetTable().FindDescription(word);
             if (row == nullptr || row->Description != word) {
-                throw RuleError("'" + word + "' is no " + attribute.GetXmlName());
+                throw RuleError("'" + word + "' is not in the enumeration of " + attribute.GetXmlName());
             }
         }
     }
@@ -113,7 +113,7 @@ ValueRule EnumerationRule(const std::string& text, const ENUMTABLEApiAttribute& 
     return rule;
 }
 
-/** Attributes that mean the same in every object. */
+/** The rule of an attribute that means the same in every object. */
 struct NamedTemplate {
     const char* attribute;
     const char* text;

@@ -17,18 +17,18 @@ namespace {
 
 void CheckRequest(const ApiRequest& request) {
     if (request.command_type != "Method" && request.command_type != "Association") {
-        throw ApiFailure("MethodNotAvailable", "'" + request.command_type + "' is no type of command");
+        throw ApiFailure("MethodNotAvailable", "'" + request.command_type + "' is not a command type");
     }
     if (ParseBool(request.async)) {
-        throw ApiFailure("InvalidArguments", "Commands are carried out at once, not asynchronously");
+        throw ApiFailure("InvalidArguments", "Asynchronous commands are not supported");
     }
     if (request.encode_type != "xml" && request.encode_type != "csv") {
         throw ApiFailure("InvalidArguments",
-                         "Objects are written as xml or csv, not as '" + request.encode_type + "'");
+                         "Unknown encoding '" + request.encode_type + "'; expected xml or csv");
     }
 }
 
-/** The names of two other commands can be run together into the same key. */
+/** Compares the names, because another object and command can yield the same key. */
 std::unique_ptr<BASEApiMethod> FindMethod(const std::string& object, const std::string& command) {
     auto method = APIObjectFactory<BASEApiMethod>::Instance().Create("API" + object + command + "Method");
     if (method && (method->GetObjectName() != object || method->GetCommandName() != command)) {
@@ -56,7 +56,7 @@ std::unique_ptr<BASEApiMethod> FindCall(const ApiRequest& request) {
     return call;
 }
 
-/** What the array has beyond the API's catalogue can be changed like the rest. */
+/** Finds an attribute that the array has and the API catalogue lacks. Modify can change it as well. */
 const BASEApiAttribute* OwnAttribute(const BASEApiMethod& call, const std::string& name) {
     if (call.GetCommandName() != "Modify") {
         return nullptr;
@@ -92,12 +92,12 @@ std::string EnumerationWord(const ENUMTABLEApiAttribute& attribute, const std::s
     }
     const ENUMRow* row = attribute.GetTable().FindDescription(word);
     if (row == nullptr) {
-        RejectValue(attribute, text, "of its enumeration");
+        RejectValue(attribute, text, "in its enumeration");
     }
     return std::string(row->Description);
 }
 
-/** Whether an address survives a conversion to its type and back: others are no addresses. */
+/** Returns whether conversion to the type and back preserves the string, which makes it an address. */
 template <class ApiAttribute>
 bool IsUnchanged(const BASEApiAttribute& attribute, const std::string& text) {
     const auto* kind = dynamic_cast<const ApiAttribute*>(&attribute);
@@ -116,7 +116,7 @@ void CheckValue(const BASEApiAttribute& attribute, const std::string& text) {
     }
     const auto* reference = dynamic_cast<const OBJECTApiAttribute*>(&attribute);
     if (reference != nullptr && ReferenceText(*reference, text).empty()) {
-        RejectValue(attribute, text, "a reference: id, type and name of an object");
+        RejectValue(attribute, text, "a reference: ID, type and name of an object");
     }
 }
 
@@ -130,9 +130,8 @@ std::string BooleanValue(const BOOLEANApiAttribute& attribute, const std::string
 }
 
 /**
- * The value as the array stores it: "True" for 1, an enumeration's word as its table writes it. Throws
- * ApiFailure for a string that has no meaning for the attribute's type but that the library reads as some
- * value.
+ * Returns the value as the array stores it: "True" for 1, an enumeration value as its table spells it. Throws
+ * ApiFailure for a string that is invalid for the attribute's type, even if the library would convert it.
  */
 std::string ArgumentValue(const BASEApiAttribute& attribute, const std::string& text) {
     if (const auto* flag = dynamic_cast<const BOOLEANApiAttribute*>(&attribute)) {
@@ -161,7 +160,7 @@ std::string ArgumentValue(const BASEApiAttribute& attribute, const std::string& 
     return text;
 }
 
-/** A change with an attribute that the call does not take is rejected: part of it would be lost silently. */
+/** Rejects an unknown attribute of a call that changes something: it would be lost silently. */
 void TakeArgument(BASEApiMethod& call, const std::string& name, const std::string& text) {
     const BASEApiAttribute* attribute = call.FindAttribute(name);
     if (attribute == nullptr) {
@@ -169,7 +168,7 @@ void TakeArgument(BASEApiMethod& call, const std::string& name, const std::strin
     }
     if (attribute == nullptr && call.ChangesState() && !HasNoDescriptor(name)) {
         throw ApiFailure("InvalidArguments", call.GetObjectName() + " " + call.GetCommandName() +
-                                                 " takes no attribute '" + name + "'");
+                                                 " does not accept the attribute '" + name + "'");
     }
     if (attribute != nullptr) {
         attribute->Validate(text);
@@ -211,7 +210,7 @@ void CheckPrivilege(const BASEApiMethod& call, int privilege) {
     }
     const ENUMTable privileges = APIEnumsIDStrList::gUserPrivilegeEnumIdStrList;
     throw ApiFailure("UserPrivilegeError",
-                     call.GetObjectName() + " " + call.GetCommandName() + " is for the privilege " +
+                     call.GetObjectName() + " " + call.GetCommandName() + " requires the privilege " +
                          std::string(privileges.DescriptionOf(call.GetRequiredPrivilege())));
 }
 

@@ -15,7 +15,7 @@ std::string ChildText(const parser::XMLElement& element, std::string_view tag) {
     return child ? std::string(child.GetText()) : std::string();
 }
 
-/** The two spellings that clients use: documents of their own, and those that the object library makes. */
+/** Distinguishes documents of the daemon (`SessionKey`) from those of the API library (`sessionkey`). */
 void ReadSessionKey(const parser::XMLElement& connection, ApiRequest& request) {
     request.session_key = ChildText(connection, "SessionKey");
     if (request.session_key.empty()) {
@@ -35,13 +35,13 @@ void ReadMethod(const parser::XMLElement& method, ApiRequest& request) {
         return;
     }
     for (parser::XMLElement each = attributes.GetFirstChild(); each; each = each.GetNextSibling()) {
-        // A structured argument is an element within its attribute, and stays markup.
+        // A structured argument has child elements and is stored as XML.
         request.attributes[std::string(each.GetTagName())] =
             each.GetFirstChild() ? each.GetElementContent() : std::string(each.GetText());
     }
 }
 
-/** The name of a command in the statistics. */
+/** Returns the name of a command for the statistics. */
 std::string CommandLabel(const std::string& command) {
     for (const char* known : {"GetList", "Get", "Modify"}) {
         if (command == known) {
@@ -65,7 +65,7 @@ std::string ApiRequest::Attribute(const std::string& name) const {
 void ParseApiRequest(std::string_view document, ApiRequest& request) {
     parser::XMLParser parser;
     if (!parser.ParseXMLString(document)) {
-        throw ApiFailure(kParsingError, "The request is no well-formed document: " + parser.GetError());
+        throw ApiFailure(kParsingError, "The request is not well-formed: " + parser.GetError());
     }
     const parser::XMLElement root = parser.GetDocumentElement();
     if (root.GetTagName() != "lumapi") {

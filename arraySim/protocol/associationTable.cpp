@@ -10,7 +10,7 @@ namespace arraysim {
 
 namespace {
 
-/** Where an association leads: to the objects of a kind whose attributes have these values. */
+/** An association, which leads to the objects of a kind whose attributes have these values. */
 struct AssociationRow {
     std::string_view object;
     std::string_view association;
@@ -18,8 +18,7 @@ struct AssociationRow {
     AttributeValue conditions[2] = {};
 };
 
-// `Tessera` always leads to the array and needs no row. Any other without a row leads to nothing that the
-// array has.
+// `Tessera` always leads to the array and needs no row. Other associations without a row lead to no objects.
 constexpr AssociationRow kAssociations[] = {
     {"Tessera", "ActiveAlertList", "TsAlert", {{"Type", "Alert"}, {"Active", "True"}}},
     {"Tessera", "AlertList", "TsAlert", {{"Type", "Alert"}}},
@@ -109,7 +108,7 @@ bool IsValid(const Catalogue& catalogue, const AssociationRow& row) {
            });
 }
 
-/** Throws CatalogueError for a row with a name that the API lacks: it would lead nowhere. */
+/** Throws CatalogueError for a row with a name that the API lacks, because it would lead to no objects. */
 void CheckRows(const Catalogue& catalogue) {
     for (const AssociationRow& row : kAssociations) {
         if (!IsValid(catalogue, row)) {
@@ -119,7 +118,7 @@ void CheckRows(const Catalogue& catalogue) {
     }
 }
 
-/** Null for an association without a row. */
+/** Returns null for an association without a row. */
 const AssociationRow* FindRow(const Catalogue& catalogue, std::string_view object,
                               std::string_view association) {
     [[maybe_unused]] static const bool checked = (CheckRows(catalogue), true);

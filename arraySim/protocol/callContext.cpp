@@ -15,7 +15,7 @@ namespace {
 
 void CheckSerial(const Model& model, const std::optional<uint32_t>& serial, const std::string& instance_id) {
     if (!serial) {
-        throw ApiFailure("InvalidArguments", "'" + instance_id + "' is no instance of an object");
+        throw ApiFailure("InvalidArguments", "'" + instance_id + "' is not an instance ID");
     }
     if (*serial != model.serial()) {
         throw ApiFailure("InvalidTessera", "Array " + std::to_string(*serial) + " is not known");
@@ -36,7 +36,7 @@ uint32_t IndexInInstanceId(const Model& model, const Selection& selection, const
     return *index;
 }
 
-/** The references in the text of an argument; none when it is no argument of that kind. */
+/** Returns the references in an argument, or none if its type is not a reference. */
 std::vector<std::unique_ptr<APIObjectInstance>> ReferencesIn(const BASEApiAttribute& attribute,
                                                              const std::string& text) {
     std::vector<std::unique_ptr<APIObjectInstance>> references;
@@ -49,7 +49,7 @@ std::vector<std::unique_ptr<APIObjectInstance>> ReferencesIn(const BASEApiAttrib
     return references;
 }
 
-/** Null for a kind of object that the simulator has none of. */
+/** Returns null for a kind that the simulator lacks. */
 Object* Resolve(Model& model, const APIObjectInstance& reference) {
     if (const std::optional<Selection> selection = model.catalogue().Find(reference.objectType)) {
         return &ObjectNamed(model, *selection, reference.instanceId);
@@ -61,7 +61,7 @@ Object* Resolve(Model& model, const APIObjectInstance& reference) {
 
 using Replacements = std::vector<std::pair<std::string, std::string>>;
 
-/** A copy of the object with other values, where it has such attributes. */
+/** Copies an object and replaces values of attributes that it has. */
 Object& Alter(Answer& answer, const Object& object, const Replacements& replacements) {
     Object& copy = answer.altered.emplace_back(object);
     for (const auto& [attribute, value] : replacements) {
@@ -73,7 +73,7 @@ Object& Alter(Answer& answer, const Object& object, const Replacements& replacem
     return copy;
 }
 
-/** The objects as the faults alter them. */
+/** Returns the objects as altered by faults. */
 std::vector<BASEApiObject*> AlterAll(Answer& answer, const std::vector<Object*>& objects,
                                      const CallContext& context) {
     std::vector<BASEApiObject*> altered(objects.begin(), objects.end());

@@ -21,7 +21,7 @@ void Add(Object& subject, std::string_view attribute, int64_t change) {
     subject.Put(attribute, std::to_string(std::max<int64_t>(count, 0)));
 }
 
-/** Every argument that is one of the attributes, and the value that the step gives. */
+/** Returns the arguments that are attributes of the kind, and the value that the step sets. */
 GivenValues ValuesToCreate(const CallContext& context, const Object& subject, const Kind& kind,
                            const AttributeValue& given) {
     GivenValues values;
@@ -40,7 +40,7 @@ GivenValues ValuesToCreate(const CallContext& context, const Object& subject, co
 
 Object& AddNew(Model& model, const Kind& kind, const GivenValues& values) {
     if (model.Objects(*kind.list).size() >= kind.list->table->Capacity()) {
-        throw ApiFailure("TesseraError", "The array has no room for one more " + kind.name);
+        throw ApiFailure("TesseraError", "The array cannot hold another " + kind.name);
     }
     return AddObject(model, kind, model.NextIndex(*kind.list), values);
 }
@@ -49,7 +49,7 @@ int64_t BlocksIn(std::string_view text) {
     return std::atoll(std::string(text).c_str());
 }
 
-/** The volumes that a command for many names by their indexes. */
+/** Returns the volumes that a command for several of them lists by index. */
 std::vector<Object*> ManyVolumes(const CallContext& context) {
     if (context.call->GetAttribute("TsSerialNumber") != std::to_string(context.model.serial())) {
         throw ApiFailure("InvalidTessera",
@@ -67,7 +67,7 @@ std::vector<Object*> ManyVolumes(const CallContext& context) {
 
 Answer SetSize(CallContext& context, Object& volume, int64_t blocks) {
     if (blocks <= BlocksIn(volume.Text("ConfiguredSize"))) {
-        throw ApiFailure("InvalidValue", "TsVolume " + volume.GetInstanceId() + " can only become larger");
+        throw ApiFailure("InvalidValue", "TsVolume " + volume.GetInstanceId() + " can only be enlarged");
     }
     volume.Put("ConfiguredSize", std::to_string(blocks));
     return ObjectAnswer(context, nullptr);
@@ -79,7 +79,7 @@ Result Unless(CallContext& context, Object& subject, const Step& step) {
     const std::string_view actual = subject.Text(step.first);
     if (actual == ValueFor(context, subject, step.second)) {
         throw ApiFailure("TesseraError", subject.kind->name + " " + std::string(subject.Text("InstanceId")) +
-                                             " refuses: its " + std::string(step.first) + " is " +
+                                             " rejects the command: " + std::string(step.first) + " is " +
                                              std::string(actual));
     }
     return std::nullopt;
@@ -160,7 +160,7 @@ Result ReleaseDisks(CallContext& context, Object&, const Step&) {
     return ObjectAnswer(context, nullptr);
 }
 
-/** They belong to the array again, but to no folder yet. */
+/** Makes the disks managed again, but does not assign them to a folder. */
 Result RevertDisks(CallContext& context, Object&, const Step&) {
     for (Object* disk : Referred(context, "RevertedDisks")) {
         disk->Put("Managed", "True");
@@ -204,7 +204,7 @@ Result CreateFolder(CallContext& context, Object&, const Step&) {
 
 // ---- Volumes ----
 
-/** From the last to the first, so that removing one does not move those still to go. */
+/** Removes the last volume first, so that the others to be removed do not move. */
 Result DeleteVolumes(CallContext& context, Object&, const Step&) {
     std::vector<Object*> volumes = ManyVolumes(context);
     std::sort(volumes.begin(), volumes.end(), std::greater<>());

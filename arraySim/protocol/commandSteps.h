@@ -5,7 +5,7 @@
 
 #include "arraySim/protocol/callContext.h"
 
-/** The steps of which the table of commands composes the commands of the API. */
+/** The steps from which the command table builds the commands of the API. */
 namespace arraysim::step {
 
 /** A step with its arguments, which each function below explains. */

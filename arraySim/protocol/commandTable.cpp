@@ -13,14 +13,14 @@ namespace {
 
 using namespace step;
 
-/** What a command does: its steps in order, up to the first without a function. */
+/** A command and its steps, of which the first without a function marks the end. */
 struct CommandRow {
     std::string_view object;
     std::string_view command;
     Step steps[5];
 };
 
-// Commands about the past have a row only if the array has records.
+// GetHistorical... and GetLatest... have a row only if the model has such records.
 constexpr CommandRow kCommands[] = {
     {"Tessera", "Add", {{Reject, "TesseraError", "This manager serves its own array only"}}},
     {"Tessera", "AddController", {{Create, "TsController", "IpAddress", "@Eth0Ipv4Address"}}},
@@ -163,7 +163,7 @@ bool HasAttribute(const Catalogue& catalogue, std::string_view kind, std::string
     return selection && catalogue.FindAttribute(*selection, attribute) != nullptr;
 }
 
-/** Whether the names in a step's arguments exist. A command that names no instance acts on the array. */
+/** Returns whether the names in a step exist. A command that names no instance acts on the array. */
 bool IsValid(const Catalogue& catalogue, std::string_view object, const Step& step) {
     if (step.run == Create || step.run == History) {
         return step.second.empty() ? catalogue.Find(step.first).has_value()
@@ -175,7 +175,7 @@ bool IsValid(const Catalogue& catalogue, std::string_view object, const Step& st
     return true;
 }
 
-/** Throws CatalogueError for a row with a name that the API lacks: a step would ignore it silently. */
+/** Throws CatalogueError for a row with a name that the API lacks, because a step would ignore it. */
 void CheckRows(const Catalogue& catalogue) {
     for (const CommandRow& row : kCommands) {
         const std::string name = std::string(row.object) + std::string(row.command);
@@ -190,7 +190,7 @@ void CheckRows(const Catalogue& catalogue) {
     }
 }
 
-/** Null for a command without a row. */
+/** Returns null for a command without a row. */
 const CommandRow* FindRow(const Catalogue& catalogue, std::string_view object, std::string_view command) {
     [[maybe_unused]] static const bool checked = (CheckRows(catalogue), true);
     const auto* row = std::find_if(std::begin(kCommands), std::end(kCommands), [&](const CommandRow& each) {
@@ -215,7 +215,7 @@ Answer AnswerCommand(CallContext& context) {
     }
     if (row == nullptr) {
         throw ApiFailure("MethodNotAvailable",
-                         context.selection.Name() + " " + command + " is not carried out by this array");
+                         context.selection.Name() + " " + command + " is not supported by this array");
     }
     for (const Step* step = row->steps; step->run != nullptr; ++step) {
         if (std::optional<Answer> answer = step->run(context, subject, *step)) {

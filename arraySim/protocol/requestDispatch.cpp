@@ -14,7 +14,7 @@ namespace {
 
 // ---- GetList ----
 
-/** Repeats the objects until there are more than the daemon's table takes. */
+/** Repeats the objects until there are `wanted`. */
 void Overfill(std::vector<Object*>& objects, size_t wanted) {
     const size_t distinct = objects.size();
     for (size_t i = 0; distinct > 0 && objects.size() < wanted; ++i) {
@@ -22,7 +22,7 @@ void Overfill(std::vector<Object*>& objects, size_t wanted) {
     }
 }
 
-/** A filter that cannot be parsed is an error: without it the list would hold what nobody asked for. */
+/** Rejects an invalid filter: without it, the list would contain objects that were not requested. */
 void CheckFilter(const BASEApiMethod& call) {
     const std::string text = call.GetAttribute("Filter");
     const auto* list = dynamic_cast<const GETLISTApiMethod*>(&call);
@@ -31,7 +31,7 @@ void CheckFilter(const BASEApiMethod& call) {
     }
     const std::unique_ptr<FILTERList> filter(list->GetFilter());
     if (!filter || filter->items.empty()) {
-        throw ApiFailure("InvalidArguments", "'" + text + "' is no filter");
+        throw ApiFailure("InvalidArguments", "'" + text + "' is not a valid filter");
     }
 }
 
@@ -45,7 +45,7 @@ Answer AnswerGetList(CallContext& context) {
             }
         }
     }
-    // An array without a monitored UPS says so, where every other list is simply empty.
+    // Without a UPS, the array reports an error; any other list without objects is empty.
     if (objects.empty() && context.selection.Name() == "TsUps" && !context.alteration.no_objects) {
         throw ApiFailure("ObjectNotAvailable", "No UPS is monitored");
     }
@@ -57,7 +57,7 @@ Answer AnswerGetList(CallContext& context) {
 
 // ---- Modify ----
 
-/** Every object carries the array's name. */
+/** Updates the array's name, which every object contains. */
 void SpreadArrayName(Model& model, const std::string& name) {
     for (const ObjectList& list : model.catalogue().lists()) {
         for (Object& object : model.Objects(list)) {
@@ -79,7 +79,7 @@ void ChangeAttribute(Model& model, Object& object, const std::string& attribute,
     if (attribute == "Name" && &object == model.Array()) {
         SpreadArrayName(model, value);
     }
-    // The index of a reference is an attribute of its own: `Folder` and `FolderIndex`.
+    // The index of a reference is a separate attribute: `Folder` and `FolderIndex`.
     const auto* reference =
         dynamic_cast<const OBJECTApiAttribute*>(FindAttributeIn(object.kind->whole, attribute));
     if (reference != nullptr) {
@@ -90,7 +90,7 @@ void ChangeAttribute(Model& model, Object& object, const std::string& attribute,
     }
 }
 
-/** All attributes have been checked before the first is changed. */
+/** Changes all attributes or none, because all were checked when the call was made. */
 Answer AnswerModify(CallContext& context) {
     Object& subject = SubjectOf(context);
     CheckLock(context, subject);
@@ -103,7 +103,7 @@ Answer AnswerModify(CallContext& context) {
         }
     }
     if (changes == 0) {
-        throw ApiFailure("InvalidArguments", "Nothing to modify was given");
+        throw ApiFailure("InvalidArguments", "Missing attributes to modify");
     }
     return ObjectAnswer(context, nullptr);
 }

@@ -20,7 +20,7 @@ struct Unit {
 };
 constexpr Unit kUnits[] = {{"ms", 1}, {"s", 1000}, {"m", 60000}};
 
-/** "5s", "250ms", "1m". */
+/** Parses "5s", "250ms" or "1m". Returns milliseconds. */
 int64_t ReadTime(const std::string& text) {
     const size_t end = text.find_first_not_of("0123456789");
     const std::optional<uint32_t> number = ReadUint32(std::string_view(text).substr(0, end));
@@ -29,10 +29,10 @@ int64_t ReadTime(const std::string& text) {
             return *number * unit.milliseconds;
         }
     }
-    throw CommandError("'" + text + "' is no time; write 250ms, 5s or 1m");
+    throw CommandError("'" + text + "' is not a time; write 250ms, 5s or 1m");
 }
 
-/** The line behind its first `count` words. */
+/** Returns the line without its first `count` words. */
 std::string Behind(const std::string& line, size_t count) {
     size_t at = line.find_first_not_of(" \t");
     for (size_t i = 0; i < count && at != std::string::npos; ++i) {
@@ -45,7 +45,7 @@ std::string Behind(const std::string& line, size_t count) {
 void ReadWait(const Catalogue& catalogue, const std::vector<std::string>& words, ScenarioStep& step) {
     const bool is_ping = words.size() == 3 && words[2] == kPingTopic;
     if (words.size() < 3 || words[1] != "for" || (!is_ping && words.size() != 4)) {
-        throw CommandError("a wait reads: wait for GetList|Get|Modify KIND, or wait for Ping");
+        throw CommandError("expected: wait for GetList|Get|Modify KIND, or wait for Ping");
     }
     step.wait_command = words[2];
     step.wait_object = "-";
@@ -53,11 +53,11 @@ void ReadWait(const Catalogue& catalogue, const std::vector<std::string>& words,
         return;
     }
     if (words[2] != "GetList" && words[2] != "Get" && words[2] != "Modify") {
-        throw CommandError("'" + words[2] + "' is none of GetList, Get, Modify, Ping");
+        throw CommandError("unexpected '" + words[2] + "'; expected GetList, Get, Modify or Ping");
     }
     const std::optional<Selection> selection = catalogue.Find(words[3]);
     if (!selection || !Catalogue::IsRequestable(*selection)) {
-        throw CommandError("'" + words[3] + "' is nothing that is asked for");
+        throw CommandError("'" + words[3] + "' cannot be requested");
     }
     step.wait_object = selection->Name();
 }
@@ -69,7 +69,7 @@ ScenarioStep ReadStep(const Catalogue& catalogue, const std::string& line) {
     std::string rest = line;
     if (words[0] == "at" || words[0] == "after") {
         if (words.size() < 3) {
-            throw CommandError("a timed line reads: " + words[0] + " TIME COMMAND");
+            throw CommandError("expected: " + words[0] + " TIME COMMAND");
         }
         step.when = words[0] == "at" ? ScenarioStep::When::kAt : ScenarioStep::When::kAfter;
         step.time_ms = ReadTime(words[1]);
@@ -79,7 +79,7 @@ ScenarioStep ReadStep(const Catalogue& catalogue, const std::string& line) {
     if (words[0] == "wait") {
         ReadWait(catalogue, words, step);
     } else {
-        ParseCommand(catalogue, words);  // for its mistakes; it runs from its text
+        ParseCommand(catalogue, words);  // only to report errors; `rest` is executed
         step.command = rest;
     }
     return step;
@@ -104,7 +104,7 @@ Scenario ParseScenario(const Catalogue& catalogue, const std::string& file, std:
             step.line = number;
             if (step.when == ScenarioStep::When::kAt) {
                 if (step.time_ms < latest_ms) {
-                    throw CommandError("this time lies before that of an earlier line");
+                    throw CommandError("the time is earlier than that of a previous line");
                 }
                 latest_ms = step.time_ms;
             }

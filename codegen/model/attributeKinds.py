@@ -1,4 +1,4 @@
-"""The kinds of attributes: the rules that a kind takes, and its values in C++ and in words."""
+"""The kinds of attributes: which rules each kind accepts, and its values in C++ and in prose."""
 
 from dataclasses import dataclass
 
@@ -21,16 +21,16 @@ class Kind:
 
 
 KINDS = {
-    "BOOLEAN": Kind("yes or no", "bool", "bool"),
-    "INT": Kind("a number", "int64_t", "int64_t", "number", BOUNDS),
-    "DOUBLE": Kind("a real number", "double", "double", "number", BOUNDS),
-    "INTARRAY": Kind("numbers", "const std::vector<int64_t>&", "std::vector<int64_t>", "numbers", BOUNDS),
-    "STRING": Kind("a text", TEXT, "std::string", "text", LENGTHS + ("invalid",)),
+    "BOOLEAN": Kind("a Boolean", "bool", "bool"),
+    "INT": Kind("an integer", "int64_t", "int64_t", "number", BOUNDS),
+    "DOUBLE": Kind("a floating-point number", "double", "double", "number", BOUNDS),
+    "INTARRAY": Kind("integers", "const std::vector<int64_t>&", "std::vector<int64_t>", "numbers", BOUNDS),
+    "STRING": Kind("a string", TEXT, "std::string", "text", LENGTHS + ("invalid",)),
     "NAME": Kind("a name", TEXT, "std::string", "name", LENGTHS),
-    "STRINGARRAY": Kind("texts", TEXTS, "std::vector<std::string>", "texts"),
-    "ENUM": Kind("a word", TEXT, "std::string", "description", ("table",)),
-    "ENUMMASK": Kind("words", TEXTS, "std::vector<std::string>", "descriptions", ("table",)),
-    "INSTANCEID": Kind("an instance's id", TEXT, "std::string", "id"),
+    "STRINGARRAY": Kind("strings", TEXTS, "std::vector<std::string>", "texts"),
+    "ENUM": Kind("a string", TEXT, "std::string", "description", ("table",)),
+    "ENUMMASK": Kind("strings", TEXTS, "std::vector<std::string>", "descriptions", ("table",)),
+    "INSTANCEID": Kind("an instance ID", TEXT, "std::string", "id"),
     "OBJECT": Kind("a reference, null for none", "const APIObjectInstance*", "std::unique_ptr<APIObjectInstance>"),
     "OBJECTARRAY": Kind("references", "const std::vector<const APIObjectInstance*>&",
                         "std::vector<std::unique_ptr<APIObjectInstance>>", "values"),
@@ -38,13 +38,13 @@ KINDS = {
                          ("object",)),
     "METHODOBJECTARRAY": Kind("structured arguments", "const std::vector<const BASEApiMethodObject*>&",
                               "std::vector<{object}>", "values", ("object",)),
-    "DATETIME": Kind("a time", "const DATETIMEValue&", "DATETIMEValue", "time"),
+    "DATETIME": Kind("a date and time", "const DATETIMEValue&", "DATETIMEValue", "time"),
     "SIZE": Kind("a storage size", "const SIZEValue&", "SIZEValue", "size"),
     "TEMPERATURE": Kind("a temperature", "const TEMPERATUREValue&", "TEMPERATUREValue", "temperature"),
     "VERSION": Kind("a version", "const VERSIONValue&", "VERSIONValue", "version"),
     "IPV4ADDRESS": Kind("an IPv4 address", TEXT, "std::string", "address"),
     "IPV6ADDRESS": Kind("an IPv6 address", TEXT, "std::string", "address"),
-    # No attribute line takes it: a list's filter stands by its name alone, and its accessors are in the base.
+    # Not valid in the data: a filter is an argument without a kind, and its accessors are in the base class.
     "GETLISTFILTER": Kind("a filter", "const FILTERList*", "FILTERList*", "filter"),
 }
 
@@ -61,7 +61,7 @@ HEADER_OF_KIND = {kind: header for header, kinds in _HEADERS.items() for kind in
 
 
 def takes(attribute):
-    """Type and name of the setter's parameter."""
+    """Returns type and name of the setter's parameter."""
     kind = KINDS[attribute.kind]
     if attribute.kind == "ENUM" and "table" in attribute.rules:
         return "int id"
@@ -91,12 +91,12 @@ def _text_limits(rules):
 
 
 def in_words(attribute):
-    """What a value is, for a comment on its accessors."""
+    """Describes the value, for a comment on its accessors."""
     kind, rules = KINDS[attribute.kind], attribute.rules
     if "table" in rules and attribute.kind == "ENUM":
-        return f"a row of g{rules['table']}EnumIdStrList, by its id"
+        return f"the ID of a row of g{rules['table']}EnumIdStrList"
     if "table" in rules:
-        return f"rows of g{rules['table']}EnumIdStrList, by their descriptions"
+        return f"descriptions of rows of g{rules['table']}EnumIdStrList"
     if kind.rules == BOUNDS:
         return kind.words + _limits(rules.get("min"), rules.get("max"), " from {}", " from {} to {}", " up to {}")
     if LENGTHS[0] in kind.rules:

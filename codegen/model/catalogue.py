@@ -1,4 +1,4 @@
-"""The catalogue as the data files describe it."""
+"""The catalogue of API objects."""
 
 from dataclasses import dataclass, field
 
@@ -6,7 +6,7 @@ from codegen.reader import Place
 
 PRIVILEGES = ("Admin", "VolumeManager", "Reporter")
 
-# Word in the data -> class of the library.
+# Keyword in the data: class of the library.
 BASES = {"status": "TSStatusBaseApiObject", "plain": "TSBaseApiObject"}
 
 FILTER_COMMAND = "GetList"
@@ -14,7 +14,7 @@ FILTER_COMMAND = "GetList"
 
 @dataclass
 class Attribute:
-    """One descriptor. rules: key -> text, or number for bounds and lengths."""
+    """One descriptor. rules: {key: string, or number for bounds and lengths}."""
 
     place: Place
     name: str
@@ -70,7 +70,7 @@ class ArrayObject:
         return INHERITED[self.base]
 
     def shares(self, attribute):
-        """Whether a command's attribute is one of the object's own, so that one descriptor serves both."""
+        """Returns whether the object has the same attribute as a command, so that they can share a descriptor."""
         return any(own.name == attribute.name and own.kind == attribute.kind and own.rules == attribute.rules
                    for own in self.attributes)
 
@@ -96,7 +96,7 @@ def _base_attribute(name, kind, width, label, **rules):
     return Attribute(Place("base classes", 0), name, kind, width, label, rules)
 
 
-# What the hand-written base classes bring along, in the order of their lists.
+# The attributes of the hand-written base classes, in the order of their lists.
 _PLAIN = [
     _base_attribute("TsName", "NAME", 25, "Tessera", minLength=1),
     _base_attribute("TsSerialNumber", "INT", 25, "Tessera SN"),

@@ -1,11 +1,11 @@
-"""What must hold for a whole object, or between the files."""
+"""Checks of whole objects, and across files."""
 
 import os
 
 from codegen.model import classNames
 from codegen.model.catalogue import FILTER_COMMAND
 
-# Set... and Get... of these would hide an operation of the base classes.
+# Accessors of these would hide functions of the base classes.
 RESERVED_IN_OBJECTS = ("Attribute", "AttributeList", "ObjectName")
 RESERVED_IN_METHODS = ("Attribute", "AttributeList", "CommandName", "LiteObj", "ObjectName", "RequiredPrivilege")
 
@@ -19,16 +19,16 @@ def check_file_name(each):
 def check_command(command):
     names = [argument.name for argument in command.arguments]
     if command.is_list() != ("Filter" in names):
-        raise command.place.error(f"{FILTER_COMMAND}, and no other command, needs 'Filter'")
+        raise command.place.error(f"{FILTER_COMMAND}, and no other command, requires 'Filter'")
     if command.is_list() and command.changes_state:
-        raise command.place.error(f"{FILTER_COMMAND} changes nothing")
+        raise command.place.error(f"{FILTER_COMMAND} must be 'reads'")
     for argument in command.arguments:
         if argument.name in RESERVED_IN_METHODS:
-            raise argument.attribute.place.error(f"an accessor for '{argument.name}' would hide one of the base")
+            raise argument.attribute.place.error(f"an accessor for '{argument.name}' would hide one of the base class")
 
 
 def check_order(each):
-    """Arguments take label and width from the attributes, which must be known by then."""
+    """Commands must come last, because their arguments take label and width from the attributes."""
     for command in each.commands:
         late = next((a for a in each.attributes if a.place.line > command.place.line), None)
         if late:
@@ -38,15 +38,15 @@ def check_order(each):
 def check_references(attribute, catalogue, tables):
     table, method_object = attribute.rules.get("table"), attribute.rules.get("object")
     if table and table not in tables:
-        raise attribute.place.error(f"there is no enumeration '{table}'")
+        raise attribute.place.error(f"unknown enumeration '{table}'")
     if method_object and catalogue.method_object(method_object) is None:
-        raise attribute.place.error(f"there is no method object '{method_object}'")
+        raise attribute.place.error(f"unknown method object '{method_object}'")
     if attribute.kind.startswith("METHODOBJECT") and not method_object:
-        raise attribute.place.error(f"kind {attribute.kind} needs object=")
+        raise attribute.place.error(f"kind {attribute.kind} requires object=")
 
 
 def check_method_classes(objects):
-    """A factory would keep the last of two classes of one name and say nothing."""
+    """Class names must be unique: a factory would silently keep only the last class of a name."""
     owners = {}
     for each in objects:
         for command in each.commands:
@@ -67,7 +67,7 @@ def check_catalogue(catalogue, tables):
             raise each.place.error(f"'{each.name}' has no attributes")
         for attribute in each.attributes:
             if attribute.name in RESERVED_IN_OBJECTS:
-                raise attribute.place.error(f"an accessor for '{attribute.name}' would hide one of the base")
+                raise attribute.place.error(f"an accessor for '{attribute.name}' would hide one of the base class")
             check_references(attribute, catalogue, tables)
     for each in catalogue.objects:
         check_file_name(each)

@@ -1,4 +1,4 @@
-"""Reads the API objects and structured arguments, with the checks that one line allows."""
+"""Parses the API objects and structured arguments, with all checks of single lines."""
 
 import re
 
@@ -17,8 +17,7 @@ NUMBER_RULES = ("min", "max", "minLength", "maxLength")
 DEFAULT_WIDTH = 20
 GREATEST_WIDTH = 200
 
-# Arguments that are entered by their name alone: kind, rules, and whether a method class describes them. Which
-# instance a call is for is no matter of a single class.
+# Arguments that have no kind in the data: their kind and rules, and whether the method class has a descriptor.
 KNOWN_ARGUMENTS = {
     "InstanceId": ("INSTANCEID", {}, False),
     "Filter": ("GETLISTFILTER", {}, True),
@@ -28,21 +27,21 @@ KNOWN_ARGUMENTS = {
 
 def read_name(line, word, what):
     if not NAME.match(word):
-        raise line.error(f"'{word}' is not a name of {what}: a capital letter, then letters and digits")
+        raise line.error(f"invalid name '{word}' of {what}; use a capital letter, then letters and digits")
     return word
 
 
 def read_text(line, word, what):
     if not LABEL.match(word):
-        raise line.error(f"{what} holds a character outside printable ASCII")
+        raise line.error(f"{what} contains a character outside printable ASCII")
     if "*/" in word:
-        raise line.error(f"{what} would end a comment")
+        raise line.error(f"{what} must not contain '*/'")
     return word
 
 
 def read_kind(line, word):
     if word not in ATTRIBUTE_KINDS:
-        raise line.error(f"'{word}' is not a kind of attribute: {', '.join(ATTRIBUTE_KINDS)}")
+        raise line.error(f"unknown kind '{word}'; expected one of {', '.join(ATTRIBUTE_KINDS)}")
     return word
 
 
@@ -62,12 +61,12 @@ def read_rules(line, kind, words):
         if low in rules and high in rules and rules[low] > rules[high]:
             raise line.error(f"{low} is greater than {high}")
     if kind == "STRING" and rules.get("minLength") == rules.get("maxLength") == 0:
-        raise line.error("lengths of 0 and 0 would turn all checks of the text off")
+        raise line.error("minLength=0 maxLength=0 would disable all checks")
     return rules
 
 
 def read_attribute(line, taken):
-    """attribute NAME KIND WIDTH LABEL [RULE...] [flagged]; taken: what the class has already."""
+    """Parses attribute NAME KIND WIDTH LABEL [RULE...] [flagged]. taken: the attributes that the class already has."""
     words = line.words[1:]
     if len(words) < 4:
         raise line.error('expected: attribute NAME KIND WIDTH "LABEL" [RULE...]')
@@ -86,12 +85,12 @@ def read_attribute(line, taken):
 
 
 def label_of(name):
-    """A label for an argument that no attribute of the object shares its name with."""
+    """Returns the label of an argument if no attribute of the object has the same name."""
     return WORD_BORDER.sub(" ", name)
 
 
 def read_argument(line, owner, command):
-    """needs|takes NAME [KIND [RULE...]]: label and width are those of the object's attribute of that name."""
+    """Parses needs|takes NAME [KIND [RULE...]]. Label and width are those of the object's attribute of that name."""
     words = line.words
     if words[0] not in ("needs", "takes") or len(words) < 2:
         raise line.error("expected: needs|takes NAME [KIND [RULE...]]")
@@ -100,13 +99,13 @@ def read_argument(line, owner, command):
         if other.name == name:
             raise line.error(f"duplicate argument '{name}'; first defined at {other.attribute.place}")
     if needed and command.arguments and not command.arguments[-1].needed:
-        raise line.error("the lines 'needs' must come before the lines 'takes'")
+        raise line.error("'needs' lines must come before 'takes' lines")
     if name in KNOWN_ARGUMENTS:
         if len(words) != 2:
-            raise line.error(f"'{name}' takes no kind")
+            raise line.error(f"'{name}' must not have a kind")
         kind, rules, described = KNOWN_ARGUMENTS[name]
     elif len(words) == 2:
-        raise line.error(f"'{name}' needs a kind")
+        raise line.error(f"'{name}' requires a kind")
     else:
         kind, described = read_kind(line, words[2]), True
         rules = read_rules(line, kind, words[3:])
@@ -149,7 +148,7 @@ def read_object_head(line):
 
 
 def read_object(lines):
-    """One object file. Its first line says which object; attributes, commands and associations follow."""
+    """Parses an object file: an object line, then its attributes, commands and associations."""
     each = read_object_head(lines[0])
     for line in lines[1:]:
         if line.words[0] == "attribute":
@@ -166,11 +165,11 @@ def read_object(lines):
 
 
 def read_method_objects(lines):
-    """methodObject NAME "TEXT", each with its attributes below."""
+    """Parses lines methodObject NAME "TEXT", each with its attributes below."""
     found = {}
     for line in lines:
         if line.words[0] != "methodObject" or len(line.words) != 3:
-            raise line.error('expected: methodObject NAME "TEXT", and below it attribute lines')
+            raise line.error('expected: methodObject NAME "TEXT", with attribute lines below it')
         name = read_name(line, line.words[1], "a method object")
         each = MethodObject(line.place, name, read_text(line, line.words[2], "the text"))
         line.add_to(found, name, each, "method object")
@@ -182,12 +181,12 @@ def read_method_objects(lines):
 
 
 def read(data):
-    """The catalogue and the enumerations of data/api, checked; raises DataError."""
+    """Returns the catalogue and the enumerations of data/api, checked. Raises DataError."""
     objects = []
     for name in data.files("api/objects"):
         lines = data.lines(name)
         if not lines:
-            raise DataError(f"{data.shown(name)}:1: the file holds no object")
+            raise DataError(f"{data.shown(name)}:1: missing object line")
         objects.append(read_object(lines))
     catalogue = Catalogue(objects, read_method_objects(data.lines("api/methodObjects.def")))
     tables = enumerations.read(data)

@@ -1,4 +1,4 @@
-"""What classes, operations and units are called: the one place where such names are put together."""
+"""The names of generated classes, functions and units."""
 
 UNIT_FOLDER = "apiMgmt/apiStub/apiSdk/objects/tessera/src/"
 METHOD_OBJECT_UNIT = "apiMethodObjects"
@@ -9,7 +9,7 @@ def object_class(name):
 
 
 def unit(name):
-    """The unit of an object, which is also the place that its errors name."""
+    """Returns the unit of an object, which its errors name as their source."""
     return f"api{name}"
 
 
@@ -26,7 +26,7 @@ def attribute_class(kind):
 
 
 def accessor(attribute):
-    """The operation that gives the descriptor."""
+    """Returns the name of the function that returns the descriptor."""
     return f"{attribute}Attribute"
 
 
@@ -39,5 +39,5 @@ def privilege(name):
 
 
 def variable(name):
-    """A class's or a method's name as that of a variable."""
+    """Converts the name of a class or method to that of a variable."""
     return name[0].lower() + name[1:]

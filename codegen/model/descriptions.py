@@ -1,4 +1,4 @@
-"""What the MIB module tells readers: the texts of things, textual conventions, and the module itself."""
+"""The prose of the MIB module: descriptions, textual conventions, and the module itself."""
 
 import re
 from dataclasses import dataclass, field
@@ -15,25 +15,25 @@ ENTERPRISES = (1, 3, 6, 1, 4, 1)
 
 def check_text(line, text):
     if '"' in text or any(not 32 <= ord(char) < 127 for char in text):
-        raise line.error("a text of the MIB has printable ASCII characters only, and no double quotes")
+        raise line.error("a MIB string must be printable ASCII without double quotes")
     return text
 
 
 def is_text(line):
-    """Below a thing, a line of one word is a piece of its text."""
+    """Returns whether a line below a thing is part of its description: it has only one word."""
     return len(line.words) == 1
 
 
 @dataclass(kw_only=True)
 class Described:
-    """A thing with a text. texts: the pieces as entered; an empty one separates two paragraphs."""
+    """A thing with a description. texts: its parts as entered; an empty one separates two paragraphs."""
 
     place: Place
     name: str
     texts: list = field(default_factory=list)
 
     def read_texts(self, line):
-        """Takes the texts from below the line; returns the other lines below it."""
+        """Stores the description below the line. Returns the other lines below it."""
         self.texts = [check_text(below, below.words[0]) for below in line.below if is_text(below)]
         return [below for below in line.below if not is_text(below)]
 
@@ -101,14 +101,14 @@ class Descriptions:
     conventions: dict = field(default_factory=dict)
 
     def text_convention(self):
-        """The one of all strings that do not name another."""
+        """Returns the convention of all strings that do not name another."""
         return next(each for each in self.conventions.values() if each.is_text())
 
 
 def read_node(line, nodes):
     name, parent = line.name(line.words[1], NAME, "a node"), line.words[2]
     if parent not in nodes and parent != "enterprises":
-        raise line.error(f"there is no node '{parent}' above this line")
+        raise line.error(f"unknown node '{parent}'; define it above this line")
     above = nodes[parent].oid if parent in nodes else ENTERPRISES
     return Node(place=line.place, name=name, parent=parent, oid=above + (line.number(line.words[3], 1),))
 
@@ -142,15 +142,15 @@ def read_value(line, convention):
     if words[0] != "value" or len(words) < 4 or not re.match(r"-?\d{1,9}$", words[1]):
         raise line.unknown()
     if convention.is_text() or convention.option("components"):
-        raise line.error(f"'{convention.name}' takes no values")
+        raise line.error(f"'{convention.name}' must not have values")
     texts = [text for word in words[4:] for text in line.options([word], ("text",)).values()]
     value = Value(int(words[1]), line.name(words[2], NAME, "a value"), check_text(line, words[3]), texts)
     if convention.values and value.number <= convention.values[-1].number:
-        raise line.error(f"{value.number} does not come after {convention.values[-1].number}")
+        raise line.error(f"{value.number} must be greater than {convention.values[-1].number} above")
     if any(value.label == other.label for other in convention.values):
         raise line.error(f"duplicate value '{value.label}'")
     if texts and not convention.option("from"):
-        raise line.error("text= is for conventions with from=")
+        raise line.error("text= requires a convention with from=")
     convention.values.append(value)
 
 
@@ -168,7 +168,7 @@ def read_convention(line, found):
 
 
 def read(data):
-    """The module and its conventions, not yet checked against the columns. Raises DataError."""
+    """Returns the module and its conventions, not yet checked against the columns. Raises DataError."""
     found = Descriptions()
     for line in data.lines("mib/module.def"):
         read_module_line(line, found)

@@ -1,4 +1,4 @@
-"""The enumerations of the API, with every check on them."""
+"""Parses and checks the enumerations of the API."""
 
 import re
 from dataclasses import dataclass, field
@@ -35,13 +35,13 @@ def parse_head(line):
 
 def check_ui_string(line, text, description):
     if text == description:
-        raise line.error("the text equals the identifier; leave it out")
+        raise line.error("the text equals the identifier; omit it")
     try:
         text.encode("iso-8859-1")
     except UnicodeEncodeError:
-        raise line.error(f"'{text}' holds a letter outside ISO-8859-1") from None
+        raise line.error(f"'{text}' contains a character outside ISO-8859-1") from None
     if not text.isprintable() or not text.strip():
-        raise line.error("the text must be printable and not blank")
+        raise line.error("the text must be printable and not only spaces")
 
 
 def parse_row(line):
@@ -49,7 +49,7 @@ def parse_row(line):
     if len(words) not in (2, 3):
         raise line.error('expected: VALUE IDENTIFIER ["TEXT"]')
     if not VALUE.match(words[0]) or not -2**31 <= int(words[0]) < 2**31:
-        raise line.error(f"'{words[0]}' is not a number of 32 bits")
+        raise line.error(f"'{words[0]}' is not a signed 32-bit number")
     line.name(words[1], DESCRIPTION, "a row")
     if len(words) == 3:
         check_ui_string(line, words[2], words[1])
@@ -58,7 +58,7 @@ def parse_row(line):
 
 def add_row(table, row):
     if table.rows and row.value <= table.rows[-1].value:
-        raise row.place.error(f"the id {row.value} does not come after {table.rows[-1].value}")
+        raise row.place.error(f"{row.value} must be greater than {table.rows[-1].value} above")
     for other in table.rows:
         if other.description.lower() == row.description.lower():
             raise row.place.error(f"duplicate '{row.description}'; first defined at {other.place}")
@@ -75,7 +75,7 @@ def read_table(line):
 
 
 def read(data):
-    """All tables of data/api/enumerations, file by file in the order of their names; raises DataError."""
+    """Returns all tables of data/api/enumerations, by file name. Raises DataError."""
     by_name = {}
     for name in data.files("api/enumerations"):
         for line in data.lines(name):

@@ -1,4 +1,4 @@
-"""Holds the expressions of rules and panels against the metrics: a name that does not exist never alerts."""
+"""Checks the expressions of rules and panels against the metrics, because an unknown name would never alert."""
 
 import re
 
@@ -14,7 +14,7 @@ NAME = re.compile(r"(?<![\w.])[a-zA-Z_:][\w:]*\b(?!\s*\()")
 
 
 class Checker:
-    """raises what error(text) makes at the first name that does not exist."""
+    """Raises the exception that error(text) returns, for the first unknown name."""
 
     def __init__(self, all_metrics, error):
         self.by_name, self.error = all_metrics.by_name(), error
@@ -23,7 +23,7 @@ class Checker:
         if name in OTHER_METRICS:
             return TARGET_LABELS.union(OTHER_METRICS[name])
         if name not in self.by_name:
-            raise self.error(f"there is no metric '{name}'")
+            raise self.error(f"unknown metric '{name}'")
         return TARGET_LABELS.union(self.by_name[name].all_labels())
 
     def check_matchers(self, name, text):
@@ -42,7 +42,7 @@ class Checker:
                 raise self.error(f"'{metric.name}' has no state '{state}'")
 
     def check(self, text):
-        """The names of the metrics of an expression."""
+        """Checks an expression. Returns the names of its metrics."""
         for name, matchers in SELECTOR.findall(text):
             self.check_matchers(name, matchers)
         bare = RANGE.sub("", SELECTOR.sub(r"\1", text))

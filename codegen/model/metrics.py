@@ -1,4 +1,4 @@
-"""What monitors make of each column: read from metrics.def and held against the MIB."""
+"""How monitoring systems use each column: parsed from metrics.def and checked against the MIB."""
 
 import re
 from dataclasses import dataclass, field
@@ -13,12 +13,12 @@ GAUGE, STATES, INFO, TEXT, DECIMAL = "gauge", "states", "info", "text", "decimal
 
 @dataclass
 class Module:
-    """What is scraped together, and how often."""
+    """Columns that are scraped together, and how often."""
     interval: str
     text: str
 
     def timeout(self):
-        """As long as it can be; a little is left for the exporter's own work."""
+        """Returns the interval without 5 s, which the exporter needs for its own work."""
         return f"{60 * int(self.interval[:-1]) - 5}s"
 
 
@@ -33,7 +33,7 @@ class Plan:
 
 @dataclass
 class Metric:
-    """A column as a time series. labels: those that tell its rows apart, without that of its own state or text."""
+    """A column as a time series. labels: those that distinguish its rows, without own_label()."""
     column: object
     kind: str
     module: str
@@ -45,7 +45,7 @@ class Metric:
         return self.column.name + ("_info" if self.kind == INFO else "")
 
     def own_label(self):
-        """The label that holds the state or the text; empty for plain numbers."""
+        """Returns the label that contains the state or string; empty for plain numbers."""
         return self.column.name if self.kind in (STATES, INFO, TEXT) else ""
 
     def all_labels(self):
@@ -64,7 +64,7 @@ class Metrics:
         return {each.name: each for each in self.all}
 
     def of(self, column):
-        """The metric of a column, or None."""
+        """Returns the metric of a column, or None."""
         return next((each for each in self.all if each.column is column), None)
 
 
@@ -83,7 +83,7 @@ class Reader:
 
     def known(self, line, where, name, what):
         if name not in where:
-            raise line.error(f"there is no {what} '{name}'")
+            raise line.error(f"unknown {what} '{name}'")
         return name
 
     def read(self, lines):
@@ -118,17 +118,17 @@ class Reader:
 
 
 def row_table(table, mib):
-    """The table whose rows are those of this one: itself, unless it is filled together with another."""
+    """Returns the table that defines the rows of this one: itself, or the one that it is filled with."""
     return mib.table(table.pace) or table
 
 
 def indexes(table, mib):
-    """The tables whose row numbers are the index of this one, the parent's first."""
+    """Returns the tables whose row numbers index this one, the parent first."""
     return [each for each in (table.parent, row_table(table, mib)) if each]
 
 
 def lookups(table, mib, plans):
-    """(row labels, column) of each label that is read from another column: of the parent its first one."""
+    """Returns (row labels, column) of each label that another column provides; of a parent, only its first label."""
     parents = indexes(table, mib)
     rows = [names.row(each) for each in parents]
     of_parent = [(rows[:1], plans[each.name].labels[0]) for each in parents[:-1] if plans[each.name].labels]
@@ -140,7 +140,7 @@ class Builder:
         self.snmp, self.mib, self.metrics = snmp, snmp.mib, metrics
 
     def is_left(self, column):
-        """Row numbers are labels; what a process remembers of its latest notification is no state of the array."""
+        """Row numbers are labels instead, and data of the latest notification are not a state of the array."""
         return (column.is_first_of_table() or column.source in ("force", "process") or
                 column.name in self.labels_of(column.table) or self.metrics.special.get(column.name) == "leave")
 
@@ -155,7 +155,7 @@ class Builder:
         if convention is None or column.type == "string":
             return TEXT if column.type == "string" else GAUGE
         if convention.name not in self.metrics.kinds:
-            raise column.place.error(f"metrics.def does not say how '{convention.name}' of '{column.name}' is shown")
+            raise column.place.error(f"metrics.def: no states or info for '{convention.name}' of '{column.name}'")
         return self.metrics.kinds[convention.name]
 
     def build(self, column):
@@ -170,15 +170,15 @@ class Builder:
     def build_all(self):
         for name in (None, *(table.name for table in self.mib.tables)):
             if name not in self.metrics.plans:
-                raise DataError(f"metrics.def says nothing about {'table ' + name if name else 'the scalars'}")
+                raise DataError(f"metrics.def: missing line '{'table ' + name if name else 'scalars'}'")
         self.metrics.all = [self.build(column) for column in self.mib.columns if not self.is_left(column)]
         used = {each.convention.name for each in self.metrics.all if each.convention}
         for name in self.metrics.kinds:
             if name not in used:
-                raise DataError(f"metrics.def: no column that is shown has the convention '{name}'")
+                raise DataError(f"metrics.def: no shown column has the convention '{name}'")
         return self.metrics
 
 
 def read(data, snmp):
-    """Every metric of the MIB, as monitoring/metrics.def has it; raises DataError."""
+    """Returns all metrics of the MIB as monitoring/metrics.def defines them. Raises DataError."""
     return Builder(snmp, Reader(snmp).read(data.lines("monitoring/metrics.def"))).build_all()

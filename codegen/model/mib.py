@@ -1,4 +1,4 @@
-"""The columns of the MIB and what fills them, with the checks that need nothing else."""
+"""Parses the columns of the MIB and what fills them, with the checks that need no other data."""
 
 import re
 from dataclasses import dataclass, field
@@ -7,7 +7,7 @@ from codegen.model.descriptions import Described, check_text
 from codegen.reader import DataError, Place
 
 TYPES = ("string", "integer", "unsigned", "enumeration")
-# The sources of a column, and how many words each takes for a scalar and for a column of a table.
+# The sources of a column: number of arguments for a scalar and for a column of a table; None if not allowed.
 SOURCES = {"row": (None, 0), "attribute": (1, 1), "force": (None, 0), "computed": (1, 0), "constant": (1, None),
            "copy": (1, None), "process": (0, None)}
 PARENT_ITEMS = ("controller", "enclosure")
@@ -15,7 +15,7 @@ REQUESTS = ("list", "instance")
 PACES = ("seconds", "minutes")
 NAME = re.compile(r"[A-Za-z][A-Za-z0-9]*$")
 OPERATION = re.compile(r"[A-Za-z_][A-Za-z0-9_]*$")
-# A ForceTrap column is filled with the name of its object, of which the post-process makes the answer to a GET.
+# A ForceTrap column is filled with the name of its object, which the post-process turns into the value of a GET.
 FORCE_ATTRIBUTE, FORCE_POST_PROCESS = "Name", "force_trap"
 
 
@@ -37,7 +37,7 @@ class Column(Described):
         return self.table is not None and self.table.columns[0] is self
 
     def is_filled(self):
-        """Whether an attribute of an API object fills it."""
+        """Returns whether an attribute of an API object fills it."""
         return self.source in ("attribute", "force")
 
 
@@ -75,7 +75,7 @@ class MapEntry:
 
 @dataclass
 class Refresh:
-    """How the list of an API object fills a table, in the order in which it is done."""
+    """How the list of an API object fills a table. entries: in the order in which they are stored."""
 
     object_name: str
     table: Table
@@ -84,7 +84,7 @@ class Refresh:
 
 @dataclass
 class Request:
-    """What the daemon can ask of an API object: its list or an instance."""
+    """A call that the daemon can make: the list of an API object, or an instance."""
 
     place: Place
     object_name: str
@@ -96,7 +96,7 @@ class Mib:
     columns: list = field(default_factory=list)
     tables: list = field(default_factory=list)
     refreshes: list = field(default_factory=list)
-    requests: list = field(default_factory=list)  # beside those that follow from tables and notifications
+    requests: list = field(default_factory=list)  # in addition to those of tables and notifications
 
     def total_variables(self):
         return sum(max(c.table.parents, 1) * c.table.rows if c.table else 1 for c in self.columns)
@@ -119,14 +119,14 @@ def parse_oid(line, text, root):
 
 
 def read_source(line, words, table):
-    """SOURCE [ARGUMENT]: both, and the words behind them."""
+    """Parses SOURCE [ARGUMENT]. Returns both and the remaining words."""
     if not words or words[0] not in SOURCES:
         raise line.error(f"the source must be one of {', '.join(SOURCES)}")
     source, wanted = words[0], SOURCES[words[0]][table is not None]
     if wanted is None:
-        raise line.error(f"source '{source}' is for {'scalars' if table else 'columns of tables'}")
+        raise line.error(f"source '{source}' is only for {'scalars' if table else 'columns of tables'}")
     if len(words) < 1 + wanted or wanted and "=" in words[1]:
-        raise line.error(f"source '{source}' needs a word behind it")
+        raise line.error(f"source '{source}' requires an argument")
     return source, words[1] if wanted else "", words[1 + wanted:]
 
 
@@ -138,11 +138,11 @@ def check_source(line, column):
     if column.set_fn and column.type != "string":
         raise line.error("only a string column can be writable")
     if (column.post_process or column.after) and column.source != "attribute":
-        raise line.error("post= and after= are for the source 'attribute'")
+        raise line.error("post= and after= require the source 'attribute'")
     if column.post_process:
         line.name(column.post_process, OPERATION, "a post-process")
     if bool(column.after) != (column.source == "attribute" and column.table is None):
-        raise line.error("after= is for scalars with the source 'attribute', and needed there")
+        raise line.error("after= is required for scalars with source 'attribute', and only there")
 
 
 def read_column(line, oid, table):
@@ -163,9 +163,9 @@ def read_column(line, oid, table):
 def add_column(line, mib, column):
     line.add_to({other.name: other for other in mib.columns}, column.name, column, "column")
     if mib.columns and column.oid <= mib.columns[-1].oid:
-        raise line.error(f"the OID of '{column.name}' does not come after that of '{mib.columns[-1].name}'")
+        raise line.error(f"the OID of '{column.name}' must come after that of '{mib.columns[-1].name}'")
     if mib.columns and column.oid[: len(mib.columns[-1].oid)] == mib.columns[-1].oid:
-        raise line.error(f"the OID of '{column.name}' is below that of '{mib.columns[-1].name}'")
+        raise line.error(f"the OID of '{column.name}' must not begin with that of '{mib.columns[-1].name}'")
     column.number = len(mib.columns)
     mib.columns.append(column)
 
@@ -175,12 +175,12 @@ def read_table(line, mib, root):
                                                                  "identity"))
     for key in ("rows", "min", "pace", "item"):
         if key not in options:
-            raise line.error(f"{key}= is missing")
+            raise line.error(f"missing {key}=")
     parent = None
     if "parent" in options:
         parent = mib.table(options["parent"])
         if parent is None or parent.item not in PARENT_ITEMS:
-            raise line.error(f"there is no table '{options['parent']}' of controllers or enclosures above this line")
+            raise line.error(f"unknown parent '{options['parent']}'; define a table of controllers or enclosures above")
     table = Table(place=line.place, name=line.name(name, NAME, "a table"), oid=parse_oid(line, line.words[2], root),
                   parent=parent, rows=line.number(options["rows"], 1), minimum=line.number(options["min"]),
                   object_name=options.get("list", ""), pace=options["pace"], item=check_text(line, options["item"]),
@@ -205,10 +205,10 @@ def read_columns(mib, lines):
             table = read_table(line, mib, root)
         elif words[0] == "column" and len(words) >= 3:
             if table is None:
-                raise line.error("a column line needs a table line above it")
+                raise line.error("a column line must follow a table line")
             column = read_column(line, table.oid + (1, line.number(words[2], 1)), table)
             if column.source == "row" and table.columns:
-                raise line.error("only a table's first column holds the row number")
+                raise line.error("only the first column of a table may have the source 'row'")
             add_column(line, mib, column)
             table.columns.append(column)
         else:
@@ -216,8 +216,8 @@ def read_columns(mib, lines):
 
 
 def fill_order(table, mib):
-    """The table's own columns in their order, the ForceTrap columns last, and each scalar behind the column or scalar
-    that it names with after=. A post-process may rely on what was filled before it."""
+    """Returns the table's columns in order, ForceTrap columns last, and each scalar after the column or scalar named in
+    its after=. A post-process may rely on everything that was filled before it."""
     own = [column for column in table.columns if column.source == "attribute"]
     order = own + [column for column in table.columns if column.source == "force"]
     waiting = [column for column in mib.columns if column.after]
@@ -236,7 +236,7 @@ def add_refreshes(mib):
     for table in mib.tables:
         filled = fill_order(table, mib)
         if filled and not table.object_name:
-            raise filled[0].place.error(f"table '{table.name}' has no list=, which fills '{filled[0].name}'")
+            raise filled[0].place.error(f"table '{table.name}' requires list=, to fill '{filled[0].name}'")
         if not table.object_name:
             continue
         table.refresh = Refresh(table.object_name, table)
@@ -263,13 +263,13 @@ def check_whole(mib):
             raise table.place.error(f"pace= must be one of {', '.join(PACES)}, or the table that this one is filled "
                                     "with")
         if table.identity and mib.column(table.identity) is None:
-            raise table.place.error(f"there is no column '{table.identity}'")
+            raise table.place.error(f"unknown column '{table.identity}'")
     if len(mib.columns) > 256:
-        raise DataError("a column number must fit one byte: there are more than 256 columns")
+        raise DataError("more than 256 columns; a column number must fit in one byte")
 
 
 def read(data):
-    """The columns, tables and refreshes of mib/columns.def; raises DataError."""
+    """Returns the columns, tables and refreshes of mib/columns.def. Raises DataError."""
     mib = Mib()
     read_columns(mib, data.lines("mib/columns.def"))
     add_refreshes(mib)

@@ -1,4 +1,4 @@
-"""The names of the MIB module's objects, in one place."""
+"""The names of the objects in the MIB module."""
 
 
 def capital(name):
@@ -18,7 +18,7 @@ def row_type(each):
 
 
 def row(each):
-    """The index of the table, which no column backs."""
+    """Returns the name of the index of a table, which is not a column."""
     return each.name + "Row"
 
 
@@ -37,7 +37,7 @@ FIXED = (PRODUCT_GROUP, EVENT_DATA_GROUP, NOTIFICATION_GROUP, NOTIFICATION_PREFI
 
 
 def all_names(model):
-    """(name, place) of everything that the module gives a name of its own."""
+    """Yields (name, place) of everything that the module defines."""
     for each in model.found.nodes.values():
         yield each.name, each.place
     for name in FIXED:
@@ -50,11 +50,11 @@ def all_names(model):
 
 
 def check(model):
-    """Raises DataError when two things would have one name, or one that the SMI does not allow."""
+    """Raises DataError for a duplicate name, or one that the SMI does not allow."""
     seen = {}
     for name, place in all_names(model):
         if name in seen:
-            raise place.error(f"the name '{name}' is already in use at {seen[name]}")
+            raise place.error(f"duplicate name '{name}'; first used at {seen[name]}")
         if not name[0].islower() or len(name) > 64:
-            raise place.error(f"'{name}' is not a name for a MIB module")
+            raise place.error(f"'{name}' is not a valid name in a MIB module")
         seen[name] = place

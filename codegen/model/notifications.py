@@ -1,4 +1,4 @@
-"""The notifications, their object rules and the ForceTrap columns, with every check on them."""
+"""Parses and checks the notifications, their object rules and the ForceTrap columns."""
 
 import re
 from dataclasses import dataclass, field
@@ -15,7 +15,7 @@ COMPONENT_RULES = ("next-index", "row")
 FRESH_RULES = ("table", "table-first", "instance")
 FORCE_RULES = ("row", "controller", "index", "component")
 
-# How many "%d" each text holds.
+# The number of "%d" in each message.
 OBJECT_TEXTS = {"no-index": 0, "unknown": 1, "too-large": 1, "missing": 1, "not-up": 1, "unhealthy": 0}
 COMPONENT_TEXTS = {"unknown": 1, "too-large": 2, "missing": 1, "unhealthy": 0, "down": 0, "degraded": 0}
 
@@ -32,7 +32,7 @@ class State:
 
 @dataclass(kw_only=True)
 class Notification(Described):
-    """severity: of one that carries no state."""
+    """severity: only of one that carries no state."""
 
     number: int
     word: str
@@ -47,7 +47,7 @@ class Notification(Described):
     clears_when_up: bool = False
 
     def state_column(self):
-        """The variable that says how the object is, or None."""
+        """Returns the variable that holds the state of the object, or None."""
         shown = {column.name: column for column in self.columns}
         return self.state and (shown.get("trapCompStatus") or shown.get(self.state.status.name))
 
@@ -97,7 +97,7 @@ class Reader:
 
     def column(self, line, name):
         if name not in self.columns:
-            raise line.error(f"there is no column '{name}'")
+            raise line.error(f"unknown column '{name}'")
         return self.columns[name]
 
     def read(self, lines):
@@ -117,7 +117,7 @@ class Reader:
             check_component(each)
         for column in self.columns.values():
             if column.source == "force" and all(force.column is not column for force in self.traps.forces):
-                raise column.place.error(f"no force line of notifications.def says what a SET of '{column.name}' sends")
+                raise column.place.error(f"missing force line for '{column.name}' in notifications.def")
         return self.traps
 
     def read_notification(self, line):
@@ -147,7 +147,7 @@ class Reader:
                 self.read_level(below, each)
 
     def read_rule(self, line, owner):
-        """A line below a notification."""
+        """Parses a line below a notification."""
         words = line.words
         if words[0] == "shows":
             owner.columns = [self.column(line, name) for name in words[1:]]
@@ -170,7 +170,7 @@ class Reader:
             raise line.unknown()
 
     def read_common_rule(self, line, owner, texts, rules):
-        """What a notification and a component have in common; False for anything else."""
+        """Parses a line that notifications and components share. Returns False for any other."""
         words = line.words
         if words[0] in texts and len(words) == 2:
             self.read_text(line, owner.state, texts[words[0]])
@@ -193,7 +193,7 @@ class Reader:
     def read_text(self, line, state, numbers):
         key, text = line.words
         if text.count("%d") != numbers or text.count("%") != numbers:
-            raise line.error(f"the text of '{key}' must hold \"%d\" {numbers} time(s)")
+            raise line.error(f"the message '{key}' must contain \"%d\" {numbers} time(s)")
         state.texts[key] = text
 
     def read_find(self, line, state, rules):
@@ -201,7 +201,7 @@ class Reader:
         if rule not in rules:
             raise line.error(f"find must be one of {', '.join(rules)}")
         if (rule in INDEX_RULES) != (len(line.words) == 3):
-            raise line.error(f"'{rule}' takes {'a' if rule in INDEX_RULES else 'no'} column")
+            raise line.error(f"'{rule}' {'requires' if rule in INDEX_RULES else 'must not have'} a column")
         state.find = rule
         state.index_column = self.column(line, line.words[2]) if rule in INDEX_RULES else None
 
@@ -221,16 +221,16 @@ class Reader:
         if rule == "component":
             component, rest = line.number(rest[0]), rest[1:]
             if self.traps.component(trap, component) is None:
-                raise line.error(f"notification {trap} has no component {component}")
+                raise line.error(f"unknown component {component} of notification {trap}")
             if rest and rest[0] == "index":
                 index_column, rest = self.column(line, rest[1]), rest[2:]
         elif self.traps.notification(trap) is None:
-            raise line.error(f"there is no notification {trap}")
+            raise line.error(f"unknown notification {trap}")
         elif rule == "index":
             index_column, rest = self.column(line, rest[0]), rest[1:]
         wanted = 2 if rule == "index" else 1
         if len(rest) != wanted or not re.match(r"\d+ \d+ \d+$", rest[0]):
-            raise line.error("the line must end with an event id of three numbers" +
+            raise line.error("the line must end with an event ID of three numbers" +
                              (" and the object's name in log lines" if wanted == 2 else ""))
         self.traps.forces.append(Force(line.place, column, trap, rule, component, index_column, rest[0],
                                        rest[1] if wanted == 2 else ""))
@@ -238,24 +238,24 @@ class Reader:
 
 def check_state(place, state, tables_agree):
     if not state.find or state.status is None:
-        raise place.error("a find and a judge line are needed")
+        raise place.error("the lines 'find' and 'judge' are required")
     columns = [state.status, state.owner, state.verify, state.index_column, *tables_agree]
     if any(column is not None and column.table is not state.status.table for column in columns):
         raise place.error("the columns belong to different tables")
     if "missing" not in state.texts:
-        raise place.error("a text 'missing' is needed")
+        raise place.error("the line 'missing' is required")
 
 
 def check_notification(each, traps):
     if not each.columns:
-        raise each.place.error("a line 'shows' is needed")
+        raise each.place.error("the line 'shows' is required")
     if each.state is not None:
-        # A row number of another table may be shown beside the object: disks and their configuration.
+        # `rows` may name a column of another table, as for disks and their configuration.
         check_state(each.place, each.state, [])
         if not each.fresh or not each.rows:
-            raise each.place.error("lines 'fresh' and 'rows' are needed")
+            raise each.place.error("the lines 'fresh' and 'rows' are required")
         if "not-up" in each.state.texts and all(component.trap != each.number for component in traps.components):
-            raise each.place.error("there is no component line for it")
+            raise each.place.error("'not-up' requires a component line for this notification")
     if bool(each.state_column()) == bool(each.severity) or each.severity not in ("", *SEVERITIES):
         raise each.place.error(f"severity= must be one of {', '.join(SEVERITIES)} if no variable is the object's "
                                "state, and is not allowed otherwise")
@@ -267,5 +267,5 @@ def check_component(each):
 
 
 def read(data, mib):
-    """All of mib/notifications.def; raises DataError."""
+    """Returns the contents of mib/notifications.def. Raises DataError."""
     return Reader(mib).read(data.lines("mib/notifications.def"))

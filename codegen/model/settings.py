@@ -1,11 +1,11 @@
-"""The settings of the daemon's file."""
+"""The settings of /etc/snmpSubagent.conf."""
 
 import re
 from dataclasses import dataclass
 
 from codegen.reader import DataError, Place
 
-# The value without a line in the file, as the manual page calls it; None if the data say it.
+# The default in words, for the manual page; None if default= gives it.
 TYPES = {"text": None, "number": None, "community": "none", "flag": "off", "controller": "unknown"}
 NAME = re.compile(r"[A-Za-z][A-Za-z0-9]*$")
 
@@ -23,7 +23,7 @@ class Setting:
     manual: list
 
     def missing(self):
-        """What counts without a line in the file, in words."""
+        """Returns the default in words."""
         return TYPES[self.type] or self.default
 
 
@@ -36,7 +36,7 @@ def read_setting(line):
         raise line.error(f"the type must be one of {', '.join(TYPES)}")
     options = line.options([word for word in words[3:] if word != "secret"], ("default", "variable"))
     if ("default" in options) != (TYPES[words[2]] is None):
-        raise line.error("default= is for the types text and number, and needed there")
+        raise line.error("default= is required for types text and number, and only there")
     if words[2] == "number" and not re.match(r"\d+$", options["default"]):
         raise line.error(f"'{options['default']}' is not a number")
     for below in line.below:
@@ -47,12 +47,12 @@ def read_setting(line):
 
 
 def read(data):
-    """The settings in the order in which the daemon reads them; raises DataError."""
+    """Returns the settings in the order in which the daemon reads them. Raises DataError."""
     found = {}
     for line in data.lines("daemon/settings.def"):
         setting = read_setting(line)
         line.add_to(found, setting.name, setting, "setting")
     settings = list(found.values())
     if not settings or not settings[-1].manual:
-        raise DataError("settings.def: the last setting needs lines for the manual page")
+        raise DataError("settings.def: the last setting requires lines for the manual page")
     return settings

@@ -1,4 +1,4 @@
-"""Which states and readings are troubles: read from watches.def and held against the metrics."""
+"""Which states and readings are problems: parsed from watches.def and checked against the metrics."""
 
 import re
 from dataclasses import dataclass, field
@@ -20,13 +20,13 @@ class Watch:
     severities: dict
 
     def values(self, severity):
-        """The states that are as grave as this."""
+        """Returns the states of this severity."""
         return [value for value in self.metric.convention.values if self.severities[value.label] == severity]
 
 
 @dataclass
 class Limit:
-    """A column that may not fall to a number. levels: {severity: (trouble below, over again from)}."""
+    """A column with a lower limit. levels: {severity: (problem below, recovery from)}."""
     place: Place
     metric: object
     wait: str
@@ -58,7 +58,7 @@ class Reader:
 
     def metric(self, line, name):
         if name not in self.by_column:
-            raise line.error(f"no metric is made of '{name}'")
+            raise line.error(f"column '{name}' is not a metric")
         return self.by_column[name]
 
     def severities(self, line, words, convention):
@@ -66,32 +66,32 @@ class Reader:
         options = line.options(words, labels)
         for severity in options.values():
             if severity not in SEVERITIES:
-                raise line.error(f"'{severity}' is none of {', '.join(SEVERITIES)}")
+                raise line.error(f"unknown severity '{severity}'; expected one of {', '.join(SEVERITIES)}")
         return options
 
     def read_severity(self, line):
         name = line.words[1]
         convention = self.snmp.found.conventions.get(name)
         if convention is None or name in self.all.severities:
-            raise line.error(f"there is no convention '{name}', or it has a line already")
+            raise line.error(f"unknown or duplicate convention '{name}'")
         options = self.severities(line, line.words[2:], convention)
         for value in convention.values:
             if value.label not in options:
-                raise line.error(f"nothing is said about '{value.label}'")
+                raise line.error(f"missing severity of '{value.label}'")
         self.all.severities[name] = options
 
     def wait(self, line, words):
-        """Minutes that the trouble must last, and the words behind."""
+        """Returns how long the problem must last, and the remaining words."""
         word = words[0] if words else ""
         if not word.startswith("for=") or not MINUTES.match(word[len("for="):]):
-            raise line.error("for=MINUTESm is needed first")
+            raise line.error("missing for=MINUTESm, which must come first")
         return word[len("for="):], words[1:]
 
     def read_watch(self, line):
         metric = self.metric(line, line.words[1])
         wait, rest = self.wait(line, line.words[2:])
         if metric.convention is None or metric.convention.name not in self.all.severities:
-            raise line.error(f"no line above says how grave the states of '{metric.column.name}' are")
+            raise line.error(f"missing severity line above for the states of '{metric.column.name}'")
         own = self.severities(line, rest, metric.convention)
         self.all.watches.append(Watch(line.place, metric, wait,
                                       {**self.all.severities[metric.convention.name], **own}))
@@ -106,21 +106,21 @@ class Reader:
         for severity in TROUBLES:
             found = LEVEL.match(options.get(severity, ""))
             if not found or int(found.group(1)) > int(found.group(2)):
-                raise line.error(f"{severity}=AT/OVER is needed, with OVER not below AT")
+                raise line.error(f"{severity}=AT/OVER is required, with OVER not below AT")
             levels[severity] = tuple(map(int, found.groups()))
         only_while = self.metric(line, options["while"]) if "while" in options else None
         if only_while and only_while.labels != metric.labels:
-            raise line.error(f"'{options['while']}' has other rows")
+            raise line.error(f"'{options['while']}' has different rows")
         self.all.limits.append(Limit(line.place, metric, wait, levels, only_while))
 
     def check(self):
-        """Every object that can fail is watched."""
+        """Checks that all status columns are watched."""
         watched = {each.metric.name for each in self.all.watches}
         for metric in self.metrics.all:
             if metric.kind == "states" and metric.column.name.endswith("Status") and metric.name not in watched:
-                raise metric.column.place.error(f"watches.def does not say when '{metric.name}' is a trouble")
+                raise metric.column.place.error(f"missing watch line for '{metric.name}' in watches.def")
 
 
 def read(data, snmp, metrics):
-    """All that is watched, as monitoring/watches.def has it; raises DataError."""
+    """Returns all watches and limits of monitoring/watches.def. Raises DataError."""
     return Reader(snmp, metrics).read(data.lines("monitoring/watches.def"))

@@ -1,4 +1,4 @@
-"""The relations of all objects as one table."""
+"""Writes the associations of all objects as one table."""
 
 from codegen.model import classNames as names
 from codegen.writers.cppLayout import joined

@@ -1,4 +1,4 @@
-"""The headers: what a programmer of the library reads."""
+"""Writes the headers of the API library."""
 
 from codegen.model import attributeKinds as kinds
 from codegen.model import classNames as names
@@ -20,13 +20,13 @@ class {cls} : public {base} {{
     const ATTRIBUTEList& GetAttributeList() const override;
     void InitMetaData() const override;
 
-    /** "{name}", for the whole family. */
+    /** Returns "{name}". */
     static const std::string& ObjectName();
     static const ATTRIBUTEList& Attributes();
 
 {accessors}
 
-    // The descriptors, in the order of the list.
+    // Descriptors, in the order of Attributes().
 {descriptors}
 
 {calls}
@@ -34,7 +34,7 @@ class {cls} : public {base} {{
 """
 
 ASSOCIATIONS = """\
-    // Relations, each a call that gives the objects related to an instance.
+    // Associations: calls that return the objects related to an instance.
 {associations}
 """
 
@@ -67,19 +67,19 @@ class {cls} : public BASEApiMethodObject {{
 
 {accessors}
 
-    // The descriptors, in the order of the list.
+    // Descriptors, in the order of Attributes().
 {descriptors}
 }};
 """
 
 ATTRIBUTE_FOLDER = "apiMgmt/apiStub/base/apiAttributes/"
 BASE_FOLDER = "apiMgmt/apiStub/base/apiObjects/base/"
-# Descriptors of these kinds stand in the base classes' headers already.
+# The base classes' headers include these.
 ALWAYS_THERE = ("numberApiAttributes.h", "textApiAttributes.h")
 
 
 def include_lines(attributes, always, others):
-    """others: headers that are needed whatever the kinds are."""
+    """others: headers that are needed for attributes of all kinds."""
     headers = {kinds.HEADER_OF_KIND[attribute.kind] for attribute in attributes} - set(always)
     local = sorted({ATTRIBUTE_FOLDER + header for header in headers} | set(others))
     standard = ["cstdint", "string"]
@@ -103,20 +103,20 @@ def render_descriptor(attribute, indent):
 
 
 def method_text(command):
-    """Effect, privilege and arguments in a sentence or two."""
+    """Describes effect, privilege and arguments."""
     effect = "Changes the array." if command.changes_state else "Changes nothing."
     needed = [argument.name for argument in command.arguments if argument.needed]
     taken = [argument.name for argument in command.arguments if not argument.needed]
-    text = f"{effect} Least privilege: {command.privilege}."
+    text = f"{effect} Required privilege: {command.privilege}."
     if needed:
-        text += f" Needs {', '.join(needed)}."
+        text += f" Required: {', '.join(needed)}."
     if taken:
-        text += f" Takes {', '.join(taken)}."
+        text += f" Optional: {', '.join(taken)}."
     return text
 
 
 def method_head(cls, base):
-    """The class's name stands twice in it, which some names make too long for one line."""
+    """Returns the first lines of the class, wrapped if they are too long: they contain its name twice."""
     line = f"    class {cls} : public DESCRIBEDApiMethod<{base}, {cls}> {{"
     if len(line) > WIDTH:
         line = line.replace(" : public", "\n        : public")

@@ -1,4 +1,4 @@
-"""The reference page of the objects."""
+"""Writes the reference of the API objects."""
 
 from codegen.model import attributeKinds as kinds
 from codegen.model import classNames as names
@@ -7,9 +7,9 @@ from codegen.writers.output import markdown_notice
 PAGE = markdown_notice("data/api") + """\
 # The objects of the array's API
 
-What a call or an attribute is in C++ follows from its name: the class of an object `TsDisk` is `APITsDisk`, its
-command `Get` the class `APITsDisk::APITsDiskGetMethod`, its association `Enclosure` the class
-`APITsDisk::APITsDiskEnclosureAssociation`, and an attribute `Name` has `SetName` and `GetName`.
+The names in C++ follow from those below: the class of the object `TsDisk` is `APITsDisk`, that of its command `Get`
+is `APITsDisk::APITsDiskGetMethod`, that of its association `Enclosure` is
+`APITsDisk::APITsDiskEnclosureAssociation`, and the attribute `Name` has the accessors `SetName` and `GetName`.
 
 {contents}
 
@@ -29,12 +29,12 @@ OBJECT = """\
 
 {parts}"""
 
-ATTRIBUTE_HEAD = "| attribute | label | a value is |\n|---|---|---|"
-COMMAND_HEAD = "| command | does | privilege | arguments |\n|---|---|---|---|"
+ATTRIBUTE_HEAD = "| attribute | label | value |\n|---|---|---|"
+COMMAND_HEAD = "| command | effect | privilege | arguments |\n|---|---|---|---|"
 
 
 def cell(text):
-    """Signs that mean something in Markdown stand as themselves."""
+    """Escapes characters that have a meaning in Markdown."""
     for sign in "\\|<>*_":
         text = text.replace(sign, "\\" + sign)
     return text

@@ -1,4 +1,4 @@
-"""The entries of the factories, in one unit: a program that needs no factory leaves it out."""
+"""Writes the entries of the factories as one unit, so that programs without factories need not link it."""
 
 from codegen.model import classNames as names
 from codegen.writers.cppLayout import WIDTH

@@ -1,4 +1,4 @@
-"""Writes which requests the daemon makes of which API objects, as rows for its tables of method classes."""
+"""Writes the requests that the daemon makes, as rows for its tables of method classes."""
 
 from codegen.model import classNames
 from codegen.writers.output import notice
@@ -8,11 +8,11 @@ HEADER = notice("data/mib") + """\
 
 {includes}
 
-/** REQUEST(NAME, OBJECT) for each object whose list the daemon can ask for: its name in responses, and in classes. */
+/** REQUEST(NAME, OBJECT) for each object whose list can be requested: its name in responses and in classes. */
 #define API_LIST_REQUESTS(REQUEST) \\
 {lists}
 
-/** The same for each object of which it can ask for one instance. */
+/** The same for each object of which one instance can be requested. */
 #define API_INSTANCE_REQUESTS(REQUEST) \\
 {instances}
 """
@@ -23,7 +23,7 @@ def class_part(name):
 
 
 def object_names(model, kind):
-    """The objects of these requests, each once: those of tables and notifications, then those of request lines."""
+    """Returns the objects of these requests, each once: of tables and notifications, then of request lines."""
     if kind == "list":
         found = [refresh.object_name for refresh in model.mib.refreshes]
     else:

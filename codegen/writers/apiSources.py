@@ -1,4 +1,4 @@
-"""The units: descriptors, lists and accessors, each one statement over hand-written code."""
+"""Writes the sources of the API library: descriptors, lists and accessors, which only call hand-written code."""
 
 from codegen.model import attributeKinds as kinds
 from codegen.model import classNames as names
@@ -13,7 +13,7 @@ OBJECT_SOURCE = notice("{file}") + """\
 
 namespace {{
 
-/** The place that errors name. */
+/** The source that errors name. */
 constexpr char kSourceFile[] = "{folder}{unit}";
 
 }}  // namespace
@@ -142,7 +142,7 @@ def getter_body(attribute):
 
 
 def render_accessors(scope, attribute, described=True):
-    """Without a descriptor an attribute is a text that is kept as it stands."""
+    """Without a descriptor, an attribute is a string that is stored verbatim."""
     setter = setter_body(attribute) if described else f'SetAttribute("{attribute.name}", {kinds.parameter(attribute)});'
     getter = getter_body(attribute) if described else f'return GetAttribute("{attribute.name}");'
     return (operation("void", f"{scope}::Set{attribute.name}", kinds.takes(attribute), "", setter) + "\n" +
@@ -208,7 +208,7 @@ def render_method(each, command):
 
 
 def include_lines(attributes, filter_descriptor):
-    """Beside the unit's own header."""
+    """Returns the includes after the unit's own header."""
     headers = [BASE_FOLDER + "typedAccess.h"]
     if any("table" in attribute.rules for attribute in attributes):
         headers.append(names.UNIT_FOLDER + "apiEnumsIDStrList.h")

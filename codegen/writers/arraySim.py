@@ -1,4 +1,4 @@
-"""Writes what the simulated array takes from the daemon's data, and the rules by which it makes values."""
+"""Writes the data of the simulated array: facts from data/mib, and the contents of objects.def."""
 
 from codegen.writers.output import c_string, notice
 
@@ -26,14 +26,14 @@ const std::string_view kObjectsDef = R"objects.def({objects})objects.def";
 }}  // namespace arraysim
 """
 
-# The daemon fills this table with code of its own (folderUsage.cpp), so no column names an attribute.
+# Hand-written code (folderUsage.cpp) fills this table, so no column names an attribute.
 FOLDER_USAGE = ("tsFolderUsage", "TsDiskFolderStorageUsage",
                 ("TotalSpace", "UsedSpace", "AllocatedSpace", "FreeSpace", "SpareSpace"))
 
 PARENT = {"": "kNone", "controller": "kController", "enclosure": "kEnclosure"}
 GOOD_VALUE = {"tsstatus_enum": "Up", "truth_value": "True"}
 
-# How the daemon finds a row by an argument of a trap command, and what the array has to put there.
+# What the array sends in an argument of a trap command, by the rule with which the daemon finds the row.
 SOURCE_OF_FIND = {"index": "kIndex", "bounded-index": "kIndex", "controller": "kIndex", "next-index": "kIndexBefore",
                   "row": "kRow"}
 PARENT_SOURCE_OF_FIND = {"index": "kParentIndex", "row": "kParentRow"}
@@ -50,7 +50,7 @@ def render_event(name, state, trap, event_id, arguments):
 
 
 def render_event_of(name, table, traps):
-    """The event that reports a change of the table's objects; None if there is none."""
+    """Returns the event that reports a change of the table's objects, or None."""
     for force in traps.forces:
         notification = traps.notification(force.trap)
         if force.component:
@@ -67,7 +67,7 @@ def render_event_of(name, table, traps):
 
 
 def read_of(table):
-    """The API object that fills a table, and the attributes that the daemon reads."""
+    """Returns the API object that fills a table, and the attributes that the daemon reads."""
     if table.name == FOLDER_USAGE[0]:
         return FOLDER_USAGE[1:]
     name = table.refresh.object_name
@@ -75,7 +75,7 @@ def read_of(table):
 
 
 def render(model, objects):
-    """objects: the text of objects.def."""
+    """objects: the contents of objects.def."""
     constants, tables = [], []
     for table in model.mib.tables:
         name, attributes = read_of(table)

@@ -1,4 +1,4 @@
-"""The catalogue of the API as rows, for a command line client."""
+"""Writes the API catalogue as rows for apiClient."""
 
 from codegen.writers.output import c_string, notice
 

@@ -1,10 +1,10 @@
-"""Writes what each text of the array becomes, as rows for the test that asks the daemon the same."""
+"""Writes the number of each string of the array, as rows for the test of the daemon's post-processes."""
 
 from codegen.writers.output import c_string, notice
 
 HEAD = notice("data/mib/conventions.def") + """\
-// For each convention CONVENTION(POST_PROCESS, API ENUMERATION), TEXT(TEXT, NUMBER)
-// rows, END(NUMBER OF ALL OTHER TEXTS).
+// For each convention: CONVENTION(POST_PROCESS, API ENUMERATION), rows TEXT(STRING, NUMBER), END(NUMBER OF ALL
+// OTHER STRINGS).
 """
 
 

@@ -1,4 +1,4 @@
-"""Lines of C++ that keep within the width of the sources."""
+"""Formats C++ within the maximum line length."""
 
 import textwrap
 
@@ -6,7 +6,7 @@ WIDTH = 110
 
 
 def comment(text, indent=""):
-    """A documentation comment: one line when it fits, else a block."""
+    """Returns a documentation comment: one line if it fits, else a block."""
     line = f"{indent}/** {text} */"
     if len(line) <= WIDTH:
         return line
@@ -15,7 +15,7 @@ def comment(text, indent=""):
 
 
 def joined(opening, items, closing, indent):
-    """opening item, item closing; wrapped behind commas when it is too long. indent: of what is wrapped."""
+    """Returns `opening item, item closing`, wrapped after commas if too long. indent: of the wrapped lines."""
     line = opening + ", ".join(items) + closing
     if len(line) <= WIDTH:
         return line
@@ -30,7 +30,7 @@ def joined(opening, items, closing, indent):
 
 
 def head(result, name, parameters, end):
-    """The first line or lines of a function: RESULT NAME(PARAMETERS)END."""
+    """Returns the first lines of a function: RESULT NAME(PARAMETERS)END."""
     line = f"{result} {name}({parameters}){end}"
     if len(line) <= WIDTH:
         return line
@@ -38,6 +38,6 @@ def head(result, name, parameters, end):
 
 
 def operation(result, name, parameters, end, body):
-    """A function of one statement: on one line when that fits."""
+    """Returns a function with one statement, on one line if it fits."""
     line = f"{result} {name}({parameters}){end} {{ {body} }}"
     return line if len(line) <= WIDTH else f"{head(result, name, parameters, end + ' {')}\n    {body}\n}}"

@@ -1,4 +1,4 @@
-"""Writes the Grafana dashboard out of panels.def."""
+"""Writes the Grafana dashboard from panels.def."""
 
 import json
 import re
@@ -17,7 +17,7 @@ VARIABLES = [
 
 
 class Builder:
-    """Lays panels out from left to right; a panel that does not fit begins a new line."""
+    """Lays out panels from left to right; a panel that does not fit starts a new line."""
 
     def __init__(self, metrics):
         self.metrics = metrics
@@ -45,7 +45,7 @@ class Builder:
     def panel(self, line):
         kind, width, unit, title, legend, expression = line.words[1:]
         if kind not in KINDS or not width.isdigit() or not 1 <= int(width) <= LINE_WIDTH:
-            raise line.error(f"a panel has a kind of {', '.join(KINDS)} and a width of 1 to {LINE_WIDTH}")
+            raise line.error(f"expected: a kind ({', '.join(KINDS)}) and a width from 1 to {LINE_WIDTH}")
         used = expressions.Checker(self.metrics, line.error).check(expression)
         labels = {label for name in used for label in self.metrics.by_name()[name].all_labels()}
         for label in LEGEND_LABEL.findall(legend):
@@ -61,7 +61,7 @@ class Builder:
 
 
 def render(snmp, metrics, lines):
-    """The dashboard as JSON; raises DataError."""
+    """Returns the dashboard as JSON. Raises DataError."""
     builder = Builder(metrics)
     for line in lines:
         if line.words[0] == "row" and len(line.words) == 2:

@@ -1,4 +1,4 @@
-"""Writes the C++ text: one constant array a table."""
+"""Writes the enumerations as C++: one constant array per table."""
 
 import os
 
@@ -9,14 +9,14 @@ HEADER = notice("data/api/enumerations") + """\
 
 #include "apiMgmt/apiStub/base/apiAttributes/enumRow.h"
 
-/** The enumerations of the array's API. Constant: they can be used before main begins. */
+/** The enumerations of the array's API. Constants, so they can be used before main starts. */
 class APIEnumsIDStrList {{
   public:
     APIEnumsIDStrList() = delete;
 
 {declarations}
 
-    /** All of them, in the order of the data files. */
+    /** All enumerations, in the order of the data files. */
     static const ENUMNamedTable gAllEnumTables[{count}];
 }};
 """
@@ -47,7 +47,7 @@ def render_header(tables):
 
 
 def render_row(row):
-    # The texts for people are single bytes on the wire and in every client.
+    # On the wire and in every client, human-readable strings are in ISO-8859-1.
     ui_string = c_string(row.ui_string, "iso-8859-1")
     return f"    {{{row.value}, {c_string(row.description)}, {ui_string}}},"
 

@@ -6,18 +6,18 @@ from codegen.writers import yamlFile
 from codegen.writers.output import dotted, instance
 
 OLD_HEAD = ["", "For snmp_exporter up to 0.22, which Debian 12 has."]
-NEW_HEAD = ["", "For snmp_exporter 0.23 and later, where communities stand under auths."]
+NEW_HEAD = ["", "For snmp_exporter 0.23 and later, where communities are under auths."]
 
 TYPES = {metrics.GAUGE: "gauge", metrics.STATES: "EnumAsStateSet", metrics.INFO: "EnumAsInfo",
          metrics.TEXT: "DisplayString", metrics.DECIMAL: "DisplayString"}
-# The array's own master agent gives no more than 20 objects in an answer. While it is being asked itself, the daemon
-# answers late.
+# The array's master agent returns at most 20 objects per response. While other managers query the array as well,
+# responses can take seconds.
 TRANSPORT = {"max_repetitions": 20, "retries": 2, "timeout": "10s"}
 DECIMAL = [{"regex": r"^\s*([+-]?[0-9]+(?:\.[0-9]+)?)", "value": "$1"}]
-SCRAPE_HEAD = ["", "A whole configuration of Prometheus, to be taken as it is or as an example: put the names of",
-               "your arrays in place of array1. The exporter runs beside Prometheus."]
+SCRAPE_HEAD = ["", "A complete configuration of Prometheus, or an example for yours. Replace array1 with the names of",
+               "your arrays. The exporter runs on the same machine as Prometheus."]
 EXPORTER = "127.0.0.1:9116"
-# The array becomes a parameter of the question to the exporter.
+# The array becomes a parameter of the request to the exporter.
 RELABEL = [{"source_labels": ["__address__"], "target_label": "__param_target"},
            {"source_labels": ["__param_target"], "target_label": "instance"},
            {"target_label": "__address__", "replacement": EXPORTER}]
@@ -58,7 +58,7 @@ class Exporter:
         return made
 
     def walked(self, shown):
-        """The columns that are asked for: those that are shown, and those that name their rows."""
+        """Returns the columns to be walked: those that are shown, and those that name their rows."""
         wanted = {each.column.name for each in shown if each.column.table}
         wanted.update(name for each in shown for _, name in self.lookups(each.column.table))
         return [column for column in self.mib.columns if column.name in wanted]

@@ -1,4 +1,4 @@
-"""Writes the MIB module, and the small one of the older number."""
+"""Writes the MIB module, and the small one for the older enterprise number."""
 
 from codegen.model import moduleNames as names
 from codegen.model.snmp import SYNTAX
@@ -96,11 +96,11 @@ class Renderer:
                                         f"{names.NOTIFICATION_PREFIX} {each.number}")
 
     def object_groups(self):
-        """(name, arc, text, members). The arc of a table's group is that of the table, so that none ever moves."""
+        """Yields (name, arc, text, members). A group has the arc of its table, so that none is ever renumbered."""
         scalars = [column for column in self.columns if column.table is None]
-        yield (names.PRODUCT_GROUP, 1, "The product and its state as a whole.",
+        yield (names.PRODUCT_GROUP, 1, "The product and its overall state.",
                [column.name for column in scalars if column.source != "process"])
-        yield (names.EVENT_DATA_GROUP, 2, "What notifications carry beside the state of an object.",
+        yield (names.EVENT_DATA_GROUP, 2, "Data that notifications carry in addition to the state of an object.",
                [column.name for column in scalars if column.source == "process"])
         for table in self.mib.tables:
             yield (names.group(table), table.oid[-1], f"The columns of {names.table(table)}.",
@@ -114,7 +114,7 @@ class Renderer:
                         [each.name for each in self.traps.notifications], "All notifications of this module.",
                         f"{names.GROUPS} 3")
         yield smi.compliance(names.COMPLIANCE, [each[0] for each in groups] + [names.NOTIFICATION_GROUP],
-                             "Every array has all of it, though some tables may be empty.", f"{names.COMPLIANCES} 1")
+                             "Every array implements all groups, but tables may be empty.", f"{names.COMPLIANCES} 1")
 
     def module(self):
         found = self.found

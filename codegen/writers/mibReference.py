@@ -1,4 +1,4 @@
-"""Writes the page for people: every object and notification of the MIB, with the words of the module."""
+"""Writes the human-readable reference: all objects and notifications with the descriptions of the module."""
 
 from codegen.writers.output import dotted, markdown_notice
 
@@ -14,7 +14,7 @@ def cell(text):
 
 
 def plain(paragraph):
-    """A paragraph as Markdown; one that is a list is a head with its points below it."""
+    """Returns a paragraph as Markdown. A list consists of a heading and its items."""
     return paragraph if isinstance(paragraph, str) else "\n- ".join([paragraph[0] + "\n", *paragraph[1:]])
 
 

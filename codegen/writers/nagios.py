@@ -1,19 +1,19 @@
-"""Writes commands and services for monitors of the Nagios family; check_snmp does the asking."""
+"""Writes commands and services for Nagios, Icinga and Naemon, which run check_snmp."""
 
 from codegen.writers.output import dotted, notice
 
-# A text that comes through the whole chain and is never a trouble.
+# A scalar that is served through the whole chain and is never a problem.
 REACHED = "selfTestVersion"
 
 HEAD = notice("data/mib and data/monitoring", "#") + """\
 #
-# A command for every state and reading of the array. $ARG1$ is the instance, as in the MIB: 0 for the scalar, the row
-# of the object, or the row of the controller or enclosure, a dot, and the row of the part. The answer shows the name
-# of the object too, for row numbers may move.
+# One command per state and reading of the array. $ARG1$ is the instance, as in the MIB: 0 for a scalar, the row of the
+# object, or the row of the controller or enclosure, a dot, and the row of the part. The output includes the name of the
+# object, because row numbers can change.
 
-# Use it for a host with the custom variable _COMMUNITY, and add services for the objects that you care for. Its
-# check says only whether the array answers, and the array's state is a service: of a host that is DOWN no service is
-# notified.
+# Use this template for a host with the custom variable _COMMUNITY, and add services for the objects of interest. The
+# host check only shows whether the array responds. The array's state is a service, because services of a host that is
+# DOWN are not notified.
 define host {
   name                 tessera-array
   hostgroups           tessera-arrays
@@ -57,7 +57,7 @@ define service {{
 
 
 def ranges(numbers):
-    """Ranges of check_snmp that hold a number each; of neighbours one."""
+    """Groups consecutive numbers into [first, last] ranges."""
     found = []
     for number in sorted(numbers):
         if found and found[-1][1] == number - 1:
@@ -68,13 +68,13 @@ def ranges(numbers):
 
 
 def inside(numbers):
-    """The threshold that is broken by these values alone, or empty when one range cannot say it."""
+    """Returns the threshold that only these values violate; empty if that needs more than one range."""
     found = ranges(numbers)
     return f"@{found[0][0]}:{found[0][1]}" if len(found) == 1 else ""
 
 
 def outside(numbers):
-    """The threshold that is kept by these values alone, or empty."""
+    """Returns the threshold that only these values meet; empty if that needs more than one range."""
     found = ranges(numbers)
     return f"{found[0][0]}:{found[0][1]}" if len(found) == 1 else ""
 
@@ -85,7 +85,7 @@ class Commands:
         self.plans, self.watches = metrics.plans, watches
 
     def command(self, column, thresholds=""):
-        """The first column is judged, the second one only shown."""
+        """Checks the column, and shows the first label of its row."""
         labels = self.plans[column.table.name].labels if column.table else []
         oids = [dotted(column.oid)] + [dotted(self.columns[name].oid) for name in labels[:1]]
         places = ",".join(f"{oid}.$ARG1$" for oid in oids)
@@ -94,13 +94,13 @@ class Commands:
                               arguments=f"-o {places} -l {column.name} {thresholds}".rstrip())
 
     def of_watch(self, watch):
-        """Critical are these values alone; a warning is whatever is neither critical nor good."""
+        """If no range expresses the warnings, all values outside that of ok are warnings unless they are critical."""
         numbers = {severity: [value.number for value in watch.values(severity)]
                    for severity in ("ok", "warning", "critical")}
         critical = inside(numbers["critical"])
         warning = inside(numbers["warning"]) or outside(numbers["ok"])
         if (numbers["critical"] and not critical) or (numbers["warning"] and not warning):
-            raise watch.place.error("these states cannot be said with the ranges of check_snmp")
+            raise watch.place.error("check_snmp has no ranges for the severities of these states")
         return self.command(watch.metric.column, " ".join(
             filter(None, [warning and f"-w {warning}", critical and f"-c {critical}"])))
 
@@ -109,7 +109,7 @@ class Commands:
         return self.command(limit.metric.column, f"-w {warning}: -c {critical}:")
 
     def services(self):
-        """Of what every array has once."""
+        """Yields services for what every array has exactly once."""
         for watch in self.watches.watches:
             table = watch.metric.column.table
             if table is None or (not table.parent and table.rows == 1):

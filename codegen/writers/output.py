@@ -1,10 +1,10 @@
-"""The common forms of generated files, and their writing."""
+"""Common parts of generated files, and functions that write them."""
 
 import os
 
 
 def notice(sources, sign="//"):
-    """The first line of a generated file. sources: files of data/, as Data.shown names them."""
+    """Returns the first line of a generated file. sources: files of data/, as Data.shown names them."""
     return f"{sign} Generated from {sources} by codegen. Do not edit.\n"
 
 
@@ -13,7 +13,7 @@ def markdown_notice(sources):
 
 
 def c_string(text, encoding="utf-8"):
-    """A C++ literal; bytes outside printable ASCII become three-digit octal escapes."""
+    """Returns a C++ literal; bytes outside printable ASCII become three-digit octal escapes."""
     out = ""
     for byte in text.encode(encoding):
         char = chr(byte)
@@ -26,12 +26,12 @@ def dotted(oid):
 
 
 def instance(column):
-    """The OID of a scalar's only instance."""
+    """Returns the OID of a scalar's only instance."""
     return dotted((*column.oid, 0))
 
 
 def write_if_changed(path, text):
-    """Leaves an equal file untouched, so that nothing is compiled again without need."""
+    """Leaves an identical file untouched, so that nothing is recompiled needlessly."""
     try:
         with open(path, encoding="utf-8") as file:
             if file.read() == text:
@@ -43,7 +43,7 @@ def write_if_changed(path, text):
 
 
 def write_files(folder, files):
-    """files: (name, text) pairs. Makes the directories that are missing."""
+    """files: (name, text) pairs. Creates missing directories."""
     for name, text in files:
         path = os.path.join(folder, name)
         os.makedirs(os.path.dirname(path), exist_ok=True)

@@ -1,4 +1,4 @@
-"""Writes the alerting rules of Prometheus: one for each state that is a trouble, and those that are written by hand."""
+"""Writes the alerting rules of Prometheus: one per state that is a problem, and the hand-written ones."""
 
 import re
 
@@ -18,7 +18,7 @@ def title(metric):
 
 
 def object_of(metric, columns):
-    """How a rule calls the object: by its names, or by its rows when it has none; "array" for a scalar."""
+    """Returns how a rule names the object: by its names, or by its rows if it has none; "array" for a scalar."""
     if metric.column.table is None:
         return "array"
     texts = [label for label in metric.labels if label in columns and columns[label].type == "string"]
@@ -36,7 +36,7 @@ class Rules:
         self.columns = {column.name: column for column in snmp.mib.columns}
 
     def rule(self, metric, severity, expression, wait, what):
-        """Checked like those that are written by hand."""
+        """Returns a rule, with its expression checked like those of the hand-written ones."""
         expressions.Checker(self.metrics, DataError).check(expression)
         about_whom = f"{{{{ $labels.instance }}}}: {object_of(metric, self.columns)}"
         return {"alert": f"Tessera{title(metric)}{names.capital(severity)}", "expr": expression, "for": wait,
@@ -65,10 +65,10 @@ class Rules:
         return rules + [rule for each in self.watches.limits for rule in self.of_limit(each)]
 
     def by_hand(self, group):
-        """A group of data/monitoring/rules.yml, with its expressions checked and its placeholders filled."""
+        """Returns a group of data/monitoring/rules.yml, with expressions checked and placeholders replaced."""
         def words(match):
             if match.group(1) not in self.columns:
-                raise DataError(f"{BY_HAND}: there is no column '{match.group(1)}'")
+                raise DataError(f"{BY_HAND}: unknown column '{match.group(1)}'")
             return about(self.columns[match.group(1)])
 
         checker = expressions.Checker(self.metrics, lambda text: DataError(f"{BY_HAND}: {text}"))
@@ -78,6 +78,6 @@ class Rules:
         return group
 
     def file(self, by_hand):
-        """The whole file. by_hand: the text of the rules that are written by hand."""
+        """Returns the whole file. by_hand: the contents of data/monitoring/rules.yml."""
         groups = [self.by_hand(group) for group in yaml.safe_load(by_hand)["groups"]]
         return yamlFile.document([], {"groups": groups + [{"name": "tessera-states", "rules": self.made()}]})

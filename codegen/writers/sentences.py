@@ -1,23 +1,24 @@
-"""What is said of every column, table or notification of a kind: written once here, so that the descriptions hold
-only what is special."""
+"""Sentences about all columns, tables or notifications of a kind, so that descriptions in the data contain only what is
+special."""
 
 PACE = {"seconds": "Read from the array about every 40 seconds.",
         "minutes": "Read from the array about every two to three minutes."}
-FORCING = ("Write ForceTrap, exactly so, for a {} as if the array had reported it. The SET is answered before that; "
-           "nothing is sent while notifications are switched off, or when the same trouble has been sent already.")
-FORCED = "Reads 'Empty', and 'ForceTrap' from a SET to the next refresh. Any other text is refused with badValue."
-ONCE = ("Sent once when the status changes, not for each report of the array. What is not well is read anew about once "
-        "a minute, for a week at most, and its recovery is sent with trapAlertState cleared(1).")
+FORCING = ("Set it to ForceTrap, spelt exactly so, to send a {} as if the array had reported the event. The response "
+           "to the SET precedes the notification. Nothing is sent while notifications are switched off, or if the same "
+           "problem has already been notified.")
+FORCED = "Reads 'Empty', or 'ForceTrap' from a SET to the next refresh. Other strings are rejected with badValue."
+ONCE = ("Sent once when the status changes, not for each report of the array. An object that is not up is read again "
+        "about once a minute, for a week at most, and its recovery is sent with trapAlertState cleared(1).")
 
 
 def about_row(table):
-    """Of the row number, as index and as column."""
+    """Describes the row number, as index and as column."""
     if table.rows == 1 and not table.parent:
         return "Always 1."
-    among = f", counted anew for each {table.parent_item}" if table.parent else ""
-    text = f"Row numbers are positions in the array's last answer{among}: another {table.item} may have " \
+    among = f", counted separately for each {table.parent_item}" if table.parent else ""
+    text = f"Row numbers are positions in the array's latest response{among}: another {table.item} may have " \
            "this one after the next refresh."
-    return text + (f" {table.identity} stays." if table.identity else "")
+    return text + (f" {table.identity} does not change." if table.identity else "")
 
 
 def about_table(table):
@@ -33,7 +34,7 @@ def about_parent_index(table):
 
 
 def about_kind_on_the_wire(column, convention, traps):
-    """Values of the type enumeration go out as INTEGER in an answer and as an unsigned number in a notification."""
+    """Values of the type enumeration are INTEGER in a response and unsigned in a notification."""
     carried = any(column in each.columns for each in traps.notifications)
     if column.type != "enumeration" or not carried:
         return ""
@@ -42,22 +43,22 @@ def about_kind_on_the_wire(column, convention, traps):
 
 
 def about_forced_object(column, force, notification):
-    """Where the notification is not simply about the object in the row."""
+    """Explains which object the notification is about, if it is not the one in the row."""
     if force.rule == "index":
-        return f"Nothing is sent for row {column.table.rows}, the last that the table has room for."
+        return f"Nothing is sent for row {column.table.rows}, the last row of a full table."
     index = notification.state.index_column
     if index is None:
         return ""
     if index.table is column.table:
-        return f"Mind which: the row number is taken as {index.name}, so it is about the {column.table.item} " \
-               "with that API index."
+        return f"Note that the row number is taken as {index.name}: the notification is about the " \
+               f"{column.table.item} with that API index."
     parent = column.table.parent_item
-    return f"Mind which: the row number of the {parent} is taken as {index.name}, so it is about the " \
+    return f"Note that the row number of the {parent} is taken as {index.name}: the notification is about the " \
            f"{column.table.item} in this row of the {parent} with that API index."
 
 
 def about_forcing(column, traps):
-    """Of a column that takes the word ForceTrap; empty for others."""
+    """Describes a ForceTrap column; empty for others."""
     force = next((each for each in traps.forces if each.column is column), None)
     if force is None:
         return ""
@@ -77,7 +78,7 @@ def advice_of_component(component):
 
 
 def about_notification(notification, traps):
-    """Paragraphs behind what the descriptions say."""
+    """Returns the paragraphs that follow the description."""
     if notification.state is None:
         return []
     paragraphs = []
@@ -85,5 +86,5 @@ def about_notification(notification, traps):
     if components:
         paragraphs.append(["trapActionText while the part is not up:", *map(advice_of_component, components)])
     elif "unhealthy" in notification.state.texts:
-        paragraphs.append(f"trapActionText while it is not well: {quoted(notification.state.texts['unhealthy'])}")
+        paragraphs.append(f"trapActionText while the object is not up: {quoted(notification.state.texts['unhealthy'])}")
     return paragraphs + [ONCE]

@@ -32,6 +32,6 @@ def render_items(settings):
 def render_page(settings, page):
     """page: the manual page around the list of settings."""
     if page.count(MARK) != 1:
-        raise DataError(f"data/daemon/snmpSubagent.conf.5: exactly one line {MARK.strip()} is needed")
+        raise DataError(f"data/daemon/snmpSubagent.conf.5: expected exactly one line {MARK.strip()}")
     items = "".join(f"{line}\n" for line in render_items(settings))
     return notice(SOURCES, '.\\"') + page.replace(MARK, items)

@@ -1,4 +1,4 @@
-"""The text forms of SMIv2: one function a construct."""
+"""The syntax of SMIv2: one function per construct."""
 
 import textwrap
 
@@ -8,7 +8,7 @@ WIDTH = 100
 
 
 def wrapped(paragraph, width):
-    """The lines of a paragraph; one that is a list is a head with its points below it."""
+    """Returns the lines of a paragraph. A list consists of a heading and its items."""
     points = [paragraph] if isinstance(paragraph, str) else [paragraph[0], *(f"- {point}" for point in paragraph[1:])]
     return [line for point in points
             for line in textwrap.wrap(point, width, break_on_hyphens=False,
@@ -16,7 +16,7 @@ def wrapped(paragraph, width):
 
 
 def quoted(paragraphs, indent):
-    """A quoted text of one or more paragraphs, with every line after the first set in by one more."""
+    """Returns a quoted string of paragraphs, with lines after the first indented by one more."""
     lines = []
     for paragraph in paragraphs:
         lines += ([""] if lines else []) + wrapped(paragraph, WIDTH - indent)
@@ -29,13 +29,13 @@ def description(paragraphs):
 
 
 def listing(words, indent):
-    """Names with commas between them, as many on a line as it holds."""
+    """Returns names separated by commas, wrapped."""
     lines = textwrap.wrap(", ".join(words), WIDTH - indent, break_on_hyphens=False)
     return ("\n" + " " * indent).join(lines)
 
 
 def listed(words, indent):
-    """The same in braces, of which the first stands at the indent."""
+    """Returns the same in braces; the first is at the indent."""
     return "{ " + listing(words, indent + 2) + " }"
 
 
@@ -50,7 +50,7 @@ def object_type(name, syntax, access, paragraphs, place, units="", index=""):
 
 
 def node(name, place, paragraphs):
-    """An arc that only leads somewhere, or one that has something to say for itself."""
+    """Returns a node: an OBJECT-IDENTITY if it has a description, else an OBJECT IDENTIFIER."""
     if not paragraphs:
         return f"{name} OBJECT IDENTIFIER ::= {{ {place} }}\n"
     return (f"{name} OBJECT-IDENTITY\n" + clause("STATUS", "current") + description(paragraphs) +
@@ -88,7 +88,7 @@ def module_identity(name, organization, contact, revisions, paragraphs, place):
 
 
 def module(name, imports, parts):
-    """imports: (names, module) pairs. parts: definitions, of which each ends in a line break."""
+    """imports: (names, module) pairs. parts: definitions, each of which ends in a line break."""
     lines = [f"    {listing(words, 4)}\n        FROM {origin}" for words, origin in imports]
     return (notice("data/mib", "--") + f"\n{name} DEFINITIONS ::= BEGIN\n\nIMPORTS\n" + "\n".join(lines) + ";\n\n" +
             "\n".join(parts) + "\nEND\n")

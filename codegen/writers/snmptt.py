@@ -1,11 +1,11 @@
-"""Writes what SNMPTT makes of each notification: a line for the log, with a severity."""
+"""Writes the configuration of SNMPTT: a log line and a severity for each notification."""
 
 from codegen.writers.output import dotted, notice
 
 HEAD = notice("data/mib and data/monitoring", "#") + """\
 #
-# Let snmptrapd hand numbers on (-On -Oe), and snmptt.ini say multiple_event = 1. Of the EVENTs of a notification one
-# matches: that its trouble is over, or how grave the state is that it carries.
+# Start snmptrapd with -On -Oe, so that it passes on numbers, and set multiple_event = 1 in snmptt.ini. Of the EVENTs of
+# a notification, one matches: recovery, or the severity of the state in the notification.
 """
 
 NAMES = {"ok": "NORMAL", "warning": "WARNING", "critical": "CRITICAL"}
@@ -30,7 +30,7 @@ class Events:
         return each.columns.index(column) + 1
 
     def severities(self, column):
-        """{severity: numbers} of the states of a column: as it is watched, or as its convention says."""
+        """Returns {severity: numbers} of the states of a column, from its watch line or its convention."""
         convention = self.snmp.convention(column)
         own = next((watch.severities for watch in self.watches.watches if watch.metric.column is column),
                    self.watches.severities[convention.name])
@@ -56,13 +56,13 @@ class Events:
         critical = exactly(grouped.get("critical", []))
         if "critical" in grouped:
             yield self.event(each, "critical", "", [lasts, (self.place(each, column), f"({critical})")])
-        # What has recovered while the array still reports a trouble, and numbers of a later version, warn as well.
+        # Warnings as well: an object that is up although the array reports a problem, and numbers of later versions.
         others = [(self.place(each, column), f"!({critical})")] if "critical" in grouped else []
         yield self.event(each, "warning", "", [lasts, *others])
 
     def plain(self, number):
         return (f'EVENT tesseraText{number} .{dotted((*self.base, 0, number))} "Tessera" INFORMATIONAL\n'
-                f"FORMAT tesseraText{number}: The array says: $1\n")
+                f"FORMAT tesseraText{number}: Message of the array: $1\n")
 
     def file(self):
         events = [event for each in self.snmp.traps.notifications for event in self.of_notification(each)]
@@ -70,5 +70,5 @@ class Events:
 
 
 def exactly(numbers):
-    """A pattern for one of these numbers; that of names with a number behind them (up(1)) matches too."""
+    """Returns a pattern that matches one of these numbers, also in parentheses after a name, as in up(1)."""
     return "|".join(f"^{number}$|\\({number}\\)$" for number in numbers)

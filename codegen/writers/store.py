@@ -1,4 +1,4 @@
-"""Writes the C++ text: facts and one-line operations over hand-written code."""
+"""Writes the layout of the store as C++: facts, and one-line functions that call hand-written code."""
 
 from codegen.writers.output import c_string, notice
 
@@ -18,10 +18,10 @@ enum column_id : int {{
 
 inline constexpr int NUMBER_OF_COLUMNS = {columns};
 
-/** Tables with a refresh of their own. */
+/** Number of tables with their own refresh. */
 inline constexpr int NUMBER_OF_REFRESHES = {refreshes};
 
-/** Entries of `vars`: every instance that the MIB can ever hold. */
+/** Number of entries of `vars`: all instances that the MIB can ever contain. */
 inline constexpr int MAX_total_vars = {variables};
 """
 
@@ -79,7 +79,7 @@ def render_map(refresh):
 
 
 def scalar_get_fn(column):
-    """The body of a scalar's own refresh operation, or None when another refresh fills it."""
+    """Returns the body of a scalar's own get_fn, or None if another refresh fills it."""
     if column.source == "constant":
         if column.type == "string":
             return f"store_text(var_index, {c_string(column.argument)})"

@@ -1,4 +1,4 @@
-"""Writes the C++ text of the notifications: one table a kind, and the handlers of the ForceTrap columns."""
+"""Writes the notifications as C++: one table per kind, and the handlers of the ForceTrap columns."""
 
 from codegen.writers.output import c_string, notice
 from codegen.writers.store import colid
@@ -59,7 +59,7 @@ HANDLERS_HEADER = notice(SOURCES) + """\
 
 #include <cstdint>
 
-/** The set_fn of the ForceTrap columns. They take the index of the written variable; 0 on success. */
+/** The set_fn of the ForceTrap columns. var_index: the written variable. They return 0 on success. */
 {declarations}
 """
 

@@ -1,4 +1,4 @@
-"""YAML with the notice at its head."""
+"""Writes YAML that begins with the notice."""
 
 import yaml
 
@@ -8,7 +8,7 @@ SOURCES = "data/mib and data/monitoring"
 
 
 class Dumper(yaml.SafeDumper):
-    """Sequences are indented below their key, and no value is written as a reference to an equal one."""
+    """Indents sequences below their key, and writes no aliases."""
 
     def increase_indent(self, flow=False, indentless=False):
         return super().increase_indent(flow, False)
@@ -22,5 +22,5 @@ def dump(value):
 
 
 def document(head, value):
-    """head: lines of a comment behind the notice."""
+    """head: lines of a comment after the notice."""
     return notice(SOURCES, "#") + "".join(f"# {line}".rstrip() + "\n" for line in head) + dump(value)

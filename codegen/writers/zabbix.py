@@ -1,4 +1,4 @@
-"""Writes the Zabbix template: one walk a table, out of which its rows are discovered and every value is taken."""
+"""Writes the Zabbix template: one walk per table, which feeds the discovery of its rows and all its items."""
 
 import hashlib
 
@@ -13,11 +13,11 @@ HEAD = ["For Zabbix 6.4 and later."]
 PRIORITIES = {"warning": "WARNING", "critical": "HIGH"}
 DELAYS = {"seconds": "1m", "minutes": "3m"}
 HISTORY = {"FLOAT": {}, "TEXT": {"trends": "0"}}
-ROW_NOTE = "The row number in the name is a position in the array's last answer."
+ROW_NOTE = "The row number in the name is a position in the array's latest response."
 
 
 def uuid(*words):
-    """The same for the same thing for ever, in the form of version 4, which Zabbix insists on."""
+    """Returns a UUID that never changes for the same words, in the format of version 4, which Zabbix requires."""
     digits = list(hashlib.sha256("/".join((NAME, *words)).encode()).hexdigest()[:32])
     digits[12], digits[16] = "4", "89ab"[int(digits[16], 16) % 4]
     return "".join(digits)
@@ -32,7 +32,7 @@ def macro(name):
 
 
 def number_text(numbers, function):
-    """A condition for one of these values."""
+    """Returns a condition that is true for these values."""
     return " or ".join(f"{function}={number}" for number in numbers)
 
 
@@ -82,7 +82,7 @@ class Template:
     # --- items
 
     def value(self, metric):
-        """What an item of this column holds."""
+        """Returns the fields of an item that describe its value."""
         kind = "TEXT" if metric.kind == metrics.TEXT else "FLOAT"
         made = {"value_type": kind, **HISTORY[kind], "description": " ".join(metric.column.paragraphs())}
         if metric.column.units:
@@ -92,7 +92,7 @@ class Template:
         return made
 
     def scalar(self, metric):
-        """With its triggers, which have no other item."""
+        """Returns an item with its triggers, which use only this item."""
         item = identified("item", metric.column.name, name=metric.column.name, type="SNMP_AGENT",
                           snmp_oid=f"get[{instance(metric.column)}]", key=metric.column.name, delay="1m",
                           **self.value(metric))
@@ -106,12 +106,12 @@ class Template:
         return self.metrics.plans[table.name].labels
 
     def shown(self, table):
-        """The metrics whose rows are those of this table."""
+        """Returns the metrics that share the rows of this table."""
         return [each for each in self.metrics.all
                 if each.column.table and metrics.row_table(each.column.table, self.mib) is table]
 
     def switched(self, table):
-        """Off until somebody wants it: a table that is too long to be had beside all others."""
+        """Disables tables that are too long to be walked by default."""
         plans = self.metrics.plans
         return {} if plans[table.name].numbers == plans[None].numbers else {"status": "DISABLED"}
 
@@ -124,7 +124,7 @@ class Template:
                           value_type="TEXT", trends="0", **self.switched(table))
 
     def prototype(self, table, metric):
-        """An item of each row."""
+        """Returns the prototype of a column's item in each row."""
         head = f"{table.item} {self.row_name(table)}"
         suffix = "[{#SNMPINDEX}]"
         place = f"{dotted(metric.column.oid)}.{{#SNMPINDEX}}"
@@ -136,7 +136,7 @@ class Template:
         if metric.kind == metrics.DECIMAL:
             item["preprocessing"].append({"type": "REGEX", "parameters": [r"^\s*([+-]?[0-9]+(\.[0-9]+)?)", r"\1"]})
         triggers = self.triggers(metric, suffix, head + ": ")
-        # A trigger over two items stands beside the items.
+        # A trigger that uses two items belongs to the discovery rule, not to an item.
         if triggers and metric.name not in self.limit_of:
             item["trigger_prototypes"] = triggers
         return item

@@ -52,7 +52,7 @@ int64_t next_candidate(const name_type& name) {
         if ((column.col_flags & 1) == 0)
             return column.first_var + 1;
         name_type rest(name.begin() + column.oid_len, name.end());
-        for (oid& arc : rest)  // the agent library extends the sign of large ones
+        for (oid& arc : rest)  // the agent library sign-extends large ones
             arc = std::min<oid>(arc, 4294967295);
         if (column.col_flags == 1)
             return column.first_var + static_cast<int64_t>(rest[0]);
@@ -66,7 +66,7 @@ int64_t next_candidate(const name_type& name) {
             return column.first_var + column.maxNumOfRows - 1;
         if (rest[0] > column.maxNumOfParents)
             return c + 1 < NUMBER_OF_COLUMNS ? cols[c + 1].first_var : -1;
-        // A parent without row: the walk goes on with the next column.
+        // A parent without a row: continue with the next column.
     }
     return -1;
 }

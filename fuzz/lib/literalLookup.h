@@ -5,15 +5,16 @@
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
 
-/** The walk over all columns, one after the other, as the meaning of a lookup. */
+/** A linear scan over all columns, which defines the correct result of a lookup. */
 namespace literal_lookup {
 
 using name_type = std::vector<oid>;
 
-/** The index of a cached instance, -1 when there is none of that name. */
+/** Returns the index of the cached instance with that name, or -1. */
 int32_t exact(const name_type& name);
 
-/** Where the search for the next cached instance begins, perhaps beyond the store; -1: the view has ended. */
+/** Returns where the search for the next cached instance begins, or -1 at the end of the view. The result can
+    be beyond the store. */
 int64_t next_candidate(const name_type& name);
 
 }  // namespace literal_lookup

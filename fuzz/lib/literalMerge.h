@@ -9,8 +9,8 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibDefinition.h"
 
 /**
- * The merge of an answer in its plainest form: column after column, for each parent a walk over all
- * elements from the first. Keeps a store of its own, which the real one is held against.
+ * The simplest possible merge of a response: column after column, scanning all elements for each parent. It
+ * has its own store, with which tests compare the real one.
  */
 class literal_merge {
   public:
@@ -29,7 +29,7 @@ class literal_merge {
     int32_t index_first = 0;
     int32_t index_second = 0;
 
-    /** The only post-process that a map may hold: what it leaves depends on all that it finds. */
+    /** The only post-process that a map may contain. Its result depends on everything that it may read. */
     static void mark(std::string& str, uint32_t& number, bool cached);
     static void mark_real_variable(int32_t var_index);
 

@@ -29,7 +29,7 @@ bytes read_file(const std::filesystem::path& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// In the order of their names, so that a seed means the same everywhere.
+// Sorted by name, so that a seed yields the same inputs everywhere.
 std::vector<std::filesystem::path> files_of(const std::string& argument) {
     if (!std::filesystem::is_directory(argument))
         return {argument};
@@ -86,7 +86,7 @@ class Mutator {
                      mutant.begin() + static_cast<std::ptrdiff_t>(to));
     }
 
-    // A piece of some input of the corpus, put in.
+    // Inserts a part of an input of the corpus.
     void Splice(bytes& mutant) {
         const bytes& source = corpus_[Below(corpus_.size())];
         const size_t from = PlaceIn(source);
@@ -128,13 +128,13 @@ int main(int count, char** arguments) {
     for (const std::string& path : given.paths) {
         for (const auto& file : files_of(path)) {
             std::printf("%s\n", file.c_str());
-            std::fflush(stdout);  // the last line tells which input it was
+            std::fflush(stdout);  // on a finding, the last line names the input
             corpus.push_back(read_file(file));
             LLVMFuzzerTestOneInput(corpus.back().data(), corpus.back().size());
         }
     }
     if (corpus.empty()) {
-        std::fprintf(stderr, "usage: %s [--mutants COUNT] [--seed SEED] FILE-OR-FOLDER...\n", arguments[0]);
+        std::fprintf(stderr, "usage: %s [--mutants COUNT] [--seed SEED] PATH...\n", arguments[0]);
         return 2;
     }
     Mutator mutator(corpus, given.seed);

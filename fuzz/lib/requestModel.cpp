@@ -33,7 +33,7 @@ constexpr size_t kOldNumberAt = 6;
 constexpr oid kOldNumber = 27405;
 constexpr size_t kLongestOldName = 15;
 
-// ---- words ----
+// ---- inputs ----
 
 int32_t any_variable(FuzzInput& input) {
     const column_record& column = cols[input.Below(NUMBER_OF_COLUMNS)];
@@ -57,7 +57,7 @@ std::string old_form(const std::string& text) {
 void fill_variable(FuzzInput& input, int32_t index) {
     if (cols[vars[index].col_id].data_type != SMI_BASETYPE_OCTET_STRING)
         store_number(index, static_cast<int64_t>(input.Below(65536)) * 65537);
-    else if (input.OnceIn(8))  // some of these are cut, and twenty of them exceed an answer
+    else if (input.OnceIn(8))  // some of these are truncated, and twenty exceed a response
         store_text(index, std::string(2048 + input.Below(1280), 'x') + "\xc3\xa4");
     else
         store_text(index, std::string(input.Text(input.Below(8))));
@@ -103,7 +103,7 @@ struct expectation {
     std::vector<std::string> commands;
 };
 
-// The committed changes of the array that have not been sent.
+// Committed changes that have not been sent to the array.
 std::vector<std::pair<int32_t, std::string>> pending;
 
 name_type full_form(name_type name) {
@@ -144,7 +144,7 @@ instances cached_instances() {
     return cached;
 }
 
-// trapAlertState follows each accepted ForceTrap.
+// Omits trapAlertState, which every accepted ForceTrap changes.
 std::map<int32_t, std::string> values_of_store() {
     std::map<int32_t, std::string> values;
     for (int32_t i = first_cached_from(0); i >= 0; i = first_cached_from(int64_t{i} + 1)) {
@@ -169,14 +169,14 @@ struct arguments {
     int32_t c = 0;
 };
 
-// None if no object is in the row.
+// Returns none if the row contains no object.
 std::optional<arguments> arguments_of(const force_definition& force, int32_t var_index) {
     const int32_t row = get_row_seq(var_index);
     const int32_t index_var = force.index_column < 0 ? 0 : beside(var_index, force.index_column);
     switch (force.rule) {
         case force_rule::controller:
             return arguments{.a = static_cast<uint32_t>(row == 1 ? ctlrIndexFirst : ctlrIndexSecond)};
-        case force_rule::component:  // a command names the component with the index before its fan's
+        case force_rule::component:  // a command contains the API index of its fan minus 1
             return arguments{
                 .a = static_cast<uint32_t>(get_parent_seq(var_index)),
                 .c = force.index_column < 0 ? row : static_cast<int32_t>(vars[index_var].uint - 2)};
@@ -250,7 +250,7 @@ expectation expect(int mode, const std::vector<binding>& bindings, const instanc
     return expected;
 }
 
-// As the agent library encodes it.
+// Returns the size of a response as the agent library encodes it.
 size_t encoded_size(const netsnmp_variable_list* bindings) {
     constexpr int kResponse = 18;
     netsnmp_session session{};
@@ -262,7 +262,7 @@ size_t encoded_size(const netsnmp_variable_list* bindings) {
     size_t space = 0;
     size_t length = 0;
     FuzzCheck(agentx_realloc_build(&session, &answer, &buffer, &space, &length) == 0,
-              "cannot encode the answer");
+              "cannot encode the response");
     free(buffer);
     return length;
 }
@@ -296,19 +296,19 @@ void check_value(const netsnmp_variable_list& answer, int32_t index) {
             is_equal = answer.type == ASN_INTEGER && *answer.val.integer == static_cast<int32_t>(entry.uint);
     }
     if (!is_equal)
-        FuzzFail("another value than in the store: " + name_of(index));
+        FuzzFail("the value differs from the store: " + name_of(index));
 }
 
 void check_get(const binding& asked, const netsnmp_variable_list& answer, const instances& cached) {
     const auto found = cached.find(asked.full);
-    FuzzCheck(name_of_binding(answer) == asked.name, "a GET answered another name");
+    FuzzCheck(name_of_binding(answer) == asked.name, "a GET returned another name");
     if (found == cached.end())
-        FuzzCheck(answer.type == SNMP_NOSUCHINSTANCE, "an instance that does not exist was answered");
+        FuzzCheck(answer.type == SNMP_NOSUCHINSTANCE, "a GET returned an instance that does not exist");
     else
         check_value(answer, found->second);
 }
 
-// Where names are no instances, a walk only has to go forward. An ended walk in the old form stays ended.
+// If a name is not an instance, a walk must only advance. With the old enterprise number, it may end early.
 void check_get_next(const binding& asked, const netsnmp_variable_list& answer, const instances& cached) {
     const auto next = cached.upper_bound(asked.full);
     const bool is_instance = cached.contains(asked.full) && !asked.is_inclusive;
@@ -318,17 +318,17 @@ void check_get_next(const binding& asked, const netsnmp_variable_list& answer, c
         return;
     }
     const auto found = cached.find(full_form(name_of_binding(answer)));
-    FuzzCheck(found != cached.end(), "a GETNEXT answered an instance that does not exist");
+    FuzzCheck(found != cached.end(), "a GETNEXT returned an instance that does not exist");
     check_value(answer, found->second);
     FuzzCheck(asked.full < found->first || (asked.is_inclusive && asked.full == found->first),
-              "a walk does not go forward");
-    FuzzCheck(!is_instance || found == next, "a walk passes over an instance");
+              "a walk does not advance");
+    FuzzCheck(!is_instance || found == next, "a walk skips an instance");
 }
 
 void check_reads(const snmp_pdu_of_test& pdu, int mode, int result, const std::vector<binding>& asked,
                  const instances& cached) {
     const bool is_too_big = encoded_size(pdu.bindings()) > kMaximumResponse;
-    FuzzCheck(result == (is_too_big ? SNMP_ERR_TOOBIG : SNMP_ERR_NOERROR), "the size limit of an answer");
+    FuzzCheck(result == (is_too_big ? SNMP_ERR_TOOBIG : SNMP_ERR_NOERROR), "the size limit of a response");
     for (size_t i = 0; i < asked.size(); ++i) {
         const netsnmp_variable_list& answer = *pdu.requests()[i].requestvb;
         if (mode == MODE_GET)
@@ -339,9 +339,9 @@ void check_reads(const snmp_pdu_of_test& pdu, int mode, int result, const std::v
 }
 
 void check_commands(const expectation& expected, size_t known) {
-    FuzzCheck(trapsToSend.size() == known + expected.commands.size(), "another number of trap commands");
+    FuzzCheck(trapsToSend.size() == known + expected.commands.size(), "wrong number of trap commands");
     if (!expected.commands.empty() && expected.result == SNMP_ERR_NOERROR)
-        FuzzCheck(forceTrapCommand == expected.commands.back(), "a ForceTrap queued another command");
+        FuzzCheck(forceTrapCommand == expected.commands.back(), "a ForceTrap queued the wrong command");
 }
 
 std::string value_sent_to_array(int col_id) {
@@ -424,7 +424,7 @@ int serve_and_check(snmp_pdu_of_test& pdu, int mode) {
     const size_t known = trapsToSend.size();
 
     const int result = pdu.serve(mode);
-    FuzzCheck(values_of_store() == values, "the store holds other values");
+    FuzzCheck(values_of_store() == values, "the store contains wrong values");
     check_commands(expected, known);
     if (!is_admitted)
         return result;
@@ -436,7 +436,7 @@ int serve_and_check(snmp_pdu_of_test& pdu, int mode) {
         FuzzFail("result " + std::to_string(result) + ", expected " + std::to_string(expected.result) +
                  ":\n" + pdu.answers());
     if (result != SNMP_ERR_NOERROR)
-        FuzzCheck(pdu.requests()[expected.blamed].status == result, "another binding is blamed");
+        FuzzCheck(pdu.requests()[expected.blamed].status == result, "the wrong binding is blamed");
     return result;
 }
 
@@ -452,11 +452,11 @@ void set_and_check(snmp_pdu_of_test& pdu) {
 void check_queued_sets() {
     for (const auto& [index, text] : std::exchange(pending, {})) {
         perform_queued_set();
-        FuzzCheck(vars[index].str == text, "the array is told of another value");
+        FuzzCheck(vars[index].str == text, "the store differs from the queued value");
         const bool is_plain = std::ranges::all_of(text, [](char c) { return c >= ' ' && c <= '~'; });
-        FuzzCheck(!is_plain || value_sent_to_array(vars[index].col_id) == text, "another value is sent");
+        FuzzCheck(!is_plain || value_sent_to_array(vars[index].col_id) == text, "the wrong value is sent");
     }
     transcript::take();
     perform_queued_set();
-    FuzzCheck(transcript::take().empty(), "a change that nobody has committed");
+    FuzzCheck(transcript::take().empty(), "a change was sent that nobody committed");
 }

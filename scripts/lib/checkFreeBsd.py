@@ -17,14 +17,14 @@ import tempfile
 
 TARGET = "x86_64-unknown-freebsd14.0"
 SKIPPED = 77
-# Other libraries' headers in /usr/include, which are the same everywhere. Those of OpenSSL lie in two places.
+# Headers of other libraries in /usr/include, which do not depend on the system. OpenSSL's are in two directories.
 LIBRARIES = ("CLI", "nlohmann", "google", "net-snmp", "expat.h", "expat_external.h", "x86_64-linux-gnu/expat_config.h",
              "gtest", "gmock", "benchmark")
 OPENSSL = ("openssl", "x86_64-linux-gnu/openssl")
-# One generator makes the classes of all objects from one template: one of them stands for all. The others are copies
-# of sources with faults planted for the fuzz targets.
+# Omitted: generated classes, except one that represents all, because they come from the same template; and copies of
+# sources with planted faults.
 REPEATED = re.compile(r"/tessera/src/apiTs(?!Disk\.)|/fuzz/planted/")
-# GCC's -Wno-restrict is in the build's options; the other two are those of cmake/ProjectOptions.cmake for Clang.
+# The first is for GCC's -Wno-restrict in the build's options; the others are those of cmake/ProjectOptions.cmake.
 OPTIONS = ("-Wno-unknown-warning-option", "-Wno-unused-private-field", "-Wno-overlength-strings")
 
 
@@ -34,15 +34,15 @@ def skip(reason):
 
 
 def newest(pattern):
-    """The path with the highest number in its name."""
+    """Returns the path with the highest number in its name."""
     return max(glob.glob(pattern), key=lambda path: int("".join(filter(str.isdigit, path)) or 0), default=None)
 
 
 def find_tools():
-    """(sysroot, compiler, directory of the C++ library's headers)"""
+    """Returns (sysroot, compiler, directory of the C++ library's headers)."""
     sysroot = os.environ.get("FREEBSD_SYSROOT", "")
     if not os.path.isfile(os.path.join(sysroot, "usr/include/sys/event.h")):
-        skip("FREEBSD_SYSROOT names no directory with FreeBSD's usr/include")
+        skip("FREEBSD_SYSROOT is not a directory with FreeBSD's usr/include")
     compiler = shutil.which("clang++") or newest("/usr/bin/clang++-*")
     library = newest("/usr/lib/llvm-*/include/c++/v1")
     if library and os.access(compiler_of_it := library.replace("include/c++/v1", "bin/clang++"), os.X_OK):
@@ -51,7 +51,7 @@ def find_tools():
     if os.path.isdir(own):
         library = own
     if not compiler or not library:
-        skip("clang++ or the headers of libc++ are missing: apt-get install clang-16 libc++-16-dev")
+        skip("clang++ or the headers of libc++ are missing; run apt-get install clang-16 libc++-16-dev")
     return sysroot, compiler, library
 
 
@@ -67,7 +67,7 @@ def gather_libraries(directory):
 
 
 def options_of(entry):
-    """Of an entry of compile_commands.json, what does not depend on the system."""
+    """Yields the options of an entry of compile_commands.json that do not depend on the system."""
     words = shlex.split(entry["command"])
     for word, following in zip(words, words[1:]):
         if word == "-isystem":
@@ -77,7 +77,7 @@ def options_of(entry):
 
 
 def units_of(root, build, with_tests):
-    """Each source file with its options; the files for Linux make way for those for FreeBSD."""
+    """Returns each source file with its options; FreeBSD files replace those for Linux."""
     entries = json.loads((build / "compile_commands.json").read_text(encoding="utf-8"))
     others = () if with_tests else tuple(f"{root}/{folder}/" for folder in ("tests", "bench", "fuzz"))
     units = {entry["file"]: list(options_of(entry)) for entry in entries

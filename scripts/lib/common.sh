@@ -1,4 +1,4 @@
-# What the scripts share; they read it with the repository's root as working directory.
+# Functions that all scripts source, with the repository's root as working directory.
 
 # An ordinary user's PATH lacks the directories of some programs that the tests run.
 export PATH=$PATH:/usr/sbin:/sbin
@@ -12,7 +12,7 @@ fail() {
     exit 1
 }
 
-# The comment at the head of the script is its usage. A wrong option gets it too, with status 2.
+# Prints the comment at the top of the script. Exits with status 2 unless the option is that for help.
 usage_and_exit() {
     sed -n '2,/^set -eu/{/^#/{s/^# \{0,1\}//;p}}' "scripts/$(basename "$0")"
     case $1 in -h | --help) exit 0 ;; *) exit 2 ;; esac
@@ -21,21 +21,21 @@ usage_and_exit() {
 check_preset() {
     case $1 in
         release | debug | asan | tsan | coverage) ;;
-        *) fail "there is no preset '$1': release, debug, asan or tsan" ;;
+        *) fail "unknown preset '$1'; expected release, debug, asan or tsan" ;;
     esac
 }
 
 check_compiler() {
     local compiler=${CXX:-c++} version
-    command -v "$compiler" >/dev/null || fail "there is no compiler '$compiler'"
+    command -v "$compiler" >/dev/null || fail "compiler '$compiler' not found"
     version=$("$compiler" -dumpfullversion -dumpversion)
-    # Clang answers with a number of its own; what it can do shows itself at configuring.
+    # Clang has its own version numbers; CMake checks its features.
     "$compiler" --version | grep -qi clang || [[ ${version%%.*} -ge 12 ]] ||
         fail "the compiler is too old: $compiler is GCC $version, 12 or newer is needed"
 }
 
 check_sandbox() {
-    sandbox/sandbox true || fail "the sandbox cannot be made here, so the daemon cannot run"
+    sandbox/sandbox true || fail "cannot create a sandbox here, so the daemon cannot run"
 }
 
 run_quietly() {

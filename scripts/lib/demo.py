@@ -13,7 +13,7 @@ STATUS = {"1": "Up", "2": "Down", "3": "Degraded"}
 TRUTH = {"1": "yes", "2": "no"}
 GLOBAL_STATUS = {2: "unknown alert", 3: "no open alert seen so far", 4: "an alert is open", 5: "a severe alert is open"}
 ALERT_STATE = {"1": "cleared", "2": "active"}
-# How the numbers of a notification read, by the end of the column's name.
+# The meaning of numbers in a notification, by the end of the column's name.
 MEANINGS = (("AlertState", ALERT_STATE), ("Status", STATUS), ("Healthy", TRUTH))
 BACKGROUND_LIMIT_S = 240
 FOREGROUND_LIMIT_S = 120
@@ -42,7 +42,7 @@ def print_table(heads, rows):
 
 
 def column_of(oid):
-    """The name of the column that an instance belongs to; the OID itself outside the MIB."""
+    """Returns the name of the column that an instance belongs to, or the OID itself if it is not in the MIB."""
     for column in mib.MIB.columns:
         if oid.startswith(".".join(map(str, column.oid)) + "."):
             return column.name
@@ -50,7 +50,7 @@ def column_of(oid):
 
 
 def reading_of(name, value):
-    """A value for people."""
+    """Returns a human-readable value."""
     if isinstance(value, bytes):
         return value.decode("utf-8", "replace")
     for end, meaning in MEANINGS:
@@ -60,14 +60,14 @@ def reading_of(name, value):
 
 
 class Watcher:
-    """snmptrapd on a port of its own, and what it has written so far."""
+    """snmptrapd on its own port, and the number of notifications that were shown."""
 
     def __init__(self):
         self.trapd = receiver.Trapd(TRAP_COMMUNITY, TRAP_PORT)
         self.seen = 0
 
     def next(self):
-        """(name, {column: value}) of the next notification."""
+        """Waits for the next notification. Returns (name, {column: value})."""
         self.seen += 1
         bindings = self.trapd.wait_for(self.seen)[self.seen - 1][1]
         values = {column_of(each.oid): each.value for each in bindings}
@@ -87,7 +87,7 @@ class Watcher:
         return name, values
 
     def show_expected(self, name, **wanted):
-        """Shows the next one, which must be this, with these values."""
+        """Shows the next notification and checks its name and these values."""
         got, values = self.show_next()
         expect(got == name, f"the next notification is {name}, not {got}")
         for column, value in wanted.items():
@@ -133,7 +133,7 @@ class Tour:
             print(f"   {name:18} {value}{note}", flush=True)
 
     def rows(self, table):
-        """The rows of a table, by column without the table's name."""
+        """Returns the rows of a table as {column name without that of the table: value}."""
         show_command("snmpbulkwalk -v2c -c public localhost", mib.table_oid(table))
         values = self.reader.bulk_walk(mib.table_oid(table)).by_oid()
         rows = {}
@@ -165,8 +165,8 @@ class Tour:
         place = mib.scalar("sysLocation")
         show_command("snmpset -v2c -c private localhost sysLocation.0 s 'Hall 4, rack <7>'")
         answer = self.writer.set((place, "s", "Hall 4, rack <7>"))
-        expect(answer.status == 0, f"the SET is taken: {answer}")
-        # The answer does not wait for the array.
+        expect(answer.status == 0, f"the SET succeeds: {answer}")
+        # The response does not wait for the array.
         waiting.wait_until(lambda: self.array.get("Tessera", 1, "Location") == "Hall 4, rack <7>",
                            "the array has the new location")
         print(f"   the array says: {self.array.get('Tessera', 1, 'Location')}", flush=True)
@@ -189,7 +189,7 @@ class Tour:
         expect(self.reader.value(place) == 1, "SNMP serves the new status")
 
     def failing_disk(self):
-        """The row and the attributes of a disk that is Up, as is its folder."""
+        """Returns row and attributes of a disk that is Up and whose folder is Up."""
         objects = self.array.dump()
         healthy = [each["Index"] for each in objects["TsDiskFolder"] if each["Status"] == "Up"]
         return next((row, each) for row, each in enumerate(objects["TsDisk"], 1)

@@ -1,5 +1,5 @@
-"""The daemon's footprint with a full array, in the sandbox: peak memory, and processor time when idle. With --quick only
-to see that this runs."""
+"""Measures, in the sandbox, the daemon's footprint with a full array: peak memory and idle processor time. --quick only
+shows that it runs."""
 
 import glob
 import os
@@ -23,7 +23,7 @@ def peak_mib(pid):
 
 
 def processor_s(pid):
-    """Seconds that the threads of a process have run."""
+    """Returns the processor time that a process has used, in seconds."""
     return sum(int(machine.read_file(path).split()[0]) for path in glob.glob(f"/proc/{pid}/task/*/schedstat")) / 1e9
 
 
@@ -42,7 +42,7 @@ def main():
         time.sleep(IDLE_S)
         idle_percent = (processor_s(pid) - before) / IDLE_S * 100
         print(f"idle processor time            {idle_percent:8.2f} % of one core   (wanted: at most {WANTED_IDLE_PERCENT})")
-        # The largest answer, that of the alerts, comes in the background.
+        # The largest response, the list of alerts, is fetched in the background.
         fetched = simulated.exchanges("GetList", "TsAlert")
         while simulated.exchanges("GetList", "TsAlert") == fetched and time.monotonic() - begin < LARGEST_ANSWER_S:
             time.sleep(1)

@@ -1,5 +1,5 @@
-"""Events on their way through the daemon, in the sandbox: the time from the message on the socket to the notification
-at the receiver, and how many of them go through in a second. With --quick only to see that this runs."""
+"""Measures, in the sandbox, how events pass through the daemon: the time from the message on the socket to the
+notification at the receiver, and the number of events per second. --quick only shows that it runs."""
 
 import os
 import random
@@ -21,7 +21,7 @@ IDLE_SLEEP_MS = 10
 WANTED_RATIO = 1.5
 QUICK = "--quick" in sys.argv
 SINGLE_EVENTS = 5 if QUICK else 300
-PAUSE_S = (0.04, 0.08)  # between single events; drawn anew for each, so that they meet every phase of the loop
+PAUSE_S = (0.04, 0.08)  # between single events; random, so that they meet every phase of the loop
 BURST = 100 if QUICK else 2000
 BURSTS = 3
 
@@ -45,7 +45,7 @@ def receive_exactly(link, count):
 
 
 def exchange_ms(frame):
-    """One request to the array over a connection of its own, as the daemon makes it."""
+    """Makes a call to the array over its own connection, as the daemon does. Returns the time it took."""
     begin = time.monotonic()
     with socket.socket(socket.AF_UNIX, socket.SOCK_STREAM) as link:
         link.connect(API_SOCKET)
@@ -53,12 +53,12 @@ def exchange_ms(frame):
         answer = receive_exactly(link, struct.unpack(">I", receive_exactly(link, 4))[0])
     elapsed = (time.monotonic() - begin) * 1000
     if b"<Successful>True</Successful>" not in answer:
-        raise AssertionError(f"the array refuses a request: {answer[:400]}")
+        raise AssertionError(f"the array rejected a call: {answer[:400]}")
     return elapsed
 
 
 def request(*words):
-    """The frame of a request for a method."""
+    """Returns the frame of a call."""
     command = management.octets_field(1, document(method(*words)))
     inner = management.number_field(1, 1) + management.octets_field(4, command)
     return management.frame(management.number_field(1, 2) + management.octets_field(2, inner) +
@@ -92,7 +92,7 @@ class Measurement:
         return arrival
 
     def kinds(self):
-        """Name, command, and the requests to the array that it needs."""
+        """Returns (name, trap command, calls to the array that it needs) of each event."""
         return (("201 free text", "1 2 3 201 0 0 0 0 a text of the usual length", ()),
                 ("202 disk", f"1 2 3 202 {self.disk} 0 0 0 x@@@a text",
                  (request("TsDisk", "Get", f"{array.SERIAL}.{self.disk}"),)),
@@ -101,7 +101,7 @@ class Measurement:
                  (request("TsEnclosure", "GetList"), request("TsEnclosureCoolingFanSensor", "GetList"))))
 
     def latencies_ms(self, command, requests):
-        """Of single events; and of the exchanges that they need, made between the events on the same machine."""
+        """Returns the latencies of single events, and of the exchanges that they need, made between the events."""
         message, events, exchanges = management.trap(command), [], []
         with management.Sender() as sender:
             for _ in range(SINGLE_EVENTS):
@@ -136,13 +136,13 @@ class Measurement:
         return float(output)
 
     def show_bursts(self):
-        """Bare and with the daemon by turns, so that both meet the same machine."""
+        """Alternates between bare bursts and the daemon, so that both see the same load of the machine."""
         for name, command, _ in self.kinds()[:2]:
             pairs = [(self.bare_s(), self.burst_s(command)) for _ in range(BURSTS)]
             bare, whole = (statistics.median(each) for each in zip(*pairs))
             ratio = statistics.median(seconds / alone for alone, seconds in pairs)
-            print(f"{BURST} of {name:15} {BURST / whole:7.0f} a second; as many bare snmp_send: {BURST / bare:7.0f} a "
-                  f"second; {ratio:5.1f} times as long", flush=True)
+            print(f"{BURST} of {name:15} {BURST / whole:7.0f} per second; as many bare snmp_send: {BURST / bare:7.0f} "
+                  f"per second; {ratio:5.1f} times as long", flush=True)
 
 
 def main():

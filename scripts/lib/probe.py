@@ -1,5 +1,5 @@
 """A manager that sends raw datagrams, and the array and daemon that it measures. Requests are built before a
-measurement and responses are decoded after it, so that the measured time holds little but system calls."""
+measurement and responses are decoded after it, so that the measured time is mostly that of system calls."""
 
 import contextlib
 import gc
@@ -19,7 +19,7 @@ QUICK = "--quick" in sys.argv  # only to see that a measurement runs
 TIMEOUT_S = 1 if QUICK else 5
 FIRST_ID = 0x10000000
 SETTLE_S = 0.5 if QUICK else 2  # start-up is not part of a measurement
-RESTART_S = 0 if QUICK else 1.5  # a daemon that lost snmpd has the shell start a new copy after a second
+RESTART_S = 0 if QUICK else 1.5  # a daemon that lost snmpd makes the shell start a new copy after a second
 ERRORS = {1: "tooBig", 5: "genErr"}
 EXCEPTIONS = {0x80: "noSuchObject", 0x81: "noSuchInstance", 0x82: "endOfMibView"}
 

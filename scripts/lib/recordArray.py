@@ -1,4 +1,4 @@
-"""Records what the daemon serves of a simulated array, in the sandbox. Usage: recordArray.py PRESET FILE"""
+"""Records, in the sandbox, what the daemon serves of a simulated array. Usage: recordArray.py PRESET FILE"""
 
 import os
 import sys
@@ -10,10 +10,10 @@ RECORDER = os.path.join(machine.REPOSITORY, "monitoring", "recordWalk")
 
 
 class Recording(story.SharedStory):
-    """One array and one daemon, as the tests have them."""
+    """One array and one daemon, as in the tests."""
 
     def write(self, path):
-        """Once all that is derived from other tables is there as well."""
+        """Waits until values that are derived from other tables exist as well."""
         self.wait_until_settled()
         machine.write_file(path, machine.run("/usr/bin/python3", RECORDER, "127.0.0.1", limit_s=300))
 

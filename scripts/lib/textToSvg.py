@@ -1,7 +1,7 @@
-"""Text as it stands in a terminal, as a picture.
+"""Renders the output of a terminal as a picture.
 
-Usage: textToSvg.py TITLE PICTURE < TEXT            writes the picture, unless only times would change in it
-       textToSvg.py TITLE PICTURE --check < TEXT    fails when the picture shows something else
+Usage: textToSvg.py TITLE PICTURE < TEXT            writes the picture, unless only times have changed
+       textToSvg.py TITLE PICTURE --check < TEXT    fails if the picture shows something else
 """
 
 import difflib
@@ -52,13 +52,13 @@ def main():
     name = os.path.basename(path)
     changes = list(difflib.unified_diff(without_times(old), without_times(new), "shown", "run", lineterm="", n=0))
     if not changes:
-        print(f"{name} shows this, times aside.")
+        print(f"{name} is up to date; times are not compared.")
     elif len(sys.argv) == 4:
-        raise SystemExit("\n".join([*changes, f"{name} shows something else: scripts/record-demo makes it anew"]))
+        raise SystemExit("\n".join([*changes, f"{name} is out of date; run scripts/record-demo"]))
     else:
         with open(path, "w", encoding="utf-8") as file:
             file.write("\n".join(new) + "\n")
-        print(f"{name} is new.")
+        print(f"{name} was written.")
 
 
 if __name__ == "__main__":

@@ -210,13 +210,13 @@ TEST_F(Calls, CommandsHaveTheEffectThatTheyName) {
     EXPECT_EQ(Do("TsVolume", "Recycle", volume), "ok");
     EXPECT_EQ(Value("TsVolume 3 Active"), "False");
     EXPECT_EQ(Do("TsVolume", "Recycle", volume),
-              "TesseraError: TsVolume 64702.3 refuses: its InRecycleBin is True");
+              "TesseraError: TsVolume 64702.3 rejects the command: InRecycleBin is True");
     EXPECT_EQ(Do("TsVolume", "Restore", volume), "ok");
     Tell("set TsVolume 3 ConfiguredSize 1000");
     EXPECT_EQ(Do("TsVolume", "Expand", {{"InstanceId", "64702.3"}, {"ExpandAmount", "1 GB"}}), "ok");
     EXPECT_EQ(Value("TsVolume 3 ConfiguredSize"), "2098152");
     EXPECT_EQ(Do("TsVolume", "ExpandToSize", {{"InstanceId", "64702.3"}, {"NewSize", "1 GB"}}),
-              "InvalidValue: TsVolume 64702.3 can only become larger");
+              "InvalidValue: TsVolume 64702.3 can only be enlarged");
     EXPECT_EQ(
         Do("TsVolume", "Modify",
            {{"InstanceId", "64702.3"}, {"Name", "archive"}, {"VolumeFolder", "64702.8 TsVolumeFolder Old"}}),
@@ -226,7 +226,7 @@ TEST_F(Calls, CommandsHaveTheEffectThatTheyName) {
 
     EXPECT_EQ(Do("TsDiskFolder", "RaidRebalance", {{"Tessera", "64702 Tessera tessera-lab"}}), "ok");
     EXPECT_EQ(Do("TsDiskFolder", "RaidRebalance", {{"Tessera", "64702 Tessera tessera-lab"}}),
-              "TesseraError: Tessera 64702 refuses: its RaidRebalanceRunning is True");
+              "TesseraError: Tessera 64702 rejects the command: RaidRebalanceRunning is True");
     EXPECT_EQ(Do("TsController", "Shutdown", {{"InstanceId", "64702.3"}}), "ok");
     EXPECT_EQ(Value("TsController 3 Status"), "Down");
     EXPECT_EQ(Do("TsController", "Restart", {{"InstanceId", "64702.3"}}), "ok");
@@ -249,7 +249,7 @@ TEST_F(Calls, ALockedVolumeObeysItsApplicationOnly) {
     EXPECT_EQ(Do("TsVolume", "Unmap", by("mover")), "ok");
     EXPECT_EQ(Do("TsVolume", "RemoveManagementLock", by("mover")), "ok");
     EXPECT_EQ(Do("TsVolume", "Delete", {{"InstanceId", "64702.3"}}), "ok");
-    EXPECT_EQ(Value("TsVolume 3"), "there is no TsVolume 3");
+    EXPECT_EQ(Value("TsVolume 3"), "TsVolume 3 does not exist");
     EXPECT_EQ(Value("TsObjectCount 1 NumberOfVolumes"), "5");
 }
 
@@ -271,7 +271,7 @@ TEST_F(Calls, ObjectsAreMadeFromTheArguments) {
     EXPECT_EQ(Do("TsUps", "Create", ups), "ok");
     EXPECT_EQ(Value("TsUps 3 Type"), "Liebert");
     EXPECT_EQ(Do("Tessera", "AddController", {{"InstanceId", "64702"}}),
-              "TesseraError: The array has no room for one more TsController");
+              "TesseraError: The array cannot hold another TsController");
 }
 
 TEST_F(Calls, DisksMoveBetweenFolders) {
@@ -290,14 +290,14 @@ TEST_F(Calls, DisksMoveBetweenFolders) {
     EXPECT_NE(Value("TsDiskFolderStorageUsage " + index + " TotalSpace"), "0");
 
     EXPECT_EQ(Do("TsDiskFolder", "Delete", {{"InstanceId", id}}),
-              "TesseraError: TsDiskFolder " + id + " refuses: its OkToDelete is False");
+              "TesseraError: TsDiskFolder " + id + " rejects the command: OkToDelete is False");
     EXPECT_EQ(Do("TsDiskFolder", "RemoveDisks", {{"InstanceId", "64702.3"}, {"Disks", disks}}),
               "TesseraError: TsDisk " + disks.substr(0, disks.find(' ')) + " is not in folder 64702.3");
     EXPECT_EQ(Do("TsDiskFolder", "RemoveDisks", {{"InstanceId", id}, {"Disks", disks}}), "ok");
     EXPECT_THAT(Related("Tessera", "UnassignedDiskList", "64702"),
                 ElementsAre(disks.substr(0, disks.find(' '))));
     EXPECT_EQ(Do("TsDiskFolder", "Delete", {{"InstanceId", id}}), "ok");
-    EXPECT_EQ(Value("TsDiskFolderStorageUsage " + index), "there is no TsDiskFolderStorageUsage " + index);
+    EXPECT_THAT(Value("TsDiskFolderStorageUsage " + index), testing::EndsWith(" does not exist"));
 }
 
 TEST_F(Calls, AnswersHaveTheFormOfTheirKind) {

@@ -98,8 +98,8 @@ TEST(Catalogue, MistakesNameTheirLine) {
         {"object TsUps\n  Index 1\n  Index 2", "objects.def:3: duplicate attribute 'Index'"},
         {"# head\nobject TsMoon", "objects.def:2: the daemon has no table of 'TsMoon'"},
         {"object TsUps\n  Colour red", "objects.def:2: TsUps has no attribute 'Colour'"},
-        {"object TsUps\n  Type Elephant", "objects.def:2: 'Elephant' is no Type"},
-        {"object TsUps\n  BatteryLife 5..2", "objects.def:2: the range 5..2 ends before it begins"},
+        {"object TsUps\n  Type Elephant", "objects.def:2: 'Elephant' is not in the enumeration of Type"},
+        {"object TsUps\n  BatteryLife 5..2", "objects.def:2: empty range '5..2'"},
         {"list TsServer\n  Index 1\n  Moon 1\nobject TsVirtualServer in TsServer",
          "objects.def:3: TsVirtualServer has no attribute 'Moon'"},
         {"object TsUps\n  IpAddress =Name", "objects.def:2: TsUps: 'Name' is not above IpAddress"},
@@ -134,23 +134,23 @@ TEST(ModelFile, WhatIsNoModelIsRefusedWithAReason) {
     };
     const Case cases[] = {
         {"", "parse error"},
-        {"[]", "a model is a JSON object"},
-        {"{}", "the member \"serial\" is missing"},
-        {R"({"serial": -1, "objects": {}})", "\"serial\" is no number"},
+        {"[]", "a model must be a JSON object"},
+        {"{}", "missing member \"serial\""},
+        {R"({"serial": -1, "objects": {}})", "\"serial\" must be a number"},
         {R"({"serial": 1, "objects": {"TsMoon": []}})", "unknown list \"TsMoon\""},
-        {R"({"serial": 1, "objects": {"TsDisk": {}}})", "TsDisk is no JSON array"},
-        {R"({"serial": 1, "objects": {"TsDisk": [5]}})", "TsDisk, object 1 is no JSON object"},
+        {R"({"serial": 1, "objects": {"TsDisk": {}}})", "TsDisk: not a JSON array"},
+        {R"({"serial": 1, "objects": {"TsDisk": [5]}})", "TsDisk, object 1: not a JSON object"},
         {R"({"serial": 1, "objects": {"TsDisk": [{"Name": "x"}]}})",
-         "TsDisk, object 1 needs a number as \"Index\""},
-        {R"({"serial": 1, "objects": {"TsDisk": [{"Index": "-1"}]}})", "TsDisk, object 1 needs a number"},
-        {R"({"serial": 1, "objects": {"TsDisk": [{"Index": 5}]}})", "\"Index\" that is no text"},
+         "TsDisk, object 1: attribute \"Index\" must contain a number"},
+        {R"({"serial": 1, "objects": {"TsDisk": [{"Index": "-1"}]}})", "must contain a number"},
+        {R"({"serial": 1, "objects": {"TsDisk": [{"Index": 5}]}})", "\"Index\" must be a string"},
         {R"({"serial": 1, "objects": {"TsDisk": [{"Index": "5"}, {"Index": "5"}]}})",
-         "TsDisk, object 2 has the index 5 that stands already"},
+         "TsDisk, object 2: duplicate index 5"},
         {R"({"serial": 1, "objects": {"TsDisk": [{"Index": "5", "Colour": "red"}]}})",
          "unknown attribute \"Colour\""},
-        {R"({"serial": 1, "objects": {"TsServer": [{"Index": "5"}]}})", "the member \"kind\" is missing"},
+        {R"({"serial": 1, "objects": {"TsServer": [{"Index": "5"}]}})", "missing member \"kind\""},
         {R"({"serial": 1, "objects": {"TsServer": [{"kind": "TsDisk", "Index": "5"}]}})",
-         "a kind that is none of"},
+         "the kind does not belong to this list"},
     };
     for (const Case& each : cases) {
         try {
@@ -180,7 +180,7 @@ TEST(Failures, AFailingDiskShowsOnEverythingThatHoldsIt) {
     EXPECT_EQ(enclosure.Text("Status"), "Up")
         << "the daemon drops what it hears of the parts of one that is not";
     EXPECT_EQ(enclosure.Text("ChildStatus"), "Down");
-    EXPECT_EQ(enclosure.Text("StatusDescription"), "Attention: 1 of its parts not up");
+    EXPECT_EQ(enclosure.Text("StatusDescription"), "Attention: 1 of its parts are not Up");
     EXPECT_EQ(folder.Text("UnhealthyCount"), "1");
     EXPECT_EQ(folder.Text("Status"), "Degraded");
     EXPECT_EQ(model.Array()->Text("Status"), "Degraded");
@@ -217,7 +217,7 @@ TEST(Failures, AnObjectsOwnFailureOutlastsTheRecoveryOfItsParts) {
     RecoverObject(model, enclosure);
     EXPECT_EQ(enclosure.Text("Status"), "Up");
     EXPECT_EQ(enclosure.Text("ChildStatus"), "Down");
-    EXPECT_EQ(enclosure.Text("StatusDescription"), "Attention: 1 of its parts not up");
+    EXPECT_EQ(enclosure.Text("StatusDescription"), "Attention: 1 of its parts are not Up");
 }
 
 TEST(Failures, TheArrayIsDownWithBothControllers) {

@@ -84,7 +84,7 @@ TEST_F(Scenarios, FailedStepsAreNamedAndTheRestStillRuns) {
     EXPECT_EQ(Run("say begin\nexpect TsDisk 12 Status Down\nfail TsDisk 8\nset TsDisk 12 Name last\n"), 2u);
     EXPECT_THAT(lines_, ElementsAre("   0.000 s  say begin", "   0.000 s  expect TsDisk 12 Status Down",
                                     "test:2: FAILED: TsDisk 12 Status: expected 'Down', found 'Up'",
-                                    "   0.000 s  fail TsDisk 8", "test:3: FAILED: there is no TsDisk 8",
+                                    "   0.000 s  fail TsDisk 8", "test:3: FAILED: TsDisk 8 does not exist",
                                     "   0.000 s  set TsDisk 12 Name last"));
     EXPECT_TRUE(simulator_.Execute("expect TsDisk 12 Name last").good);
 }
@@ -101,20 +101,20 @@ TEST(ScenarioText, MistakesNameFileAndLine) {
     };
     const Case cases[] = {
         {"say a\n\nexplode", "file:3: unknown command 'explode'; `help` prints all"},
-        {"at 5s", "file:1: a timed line reads: at TIME COMMAND"},
-        {"at 5s  \nsay x", "file:1: a timed line reads: at TIME COMMAND"},
-        {"at 5 say x", "file:1: '5' is no time; write 250ms, 5s or 1m"},
-        {"at s say x", "file:1: 's' is no time; write 250ms, 5s or 1m"},
-        {"after -1s say x", "file:1: '-1s' is no time; write 250ms, 5s or 1m"},
-        {"at 5h say x", "file:1: '5h' is no time; write 250ms, 5s or 1m"},
-        {"at 5s say x\nat 4s say y", "file:2: this time lies before that of an earlier line"},
-        {"wait", "file:1: a wait reads: wait for GetList|Get|Modify KIND, or wait for Ping"},
-        {"wait for GetList", "file:1: a wait reads: wait for GetList|Get|Modify KIND, or wait for Ping"},
-        {"wait for Ping TsDisk", "file:1: 'Ping' is none of GetList, Get, Modify, Ping"},
-        {"wait for GetList TsVirtualServer", "file:1: 'TsVirtualServer' is nothing that is asked for"},
+        {"at 5s", "file:1: expected: at TIME COMMAND"},
+        {"at 5s  \nsay x", "file:1: expected: at TIME COMMAND"},
+        {"at 5 say x", "file:1: '5' is not a time; write 250ms, 5s or 1m"},
+        {"at s say x", "file:1: 's' is not a time; write 250ms, 5s or 1m"},
+        {"after -1s say x", "file:1: '-1s' is not a time; write 250ms, 5s or 1m"},
+        {"at 5h say x", "file:1: '5h' is not a time; write 250ms, 5s or 1m"},
+        {"at 5s say x\nat 4s say y", "file:2: the time is earlier than that of a previous line"},
+        {"wait", "file:1: expected: wait for GetList|Get|Modify KIND, or wait for Ping"},
+        {"wait for GetList", "file:1: expected: wait for GetList|Get|Modify KIND, or wait for Ping"},
+        {"wait for Ping TsDisk", "file:1: unexpected 'Ping'; expected GetList, Get, Modify or Ping"},
+        {"wait for GetList TsVirtualServer", "file:1: 'TsVirtualServer' cannot be requested"},
         {"expect TsDisk 5 Colour red", "file:1: TsDisk has no attribute 'Colour'"},
         {"after 2s fault hang on TsMoon", "file:1: unknown kind 'TsMoon'"},
-        {"say \"open", "file:1: a quote is not closed"},
+        {"say \"open", "file:1: missing closing quote"},
     };
     for (const Case& each : cases) {
         try {

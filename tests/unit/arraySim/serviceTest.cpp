@@ -175,7 +175,7 @@ TEST_F(Controls, CommandsGoThroughTheSocket) {
     EXPECT_EQ(reply.text, "02-04\n");
     reply = Tell(folder_ / "ctl", "get TsDisk 8 Name");
     EXPECT_FALSE(reply.good);
-    EXPECT_EQ(reply.text, "there is no TsDisk 8");
+    EXPECT_EQ(reply.text, "TsDisk 8 does not exist");
     EXPECT_EQ(Tell(folder_ / "ctl", "dump").text, simulator_.Execute("dump").text);
     EXPECT_FALSE(Tell(folder_ / "ctl", "list\nquit").good);
     control_.Stop();

@@ -58,15 +58,15 @@ methodObject  Span  "Hours of the day"
 WRONG_LAMP = [
     ("object", 'object TsLamp round "A lamp"', 'expected: object NAME status|plain "TEXT"'),
     ("object", 'object tsLamp status "A lamp"',
-     "'tsLamp' is not a name of an object: a capital letter, then letters and digits"),
+     "invalid name 'tsLamp' of an object; use a capital letter, then letters and digits"),
     ("object", 'object TsLamps status "A lamp"', "the file of object 'TsLamps' must be tsLamps.def"),
-    ("object", 'object TsLamp status "A l\u00e4mp"', "the text holds a character outside printable ASCII"),
-    ("object", 'object TsLamp status "A */ lamp"', "the text would end a comment"),
+    ("object", 'object TsLamp status "A l\u00e4mp"', "the text contains a character outside printable ASCII"),
+    ("object", 'object TsLamp status "A */ lamp"', "the text must not contain '*/'"),
     ("attribute  Hours", "attribute Ho-urs INT 20 Hours",
-     "'Ho-urs' is not a name of an attribute: a capital letter, then letters and digits"),
+     "invalid name 'Ho-urs' of an attribute; use a capital letter, then letters and digits"),
     ("attribute  Hours", "attribute Colour INT 20 Hours", "duplicate attribute 'Colour'; first defined at data/api/objects/tsLamp.def:4"),
     ("attribute  Hours", "attribute AttributeList INT 20 Hours",
-     "an accessor for 'AttributeList' would hide one of the base"),
+     "an accessor for 'AttributeList' would hide one of the base class"),
     ("attribute  Hours", "attribute Hours INT 0 Hours", "'0' is not a width from 1 to 200"),
     ("attribute  Hours", "attribute Hours INT 20 Hours minLength=1",
      "unexpected 'minLength=1'; expected min=, max="),
@@ -74,24 +74,24 @@ WRONG_LAMP = [
     ("attribute  Hours", "attribute Hours INT 20 Hours min=1 min=2", "duplicate min="),
     ("attribute  Hours", "attribute Hours INT 20 Hours min=2 max=1", "min is greater than max"),
     ("attribute  Name", "attribute Name STRING 20 Name minLength=0 maxLength=0",
-     "lengths of 0 and 0 would turn all checks of the text off"),
-    ("attribute  Colour", "attribute Colour ENUM 20 Colour table=Color", "there is no enumeration 'Color'"),
+     "minLength=0 maxLength=0 would disable all checks"),
+    ("attribute  Colour", "attribute Colour ENUM 20 Colour table=Color", "unknown enumeration 'Color'"),
     ("command  Modify", "command Modify changes Root",
      "the privilege must be one of Admin, VolumeManager, Reporter"),
     ("command  Modify", "command GetList changes Admin", "duplicate command 'GetList'; first defined at data/api/objects/tsLamp.def:8"),
     ("command  Modify", "attribute Late INT 20 Late", "11: unknown line 'needs InstanceId'"),
-    ("command  GetList", "command GetList changes Admin", "GetList changes nothing"),
-    ("  needs  Filter", "  needs  Filter  GETLISTFILTER", "'Filter' takes no kind"),
-    ("  needs  Filter", "", "8: GetList, and no other command, needs 'Filter'"),
-    ("  needs  Colour", "  needs  Colour", "'Colour' needs a kind"),
+    ("command  GetList", "command GetList changes Admin", "GetList must be 'reads'"),
+    ("  needs  Filter", "  needs  Filter  GETLISTFILTER", "'Filter' must not have a kind"),
+    ("  needs  Filter", "", "8: GetList, and no other command, requires 'Filter'"),
+    ("  needs  Colour", "  needs  Colour", "'Colour' requires a kind"),
     ("  needs  Colour", "  needs  Colour  PAINT",
-     "'PAINT' is not a kind of attribute: BOOLEAN, INT, DOUBLE, INTARRAY, STRING, NAME, STRINGARRAY, ENUM, ENUMMASK, "
+     "unknown kind 'PAINT'; expected one of BOOLEAN, INT, DOUBLE, INTARRAY, STRING, NAME, STRINGARRAY, ENUM, ENUMMASK, "
      "INSTANCEID, OBJECT, OBJECTARRAY, METHODOBJECT, METHODOBJECTARRAY, DATETIME, SIZE, "
      "TEMPERATURE, VERSION, IPV4ADDRESS, IPV6ADDRESS"),
     ("  needs  Colour", "  takes  Colour  ENUM\n  needs  Late  INT",
-     "13: the lines 'needs' must come before the lines 'takes'"),
+     "13: 'needs' lines must come before 'takes' lines"),
     ("  takes  TsSerial", "  takes  ShineTime  INT", "duplicate argument 'ShineTime'; first defined at data/api/objects/tsLamp.def:13"),
-    ("  takes  ShineTime", "  takes  ShineTime  METHODOBJECT object=Spam", "there is no method object 'Spam'"),
+    ("  takes  ShineTime", "  takes  ShineTime  METHODOBJECT object=Spam", "unknown method object 'Spam'"),
     ("association  LampList", "association Tessera", "duplicate association 'Tessera'"),
     ("association  LampList", "attribute Late INT 20 Late", "attributes must come before commands"),
 ]
@@ -102,22 +102,22 @@ WRONG_METHOD_OBJECTS = [
     ("methodObject  Span", 'methodObject TsLamp "A lamp"', "duplicate 'TsLamp'; first defined in data/api/objects/tsLamp.def"),
     ("  attribute  Ends", "", "3: 'Span' has no attributes"),
     ("  attribute  Rule", "attribute Rule ENUM 25 Rule",
-     'expected: methodObject NAME "TEXT", and below it attribute lines'),
+     'expected: methodObject NAME "TEXT", with attribute lines below it'),
 ]
 
 WRONG_ENUMERATIONS = [
     ("enumeration", "enumeration Zone rows=0", "expected: enumeration NAME rows=N"),
     ("enumeration", "enumeration Zone rows=3", "'Zone' has 2 rows, not 3"),
-    ("enumeration", "enumeration zone rows=2", "'zone' is not a name of an enumeration"),
+    ("enumeration", "enumeration zone rows=2", "invalid name 'zone' of an enumeration"),
     ("enumeration", "enumeration Status rows=2",
      "duplicate enumeration 'Status'; first defined at data/api/enumerations/states.def:3"),
     ("  1", "  1 Not quite up", 'expected: VALUE IDENTIFIER ["TEXT"]'),
-    ("  1", "  2147483648 B", "'2147483648' is not a number of 32 bits"),
-    ("  1", "  0 B", "the id 0 does not come after 0"),
-    ("  1", "  1 B-2", "'B-2' is not a name of a row"),
+    ("  1", "  2147483648 B", "'2147483648' is not a signed 32-bit number"),
+    ("  1", "  0 B", "0 must be greater than 0 above"),
+    ("  1", "  1 B-2", "invalid name 'B-2' of a row"),
     ("  1", "  1 etc__gmt", "duplicate 'etc__gmt'; first defined at data/api/enumerations/zones.def:2"),
-    ("  1", '  1 B "B"', "the text equals the identifier; leave it out"),
-    ("  1", '  1 B "\u20ac"', "'\u20ac' holds a letter outside ISO-8859-1"),
+    ("  1", '  1 B "B"', "the text equals the identifier; omit it"),
+    ("  1", '  1 B "\u20ac"', "'\u20ac' contains a character outside ISO-8859-1"),
 ]
 
 
@@ -140,7 +140,7 @@ class ApiDataTest(codegenCase.CodegenCase):
 
     def test_a_file_without_an_object_is_a_mistake(self):
         self.assertEqual(self.run_on({"api/objects/tsLamp.def": "# nothing\n"}),
-                         (1, "data/api/objects/tsLamp.def:1: the file holds no object\n"))
+                         (1, "data/api/objects/tsLamp.def:1: missing object line\n"))
 
 
 if __name__ == "__main__":

@@ -19,41 +19,41 @@ MODEL = snmp.read(DATA)
 WRONG_METRICS = [
     ("module tessera_alerts", 'module tessera_alerts 5m "x"',
      "expected: module NAME INTERVALm TEXT, with an interval of 1m to 4m"),
-    ("table tsVolume ", "table tsVolumes tessera tessera_inventory", "there is no table 'tsVolumes'"),
-    ("table tsVolume ", "table tsVolume tessara tessera_inventory", "there is no module 'tessara'"),
+    ("table tsVolume ", "table tsVolumes tessera tessera_inventory", "unknown table 'tsVolumes'"),
+    ("table tsVolume ", "table tsVolume tessara tessera_inventory", "unknown module 'tessara'"),
     ("table tsVolume ", "table tsVolume tessera tessera tsVolumeNam",
-     "there is no column 'tsVolumeNam'"),
-    ("leave worstAlertNbr", "leave worstAlert", "there is no column 'worstAlert'"),
+     "unknown column 'tsVolumeNam'"),
+    ("leave worstAlertNbr", "leave worstAlert", "unknown column 'worstAlert'"),
     ("leave worstAlertNbr", "leave tsSerialNumber", "duplicate 'tsSerialNumber'"),
-    ("table tsVolume ", "", "metrics.def says nothing about table tsVolume"),
-    ("scalars", "", "metrics.def says nothing about the scalars"),
+    ("table tsVolume ", "", "metrics.def: missing line 'table tsVolume'"),
+    ("scalars", "", "metrics.def: missing line 'scalars'"),
     ("info ", "infos TesseraPortType", "unknown line 'infos TesseraPortType'"),
 ]
 
 WRONG_WATCHES = [
     ("severity TesseraStatus ", "severity TesseraStatus up=ok down=bad",
-     "'bad' is none of ok, warning, critical"),
+     "unknown severity 'bad'; expected one of ok, warning, critical"),
     ("severity TesseraStatus ", "severity TesseraStatus up=ok down=critical unknown=ok",
-     "nothing is said about 'degraded'"),
-    ("watch tsDiskStatus ", "watch tsDiskName for=2m", "no metric is made of 'tsDiskName'"),
-    ("watch tsDiskStatus ", "watch tsDiskStatus for=2", "for=MINUTESm is needed first"),
+     "missing severity of 'degraded'"),
+    ("watch tsDiskStatus ", "watch tsDiskName for=2m", "column 'tsDiskName' is not a metric"),
+    ("watch tsDiskStatus ", "watch tsDiskStatus for=2", "missing for=MINUTESm, which must come first"),
     ("watch tsDiskStatus ", "watch tsDiskStatus for=2m gone=critical",
      "unexpected 'gone=critical'; expected unknown=, up=, down=, degraded="),
     ("watch tsDiskStatus ", "watch tsDiskSizeGb for=2m",
-     "no line above says how grave the states of 'tsDiskSizeGb' are"),
-    ("watch tsDiskStatus ", "", f"{MODEL.mib.column('tsDiskStatus').place}: watches.def does not say when 'tsDiskStatus' "
-                                "is a trouble"),
+     "missing severity line above for the states of 'tsDiskSizeGb'"),
+    ("watch tsDiskStatus ", "", f"{MODEL.mib.column('tsDiskStatus').place}: missing watch line for 'tsDiskStatus' "
+     "in watches.def"),
     ("limit ", "limit tsDiskFolderFreePercent below for=1m warning=9/8 critical=5/8",
-     "warning=AT/OVER is needed, with OVER not below AT"),
+     "warning=AT/OVER is required, with OVER not below AT"),
     ("limit ", "limit tsDiskFolderFreePercent below for=1m warning=8/9 critical=5/8 while=tsDiskSizeGb",
-     "'tsDiskSizeGb' has other rows"),
+     "'tsDiskSizeGb' has different rows"),
 ]
 
 WRONG_PANELS = [
     ('panel stat  4  none      "Disks', 'panel pie 4 none "x" "" tsDiskSizeGb',
-     "a panel has a kind of stat, lines, bars, table and a width of 1 to 24"),
+     "expected: a kind (stat, lines, bars, table) and a width from 1 to 24"),
     ('panel stat  4  none      "Disks', 'panel stat 4 none "x" "" tsDiskSize',
-     "there is no metric 'tsDiskSize'"),
+     "unknown metric 'tsDiskSize'"),
     ('panel stat  4  none      "Disks', 'panel stat 4 none "x" "{{tsDisk}}" tsDiskSizeGb',
      "no metric of the panel has the label 'tsDisk'"),
 ]
@@ -61,13 +61,13 @@ WRONG_PANELS = [
 EXPRESSIONS = [
     ('sum by (tsDiskStatus, instance) (tsDiskStatus{tsDiskStatus=~"up|down",job="a"})', None),
     ("max_over_time(tsDiskSizeGb[5m]) and on (tsDiskRow) up > 1e3", None),
-    ("sum(tsDiskSize)", "there is no metric 'tsDiskSize'"),
+    ("sum(tsDiskSize)", "unknown metric 'tsDiskSize'"),
     ('tsDiskStatus{tsDiskStatus="broken"}', "'tsDiskStatus' has no state 'broken'"),
     ('tsDiskStatus{tsDiskStatus=~"up|broken"}', "'tsDiskStatus' has no state 'broken'"),
     ('tsDiskStatus{tsVolumeName="x"}', "'tsDiskStatus' has no label 'tsVolumeName'"),
     ("sum by (tsVolumeName) (tsDiskSizeGb)", "no metric of 'sum by (tsVolumeName) (tsDiskSizeGb)' has the label "
                                              "'tsVolumeName'"),
-    ("tsDiskIoPortType", "there is no metric 'tsDiskIoPortType'"),  # it is tsDiskIoPortType_info
+    ("tsDiskIoPortType", "unknown metric 'tsDiskIoPortType'"),  # it is tsDiskIoPortType_info
 ]
 
 

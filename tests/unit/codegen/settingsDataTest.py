@@ -22,11 +22,11 @@ setting loud flag variable=verbose
 WRONG = [
     ("setting port", "set port number default=1", "unknown line 'set port number default=1'"),
     ("setting port", "setting port colour", "the type must be one of text, number, community, flag, controller"),
-    ("setting port", "setting port number", "default= is for the types text and number, and needed there"),
-    ("setting port", "setting port flag default=1", "default= is for the types text and number, and needed there"),
+    ("setting port", "setting port number", "default= is required for types text and number, and only there"),
+    ("setting port", "setting port flag default=1", "default= is required for types text and number, and only there"),
     ("setting port", "setting port number default=x", "'x' is not a number"),
     ("setting port", "setting reader flag", "duplicate setting 'reader'; first defined at data/daemon/settings.def:1"),
-    ('  "Says more."', "", "settings.def: the last setting needs lines for the manual page"),
+    ('  "Says more."', "", "settings.def: the last setting requires lines for the manual page"),
 ]
 
 
