@@ -8,6 +8,9 @@ from harness import machine, management, mib, monitors, story, waiting
 from harness.traps import Event
 
 TRAP_PORT, COMMUNITY = 11162, "watch"
+USER = 'createUser monitor SHA-256 "signing passphrase" AES "encrypting passphrase"\nrouser monitor priv\n'
+V3 = '-v3 -l authPriv -u monitor -a SHA-256 -A "signing passphrase" -x AES -X "encrypting passphrase"'
+VOLUME = "volume ä"  # the first one's name
 STATES = {"Up": 0, "Degraded": 1, "Down": 2}  # of a disk, and the status that a plugin ends with
 
 
@@ -24,7 +27,9 @@ class Monitoring(story.SharedStory):
                                  trapVer=2)
         cls.translator = monitors.TrapTranslator(COMMUNITY, TRAP_PORT)
         cls.addClassCleanup(cls.translator.close)
+        machine.write_file(machine.SNMPD_CONF, machine.read_file(machine.SNMPD_CONF) + USER, 0o600)
         cls.array.start(cls.PRESET, "--events")
+        cls.array.set("TsVolume", cls.array.first("TsVolume"), "Name", VOLUME)
         cls.daemon.start()
         cls.wait_until_settled()
         cls.exporter = monitors.Exporter()
@@ -99,6 +104,17 @@ class Monitoring(story.SharedStory):
             status, said = self.plugins.run(command, instance)
             self.assertIn(status, (0, 1, 2), f"{command}: {said}")
             self.assertRegex(said, r"^\w+ (OK|WARNING|CRITICAL) - ", command)
+            self.assertEqual("|" in said, "FreePercent" in command, said)
+
+    def test_a_name_in_any_script_is_shown_to_a_user_of_version_3_too(self):
+        for snmp in ("-v2c -c public", V3):
+            _, said = self.plugins.run("check_tessera_tsVolumeStatus", "1", snmp)
+            self.assertRegex(said, f"^tsVolumeStatus [A-Z]+ - {VOLUME}: [a-z]+$")
+        version3 = monitors.Exporter("snmp-v3.yml", 9117)
+        self.addCleanup(version3.close)
+        names = {sample.labels["tsVolumeName"] for sample in version3.scrape("tessera")
+                 if sample.name == "tsVolumeStatus"}
+        self.assertIn(VOLUME, names)
 
     def test_a_failing_disk_goes_through_all_states(self):
         row, disk = self.healthy_disk()

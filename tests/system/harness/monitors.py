@@ -13,7 +13,7 @@ from . import machine, waiting
 
 FOLDER = os.path.join(machine.BUILD, "monitoring")
 HOME = "/tmp/monitors"
-PLUGINS = "/usr/lib/nagios/plugins"
+PLUGINS = os.path.join(machine.REPOSITORY, "monitoring")
 EXPORTER_PORT = 9116
 
 Sample = namedtuple("Sample", "name labels value")
@@ -39,19 +39,19 @@ def parse(text):
 
 
 class Exporter:
-    """prometheus-snmp-exporter with the modules of the build."""
+    """prometheus-snmp-exporter with the modules of a file of the build."""
 
-    def __init__(self):
+    def __init__(self, file="snmp.yml", port=EXPORTER_PORT):
+        self.address = f"127.0.0.1:{port}"
         self.process = subprocess.Popen(
-            ["prometheus-snmp-exporter", f"--config.file={made('prometheus', 'snmp.yml')}",
-             f"--web.listen-address=127.0.0.1:{EXPORTER_PORT}", "--log.level=error"], stdin=subprocess.DEVNULL)
+            ["prometheus-snmp-exporter", f"--config.file={made('prometheus', file)}",
+             f"--web.listen-address={self.address}", "--log.level=error"], stdin=subprocess.DEVNULL)
         waiting.wait_until(lambda: self.page("/") is not None, "the exporter answers")
 
-    @staticmethod
-    def page(path):
+    def page(self, path):
         """None while nobody listens."""
         try:
-            with urllib.request.urlopen(f"http://127.0.0.1:{EXPORTER_PORT}{path}",
+            with urllib.request.urlopen(f"http://{self.address}{path}",
                                         timeout=120 * waiting.PATIENCE) as answer:
                 return answer.read().decode("utf-8")
         except urllib.error.HTTPError as error:
@@ -74,10 +74,10 @@ class Plugins:
         text = machine.read_file(made("nagios", "tessera.cfg"))
         self.commands = dict(re.findall(r"command_name +(\w+)\n +command_line +(.*)\n", text))
 
-    def run(self, command, instance):
+    def run(self, command, instance, snmp="-v2c -c public"):
         """(status, what it said)"""
         line = self.commands[command]
-        for macro, value in (("$USER1$", PLUGINS), ("$HOSTADDRESS$", "127.0.0.1"), ("$_HOSTCOMMUNITY$", "public"),
+        for macro, value in (("$USER1$", PLUGINS), ("$HOSTADDRESS$", "127.0.0.1"), ("$_HOSTSNMP$", snmp),
                              ("$ARG1$", instance)):
             line = line.replace(macro, value)
         done = subprocess.run(shlex.split(line), stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False,

@@ -10,7 +10,7 @@ sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import codegenCase  # noqa: E402
 from codegen.model import expressions, metrics, snmp  # noqa: E402
 from codegen.reader import Data  # noqa: E402
-from codegen.writers import nagios, snmptt, zabbix  # noqa: E402
+from codegen.writers import snmptt, zabbix  # noqa: E402
 
 DATA = Data(os.path.join(codegenCase.ROOT, "data"))
 MODEL = snmp.read(DATA)
@@ -97,11 +97,6 @@ class PartsTest(unittest.TestCase):
                 except AssertionError as error:
                     found = str(error)
                 self.assertEqual(found, message)
-
-    def test_ranges_hold_the_states_and_no_other(self):
-        for numbers, inside, outside in (([2], "@2:2", "2:2"), ([4, 5, 3], "@3:5", "3:5"), ([-1, 3], "", ""),
-                                         ([], "", "")):
-            self.assertEqual((nagios.inside(numbers), nagios.outside(numbers)), (inside, outside))
 
     def test_identities_are_stable_and_of_version_4(self):
         self.assertEqual(zabbix.uuid("item", "globalStatus"), "56d3f9dc4b664e4fa1befbe1265448d6")

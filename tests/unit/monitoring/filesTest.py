@@ -119,11 +119,11 @@ class FilesTest(unittest.TestCase):
 
     def test_the_form_with_auths_says_the_same(self):
         newer = yaml.safe_load(read("prometheus", "snmp-with-auths.yml"))
-        self.assertEqual(newer["auths"], {"public_v2": {"community": "public", "version": 2}})
-        older = modules()
-        for module in older.values():
-            self.assertEqual((module.pop("version"), module.pop("auth")), (2, {"community": "public"}))
-        self.assertEqual(newer["modules"], older)
+        for name, auth in (("snmp.yml", "public_v2"), ("snmp-v3.yml", "monitor_v3")):
+            older = yaml.safe_load(read("prometheus", name))
+            for module in older.values():
+                self.assertEqual({"version": module.pop("version"), **module.pop("auth")}, newer["auths"][auth])
+            self.assertEqual(newer["modules"], older)
 
     def test_every_metric_is_asked_for(self):
         for name, module in modules().items():
@@ -153,10 +153,6 @@ class FilesTest(unittest.TestCase):
             self.assertEqual(metric.get("enum_values"), other.get("enum_values"), name)
             if not name.startswith("tsFolderUsage"):  # which has the labels of the folder's row
                 self.assertEqual(metric.get("indexes"), other.get("indexes"), name)
-
-    def test_every_module_is_scraped(self):
-        jobs = yaml.safe_load(read("prometheus", "prometheus.yml"))["scrape_configs"]
-        self.assertEqual([job["params"]["module"] for job in jobs], [[name] for name in modules()])
 
     def test_prometheus_takes_its_configuration_and_the_rules_alert(self):
         self.assertIn("SUCCESS", run("promtool", "check", "config", path("prometheus", "prometheus.yml")))
