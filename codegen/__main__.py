@@ -81,7 +81,9 @@ def monitoring_files(data):
     all_checks = checks.Checks(model, all_metrics, all_watches)
     yield "nagios/tessera.cfg", nagios.file(all_checks)
     yield "icinga2/tessera.conf", icinga.file(all_checks)
-    yield "zabbix/tessera.yaml", zabbix.Template(model, all_metrics, all_watches).file()
+    yield "zabbix/tessera.yaml", zabbix.WalkTemplate(model, all_metrics, all_watches).file()
+    yield "zabbix/tessera-6.0.yaml", zabbix.ObjectTemplate(model, all_metrics, all_watches).file()
+    yield "zabbix/snmptt.conf", snmptt.Events(model, all_watches, "ZBXTRAP $aA ").file()
     yield "snmptt/tessera.conf", snmptt.Events(model, all_watches).file()
 
 

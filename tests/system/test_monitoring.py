@@ -38,20 +38,6 @@ class Monitoring(story.SharedStory):
         cls.known_samples = {}
         cls.modules = yaml.safe_load(machine.read_file(monitors.made("prometheus", "snmp.yml")))
 
-    def served(self):
-        """{column: {instance: value}}, texts as the exporter shows them."""
-        found = {name: {} for name in mib.COLUMNS}
-        names = {column.oid: name for name, column in mib.COLUMNS.items()}
-        for root in ("1.3.6.1.2.1.1", mib.ROOT):
-            for binding in self.manager.bulk_walk(root, "-Cr20").bindings:
-                oid = mib.arcs(binding.oid)
-                name = next((names[oid[:end]] for end in (-1, -2) if oid[:end] in names), None)
-                if name:
-                    value = binding.value
-                    found[name][oid[len(mib.COLUMNS[name].oid):]] = \
-                        value.decode("utf-8", "replace") if isinstance(value, bytes) else value
-        return found
-
     def samples(self, module):
         """Of one scrape; a whole one takes seconds, and these tests do not change the array."""
         if module not in self.known_samples:
@@ -61,7 +47,7 @@ class Monitoring(story.SharedStory):
     # --- Prometheus
 
     def test_every_metric_is_scraped_with_its_labels_and_value(self):
-        served = self.served()
+        served = monitors.served(self.manager)
         for name, module in self.modules.items():
             samples = self.samples(name)
             self.assertTrue(samples, name)

@@ -9,7 +9,7 @@ import urllib.error
 import urllib.request
 from collections import namedtuple
 
-from . import machine, waiting
+from . import machine, mib, waiting
 
 FOLDER = os.path.join(machine.BUILD, "monitoring")
 HOME = "/tmp/monitors"
@@ -36,6 +36,21 @@ def parse(text):
                       for name, value in LABEL.findall(found.group(2) or "")}
             samples.append(Sample(found.group(1), labels, float(found.group(3))))
     return samples
+
+
+def served(manager):
+    """{column: {instance: value}} of all that the daemon serves, strings decoded."""
+    found = {name: {} for name in mib.COLUMNS}
+    names = {column.oid: name for name, column in mib.COLUMNS.items()}
+    for root in ("1.3.6.1.2.1.1", mib.ROOT):
+        for binding in manager.bulk_walk(root, "-Cr20").bindings:
+            oid = mib.arcs(binding.oid)
+            name = next((names[oid[:end]] for end in (-1, -2) if oid[:end] in names), None)
+            if name:
+                value = binding.value
+                found[name][oid[len(mib.COLUMNS[name].oid):]] = \
+                    value.decode("utf-8", "replace") if isinstance(value, bytes) else value
+    return found
 
 
 class Exporter:
@@ -104,12 +119,12 @@ END
 class TrapTranslator:
     """snmptrapd that hands every notification to SNMPTT."""
 
-    def __init__(self, community, port):
+    def __init__(self, community, port, log_path=os.path.join(HOME, "snmptt.log"), events=("snmptt", "tessera.conf")):
         os.makedirs(HOME, exist_ok=True)
-        self.log_path = os.path.join(HOME, "snmptt.log")
+        self.log_path = log_path
         ini, conf = os.path.join(HOME, "snmptt.ini"), os.path.join(HOME, "trapd.conf")
         machine.write_file(self.log_path, "")
-        machine.write_file(ini, SNMPTT_INI.format(log=self.log_path, events=made("snmptt", "tessera.conf")))
+        machine.write_file(ini, SNMPTT_INI.format(log=self.log_path, events=made(*events)))
         machine.write_file(conf, f"authCommunity execute {community}\n"
                                  f"traphandle default /usr/sbin/snmptt --ini={ini}\n")
         output = os.path.join(HOME, "trapd.log")
