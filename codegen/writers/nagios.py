@@ -43,7 +43,7 @@ COMMAND = """
 # {about}
 define command {{
   command_name  check_{name}
-  command_line  $USER1$/{plugin} -H $HOSTADDRESS$ --snmp '$_HOSTSNMP$' --instance $ARG1$ {options}
+  command_line  $USER1$/{plugin} -H $HOSTADDRESS$ '--snmp=$_HOSTSNMP$' --instance $ARG1$ {options}
 }}
 """
 

@@ -1,4 +1,4 @@
-"""The files for monitors in use: the real exporter, check_snmp and SNMPTT at the running daemon."""
+"""The files for monitors in use: the real exporter, check_tessera and SNMPTT at the running daemon."""
 
 import re
 
