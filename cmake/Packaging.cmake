@@ -63,8 +63,8 @@ set(CPACK_DEBIAN_MONITORING_PACKAGE_SECTION net)
 set(CPACK_DEBIAN_MONITORING_PACKAGE_ARCHITECTURE all)
 set(CPACK_COMPONENT_MONITORING_DESCRIPTION "files for monitoring a Tessera storage array
 Modules, rules, checks, templates and dashboards with which Prometheus,
-Grafana, Nagios, Icinga, Zabbix, SNMPTT and snmpsim can use the array's SNMP
-service.")
+Grafana, Nagios and its relatives, Icinga 2, Zabbix, SNMPTT and snmpsim can
+use the array's SNMP service.")
 set(CPACK_DEBIAN_MONITORING_PACKAGE_DEPENDS "python3, snmp")
 set(CPACK_DEBIAN_MONITORING_PACKAGE_SUGGESTS "snmpsubagent-mib, prometheus-snmp-exporter, snmptt")
 

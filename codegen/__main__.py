@@ -6,9 +6,10 @@ import sys
 from codegen.model import catalogueReader, classNames, metrics, snmp, watches
 from codegen.model import settings as settingsReader
 from codegen.reader import Data, DataError
-from codegen.writers import (apiAssociations, apiHeaders, apiReference, apiRegistration, apiRequests, apiSources,
-                             arraySim, catalogueTable, conventionRows, dashboard, enumerations, exporter, mibModule,
-                             mibReference, nagios, output, rules, settings, snmptt, store, traps, zabbix)
+from codegen.writers import (apiAssociations, apiHeaders, apiReference, apiRegistration, apiRequests,
+                             apiSources, arraySim, catalogueTable, checks, conventionRows, dashboard,
+                             enumerations, exporter, icinga, mibModule, mibReference, nagios, output, rules,
+                             settings, snmptt, store, traps, zabbix)
 
 
 def api_files(data):
@@ -70,14 +71,19 @@ def monitoring_files(data):
     all_metrics = metrics.read(data, model)
     all_watches = watches.read(data, model, all_metrics)
     modules = exporter.Exporter(model, all_metrics)
-    yield "prometheus/snmp.yml", modules.old_form()
+    yield "prometheus/snmp.yml", modules.old_form(exporter.AUTH_V2)
+    yield "prometheus/snmp-v3.yml", modules.old_form(exporter.AUTH_V3)
     yield "prometheus/snmp-with-auths.yml", modules.new_form()
     yield "prometheus/prometheus.yml", modules.scrapes()
     alerts = rules.Rules(model, all_metrics, all_watches)
     yield "prometheus/tessera.rules.yml", alerts.file(data.text("monitoring/rules.yml"))
     yield "grafana/tessera.json", dashboard.render(model, all_metrics, data.lines("monitoring/panels.def"))
-    yield "nagios/tessera.cfg", nagios.Commands(model, all_metrics, all_watches).file()
-    yield "zabbix/tessera.yaml", zabbix.Template(model, all_metrics, all_watches).file()
+    all_checks = checks.Checks(model, all_metrics, all_watches)
+    yield "nagios/tessera.cfg", nagios.file(all_checks)
+    yield "icinga2/tessera.conf", icinga.file(all_checks)
+    yield "zabbix/tessera.yaml", zabbix.WalkTemplate(model, all_metrics, all_watches).file()
+    yield "zabbix/tessera-6.0.yaml", zabbix.ObjectTemplate(model, all_metrics, all_watches).file()
+    yield "zabbix/snmptt.conf", snmptt.Events(model, all_watches, "ZBXTRAP $aA ").file()
     yield "snmptt/tessera.conf", snmptt.Events(model, all_watches).file()
 
 

@@ -6,7 +6,7 @@ state=/run/snmpsubagent-sandbox
 aside=.before-sandbox
 # Everything that a run creates: the daemon, snmpd and the tests.
 taken_paths=(
-    /etc/{hosts,snmpd.conf,snmpSubagent.conf,wirelink.key,nsswitch.conf}
+    /etc/{hosts,snmpd.conf,snmpSubagent.conf,wirelink.key,nsswitch.conf,zabbix/zabbix.conf.php}
     /tmp/{apps,chaos,manager,monitors,recording,trapd,wallClock,arraySim.model,arraySim.dump}
     /tmp/{demonstration.txt,open.key,wrong.key}
     /var/{agentx,lib/snmp,lib/snmpsubagent} /var/log/{snmpSubagent.log,arraySim.log}

@@ -6,16 +6,17 @@ from dataclasses import dataclass, field
 from codegen.model import moduleNames as names
 from codegen.reader import DataError, Place
 
-WORDS = {"module": 4, "scalars": 3, "table": 4, "states": 2, "info": 2, "decimal": 2, "text": 2, "leave": 2}
+WORDS = {"module": 4, "light": 5, "scalars": 3, "table": 4, "states": 2, "info": 2, "decimal": 2, "text": 2, "leave": 2}
 INTERVAL = re.compile(r"[1-4]m$")
 GAUGE, STATES, INFO, TEXT, DECIMAL = "gauge", "states", "info", "text", "decimal"
 
 
 @dataclass
 class Module:
-    """Columns that are scraped together, and how often."""
+    """What is scraped together, and how often. columns: of a light module, which shows them without their names."""
     interval: str
     text: str
+    columns: list = field(default_factory=list)
 
     def timeout(self):
         """Returns the interval without 5 s, which the exporter needs for its own work."""
@@ -93,6 +94,9 @@ class Reader:
                 raise line.unknown()
             if word == "module":
                 put(line, self.metrics.modules, rest[0], self.module(line, *rest[1:]))
+            elif word == "light":
+                columns = [self.known(line, self.columns, name, "column") for name in rest[3:]]
+                put(line, self.metrics.modules, rest[0], self.module(line, *rest[1:3], columns=columns))
             elif word == "scalars":
                 put(line, self.metrics.plans, None, self.plan(line, rest))
             elif word == "table":
@@ -107,10 +111,10 @@ class Reader:
         return self.metrics
 
     @staticmethod
-    def module(line, interval, *texts):
+    def module(line, interval, *texts, columns=()):
         if not INTERVAL.match(interval) or len(texts) != 1:
             raise line.error("expected: module NAME INTERVALm TEXT, with an interval of 1m to 4m")
-        return Module(interval, texts[0])
+        return Module(interval, texts[0], list(columns))
 
     def plan(self, line, words):
         numbers, texts = (self.known(line, self.metrics.modules, name, "module") for name in words[:2])
@@ -172,6 +176,10 @@ class Builder:
             if name not in self.metrics.plans:
                 raise DataError(f"metrics.def: missing line '{'table ' + name if name else 'scalars'}'")
         self.metrics.all = [self.build(column) for column in self.mib.columns if not self.is_left(column)]
+        shown = {each.column.name for each in self.metrics.all}
+        for name, module in self.metrics.modules.items():
+            if not shown.issuperset(module.columns):
+                raise DataError(f"metrics.def: a column of module '{name}' is not shown")
         used = {each.convention.name for each in self.metrics.all if each.convention}
         for name in self.metrics.kinds:
             if name not in used:

@@ -14,8 +14,11 @@ TYPES = {metrics.GAUGE: "gauge", metrics.STATES: "EnumAsStateSet", metrics.INFO:
 # responses can take seconds.
 TRANSPORT = {"max_repetitions": 20, "retries": 2, "timeout": "10s"}
 DECIMAL = [{"regex": r"^\s*([+-]?[0-9]+(?:\.[0-9]+)?)", "value": "$1"}]
-SCRAPE_HEAD = ["", "A complete configuration of Prometheus, or an example for yours. Replace array1 with the names of",
-               "your arrays. The exporter runs on the same machine as Prometheus."]
+AUTH_V2 = {"community": "public", "version": 2}
+AUTH_V3 = {"version": 3, "username": "monitor", "security_level": "authPriv", "auth_protocol": "SHA256",
+           "password": "signing passphrase", "priv_protocol": "AES", "priv_password": "encrypting passphrase"}
+SCRAPE_HEAD = ["", "A whole configuration of Prometheus, to be taken as it is or as an example: put the names of",
+               "your arrays in place of array1. The exporter runs beside Prometheus."]
 EXPORTER = "127.0.0.1:9116"
 # The array becomes a parameter of the request to the exporter.
 RELABEL = [{"source_labels": ["__address__"], "target_label": "__param_target"},
@@ -42,50 +45,50 @@ class Exporter:
     def lookups(self, table):
         return metrics.lookups(table, self.mib, self.metrics.plans) if table else []
 
-    def metric(self, each):
+    def metric(self, each, lookups):
         table = each.column.table
         made = {"name": each.column.name, "oid": dotted(each.column.oid), "type": TYPES[each.kind],
                 "help": help_of(each.column)}
         if table:
             made["indexes"] = [{"labelname": names.row(one), "type": "gauge"}
                                for one in metrics.indexes(table, self.mib)]
-            if self.lookups(table):
-                made["lookups"] = [self.lookup(*one) for one in self.lookups(table)]
+            if lookups:
+                made["lookups"] = [self.lookup(*one) for one in lookups]
         if each.convention:
             made["enum_values"] = {value.number: value.label for value in each.convention.values}
         if each.kind == metrics.DECIMAL:
             made["regex_extracts"] = {"": DECIMAL}
         return made
 
-    def walked(self, shown):
-        """Returns the columns to be walked: those that are shown, and those that name their rows."""
-        wanted = {each.column.name for each in shown if each.column.table}
-        wanted.update(name for each in shown for _, name in self.lookups(each.column.table))
-        return [column for column in self.mib.columns if column.name in wanted]
-
     def module(self, name):
-        shown = [each for each in self.metrics.all if each.module == name]
-        made = {"walk": [dotted(column.oid) for column in self.walked(shown)],
+        light = self.metrics.modules[name].columns
+        shown = [each for each in self.metrics.all if each.column.name in light or not light and each.module == name]
+        lookups = {each.name: [] if light else self.lookups(each.column.table) for each in shown}
+        # The columns that are asked for: those that are shown, and those that name their rows.
+        wanted = {each.column.name for each in shown if each.column.table}
+        wanted.update(column for found in lookups.values() for _, column in found)
+        made = {"walk": [dotted(column.oid) for column in self.mib.columns if column.name in wanted],
                 "get": [instance(each.column) for each in shown if not each.column.table],
-                "metrics": [self.metric(each) for each in shown], **TRANSPORT}
+                "metrics": [self.metric(each, lookups[each.name]) for each in shown], **TRANSPORT}
         return {key: value for key, value in made.items() if value}
 
     def about(self):
         return [f"{name}: {module.text}" for name, module in self.metrics.modules.items()]
 
-    def old_form(self):
-        modules = {name: {**self.module(name), "version": 2, "auth": {"community": "public"}}
-                   for name in self.metrics.modules}
-        return yamlFile.document(OLD_HEAD + self.about(), modules)
+    def old_form(self, auth):
+        """Each module has its own credentials, and the version beside them."""
+        own = {"version": auth["version"], "auth": {key: value for key, value in auth.items() if key != "version"}}
+        return yamlFile.document(OLD_HEAD + self.about(),
+                                 {name: {**self.module(name), **own} for name in self.metrics.modules})
 
     def new_form(self):
         modules = {name: self.module(name) for name in self.metrics.modules}
         return yamlFile.document(NEW_HEAD + self.about(),
-                                 {"auths": {"public_v2": {"community": "public", "version": 2}}, "modules": modules})
+                                 {"auths": {"public_v2": AUTH_V2, "monitor_v3": AUTH_V3}, "modules": modules})
 
     def scrapes(self):
         jobs = [{"job_name": name, "scrape_interval": module.interval, "scrape_timeout": module.timeout(),
                  "metrics_path": "/snmp", "params": {"module": [name]}, "static_configs": [{"targets": ["array1"]}],
                  "relabel_configs": RELABEL}
-                for name, module in self.metrics.modules.items()]
+                for name, module in self.metrics.modules.items() if not module.columns]
         return yamlFile.document(SCRAPE_HEAD, {"rule_files": ["tessera.rules.yml"], "scrape_configs": jobs})

@@ -13,15 +13,17 @@ CLEARED = 1
 
 
 class Events:
-    def __init__(self, snmp, watches):
-        self.snmp, self.watches = snmp, watches
+    """lead: what each line begins with, for a program that reads the log."""
+
+    def __init__(self, snmp, watches, lead=""):
+        self.snmp, self.watches, self.lead = snmp, watches, lead
         self.base = snmp.events()
 
     def event(self, each, severity, head, matches):
         """matches: (place of the variable, what its value must match)."""
         shown = " ".join(f"{column.name}=${place}" for place, column in enumerate(each.columns, 1))
         lines = [f'EVENT {each.name} .{dotted((*self.base, 0, each.number))} "Tessera" {NAMES[severity]}',
-                 f"FORMAT {each.name}: {head}{each.description} {shown}"]
+                 f"FORMAT {self.lead}{each.name}: {head}{each.description} {shown}"]
         if matches:
             lines += ["MATCH MODE=and"] + [f"MATCH ${place}: {value}" for place, value in matches]
         return "\n".join(lines + ["SDESC", *each.paragraphs(), "EDESC"]) + "\n"
@@ -62,7 +64,7 @@ class Events:
 
     def plain(self, number):
         return (f'EVENT tesseraText{number} .{dotted((*self.base, 0, number))} "Tessera" INFORMATIONAL\n'
-                f"FORMAT tesseraText{number}: Message of the array: $1\n")
+                f"FORMAT {self.lead}tesseraText{number}: The array says: $1\n")
 
     def file(self):
         events = [event for each in self.snmp.traps.notifications for event in self.of_notification(each)]

@@ -1,4 +1,4 @@
-"""The files for monitors in use: the real exporter, check_snmp and SNMPTT at the running daemon."""
+"""The files for monitors in use: the real exporter, check_tessera and SNMPTT at the running daemon."""
 
 import re
 
@@ -8,6 +8,9 @@ from harness import machine, management, mib, monitors, story, waiting
 from harness.traps import Event
 
 TRAP_PORT, COMMUNITY = 11162, "watch"
+USER = 'createUser monitor SHA-256 "signing passphrase" AES "encrypting passphrase"\nrouser monitor priv\n'
+V3 = '-v3 -l authPriv -u monitor -a SHA-256 -A "signing passphrase" -x AES -X "encrypting passphrase"'
+VOLUME = "volume ä"  # the first one's name
 STATES = {"Up": 0, "Degraded": 1, "Down": 2}  # of a disk, and the status that a plugin ends with
 
 
@@ -24,7 +27,9 @@ class Monitoring(story.SharedStory):
                                  trapVer=2)
         cls.translator = monitors.TrapTranslator(COMMUNITY, TRAP_PORT)
         cls.addClassCleanup(cls.translator.close)
+        machine.write_file(machine.SNMPD_CONF, machine.read_file(machine.SNMPD_CONF) + USER, 0o600)
         cls.array.start(cls.PRESET, "--events")
+        cls.array.set("TsVolume", cls.array.first("TsVolume"), "Name", VOLUME)
         cls.daemon.start()
         cls.wait_until_settled()
         cls.exporter = monitors.Exporter()
@@ -32,20 +37,6 @@ class Monitoring(story.SharedStory):
         cls.plugins = monitors.Plugins()
         cls.known_samples = {}
         cls.modules = yaml.safe_load(machine.read_file(monitors.made("prometheus", "snmp.yml")))
-
-    def served(self):
-        """{column: {instance: value}}, texts as the exporter shows them."""
-        found = {name: {} for name in mib.COLUMNS}
-        names = {column.oid: name for name, column in mib.COLUMNS.items()}
-        for root in ("1.3.6.1.2.1.1", mib.ROOT):
-            for binding in self.manager.bulk_walk(root, "-Cr20").bindings:
-                oid = mib.arcs(binding.oid)
-                name = next((names[oid[:end]] for end in (-1, -2) if oid[:end] in names), None)
-                if name:
-                    value = binding.value
-                    found[name][oid[len(mib.COLUMNS[name].oid):]] = \
-                        value.decode("utf-8", "replace") if isinstance(value, bytes) else value
-        return found
 
     def samples(self, module):
         """Of one scrape; a whole one takes seconds, and these tests do not change the array."""
@@ -56,7 +47,7 @@ class Monitoring(story.SharedStory):
     # --- Prometheus
 
     def test_every_metric_is_scraped_with_its_labels_and_value(self):
-        served = self.served()
+        served = monitors.served(self.manager)
         for name, module in self.modules.items():
             samples = self.samples(name)
             self.assertTrue(samples, name)
@@ -99,6 +90,17 @@ class Monitoring(story.SharedStory):
             status, said = self.plugins.run(command, instance)
             self.assertIn(status, (0, 1, 2), f"{command}: {said}")
             self.assertRegex(said, r"^\w+ (OK|WARNING|CRITICAL) - ", command)
+            self.assertEqual("|" in said, "FreePercent" in command, said)
+
+    def test_a_name_in_any_script_is_shown_to_a_user_of_version_3_too(self):
+        for snmp in ("-v2c -c public", V3):
+            _, said = self.plugins.run("check_tessera_tsVolumeStatus", "1", snmp)
+            self.assertRegex(said, f"^tsVolumeStatus [A-Z]+ - {VOLUME}: [a-z]+$")
+        version3 = monitors.Exporter("snmp-v3.yml", 9117)
+        self.addCleanup(version3.close)
+        names = {sample.labels["tsVolumeName"] for sample in version3.scrape("tessera")
+                 if sample.name == "tsVolumeStatus"}
+        self.assertIn(VOLUME, names)
 
     def test_a_failing_disk_goes_through_all_states(self):
         row, disk = self.healthy_disk()

@@ -96,6 +96,8 @@ class Packages(PackageStory):
         contact = mib.scalar("sysContact")
         self.assertGreater(len(reader.bulk_walk(mib.ENTERPRISE, "-Cr20").bindings), 500)
         self.assertEqual(reader.walk("1.3.6.1.2.1.25").bindings[0].value, None, "outside the view")
+        device = [binding.value for binding in reader.get("1.3.6.1.2.1.1.1.0", "1.3.6.1.2.1.1.2.0").bindings]
+        self.assertEqual(device, [b"Vorn-Lumivant Tessera storage array", f".{mib.ENTERPRISE}.250.255"])
         self.assertNotEqual(reader.set((contact, "s", "somebody")).status, 0)
         self.assertNotEqual(manager.Manager(community="private", timeout_s=1, retries=0).get(contact).status, 0)
 

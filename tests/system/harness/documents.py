@@ -36,6 +36,7 @@ ELSEWHERE = (
 BY_HAND = {
     "scripts/test [!-]*": "the tests of another preset, or some of the tests",
     "scripts/test -*": "some of the tests",
+    "scripts/test-monitors": "packages that few machines have",
     "scripts/coverage": "all tests once more",
     "scripts/fuzz*": "a compiler that nothing else needs",
 }

@@ -47,8 +47,12 @@ def require_sandbox(*ways):
     if first_process() is None:
         raise SystemExit("this runs in the sandbox only: sandbox/sandbox --keep BUILD -- /usr/bin/python3 ...")
     if ways and WAY not in ways:
-        print(f"skipped 'needs a sandbox made with {' or '.join(ways)}'", flush=True)
-        raise SystemExit(SKIPPED)
+        skip(f"needs a sandbox made with {' or '.join(ways)}")
+
+
+def skip(reason):
+    print(f"skipped '{reason}'", flush=True)
+    raise SystemExit(SKIPPED)
 
 
 def has_users():

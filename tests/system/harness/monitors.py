@@ -9,11 +9,11 @@ import urllib.error
 import urllib.request
 from collections import namedtuple
 
-from . import machine, waiting
+from . import machine, mib, waiting
 
 FOLDER = os.path.join(machine.BUILD, "monitoring")
 HOME = "/tmp/monitors"
-PLUGINS = "/usr/lib/nagios/plugins"
+PLUGINS = os.path.join(machine.REPOSITORY, "monitoring")
 EXPORTER_PORT = 9116
 
 Sample = namedtuple("Sample", "name labels value")
@@ -38,20 +38,35 @@ def parse(text):
     return samples
 
 
-class Exporter:
-    """prometheus-snmp-exporter with the modules of the build."""
+def served(manager):
+    """{column: {instance: value}} of all that the daemon serves, strings decoded."""
+    found = {name: {} for name in mib.COLUMNS}
+    names = {column.oid: name for name, column in mib.COLUMNS.items()}
+    for root in ("1.3.6.1.2.1.1", mib.ROOT):
+        for binding in manager.bulk_walk(root, "-Cr20").bindings:
+            oid = mib.arcs(binding.oid)
+            name = next((names[oid[:end]] for end in (-1, -2) if oid[:end] in names), None)
+            if name:
+                value = binding.value
+                found[name][oid[len(mib.COLUMNS[name].oid):]] = \
+                    value.decode("utf-8", "replace") if isinstance(value, bytes) else value
+    return found
 
-    def __init__(self):
+
+class Exporter:
+    """prometheus-snmp-exporter with the modules of a file of the build."""
+
+    def __init__(self, file="snmp.yml", port=EXPORTER_PORT):
+        self.address = f"127.0.0.1:{port}"
         self.process = subprocess.Popen(
-            ["prometheus-snmp-exporter", f"--config.file={made('prometheus', 'snmp.yml')}",
-             f"--web.listen-address=127.0.0.1:{EXPORTER_PORT}", "--log.level=error"], stdin=subprocess.DEVNULL)
+            ["prometheus-snmp-exporter", f"--config.file={made('prometheus', file)}",
+             f"--web.listen-address={self.address}", "--log.level=error"], stdin=subprocess.DEVNULL)
         waiting.wait_until(lambda: self.page("/") is not None, "the exporter answers")
 
-    @staticmethod
-    def page(path):
+    def page(self, path):
         """None while nobody listens."""
         try:
-            with urllib.request.urlopen(f"http://127.0.0.1:{EXPORTER_PORT}{path}",
+            with urllib.request.urlopen(f"http://{self.address}{path}",
                                         timeout=120 * waiting.PATIENCE) as answer:
                 return answer.read().decode("utf-8")
         except urllib.error.HTTPError as error:
@@ -74,10 +89,10 @@ class Plugins:
         text = machine.read_file(made("nagios", "tessera.cfg"))
         self.commands = dict(re.findall(r"command_name +(\w+)\n +command_line +(.*)\n", text))
 
-    def run(self, command, instance):
+    def run(self, command, instance, snmp="-v2c -c public"):
         """(status, what it said)"""
         line = self.commands[command]
-        for macro, value in (("$USER1$", PLUGINS), ("$HOSTADDRESS$", "127.0.0.1"), ("$_HOSTCOMMUNITY$", "public"),
+        for macro, value in (("$USER1$", PLUGINS), ("$HOSTADDRESS$", "127.0.0.1"), ("$_HOSTSNMP$", snmp),
                              ("$ARG1$", instance)):
             line = line.replace(macro, value)
         done = subprocess.run(shlex.split(line), stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False,
@@ -104,12 +119,12 @@ END
 class TrapTranslator:
     """snmptrapd that hands every notification to SNMPTT."""
 
-    def __init__(self, community, port):
+    def __init__(self, community, port, log_path=os.path.join(HOME, "snmptt.log"), events=("snmptt", "tessera.conf")):
         os.makedirs(HOME, exist_ok=True)
-        self.log_path = os.path.join(HOME, "snmptt.log")
+        self.log_path = log_path
         ini, conf = os.path.join(HOME, "snmptt.ini"), os.path.join(HOME, "trapd.conf")
         machine.write_file(self.log_path, "")
-        machine.write_file(ini, SNMPTT_INI.format(log=self.log_path, events=made("snmptt", "tessera.conf")))
+        machine.write_file(ini, SNMPTT_INI.format(log=self.log_path, events=made(*events)))
         machine.write_file(conf, f"authCommunity execute {community}\n"
                                  f"traphandle default /usr/sbin/snmptt --ini={ini}\n")
         output = os.path.join(HOME, "trapd.log")

@@ -10,7 +10,7 @@ sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import codegenCase  # noqa: E402
 from codegen.model import expressions, metrics, snmp  # noqa: E402
 from codegen.reader import Data  # noqa: E402
-from codegen.writers import zabbix  # noqa: E402
+from codegen.writers import snmptt, zabbix  # noqa: E402
 
 DATA = Data(os.path.join(codegenCase.ROOT, "data"))
 MODEL = snmp.read(DATA)

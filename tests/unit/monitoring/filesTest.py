@@ -102,11 +102,11 @@ class FilesTest(unittest.TestCase):
 
     def test_the_form_with_auths_says_the_same(self):
         newer = yaml.safe_load(read("prometheus", "snmp-with-auths.yml"))
-        self.assertEqual(newer["auths"], {"public_v2": {"community": "public", "version": 2}})
-        older = modules()
-        for module in older.values():
-            self.assertEqual((module.pop("version"), module.pop("auth")), (2, {"community": "public"}))
-        self.assertEqual(newer["modules"], older)
+        for name, auth in (("snmp.yml", "public_v2"), ("snmp-v3.yml", "monitor_v3")):
+            older = yaml.safe_load(read("prometheus", name))
+            for module in older.values():
+                self.assertEqual({"version": module.pop("version"), **module.pop("auth")}, newer["auths"][auth])
+            self.assertEqual(newer["modules"], older)
 
     def test_the_exporters_own_generator_reads_the_same_out_of_the_mib_module(self):
         facts = moduleFacts.read(os.path.join(build_folder, "mib", moduleFacts.MODULE + ".txt"))

@@ -1,0 +1,81 @@
+"""The configuration in Debian's Icinga 2, which checks it and then watches a disk fail and recover."""
+
+import os
+import re
+import subprocess
+
+from harness import machine, monitors, story, waiting
+
+PROGRAM, HOME = "/usr/sbin/icinga2", "/tmp/monitors/icinga"
+NAME = "disk ä"
+MAIN = f"""\
+include <itl>
+include "tessera.conf"
+const PluginDir = "{monitors.PLUGINS}"
+const NodeName = "monitor"
+object CheckerComponent "checker" {{}}
+object StatusDataWriter "status" {{
+  status_path = "{HOME}/status"
+  objects_path = "{HOME}/objects"
+  update_interval = 1s
+}}
+object Host "array1" {{
+  import "tessera-array"
+  address = "127.0.0.1"
+  vars.tessera["disk"] = {{ check = "tsDiskStatus", instance = "1" }}
+  vars.tessera["space"] = {{ check = "tsDiskFolderFreePercent", instance = "1" }}
+}}
+"""
+FOLDERS = ("DataDir", "CacheDir", "LogDir", "InitRunDir", "SpoolDir", "ConfigDir")
+STATUS = re.compile(r"(?:host|service)status \{(.*?)\n\t\}", re.DOTALL)
+
+
+class Icinga(story.SharedStory):
+    @classmethod
+    def launch(cls):
+        machine.configure_daemon(trapsEnabled="yes", trapDest="127.0.0.1", trapPort=11162)  # so events are handled
+        cls.array.start(cls.PRESET, "--events")
+        cls.array.set("TsDisk", cls.array.first("TsDisk"), "Name", NAME)
+        cls.daemon.start()
+        cls.wait_until_settled()
+        os.makedirs(HOME)
+        machine.write_file(f"{HOME}/main.conf", MAIN)
+        text = machine.read_file(monitors.made("icinga2", "tessera.conf"))
+        machine.write_file(f"{HOME}/tessera.conf", re.sub(r"_interval = \dm", "_interval = 1s", text))
+        cls.command = [PROGRAM, "daemon", "-c", f"{HOME}/main.conf", "-D", "RunAsUser=root", "-D", "RunAsGroup=root",
+                       *(word for name in FOLDERS for word in ("-D", f"{name}={HOME}"))]
+
+    def statuses(self):
+        """{service: (state, output, performance data)}, and "" for the host."""
+        found = {}
+        for block in STATUS.findall(machine.read_file(f"{HOME}/status")):
+            values = dict(line.strip().split("=", 1) for line in block.strip().splitlines() if "=" in line)
+            if values["has_been_checked"] == "1":
+                found[values.get("service_description", "")] = tuple(
+                    values.get(name, "") for name in ("current_state", "plugin_output", "performance_data"))
+        return found
+
+    def wait_for(self, **wanted):
+        waiting.wait_until(lambda: wanted.items() <= self.statuses().items(), f"Icinga: {wanted}", 180)
+
+    def test_a_disk_fails_and_recovers(self):
+        self.assertNotIn("warning", machine.run(*self.command, "-C").replace("warning/StatusDataWriter", ""))
+        process = subprocess.Popen(self.command, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL)
+        self.addCleanup(process.wait)
+        self.addCleanup(process.terminate)
+        waiting.wait_until(lambda: len(self.statuses()) == 6, "everything is checked", 60)
+        statuses = self.statuses()
+        self.assertEqual(statuses[""][0], "0", statuses)
+        self.assertRegex(statuses["space"][2], r"^tsDiskFolderFreePercent=\d+%;15:;5:")
+        self.assertNotIn("UNKNOWN", str(statuses))
+        index = self.array.first("TsDisk")
+        self.array.fail("TsDisk", index)
+        self.wait_for(disk=("2", f"tsDiskStatus CRITICAL - {NAME}: down", ""))
+        self.array.recover("TsDisk", index)
+        self.wait_for(disk=("0", f"tsDiskStatus OK - {NAME}: up", ""))
+
+
+if __name__ == "__main__":
+    if not os.path.exists(PROGRAM):
+        machine.skip("icinga2 is not installed")
+    story.tell()
