@@ -1,5 +1,6 @@
 #include "tools/mgmtSend/statusReport.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <ctime>
@@ -123,7 +124,7 @@ std::string Printable(std::string_view escaped) {
 }
 
 std::string FormatHead(const Metrics& metrics, double now) {
-    const double age = now - Value(metrics, "status_time_seconds");
+    const double age = std::max(0.0, now - Value(metrics, "status_time_seconds"));
     const bool is_up = Value(metrics, "up") == 1 && age < kStale_s;
     const std::vector<Sample>& info = Find(metrics, "info");
     std::string head = FormatString(
