@@ -32,6 +32,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/signals.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/statusFile.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/supervisor.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/version.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/agentLibrary.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/requestHandler.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/serviceWindow.h"
@@ -109,6 +110,7 @@ void read_settings() {
     SUBAGENT_LOG(debug, "\n\n++++++++++++++++ main last compiled: %s, %s ++++++++++++++++\n", __DATE__,
                  __TIME__);
     SUBAGENT_LOG(warning, "snmpSubagent is initializing...\n");
+    SUBAGENT_LOG(warning, "version %s\n", kVersion);
 }
 
 bool fetch_session_key() {

@@ -15,6 +15,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/signals.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/startUp.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMain/version.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/requestHandler.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/serviceWindow.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
@@ -225,7 +226,8 @@ string run_daemon(const std::function<void()>& change) {
 
 const string kFirstSteps =
     "redirect_stdout_to_log\nagent log_to_stderr\nlog 4 Unable to open file: /etc/snmpSubagent.conf$\n"
-    "log 4 snmpSubagent is initializing...$\nagent init_trap_session\napi ping\napi GetList TsController\n";
+    "log 4 snmpSubagent is initializing...$\nlog 4 version " +
+    string(kVersion) + "$\nagent init_trap_session\napi ping\napi GetList TsController\n";
 const string kKills =
     "open /usr/bin/killall -6 -v snmpd 2>&1\nsleep 10000 us\nopen /usr/bin/killall -9 -v snmpd 2>&1\n"
     "sleep 10000 us\n";
