@@ -32,15 +32,21 @@ class TheMasterAgent(story.Story):
         self.begin()
         self.array.start()
 
-    def start(self):
-        self.daemon.start()
+    def start(self, arguments=()):
+        self.daemon.start(arguments=arguments)
         self.before = (self.daemon.pid(), self.daemon.snmpd_pid())
         self.name = self.array.dump()["TsController"][0]["Name"]
 
+    def has_new_daemon(self):
+        """Waits for the restart. False if the new daemon exited because snmpd was late, as on a busy machine."""
+        self.daemon.wait_for_log(RESTART, 90)
+        waiting.wait_until(lambda: len(self.daemon.lines_with(daemon.UP)) == 2 or
+                           daemon.SNMPD_IS_LATE in self.daemon.log() and not self.daemon.is_running(),
+                           "the new daemon serves", 90)
+        return len(self.daemon.lines_with(daemon.UP)) == 2
+
     def assert_served_by_a_new_daemon(self):
         old_daemon, old_snmpd = self.before
-        self.daemon.wait_for_log(RESTART, 90)
-        self.daemon.wait_for_log(daemon.UP, 90, times=2)
         waiting.wait_until(lambda: not machine.is_running(old_daemon), "the old daemon has ended")
         # A child of the daemon has its name until it has become another program.
         waiting.wait_until(lambda: machine.processes_named("snmpSubagent") == [self.daemon.pid()], "one daemon runs")
@@ -59,14 +65,17 @@ class TheMasterAgent(story.Story):
             machine.write_file(FAKE_PS + ".rss", "50001\n")
             self.daemon.wait_for_log(TOO_MUCH % 50001, 60)
             machine.write_file(FAKE_PS + ".rss", "9000\n")
+            if not self.has_new_daemon():
+                self.daemon.start()
             self.assert_served_by_a_new_daemon()
 
     def test_the_restart_keeps_the_arguments(self):
         arguments = ["first", "two words; touch /tmp/owned"]
-        self.daemon.start(arguments=arguments)
-        self.before = (self.daemon.pid(), self.daemon.snmpd_pid())
-        self.name = self.array.dump()["TsController"][0]["Name"]
-        os.kill(self.daemon.snmpd_pid(), signal.SIGKILL)
+        for _ in range(daemon.START_TRIES):
+            self.start(arguments)
+            os.kill(self.daemon.snmpd_pid(), signal.SIGKILL)
+            if self.has_new_daemon():
+                break
         self.assert_served_by_a_new_daemon()
         words = machine.read_file(f"/proc/{self.daemon.pid()}/cmdline").split("\0")
         self.assertEqual(words[1:3], arguments)
