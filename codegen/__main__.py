@@ -53,7 +53,9 @@ def settings_files(data):
 
 def array_sim_files(data):
     """The data of the simulated array."""
-    yield "modelData.cpp", arraySim.render(snmp.read(data), data.text("array/objects.def"))
+    model = snmp.read(data)
+    snmp.check_attributes(model, catalogueReader.read(data)[0])
+    yield "modelData.cpp", arraySim.render(model, data.text("array/objects.def"))
 
 
 def mib_files(data):

@@ -30,6 +30,7 @@ class Column(Described):
     set_fn: str = ""
     syntax: str = ""
     units: str = ""
+    catalogued: bool = True
     table: object = None
     number: int = -1
 
@@ -151,11 +152,13 @@ def read_column(line, oid, table):
         raise line.error(f"the type must be one of {', '.join(TYPES)}")
     source, argument, rest = read_source(line, words[1:], table)
     writable = source == "force" or "writable" in rest
-    options = line.options([word for word in rest if word != "writable"], ("post", "after", "syntax", "units"))
+    options = line.options([word for word in rest if word != "writable"], ("post", "after", "syntax", "units",
+                                                                                  "catalogue"))
     column = Column(place=line.place, name=name, oid=oid, type=words[0], source=source, argument=argument,
                     post_process=options.get("post", ""), after=options.get("after", ""),
                     set_fn=f"{name}_set" if writable else "", syntax=options.get("syntax", ""),
-                    units=check_text(line, options.get("units", "")), table=table)
+                    units=check_text(line, options.get("units", "")),
+                    catalogued=options.get("catalogue", "yes") != "no", table=table)
     check_source(line, column)
     return column.read_texts_only(line)
 

@@ -92,6 +92,22 @@ def check_post_processes(columns, found):
             raise column.place.error(f"syntax={own.name} requires post={own.option('from')}")
 
 
+def check_attributes(model, catalogue):
+    """Checks that the objects of the API have the attributes that fill the columns: the simulated array, which is made
+    from the same columns, would have a misspelled one, too."""
+    objects = {each.name.lower(): each for each in catalogue.objects}
+    for refresh in model.mib.refreshes:
+        found = objects.get(refresh.object_name.lower())
+        if found is None:
+            raise refresh.table.place.error(f"unknown object '{refresh.object_name}'")
+        names = {each.name for each in (*found.attributes, *found.inherited())}
+        for entry in refresh.entries:
+            if (entry.attribute not in names) == entry.column.catalogued:
+                raise entry.column.place.error(
+                    f"'{found.name}' has no attribute '{entry.attribute}'" if entry.column.catalogued else
+                    f"'{found.name}' has the attribute '{entry.attribute}'; remove catalogue=no")
+
+
 def check(model):
     """Raises DataError for the first error."""
     columns, found = model.mib.columns, model.found
