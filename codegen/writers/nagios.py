@@ -8,8 +8,8 @@ REACHED = "selfTestVersion"
 HEAD = notice("data/mib and data/monitoring", "#") + """\
 #
 # One command per state and reading of the array. $ARG1$ is the instance, as in the MIB: 0 for a scalar, the row of the
-# object, or the row of the controller or enclosure, a dot, and the row of the part. The output includes the name of the
-# object, because row numbers can change.
+# object, or the row of the controller or enclosure, a dot, and the row of the component. The output includes the name
+# of the object, because row numbers can change.
 
 # Use this template for a host with the custom variable _COMMUNITY, and add services for the objects of interest. The
 # host check only shows whether the array responds. The array's state is a service, because services of a host that is
