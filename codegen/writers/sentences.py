@@ -84,7 +84,7 @@ def about_notification(notification, traps):
     paragraphs = []
     components = [each for each in traps.components if each.trap == notification.number]
     if components:
-        paragraphs.append(["trapActionText while the part is not up:", *map(advice_of_component, components)])
+        paragraphs.append(["trapActionText while the component is not up:", *map(advice_of_component, components)])
     elif "unhealthy" in notification.state.texts:
         paragraphs.append(f"trapActionText while the object is not up: {quoted(notification.state.texts['unhealthy'])}")
     return paragraphs + [ONCE]
