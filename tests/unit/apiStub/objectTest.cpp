@@ -1,9 +1,7 @@
 #include <gmock/gmock.h>
 
-#include "apiMgmt/apiStub/base/apiObjects/base/apiObjectFactory.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/methodReturns.h"
 #include "apiMgmt/common/utils/stringUtil.h"
-#include "apiMgmt/common/xmlwrap/xmlParser.h"
 #include "tests/unit/apiStub/sampleClasses.h"
 
 namespace {
@@ -74,28 +72,6 @@ TEST(Object, CsvHoldsAllAttributesByName) {
         BASEApiObject::HeaderText(BASEApiObject::MergeAttributeNames(objects)),
         "<Header>ChildStatus,Index,InstanceName,Name,ObjectType,Status,StatusMessage,Undescribed</Header>");
     EXPECT_EQ(BASEApiObject::HeaderText({}), "<Header></Header>");
-}
-
-TEST(Object, ComesBackFromXml) {
-    const auto disk = DifficultDisk();
-    parser::XMLParser parser;
-    ASSERT_TRUE(parser.ParseXMLString(disk->ToXml()));
-    const auto copy =
-        APIObjectFactory<BASEApiObject>::Instance().Create(parser.GetDocumentElement().GetTagName());
-    ASSERT_TRUE(copy);
-    for (auto child = parser.GetDocumentElement().GetFirstChild(); child; child = child.GetNextSibling())
-        copy->SetAttribute(child.GetTagName(), child.GetText());
-    EXPECT_EQ(copy->ToXml(), disk->ToXml());
-    EXPECT_EQ(copy->GetAttribute("Name"), disk->GetName());
-    EXPECT_EQ(copy->GetAttribute("StatusMessage"), "two\nlines");
-}
-
-TEST(Object, CallsAreLookedUpByName) {
-    const sample::Disk disk;
-    EXPECT_TRUE(disk.IsMethodChangingState("TsDisk", "Modify"));
-    EXPECT_FALSE(disk.IsMethodChangingState("TsDisk", "GetList"));
-    EXPECT_FALSE(disk.IsMethodChangingState("TsDisk", "NoSuchCommand"));
-    EXPECT_FALSE(disk.IsMethodChangingState("", ""));
 }
 
 // ---- Method objects ----

@@ -1,7 +1,5 @@
 #include "tests/unit/arraySim/requests.h"
 
-#include <filesystem>
-
 std::string RequestDocument(const std::string& object, const std::string& command,
                             const RequestAttributes& attributes, const std::string& key) {
     std::string document = "<lumapi><ApiConnection><SessionKey>" + key + "</SessionKey></ApiConnection>" +
@@ -32,17 +30,4 @@ protoIPCMsg::GPBIPCMsg PingMessage(unsigned sequence) {
     message.mutable_apireqmsg()->set_cmdtype(protoIPCMsg::Ping);
     message.mutable_apireqmsg()->mutable_ping()->set_pingdata("ping from a test");
     return message;
-}
-
-TestFolder::TestFolder() {
-    std::string pattern = std::filesystem::temp_directory_path() / "arraySimTest.XXXXXX";
-    if (mkdtemp(pattern.data()) == nullptr) {
-        throw std::runtime_error("no folder for a test");
-    }
-    path_ = pattern;
-}
-
-TestFolder::~TestFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
 }

@@ -6,7 +6,7 @@
 
 #include "apiMgmt/proto/apiMgrMsg.pb.h"
 
-/** Requests as the daemon writes them, and a place for sockets. */
+/** Requests as the daemon writes them. */
 
 inline constexpr const char* kTestKey = "test+key";
 
@@ -17,17 +17,3 @@ std::string RequestDocument(const std::string& object, const std::string& comman
 
 protoIPCMsg::GPBIPCMsg CommandMessage(const std::string& document, unsigned sequence = 7);
 protoIPCMsg::GPBIPCMsg PingMessage(unsigned sequence = 7);
-
-/** A folder that goes with its contents at the end of the test. */
-class TestFolder {
-  public:
-    TestFolder();
-    ~TestFolder();
-    TestFolder(const TestFolder&) = delete;
-    TestFolder& operator=(const TestFolder&) = delete;
-
-    std::string operator/(const std::string& name) const { return path_ + "/" + name; }
-
-  private:
-    std::string path_;
-};

@@ -1,46 +1,70 @@
+// The simulator's sockets: the API manager's with the injected faults, the control socket, and the sender of
+// events.
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
-#include <unistd.h>
 
 #include <atomic>
+#include <condition_variable>
 #include <fstream>
 #include <mutex>
+#include <optional>
 #include <set>
 #include <thread>
 
 #include "apiMgmt/common/wirelink/wireLink.h"
+#include "apiMgmt/common/xmlwrap/xmlParser.h"
 #include "arraySim/control/controlSocket.h"
+#include "arraySim/control/eventSender.h"
 #include "arraySim/control/service.h"
 #include "arraySim/control/trace.h"
 #include "arraySim/model/presets.h"
-#include "arraySim/scenario/scenario.h"
 #include "tests/unit/arraySim/requests.h"
+#include "tests/unit/layers/temporaryFolder.h"
 
 using namespace arraysim;
+using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::Not;
 
 namespace {
 
 class Services : public testing::Test {
   protected:
     void SetUp() override {
-        simulator_.SetHooks({.listen = [this] { service_.FollowListening(); }, .say = {}, .quit = {}});
+        simulator_.SetHooks({.listen = [this] { service_.FollowListening(); }});
         service_.Start();
     }
 
-    std::string GetList(WireLinkClient& client, const std::string& object, unsigned sequence) {
-        protoIPCMsg::GPBIPCMsg response;
-        client.SendReceiveMessage(CommandMessage(RequestDocument(object, "GetList"), sequence), response);
-        EXPECT_EQ(response.sequencenum(), sequence);
-        return response.apirespmsg().cmd().respdata();
+    void Command(const std::string& line) {
+        const Reply reply = simulator_.Execute(line);
+        ASSERT_TRUE(reply.good) << line << ": " << reply.text;
     }
 
-    std::string GetList(const std::string& object, unsigned sequence = 1) {
+    /** One exchange on its own connection. Throws what the channel throws. */
+    protoIPCMsg::GPBIPCMsg Exchange(const protoIPCMsg::GPBIPCMsg& request) {
         WireLinkClient client(endpoint_);
-        return GetList(client, object, sequence);
+        protoIPCMsg::GPBIPCMsg response;
+        client.SendReceiveMessage(request, response);
+        return response;
+    }
+
+    protoIPCMsg::GPBIPCMsg GetList(const std::string& object, unsigned sequence = 7) {
+        return Exchange(CommandMessage(RequestDocument(object, "GetList", {{"LiteObj", "1"}}), sequence));
+    }
+
+    std::string Document(const std::string& object) { return GetList(object).apirespmsg().cmd().respdata(); }
+
+    /** Returns the channel's error, or an empty string if the exchange succeeds. */
+    std::string ChannelError() {
+        try {
+            GetList("TsDisk");
+        } catch (const WireLinkError& error) {
+            return error.what();
+        }
+        return {};
     }
 
     void Observe(const ServedExchange& exchange) {
@@ -50,20 +74,126 @@ class Services : public testing::Test {
 
     std::mutex mutex_;
     std::vector<ServedExchange> served_;
-    TestFolder folder_;
+    TemporaryFolder folder_;
     Simulator simulator_{
         BuildPreset(Catalogue::Builtin(), *FindPreset("small"), 1, 64702), {kTestKey}, Spelling::kApi};
-    WireLinkEndpoint endpoint_ = WireLinkEndpoint::CreateLocalEndpoint(folder_ / "api", 900, 5242880);
-    Service service_{simulator_, folder_ / "api",
-                     [this](const ServedExchange& exchange) { Observe(exchange); }};
+    WireLinkEndpoint endpoint_ = WireLinkEndpoint::CreateLocalEndpoint(folder_.Path("api"), 900, 5242880);
+    Service service_{simulator_, folder_.Path("api"), [this](const ServedExchange& each) { Observe(each); }};
 };
 
-TEST_F(Services, AConnectionCarriesAnyNumberOfExchanges) {
-    WireLinkClient client(endpoint_);
-    for (unsigned i = 1; i <= 20; ++i) {
-        EXPECT_THAT(GetList(client, i % 2 == 0 ? "TsDisk" : "TsVolume", i), HasSubstr("<Successful>True<"));
+// ---- faults ----
+
+TEST_F(Services, FaultsOfTheFrameAreErrorsOfTheChannelAndTheNextExchangeIsGood) {
+    const std::pair<const char*, const char*> rows[] = {
+        {"refuse", ""},  // the channel's error depends on the timing
+        {"tear 2", "the peer closed inside the length of a frame"},
+        {"tear", "the peer closed inside a frame"},
+        {"long-length", "the peer closed inside a frame, 1000 bytes of its body are missing"},
+        {"huge-length", "a body of 83886081 bytes is too long"},
+        {"zero-length", "the body does not parse"},
+        {"garbage", "the body does not parse"},
+    };
+    for (const auto& [fault, expected] : rows) {
+        Command(std::string("fault ") + fault + " for 1");
+        const std::string error = ChannelError();
+        EXPECT_FALSE(error.empty()) << fault;
+        EXPECT_THAT(error, HasSubstr(expected)) << fault;
+        EXPECT_EQ(ChannelError(), "") << "after " << fault;
     }
 }
+
+TEST_F(Services, FaultsOfTheDocument) {
+    // What the document contains and does not contain; without both it must not parse.
+    const std::tuple<const char*, const char*, const char*> rows[] = {
+        {"truncated", "", ""},
+        {"empty", "", ""},
+        {"unbalanced", "", ""},
+        {"nesting", "", ""},
+        {"doctype", "", ""},
+        {"entities", "", ""},
+        {"external-entity", "", ""},
+        {"wrong-root", "<lumapy>", "lumapi"},
+        {"no-return", "<ReturnObjectArray>", "<ApiMethodReturn>"},
+        {"no-successful", "<ApiMethodReturn>", "<Successful>"},
+        {"lower-true", "<Successful>true</Successful>", "<Successful>True"},
+        {"error SpaceRecoveryError no <space>",
+         "<Error>no &lt;space&gt;</Error><ErrorCode>SpaceRecoveryError</ErrorCode>", "<ReturnObjectArray"},
+        {"no-objects", "<ReturnObjectArray />", "<tsDisk>"},
+        {"missing Status", "<StatusMessage>", "<Status>"},
+        {"unknown-status A & B", "<Status>A &amp; B</Status>", "<Status>Up"},
+        {"no-index", "<Name>", "<Index>"},
+        {"no-parent", "<Index>", "<EnclosureIndex>"},
+    };
+    for (const auto& [fault, present, absent] : rows) {
+        Command(std::string("fault ") + fault + " for 1");
+        const std::string document = Document("TsDisk");
+        EXPECT_EQ(parser::XMLParser().ParseXMLString(document), *present != '\0') << fault;
+        if (*present != '\0') {
+            EXPECT_THAT(document, testing::AllOf(HasSubstr(present), Not(HasSubstr(absent)))) << fault;
+        }
+    }
+    Command("fault huge-text Name 3000000 for 1");  // in the first object alone
+    EXPECT_EQ(Document("TsDisk").size() / 100'000, 30U);
+    Command("fault too-many 5 for 1");
+    const std::string fans = Document("TsControllerFanSensor");
+    size_t count = 0;
+    for (size_t at = 0; (at = fans.find("<tsControllerFanSensor>", at)) != std::string::npos; ++at) {
+        ++count;
+    }
+    EXPECT_EQ(count, 17U);
+}
+
+TEST_F(Services, FaultsOfTheEnvelopeStrikeWhatTheyAreLimitedTo) {
+    Command("fault wrong-type for 1");
+    EXPECT_EQ(GetList("TsDisk").msgtype(), protoIPCMsg::CAResp);
+    Command("fault no-response for 1");
+    EXPECT_FALSE(GetList("TsDisk").has_apirespmsg());
+    Command("fault no-cmd for 1");
+    EXPECT_FALSE(GetList("TsDisk").apirespmsg().has_cmd());
+    Command("fault ping-false for 1");
+    EXPECT_EQ(Exchange(PingMessage()).apirespmsg().ping().pingdata(), false);
+    EXPECT_EQ(Exchange(PingMessage()).apirespmsg().ping().pingdata(), true);
+
+    Command("fault empty on TsVolume for 2");
+    Command("fault wrong-sequence on Ping");
+    for (const char* expected : {"", "", "<"}) {
+        EXPECT_THAT(Document("TsDisk"), Not(testing::IsEmpty()));
+        EXPECT_EQ(Document("TsVolume").substr(0, 1), expected);
+        EXPECT_EQ(GetList("TsDisk").sequencenum(), 7u);
+        EXPECT_EQ(Exchange(PingMessage()).sequencenum(), 8u);
+    }
+    Command("clear");
+    EXPECT_EQ(Exchange(PingMessage()).sequencenum(), 7u);
+
+    for (const char* fault : {"delay 1", "missing Name", "lower-true", "wrong-sequence"}) {
+        Command(std::string("fault ") + fault);
+    }
+    const protoIPCMsg::GPBIPCMsg all = GetList("TsDisk");
+    EXPECT_EQ(all.sequencenum(), 8u);
+    EXPECT_THAT(all.apirespmsg().cmd().respdata(),
+                testing::AllOf(HasSubstr("<Successful>true<"), Not(HasSubstr("<Name>"))));
+}
+
+TEST_F(Services, AnInjectedErrorChangesNothing) {
+    Command("fault error AuthorizationError no on Tessera for 1");
+    for (const bool is_done : {false, true}) {
+        Exchange(CommandMessage(
+            RequestDocument("Tessera", "Modify", {{"InstanceId", "64702"}, {"Location", "elsewhere"}})));
+        EXPECT_EQ(simulator_.Execute("expect Tessera 1 Location elsewhere").good, is_done);
+    }
+}
+
+TEST_F(Services, StopListeningRemovesTheSocketUntilCleared) {
+    Command("fault stop-listening");
+    EXPECT_NE(access(folder_.Path("api").c_str(), F_OK), 0);
+    Command("fault empty");
+    Command("clear empty");
+    EXPECT_THROW(WireLinkClient client(endpoint_), WireLinkError);
+    Command("clear stop-listening");
+    EXPECT_NE(Document("TsDisk"), "");
+}
+
+// ---- connections ----
 
 TEST_F(Services, RequestsAndCommandsMixFreely) {
     constexpr unsigned kRounds = 40;
@@ -71,9 +201,13 @@ TEST_F(Services, RequestsAndCommandsMixFreely) {
     std::vector<std::thread> threads;
     for (unsigned t = 0; t < 4; ++t) {
         threads.emplace_back([&, t] {
-            for (unsigned i = 0; i < kRounds; ++i) {
-                const std::string document = GetList(t % 2 == 0 ? "TsDisk" : "TsAlert", t * kRounds + i + 1);
-                good += document.find("<Successful>True<") != std::string::npos ? 1 : 0;
+            WireLinkClient client(endpoint_);  // one connection carries any number of exchanges
+            for (unsigned i = 1; i <= kRounds; ++i) {
+                const std::string request = RequestDocument(t % 2 == 0 ? "TsDisk" : "TsAlert", "GetList");
+                protoIPCMsg::GPBIPCMsg response;
+                client.SendReceiveMessage(CommandMessage(request, i), response);
+                good += response.sequencenum() == i &&
+                        response.apirespmsg().cmd().respdata().find("<Successful>True<") != std::string::npos;
             }
         });
     }
@@ -93,39 +227,28 @@ TEST_F(Services, RequestsAndCommandsMixFreely) {
     EXPECT_EQ(served_.size(), 4 * kRounds);
 }
 
-TEST_F(Services, AnAnswerThatHangsOrIsLateHoldsUpNobody) {
-    simulator_.Execute("fault hang on TsDisk for 1");
-    simulator_.Execute("fault delay 3600000 on TsVolume for 1");
-    WireLinkClient hanging(endpoint_);
+TEST_F(Services, AResponseThatHangsOrIsLateDelaysNobodyElse) {
+    Command("fault hang on TsDisk for 1");
+    Command("fault delay 3600000 on TsVolume for 1");
+    WireLinkClient hanging(endpoint_), late(endpoint_);
     hanging.SendGPBMsg(CommandMessage(RequestDocument("TsDisk", "GetList")));
-    WireLinkClient late(endpoint_);
     late.SendGPBMsg(CommandMessage(RequestDocument("TsVolume", "GetList")));
     ASSERT_TRUE(simulator_.WaitForExchange("GetList", "TsDisk", 0));
     ASSERT_TRUE(simulator_.WaitForExchange("GetList", "TsVolume", 0));
-    EXPECT_THAT(GetList("TsDisk"), HasSubstr("<Successful>True<"));
-    EXPECT_THAT(GetList("TsVolume"), HasSubstr("<Successful>True<"));
-    service_.Stop();  // ends both of them: the peers see a close
+    EXPECT_THAT(Document("TsDisk"), HasSubstr("<Successful>True<"));
+    EXPECT_THAT(Document("TsVolume"), HasSubstr("<Successful>True<"));
+    service_.Stop();  // closes both connections
     protoIPCMsg::GPBIPCMsg nothing;
     EXPECT_EQ(hanging.RecvGPBMsg(nothing), 0u);
     EXPECT_EQ(late.RecvGPBMsg(nothing), 0u);
-    EXPECT_NE(access((folder_ / "api").c_str(), F_OK), 0);
+    EXPECT_NE(access(folder_.Path("api").c_str(), F_OK), 0);
 }
 
-TEST_F(Services, APeerThatBreaksOffOrTalksNonsenseHarmsNobody) {
-    for (const std::string& bytes : {std::string("\0\0\0\x09half", 8), std::string("\0\0", 2),
-                                     std::string("\xff\xff\xff\xff", 4), std::string("\0\0\0\x02zz", 6)}) {
-        WireLinkClient client(endpoint_);
-        ASSERT_EQ(send(client.descriptor(), bytes.data(), bytes.size(), MSG_NOSIGNAL),
-                  static_cast<ssize_t>(bytes.size()));
-    }
-    EXPECT_THAT(GetList("TsDisk"), HasSubstr("<Successful>True<"));
-}
-
-TEST_F(Services, TheTraceTellsWhatWasServed) {
-    simulator_.Execute("fault tear 10 on TsVolume for 1");
+TEST_F(Services, TheTraceHasALineForEachExchange) {
+    Command("fault tear 10 on TsVolume for 1");
     GetList("TsDisk", 5);
     EXPECT_THROW(GetList("TsVolume", 6), WireLinkError);
-    EXPECT_THAT(GetList("TsMoon", 7), HasSubstr("ObjectNotAvailable"));
+    GetList("TsMoon", 7);
     service_.Stop();
     std::set<std::string> lines;
     for (ServedExchange exchange : served_) {
@@ -135,85 +258,141 @@ TEST_F(Services, TheTraceTellsWhatWasServed) {
     }
     EXPECT_THAT(
         lines,
-        testing::ElementsAre(
-            "     1        5  GetList  TsDisk                           0      12         0     1.50  ok",
-            "     2        6  GetList  TsVolume                         0       6        10     1.50  ok "
+        ElementsAre(
+            "     1        5  GetList  TsDisk                           1      12         0     1.50  ok",
+            "     2        6  GetList  TsVolume                         1       6        10     1.50  ok "
             "fault:tear",
-            "     3        7  GetList  ?                                0       0         0     1.50  "
+            "     3        7  GetList  ?                                1       0         0     1.50  "
             "ObjectNotAvailable"));
+    EXPECT_EQ(Trace::Columns(SentEvent{"4 4 4 0 0 0 0 0 a\nb", "delivered", 1.5}),
+              "event  delivered      1.50  4 4 4 0 0 0 0 0 a b");
 }
 
-TEST(FullArray, TheAlertListFitsAndIsWhole) {
-    TestFolder folder;
-    Simulator simulator(BuildPreset(Catalogue::Builtin(), *FindPreset("full"), 1, 64702), {kTestKey},
-                        Spelling::kApi);
-    Service service(simulator, folder / "api", [](const ServedExchange&) {});
-    service.Start();
-    WireLinkClient client(WireLinkEndpoint::CreateLocalEndpoint(folder / "api", 900, 5242880));
-    protoIPCMsg::GPBIPCMsg response;
-    client.SendReceiveMessage(CommandMessage(RequestDocument("TsAlert", "GetList")), response);
-    const std::string& document = response.apirespmsg().cmd().respdata();
-    EXPECT_GT(document.size(), 10000000u);
-    EXPECT_TRUE(document.ends_with("</tsAlert></ReturnObjectArray></lumapi>"));
-}
+// ---- the control socket ----
 
 class Controls : public testing::Test {
   protected:
-    TestFolder folder_;
+    TemporaryFolder folder_;
     Simulator simulator_{
         BuildPreset(Catalogue::Builtin(), *FindPreset("small"), 1, 64702), {kTestKey}, Spelling::kApi};
-    ControlServer control_{simulator_, folder_ / "ctl"};
+    ControlServer control_{simulator_, folder_.Path("ctl")};
 };
 
-TEST_F(Controls, CommandsGoThroughTheSocket) {
+TEST_F(Controls, CommandsGoThroughTheSocketOfOneSimulator) {
     control_.Start();
     struct stat status;
-    ASSERT_EQ(stat((folder_ / "ctl").c_str(), &status), 0);
+    ASSERT_EQ(stat(folder_.Path("ctl").c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777, 0600u);
-    Reply reply = Tell(folder_ / "ctl", "get TsDisk 5 Name");
-    EXPECT_TRUE(reply.good);
-    EXPECT_EQ(reply.text, "02-04\n");
-    reply = Tell(folder_ / "ctl", "get TsDisk 8 Name");
-    EXPECT_FALSE(reply.good);
-    EXPECT_EQ(reply.text, "TsDisk 8 does not exist");
-    EXPECT_EQ(Tell(folder_ / "ctl", "dump").text, simulator_.Execute("dump").text);
-    EXPECT_FALSE(Tell(folder_ / "ctl", "list\nquit").good);
-    control_.Stop();
-    EXPECT_NE(access((folder_ / "ctl").c_str(), F_OK), 0);
-    EXPECT_THROW(Tell(folder_ / "ctl", "list"), ControlError);
-}
-
-TEST_F(Controls, OneSimulatorDoesNotTakeTheSocketOfAnother) {
-    control_.Start();
-    ControlServer second(simulator_, folder_ / "ctl");
+    EXPECT_EQ(Tell(folder_.Path("ctl"), "get TsDisk 5 Name").text, "02-04\n");
+    const Reply error = Tell(folder_.Path("ctl"), "get TsDisk 8 Name");
+    EXPECT_FALSE(error.good);
+    EXPECT_EQ(error.text, "there is no TsDisk 8");
+    EXPECT_EQ(Tell(folder_.Path("ctl"), "dump").text, simulator_.Execute("dump").text);
+    EXPECT_FALSE(Tell(folder_.Path("ctl"), "list\nquit").good);
+    ControlServer second(simulator_, folder_.Path("ctl"));
     EXPECT_THROW(second.Start(), ControlError);
-    EXPECT_TRUE(Tell(folder_ / "ctl", "list").good);
+    EXPECT_TRUE(Tell(folder_.Path("ctl"), "list").good);
+    control_.Stop();
+    EXPECT_NE(access(folder_.Path("ctl").c_str(), F_OK), 0);
+    EXPECT_THROW(Tell(folder_.Path("ctl"), "list"), ControlError);
 }
 
-TEST_F(Controls, AFileThatIsNoSocketIsLeftAlone) {
-    std::ofstream(folder_ / "ctl") << "precious";
+TEST_F(Controls, AFileThatIsNotASocketIsLeftAlone) {
+    std::ofstream(folder_.Path("ctl")) << "precious";
     EXPECT_THROW(control_.Start(), ControlError);
-    EXPECT_EQ(access((folder_ / "ctl").c_str(), F_OK), 0);
+    EXPECT_EQ(access(folder_.Path("ctl").c_str(), F_OK), 0);
 }
 
-TEST_F(Controls, ALeftOverSocketIsReplaced) {
-    const int left_over = socket(AF_UNIX, SOCK_STREAM, 0);
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    (folder_ / "ctl").copy(address.sun_path, sizeof address.sun_path - 1);
-    ASSERT_EQ(bind(left_over, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
-    close(left_over);
-    control_.Start();
-    EXPECT_TRUE(Tell(folder_ / "ctl", "list").good);
+// ---- events ----
+
+/** A listener of the daemon that a test opens and closes, and a sender that retries immediately. */
+class Sending : public testing::Test {
+  protected:
+    void Start(EventSender::Limits limits) {
+        limits.retry = std::chrono::milliseconds(1);
+        sender_.emplace(
+            folder_.Path("daemon"), limits, [this](const SentEvent& event) { Note(sent_, event); },
+            [this](const std::string& text) { Note(complaints_, text); });
+        sender_->Start();
+    }
+
+    template <typename T>
+    void Note(std::vector<T>& list, const T& entry) {
+        const std::lock_guard<std::mutex> guard(mutex_);
+        list.push_back(entry);
+        noted_.notify_all();
+    }
+
+    template <typename T>
+    void WaitFor(std::vector<T>& list, size_t count) {
+        std::unique_lock<std::mutex> lock(mutex_);
+        noted_.wait(lock, [&] { return list.size() >= count; });
+    }
+
+    /** Returns the events of one connection. */
+    std::vector<std::string> Take(WireLinkServer& daemon) {
+        WireLinkServerConnection connection(endpoint_, daemon.Accept(nullptr, nullptr, 0));
+        std::vector<std::string> texts;
+        protoIPCMsg::GPBIPCMsg message;
+        while (connection.RecvGPBMsg(message) != 0) {
+            texts.push_back(message.mgmtmsg().addlarg());
+        }
+        return texts;
+    }
+
+    std::vector<std::string> Outcomes() {
+        const std::lock_guard<std::mutex> guard(mutex_);
+        std::vector<std::string> outcomes;
+        for (const SentEvent& event : sent_) {
+            outcomes.push_back(event.text + " " + event.outcome);
+        }
+        return outcomes;
+    }
+
+    TemporaryFolder folder_;
+    WireLinkEndpoint endpoint_ = WireLinkEndpoint::CreateLocalEndpoint(folder_.Path("daemon"), 60, 65536);
+    std::mutex mutex_;
+    std::condition_variable noted_;
+    std::vector<SentEvent> sent_;
+    std::vector<std::string> complaints_;
+    std::optional<EventSender> sender_;
+};
+
+TEST_F(Sending, EventsWaitInOrderForADaemonThatIsAway) {
+    Start({.waiting = 3, .farewell = std::chrono::hours(1)});
+    for (const char* text : {"one", "two", "three", "beyond the limit"}) {
+        sender_->Push(text);
+    }
+    WaitFor(complaints_, 1);
+    EXPECT_THAT(Outcomes(), ElementsAre("beyond the limit overflow"));
+    EXPECT_EQ(sender_->Describe(), "events delivered 0, dropped 1, waiting 3\n");
+    WireLinkServer daemon(endpoint_);
+    EXPECT_THAT(Take(daemon), ElementsAre("one", "two", "three"));
+    // The connection is closed when the queue is empty, so that another sender has its turn.
+    sender_->Push("four");
+    EXPECT_THAT(Take(daemon), ElementsAre("four"));
+    EXPECT_EQ(complaints_.size(), 1u) << "once, although it has retried many times";
+    sender_->Push("five");
+    sender_->Stop();  // delivers what is waiting
+    EXPECT_EQ(Outcomes().back(), "five delivered");
 }
 
-TEST_F(Controls, AScenarioOnTheClockEndsWhenItIsStopped) {
-    ClockPace pace(simulator_);
-    std::thread sleeper([&] { EXPECT_FALSE(pace.SleepUntil(3600000)); });
-    std::thread waiter([&] { EXPECT_FALSE(pace.WaitForExchange("GetList", "TsDisk", 0)); });
-    pace.Stop();
-    sleeper.join();
-    waiter.join();
+TEST_F(Sending, WhatTheDaemonDoesNotReadIsDroppedAndDelaysNeitherChangesNorShutdown) {
+    Start({.patience = std::chrono::milliseconds(0)});
+    sender_->Push("one");
+    WaitFor(sent_, 1);
+    EXPECT_THAT(Outcomes(), ElementsAre("one dropped"));
+
+    WireLinkServer daemon(endpoint_);
+    Start({.waiting = 100000, .farewell = std::chrono::milliseconds(1)});
+    const std::string text(400, 'x');
+    for (int i = 0; i < 5000; ++i) {  // more than a socket holds
+        sender_->Push(text);
+    }
+    sender_->Stop();
+    WaitFor(sent_, 5001);
+    EXPECT_EQ(sent_[1].outcome, std::string("delivered"));
+    EXPECT_EQ(sent_.back().outcome, std::string("dropped"));
 }
 
 }  // namespace

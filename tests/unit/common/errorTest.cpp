@@ -19,19 +19,15 @@ std::string Output(const GENERALError& error) {
 }  // namespace
 
 TEST(Errors, EachFormGivesItsTexts) {
-    const GENERALError plain("file", 5, "message");
     const GENERALError two_texts("file", 5, "message", "summary");
     const GENERALError long_form("summary", "file", 5, 77, nullptr);
     const APIMethodError library("summary", 4, "file", 5, 10764, "%s", "Name");
     const APIMethodError location(8, "file", 5, "message");
-    const APIMethodError location_summary(8, "file", 5, "message", "summary");
     const std::tuple<const GENERALError&, const char*, const char*, const char*, int> cases[] = {
-        {plain, "message", "message", "message", 0},
         {two_texts, "message", "summary", "summary", 0},
         {long_form, "", "summary", "summary", 77},
         {library, "", "summary", "Error state[4], Summary[summary]", 10764},
         {location, "message", "message", "Error state[8], Summary[message]", 0},
-        {location_summary, "message", "summary", "Error state[8], Summary[summary]", 0},
     };
     for (const auto& [error, what, summary, text, code] : cases) {
         EXPECT_STREQ(error.what(), what);

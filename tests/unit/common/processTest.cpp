@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <pthread.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -10,7 +11,6 @@
 #include <csignal>
 #include <string>
 
-#include "tests/unit/common/tempFolder.h"
 #include "tests/unit/common/threadName.h"
 #include "tests/unit/layers/temporaryFolder.h"
 
@@ -32,6 +32,12 @@ StartFailure RunWithoutArguments(const char* path) {
 constexpr char kListDescriptors[] = "(find /proc/$$/fd -type l -printf '%f %l\\n' > \"$1\"); exit 0";
 constexpr char kThreeNullDevices[] = "0 /dev/null\n1 /dev/null\n2 /dev/null\n";
 
+/** A named pipe: reading it blocks until the program, which is nobody's child, has written and closed it. */
+std::string MakePipe(const TemporaryFolder& folder) {
+    EXPECT_EQ(mkfifo(folder.Path("pipe").c_str(), 0600), 0);
+    return folder.Path("pipe");
+}
+
 int FirstFreeDescriptor() {
     const int descriptor = open("/dev/null", O_RDONLY);
     close(descriptor);
@@ -47,42 +53,42 @@ void ExpectNoChildren() {
 
 TEST(StartDetachedProgram, TheProgramGetsNullDevicesAndNothingElse) {
     const TemporaryFolder folder;
-    const NewsPipe news(folder.Path("news"));
+    const std::string pipe = MakePipe(folder);
     ASSERT_GT(fcntl(STDERR_FILENO, F_DUPFD, 500), 0);
-    const StartFailure failure = RunShell(kListDescriptors, news.path());
+    const StartFailure failure = RunShell(kListDescriptors, pipe);
     EXPECT_EQ(failure.step, StartFailure::Step::none);
-    EXPECT_EQ(news.ReadAll(), kThreeNullDevices);
+    EXPECT_EQ(folder.Read("pipe"), kThreeNullDevices);
     ExpectNoChildren();
 }
 
 TEST(StartDetachedProgram, WorksInACallerWithoutStandardDescriptors) {
     const TemporaryFolder folder;
-    const NewsPipe news(folder.Path("news"));
+    const std::string pipe = MakePipe(folder);
     const pid_t child = fork();
     if (child == 0) {
         close(0);
         close(1);
         close(2);
         const bool missing_is_told = RunWithoutArguments("/no/such/program").error_number == ENOENT;
-        const bool started = RunShell(kListDescriptors, news.path()).step == StartFailure::Step::none;
+        const bool started = RunShell(kListDescriptors, pipe).step == StartFailure::Step::none;
         _exit(missing_is_told && started ? 0 : 1);
     }
     int status = -1;
     ASSERT_EQ(waitpid(child, &status, 0), child);
     EXPECT_EQ(status, 0);
-    EXPECT_EQ(news.ReadAll(), kThreeNullDevices);
+    EXPECT_EQ(folder.Read("pipe"), kThreeNullDevices);
 }
 
 TEST(StartDetachedProgram, TheProgramStartsWithDefaultSignals) {
     const TemporaryFolder folder;
-    const NewsPipe news(folder.Path("news"));
+    const std::string pipe = MakePipe(folder);
     signal(SIGHUP, SIG_IGN);
     signal(SIGPIPE, SIG_IGN);
     sigset_t blocked;
     sigfillset(&blocked);
     sigprocmask(SIG_BLOCK, &blocked, nullptr);
-    RunShell("exec grep -E '^Sig(Blk|Ign)' /proc/self/status > \"$1\"", news.path());
-    EXPECT_EQ(news.ReadAll(), "SigBlk:\t0000000000000000\nSigIgn:\t0000000000000000\n");
+    RunShell("exec grep -E '^Sig(Blk|Ign)' /proc/self/status > \"$1\"", pipe);
+    EXPECT_EQ(folder.Read("pipe"), "SigBlk:\t0000000000000000\nSigIgn:\t0000000000000000\n");
 }
 
 TEST(StartDetachedProgram, AFailedExecIsToldAndLeavesNothingBehind) {
