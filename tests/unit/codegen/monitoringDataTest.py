@@ -50,12 +50,14 @@ WRONG_WATCHES = [
 ]
 
 WRONG_PANELS = [
-    ('panel stat  4  none      "Disks', 'panel pie 4 none "x" "" tsDiskSizeGb',
-     "a panel has a kind of stat, lines, bars, table and a width of 1 to 24"),
-    ('panel stat  4  none      "Disks', 'panel stat 4 none "x" "" tsDiskSize',
-     "there is no metric 'tsDiskSize'"),
-    ('panel stat  4  none      "Disks', 'panel stat 4 none "x" "{{tsDisk}}" tsDiskSizeGb',
+    ('panel stat 4 none "Disks', 'panel pie 4 none "x" "" tsDiskSizeGb',
+     "a panel has a kind of stat, state, bars, lines, history, table and a width of 1 to 24"),
+    ('panel stat 4 none "Disks', 'panel stat 4 none "x" "" tsDiskSize', "there is no metric 'tsDiskSize'"),
+    ('panel stat 4 none "Disks', 'panel stat 4 none "x" "{{tsDisk}}" tsDiskSizeGb',
      "no metric of the panel has the label 'tsDisk'"),
+    ("panel table 24", 'panel table 24 none "x" tsDisk=Disk tsDiskSizeGb',
+     "no metric of the panel has the label 'tsDisk'"),
+    ("panel state 8", 'panel state 8 none "x" "" tsDiskSizeGb', "'tsDiskSizeGb' is not a column of states"),
 ]
 
 EXPRESSIONS = [
