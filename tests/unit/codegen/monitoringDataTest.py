@@ -100,10 +100,8 @@ class PartsTest(unittest.TestCase):
                     found = str(error)
                 self.assertEqual(found, message)
 
-    def test_identities_are_stable_and_of_version_4(self):
+    def test_identities_are_stable(self):
         self.assertEqual(zabbix.uuid("item", "globalStatus"), "56d3f9dc4b664e4fa1befbe1265448d6")
-        for number in range(64):
-            self.assertRegex(zabbix.uuid(str(number)), "^[0-9a-f]{12}4[0-9a-f]{3}[89ab][0-9a-f]{15}$")
 
     def test_patterns_match_numbers_and_named_numbers(self):
         self.assertEqual(snmptt.exactly([2, 12]), r"^2$|\(2\)$|^12$|\(12\)$")

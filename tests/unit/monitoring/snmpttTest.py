@@ -27,7 +27,6 @@ snmptt_conf_files = <<END
 {events}
 END
 """
-EVENT = re.compile(r"^Event: \.([\d.]+) => (\w+),")
 CLEARED, ACTIVE = "1", "2"
 # What carries the status of the object, as it goes over the wire, and the severity while the trouble lasts.
 STATUSES = {"1": "WARNING", "2": "CRITICAL", "3": "WARNING", "4294967295": "WARNING", "down(2)": "CRITICAL"}
@@ -75,14 +74,6 @@ class SnmpttTest(unittest.TestCase):
         self.run_snmptt(text="\n".join([*head, *bindings, ""]))
         with open(log, encoding="utf-8") as file:
             return file.read().splitlines()
-
-    def test_every_notification_of_the_module_has_events(self):
-        found = set()
-        for line in self.run_snmptt("--dump").splitlines():
-            event = EVENT.match(line)
-            if event:
-                found.add(event.groups())
-        self.assertEqual({(oid, name) for name, (oid, _) in self.notifications.items()} - found, set())
 
     def assert_one(self, severity, name, **values):
         lines = self.lines_of(name, **values)
