@@ -79,7 +79,7 @@ def monitoring_files(data):
     yield "prometheus/prometheus.yml", modules.scrapes()
     alerts = rules.Rules(model, all_metrics, all_watches)
     yield "prometheus/tessera.rules.yml", alerts.file(data.text("monitoring/rules.yml"))
-    yield "grafana/tessera.json", dashboard.render(model, all_metrics, data.lines("monitoring/panels.def"))
+    yield "grafana/tessera.json", dashboard.render(model, all_metrics, all_watches, data.lines("monitoring/panels.def"))
     all_checks = checks.Checks(model, all_metrics, all_watches)
     yield "nagios/tessera.cfg", nagios.file(all_checks)
     yield "icinga2/tessera.conf", icinga.file(all_checks)

@@ -51,9 +51,10 @@ struct TableRow {
     uint32_t parent_row = 0;
 };
 
-/** Returns none for an object whose parent was removed, because the daemon has no row for it. */
+/** Returns none for a part whose parent was removed: the daemon has no row for it. */
 std::optional<TableRow> TableRowOf(const Model& model, const Object& object) {
     const Kind& kind = *object.kind;
+    const bool among_siblings = kind.list->table->parent != TableParent::kNone;
     TableRow place{&object};
     if (kind.parent) {
         place.parent_index = object.ParentIndex();
@@ -61,12 +62,12 @@ std::optional<TableRow> TableRowOf(const Model& model, const Object& object) {
         const auto parent = std::find_if(parents.begin(), parents.end(), [&](const Object& each) {
             return each.index == place.parent_index;
         });
-        if (parent == parents.end()) {
+        if (parent != parents.end()) {
+            place.parent_row = static_cast<uint32_t>(parent - parents.begin()) + 1;
+        } else if (among_siblings) {
             return std::nullopt;
         }
-        place.parent_row = static_cast<uint32_t>(parent - parents.begin()) + 1;
     }
-    const bool among_siblings = kind.list->table->parent != TableParent::kNone;
     for (const Object& each : model.Objects(*kind.list)) {
         const bool counts = !among_siblings || each.ParentIndex() == place.parent_index;
         place.row += counts ? 1 : 0;

@@ -18,12 +18,13 @@ def title(metric):
 
 
 def object_of(metric, columns):
-    """Returns how a rule names the object: by its names, or by its rows if it has none; "array" for a scalar."""
+    """How a rule calls the object: by its names and its row, for a light module has no names; "array" for a scalar."""
     if metric.column.table is None:
         return "array"
     texts = [label for label in metric.labels if label in columns and columns[label].type == "string"]
-    values = ", ".join(f"{{{{ $labels.{label} }}}}" for label in texts or metric.labels)
-    return f"{metric.column.table.item} {values}"
+    names_of = ", ".join(f"{{{{ $labels.{label} }}}}" for label in texts)
+    rows = ".".join(f"{{{{ $labels.{label} }}}}" for label in metric.labels if label not in columns)
+    return " ".join(filter(None, [metric.column.table.item, names_of, f"(row {rows})"]))
 
 
 def about(column):

@@ -37,6 +37,7 @@ BY_HAND = {
     "scripts/test [!-]*": "the tests of another preset, or some of the tests",
     "scripts/test -*": "some of the tests",
     "scripts/test-monitors": "packages that few machines have",
+    "scripts/record-dashboard": "minutes of recording, for a picture that somebody looks at",
     "scripts/coverage": "all tests once more",
     "scripts/fuzz*": "a compiler that nothing else needs",
 }

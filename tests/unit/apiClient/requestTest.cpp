@@ -125,7 +125,7 @@ TEST(ApiClientRequest, RejectsMistakesWithAMessage) {
         {"TsController Modify InstanceId=1 IPv6Eth0IPPrefix=129",
          "invalid value '129' for IPv6Eth0IPPrefix (IPv6 Address Prefix); expected an integer, 0 to 128"},
         {"TsController Modify InstanceId=1 IndicatorOn=maybe",
-         "invalid value 'maybe' for IndicatorOn (Indicator On); expected True or False"},
+         "invalid value 'maybe' for IndicatorOn; expected True or False"},
         {"TsDisk GetHistoricalIoUsage InstanceId=1 HistoricalFilter=x",
          "HistoricalFilter is a HistoricalFilter: give HistoricalFilter.FIELD=VALUE for each field"},
         {"TsDisk GetHistoricalIoUsage InstanceId=1 HistoricalFilter.UseCurent=1",

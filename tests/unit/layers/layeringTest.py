@@ -28,7 +28,7 @@ apiMgmt/snmpSubagent/snmpSubagentUtil: platform threadpool utils
 apiMgmt/snmpSubagent/snmpSubagentComm: platform snmpSubagentUtil utils wirelink xmlwrap
 apiMgmt/snmpSubagent/snmpSubagentMain/settings: snmpSubagentUtil utils
 apiMgmt/snmpSubagent/snmpSubagentMibParser: platform snmpSubagentUtil utils
-apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh: settings snmpSubagentComm snmpSubagentMibParser snmpSubagentUtil
+apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh: platform settings snmpSubagentComm snmpSubagentMibParser snmpSubagentUtil
     utils xmlwrap
 apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps: platform refresh settings snmpSubagentMibParser snmpSubagentUtil
     threadpool utils

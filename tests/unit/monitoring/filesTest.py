@@ -8,6 +8,7 @@ import sys
 import tempfile
 import unittest
 
+import jsonschema
 import yaml
 
 sys.dont_write_bytecode = True
@@ -134,6 +135,22 @@ class FilesTest(unittest.TestCase):
         shutil.copy(path("prometheus", "tessera.rules.yml"), self.folder)
         shutil.copy(os.path.join(HERE, "rulesTest.yml"), self.folder)
         self.assertIn("SUCCESS", run("promtool", "test", "rules", os.path.join(self.folder, "rulesTest.yml")))
+
+    def test_the_dashboard_is_what_grafana_demands(self):
+        with open(os.path.join(HERE, "dashboardSchema.json"), encoding="utf-8") as file:
+            schema = json.load(file)
+        problems = jsonschema.Draft7Validator(schema).iter_errors(json.loads(read("grafana", "tessera.json")))
+        self.assertEqual([f"{'/'.join(map(str, each.path))}: {each.message}" for each in problems], [])
+
+    def test_panels_do_not_lie_over_each_other(self):
+        taken = set()
+        for panel in json.loads(read("grafana", "tessera.json"))["panels"]:
+            place = panel["gridPos"]
+            cells = {(x, y) for x in range(place["x"], place["x"] + place["w"])
+                     for y in range(place["y"], place["y"] + place["h"])}
+            self.assertLessEqual(place["x"] + place["w"], 24)
+            self.assertFalse(cells & taken, panel["title"])
+            taken |= cells
 
     def test_nagios_takes_the_commands_and_services(self):
         main, own = os.path.join(self.folder, "main.cfg"), os.path.join(self.folder, "own.cfg")
