@@ -98,14 +98,14 @@ TEST_F(Scenarios, ExitEarlyWhenTheyAreStopped) {
 TEST(ScenarioText, MistakesNameFileAndLine) {
     const std::pair<const char*, const char*> rows[] = {
         {"say a\n\nexplode", "file:3: unknown command 'explode'; `help` prints all"},
-        {"at 5s", "file:1: a timed line reads: at TIME COMMAND"},
-        {"at 5s  \nsay x", "file:1: a timed line reads: at TIME COMMAND"},
-        {"at s say x", "file:1: 's' is no time; write 250ms, 5s or 1m"},
-        {"after -1s say x", "file:1: '-1s' is no time; write 250ms, 5s or 1m"},
-        {"at 5s say x\nat 4s say y", "file:2: this time lies before that of an earlier line"},
-        {"wait for GetList", "file:1: a wait reads: wait for GetList|Get|Modify KIND, or wait for Ping"},
-        {"wait for Ping TsDisk", "file:1: 'Ping' is none of GetList, Get, Modify, Ping"},
-        {"wait for GetList TsVirtualServer", "file:1: 'TsVirtualServer' is nothing that is asked for"},
+        {"at 5s", "file:1: expected: at TIME COMMAND"},
+        {"at 5s  \nsay x", "file:1: expected: at TIME COMMAND"},
+        {"at s say x", "file:1: 's' is not a time; write 250ms, 5s or 1m"},
+        {"after -1s say x", "file:1: '-1s' is not a time; write 250ms, 5s or 1m"},
+        {"at 5s say x\nat 4s say y", "file:2: the time is earlier than that of a previous line"},
+        {"wait for GetList", "file:1: expected: wait for GetList|Get|Modify KIND, or wait for Ping"},
+        {"wait for Ping TsDisk", "file:1: unexpected 'Ping'; expected GetList, Get, Modify or Ping"},
+        {"wait for GetList TsVirtualServer", "file:1: 'TsVirtualServer' cannot be requested"},
         {"expect TsDisk 5 Colour red", "file:1: TsDisk has no attribute 'Colour'"},
         {"after 2s fault hang on TsMoon", "file:1: unknown kind 'TsMoon'"},
     };

@@ -89,7 +89,7 @@ TEST_F(Services, FaultsOfTheFrameAreErrorsOfTheChannelAndTheNextExchangeIsGood) 
         {"tear 2", "the peer closed inside the length of a frame"},
         {"tear", "the peer closed inside a frame"},
         {"long-length", "the peer closed inside a frame, 1000 bytes of its body are missing"},
-        {"huge-length", "a body of 83886081 bytes is too long"},
+        {"huge-length", "body of 83886081 bytes is too long"},
         {"zero-length", "the body does not parse"},
         {"garbage", "the body does not parse"},
     };
@@ -286,7 +286,7 @@ TEST_F(Controls, CommandsGoThroughTheSocketOfOneSimulator) {
     EXPECT_EQ(Tell(folder_.Path("ctl"), "get TsDisk 5 Name").text, "02-04\n");
     const Reply error = Tell(folder_.Path("ctl"), "get TsDisk 8 Name");
     EXPECT_FALSE(error.good);
-    EXPECT_EQ(error.text, "there is no TsDisk 8");
+    EXPECT_EQ(error.text, "TsDisk 8 does not exist");
     EXPECT_EQ(Tell(folder_.Path("ctl"), "dump").text, simulator_.Execute("dump").text);
     EXPECT_FALSE(Tell(folder_.Path("ctl"), "list\nquit").good);
     ControlServer second(simulator_, folder_.Path("ctl"));

@@ -174,43 +174,43 @@ TEST_F(Script, NamesMistakesAndChangesNothing) {
     const std::string model = Run("dump");
     Play(R"(
 explode => ? unknown command 'explode'; `help` prints all
-set => ? something is missing; usage: set KIND INDEX ATTR VALUE
+set => ? missing argument; usage: set KIND INDEX ATTR VALUE
 set TsMoon 1 Name x => ? unknown kind 'TsMoon'; `list` prints all
-set TsDisk -5 Name y => ? '-5' is no API index
-set TsDisk 4294967296 Name y => ? '4294967296' is no API index
+set TsDisk -5 Name y => ? '-5' is not an API index
+set TsDisk 4294967296 Name y => ? '4294967296' is not an API index
 set TsDisk 5 Colour red => ? TsDisk has no attribute 'Colour'
-set TsDisk 8 Name x => ? there is no TsDisk 8
-set TsDisk 5 Index 6 => ? Index is what the object is known by; the fault no-index leaves it out
-set TsObjectCount 1 NumberOfDisks 5 => ? NumberOfDisks follows the model and cannot be set
-set TsDisk 5 Name "open => ? a quote is not closed
-set TsDisk 5 Name "\x" => ? unknown escape \x in quotes
-unset TsDisk 5 Name y => ? 'y' is too much; usage: unset KIND INDEX ATTR
+set TsDisk 8 Name x => ? TsDisk 8 does not exist
+set TsDisk 5 Index 6 => ? Index identifies the object; the fault no-index omits it
+set TsObjectCount 1 NumberOfDisks 5 => ? NumberOfDisks is computed from the model and cannot be set
+set TsDisk 5 Name "open => ? missing closing quote
+set TsDisk 5 Name "\x" => ? unknown escape sequence \x
+unset TsDisk 5 Name y => ? unexpected 'y'; usage: unset KIND INDEX ATTR
 set TsServer 5 TsCreated True => ? TsPhysicalServer has no attribute 'TsCreated'
-fail TsDisk 5 Up => ? 'Up' is neither Down nor Degraded
+fail TsDisk 5 Up => ? unexpected 'Up'; expected Down or Degraded
 fail TsAlert 2 => ? TsAlert has no status
-add TsServer => ? TsServer holds several kinds; name one of them
-add TsDisk Name => ? 'Name' is not ATTR=VALUE; usage: add KIND [ATTR=VALUE...]
-add TsVirtualServer Index=5 => ? there is a TsServer 5 already
-remove TsDisk 8 => ? there is no TsDisk 8
+add TsServer => ? TsServer contains several kinds; name one of them
+add TsDisk Name => ? unexpected 'Name'; expected ATTR=VALUE; usage: add KIND [ATTR=VALUE...]
+add TsVirtualServer Index=5 => ? TsServer 5 already exists
+remove TsDisk 8 => ? TsDisk 8 does not exist
 expect TsDisk 5 Status Down => ? TsDisk 5 Status: expected 'Down', found 'Up'
 dump /nonexistent/folder/x => ? cannot write /nonexistent/folder/x: No such file or directory
 load /tmp => ? cannot read /tmp: Is a directory
-scsi -1 2 => ? '-1' is not a type
-scsi 1 2 2147483648 => ? '2147483648' is not a row of the disk table
+scsi -1 2 => ? '-1' is not a type; expected 0 to 2147483647
+scsi 1 2 2147483648 => ? '2147483648' is not a row of the disk table; expected 0 to 2147483647
 fault nonsense => ? unknown fault 'nonsense'; `help` prints all
-fault delay 0 => ? '0' is no number from 1 to 3600000; usage: fault delay MS [on KIND] [for N]
-fault hang 5 => ? '5' is too much; usage: fault hang [on KIND] [for N]
-fault hang for 0 => ? '0' is no number of exchanges
-fault hang on TsVirtualServer => ? TsVirtualServer is never asked for; name its list TsServer
-fault refuse on TsDisk => ? this fault acts before a request is read, so it knows no kind; usage: fault
-    refuse [on KIND] [for N]
+fault delay 0 => ? '0' is not a number from 1 to 3600000; usage: fault delay MS [on KIND] [for N]
+fault hang 5 => ? unexpected '5'; usage: fault hang [on KIND] [for N]
+fault hang for 0 => ? '0' is not a number of exchanges from 1
+fault hang on TsVirtualServer => ? TsVirtualServer is never requested; use its list TsServer
+fault refuse on TsDisk => ? this fault acts before a request is read, so it cannot depend on the
+    kind; usage: fault refuse [on KIND] [for N]
 fault stop-listening for 2 => ? this fault lasts until it is cleared; usage: fault stop-listening [on KIND]
     [for N]
-fault truncated on Ping => ? this fault strikes commands, not pings; usage: fault truncated [on KIND] [for N]
+fault truncated on Ping => ? this fault affects commands, not pings; usage: fault truncated [on KIND] [for N]
 fault missing Colour => ? no kind has an attribute 'Colour'
 faults
 )");
-    EXPECT_EQ(Run("set TsDisk 5 Name \xff"), "? the text is not UTF-8");
+    EXPECT_EQ(Run("set TsDisk 5 Name \xff"), "? the string is not valid UTF-8");
     EXPECT_EQ(Run("dump"), model);
 }
 
@@ -229,10 +229,10 @@ expect TsDisk 17 InstanceId 64702.17
 expect TsDiskConfiguration 17 DiskIndex 17
 expect TsObjectCount 1 NumberOfDisks 13
 remove TsDisk 17
-get TsDiskConfiguration 17 => ? there is no TsDiskConfiguration 17
+get TsDiskConfiguration 17 => ? TsDiskConfiguration 17 does not exist
 add TsDiskFolder Index=40 => 40
 remove TsDiskFolder 40
-get TsDiskFolderStorageUsage 40 => ? there is no TsDiskFolderStorageUsage 40
+get TsDiskFolderStorageUsage 40 => ? TsDiskFolderStorageUsage 40 does not exist
 add TsControllerFanSensor ControllerIndex=3 => 11
 expect TsControllerFanSensor 11 Name Controller B Fan 4
 fault hang on TsDisk for 2
@@ -307,19 +307,19 @@ call TsDisk Explode => MethodNotAvailable: TsDisk has no command 'Explode'
 call TsDisk Get => InvalidValue: Required attribute InstanceId not set (Code 10009)
 call TsDisk Get InstanceId=64702.99 => ObjectNotAvailable: TsDisk 64702.99 does not exist
 call TsDisk Get InstanceId=64703.5 => InvalidTessera: Array 64703 is not known
-call TsDisk Get InstanceId=64702.5x => InvalidArguments: '64702.5x' is no instance of an object
-call TsDisk GetList Filter=Name = a- => InvalidArguments: 'Name = a-' is no filter
-call Tessera Modify InstanceId=64702 => InvalidArguments: Nothing to modify was given
-call Tessera Modify InstanceId=64702; Name=x; Status=Up => InvalidArguments: Tessera Modify takes no
-    attribute 'Status'
+call TsDisk Get InstanceId=64702.5x => InvalidArguments: '64702.5x' is not an instance ID
+call TsDisk GetList Filter=Name = a- => InvalidArguments: 'Name = a-' is not a valid filter
+call Tessera Modify InstanceId=64702 => InvalidArguments: Missing attributes to modify
+call Tessera Modify InstanceId=64702; Name=x; Status=Up => InvalidArguments: Tessera Modify does not
+    accept the attribute 'Status'
 call Tessera Modify InstanceId=64702; Location=x; Name= => ParsingError: Attribute "Name" was ""
     [0 characters long], but must be a string at least 1 characters (Code 10763: Name, 1)
 call Tessera Modify InstanceId=64702; Location=x; OperationMode=Sleepy => InvalidValue: Attribute
-    "OperationMode" was "Sleepy", but must be of its enumeration
+    "OperationMode" was "Sleepy", but must be in its enumeration
 call Tessera Modify InstanceId=64702; Location=x; ManagementIp=1.2.3 => InvalidValue: Attribute
     "ManagementIp" was "1.2.3", but must be an address
 call TsVolume MapToServer InstanceId=64702.3; Server=64702.4 => InvalidValue: Attribute "Server" was
-    "64702.4", but must be a reference: id, type and name of an object
+    "64702.4", but must be a reference: ID, type and name of an object
 call TsDiskFolder Create DiskList=64702.5 TsDisk a:64702.99 TsDisk b; Tessera=64702 Tessera lab =>
     ObjectNotAvailable: TsDisk 64702.99 does not exist
 )");
@@ -358,19 +358,19 @@ call TsDiskConfiguration RequestIndicatorOn InstanceId=64702.3 => ok
 expect TsDiskConfiguration 3 IndicatorOn True
 call TsVolume Recycle InstanceId=64702.3 => ok
 expect TsVolume 3 Active False
-call TsVolume Recycle InstanceId=64702.3 => TesseraError: TsVolume 64702.3 refuses: its InRecycleBin is True
+call TsVolume Recycle InstanceId=64702.3 => TesseraError: TsVolume 64702.3 rejects the command: InRecycleBin is True
 call TsVolume Restore InstanceId=64702.3 => ok
 set TsVolume 3 ConfiguredSize 1000
 call TsVolume Expand InstanceId=64702.3; ExpandAmount=1 GB => ok
 expect TsVolume 3 ConfiguredSize 2098152
-call TsVolume ExpandToSize InstanceId=64702.3; NewSize=1 GB => InvalidValue: TsVolume 64702.3 can only become
-    larger
+call TsVolume ExpandToSize InstanceId=64702.3; NewSize=1 GB => InvalidValue: TsVolume 64702.3 can only be
+    enlarged
 call TsVolume Modify InstanceId=64702.3; Name=archive; VolumeFolder=64702.8 TsVolumeFolder Old => ok
 expect TsVolume 3 InstanceName archive
 expect TsVolume 3 VolumeFolderIndex 8
 call TsDiskFolder RaidRebalance Tessera=64702 Tessera tessera-lab => ok
-call TsDiskFolder RaidRebalance Tessera=64702 Tessera tessera-lab => TesseraError: Tessera 64702 refuses: its
-    RaidRebalanceRunning is True
+call TsDiskFolder RaidRebalance Tessera=64702 Tessera tessera-lab => TesseraError: Tessera 64702 rejects the
+    command: RaidRebalanceRunning is True
 call TsController Shutdown InstanceId=64702.3 => ok | 37 4 8 203 3 0 0 0
 expect TsController 3 Status Down
 call TsController Restart InstanceId=64702.3 => ok | 37 4 8 203 3 0 0 5
@@ -385,19 +385,19 @@ call TsVolume Create Name=fresh; Size=2 GB; Tessera=64702 Tessera tessera-lab =>
 expect TsObjectCount 1 NumberOfVolumes 6
 call TsUps Create CommunityString=secret; IpAddress=192.0.2.77; Tessera=64702 Tessera lab; Type=liebert => ok
 expect TsUps 3 Type Liebert
-call Tessera AddController InstanceId=64702 => TesseraError: The array has no room for one more TsController
+call Tessera AddController InstanceId=64702 => TesseraError: The array cannot hold another TsController
 expect TsDiskFolder 3 DiskCount 6
 call TsDiskFolder Create Name=new; DiskList=64702.2 TsDisk d; Tessera=64702 Tessera tessera-lab => ok
 expect TsDiskFolder 3 DiskCount 5
 expect TsDiskFolder 4 DiskCount 1
-call TsDiskFolder Delete InstanceId=64702.4 => TesseraError: TsDiskFolder 64702.4 refuses: its OkToDelete is
-    False
+call TsDiskFolder Delete InstanceId=64702.4 => TesseraError: TsDiskFolder 64702.4 rejects the command:
+    OkToDelete is False
 call TsDiskFolder RemoveDisks InstanceId=64702.3; Disks=64702.2 TsDisk d => TesseraError: TsDisk 64702.2 is
     not in folder 64702.3
 call TsDiskFolder RemoveDisks InstanceId=64702.4; Disks=64702.2 TsDisk d => ok
 related Tessera UnassignedDiskList 64702 => 64702.2
 call TsDiskFolder Delete InstanceId=64702.4 => ok
-get TsDiskFolderStorageUsage 4 => ? there is no TsDiskFolderStorageUsage 4
+get TsDiskFolderStorageUsage 4 => ? TsDiskFolderStorageUsage 4 does not exist
 read Tessera RequiresInitialConfiguration InstanceId=64702 => ReturnBool:False
 read Tessera GetScsiVpd InstanceId=64702 => ReturnInt:64702
 read TsAlert Acknowledge InstanceId=64702.2
@@ -560,7 +560,7 @@ expect TsDisk 2 Healthy False
 expect TsDisk 2 StatusMessage Contact with the disk was lost
 expect TsEnclosure 2 Status Up
 expect TsEnclosure 2 ChildStatus Down
-expect TsEnclosure 2 StatusDescription Attention: 1 of its parts not up
+expect TsEnclosure 2 StatusDescription Attention: 1 of its parts are not Up
 expect TsDiskFolder 3 UnhealthyCount 1
 expect TsDiskFolder 3 Status Degraded
 expect Tessera 1 Status Degraded

@@ -1,6 +1,7 @@
 """The files for monitors, each judged by the program that it is for.
 Usage: filesTest.py FOLDER-OF-THE-BUILD"""
 
+import json
 import os
 import shutil
 import subprocess
