@@ -73,7 +73,7 @@ TEST(Frame, TooLongABodyIsRefusedBeforeAByteOfItIsRead) {
          {"\x00\x01\x00\x01"s, "\x01\x00\x00\x00"s, "\x80\x00\x00\x00"s, "\xff\xff\xff\xff"s}) {
         Conversation c;  // 16 * 4096 is 0x10000
         ASSERT_TRUE(c.peer.Write(length + "body"));
-        EXPECT_THAT(c.ReceiveError(), HasSubstr("is too long; the maximum is 65536"));
+        EXPECT_THAT(c.ReceiveError(), HasSubstr("too long; the maximum is 65536"));
         char rest[8];
         EXPECT_EQ(recv(c.connection.descriptor(), rest, sizeof rest, MSG_DONTWAIT), 4);
     }
