@@ -86,9 +86,9 @@ class Services : public testing::Test {
 TEST_F(Services, FaultsOfTheFrameAreErrorsOfTheChannelAndTheNextExchangeIsGood) {
     const std::pair<const char*, const char*> rows[] = {
         {"refuse", ""},  // the channel's error depends on the timing
-        {"tear 2", "the peer closed inside the length of a frame"},
-        {"tear", "the peer closed inside a frame"},
-        {"long-length", "the peer closed inside a frame, 1000 bytes of its body are missing"},
+        {"tear 2", "the peer closed within the header of a frame"},
+        {"tear", "the peer closed within a frame"},
+        {"long-length", "the peer closed within a frame; 1000 bytes of its body are missing"},
         {"huge-length", "body of 83886081 bytes is too long"},
         {"zero-length", "the body does not parse"},
         {"garbage", "the body does not parse"},
