@@ -102,7 +102,7 @@ void EventSender::SendWaiting(WireLinkClient& client) {
         while (!queue_.empty()) {
             const std::string text = queue_.front().text;
             lock.unlock();
-            client.SendGPBMsg(MgmtEnvelope(MGMT_SPECIFIC_SEND_TRAP, text));
+            client.SendGPBMsg(mgmtsend::BuildMessage(MGMT_SPECIFIC_SEND_TRAP, text));
             Settle("delivered", delivered_);
             lock.lock();
         }

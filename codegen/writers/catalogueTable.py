@@ -5,6 +5,8 @@ from codegen.writers.output import c_string, notice
 TABLE = notice("data/api") + """\
 #include "tools/apiClient/catalogueTable.h"
 
+namespace apiclient {{
+
 namespace {{
 
 using enum CatalogueRow::What;
@@ -16,7 +18,13 @@ constexpr CatalogueRow kRows[] = {{
 }}  // namespace
 
 const std::span<const CatalogueRow> catalogue_rows(kRows);
+
+}}  // namespace apiclient
 """
+
+# Fields of CatalogueRow, in its order, by the keyword of the data files.
+RULES = {"table": "table", "object": "object", "invalid": "invalid", "min": "min", "max": "max",
+         "minLength": "min_length", "maxLength": "max_length"}
 
 
 def row(what, indent, **fields):
@@ -25,9 +33,7 @@ def row(what, indent, **fields):
 
 
 def attribute_row(what, indent, attribute):
-    # In the order of the row's fields.
-    rules = {key: attribute.rules[key] for key in ("table", "object", "invalid", "min", "max", "minLength", "maxLength")
-             if key in attribute.rules}
+    rules = {field: attribute.rules[key] for key, field in RULES.items() if key in attribute.rules}
     return row(what, indent, name=attribute.name, text=attribute.label, kind=attribute.kind, **rules)
 
 

@@ -4,6 +4,8 @@
 #include "apiMgmt/apiStub/base/apiObjects/base/baseApiMethod.h"
 #include "tools/apiClient/catalogueTable.h"
 
+namespace apiclient {
+
 namespace {
 
 using What = CatalogueRow::What;
@@ -21,15 +23,15 @@ CatalogueAttribute ReadAttribute(const CatalogueRow& row) {
             .invalid = std::string(row.invalid),
             .min = Rule(row.min),
             .max = Rule(row.max),
-            .minLength = Rule(row.minLength),
-            .maxLength = Rule(row.maxLength),
+            .min_length = Rule(row.min_length),
+            .max_length = Rule(row.max_length),
             .needed = row.what == What::kNeeded};
 }
 
 CatalogueCommand ReadCommand(const CatalogueRow& row) {
     return {.name = std::string(row.name),
-            .isAssociation = false,
-            .changesState = row.what == What::kChange,
+            .is_association = false,
+            .changes_state = row.what == What::kChange,
             .privilege = std::string(row.text),
             .arguments = {}};
 }
@@ -41,8 +43,8 @@ CatalogueCommand ReadAssociation(const CatalogueRow& row) {
     instance.label = "Instance ID";
     instance.needed = true;
     return {.name = std::string(row.name),
-            .isAssociation = true,
-            .changesState = false,
+            .is_association = true,
+            .changes_state = false,
             .privilege = "Reporter",
             .arguments = {instance}};
 }
@@ -69,7 +71,7 @@ Catalogue ReadCatalogue() {
     std::vector<CatalogueObject>* objects = nullptr;
     for (const CatalogueRow& row : catalogue_rows) {
         if (row.what == What::kObject || row.what == What::kMethodObject) {
-            objects = row.what == What::kObject ? &catalogue.objects : &catalogue.methodObjects;
+            objects = row.what == What::kObject ? &catalogue.objects : &catalogue.method_objects;
             objects->push_back({std::string(row.name), std::string(row.text), {}, {}});
         } else {
             AddRow(objects->back(), row);
@@ -105,3 +107,5 @@ ENUMTable FindEnumeration(std::string_view name) {
     }
     return {};
 }
+
+}  // namespace apiclient

@@ -9,59 +9,62 @@
 #include "apiMgmt/apiStub/base/apiAttributes/enumRow.h"
 #include "apiMgmt/common/utils/stringUtil.h"
 
-/** An attribute of an object, or an argument of a call. A rule that is absent is no limit. */
+namespace apiclient {
+
+/** An attribute of an object, or an argument of a call. A rule without a value sets no limit. */
 struct CatalogueAttribute {
     std::string name;
     std::string kind;  ///< as in the data files: "STRING", "ENUM", ...
     std::string label;
-    std::string table;   ///< of an enumeration that has one: its name
-    std::string object;  ///< of a structured argument: its name
-    std::string invalid;
+    std::string table;    ///< name of the enumeration, if the kind has one
+    std::string object;   ///< name of the structured type; empty for all other kinds
+    std::string invalid;  ///< characters that a value must not contain
     std::optional<int64_t> min;
     std::optional<int64_t> max;
-    std::optional<int64_t> minLength;
-    std::optional<int64_t> maxLength;
+    std::optional<int64_t> min_length;
+    std::optional<int64_t> max_length;
     bool needed = false;
 
-    /** Whether a call without it is refused: a filter may be absent also where it is needed. */
+    /** Returns whether a call without this argument is rejected. Filters are optional even if needed. */
     bool IsRequired() const;
 
-    /** The rows of the enumeration; empty when it has no table. */
+    /** Returns the rows of the enumeration; empty if there is no table. */
     ENUMTable Rows() const;
 };
 
 /** A call of an object: a command, or an association, which leads to related objects. */
 struct CatalogueCommand {
     std::string name;
-    bool isAssociation = false;
-    bool changesState = false;
+    bool is_association = false;
+    bool changes_state = false;
     std::string privilege;
     std::vector<CatalogueAttribute> arguments;
 };
 
+/** An object of the API. */
 struct CatalogueObject {
     std::string name;
     std::string text;
     std::vector<CatalogueAttribute> attributes;
-    std::vector<CatalogueCommand> commands;  ///< associations behind the commands
+    std::vector<CatalogueCommand> commands;  ///< commands first, then associations
 
-    /** A command of that name goes before an association. */
+    /** Returns the command, or else the association, of that name, or null. */
     const CatalogueCommand* FindCommand(std::string_view command) const;
 };
 
-/** All that can be asked of an array. */
+/** Everything that the array's API can be asked for. */
 struct Catalogue {
     std::vector<CatalogueObject> objects;
-    std::vector<CatalogueObject> methodObjects;  ///< structured arguments: attributes only
+    std::vector<CatalogueObject> method_objects;  ///< structured arguments: attributes only
 };
 
-/** The catalogue that this program was built with, read at first use. */
+/** Returns the catalogue that this program was built with. It is read on first use. */
 const Catalogue& ApiCatalogue();
 
-/** The enumeration of that name, letter case aside; empty for none. */
+/** Finds an enumeration by its case-insensitive name. Returns an empty table if there is none. */
 ENUMTable FindEnumeration(std::string_view name);
 
-/** The item of that name, letter case aside, or null. */
+/** Finds an item by its case-insensitive name. Returns null if there is none. */
 template <class Item>
 const Item* FindNamed(const std::vector<Item>& items, std::string_view name) {
     for (const Item& item : items) {
@@ -71,3 +74,15 @@ const Item* FindNamed(const std::vector<Item>& items, std::string_view name) {
     }
     return nullptr;
 }
+
+/** Returns the names of the items, in their order. */
+template <class Item>
+std::vector<std::string> NamesOf(const std::vector<Item>& items) {
+    std::vector<std::string> names;
+    for (const Item& item : items) {
+        names.push_back(item.name);
+    }
+    return names;
+}
+
+}  // namespace apiclient

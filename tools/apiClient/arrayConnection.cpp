@@ -1,13 +1,17 @@
 #include "tools/apiClient/arrayConnection.h"
 
+#include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiEnumsIDStrList.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/baseApiMethod.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/baseApiMethodReturn.h"
 #include "apiMgmt/common/utils/generalUtils.h"
 #include "apiMgmt/common/wirelink/accessKey.h"
 #include "apiMgmt/common/xmlwrap/xmlParser.h"
 #include "apiMgmt/proto/apiMgrMsg.pb.h"
-#include "tools/apiClient/printableText.h"
-#include "tools/apiClient/usageError.h"
+#include "tools/apiClient/catalogueDescription.h"
+#include "tools/apiClient/terminalOutput.h"
+#include "tools/commandLine/usageError.h"
+
+namespace apiclient {
 
 namespace {
 
@@ -24,6 +28,14 @@ size_t CountChildren(const parser::XMLElement& parent) {
 bool IsApiDocument(const std::string& document) {
     parser::XMLParser parser;
     return parser.ParseXMLString(document) && parser.GetDocumentElement().GetTagName() == kRoot;
+}
+
+std::string DescribeState(int state) {
+    const ENUMRow* row = ENUMTable(APIEnumsIDStrList::gErrorStateEnumIdStrList).FindValue(state);
+    if (row == nullptr) {
+        return "unknown error state";
+    }
+    return ReadableName(*row) + " (" + std::string(row->Description) + ", " + std::to_string(state) + ")";
 }
 
 }  // namespace
@@ -43,10 +55,10 @@ std::unique_ptr<BASEApiMethodReturn> ArrayConnection::Call(BASEApiMethod& call,
     call.SetChannel(this);
     std::unique_ptr<BASEApiMethodReturn> answer(call.ExecuteWithSession(session_key, nullptr, locale));
     call.SetChannel(nullptr);
-    // No return means no result, or a document of something else.
+    // Null means either no result or a foreign document.
     if (answer == nullptr && !IsApiDocument(document_)) {
-        throw AnswerError("the answer is no document of the array's API: " +
-                          PrintableText(document_.substr(0, 200)));
+        throw ResponseError("the response is not a document of the array's API: " +
+                            Printable(document_.substr(0, 200)));
     }
     return answer;
 }
@@ -65,13 +77,28 @@ size_t ArrayConnection::CountObjects() const {
     return 0;
 }
 
-std::string SessionKey(const std::string& path) {
+std::string ReadSessionKey(const std::string& path) {
     const std::string key = ReadAccessKey(path.c_str());
     if (key.empty()) {
-        throw UsageError(
-            "no session key in " + path +
-            ": its first line must hold one, and the file must be a regular one that is yours and that "
-            "neither group nor others can read or write");
+        throw commandline::UsageError("no session key in " + path +
+                                      "; its first line must contain one, and it must be a regular file that "
+                                      "you own and that group and "
+                                      "others can neither read nor write");
     }
     return key;
 }
+
+std::string DescribeFailure(const BASEApiMethod& call, const BASEApiMethodReturn& answer) {
+    std::string description = call.GetObjectName() + " " + call.GetCommandName() +
+                              " failed: " + DescribeState(answer.GetErrorState());
+    std::string last;
+    for (const std::string& text : {answer.GetError(), answer.GetLocalizedError(), answer.GetErrorDetail()}) {
+        if (!text.empty() && text != last) {
+            description += "\n  " + Printable(text);
+            last = text;
+        }
+    }
+    return description;
+}
+
+}  // namespace apiclient

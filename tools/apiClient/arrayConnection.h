@@ -10,14 +10,15 @@
 class BASEApiMethod;
 class BASEApiMethodReturn;
 
-/** An answer that is none of an API manager. */
-class AnswerError : public std::runtime_error {
+namespace apiclient {
+
+/** The response is not a document of the array's API. */
+class ResponseError : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
 };
 
-/** The way to an API manager that listens at a path of one's choice. Keeps the document of the last answer.
- */
+/** Executes calls through an API manager's socket, one connection per call, and keeps the last response. */
 class ArrayConnection : public APIChannel {
   public:
     ArrayConnection(const std::string& socket_path, long timeout_s);
@@ -25,17 +26,16 @@ class ArrayConnection : public APIChannel {
     void Exchange(const protoIPCMsg::GPBIPCMsg& request, protoIPCMsg::GPBIPCMsg& response) override;
 
     /**
-     * The answer to a call; null for a success without a result. Throws WireLinkError when the manager cannot
-     * be reached, AnswerError when the answer is no document of the API. For a refusal, too, there is a
-     * return.
+     * Returns what the array has returned, also for a rejected call; null for a success without a result.
+     * Throws WireLinkError if the API manager cannot be reached, ResponseError for a malformed response.
      */
     std::unique_ptr<BASEApiMethodReturn> Call(BASEApiMethod& call, const std::string& session_key,
                                               const std::string& locale);
 
-    /** As it came; empty before the first answer. */
-    const std::string& Document() const { return document_; }
+    /** Returns the document of the last response as received; empty before the first. */
+    const std::string& document() const { return document_; }
 
-    /** The objects in that document, also those of classes that the library does not know. */
+    /** Returns the number of objects in that document, including classes that the library does not know. */
     size_t CountObjects() const;
 
   private:
@@ -43,6 +43,13 @@ class ArrayConnection : public APIChannel {
     std::string document_;
 };
 
-/** The session key of the daemon, or that of another file by the same rules. Throws UsageError when there is
-   none that may be trusted. */
-std::string SessionKey(const std::string& path);
+/**
+ * Reads the session key from a file that the daemon would trust too. Throws UsageError if there is no such
+ * key.
+ */
+std::string ReadSessionKey(const std::string& path);
+
+/** Describes a rejected or failed call: the error state and the array's own messages. */
+std::string DescribeFailure(const BASEApiMethod& call, const BASEApiMethodReturn& answer);
+
+}  // namespace apiclient

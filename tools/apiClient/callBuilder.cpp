@@ -5,19 +5,37 @@
 #include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiAssociations.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/apiObjectFactory.h"
 #include "apiMgmt/common/utils/apiMethodError.h"
-#include "tools/apiClient/attributeWords.h"
-#include "tools/apiClient/explanation.h"
-#include "tools/apiClient/filterText.h"
-#include "tools/apiClient/givenArguments.h"
-#include "tools/apiClient/structuredArgument.h"
-#include "tools/apiClient/usageError.h"
-#include "tools/apiClient/valueText.h"
+#include "tools/apiClient/argumentParser.h"
+#include "tools/apiClient/catalogueDescription.h"
+#include "tools/apiClient/filterParser.h"
+#include "tools/apiClient/valueParser.h"
+#include "tools/commandLine/nearestName.h"
+#include "tools/commandLine/usageError.h"
+
+namespace apiclient {
+
+using commandline::UsageError;
 
 namespace {
 
 constexpr char kFilter[] = "Filter";
 
-/** A call by its names alone, for what only the array knows. */
+/** Says which argument the library has rejected, and what is allowed. */
+std::string ExplainRejection(const APIMethodError& error, const CatalogueCommand& command,
+                             const BASEApiMethod& call) {
+    const CatalogueAttribute* argument =
+        error.GetParameters().empty() ? nullptr : FindNamed(command.arguments, error.GetParameters().front());
+    if (argument == nullptr) {
+        return error.GetSummary();
+    }
+    const std::string value = call.GetAttribute(argument->name);
+    const std::string length =
+        argument->min_length || argument->max_length ? " (" + std::to_string(value.size()) + " bytes)" : "";
+    return "invalid value '" + value + "'" + length + " for " + DescribeAttribute(*argument) + "; expected " +
+           DescribeLegalValues(*argument);
+}
+
+/** A call of an object and command that the catalogue need not know. */
 class NamedCall : public BASEApiMethod {
   public:
     explicit NamedCall(const CallRequest& request)
@@ -33,20 +51,20 @@ class NamedCall : public BASEApiMethod {
 class CallBuilder {
   public:
     explicit CallBuilder(const CallRequest& request)
-        : request_(request), given_(GroupArguments(request.arguments)) {}
+        : request_(request), given_(ParseArguments(request.arguments)) {}
 
     std::unique_ptr<BASEApiMethod> Build() {
         FindNames();
         CreateCall();
         for (const auto& [name, values] : given_) {
-            TakeArgument(name, values);
+            AddArgument(name, values);
         }
-        TakeConditions();
+        AddConditions();
         if (request_.lite) {
             call_->SetLiteObj();
         }
         if (request_.checked) {
-            CheckNeeded();
+            CheckRequired();
             Validate();
         }
         EscapeTexts();
@@ -61,7 +79,7 @@ class CallBuilder {
             return;
         }
         if (!IsElementName(request_.object) || !IsElementName(request_.command)) {
-            throw UsageError("object and command must be names of letters and digits, checked or not");
+            throw UsageError("object and command must consist of letters and digits, even with --no-check");
         }
         object_ = FindNamed(ApiCatalogue().objects, request_.object);
     }
@@ -69,7 +87,7 @@ class CallBuilder {
     void CreateCall() {
         if (command_ == nullptr) {
             call_ = std::make_unique<NamedCall>(request_);
-        } else if (command_->isAssociation) {
+        } else if (command_->is_association) {
             call_ = CreateAssociation(object_->name, command_->name);
         } else {
             call_ = APIObjectFactory<BASEApiMethod>::Instance().Create("API" + object_->name +
@@ -77,29 +95,29 @@ class CallBuilder {
         }
     }
 
-    void TakeArgument(const std::string& name, const std::vector<GivenValue>& values) {
+    void AddArgument(const std::string& name, const std::vector<GivenValue>& values) {
         if (command_ == nullptr) {
-            TakeUnchecked(name, values);
+            AddUnchecked(name, values);
             return;
         }
         const CatalogueAttribute* argument = FindNamed(command_->arguments, name);
         if (argument == nullptr) {
-            throw UsageError(UnknownWords("argument of " + object_->name + " " + command_->name, name,
-                                          command_->arguments, ArgumentsHint()));
+            throw UsageError(commandline::UnknownName("argument of " + object_->name + " " + command_->name,
+                                                      name, NamesOf(command_->arguments), ArgumentsHint()));
         }
         if (argument->object.empty()) {
-            call_->SetAttribute(argument->name, ValueText(*argument, WithoutFields(*argument, values)));
+            call_->SetAttribute(argument->name, ParseValue(*argument, WithoutFields(*argument, values)));
             texts_.push_back(argument->name);
         } else {
-            SetStructured(*argument, values);
+            AddStructure(*argument, values);
         }
     }
 
-    void TakeUnchecked(const std::string& name, const std::vector<GivenValue>& values) {
+    void AddUnchecked(const std::string& name, const std::vector<GivenValue>& values) {
         for (const GivenValue& each : values) {
             if (!each.field.empty()) {
-                throw UsageError("a structured argument as " + name + "." + each.field +
-                                 " can only be made of what the catalogue knows, without --no-check");
+                throw UsageError("structured argument " + name + "." + each.field +
+                                 " cannot be used with --no-check");
             }
             call_->SetAttribute(name, each.value);
             texts_.push_back(name);
@@ -111,48 +129,48 @@ class CallBuilder {
         std::vector<std::string> plain;
         for (const GivenValue& each : values) {
             if (!each.field.empty()) {
-                throw UsageError(AttributeWords(argument) + " has no field '" + each.field + "': it is " +
-                                 AllowedWords(argument));
+                throw UsageError(DescribeAttribute(argument) + " has no field '" + each.field + "'; it is " +
+                                 DescribeLegalValues(argument));
             }
             plain.push_back(each.value);
         }
         return plain;
     }
 
-    void SetStructured(const CatalogueAttribute& argument, const std::vector<GivenValue>& values) {
+    void AddStructure(const CatalogueAttribute& argument, const std::vector<GivenValue>& values) {
         try {
-            call_->SetAttribute(argument.name, StructuredText(argument, values));
+            call_->SetAttribute(argument.name, BuildStructure(argument, values));
         } catch (const APIMethodError& error) {
             throw UsageError("in " + argument.name + ": " + error.GetSummary());
         }
     }
 
-    void TakeConditions() {
+    void AddConditions() {
         if (request_.conditions.empty()) {
             return;
         }
         if (command_ != nullptr && FindNamed(command_->arguments, kFilter) == nullptr) {
-            throw UsageError(object_->name + " " + command_->name + " takes no filter");
+            throw UsageError(object_->name + " " + command_->name + " does not accept a filter");
         }
         if (call_->HasAttribute(kFilter)) {
             throw UsageError("give either --filter or Filter=, not both");
         }
         call_->SetAttribute(
             kFilter,
-            MakeFilter(object_, request_.conditions, request_.anyCondition, request_.checked).ToText());
+            ParseFilter(object_, request_.conditions, request_.any_condition, request_.checked).ToText());
         texts_.push_back(kFilter);
     }
 
-    /** Names all that is missing at once; the library stops at the first. */
-    void CheckNeeded() const {
+    /** Reports all missing arguments together; the library reports only the first. */
+    void CheckRequired() const {
         std::string missing;
         for (const CatalogueAttribute& each : command_->arguments) {
             if (each.IsRequired() && !call_->HasAttribute(each.name)) {
-                missing += "\n  " + AttributeWords(each) + ": " + AllowedWords(each);
+                missing += "\n  " + DescribeAttribute(each) + ": " + DescribeLegalValues(each);
             }
         }
         if (!missing.empty()) {
-            throw UsageError(object_->name + " " + command_->name + " needs" + missing);
+            throw UsageError(object_->name + " " + command_->name + " needs:" + missing);
         }
     }
 
@@ -160,11 +178,11 @@ class CallBuilder {
         try {
             call_->ValidateAttributes();
         } catch (const APIMethodError& error) {
-            throw UsageError(ExplainValidation(error, *command_, *call_));
+            throw UsageError(ExplainRejection(error, *command_, *call_));
         }
     }
 
-    /** Texts stand in the document as they are; structured arguments are escaped within. */
+    /** The document contains values verbatim. The values inside structured arguments are already escaped. */
     void EscapeTexts() {
         std::ranges::sort(texts_);
         texts_.erase(std::unique(texts_.begin(), texts_.end()), texts_.end());
@@ -175,21 +193,21 @@ class CallBuilder {
 
     std::string ArgumentsHint() const {
         if (command_->arguments.empty()) {
-            return "it takes none";
+            return "it has no arguments";
         }
         std::string names;
         for (const CatalogueAttribute& each : command_->arguments) {
-            names += (names.empty() ? "it takes " : ", ") + each.name;
+            names += (names.empty() ? "it accepts " : ", ") + each.name;
         }
         return names;
     }
 
     const CallRequest& request_;
     const GivenArguments given_;
-    const CatalogueObject* object_ = nullptr;    ///< null: not checked, and not in the catalogue
-    const CatalogueCommand* command_ = nullptr;  ///< null: not checked
+    const CatalogueObject* object_ = nullptr;    ///< null if it is not checked and not in the catalogue
+    const CatalogueCommand* command_ = nullptr;  ///< null if it is not checked
     std::unique_ptr<BASEApiMethod> call_;
-    std::vector<std::string> texts_;  ///< attributes whose values are not markup
+    std::vector<std::string> texts_;  ///< attributes whose values are not yet escaped
 };
 
 }  // namespace
@@ -197,7 +215,8 @@ class CallBuilder {
 const CatalogueObject& FindObject(const std::string& name) {
     const CatalogueObject* object = FindNamed(ApiCatalogue().objects, name);
     if (object == nullptr) {
-        throw UsageError(UnknownWords("object", name, ApiCatalogue().objects, "--list has all of them"));
+        throw UsageError(
+            commandline::UnknownName("object", name, NamesOf(ApiCatalogue().objects), "see --list"));
     }
     return *object;
 }
@@ -205,15 +224,17 @@ const CatalogueObject& FindObject(const std::string& name) {
 const CatalogueCommand& FindCommand(const CatalogueObject& object, const std::string& name,
                                     bool association) {
     for (const CatalogueCommand& each : object.commands) {
-        if (CompareNoCase(each.name, name) == 0 && (!association || each.isAssociation)) {
+        if (CompareNoCase(each.name, name) == 0 && (!association || each.is_association)) {
             return each;
         }
     }
-    throw UsageError(UnknownWords(
+    throw UsageError(commandline::UnknownName(
         association ? "association of " + object.name : "command or association of " + object.name, name,
-        object.commands, "apiClient " + object.name + " --list has all of them"));
+        NamesOf(object.commands), "see apiClient " + object.name + " --list"));
 }
 
 std::unique_ptr<BASEApiMethod> BuildCall(const CallRequest& request) {
     return CallBuilder(request).Build();
 }
+
+}  // namespace apiclient

@@ -7,21 +7,28 @@
 #include "apiMgmt/apiStub/base/apiObjects/base/baseApiMethod.h"
 #include "tools/apiClient/apiCatalogue.h"
 
-/** A call as a person asks for it. */
+namespace apiclient {
+
+/** A call as given on the command line. */
 struct CallRequest {
     std::string object;
     std::string command;
-    bool association = false;             ///< the association, also where a command has the same name
-    std::vector<std::string> arguments;   ///< "Name=Value", of a structured one "Name.Field=Value"
+    bool association = false;             ///< the association, even if a command has the same name
+    std::vector<std::string> arguments;   ///< "NAME=VALUE", or "NAME.FIELD=VALUE" for structured arguments
     std::vector<std::string> conditions;  ///< of a list's filter
-    bool anyCondition = false;
+    bool any_condition = false;
     bool lite = false;
-    bool checked = true;  ///< false: sent as it stands, also what the catalogue does not know
+    bool checked = true;  ///< false: sent verbatim, even if the catalogue does not know it
 };
 
-/** Throws UsageError unless the catalogue knows it. */
+/** Throws UsageError if the catalogue does not know the object. */
 const CatalogueObject& FindObject(const std::string& name);
+
+/** Throws UsageError if the object has no such command or association. */
 const CatalogueCommand& FindCommand(const CatalogueObject& object, const std::string& name, bool association);
 
-/** The call, ready to be sent: validated unless the request forgoes it, values escaped. Throws UsageError. */
+/** Builds a call that is ready to be sent: values escaped, and validated if it is checked. Throws UsageError.
+ */
 std::unique_ptr<BASEApiMethod> BuildCall(const CallRequest& request);
+
+}  // namespace apiclient

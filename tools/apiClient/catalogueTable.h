@@ -4,7 +4,11 @@
 #include <span>
 #include <string_view>
 
-/** One line of the catalogue's data. An object's lines follow it, a command's arguments follow the command.
+namespace apiclient {
+
+/**
+ * One row of the generated catalogue. The rows of an object's attributes and commands follow the object,
+ * those of a command's arguments follow the command.
  */
 struct CatalogueRow {
     enum class What { kObject, kMethodObject, kAttribute, kRead, kChange, kNeeded, kTaken, kAssociation };
@@ -19,9 +23,11 @@ struct CatalogueRow {
     std::string_view invalid = {};
     int64_t min = kNoRule;
     int64_t max = kNoRule;
-    int64_t minLength = kNoRule;
-    int64_t maxLength = kNoRule;
+    int64_t min_length = kNoRule;
+    int64_t max_length = kNoRule;
 };
 
 /** The catalogue that this program was built with; generated from data/api. */
 extern const std::span<const CatalogueRow> catalogue_rows;
+
+}  // namespace apiclient

@@ -4,7 +4,9 @@
 
 #include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiEnumsIDStrList.h"
 #include "tools/apiClient/apiCatalogue.h"
-#include "tools/apiClient/filterText.h"
+#include "tools/apiClient/filterParser.h"
+
+namespace apiclient {
 
 namespace {
 
@@ -24,7 +26,7 @@ Words OptionNames(const CLI::App& app) {
     return names;
 }
 
-/** The values that the option's check allows, which CLI11 describes as in "TEXT:{table,csv}". */
+/** The values that the option's check allows; CLI11 describes them as "TEXT:{table,csv}". */
 Words AllowedValues(const CLI::Option& option) {
     const std::string type = option.get_type_name();
     const size_t begin = type.find('{');
@@ -35,15 +37,6 @@ Words AllowedValues(const CLI::Option& option) {
     return values;
 }
 
-template <class Item>
-Words NamesOf(const std::vector<Item>& items) {
-    Words names;
-    for (const Item& item : items) {
-        names.push_back(item.name);
-    }
-    return names;
-}
-
 Words Prefixed(const std::string& prefix, const Words& words) {
     Words prefixed;
     for (const std::string& word : words) {
@@ -52,7 +45,7 @@ Words Prefixed(const std::string& prefix, const Words& words) {
     return prefixed;
 }
 
-Words RowsOf(const ENUMTable& table) {
+Words Identifiers(const ENUMTable& table) {
     Words words;
     for (const ENUMRow& row : table) {
         words.emplace_back(row.Description);
@@ -61,7 +54,7 @@ Words RowsOf(const ENUMTable& table) {
 }
 
 Words ValuesOf(const CatalogueAttribute& attribute) {
-    return attribute.kind == "BOOLEAN" ? Words{"True", "False"} : RowsOf(attribute.Rows());
+    return attribute.kind == "BOOLEAN" ? Words{"True", "False"} : Identifiers(attribute.Rows());
 }
 
 class Completer {
@@ -101,7 +94,7 @@ class Completer {
     Words OptionValues() const {
         const auto is = [&](const char* name) { return option_->check_name(name); };
         if (is("--locale")) {
-            return RowsOf(APIEnumsIDStrList::gLanguageLocaleEnumIdStrList);
+            return Identifiers(APIEnumsIDStrList::gLanguageLocaleEnumIdStrList);
         }
         if (is("--enumeration")) {
             Words names;
@@ -122,11 +115,11 @@ class Completer {
         return Prefixed(last_.substr(0, last_.rfind(',') + 1), names);
     }
 
-    /** "Name", then "Name OPERATOR", then "Name OPERATOR VALUE". */
+    /** Completes first the attribute, then the operator, then the value. */
     Words Conditions() const {
-        const ConditionParts parts = SplitCondition(last_);
-        const bool has_name = !parts.filterOperator.empty() || last_.ends_with(' ');
-        const CatalogueAttribute* attribute = FindNamed(object_->attributes, parts.name);
+        const Condition condition = SplitCondition(last_);
+        const bool has_name = !condition.comparison.empty() || last_.ends_with(' ');
+        const CatalogueAttribute* attribute = FindNamed(object_->attributes, condition.attribute);
         if (!has_name) {
             return ConditionNames();
         }
@@ -135,13 +128,13 @@ class Completer {
         }
         const Words operators = OperatorsOf(attribute->kind);
         const bool has_operator =
-            !parts.value.empty() || (!parts.filterOperator.empty() && last_.ends_with(' '));
+            !condition.value.empty() || (!condition.comparison.empty() && last_.ends_with(' '));
         if (!has_operator) {
             return Enclosed(attribute->name + " ", operators, " ");
         }
         return operators.empty()
                    ? Words{}
-                   : Prefixed(attribute->name + " " + parts.filterOperator + " ", ValuesOf(*attribute));
+                   : Prefixed(attribute->name + " " + condition.comparison + " ", ValuesOf(*attribute));
     }
 
     Words ConditionNames() const {
@@ -157,27 +150,28 @@ class Completer {
         return names;
     }
 
-    static Words Enclosed(const std::string& before, const Words& words, const std::string& behind) {
-        Words whole = Prefixed(before, words);
-        for (std::string& each : whole) {
-            each += behind;
+    static Words Enclosed(const std::string& prefix, const Words& words, const std::string& suffix) {
+        Words enclosed = Prefixed(prefix, words);
+        for (std::string& each : enclosed) {
+            each += suffix;
         }
-        return whole;
+        return enclosed;
     }
 
-    /** "Name=", then values; of a structured one "Name." and its fields. */
+    /** Completes first the name with "=", then the value; for structured arguments the name with ".", then
+     * the field. */
     Words Arguments() const {
         const size_t equals = last_.find('=');
         const std::string path = last_.substr(0, equals);
-        const size_t point = path.find('.');
-        const CatalogueAttribute* argument = FindNamed(command_->arguments, path.substr(0, point));
-        if (equals == std::string::npos && point == std::string::npos) {
+        const size_t stop = path.find('.');
+        const CatalogueAttribute* argument = FindNamed(command_->arguments, path.substr(0, stop));
+        if (equals == std::string::npos && stop == std::string::npos) {
             return ArgumentNames();
         }
         if (argument == nullptr) {
             return {};
         }
-        if (point == std::string::npos) {
+        if (stop == std::string::npos) {
             return Prefixed(argument->name + "=", ValuesOf(*argument));
         }
         return Fields(*argument, path, equals != std::string::npos);
@@ -196,21 +190,21 @@ class Completer {
     }
 
     static Words Fields(const CatalogueAttribute& argument, const std::string& path, bool has_name) {
-        const CatalogueObject* kind = FindNamed(ApiCatalogue().methodObjects, argument.object);
-        if (kind == nullptr) {
+        const CatalogueObject* type = FindNamed(ApiCatalogue().method_objects, argument.object);
+        if (type == nullptr) {
             return {};
         }
-        const std::string before = path.substr(0, path.rfind('.') + 1);
+        const std::string prefix = path.substr(0, path.rfind('.') + 1);
         if (!has_name) {
-            return Enclosed(before, NamesOf(kind->attributes), "=");
+            return Enclosed(prefix, NamesOf(type->attributes), "=");
         }
-        const CatalogueAttribute* field = FindNamed(kind->attributes, path.substr(before.size()));
-        return field == nullptr ? Words{} : Prefixed(before + field->name + "=", ValuesOf(*field));
+        const CatalogueAttribute* field = FindNamed(type->attributes, path.substr(prefix.size()));
+        return field == nullptr ? Words{} : Prefixed(prefix + field->name + "=", ValuesOf(*field));
     }
 
     const CLI::App& app_;
     const std::string& last_;
-    const CLI::Option* option_ = nullptr;  ///< whose value is being written; null for none
+    const CLI::Option* option_ = nullptr;  ///< whose value the last word is; null if there is none
     Words positions_;
     const CatalogueObject* object_ = nullptr;
     const CatalogueCommand* command_ = nullptr;
@@ -220,11 +214,13 @@ class Completer {
 
 std::vector<std::string> Completions(const CLI::App& app, const std::vector<std::string>& words,
                                      const std::string& last) {
-    Words fitting;
+    Words matching;
     for (const std::string& each : Completer(app, words, last).Candidates()) {
         if (CompareNoCase(each.substr(0, last.size()), last) == 0) {
-            fitting.push_back(each);
+            matching.push_back(each);
         }
     }
-    return fitting;
+    return matching;
 }
+
+}  // namespace apiclient

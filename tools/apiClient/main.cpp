@@ -3,9 +3,10 @@
 #include "apiMgmt/common/utils/standardOutput.h"
 #include "tools/apiClient/program.h"
 
-// As when no answer came: the caller has none.
+// The same status as without a response: in both cases, the caller has none.
 constexpr int kOutputLost = 1;
 
 int main(int argc, char** argv) {
-    return StatusAfterOutput("apiClient", RunProgram(argc, argv, std::cout, std::cerr), kOutputLost);
+    return StatusAfterOutput("apiClient", apiclient::RunProgram(argc, argv, std::cout, std::cerr),
+                             kOutputLost);
 }

@@ -7,38 +7,38 @@
 #include "apiMgmt/common/utils/pathConstants.h"
 #include "apiMgmt/common/wirelink/accessKey.h"
 #include "tools/apiClient/arrayConnection.h"
-#include "tools/apiClient/attributeWords.h"
 #include "tools/apiClient/callBuilder.h"
+#include "tools/apiClient/catalogueDescription.h"
 #include "tools/apiClient/completion.h"
-#include "tools/apiClient/csvText.h"
-#include "tools/apiClient/explanation.h"
-#include "tools/apiClient/jsonText.h"
-#include "tools/apiClient/listing.h"
-#include "tools/apiClient/tableText.h"
-#include "tools/apiClient/usageError.h"
+#include "tools/apiClient/resultFormatter.h"
+#include "tools/commandLine/nearestName.h"
+#include "tools/commandLine/usageError.h"
+
+namespace apiclient {
+
+using commandline::UsageError;
 
 namespace {
 
-enum ExitStatus { kAnswered = 0, kNotReached = 1, kUsage = 2, kRefused = 3 };
+enum ExitStatus { kExecuted = 0, kNoResponse = 1, kUsage = 2, kRejected = 3 };
 
-// Hidden from --help: for the completion of the shell.
+// For the shells' completion only, so --help does not show it.
 constexpr char kComplete[] = "--complete";
 
-constexpr long kLongestTimeout_s = 86400;
+constexpr long kMaximumTimeout_s = 86400;
 constexpr long kTimeout_s = 60;
 
 constexpr const char* kDescription =
-    "Asks the array's API manager, and has it change things: any command or association of any object.\n";
+    "Command-line client for the array's API: executes any command or association of any object.\n";
 
 constexpr const char* kFooter =
     "Exit status:\n"
-    "  0  the array has done what was asked\n"
-    "  1  the API manager cannot be reached, or gives no answer of the API; or the output could not\n"
-    "     be written\n"
-    "  2  the command line is wrong, or there is no session key; the array was not asked to do anything, "
-    "except\n"
-    "     when the message is about a column of an answer\n"
-    "  3  the array has refused or failed; the message holds its error state\n"
+    "  0  the array has executed the call\n"
+    "  1  the API manager cannot be reached or its response is malformed; or the output could not be\n"
+    "     written\n"
+    "  2  the command line is wrong, or there is no session key; the array was not asked to do anything,\n"
+    "     unless the message is about a column of the response\n"
+    "  3  the array rejected the call, or the call failed; the message contains the error state\n"
     "\nExamples:\n"
     "  apiClient --list\n"
     "  apiClient TsDisk --list\n"
@@ -48,13 +48,13 @@ constexpr const char* kFooter =
     "  apiClient Tessera Modify InstanceId=64702 Location='rack 4'\n"
     "  apiClient TsDisk GetHistoricalIoUsage InstanceId=64702.17 HistoricalFilter.UseCurrent=True\n";
 
-/** What the command line asks for. */
+/** The options of the command line. */
 struct Options {
     CallRequest call;
     bool list = false;
     std::string enumeration;
     std::string format = "table";
-    TableOptions table;
+    FormatOptions output;
     std::string socket_path = kApiMgrSocket;
     std::string key_file = kAccessKeyFile;
     std::string locale;
@@ -67,27 +67,27 @@ class Program {
   public:
     Program(std::ostream& out, std::ostream& err) : out_(out), err_(err) {
         app_.footer(kFooter);
-        AddCall();
-        AddOutput();
-        AddConnection();
+        AddCallOptions();
+        AddOutputOptions();
+        AddConnectionOptions();
     }
 
     int Run(int argc, const char* const* argv) {
         try {
             app_.parse(argc, argv);
             options_.call.checked = !options_.no_check;
-            return Act();
+            return Execute();
         } catch (const CLI::ParseError& error) {
-            return app_.exit(error, out_, err_) == 0 ? kAnswered : kUsage;
+            return app_.exit(error, out_, err_) == 0 ? kExecuted : kUsage;
         } catch (const UsageError& error) {
             err_ << "apiClient: " << error.what() << '\n';
             return kUsage;
         } catch (const WireLinkError& error) {
-            err_ << "apiClient: the API manager cannot be reached: " << error.what() << '\n';
-            return kNotReached;
-        } catch (const AnswerError& error) {
+            err_ << "apiClient: cannot reach the API manager: " << error.what() << '\n';
+            return kNoResponse;
+        } catch (const ResponseError& error) {
             err_ << "apiClient: " << error.what() << '\n';
-            return kNotReached;
+            return kNoResponse;
         }
     }
 
@@ -99,92 +99,97 @@ class Program {
                 out_ << each << '\n';
             }
         }
-        return kAnswered;
+        return kExecuted;
     }
 
   private:
-    void AddCall() {
+    void AddCallOptions() {
         CallRequest& call = options_.call;
-        app_.add_option("OBJECT", call.object, "The object, as in TsDisk; --list has all of them");
-        app_.add_option("COMMAND", call.command, "Its command or association; OBJECT --list has all of them");
-        app_.add_option(
-            "NAME=VALUE", call.arguments,
-            "Arguments; of a structured one NAME.FIELD=VALUE. OBJECT COMMAND --list has all of them");
+        app_.add_option("OBJECT", call.object, "Object, for example TsDisk; see --list");
+        app_.add_option("COMMAND", call.command, "Command or association of the object; see OBJECT --list");
+        app_.add_option("NAME=VALUE", call.arguments,
+                        "Arguments; NAME.FIELD=VALUE for structured ones; see OBJECT COMMAND --list");
         app_.add_option(
                 "--filter", call.conditions,
-                "Only objects with this, as in 'Status = Down'; may be repeated. Operators: = > >= < <=, iqs "
-                "for a piece of the attribute, iqin for an attribute that is a piece of the value")
+                "Return only objects that meet the condition, for example 'Status = Down'; may be repeated. "
+                "Operators: = > >= < <=, iqs (the attribute contains the value), iqin (the value contains "
+                "the attribute)")
             ->type_name("CONDITION")
             ->allow_extra_args(false);
-        app_.add_flag("--any", call.anyCondition, "One of the conditions is enough");
-        app_.add_flag("--association", call.association, "COMMAND is an association, never a command");
-        app_.add_flag("--lite", call.lite, "Ask for the objects in their reduced form");
-        app_.add_flag("--no-check", options_.no_check,
-                      "Send it as it stands, also what this program's catalogue does not know");
-        app_.add_flag("--print", options_.print, "Print the call's document in place of sending it");
+        app_.add_flag("--any", call.any_condition,
+                      "Return objects that meet any of the conditions instead of all");
+        app_.add_flag("--association", call.association, "Interpret COMMAND as an association only");
+        app_.add_flag("--lite", call.lite, "Request reduced objects");
+        app_.add_flag(
+            "--no-check", options_.no_check,
+            "Send the call verbatim, even if the program does not know the object, command or argument");
+        app_.add_flag("--print", options_.print, "Print the document of the call instead of sending it");
     }
 
-    void AddOutput() {
+    void AddOutputOptions() {
         app_.add_flag(
             "--list", options_.list,
-            "Print what there is: objects; of OBJECT, its commands, associations and attributes; of OBJECT "
-            "COMMAND, the arguments");
-        app_.add_option("--enumeration", options_.enumeration, "Print the words of an enumeration")
+            "List all objects; or the commands, associations and attributes of OBJECT; or the arguments of "
+            "COMMAND");
+        app_.add_option("--enumeration", options_.enumeration, "List the values of an enumeration")
             ->type_name("NAME");
-        app_.add_option("--format", options_.format, "table, csv, json, or xml: the answer as it came")
+        app_.add_option("--format", options_.format,
+                        "Output format: table, csv, json, or xml for the response as received")
             ->check(CLI::IsMember({"table", "csv", "json", "xml"}))
             ->capture_default_str();
-        app_.add_option(
-                "--columns", options_.table.columns,
-                "Attributes to show, with commas between them; all for all. Otherwise a table has what fits")
+        app_.add_option("--columns", options_.output.columns,
+                        "Show only these attributes, separated by commas, or all. By default, a table shows "
+                        "as many as fit")
             ->type_name("NAME,...")
             ->delimiter(',')
             ->allow_extra_args(false);
-        app_.add_flag("--readable", options_.table.readable,
-                      "In a table: sizes with units, names of references, texts of enumerations");
-        app_.add_option("--width", options_.table.width,
-                        "Of a table whose columns are not chosen, in characters")
+        app_.add_flag("--readable", options_.output.readable,
+                      "In a table or CSV, show sizes with units, names instead of references, and "
+                      "human-readable names of enumerated values");
+        app_.add_option("--width", options_.output.width,
+                        "Maximum width of a table without --columns, in characters")
             ->capture_default_str();
     }
 
-    void AddConnection() {
-        app_.add_option("--socket", options_.socket_path, "Where the API manager listens")
+    void AddConnectionOptions() {
+        app_.add_option("--socket", options_.socket_path, "Socket of the API manager")
             ->type_name("PATH")
             ->capture_default_str();
-        app_.add_option("--key-file", options_.key_file, "The file with the session key")
+        app_.add_option("--key-file", options_.key_file, "File with the session key")
             ->type_name("PATH")
             ->capture_default_str();
-        app_.add_option("--locale", options_.locale, "Of the answer's texts, as in en_US");
-        app_.add_option("--timeout", options_.timeout_s, "Seconds to wait for each step")
-            ->check(CLI::Range(1L, kLongestTimeout_s))
+        app_.add_option("--locale", options_.locale,
+                        "Language of messages in the response, for example en_US");
+        app_.add_option("--timeout", options_.timeout_s, "Timeout of each step, in seconds")
+            ->check(CLI::Range(1L, kMaximumTimeout_s))
             ->capture_default_str();
     }
 
-    int Act() {
+    int Execute() {
         if (!options_.enumeration.empty()) {
-            out_ << EnumerationListing(options_.enumeration);
+            out_ << ListEnumeration(options_.enumeration);
         } else if (options_.list) {
-            out_ << Listing();
+            out_ << List();
         } else if (options_.call.object.empty()) {
-            throw UsageError("what is to be asked? --help tells");
+            throw UsageError("missing object; see --help");
         } else if (options_.call.command.empty()) {
-            throw UsageError("which command or association? apiClient " +
-                             FindObject(options_.call.object).name + " --list has them");
+            throw UsageError("missing command or association; see apiClient " +
+                             FindObject(options_.call.object).name + " --list");
         } else {
             return Call();
         }
-        return kAnswered;
+        return kExecuted;
     }
 
-    std::string Listing() const {
+    std::string List() const {
         const CallRequest& call = options_.call;
         if (call.object.empty()) {
-            return ObjectsListing();
+            return ListObjects();
         }
         const CatalogueObject& object = FindObject(call.object);
         return call.command.empty()
-                   ? ObjectListing(object)
-                   : CommandListing(object, FindCommand(object, call.command, call.association));
+                   ? ListObject(object)
+                   : ListCommand(object, FindCommand(object, call.command, call.association));
     }
 
     int Call() {
@@ -192,54 +197,53 @@ class Program {
         CheckColumns();
         if (options_.print) {
             out_ << call->GenerateXml(false, true) << '\n';
-            return kAnswered;
+            return kExecuted;
         }
         ArrayConnection connection(options_.socket_path, options_.timeout_s);
         const std::unique_ptr<BASEApiMethodReturn> answer =
-            connection.Call(*call, SessionKey(options_.key_file), options_.locale);
+            connection.Call(*call, ReadSessionKey(options_.key_file), options_.locale);
         if (answer != nullptr && !answer->GetSuccessful()) {
-            err_ << "apiClient: " << ExplainFailure(*call, *answer) << '\n';
-            return kRefused;
+            err_ << "apiClient: " << DescribeFailure(*call, *answer) << '\n';
+            return kRejected;
         }
         Print(ResultOf(answer.get()), connection);
-        return kAnswered;
+        return kExecuted;
     }
 
-    /** Before the call, where it is known which objects come. */
+    /** Rejects unknown columns before the call if it is known which class it returns. */
     void CheckColumns() const {
         const CallRequest& call = options_.call;
-        const bool is_own =
+        const bool returns_own_class =
             CompareNoCase(call.command, "GetList") == 0 || CompareNoCase(call.command, "Get") == 0;
-        if (!call.checked || !is_own) {
+        if (!call.checked || !returns_own_class) {
             return;
         }
         const CatalogueObject& object = FindObject(call.object);
-        for (const std::string& name : options_.table.columns) {
+        for (const std::string& name : options_.output.columns) {
             if (CompareNoCase(name, kAllColumns) != 0 && FindNamed(object.attributes, name) == nullptr) {
-                throw UsageError(UnknownWords("column", name, object.attributes,
-                                              "apiClient " + object.name + " --list has the attributes"));
+                throw UsageError(commandline::UnknownName("column", name, NamesOf(object.attributes),
+                                                          "see apiClient " + object.name + " --list"));
             }
         }
     }
 
     void Print(const Result& result, const ArrayConnection& connection) {
         if (options_.format == "xml") {
-            out_ << connection.Document() << '\n';
+            out_ << connection.document() << '\n';
             return;
         }
         if (options_.format == "json") {
-            out_ << JsonText(result, options_.table.columns);
+            out_ << FormatJson(result, options_.output.columns);
         } else if (options_.format == "csv") {
-            out_ << CsvText(result, options_.table.columns);
+            out_ << FormatCsv(result, options_.output);
         } else {
-            out_ << TableText(result, options_.table);
+            out_ << FormatTable(result, options_.output);
         }
-        // The library leaves out objects of classes that it does not know.
+        // The library skips objects of classes that it does not know.
         const size_t count = connection.CountObjects();
         if (count > result.records.size()) {
-            err_ << "apiClient: " << count - result.records.size()
-                 << " objects of the answer are of kinds that this program does not know; --format xml shows "
-                    "them\n";
+            err_ << "apiClient: skipped " << count - result.records.size()
+                 << " objects of unknown classes; see --format xml\n";
         }
     }
 
@@ -257,3 +261,5 @@ int RunProgram(int argc, const char* const* argv, std::ostream& out, std::ostrea
     }
     return Program(out, err).Run(argc, argv);
 }
+
+}  // namespace apiclient

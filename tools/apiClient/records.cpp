@@ -4,8 +4,11 @@
 
 #include "apiMgmt/apiStub/base/apiObjects/base/methodReturns.h"
 #include "apiMgmt/common/utils/stringUtil.h"
-#include "tools/apiClient/attributeWords.h"
-#include "tools/apiClient/usageError.h"
+#include "tools/apiClient/apiCatalogue.h"
+#include "tools/commandLine/nearestName.h"
+#include "tools/commandLine/usageError.h"
+
+namespace apiclient {
 
 namespace {
 
@@ -15,7 +18,7 @@ Result ValueResult(Result::ValueKind kind, std::string value) {
     Result result;
     result.kind = Result::kValue;
     result.value = std::move(value);
-    result.valueKind = kind;
+    result.value_kind = kind;
     return result;
 }
 
@@ -31,11 +34,11 @@ Result RecordResult(bool is_list, const Objects& objects) {
 }
 
 Result MaskResult(const ENUMMaskMethodReturn& mask) {
-    std::string words;
+    std::string identifiers;
     for (const ENUMMaskMethodReturn::Row& row : mask.GetRows()) {
-        words += (words.empty() ? "" : " ") + row.Description;
+        identifiers += (identifiers.empty() ? "" : " ") + row.Description;
     }
-    return ValueResult(Result::kText, words);
+    return ValueResult(Result::kString, identifiers);
 }
 
 Column ColumnOf(const BASEApiAttribute& attribute) {
@@ -44,24 +47,17 @@ Column ColumnOf(const BASEApiAttribute& attribute) {
             attribute.GetProperties().displayWidth, &attribute};
 }
 
-bool Holds(const std::vector<Column>& columns, std::string_view name) {
+bool Contains(const std::vector<Column>& columns, std::string_view name) {
     return std::ranges::any_of(columns, [&](const Column& column) { return column.name == name; });
 }
 
 void AddColumn(std::vector<Column>& columns, const Column& column) {
-    if (!Holds(columns, column.name)) {
+    if (!Contains(columns, column.name)) {
         columns.push_back(column);
     }
 }
 
-/** The column of a class, or of a value without a descriptor. */
-const Column* FindColumn(const std::vector<Column>& columns, std::string_view name) {
-    const auto found = std::ranges::find_if(
-        columns, [&](const Column& column) { return CompareNoCase(column.name, name) == 0; });
-    return found == columns.end() ? nullptr : &*found;
-}
-
-/** Those of the classes, whether or not a record has a value. */
+/** The columns of the classes, whether or not a record has a value. */
 std::vector<Column> KnownColumns(const std::vector<Record>& records) {
     std::vector<Column> known;
     const ATTRIBUTEList* last = nullptr;
@@ -76,7 +72,7 @@ std::vector<Column> KnownColumns(const std::vector<Record>& records) {
     return known;
 }
 
-/** Names that occur among the values, each once. */
+/** The names of all values, each once. */
 ATTRIBUTEMap PresentNames(const std::vector<Record>& records) {
     ATTRIBUTEMap present;
     for (const Record& record : records) {
@@ -96,17 +92,17 @@ std::string Record::Value(std::string_view attribute) const {
 }
 
 Result ResultOf(const BASEApiMethodReturn* answer) {
-    if (const auto* truth = dynamic_cast<const BOOLMethodReturn*>(answer)) {
-        return ValueResult(Result::kTruth, truth->value ? "True" : "False");
+    if (const auto* boolean = dynamic_cast<const BOOLMethodReturn*>(answer)) {
+        return ValueResult(Result::kBoolean, boolean->value ? "True" : "False");
     }
     if (const auto* number = dynamic_cast<const INTMethodReturn*>(answer)) {
         return ValueResult(Result::kNumber, std::to_string(number->value));
     }
-    if (const auto* text = dynamic_cast<const STRINGMethodReturn*>(answer)) {
-        return ValueResult(Result::kText, text->value);
+    if (const auto* string = dynamic_cast<const STRINGMethodReturn*>(answer)) {
+        return ValueResult(Result::kString, string->value);
     }
-    if (const auto* word = dynamic_cast<const ENUMMethodReturn*>(answer)) {
-        return ValueResult(Result::kText, word->value);
+    if (const auto* enumeration = dynamic_cast<const ENUMMethodReturn*>(answer)) {
+        return ValueResult(Result::kString, enumeration->value);
     }
     if (const auto* mask = dynamic_cast<const ENUMMaskMethodReturn*>(answer)) {
         return MaskResult(*mask);
@@ -142,22 +138,25 @@ std::vector<Column> NamedColumns(const std::vector<Record>& records, const std::
             for (const Column& column : all) {
                 AddColumn(columns, column);
             }
-        } else if (const Column* column = FindColumn(known, name)) {
+        } else if (const Column* column = FindNamed(known, name)) {
             AddColumn(columns, *column);
         } else if (!records.empty()) {
-            throw UsageError(UnknownWords("column", name, known, "'all' shows all that the answer has"));
+            throw commandline::UsageError(commandline::UnknownName(
+                "column", name, NamesOf(known), "'all' shows all attributes of the response"));
         }
     }
     return columns;
 }
 
-std::vector<std::vector<Record>> RunsOfRecords(const std::vector<Record>& records) {
-    std::vector<std::vector<Record>> runs;
+std::vector<std::vector<Record>> SplitByClass(const std::vector<Record>& records) {
+    std::vector<std::vector<Record>> parts;
     for (const Record& record : records) {
-        if (runs.empty() || runs.back().front().descriptors != record.descriptors) {
-            runs.emplace_back();
+        if (parts.empty() || parts.back().front().descriptors != record.descriptors) {
+            parts.emplace_back();
         }
-        runs.back().push_back(record);
+        parts.back().push_back(record);
     }
-    return runs;
+    return parts;
 }
+
+}  // namespace apiclient

@@ -10,30 +10,33 @@
 
 class BASEApiMethodReturn;
 
-/** An object of an answer, or a structured value. Lent by the answer. */
+namespace apiclient {
+
+/** An object of a response, or a structured value. References the return object that it was made from. */
 struct Record {
     std::string_view name;
     const ATTRIBUTEList* descriptors = nullptr;
     const ATTRIBUTEMap* values = nullptr;
 
-    /** Empty when it is absent. */
+    /** Returns an empty string if there is no such attribute. */
     std::string Value(std::string_view attribute) const;
 };
 
-/** What an answer holds: records, or one value alone. */
+/** The content of a response: records, or a single value. */
 struct Result {
     enum Kind { kNothing, kValue, kOne, kList };
+    enum ValueKind { kString, kNumber, kBoolean };
+
     Kind kind = kNothing;
     std::vector<Record> records;
-    /** Of kValue: the text of the value, and what JSON makes of it. */
-    std::string value;
-    enum ValueKind { kText, kNumber, kTruth } valueKind = kText;
+    std::string value;               ///< of kValue
+    ValueKind value_kind = kString;  ///< of kValue: its type in JSON
 };
 
-/** In place of a column: all that an answer has. */
+/** A column name that stands for all columns. */
 inline constexpr char kAllColumns[] = "all";
 
-/** What to show of records, and how. */
+/** An attribute to show. */
 struct Column {
     std::string name;
     std::string label;
@@ -41,18 +44,21 @@ struct Column {
     const BASEApiAttribute* descriptor = nullptr;  ///< null for an attribute that its class does not know
 };
 
-/** null: a success without a result. */
+/** Converts what a call has returned. answer: null for a success without a result. */
 Result ResultOf(const BASEApiMethodReturn* answer);
 
-/** All attributes that one of the records has: in the order of the class, and behind them those that it does
-   not know. */
+/** Returns all attributes that a record has: in the order of the class, then those that the class does not
+ * know. */
 std::vector<Column> AllColumns(const std::vector<Record>& records);
 
 /**
- * The columns with these names, letter case aside, in their order; "all" stands for all of them. Throws
- * UsageError for a name that neither the records' classes nor their values know. No records: no columns.
+ * Returns the columns with these case-insensitive names, in the order of the names; "all" stands for all
+ * columns. Throws UsageError for a name that neither the records' classes nor their values know. Without
+ * records, there are no columns.
  */
 std::vector<Column> NamedColumns(const std::vector<Record>& records, const std::vector<std::string>& names);
 
-/** The runs of records of one class, which a table shows under one head. */
-std::vector<std::vector<Record>> RunsOfRecords(const std::vector<Record>& records);
+/** Splits records where the class changes, since each class has its own columns. */
+std::vector<std::vector<Record>> SplitByClass(const std::vector<Record>& records);
+
+}  // namespace apiclient

@@ -3,7 +3,7 @@
 #include "apiMgmt/common/utils/standardOutput.h"
 #include "tools/checkconf/program.h"
 
-// Nobody knows that all is well.
+// The same status as for errors: the caller must not take lost output for success.
 constexpr int kOutputLost = 2;
 
 int main(int argc, char** argv) {

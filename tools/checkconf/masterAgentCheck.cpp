@@ -1,3 +1,5 @@
+#include "tools/checkconf/masterAgentCheck.h"
+
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -11,10 +13,8 @@
 #include "apiMgmt/common/utils/stringUtil.h"
 #include "apiMgmt/common/utils/textFile.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/settings/subagentConf.h"
-#include "tools/checkconf/checks.h"
-#include "tools/checkconf/masterAgentAccess.h"
-#include "tools/checkconf/masterAgentAddress.h"
 #include "tools/checkconf/masterAgentFile.h"
+#include "tools/checkconf/selfTestAccess.h"
 
 namespace checkconf {
 
@@ -22,12 +22,12 @@ namespace {
 
 using Directive = MasterAgentFile::Directive;
 
-// A name in trapDest is resolved while requests wait: so long with three name servers that do not answer.
-constexpr int kLongestSilence_s = 12;
+// Requests wait while the daemon resolves a name in trapDest: this long if three name servers do not respond.
+constexpr int kMaximumResolution_s = 12;
 
 constexpr const char* kAgentXSocket = "/var/agentx/master";
 
-// snmpd compares all that stands behind the word, a comment included, and the last line counts.
+// snmpd uses the last such line and compares all of its rest, including a comment.
 bool IsMaster(const MasterAgentFile& file) {
     const std::string text = file.LastText("master");
     return text == "agentx" || text == "yes" || text == "all" || text == "on" || ParseInt(text) == 1;
@@ -42,77 +42,77 @@ bool HasIncludes(const MasterAgentFile& file) {
     return !file.Find({"includefile", "includedir", "includeallexternals"}).empty();
 }
 
-/** An error that a line of an included file may mend. */
-void ErrUnlessIncluded(const MasterAgentFile& file, const std::string& fault, Report& report) {
+/** Reports an error, or only a warning if an included file may correct it. */
+void ReportUnlessIncluded(const MasterAgentFile& file, const std::string& problem, Report& report) {
     if (HasIncludes(file))
-        report.Warn(fault + "; the files that this one includes are not looked at");
+        report.Warn(problem + "; included files are not checked");
     else
-        report.Error(fault + ": the daemon ends during its start");
+        report.Error(problem + ": the daemon exits during start-up");
 }
 
 void CheckCommunity(const MasterAgentFile& file, Report& report) {
-    const std::string community = "the community of the self-test ";
-    switch (JudgeAccess(file, self_test_community())) {
-        case Access::kAnswered:
-            report.Fact(community + "is answered");
+    const std::string community = "the self-test community ";
+    switch (FindAccess(file, self_test_community())) {
+        case Access::kGranted:
+            report.Fact(community + "has access");
             break;
-        case Access::kNotLookedAt:
-            report.Fact(community + "is known; whether it may read " + SelfTestOidText() +
-                        " is not looked at");
+        case Access::kUnknown:
+            report.Fact(community + "exists; its access to " + SelfTestOidText() + " is not checked");
             break;
         case Access::kHidden:
-            ErrUnlessIncluded(file,
-                              community + "may not read " + SelfTestOidText() + ", which the daemon asks for",
-                              report);
+            ReportUnlessIncluded(
+                file, community + "cannot read " + SelfTestOidText() + ", which the daemon needs", report);
             break;
         case Access::kElsewhere:
-            ErrUnlessIncluded(file, community + "is not answered to this machine", report);
+            ReportUnlessIncluded(file, community + "has no access from this machine", report);
             break;
         case Access::kNone:
-            ErrUnlessIncluded(file, community + "has no rocommunity line", report);
+            ReportUnlessIncluded(file, "no rocommunity line for the self-test community", report);
             break;
     }
 }
 
-/** Where snmpd listens; without a line at UDP port 161 of all interfaces. */
+/** Without an agentAddress line, snmpd listens at UDP port 161 of all interfaces. */
 void CheckAddresses(const MasterAgentFile& file, Report& report) {
-    std::vector<Judgement> judgements;
+    std::vector<Verdict> verdicts;
     for (const Directive& words : file.Find({"agentaddress"})) {
         if (words.size() > 2) {
             report.Error(
-                "agentAddress has a blank among its addresses: snmpd ends, and so does the daemon during its "
-                "start");
+                "agentAddress contains a space: snmpd exits, and so does the daemon during start-up");
             return;
         }
         std::vector<std::string> addresses;
         if (words.size() == 2)
             SplitChar(words[1], ',', addresses);
-        std::ranges::transform(addresses, std::back_inserter(judgements), ServesThisMachine);
+        std::ranges::transform(addresses, std::back_inserter(verdicts), IncludesSelfTestAddress);
     }
-    if (judgements.empty() || std::ranges::count(judgements, Judgement::kYes) > 0)
+    if (verdicts.empty() || std::ranges::count(verdicts, Verdict::kYes) > 0)
         return;
-    if (std::ranges::count(judgements, Judgement::kNotLookedAt) > 0)
-        report.Fact("agentAddress names a host; whether the self-test finds snmpd there is not looked at");
+    if (std::ranges::count(verdicts, Verdict::kUnknown) > 0)
+        report.Fact(
+            "agentAddress contains a host name; whether the self-test reaches snmpd there is not checked");
     else
-        ErrUnlessIncluded(file, "no agentAddress is UDP port 161 at 127.0.0.1, where the daemon asks",
-                          report);
+        ReportUnlessIncluded(
+            file,
+            "no agentAddress includes UDP port 161 at 127.0.0.1, where the self-test sends its requests",
+            report);
 }
 
-void CheckPatience(const MasterAgentFile& file, Report& report) {
+void CheckTimeouts(const MasterAgentFile& file, Report& report) {
     const int timeout_s = file.Number("agentxtimeout").value_or(1);
-    if (timeout_s <= kLongestSilence_s)
+    if (timeout_s <= kMaximumResolution_s)
         report.Warn("agentXTimeout is " + std::to_string(timeout_s) +
-                    " s: snmpd drops the daemon if no name server answers for " +
-                    std::to_string(kLongestSilence_s) + " s while it resolves trapDest; set 60");
+                    " s: snmpd disconnects the daemon if no name server responds for " +
+                    std::to_string(kMaximumResolution_s) + " s while the daemon resolves trapDest; set 60");
     if (file.Number("agentxretries").value_or(5) != 0)
-        report.Warn("agentXRetries is not 0: snmpd repeats requests that wait for the daemon's pace; set 0");
+        report.Warn("agentXRetries is not 0: snmpd repeats requests that the daemon delays; set 0");
 }
 
-void CheckSecrecy(const std::string& path, const MasterAgentFile& file, Report& report) {
+void CheckPermissions(const std::string& path, const MasterAgentFile& file, Report& report) {
     struct stat status {};
     if (stat(path.c_str(), &status) == 0 && (status.st_mode & (S_IRGRP | S_IROTH)) != 0 &&
         !file.Find({"createuser"}).empty())
-        report.Warn("it holds passphrases, and others than its owner may read it; chmod 600 mends that");
+        report.Warn("contains passphrases and is readable by group or others; run chmod 600");
 }
 
 }  // namespace
@@ -122,23 +122,23 @@ void CheckMasterAgent(const std::string& path, Report& report) {
     const std::optional<std::string> text = ReadTextFile(path);
     if (!text) {
         report.Error("cannot be read (" + std::string(strerror(errno)) +
-                     "): snmpd takes no subagent without it, and the daemon ends during its start");
+                     "): snmpd accepts no subagent without it, and the daemon exits during start-up");
         return;
     }
     const MasterAgentFile file(*text);
     if (!IsMaster(file))
         report.Error(
-            "there is no line 'master agentx', or more stands behind it, or another follows: the daemon "
-            "cannot "
-            "attach, and ends during its start");
+            "the last master line is missing or not exactly 'master agentx': the daemon cannot attach and "
+            "exits "
+            "during start-up");
     if (MovesSocket(file))
-        report.Error("agentXSocket is set: the daemon looks for snmpd at its usual socket only");
+        report.Error("agentXSocket is set: the daemon connects only to the default socket");
     CheckCommunity(file, report);
     CheckAddresses(file, report);
-    CheckPatience(file, report);
-    CheckSecrecy(path, file, report);
+    CheckTimeouts(file, report);
+    CheckPermissions(path, file, report);
     const size_t users = file.Find({"rouser", "rwuser"}).size();
-    report.Fact(std::to_string(users) + (users == 1 ? " user" : " users") + " of SNMPv3 may use it");
+    report.Fact(std::to_string(users) + (users == 1 ? " SNMPv3 user has" : " SNMPv3 users have") + " access");
 }
 
 }  // namespace checkconf

@@ -9,19 +9,19 @@ namespace checkconf {
 
 namespace {
 
-constexpr std::string_view kWhite = " \t\r";
+constexpr std::string_view kWhitespace = " \t\r";
 
-/** Words between blanks, and those in double or single quotes. */
+/** Splits at whitespace, except within double or single quotes; stops at a comment. */
 MasterAgentFile::Directive SplitWords(std::string_view line) {
     MasterAgentFile::Directive words;
     while (true) {
-        line.remove_prefix(std::min(line.find_first_not_of(kWhite), line.size()));
+        line.remove_prefix(std::min(line.find_first_not_of(kWhitespace), line.size()));
         if (line.empty() || line[0] == '#')
             return words;
         const bool is_quoted = line[0] == '"' || line[0] == '\'';
         const size_t begin = is_quoted ? 1 : 0;
         const size_t end =
-            std::min(is_quoted ? line.find(line[0], 1) : line.find_first_of(kWhite), line.size());
+            std::min(is_quoted ? line.find(line[0], 1) : line.find_first_of(kWhitespace), line.size());
         words.emplace_back(line.substr(begin, end - begin));
         line.remove_prefix(std::min(end + begin, line.size()));
     }
@@ -37,9 +37,9 @@ MasterAgentFile::MasterAgentFile(const std::string& text) {
             continue;
         words[0] = ToLower(words[0]);
         Trim(line);
-        std::string behind = line.substr(std::min(line.find_first_of(kWhite), line.size()));
-        Trim(behind);
-        last_texts_[words[0]] = behind;
+        std::string rest = line.substr(std::min(line.find_first_of(kWhitespace), line.size()));
+        Trim(rest);
+        last_texts_[words[0]] = rest;
         directives_.push_back(std::move(words));
     }
 }

@@ -8,7 +8,7 @@
 
 namespace checkconf {
 
-/** The directives of a snmpd.conf: words of a line, the first one in small letters. */
+/** The directives of a snmpd.conf: the words of each line, the first one in lower case. */
 class MasterAgentFile {
   public:
     using Directive = std::vector<std::string>;
@@ -17,13 +17,15 @@ class MasterAgentFile {
 
     const std::vector<Directive>& directives() const { return directives_; }
 
-    /** All that begin with one of these words. */
+    /** Returns all directives with one of these names. */
     std::vector<Directive> Find(std::initializer_list<std::string_view> names) const;
 
-    /** The number behind a word, of its last line; nothing when there is none, or none in plain digits. */
+    /** Returns the number in the last line of that name; nothing if there is none or it is not just digits.
+     */
     std::optional<int> Number(std::string_view name) const;
 
-    /** What stands behind a word in its last line, quotes and a comment with it; empty without a line. */
+    /** Returns the rest of the last line of that name, including quotes and comments; empty if there is none.
+     */
     std::string LastText(const std::string& name) const;
 
   private:

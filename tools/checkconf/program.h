@@ -4,7 +4,7 @@
 
 namespace checkconf {
 
-/** The program. Result: its exit status; see --help. */
+/** Runs the program and returns its exit status. */
 int RunProgram(int argc, const char* const* argv, std::ostream& out, std::ostream& err);
 
 }  // namespace checkconf

@@ -31,7 +31,7 @@ void Report::Error(const std::string& text) {
     Print("ERROR: ", text);
 }
 
-void Report::Close() {
+void Report::Summarise() {
     if (!is_quiet_)
         out_ << Counted(errors_, "error") << ", " << Counted(warnings_, "warning") << '\n';
 }

@@ -5,23 +5,25 @@
 
 namespace checkconf {
 
-/** What was found, printed as it comes: a heading for each file, below it facts, warnings and errors. */
+/** Prints findings immediately: one heading per file, below it facts, warnings and errors. */
 class Report {
   public:
-    /** `is_quiet`: facts, headings without a finding and the closing line are left out. */
+    /** is_quiet: omit facts, headings without a finding and the summary. */
     Report(std::ostream& out, bool is_quiet) : out_(out), is_quiet_(is_quiet) {}
 
-    /** What follows is about this file or matter. */
+    /** Starts a file or topic. */
     void Begin(const std::string& heading);
 
     void Fact(const std::string& text);
-    /** Not as it looks, or not as it should be; the daemon starts all the same. */
+
+    /** Something has an unexpected effect, but the daemon starts. */
     void Warn(const std::string& text);
-    /** The daemon would not start, or could not be reached. */
+
+    /** The daemon would not start, or managers could not reach the array through it. */
     void Error(const std::string& text);
 
-    /** The closing line, which counts. */
-    void Close();
+    /** Prints the numbers of errors and warnings. */
+    void Summarise();
 
     int warnings() const { return warnings_; }
     int errors() const { return errors_; }

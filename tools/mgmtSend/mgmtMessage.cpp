@@ -1,17 +1,19 @@
 #include "tools/mgmtSend/mgmtMessage.h"
 
+namespace mgmtsend {
+
 namespace {
 
-constexpr uint32_t kNotLookedAt = 0;
+constexpr uint32_t kIgnored = 0;
 
 }  // namespace
 
-protoIPCMsg::GPBIPCMsg MgmtEnvelope(mgmt_specific command, const std::string& text) {
+protoIPCMsg::GPBIPCMsg BuildMessage(mgmt_specific command, const std::string& text) {
     protoIPCMsg::GPBIPCMsg envelope;
     envelope.set_msgtype(protoIPCMsg::MGMT);
     protoIPCMsg::MGMTMsg& message = *envelope.mutable_mgmtmsg();
-    message.set_serviceid(kNotLookedAt);
-    message.set_msgtype(kNotLookedAt);
+    message.set_serviceid(kIgnored);
+    message.set_msgtype(kIgnored);
     message.set_cmdtype(MGMTCommand_SPECIFIC);
     message.set_cmdspecific(command);
     if (command == MGMT_SPECIFIC_SEND_TRAP) {
@@ -19,3 +21,5 @@ protoIPCMsg::GPBIPCMsg MgmtEnvelope(mgmt_specific command, const std::string& te
     }
     return envelope;
 }
+
+}  // namespace mgmtsend

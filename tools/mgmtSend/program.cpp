@@ -8,32 +8,35 @@
 
 #include "apiMgmt/common/utils/pathConstants.h"
 #include "apiMgmt/common/wirelink/wireLink.h"
-#include "tools/mgmtSend/catalogueText.h"
+#include "tools/commandLine/usageError.h"
 #include "tools/mgmtSend/mgmtMessage.h"
-#include "tools/mgmtSend/trapText.h"
+#include "tools/mgmtSend/trapCommandBuilder.h"
+
+namespace mgmtsend {
+
+using commandline::UsageError;
 
 namespace {
 
-enum ExitStatus { kDelivered = 0, kNotReached = 1, kUsage = 2 };
+enum ExitStatus { kDelivered = 0, kUnreachable = 1, kUsage = 2 };
 
-// For one message, or to be let in: the daemon serves one sender at a time.
+// Of each step, including the wait for other senders: the daemon serves one at a time.
 constexpr long kTimeout_s = 60;
 constexpr unsigned long kSize_bytes = 65536;
 
 constexpr const char* kStandardInput = "-";
 
 constexpr const char* kDescription =
-    "Sends the SNMP daemon what the array application sends: events that become notifications, and commands "
-    "of an\n"
-    "operator. The daemon does not answer: what became of a message is in its log and at the receiver.\n";
+    "Sends a running snmpSubagent the messages that the array application sends: events, which become\n"
+    "notifications, and operator commands. The daemon does not respond: to see the effect of a message, "
+    "look\n"
+    "at the daemon's log and at the receiver.\n";
 
 constexpr const char* kFooter =
     "Exit status:\n"
-    "  0  delivered to the daemon's socket\n"
-    "  1  the daemon cannot be reached, or has closed before all was sent; or the output could not\n"
-    "     be written\n"
-    "  2  the command line is wrong; nothing was sent, except lines of standard input before the one that is "
-    "wrong\n"
+    "  0  the message was delivered to the daemon's socket\n"
+    "  1  the daemon cannot be reached or closed the connection early; or the output could not be written\n"
+    "  2  the command line is wrong; nothing was sent, except lines of standard input before an invalid one\n"
     "\nExamples:\n"
     "  mgmtSend --list\n"
     "  mgmtSend trap disk-status 17 --alert 'Disk 01-04 was pulled'\n"
@@ -44,7 +47,7 @@ constexpr const char* kFooter =
     "  generate-events | mgmtSend raw -\n"
     "  mgmtSend verbose on\n";
 
-/** What the command line asks for. */
+/** The options of the command line. */
 struct Options {
     std::string socket_path = kSnmpSubagentSocket;
     bool list = false;
@@ -54,10 +57,11 @@ struct Options {
     bool verbose = false;
 };
 
-/** One line without its end, or none at the end of the input. One that is too long is not read to its end. */
+/** Reads a line without its line feed; nothing at the end of the input. Stops reading when the line is too
+ * long. */
 std::optional<std::string> ReadLine(std::istream& in) {
     std::string line;
-    for (char c; line.size() <= kGreatestTrapText && in.get(c);) {
+    for (char c; line.size() <= kMaximumTrapCommand && in.get(c);) {
         if (c == '\n') {
             return line;
         }
@@ -72,24 +76,23 @@ class Program {
         app_.footer(kFooter);
         app_.require_subcommand(0, 1);
         app_.fallthrough();
-        app_.add_option("--socket", options_.socket_path, "Where the daemon listens")->capture_default_str();
-        app_.add_flag("--list", options_.list, "Print all notifications with their words and arguments");
+        app_.add_option("--socket", options_.socket_path, "Socket of the daemon")->capture_default_str();
+        app_.add_flag("--list", options_.list, "List all notifications with their keywords and arguments");
         AddTrap();
-        raw_ = app_.add_subcommand("raw", "Send the text of a trap command as it stands");
+        raw_ = app_.add_subcommand("raw", "Send a trap command verbatim");
         raw_->add_option(
                 "TEXT", options_.raw,
-                "Eight numbers, a blank behind each, and a text; - reads such lines from standard input "
-                "and sends them on one connection, which keeps others out as long as it lasts")
+                "Eight numbers, each followed by a space, and a string; - reads such lines from standard "
+                "input and sends them on one connection. The daemon accepts no other until it ends")
             ->required();
         lite_objects_ = app_.add_subcommand(
-            "lite-objects", "Switch between reduced and whole objects in the daemon's requests to the array");
-        show_outstanding_ = app_.add_subcommand(
-            "show-outstanding", "Let the daemon log the objects of which a notification is outstanding");
-        verbose_ = app_.add_subcommand("verbose", "Switch the daemon's debug lines");
+            "lite-objects", "Toggle whether the daemon requests reduced objects from the array");
+        show_outstanding_ =
+            app_.add_subcommand("show-outstanding", "Make the daemon log its outstanding objects");
+        verbose_ = app_.add_subcommand("verbose", "Switch the daemon's debug lines on or off");
         verbose_
             ->add_option_function<std::string>(
-                "on|off", [this](const std::string& word) { options_.verbose = word == "on"; },
-                "Whether they are written")
+                "on|off", [this](const std::string& word) { options_.verbose = word == "on"; }, "New state")
             ->required()
             ->check(CLI::IsMember({"on", "off"}));
     }
@@ -104,74 +107,73 @@ class Program {
             err_ << "mgmtSend: " << error.what() << '\n';
             return kUsage;
         } catch (const WireLinkError& error) {
-            err_ << "mgmtSend: the daemon cannot be reached: " << error.what() << '\n';
-            return kNotReached;
+            err_ << "mgmtSend: cannot reach the daemon: " << error.what() << '\n';
+            return kUnreachable;
         }
     }
 
   private:
     void AddTrap() {
-        trap_ = app_.add_subcommand("trap", "Send an event by its number or word; --list has them");
-        trap_->add_option("KIND", options_.trap.kind, "Number or word of the notification")->required();
+        trap_ = app_.add_subcommand("trap", "Send an event, given by number or keyword; see --list");
+        trap_->add_option("KIND", options_.trap.kind, "Number or keyword of the notification")->required();
         trap_->add_option("ARGUMENT", options_.trap.arguments,
-                          "A, B, C and D: numbers, B also the word of a component");
-        trap_->add_option(
-            "--alert", options_.trap.alert,
-            "Text for the receiver; one that holds @@@ is sent as the whole of the alert string");
+                          "A, B, C and D: numbers; B may also be the keyword of a component");
+        trap_->add_option("--alert", options_.trap.alert,
+                          "Alert text that the receiver shows; if it contains @@@, it is sent as the "
+                          "complete alert string");
         trap_->add_option("--event", options_.trap.event_id,
-                          "Event id, three numbers as in 13,1,37; otherwise that of the kind, or 0,0,0");
-        trap_->add_flag("--cleared", options_.trap.cleared, "The event is that something is over");
-        trap_->add_flag("--print", options_.print,
-                        "Print the text of the trap command in place of sending it");
+                          "Event ID, for example 13,1,37; the default is that of the kind, or 0,0,0");
+        trap_->add_flag("--cleared", options_.trap.cleared, "Report the end of an alert");
+        trap_->add_flag("--print", options_.print, "Print the trap command instead of sending it");
     }
 
     int Act() {
         if (options_.list) {
-            out_ << CatalogueText();
+            out_ << ListNotifications();
         } else if (trap_->parsed()) {
             ActOnTrap();
         } else if (raw_->parsed()) {
             options_.raw == kStandardInput ? SendLines() : SendRaw();
         } else if (lite_objects_->parsed()) {
-            Send(MgmtEnvelope(MGMT_SPECIFIC_TEMP_TEST));
+            Send(BuildMessage(MGMT_SPECIFIC_TEMP_TEST));
         } else if (show_outstanding_->parsed()) {
-            Send(MgmtEnvelope(MGMT_SPECIFIC_DISPLAY_TRAPS));
+            Send(BuildMessage(MGMT_SPECIFIC_DISPLAY_TRAPS));
         } else if (verbose_->parsed()) {
-            Send(MgmtEnvelope(options_.verbose ? MGMT_SPECIFIC_VERBOSE_ON : MGMT_SPECIFIC_VERBOSE_OFF));
+            Send(BuildMessage(options_.verbose ? MGMT_SPECIFIC_VERBOSE_ON : MGMT_SPECIFIC_VERBOSE_OFF));
         } else {
-            throw UsageError("what is to be sent? --help tells");
+            throw UsageError("missing command; see --help");
         }
         return kDelivered;
     }
 
     void ActOnTrap() {
-        const std::string text = TrapText(options_.trap);
+        const std::string command = BuildTrapCommand(options_.trap);
         if (options_.print) {
-            out_ << text << '\n';
+            out_ << command << '\n';
         } else {
-            Send(MgmtEnvelope(MGMT_SPECIFIC_SEND_TRAP, text));
+            Send(BuildMessage(MGMT_SPECIFIC_SEND_TRAP, command));
         }
     }
 
     void SendRaw() {
         if (options_.raw.empty()) {
-            throw UsageError("an empty text is no trap command");
+            throw UsageError("empty trap command");
         }
-        CheckTrapText(options_.raw);
-        Send(MgmtEnvelope(MGMT_SPECIFIC_SEND_TRAP, options_.raw));
+        CheckTrapCommand(options_.raw);
+        Send(BuildMessage(MGMT_SPECIFIC_SEND_TRAP, options_.raw));
     }
 
-    /** Empty lines are passed over. */
+    /** Empty lines are ignored. */
     void SendLines() {
         WireLinkClient client(Endpoint());
         for (size_t number = 1; const std::optional<std::string> line = ReadLine(in_); ++number) {
-            if (line->size() > kGreatestTrapText) {
-                throw UsageError("line " + std::to_string(number) + " is longer than the " +
-                                 std::to_string(kGreatestTrapText) +
-                                 " bytes that the daemon looks at; all lines before it were sent");
+            if (line->size() > kMaximumTrapCommand) {
+                throw UsageError("standard input:" + std::to_string(number) + ": longer than " +
+                                 std::to_string(kMaximumTrapCommand) +
+                                 " bytes; the lines before it were sent");
             }
             if (!line->empty()) {
-                client.SendGPBMsg(MgmtEnvelope(MGMT_SPECIFIC_SEND_TRAP, *line));
+                client.SendGPBMsg(BuildMessage(MGMT_SPECIFIC_SEND_TRAP, *line));
             }
         }
     }
@@ -199,3 +201,5 @@ class Program {
 int RunProgram(int argc, const char* const* argv, std::istream& in, std::ostream& out, std::ostream& err) {
     return Program(in, out, err).Run(argc, argv);
 }
+
+}  // namespace mgmtsend

@@ -2,5 +2,9 @@
 
 #include <iosfwd>
 
-/** Runs the program; the result is its exit status. */
+namespace mgmtsend {
+
+/** Runs the program and returns its exit status. */
 int RunProgram(int argc, const char* const* argv, std::istream& in, std::ostream& out, std::ostream& err);
+
+}  // namespace mgmtsend

@@ -7,7 +7,7 @@
 #include "tests/unit/words.h"
 #include "tools/apiClient/program.h"
 
-/** One run of the program with all that came of it. */
+/** One run of the program, with its status and output. */
 struct ClientRun {
     explicit ClientRun(const std::string& line) {
         const std::vector<std::string> words = Words("apiClient " + line);
@@ -17,7 +17,7 @@ struct ClientRun {
         }
         std::ostringstream out;
         std::ostringstream err;
-        status = RunProgram(static_cast<int>(argv.size()), argv.data(), out, err);
+        status = apiclient::RunProgram(static_cast<int>(argv.size()), argv.data(), out, err);
         output = out.str();
         errors = err.str();
     }

@@ -14,7 +14,7 @@ std::vector<std::string> Completions(const std::string& words, const std::string
     return candidates;
 }
 
-TEST(ApiClientCompletion, TheLastWordBecomesWhatCanStandThere) {
+TEST(ApiClientCompletion, CompletesTheLastWord) {
     const std::tuple<std::string, std::string, std::vector<std::string>> cases[] = {
         {"", "TsDiskF", {"TsDiskFolder", "TsDiskFolderStorageUsage"}},
         {"TsDisk", "Get", {"Get", "GetHistoricalIoUsage", "GetHistoricalStorageUsage", "GetList"}},
@@ -38,7 +38,7 @@ TEST(ApiClientCompletion, TheLastWordBecomesWhatCanStandThere) {
         {"TsDisk GetList --filter", "Status = D", {"Status = Down", "Status = Degraded"}},
         {"--enumeration", "DiskTr", {"DiskTrack"}},
         {"--locale", "en", {"en_US"}},
-        {"TsDisk GetList --filter", "HealthM", {}},  // no filter compares it
+        {"TsDisk GetList --filter", "HealthM", {}},  // filters do not support it
         {"TsDisk GetList --filter", "HealthMask = ", {}},
         {"TsDisk GetList", "--fi", {"--filter"}},
         {"TsDisk GetList", "--l", {"--lite", "--list", "--locale"}},

@@ -20,7 +20,7 @@ std::string Document(const char* kind, const char* object, const char* command,
            (arguments.empty() ? "" : "<Attributes>" + arguments + "</Attributes>") + "</ApiMethod>\n";
 }
 
-TEST(ApiClientRequest, ACommandLineBecomesOneDocument) {
+TEST(ApiClientRequest, BuildsTheDocument) {
     const Case cases[] = {
         {"TsDisk GetList", Document("Method", "TsDisk", "GetList", "")},
         {"tsdisk getlist --lite", Document("Method", "TsDisk", "GetList", "<LiteObj>1</LiteObj>")},
@@ -59,7 +59,7 @@ TEST(ApiClientRequest, ACommandLineBecomesOneDocument) {
              "<Options><TsIscsiConnectionOptions><UsingNAT>True</UsingNAT></TsIscsiConnectionOptions></"
              "Options>"
              "<Tessera>2 Tessera b</Tessera>")},
-        // What the catalogue does not know goes through when it is told to.
+        // Not in the catalogue.
         {"TsToaster Pop Slice=<2> --no-check",
          Document("Method", "TsToaster", "Pop", "<Slice>&lt;2&gt;</Slice>")},
     };
@@ -70,8 +70,8 @@ TEST(ApiClientRequest, ACommandLineBecomesOneDocument) {
     }
 }
 
-TEST(ApiClientRequest, ConditionsBecomeTheFilterOfAList) {
-    // Under this zone the half hour past two does not exist on that day; the array's zone is another.
+TEST(ApiClientRequest, BuildsTheFilterFromConditions) {
+    // In this time zone, half past two does not exist on that day; the array's is another.
     setenv("TZ", "EST5EDT,M3.2.0,M11.1.0", 1);
     tzset();
     const Case cases[] = {
@@ -100,47 +100,53 @@ TEST(ApiClientRequest, ConditionsBecomeTheFilterOfAList) {
     }
 }
 
-/** Nobody listens and there is no key: a mistake that is found too late would show as another one. */
-TEST(ApiClientRequest, MistakesAreExplained) {
+/** There is no socket and no key, so a mistake that is found too late would give another message. */
+TEST(ApiClientRequest, RejectsMistakesWithAMessage) {
     const Case cases[] = {
-        {"", "what is to be asked? --help tells"},
-        {"TsDisk", "which command or association? apiClient TsDisk --list has them"},
+        {"", "missing object; see --help"},
+        {"TsDisk", "missing command or association; see apiClient TsDisk --list"},
         {"TsDsk GetList", "there is no object 'TsDsk'; do you mean TsDisk?"},
         {"TsDisk GetLst", "there is no command or association of TsDisk 'GetLst'; do you mean GetList?"},
-        {"TsDisk Get", "TsDisk Get needs\n  InstanceId: the id of an instance"},
-        {"TsDisk Get InstanceId", "'InstanceId' is no argument of the form Name=Value"},
-        {"TsDisk Get Name=x InstanceId=1", "there is no argument of TsDisk Get 'Name'; it takes InstanceId"},
-        {"TsDisk Get InstanceId=1 InstanceId=2", "InstanceId is given 2 times and holds one value only"},
+        {"TsDisk Get", "TsDisk Get needs:\n  InstanceId: an instance ID"},
+        {"TsDisk Get InstanceId", "invalid argument 'InstanceId'; expected NAME=VALUE"},
+        {"TsDisk Get Name=x InstanceId=1",
+         "there is no argument of TsDisk Get 'Name'; it accepts InstanceId"},
+        {"TsDisk Get InstanceId=1 InstanceId=2", "InstanceId is given 2 times; it holds only one value"},
         {"Tessera Modify InstanceId=1 Name=<x>",
-         "Name was given '<x>' (3 bytes), but is a text of 1 to 64 bytes without < > &"},
-        {"Tessera Modify InstanceId=1 Name=" + std::string(65, 'x'), "(65 bytes), but is a text of 1 to 64"},
-        {"Tessera Modify InstanceId=1 Location=a\tb", "Location holds a control character"},
+         "invalid value '<x>' (3 bytes) for Name; expected a string of 1 to 64 bytes without < > &"},
+        {"Tessera Modify InstanceId=1 Name=" + std::string(65, 'x'),
+         "(65 bytes) for Name; expected a string of 1 to 64"},
+        {"Tessera Modify InstanceId=1 Location=a\tb", "Location contains a control character"},
         {"Tessera Modify InstanceId=1 OperationMode=Fast",
-         "OperationMode was given 'Fast', but is one of Normal"},
-        {"Tessera Modify InstanceId=1 ManagementIp=10.0.0", "but is an IPv4 address"},
+         "invalid value 'Fast' for OperationMode; expected one of Normal"},
+        {"Tessera Modify InstanceId=1 ManagementIp=10.0.0", "; expected an IPv4 address"},
         {"Tessera CheckVolumeSize InstanceId=1 'Size=3 pints'",
-         "Size was given '3 pints', but is a number of"},
+         "invalid value '3 pints' for Size; expected a number of"},
         {"TsController Modify InstanceId=1 IPv6Eth0IPPrefix=129",
-         "IPv6Eth0IPPrefix (IPv6 Address Prefix) was given '129', but is a whole number, 0 to 128"},
-        {"TsController Modify InstanceId=1 IndicatorOn=maybe", "was given 'maybe', but is True or False"},
+         "invalid value '129' for IPv6Eth0IPPrefix (IPv6 Address Prefix); expected an integer, 0 to 128"},
+        {"TsController Modify InstanceId=1 IndicatorOn=maybe",
+         "invalid value 'maybe' for IndicatorOn; expected True or False"},
         {"TsDisk GetHistoricalIoUsage InstanceId=1 HistoricalFilter=x",
-         "is structured, HistoricalFilter: give HistoricalFilter.FIELD=VALUE for each field"},
+         "HistoricalFilter is a HistoricalFilter: give HistoricalFilter.FIELD=VALUE for each field"},
         {"TsDisk GetHistoricalIoUsage InstanceId=1 HistoricalFilter.UseCurent=1",
          "there is no field of HistoricalFilter 'UseCurent'; do you mean UseCurrent?"},
         {"TsDisk Get InstanceId.x=1", "InstanceId has no field 'x'"},
         {"Tessera AddIScsiTesseraConnections NatInfo.IpAddress=10.0.0.1",
-         "give NatInfo.1.FIELD=VALUE for each field, .2 for the second and so on"},
-        {"TsDisk GetList --filter Status", "the filter 'Status' is not an attribute, one of = > >= < <="},
+         "give NatInfo.1.FIELD=VALUE for each field of the first, .2 for the second, and so on"},
+        {"TsDisk GetList --filter Status",
+         "invalid filter 'Status'; expected ATTRIBUTE OPERATOR VALUE with one of = > >= < <="},
         {"TsDisk GetList --filter 'Stats = Up'",
          "there is no attribute of TsDisk 'Stats'; do you mean Status?"},
-        {"TsDisk GetList --filter 'Status > Up'", "'>' never matches Status; = does"},
+        {"TsDisk GetList --filter 'Status > Up'",
+         "operator '>' never matches attribute Status; supported are ="},
         {"TsDisk GetList --filter 'Status = Upp'",
-         "Status was given 'Upp', but is one of Up, Down, Degraded"},
-        {"TsDisk GetList --filter 'HealthMask = x'", "HealthMask is of a kind that no filter compares"},
-        {"TsDisk Get InstanceId=1 --filter 'Status = Up'", "TsDisk Get takes no filter"},
+         "invalid value 'Upp' for Status; expected one of Up, Down, Degraded"},
+        {"TsDisk GetList --filter 'HealthMask = x'",
+         "filters do not support attribute HealthMask (ENUMMASK)"},
+        {"TsDisk Get InstanceId=1 --filter 'Status = Up'", "TsDisk Get does not accept a filter"},
         {"TsDisk GetList --filter 'Status = Up' 'Filter=and Index = 1-'", "either --filter or Filter="},
         {"TsDisk GetList --columns Nme", "there is no column 'Nme'; do you mean Name?"},
-        {"'Ts Disk' Get --no-check", "object and command must be names"},
+        {"'Ts Disk' Get --no-check", "object and command must consist of letters and digits"},
         {"--enumeration Statu", "there is no enumeration 'Statu'; do you mean Status?"},
     };
     for (const Case& each : cases) {
@@ -151,7 +157,7 @@ TEST(ApiClientRequest, MistakesAreExplained) {
     }
 }
 
-TEST(ApiClientRequest, SlipsDoNotBecomeValuesOfFilters) {
+TEST(ApiClientRequest, RejectsFilterValuesThatTheLibraryWouldMisread) {
     const std::vector<std::pair<std::string, std::vector<std::string>>> rows = {
         {"TsControllerTemperatureSensor CurrentTemperature",
          {"1000C", "hot", "45.5 C", "45 K", "45 C F", "C", "45 C/116 F", "0 C/50 F", "1 C/2 C/3 C", "45 C/",
@@ -172,21 +178,21 @@ TEST(ApiClientRequest, SlipsDoNotBecomeValuesOfFilters) {
         for (const std::string& value : values) {
             const ClientRun run(object + " GetList --print --filter '" + attribute + " > " + value + "'");
             EXPECT_EQ(run.status, 2) << attribute << ' ' << value << ' ' << run.output;
-            EXPECT_THAT(run.errors, HasSubstr(" was given '" + value + "', but is a "));
+            EXPECT_THAT(run.errors, HasSubstr("invalid value '" + value + "' for " + attribute));
         }
     }
 }
 
-TEST(ApiClientRequest, ListsTellWhatThereIs) {
+TEST(ApiClientRequest, ListsTheCatalogue) {
     const std::pair<const char*, std::vector<const char*>> cases[] = {
         {"--list", {"TsDisk                         A disk as the array uses it\n"}},
         {"TsUps --list",
          {"  GetList  ", "[Filter]", "  Tessera\n", "  Status ", "one of Up, Down, Degraded"}},
         {"TsDisk GetHistoricalIoUsage --list",
-         {"reads the array; privilege Reporter", "\nNeeded:\n  InstanceId ",
-          "\nMay be left out:\n  HistoricalFilter ", "\nFields of HistoricalFilter:\n  EndTime "}},
+         {"reads the array; privilege Reporter", "\nRequired arguments:\n  InstanceId ",
+          "\nOptional arguments:\n  HistoricalFilter ", "\nFields of HistoricalFilter:\n  EndTime "}},
         {"--enumeration DiskTier", {"1  "}},
-        // Bytes of ISO-8859-1 come out as UTF-8.
+        // Converted from ISO-8859-1 to UTF-8.
         {"--enumeration CareBridgeCountry", {"C\xc3\xb4te"}},
     };
     for (const auto& [words, lines] : cases) {

@@ -23,7 +23,7 @@ constexpr const char* kStart = "/tmp/apps/snmpsubagent.conf";
 constexpr const char* kKey = "/etc/wirelink.key";
 constexpr const char* kMaster = "/etc/snmpd.conf";
 
-/** A machine below a folder, installed as the package does it, with a session key. */
+/** A directory with the files of a machine, as the package installs them, and a session key. */
 class Checkconf : public testing::Test {
   protected:
     Checkconf() {
@@ -51,7 +51,7 @@ class Checkconf : public testing::Test {
         chmod((root_ + path).c_str(), mode);
     }
 
-    /** Exit status; what was printed is in out_. */
+    /** Returns the exit status; the output is in out_. */
     int Run(std::vector<string> options = {"--quiet"}) {
         std::vector<const char*> words = {"checkconf", "--root", root_.c_str()};
         for (const string& option : options)
@@ -68,17 +68,17 @@ class Checkconf : public testing::Test {
     std::ostringstream err_;
 };
 
-TEST_F(Checkconf, FindsNothingInWhatIsShipped) {
+TEST_F(Checkconf, FindsNothingInTheDefaultFiles) {
     EXPECT_EQ(Run(), 0);
     EXPECT_THAT(out_, IsEmpty());
     EXPECT_EQ(Run({}), 0);
-    EXPECT_THAT(out_, HasSubstr(root_ + kStart + "\n  the daemon goes into the background\n"));
+    EXPECT_THAT(out_, HasSubstr(root_ + kStart + "\n  the daemon runs in the background\n"));
     EXPECT_THAT(out_, HasSubstr("notifications are off"));
     EXPECT_THAT(out_, HasSubstr("0 errors, 0 warnings\n"));
 }
 
-// Each setting stands before the first comment, and no comment names one: the reader knows no comments.
-TEST_F(Checkconf, ShippedSettingsAreFoundWhereTheyStand) {
+// All settings precede the first comment, and no comment contains their names: the parser ignores comments.
+TEST_F(Checkconf, DefaultSettingsAreFoundAtTheirLines) {
     const string text = Shipped("snmpSubagent.conf");
     const size_t comments = text.find('#');
     for (const conf_setting& setting : conf_settings) {
@@ -87,27 +87,27 @@ TEST_F(Checkconf, ShippedSettingsAreFoundWhereTheyStand) {
     }
 }
 
-TEST_F(Checkconf, WarnsOfWhatTheReaderTakesOtherwise) {
+TEST_F(Checkconf, WarnsOfUnexpectedInterpretations) {
     const std::pair<string, const char*> rows[] = {
         {"# trapDest was 10.0.0.1\ntrapDest 10.0.0.2\n",
-         "line 1: trapDest is found in a comment, and what follows there is taken for its value; line 2 does "
-         "not count"},
+         "line 1: trapDest is found in a comment, and its value is read from there; line 2 is ignored"},
         {"mytrapDest 10.0.0.1\n", "line 1: trapDest is found in the middle of the line"},
-        {"trapsEnabled yes \n", "line 1: the blank at the end belongs to the value of trapsEnabled"},
-        {"trapsEnabled YES\n", "line 1: trapsEnabled is 'YES', which is off"},
-        {"trapsEnabled no\nverbose yes", "line 2: verbose has no newline at its end: it counts as not set"},
+        {"trapsEnabled yes \n", "line 1: the value of trapsEnabled includes the space at its end"},
+        {"trapsEnabled YES\n", "line 1: trapsEnabled is 'YES', which means off"},
+        {"trapsEnabled no\nverbose yes", "line 2: verbose has no newline at its end: the daemon ignores it"},
         {string(480, '#') + "\n#\n#\ntrapPort 16222222222222\n",
-         "line 4: trapPort does not end within the bytes that the daemon looks at"},
+         "line 4: trapPort does not end within the bytes that the daemon reads"},
         {string(499, '#') + "\ntrapPort 162\n",
-         "line 2: trapPort is beyond the 499 bytes that the daemon looks at"},
-        {string("trapVer 2\n\0trapPort 1\n", 22), "line 2: a zero byte, where the file ends for the daemon"},
-        {"trapPort 162abc\n", "line 1: trapPort is '162abc': its leading digits count"},
-        {"controllerIndexThis 3\n", "the daemon says: conf_controllerIndexThis is not 1 or 2: 3"},
-        {"trapsEnabel yes\n", "line 1: 'trapsEnabel' is no setting of the daemon"},
-        {"trapsEnabled yes\ntrapDest 1.2.3.4.5\n", "the daemon says: Invalid trap dest addr: 1.2.3.4.5"},
+         "line 2: trapPort is beyond the 499 bytes that the daemon reads"},
+        {string("trapVer 2\n\0trapPort 1\n", 22),
+         "line 2: a zero byte; the daemon ignores the rest of the file"},
+        {"trapPort 162abc\n", "line 1: trapPort is '162abc'; only its leading digits are read"},
+        {"controllerIndexThis 3\n", "the daemon would log: conf_controllerIndexThis is not 1 or 2: 3"},
+        {"trapsEnabel yes\n", "line 1: unknown setting 'trapsEnabel'"},
+        {"trapsEnabled yes\ntrapDest 1.2.3.4.5\n", "the daemon would log: Invalid trap dest addr: 1.2.3.4.5"},
         {"trapsEnabled yes\ntrapDest 10.0.0.9\ntrapPort 70000\n", "trapPort is 70000: none arrives"},
-        {"trapsEnabled yes\ntrapDest \n", "trapDest is empty: none leaves"},
-        {"", "the daemon says: conf file is empty"},
+        {"trapsEnabled yes\ntrapDest \n", "trapDest is empty: none is sent"},
+        {"", "the daemon would log: conf file is empty"},
     };
     for (const auto& [text, warning] : rows) {
         Write(kSettings, text);
@@ -117,7 +117,7 @@ TEST_F(Checkconf, WarnsOfWhatTheReaderTakesOtherwise) {
     }
 }
 
-TEST_F(Checkconf, SaysNothingOfSettingsThatCountAsTheyLook) {
+TEST_F(Checkconf, DoesNotWarnOfProperSettings) {
     const string rows[] = {
         "# nothing\n",
         "rocommunity\t public\n  trapVer 2\n",
@@ -133,7 +133,7 @@ TEST_F(Checkconf, SaysNothingOfSettingsThatCountAsTheyLook) {
     }
 }
 
-TEST_F(Checkconf, WarnsOfCommunitiesThatOthersSee) {
+TEST_F(Checkconf, WarnsOfExposedCommunities) {
     Write(kSettings, "rocommunity public\n", 0640);
     EXPECT_EQ(Run(), 1);
     EXPECT_THAT(out_, HasSubstr("readable or writable by group or others; run chmod 600"));
@@ -142,23 +142,25 @@ TEST_F(Checkconf, WarnsOfCommunitiesThatOthersSee) {
     EXPECT_THAT(out_, HasSubstr("the self-test uses the write community"));
 }
 
-TEST_F(Checkconf, ShowsNoCommunity) {
+TEST_F(Checkconf, NeverPrintsCommunities) {
     Write(kSettings, "rocommunity hush \ntrapCommun hush hush\r\nrwcommunity hush\n");
     EXPECT_EQ(Run({}), 2);
     EXPECT_THAT(out_, Not(HasSubstr("hush")));
 }
 
-TEST_F(Checkconf, ErrsWhereTheDaemonWouldNotStart) {
+TEST_F(Checkconf, ReportsErrorsIfTheDaemonWouldNotStart) {
     const std::tuple<const char*, string, const char*> rows[] = {
-        {kStart, "", "not one line of the form key=value"},
-        {kKey, "two words\n", "its first line is empty, too long, or holds something else"},
-        {kMaster, "rocommunity public\nagentXTimeout 60\n", "there is no line 'master agentx'"},
-        {kMaster, "master agentx  # a comment\nrocommunity public\n", "there is no line 'master agentx'"},
-        {kMaster, "master agentx\nrocommunity other\n", "has no rocommunity line"},
-        {kMaster, "master agentx\nrocommunity public 10.0.0.0/8\n", "is not answered to this machine"},
+        {kStart, "", "no line of the form KEY=VALUE"},
+        {kKey, "two words\n", "its first line is empty, too long, or contains other characters"},
+        {kMaster, "rocommunity public\nagentXTimeout 60\n",
+         "the last master line is missing or not exactly 'master agentx'"},
+        {kMaster, "master agentx  # a comment\nrocommunity public\n",
+         "the last master line is missing or not exactly 'master agentx'"},
+        {kMaster, "master agentx\nrocommunity other\n", "no rocommunity line for the self-test community"},
+        {kMaster, "master agentx\nrocommunity public 10.0.0.0/8\n", "has no access from this machine"},
         {kMaster, "master agentx\nrocommunity public\nagentXSocket /x\n", "agentXSocket is set"},
-        {"/usr/bin/killall", "", "/usr/bin/killall is no program"},
-        {"/usr/bin/snmp", "", "/usr/local/sbin/snmpd is no program"},
+        {"/usr/bin/killall", "", "/usr/bin/killall is not a program"},
+        {"/usr/bin/snmp", "", "/usr/local/sbin/snmpd is not a program"},
     };
     for (const auto& [path, text, error] : rows) {
         string before;
@@ -175,35 +177,35 @@ TEST_F(Checkconf, ErrsWhereTheDaemonWouldNotStart) {
     EXPECT_EQ(Run(), 0) << out_;
 }
 
-// Each row is what snmpd itself makes of such lines.
-TEST_F(Checkconf, FollowsALineOfTheCommunityToWhatItShows) {
-    const string hidden = "may not read .1.3.6.1.4.1.913.11000.2000.500.1.2.7.0, which the daemon asks for";
-    const string unseen = "whether it may read .1.3.6.1.4.1.913.11000.2000.500.1.2.7.0 is not looked at";
-    const string answered = "the community of the self-test is answered\n";
+// The results are those of snmpd itself.
+TEST_F(Checkconf, FindsTheAccessOfTheSelfTestCommunity) {
+    const string hidden = "cannot read .1.3.6.1.4.1.913.11000.2000.500.1.2.7.0, which the daemon needs";
+    const string unknown = "its access to .1.3.6.1.4.1.913.11000.2000.500.1.2.7.0 is not checked";
+    const string granted = "the self-test community has access\n";
     const string by_view = "rocommunity public default -V v\n";
     const string array = ".1.3.6.1.4.1.913.11000.2000.500";
     const std::tuple<string, string, int> rows[] = {
         {by_view + "view v included .1.3.6.1.2.1.1\n", hidden, 2},
         {"rocommunity public default .1.3.6.1.2.1.1\n", hidden, 2},
-        {"rocommunity public default " + array + "\n", answered, 0},
+        {"rocommunity public default " + array + "\n", granted, 0},
         {"rocommunity public default " + array + " other\n", hidden, 2},
-        {"rocommunity public default enterprises\n", unseen, 0},
-        {"VIEW v included " + array + "\nROCOMMUNITY public localhost -V v\n", answered, 0},
+        {"rocommunity public default enterprises\n", unknown, 0},
+        {"VIEW v included " + array + "\nROCOMMUNITY public localhost -V v\n", granted, 0},
         {by_view, hidden, 2},
         {by_view + "view v included .1\nview v excluded " + array + ".1.2\n", hidden, 2},
         {by_view + "view v excluded " + array + "\nview v included " + array + ".1\nview v excluded .1\n",
-         answered, 0},
+         granted, 0},
         {by_view + "view v excluded .1\nview v included .1\n", hidden, 2},
         {by_view + "view v included .1.3.6.1.2 0xf8\n", hidden, 2},
-        {by_view + "view v included .1.3.6.1.4.1.913.11000.9 ff:7f\n", answered, 0},
-        {by_view + "view v included .1.3.6.1.5 f0\nview v excluded .1.3.6.1.4\n", answered, 0},
-        {by_view + "view v included .iso\n", unseen, 0},
-        {by_view + "view v included .1\nview w included system\n", answered, 0},
-        {"rwcommunity public 10.0.0.0/8 .1.3.6.1.2\nrocommunity public 127.0.0.0/255.0.0.0\n", answered, 0},
-        {"rocommunity public 127.0.0.5\n", "is not answered to this machine", 2},
-        {"rocommunity public monitor\n", unseen, 0},
-        {"com2sec someone default public\n", unseen, 0},
-        {"includeFile x\n" + by_view, hidden + "; the files that this one includes are not looked at", 0},
+        {by_view + "view v included .1.3.6.1.4.1.913.11000.9 ff:7f\n", granted, 0},
+        {by_view + "view v included .1.3.6.1.5 f0\nview v excluded .1.3.6.1.4\n", granted, 0},
+        {by_view + "view v included .iso\n", unknown, 0},
+        {by_view + "view v included .1\nview w included system\n", granted, 0},
+        {"rwcommunity public 10.0.0.0/8 .1.3.6.1.2\nrocommunity public 127.0.0.0/255.0.0.0\n", granted, 0},
+        {"rocommunity public 127.0.0.5\n", "has no access from this machine", 2},
+        {"rocommunity public monitor\n", unknown, 0},
+        {"com2sec someone default public\n", unknown, 0},
+        {"includeFile x\n" + by_view, hidden + "; included files are not checked", 0},
     };
     for (const auto& [text, said, status] : rows) {
         Write(kMaster, "master agentx\n" + text);
@@ -212,20 +214,21 @@ TEST_F(Checkconf, FollowsALineOfTheCommunityToWhatItShows) {
     }
 }
 
-TEST_F(Checkconf, ErrsWhereTheMasterAgentListensElsewhere) {
-    const string elsewhere = "no agentAddress is UDP port 161 at 127.0.0.1, where the daemon asks";
-    const string unseen = "whether the self-test finds snmpd there is not looked at";
+TEST_F(Checkconf, ReportsAnErrorIfTheMasterAgentListensElsewhere) {
+    const string elsewhere = "no agentAddress includes UDP port 161 at 127.0.0.1";
+    const string unknown = "whether the self-test reaches snmpd there is not checked";
     const std::pair<const char*, string> rows[] = {
         {"agentaddress udp:1161", elsewhere},
         {"agentAddress udp:127.0.0.5:161", elsewhere},
         {"agentaddress tcp:161", elsewhere},
         {"agentaddress udp6:[::1]:161,[::1]:161", elsewhere},
         {"agentaddress unix:/run/x,/run/y", elsewhere},
-        {"includeDir /x\nagentaddress udp:1161", elsewhere + "; the files that this one includes"},
-        {"agentaddress udp:161, udp:1161", "agentAddress has a blank among its addresses"},
-        {"agentaddress udp:1161,monitor", unseen},
-        {"agentaddress udp:161@lo", unseen},
-        {"agentaddress udp:snmp", unseen},
+        {"includeDir /x\nagentaddress udp:1161",
+         elsewhere + ", where the self-test sends its requests; included files"},
+        {"agentaddress udp:161, udp:1161", "agentAddress contains a space"},
+        {"agentaddress udp:1161,monitor", unknown},
+        {"agentaddress udp:161@lo", unknown},
+        {"agentaddress udp:snmp", unknown},
         {"agentaddress udp:1161\nAGENTADDRESS UDP:161", ""},
         {"agentaddress LocalHost", ""},
         {"agentaddress udp:127.0.0.1:161", ""},
@@ -234,7 +237,7 @@ TEST_F(Checkconf, ErrsWhereTheMasterAgentListensElsewhere) {
     };
     for (const auto& [text, said] : rows) {
         Write(kMaster, string("master agentx\nrocommunity public\n") + text + "\n");
-        const bool is_good = said.empty() || said == unseen || text[0] == 'i';
+        const bool is_good = said.empty() || said == unknown || text[0] == 'i';
         EXPECT_EQ(Run({"--allow-warnings"}), is_good ? 0 : 2) << text;
         EXPECT_THAT(out_,
                     said.empty() ? testing::Matcher<string>(Not(HasSubstr("agentAddress"))) : HasSubstr(said))
@@ -242,7 +245,7 @@ TEST_F(Checkconf, ErrsWhereTheMasterAgentListensElsewhere) {
     }
 }
 
-TEST_F(Checkconf, IsNotEndedByAFolderInAFilesPlace) {
+TEST_F(Checkconf, SurvivesADirectoryInPlaceOfAFile) {
     for (const string path : {kMaster, kSettings}) {
         std::filesystem::remove(root_ + path);
         std::filesystem::create_directory(root_ + path);
@@ -251,12 +254,12 @@ TEST_F(Checkconf, IsNotEndedByAFolderInAFilesPlace) {
     EXPECT_THAT(out_, HasSubstr("cannot be read (Is a directory)"));
 }
 
-TEST_F(Checkconf, WarnsOfAnImpatientOrIndiscreetMasterAgent) {
+TEST_F(Checkconf, WarnsOfUnsuitableMasterAgentOptions) {
     const std::pair<string, const char*> rows[] = {
         {"agentXTimeout 12\nagentXRetries 0\n", "agentXTimeout is 12 s"},
         {"agentXRetries 0\n", "agentXTimeout is 1 s"},
         {"agentXTimeout 60\n", "agentXRetries is not 0"},
-        {"AGENTXTIMEOUT 60\nagentxretries 0\ncreateUser x SHA \"a passphrase\"\n", "it holds passphrases"},
+        {"AGENTXTIMEOUT 60\nagentxretries 0\ncreateUser x SHA \"a passphrase\"\n", "contains passphrases"},
     };
     for (const auto& [text, warning] : rows) {
         Write(kMaster, "master agentx\nrocommunity \"public\"\n" + text, 0644);

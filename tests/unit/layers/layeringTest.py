@@ -36,9 +36,10 @@ apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request: platform refresh snmpSubag
     snmpSubagentUtil threadpool traps
 apiMgmt/snmpSubagent/snmpSubagentMain: heartbeat platform proto refresh request settings snmpSubagentComm
     snmpSubagentMibParser snmpSubagentUtil threadpool traps utils wirelink
-tools/apiClient: apiAttributes base src utils wirelink xmlwrap
+tools/commandLine: utils
+tools/apiClient: apiAttributes base commandLine src utils wirelink xmlwrap
 tools/checkconf: settings snmpSubagentMibParser snmpSubagentUtil traps utils wirelink
-tools/mgmtSend: proto snmpSubagentMibParser traps utils wirelink
+tools/mgmtSend: commandLine proto snmpSubagentMibParser traps utils wirelink
 arraySim/model: apiAttributes base utils
 arraySim/protocol: apiAttributes base model src utils xmlwrap
 arraySim/faults: protocol utils wirelink

@@ -15,7 +15,7 @@ using testing::IsEmpty;
 
 namespace {
 
-/** The program beside a listener that takes the daemon's place. */
+/** Runs the program against a fake daemon. */
 class MgmtSend : public testing::Test {
   protected:
     int Run(const std::string& line, const std::string& input = {}) {
@@ -27,12 +27,12 @@ class MgmtSend : public testing::Test {
         std::istringstream in(input);
         out_.str({});
         err_.str({});
-        return RunProgram(static_cast<int>(argv.size()), argv.data(), in, out_, err_);
+        return mgmtsend::RunProgram(static_cast<int>(argv.size()), argv.data(), in, out_, err_);
     }
 
     void Listen() { daemon_.emplace(endpoint_); }
 
-    /** The messages of one connection, which the program has made and closed by now. */
+    /** Returns the messages of one connection, which the program must have closed already. */
     std::vector<protoIPCMsg::GPBIPCMsg> Take() {
         WireLinkServerConnection connection(endpoint_, daemon_->Accept(nullptr, nullptr, 0));
         std::vector<protoIPCMsg::GPBIPCMsg> messages;
@@ -59,8 +59,9 @@ class MgmtSend : public testing::Test {
     std::ostringstream err_;
 };
 
-TEST_F(MgmtSend, EachCommandIsAMessageOfItsOwn) {
-    // Kind of the envelope; the message with service, kind and command type 0, the command, the text.
+TEST_F(MgmtSend, SendsOneMessagePerCommand) {
+    // Bytes of the envelope: its kind; the message with service, kind and command type 0; the command; the
+    // string.
     const std::pair<std::string, std::string> cases[] = {
         {"raw '4 4 4 0 0 0 0 0 x'",
          std::string("\x08\x06\x32\x1b\x08\x00\x10\x00\x18\x00\x20\x01\x2a\x11", 14) + "4 4 4 0 0 0 0 0 x"},
@@ -79,7 +80,7 @@ TEST_F(MgmtSend, EachCommandIsAMessageOfItsOwn) {
     }
 }
 
-TEST_F(MgmtSend, ATrapIsWrittenAsItsKindDemands) {
+TEST_F(MgmtSend, BuildsTrapCommands) {
     const std::pair<std::string, const char*> cases[] = {
         {"202 17", "13 1 37 202 17 0 0 0 @@@"},
         {"disk-status 17 --alert 'two  words'", "13 1 37 202 17 0 0 0 @@@two  words"},
@@ -95,7 +96,7 @@ TEST_F(MgmtSend, ATrapIsWrittenAsItsKindDemands) {
         {"ups-status 4", "29 1 22 212 4 0 0 0 @@@"},
         {"scsi-device-status 0 3 4", "0 0 0 213 0 3 4 0 @@@"},
         {"test", "0 0 0 200 0 0 0 0 @@@"},
-        {"misc --alert 'as it stands'", "0 0 0 201 0 0 0 0 as it stands"},
+        {"misc --alert 'an alert'", "0 0 0 201 0 0 0 0 an alert"},
         {"misc", "0 0 0 201 0 0 0 0 "},
         {"100 --alert 'a plain one'", "0 0 0 100 0 0 0 0  @@@a plain one"},
     };
@@ -108,35 +109,34 @@ TEST_F(MgmtSend, ATrapIsWrittenAsItsKindDemands) {
     }
 }
 
-/** Nobody listens: a mistake that is found too late would end in status 1. */
-TEST_F(MgmtSend, MistakesAreNamedBeforeAnythingIsSent) {
+/** There is no daemon, so a mistake that is found too late would give status 1. */
+TEST_F(MgmtSend, RejectsMistakesBeforeSending) {
     const std::pair<std::string, std::string> cases[] = {
-        {"", "what is to be sent? --help tells"},
+        {"", "missing command; see --help"},
         {"trap", "KIND is required"},
-        {"trap disk", "there is no notification 'disk'; --list has all of them"},
-        {"trap 214 1", "there is no notification '214'; --list has all of them"},
+        {"trap disk", "unknown notification 'disk'; see --list"},
+        {"trap 214 1", "unknown notification '214'; see --list"},
         {"trap disk-status", "disk-status needs argument A: API index of the disk"},
         {"trap 211 3", "ports-balanced needs argument A: 1 or 2"},
         {"trap scsi-device-status", "scsi-device-status needs argument A: row of the disk, 0 for none"},
         {"trap 213 0 0 1", "scsi-device-status needs argument B: type of the device, above 0"},
-        {"trap 202 x", "argument A 'x' is no number from 0 to 2147483647"},
-        {"trap 202 1 fan", "argument B 'fan' is no number from 0 to 2147483647"},
-        {"trap 202 1 2 3 4 5", "a notification has no more arguments than A B C D"},
-        {"trap 204 1", "ctlr-comp-status needs argument B: the component, by word or number"},
+        {"trap 202 x", "invalid argument A 'x'; expected a number from 0 to 2147483647"},
+        {"trap 202 1 fan", "invalid argument B 'fan'; expected a number from 0 to 2147483647"},
+        {"trap 202 1 2 3 4 5", "too many arguments; a notification has only A, B, C and D"},
+        {"trap 204 1", "ctlr-comp-status needs argument B: keyword or number of the component"},
         {"trap ctlr-comp-status 1 io-module 1",
-         "ctlr-comp-status knows no component 'io-module', only fan (1), power (2), temperature (3), voltage "
-         "(4)"},
+         "unknown component 'io-module' of ctlr-comp-status; expected fan (1), power (2), temperature (3), "
+         "voltage (4)"},
         {"trap 206 1 4 1",
-         "encl-comp-status knows no component '4', only fan (1), power (2), temperature (3), io-module (5), "
-         "alarm (6)"},
+         "unknown component '4' of encl-comp-status; expected fan (1), power (2), temperature (3), io-module "
+         "(5), alarm (6)"},
         {"trap 204 1 fan", "ctlr-comp-status needs argument C: API index of the fan minus 1"},
         {"trap 202 1 0 0 4 --cleared", "argument D 4 contradicts --cleared"},
-        {"trap 202 1 --event 13,1", "the event id '13,1' is not three numbers, as in 13,1,37"},
-        {"trap 202 1 --alert two\nlines", "a trap command is one line; the text holds a line feed"},
-        {"trap 202 1 --alert " + std::string(478, 'x'),
-         "the trap command has 501 bytes; the daemon looks at 500 and would cut the rest"},
-        {"raw ''", "an empty text is no trap command"},
-        {"raw two\nlines", "a trap command is one line"},
+        {"trap 202 1 --event 13,1", "invalid event ID '13,1'; expected three numbers, for example 13,1,37"},
+        {"trap 202 1 --alert two\nlines", "the trap command contains a line feed; it must be a single line"},
+        {"trap 202 1 --alert " + std::string(478, 'x'), "the trap command has 501 bytes; the maximum is 500"},
+        {"raw ''", "empty trap command"},
+        {"raw two\nlines", "the trap command contains a line feed"},
         {"raw " + std::string(501, '1'), "the trap command has 501 bytes"},
         {"verbose loud", "on|off: loud not in {on,off}"},
     };
@@ -146,7 +146,7 @@ TEST_F(MgmtSend, MistakesAreNamedBeforeAnythingIsSent) {
     }
 }
 
-TEST_F(MgmtSend, TheLongestTextGoesThroughWhole) {
+TEST_F(MgmtSend, SendsTheLongestTrapCommand) {
     Listen();
     ASSERT_EQ(Run("trap 202 1 --alert " + std::string(477, 'x')), 0);
     const std::vector<std::string> texts = TakeTexts();
@@ -154,7 +154,7 @@ TEST_F(MgmtSend, TheLongestTextGoesThroughWhole) {
     EXPECT_EQ(texts[0].size(), 500u);
 }
 
-TEST_F(MgmtSend, LinesOfTheInputShareOneConnection) {
+TEST_F(MgmtSend, SendsLinesOfInputOnOneConnection) {
     Listen();
     ASSERT_EQ(
         Run("raw -", "1 1 1 201 0 0 0 0 one\n\n2 2 2 201 0 0 0 0 two \n" + std::string(500, 'x') + "\nlast"),
@@ -163,15 +163,14 @@ TEST_F(MgmtSend, LinesOfTheInputShareOneConnection) {
                                          std::string(500, 'x'), "last"));
     ASSERT_EQ(Run("raw -", "first\n\n" + std::string(501, 'x') + "\nnever"), 2);
     EXPECT_THAT(err_.str(),
-                HasSubstr("line 3 is longer than the 500 bytes that the daemon looks at; all lines "
-                          "before it were sent"));
+                HasSubstr("standard input:3: longer than 500 bytes; the lines before it were sent"));
     EXPECT_THAT(TakeTexts(), ElementsAre("first"));
 }
 
-TEST_F(MgmtSend, ADaemonThatIsNotThereIsAStatusOfItsOwn) {
+TEST_F(MgmtSend, HasAStatusForAnUnreachableDaemon) {
     for (const char* words : {"trap 202 1", "raw -", "verbose on"}) {
         EXPECT_EQ(Run(words, "1 1 1 201 0 0 0 0 one\n"), 1);
-        EXPECT_THAT(err_.str(), HasSubstr("mgmtSend: the daemon cannot be reached: " + socket_));
+        EXPECT_THAT(err_.str(), HasSubstr("mgmtSend: cannot reach the daemon: " + socket_));
     }
 }
 
