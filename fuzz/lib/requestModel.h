@@ -25,6 +25,3 @@ int serve_and_check(snmp_pdu_of_test& pdu, int mode);
 
 /** Serves the phases of a SET in order, as far as they succeed. */
 void set_and_check(snmp_pdu_of_test& pdu);
-
-/** Sends the queued changes to the array and compares them with those that were committed. */
-void check_queued_sets();

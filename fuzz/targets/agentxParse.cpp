@@ -9,6 +9,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/oidLookup.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/requestPace.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/serviceWindow.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/setRequest.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapQueue.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 #include "fuzz/lib/fuzzCheck.h"
@@ -119,7 +120,7 @@ void serve(const netsnmp_pdu& parsed) {
         set_and_check(pdu);
     else
         serve_and_check(pdu, kModes[parsed.command - kGet]);
-    check_queued_sets();
+    perform_queued_set();
     end_agent_tick();
 }
 

@@ -1,4 +1,4 @@
-"""The array's own life: values move, objects fail, recover, go and return, and the array reports it, or fails to."""
+"""Changes of the array: values change, objects fail, recover, are removed and added, with and without an event."""
 
 import random
 import threading
@@ -25,14 +25,14 @@ VALUES = (("TsControllerFanSensor", "CurrentRpm", lambda r: r.randint(4001, 1399
           ("TsDisk", "Size", lambda r: r.randint(10**9, 10**10)),
           ("TsControllerVoltageSensor", "CurrentVoltage", lambda r: f"{r.uniform(11, 13):.2f}"))
 NUMBERS = (*KINDS, *(204, 205, 206, 212) * 3)  # the most likely ones have records that follow their objects
-MOST = 20  # objects that are unhealthy, or have been
+MOST = 20  # objects that fail at the same time
 AT_ONCE = (1, 1, 2, 4)
 # How long a status lasts: long enough for a notification, or for some re-checks. Only a re-check finds a change without
 # an event.
 WITH_EVENT_S, WITHOUT_EVENT_S = ((25, 45), (70, 150), (150, 260)), (130, 200)
 AWAY_S = (60, 200)
 MOVING = ("TsController", "TsEnclosure", "TsUps", "TsControllerFanSensor", "TsDisk", "TsVolume", "TsServer")
-NEVER_NEW = ("TsController", "TsEnclosure", "TsControllerFanSensor")  # these return as what they were
+NEVER_NEW = ("TsController", "TsEnclosure", "TsControllerFanSensor")  # these are added again unchanged
 
 
 class Changes(threading.Thread):
@@ -40,8 +40,8 @@ class Changes(threading.Thread):
         super().__init__(daemon=True, name="the array's own changes")
         self.world, self.states = world, world.states
         self.random = random.Random(f"{seed} changes")
-        self.busy = {}  # subjects whose status must last, and until when
-        self.away = {}  # by kind: until when, and what went: (kind, place, element)
+        self.busy = {}  # subjects that must not change, and until when
+        self.away = {}  # by kind: until when, and what was removed: (kind, place, element)
         self.added = 0
 
     def run(self):
@@ -51,11 +51,11 @@ class Changes(threading.Thread):
             try:
                 with self.world.array_lock:
                     action()
-            except Exception:  # what breaks here must not pass for a quiet array
+            except Exception:  # a failure here must not look like a quiet array
                 if not self.world.stopping.is_set():
                     self.world.log.add(Violation(violations.BROKEN, self.name, 0, 0, traceback.format_exc()))
 
-    # --- values and texts
+    # --- values and strings
 
     def move(self):
         kind, attribute, draw = self.random.choice(VALUES)
@@ -63,15 +63,15 @@ class Changes(threading.Thread):
         self.world.change("set", kind, chosen["Index"], attribute, draw(self.random))
 
     def misc(self):
-        """An alert in words, told by the array itself."""
+        """Lets the array send an alert string."""
         self.world.array.tell("misc", self.world.notices.new_mark()[1])
 
     def tell(self):
-        """An event straight to the daemon's socket."""
+        """Sends an event to the daemon's socket."""
         self.world.notices.tell(self.random.choice((1, 1, 5)))
 
     def tell_of_device(self):
-        """An event that names neither disk nor enclosure."""
+        """Lets the array send an event that names neither disk nor enclosure."""
         self.world.array.tell("scsi", self.world.notices.new_mark()[0].number, self.random.randint(1, 99))
 
     # --- statuses
@@ -88,7 +88,7 @@ class Changes(threading.Thread):
             try:
                 management.send(management.trap(event.command()))
             except OSError:
-                pass  # nobody takes it
+                pass  # nobody listens
 
     def fail_or_recover(self):
         now = time.monotonic()
@@ -118,7 +118,7 @@ class Changes(threading.Thread):
 
     @staticmethod
     def shown(standing, status=None):
-        """The attribute that shows the status of an object, and its value, now or for another status."""
+        """Returns the attribute that contains the status of an object, and its value, now or for another status."""
         if standing.kind == "Tessera":
             return "PortsBalanced", str(status == "Up") if status else standing.element["PortsBalanced"]
         return "Status", status or standing.element["Status"]
@@ -141,7 +141,7 @@ class Changes(threading.Thread):
     # --- rows
 
     def go_or_return(self):
-        """What is away returns in time. What goes is ahead of an unhealthy object if possible."""
+        """Adds an object again when it is due, or removes one, before an unhealthy object in the list if possible."""
         due = [kind for kind, (until, _) in self.away.items() if until <= time.monotonic()]
         if due:
             self.bring_back(due[0], *self.away.pop(due[0])[1])
@@ -177,7 +177,7 @@ class Changes(threading.Thread):
             subject.number == 204 for subject in self.busy)
 
     def bring_back(self, kind, *gone):
-        """Where it was, or another one at the end of the list."""
+        """Adds the object at its old place, or another one at the end of the list."""
         if kind in NEVER_NEW or self.random.random() < 0.5:
             objects = {name: list(found) for name, found in self.world.objects.items()}
             for name, place, element in gone:

@@ -18,7 +18,7 @@ GREATEST = 2147483647
 
 
 class Client(threading.Thread):
-    PAUSE_S = (0.02, 0.2)  # between its turns; drawn anew for each
+    PAUSE_S = (0.02, 0.2)  # between turns
     VERSION = "2c"
 
     def __init__(self, world, name, seed):
@@ -33,7 +33,7 @@ class Client(threading.Thread):
                 self.turn()
             except ber.Malformed as error:
                 self.log.add(Violation(violations.MALFORMED, self.name, 0, 0, str(error)))
-            except Exception:  # a client that breaks must not pass for one that found nothing
+            except Exception:  # a client that fails must not look like one that found nothing
                 self.log.add(Violation(violations.BROKEN, self.name, 0, 0, traceback.format_exc()))
             self.world.stopping.wait(self.random.uniform(*self.PAUSE_S))
         self.manager.close()
@@ -53,7 +53,7 @@ class Client(threading.Thread):
         return exchange.response
 
     def some(self, count):
-        """Names of instances, most of them there."""
+        """Returns names of instances, most of which exist."""
         oids = self.random.choices(self.world.known_oids(), k=count)
         return [self.dressed(oid) for oid in oids]
 
@@ -65,7 +65,7 @@ class Client(threading.Thread):
 
 
 class Walker(Client):
-    """Walks all of the store, and holds that nothing is missing."""
+    """Walks the whole store and checks that no instance is missing."""
 
     PAUSE_S = (0.5, 2)
 
@@ -87,7 +87,7 @@ class Walker(Client):
         self.judge.complete(self.name, snmp.Exchange(begin, time.monotonic(), None), seen)
 
     def take(self, exchange, before, seen):
-        """The name to go on from; None at the end."""
+        """Returns the name to continue with, or None at the end."""
         for binding in exchange.response.bindings:
             if binding.type == "endOfMibView" or not binding.oid.startswith(mib.ENTERPRISE + "."):
                 return None
@@ -99,7 +99,7 @@ class Walker(Client):
 
 
 class OldWalker(Walker):
-    """By GETNEXT of version 1."""
+    """Walks with GETNEXT of version 1."""
 
     VERSION = "1"
 
@@ -108,7 +108,7 @@ class OldWalker(Walker):
 
 
 class Getter(Client):
-    """GETs of a few or many names, some of which nobody knows."""
+    """GETs few or many names, some of which are unknown."""
 
     def turn(self):
         asked = self.some(self.random.choice((1, 1, 2, 5, 20, 60)))
@@ -119,7 +119,7 @@ class Getter(Client):
 
 
 class BulkAsker(Client):
-    """GETBULKs with numbers that make little sense."""
+    """Sends GETBULKs with absurd numbers."""
 
     PAUSE_S = (0.1, 0.6)
 
@@ -134,7 +134,7 @@ class BulkAsker(Client):
 
 
 class Setter(Client):
-    """Sets texts of the array, asks for notifications, and tries what it may not."""
+    """Sets strings of the array, requests notifications, and tries what is not allowed."""
 
     PAUSE_S = (0.5, 2.5)
     number = 0
@@ -158,7 +158,7 @@ class Setter(Client):
         self.counted(self.assign(oid, "ForceTrap"))
 
     def set_what_is_refused(self):
-        """A value that is none, an instance that cannot be set, and somebody who may not."""
+        """Tries an invalid value, a read-only instance, and a community without write access."""
         oid, value, community = self.random.choice((
             (mib.oid("tsCtlrForceTrap", 1), "forcetrap", "private"), (mib.oid("tsCtlrName", 1), "x", "private"),
             (mib.scalar("sysName"), "must never be read", "public")))
@@ -168,7 +168,7 @@ class Setter(Client):
             self.judge.add(violations.VALUE, self.name, exchange, f"{oid} was set", oid, ("STRING", value))
 
 
-# Columns that ask for a notification about a whole object, with its number.
+# Columns that request a notification about a whole object, with its number.
 FORCE_TRAPS = {tuple(column.oid): number for column in mib.MIB.columns for number, kind in KINDS.items()
                if column.name.endswith("ForceTrap") and mib.KIND_OF_TABLE[column.table.name] == kind}
 

@@ -1,4 +1,4 @@
-"""Lets the faults of a plan strike, one after the other, and waits after each until all is well again."""
+"""Injects the faults of a plan one after the other, and waits after each until everything works again."""
 
 import time
 
@@ -11,19 +11,18 @@ class Director:
         self.world, self.plan, self.say = world, plan, say
 
     def run(self, end):
-        """No fault begins that would not be over at the end of its part, as far as can be told. Ends early when the daemon
-        does not come back."""
+        """Begins no fault that would last beyond the end of its part. Returns early if the daemon does not recover."""
         reserve = self.plan.closing.whole_s() if self.plan.closing else 0
         if (self.strike_all(self.plan.bearable, time.monotonic() + self.plan.bearable_s) and
                 self.strike_all(self.plan.any, end - reserve) and self.plan.closing):
             self.strike(self.plan.closing)
 
     def strike_all(self, faults, end):
-        """Whether all was well after each."""
+        """Returns whether everything worked after each."""
         return all(self.strike(planned) for planned in faults if time.monotonic() + planned.whole_s() <= end)
 
     def strike(self, planned):
-        """Whether all was well afterwards."""
+        """Returns whether everything worked afterwards."""
         pause_until(self.world, time.monotonic() + planned.pause_s)
         self.world.struck = None
         disturbance = Disturbance(planned.kind.name, time.monotonic(), planned.kind.disturbs)

@@ -23,7 +23,7 @@ SYSTEM = ("sysContact", "sysName", "sysLocation")  # snmpd has its own values wh
 
 
 def column_of(oid):
-    """The column of an instance in the new form; None outside the MIB."""
+    """Returns the column of an instance in the present form; None outside the MIB."""
     arcs = mib.arcs(oid)
     for length in range(len(arcs) - 1, 0, -1):
         if arcs[:length] in BY_ARCS:
@@ -121,11 +121,11 @@ class History:
     # --- allowed values
 
     def horizon(self, sent):
-        """The moment before which no value can still be in the store."""
+        """Returns the moment before which no value can still be in the store."""
         return max(self.timeline.back(sent, STALE_S), self.timeline.began_before(sent))
 
     def allows(self, oid, read, sent, ended):
-        """Whether (type, value), or None for no such instance, may be read in an exchange between these times."""
+        """Returns whether (type, value), or None for no such instance, is allowed in an exchange at these times."""
         column = column_of(oid)
         if column is None:
             return read is None
@@ -176,12 +176,12 @@ class History:
                 ended - self.timeline.began_before(ended) < DERIVED_S)
 
     def steady(self, begin, end):
-        """The instances that a walk between these times must show."""
+        """Returns the instances that a walk within a period must contain."""
         horizon = self.horizon(begin)
         with self.lock:
             return [oid for oid, track in self.tracks.items() if None not in track.between(horizon, end)]
 
     def oids(self):
-        """Of all instances that the array has or had."""
+        """Returns the OIDs of all instances that the array has or had."""
         with self.lock:
             return list(self.tracks)

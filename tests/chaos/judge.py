@@ -11,12 +11,12 @@ ABSENT = tuple(EXCEPTIONS.values())
 
 
 def in_new_form(oid):
-    """The instance of the store that a name in either form means."""
+    """Returns a name in the present form."""
     return mib.ENTERPRISE + oid[len(mib.OLD_ENTERPRISE):] if oid.startswith(mib.OLD_ENTERPRISE + ".") else oid
 
 
 def is_own(oid):
-    """Whether the daemon answers for this instance."""
+    """Returns whether the daemon serves this instance."""
     return oid.startswith(mib.ENTERPRISE + ".2.") or oid in SYSTEM
 
 
@@ -41,7 +41,7 @@ class Judge:
             self.add(violations.VALUE, client, exchange, f"{name_of(oid)} is {read}", oid, read)
 
     def got(self, client, exchange, asked):
-        """The answer to a GET without error: the names that were asked for, with values that may be."""
+        """Checks the response to a GET without error: the requested names, with allowed values."""
         found = exchange.response.bindings
         if [binding.oid for binding in found] != list(asked):
             self.add(violations.ORDER, client, exchange, f"asked for {asked}, got {[each.oid for each in found]}")
@@ -50,7 +50,7 @@ class Judge:
             self.value(client, exchange, binding)
 
     def followed(self, client, exchange, before, binding):
-        """A binding that must come after a name. Whether it does."""
+        """Checks a binding that must follow a name. Returns whether it does."""
         if binding.type == "endOfMibView":
             return True
         if mib.arcs(binding.oid) <= mib.arcs(before):
@@ -60,7 +60,7 @@ class Judge:
         return True
 
     def got_bulk(self, client, exchange, asked, non_repeaters):
-        """The answer to a GETBULK without error: rows of successors, each column in its order."""
+        """Checks the response to a GETBULK without error: rows of successors, each column in order."""
         found = exchange.response.bindings
         single = min(max(non_repeaters, 0), len(asked))
         columns = len(asked) - single
@@ -75,7 +75,7 @@ class Judge:
             before[column] = binding.oid
 
     def complete(self, client, exchange, seen):
-        """What a whole walk must have shown. exchange: its times."""
+        """Checks that a walk has returned every instance. exchange: its times."""
         for oid in self.history.steady(exchange.sent, exchange.ended):
             if oid not in seen and oid.startswith(mib.ENTERPRISE + "."):
                 if not self.history.allows(oid, None, exchange.sent, exchange.ended):

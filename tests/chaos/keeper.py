@@ -1,8 +1,8 @@
-"""Starts daemons as a supervisor does, and learns how every process that they leave behind has ended. A process of its
-own, since it takes the ends of all its descendants.
+"""Starts daemons as a supervisor does, and reports the exit of every process that they leave behind. It is a separate
+process because it becomes the parent of all its descendants.
 
-It reads a line for each daemon to start and writes a line for each process that has ended: its id, its name, and its
-exit status, which is negative for a signal."""
+It reads one line per daemon to start and writes one line per process that has exited: its id, its name, and its exit
+status, which is negative for a signal."""
 
 import ctypes
 import os
@@ -30,7 +30,7 @@ def name_of(pid):
 
 
 def reap():
-    """Tells of all that have ended."""
+    """Reports all processes that have exited."""
     while True:
         try:
             ended = os.waitid(os.P_ALL, 0, os.WEXITED | os.WNOHANG | os.WNOWAIT)

@@ -1,4 +1,4 @@
-"""Notifications: the marks that must come out once, and a Notice for each that is about an object."""
+"""Received notifications: marks, which must be notified exactly once, and a Notice for each about an object."""
 
 import re
 import threading
@@ -15,7 +15,7 @@ from .timeline import EVENTS
 
 MARK = re.compile(rb"chaos-(\d+)-")
 COMMUNITY = "watch.tower"
-# So many seconds without a fault are enough for anything that waits in the daemon.
+# Within this number of seconds without a fault the daemon sends everything that is waiting.
 DELIVERY_S = 20
 TRACE_LINE = re.compile(r"event\s+delivered\s.*(?:chaos-|device of type )(\d+)\b")
 ALERT_STATE, ALERT_TEXT, COMPONENT, COMPONENT_STATUS, COMPONENT_NAME = 175, 173, 170, 167, 168  # columns
@@ -23,7 +23,7 @@ ALERT_STATE, ALERT_TEXT, COMPONENT, COMPONENT_STATUS, COMPONENT_NAME = 175, 173,
 
 @dataclass
 class Mark:
-    """An event that must come out once. taken: when the daemon had it, None while nobody knows."""
+    """An event that must be notified exactly once. taken: when the daemon received it; None if that is unknown."""
     number: int
     told: float
     taken: float = None
@@ -35,7 +35,7 @@ Notice = namedtuple("Notice", "arrival number shown_as status alert_state text c
 
 
 def notice_of(arrival, number, notification):
-    """The Notice in a notification of 202 to 212."""
+    """Returns the Notice of one of the notifications 202 to 212."""
     values, cells = {}, []
     for each in notification.bindings:
         column = column_of(each.oid)
@@ -64,7 +64,7 @@ class Notices:
         self.received = self.cold_starts = 0
         threading.Thread(target=self.collect, daemon=True).start()
 
-    # --- what is told
+    # --- events
 
     def new_mark(self):
         with self.lock:
@@ -73,7 +73,7 @@ class Notices:
         return mark, f"chaos-{mark.number}- something is not as it was"
 
     def tell(self, count=1):
-        """Sends events as the array application does, over one connection. None when nobody takes them."""
+        """Sends events as the array application does, over one connection. Returns None if nobody accepts them."""
         pairs = [self.new_mark() for _ in range(count)]
         octets = b"".join(management.trap(f"1 2 3 201 0 0 0 0 {text}") for _, text in pairs)
         try:
@@ -85,17 +85,17 @@ class Notices:
         return [mark for mark, _ in pairs]
 
     def force(self, number):
-        """An event without an alert text is about to be sent, about any object of this number."""
+        """Records that an event without an alert string will be sent, about any object of this number."""
         with self.lock:
             self.forced.append((time.monotonic(), number))
 
     def read_trace(self):
-        """What the array's own record says of the events that went through it."""
+        """Reads from the array's trace which of its events were delivered."""
         for number in TRACE_LINE.findall(machine.read_file(array.OUTPUT)):
             mark = self.marks[int(number)]
             mark.taken = mark.taken or mark.told
 
-    # --- what comes
+    # --- notifications
 
     def collect(self):
         while True:
@@ -128,16 +128,16 @@ class Notices:
 
     @staticmethod
     def number_of(notification):
-        """0 for a cold start."""
+        """Returns 0 for a cold start."""
         if notification.version == "1":
             return notification.specific
         identity = next(binding.value for binding in notification.bindings if binding.oid == TRAP_OID)
         return 0 if identity == COLD_START else int(identity.removeprefix(NOTIFICATIONS + ".0."))
 
-    # --- the last word
+    # --- at the end
 
     def is_due(self, mark):
-        """Whether the daemon that took it has lived long enough undisturbed to send it."""
+        """Returns whether the daemon that received it has run long enough undisturbed to send it."""
         life = self.timeline.life_at(mark.taken) if mark.taken else None
         if life is None:
             return False
@@ -156,5 +156,5 @@ class Notices:
                 "strange": self.strange}
 
     def was_without_descriptors(self, mark):
-        """A notification needs one, and nobody tries twice."""
+        """Returns whether the descriptor was missing that a notification needs; the daemon does not retry."""
         return "descriptors run out" in self.timeline.disturbing(EVENTS, mark.taken, mark.taken + DELIVERY_S)

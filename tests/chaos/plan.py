@@ -1,4 +1,4 @@
-"""Which faults strike, in which order: from a seed alone, so that a run can be repeated."""
+"""The faults of a run and their order, derived from a seed alone so that a run can be repeated."""
 
 import random
 from dataclasses import dataclass
@@ -8,14 +8,14 @@ from .faults.kind import Kind
 
 PAUSE_S = (1, 4)
 CLOCK = "the clock steps"
-ENDINGS_S, ENDINGS_SHARE = 600, 0.4  # the part of a run in which daemons end; of a short one, its share
+ENDINGS_S, ENDINGS_SHARE = 600, 0.4  # the part of a run in which daemons exit; of a short one, its share
 
 
 @dataclass(frozen=True)
 class Planned:
     kind: Kind
     words: tuple
-    pause_s: float  # ahead of it, when all is well
+    pause_s: float  # before it, while everything works
     seconds: float
 
     def text(self):
@@ -33,8 +33,8 @@ def planned(generator, kind):
 
 @dataclass(frozen=True)
 class Plan:
-    """More faults of each part than there may be time for, and one for the end, however short the run is; None when none
-    fits. The daemon lives through all that are bearable; any may strike once these have lasted bearable_s."""
+    """More faults of each part than there may be time for, and one for the end of the run; None if none fits. The
+    daemon survives all that are bearable; any may be injected after bearable_s."""
     bearable: list
     bearable_s: float
     any: list
@@ -42,7 +42,7 @@ class Plan:
 
 
 def make(seed, seconds, has_clock=True, only=""):
-    """For a run of so many seconds, in rounds of each kind once. only: what their names hold."""
+    """Plans a run of a number of seconds, in rounds with each kind once. only: a part of their names."""
     generator = random.Random(f"{seed} plan")
     kinds = [kind for kind in ALL if only in kind.name and (has_clock or kind.name != CLOCK)]
     bearable = [kind for kind in kinds if not kind.restarts]
@@ -58,7 +58,7 @@ def make(seed, seconds, has_clock=True, only=""):
 
 
 def rounds(generator, kinds, seconds):
-    """As many as fill so many seconds, however soon all is well again."""
+    """Returns enough rounds for a number of seconds, even if recovery takes no time."""
     found = []
     while kinds and sum(fault.pause_s + fault.seconds for fault in found) < seconds:
         found += drawn(generator, kinds)
@@ -66,5 +66,5 @@ def rounds(generator, kinds, seconds):
 
 
 def drawn(generator, kinds):
-    """One of each kind, in any order."""
+    """Returns one fault of each kind, in any order."""
     return [planned(generator, kind) for kind in generator.sample(kinds, len(kinds))]

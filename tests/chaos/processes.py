@@ -1,4 +1,4 @@
-"""Processes as /proc tells of them."""
+"""Facts about processes, read from /proc."""
 
 import os
 import time
@@ -7,13 +7,13 @@ TICKS = os.sysconf("SC_CLK_TCK")
 
 
 def fields_of(pid):
-    """Those of its stat line behind the name; raises OSError when there is no such process."""
+    """Returns the fields of its stat line after the name. Raises OSError if there is no such process."""
     with open(f"/proc/{pid}/stat", encoding="utf-8", errors="replace") as file:
         return file.read().rsplit(")", 1)[1].split()
 
 
 def begin_of(pid):
-    """The monotonic time at which a process was started."""
+    """Returns the monotonic time at which a process was started."""
     since_boot = int(fields_of(pid)[19]) / TICKS
     return since_boot - time.clock_gettime(time.CLOCK_BOOTTIME) + time.monotonic()
 

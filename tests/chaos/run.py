@@ -1,4 +1,4 @@
-"""A chaos run, in the sandbox: what scripts/chaos starts."""
+"""A chaos run in the sandbox, started by scripts/chaos."""
 
 import argparse
 import os
@@ -15,8 +15,8 @@ from chaos.report import Report  # noqa: E402
 from chaos.world import World  # noqa: E402
 
 START_S = 5
-WARM_UP_S = 22  # so that the first daemon is seen before anything has struck
-SETTLE_S = 12  # so that what waits can come out, and the last daemon is seen once more
+WARM_UP_S = 22  # so that the first daemon is sampled before the first fault
+SETTLE_S = 12  # so that waiting events can be notified, and the last daemon is sampled
 
 
 def options():
@@ -47,7 +47,7 @@ class Run:
               f"{planned.text()}{struck}", flush=True)
 
     def whole(self):
-        """The exit status."""
+        """Returns the exit status."""
         say(f"chaos with seed {self.seed}: {self.seconds:.0f} s, array '{self.preset}'; the same again: "
             f"scripts/chaos --minutes {self.seconds / 60:g} --seed {self.seed} --preset {self.preset}" +
             (f" --only '{self.only}'" if self.only else ""))
@@ -77,7 +77,7 @@ class Run:
             thread.start()
         end = self.began + self.seconds - SETTLE_S
         time.sleep(WARM_UP_S * waiting.PATIENCE)
-        # Not the time that is left: the same seed must give the same faults.
+        # Not the time that is left, because the same seed must give the same faults.
         planned = plan.make(self.seed, self.seconds - START_S - WARM_UP_S - SETTLE_S, wallClock.CAN_BE_SET,
                             self.only)
         director = Director(self.world, planned, self.say_fault)
@@ -96,4 +96,4 @@ def main():
 if __name__ == "__main__":
     status = main()
     sys.stdout.flush()
-    os._exit(status)  # threads that wait for datagrams are not waited for
+    os._exit(status)  # without joining threads that wait for datagrams

@@ -1,4 +1,4 @@
-"""One manager's requests over UDP, made and read by hand, so that each is known with its times."""
+"""A manager that encodes and decodes SNMP over UDP itself, so that the times of each exchange are known."""
 
 import itertools
 import socket
@@ -10,7 +10,7 @@ from harness import ber, berWriter, waiting
 AGENT = ("127.0.0.1", 161)
 TRY_S = 4
 TRIES = 3
-REFUSED_PAUSE_S = 0.2  # nobody listens: the system says so at once
+REFUSED_PAUSE_S = 0.2  # between retries while nobody listens
 LONGEST_DATAGRAM = 65535
 
 RESPONSE = 0xA2
@@ -21,7 +21,7 @@ ERRORS = ("noError", "tooBig", "noSuchName", "badValue", "readOnly", "genErr", "
 
 # error: its name; index: of the binding that it is about, from 1.
 Response = namedtuple("Response", "request_id error index bindings")
-# sent, ended: monotonic times. response is None when none came.
+# sent, ended: monotonic times. response: None if none was received.
 Exchange = namedtuple("Exchange", "sent ended response")
 
 request_ids = itertools.count(1)
@@ -49,7 +49,7 @@ def read_response(datagram):
 
 
 class Manager:
-    """One socket. Not for several threads."""
+    """A manager with one socket, for one thread."""
 
     def __init__(self, community="public", version="2c"):
         self.community = community
@@ -58,7 +58,7 @@ class Manager:
         self.socket.connect(AGENT)
 
     def ask(self, kind, bindings, first=0, second=0, tries=TRIES):
-        """bindings: (OID, element of its value). Repeats the request when no answer comes, as tools do."""
+        """Sends a request with bindings of (OID, element of the value); retries without a response, as tools do."""
         request_id = next(request_ids) & 0x7FFFFFFF
         datagram = berWriter.message(self.version, self.community,
                                      berWriter.pdu(kind, request_id, bindings, first, second))
@@ -70,7 +70,7 @@ class Manager:
         return Exchange(sent, time.monotonic(), None)
 
     def exchange(self, datagram, request_id, deadline):
-        """Sends it; again whenever the system says that nobody listens. None at the deadline."""
+        """Sends the request, again whenever nobody listens. Returns None at the deadline."""
         self.send(datagram)
         while (left := deadline - time.monotonic()) > 0:
             self.socket.settimeout(left)
@@ -82,15 +82,15 @@ class Manager:
                 time.sleep(REFUSED_PAUSE_S)
                 self.send(datagram)
                 continue
-            if response.request_id == request_id:  # others are late answers
+            if response.request_id == request_id:  # others are late responses
                 return response
         return None
 
     def send(self, datagram):
-        """Without waiting for anything."""
+        """Sends without waiting for a response."""
         try:
             self.socket.send(datagram)
-        except ConnectionRefusedError:  # told of the one before
+        except ConnectionRefusedError:  # of the previous datagram
             pass
 
     def read(self, kind, oids, first=0, second=0):

@@ -1,4 +1,4 @@
-"""More objects than a preset has, ahead of its own: when they go or return, the rows of the others move."""
+"""Additional objects before those of a preset: when they are removed or added, the rows of the others move."""
 
 import copy
 
@@ -15,7 +15,7 @@ def named(original, index, name, **values):
 
 
 def with_spares(objects):
-    """The objects of a preset with two more enclosures, parts included, and two more UPSs."""
+    """Returns the objects of a preset with two more enclosures, components included, and two more UPSs."""
     objects = copy.deepcopy(objects)
     ups, enclosure = objects["TsUps"][0], objects["TsEnclosure"][0]
     parts = {kind: [each for each in objects[kind] if each["EnclosureIndex"] == enclosure["Index"]] for kind in PARTS}

@@ -68,7 +68,7 @@ Telling = namedtuple("Telling", "moment subject is_repeat")
 
 
 def standings(objects):
-    """{subject: Standing} of all objects that have a row."""
+    """Returns {subject: Standing} of all objects that have a row."""
     found = {}
     for number, kind in KINDS.items():
         for each in objects.get(kind, []):
@@ -129,19 +129,19 @@ class States:
                 self.tellings.append(Telling(since, subject, False))
 
     def repeat(self, subject, moment):
-        """An event that reports the status of a subject once more."""
+        """Records an event that reports the status of a subject once more."""
         with self.lock:
             self.tellings.append(Telling(moment, subject, True))
 
     def between(self, subject, begin, end):
-        """All that its status was between these times, None included."""
+        """Returns all statuses within a period, None included."""
         return self.tracks[subject].between(begin, end) if subject in self.tracks else [None]
 
     def was_all_the_time(self, subject, begin, end, status=None):
-        """Whether it had a row, and a status if one is given, from begin to end."""
+        """Returns whether it had a row, and a status if one is given, from begin to end."""
         found = self.between(subject, begin, end)
         return None not in found if status is None else found == [status]
 
     def has_moved(self, number, begin, end):
-        """Whether rows of its kind of object came, went or moved."""
+        """Returns whether rows of its kind of object were added, removed or moved."""
         return any(begin <= moment <= end for moment in self.moves[KINDS[number]])

@@ -38,7 +38,7 @@ class StatusJudge:
         self.due = [change for change in states.changes if self.has_come(change) or self.is_due(change)]
         self.lost = [change for change in self.due if not self.has_come(change)]
 
-    # --- what came
+    # --- received notifications
 
     def take(self, notice):
         subject = self.states.shown.get(notice.shown_as)
@@ -60,7 +60,7 @@ class StatusJudge:
                                        f"trapAlertState {notice.alert_state}, '{notice.text}': {what}")
 
     def recent(self, moment):
-        """What was so since then may be told at this moment: a refused refresh leaves an old status in the store."""
+        """Returns the time since which a status may be notified now: a failed refresh leaves old ones."""
         has_old = self.timeline.is_disturbed(RECORDS, self.timeline.back(moment, EVENT_S), moment)
         return self.timeline.back(moment, STALE_S if has_old else EVENT_S)
 
@@ -69,7 +69,7 @@ class StatusJudge:
                    for kind in (KINDS.get(number), *(kind for kind, key in PARTS.items() if key[0] == number)))
 
     def mistakes(self, subject, notice):
-        """What a notification says that was not so."""
+        """Yields what is wrong in a notification."""
         begin = self.recent(notice.arrival)
         if self.may_be_false(notice.number, notice.arrival):
             return
@@ -96,7 +96,7 @@ class StatusJudge:
         return bool(before) and len(self.states.between(subject, before.arrival - BREAK_S, notice.arrival)) > 1
 
     def uses_event(self, subject, notice, before):
-        """Whether an event explains the notification; each explains one."""
+        """Returns whether an event explains the notification; each explains one."""
         begin = self.timeline.back(notice.arrival, EVENT_S)
         named = QUOTED.search(notice.text)
         for telling in self.tellings:
@@ -109,12 +109,12 @@ class StatusJudge:
                 continue
             self.tellings.remove(telling)
             return True
-        # A manager that gets no answer repeats its request, so one of these may explain several.
+        # A manager that gets no response repeats its request, so one of these may explain several.
         return not named and any(begin <= moment <= notice.arrival and number == notice.number
                                  for moment, number in self.forced)
 
     def may_be_forgotten(self, subject, begin, end):
-        """Whether the daemon may have dropped the record of an object between these times."""
+        """Returns whether the daemon may have dropped the record of an object within a period."""
         number, standing = subject.number, self.states.known[subject]
         stale = self.history.horizon(begin)
         return (self.timeline.life_ended(begin, end) or self.timeline.is_disturbed(RECORDS, begin, end) or
@@ -133,10 +133,10 @@ class StatusJudge:
                     self.endless.append(self.finding(other.notice, "again every minute"))
                     break
 
-    # --- what did not come
+    # --- missing notifications
 
     def came_before(self, change):
-        """The latest notification about the object before a change."""
+        """Returns the latest notification about the object before a change."""
         return next((each.notice for each in reversed(self.heard[change.subject])
                      if each.notice.arrival < change.begin), None)
 
@@ -164,7 +164,7 @@ class StatusJudge:
                     self.history.was_falsely_reported(standing.kind, stored, end))
 
     def is_due_by_recheck(self, change, before):
-        """Whether the daemon has a record of the object, and time to find the change by itself."""
+        """Returns whether the daemon has a record of the object, and enough time to find the change by a re-check."""
         until = change.until or time.monotonic()
         return bool(before and before.status != UP and
                     self.timeline.undisturbed_s(change.begin, until) >= RECHECK_S and

@@ -1,4 +1,4 @@
-"""Checks the checks of a chaos run: each finds a planted violation, and excuses no more than it must."""
+"""Plants a violation for each check of a chaos run, and the situations that excuse it."""
 
 import contextlib
 import io
@@ -30,7 +30,7 @@ ONE = Subject(212, "one")
 
 
 def objects(*names, status="Up", enclosure="Up", part="Up"):
-    """UPSs with these names, of which the first has a status, and an enclosure with a power supply."""
+    """Returns UPSs with these names, the UPS 'one' with a status, and an enclosure with a power supply."""
     return {"TsUps": [{"Index": str(index), "Name": name, "Status": status if name == "one" else "Up",
                        "BatteryLife": "5", "StatusDescription": ""} for index, name in enumerate(names, 2)],
             "Tessera": [{"ManagementIp": "192.0.2.1", "Name": "a", "Contact": "b", "Location": "c",
@@ -42,7 +42,7 @@ def objects(*names, status="Up", enclosure="Up", part="Up"):
 
 
 class CalmRun:
-    """The run of a run without a violation: one daemon, which was calm, and an array in which nothing happened."""
+    """The records of a run without a violation: one undisturbed daemon, and an array that did not change."""
 
     def __init__(self):
         self.timeline, self.log, self.failures, self.served_since = Timeline(), violations.ViolationLog(), [], 10
@@ -76,7 +76,7 @@ class CalmRun:
         return self
 
     def hear(self, moment, status=DOWN, state=2, text="UPS 'one' is down", name="one", cell=b"one"):
-        """A notification about a UPS."""
+        """Records a notification about a UPS."""
         self.notices.about_objects.append(Notice(moment, 212, (212, name), status, state, text,
                                                  [(MODEL, ("STRING", cell))]))
         return self
@@ -85,7 +85,7 @@ class CalmRun:
         return self.hear(moment, UP, 1, "Alert Cleared - UPS 'one' is up")
 
     def down(self, moment=1000):
-        """A UPS fails, and the notification comes."""
+        """Lets a UPS fail and be notified."""
         return self.become(moment, status="Down").hear(moment + 1)
 
     def see(self, kind, client="x", times=1):
@@ -187,7 +187,7 @@ class Verdict(unittest.TestCase):
 
 
 class HistoryOfValues(unittest.TestCase):
-    """Which values may be read when. A UPS is renamed and a second one comes at 1000."""
+    """Allowed values over time. At 1000 a UPS is renamed and a second one is added."""
 
     def setUp(self):
         self.timeline = Timeline()
@@ -214,7 +214,7 @@ class HistoryOfValues(unittest.TestCase):
         self.assertIn(SECOND, self.history.steady(late, late + 1))
 
     def test_parts_are_numbered_by_the_parents_as_last_refreshed(self):
-        """Another enclosure comes before the only one."""
+        """Another enclosure is added before the only one."""
         found = objects("new", "second")
         found["TsEnclosure"].insert(0, {"Index": "3", "Name": "F", "Status": "Up"})
         for record in (self.history.record, lambda *words: self.history.states.record(*words, True)):
@@ -228,7 +228,7 @@ class HistoryOfValues(unittest.TestCase):
             self.assertEqual(self.allows(oid, value, moment), is_good, (oid, value, moment))
 
     def test_a_new_daemon(self):
-        """It knows nothing older, and has yet to derive some values."""
+        """It has no older values, and has not derived some yet."""
         self.timeline.begin_life(Life(2, 1100))
         self.assertFalse(self.allows(MODEL, b"old", 1110))
         self.assertTrue(self.allows(MODEL, b"old", 1090))

@@ -1,17 +1,16 @@
-"""When what was disturbed, and which daemon lived when. Times are monotonic."""
+"""The periods in which something was disturbed, and the lifetimes of the daemons. Times are monotonic."""
 
 import threading
 from dataclasses import dataclass, field
 
-# What a fault may take away from others: answers to requests, notifications, the daemon's records of unhealthy
-# objects, or nothing.
+# What a fault may disturb: responses to requests, notifications, the daemon's records of unhealthy objects, or nothing.
 REQUESTS, EVENTS, RECORDS = "requests", "events", "records"
-NOTICED_S = 0.5  # an end is noticed by then
+NOTICED_S = 0.5  # until the exit of a daemon is noticed
 
 
 @dataclass
 class Disturbance:
-    """A fault from its begin until all was well again; `recovered` is None before that."""
+    """A fault from its beginning until everything works again; `recovered` is None before that."""
     name: str
     begin: float
     disturbs: tuple
@@ -24,7 +23,7 @@ class Disturbance:
 
 @dataclass
 class Life:
-    """Of one daemon process."""
+    """The lifetime of a daemon process."""
     pid: int
     begin: float
     end: float = None
@@ -49,7 +48,7 @@ class Timeline:
             self.lives.append(life)
 
     def disturbing(self, what, begin, end):
-        """The names of what disturbed requests or events somewhere between."""
+        """Returns the names of the faults that disturbed something within a period."""
         with self.lock:
             return [each.name for each in self.disturbances if what in each.disturbs and each.overlaps(begin, end)]
 
@@ -57,7 +56,7 @@ class Timeline:
         return bool(self.disturbing(what, begin, end))
 
     def life_at(self, moment):
-        """The daemon that lived then; None when there was none."""
+        """Returns the daemon that was running then, or None."""
         with self.lock:
             return next((life for life in reversed(self.lives) if life.holds(moment)), None)
 
@@ -66,17 +65,17 @@ class Timeline:
             return any(life.end is not None and begin <= life.end <= end for life in self.lives)
 
     def ended_by_themselves(self, since):
-        """Daemons that ended later than this while nothing disturbed requests."""
+        """Returns the daemons that exited later than this while nothing disturbed requests."""
         return [life for life in self.lives if life.end is not None and life.end > since and
                 not self.is_disturbed(REQUESTS, life.end - NOTICED_S, life.end)]
 
     def began_before(self, moment):
-        """When the daemon began that was the latest then."""
+        """Returns the time at which the latest daemon up to a moment was started."""
         with self.lock:
             return max((life.begin for life in self.lives if life.begin <= moment), default=0)
 
     def undisturbed_s(self, begin, end):
-        """Seconds between the two in which neither requests nor events were disturbed."""
+        """Returns the number of seconds within a period in which nothing was disturbed."""
         total, now = 0, begin
         for each_begin, each_end in self.spans():
             if each_begin > now:
@@ -87,7 +86,7 @@ class Timeline:
         return total + max(end - now, 0)
 
     def back(self, moment, seconds):
-        """The moment that lies so many undisturbed seconds before another."""
+        """Returns the moment that is a number of undisturbed seconds before another."""
         now = moment
         for begin, end in reversed(self.spans()):
             if begin >= now:
@@ -100,7 +99,7 @@ class Timeline:
         return now - seconds
 
     def spans(self):
-        """(begin, end) of what disturbs, by begin; without overlaps."""
+        """Returns (begin, end) of the disturbed periods in order, without overlaps."""
         with self.lock:
             spans = sorted((each.begin, each.recovered if each.recovered is not None else float("inf"))
                            for each in self.disturbances if each.disturbs)

@@ -1,4 +1,4 @@
-"""Watches the processes: which daemon lives, how processes end, what they hold; starts a daemon when there is none."""
+"""Records the lifetimes, exit statuses and resources of the processes, and starts a daemon if none is running."""
 
 import collections
 import threading
@@ -10,12 +10,12 @@ from . import processes, vitals
 from .timeline import Life
 
 POLL_S = 0.1
-ABSENCE_S = 5  # a daemon that restarts itself is back before
+ABSENCE_S = 5  # longer than a daemon takes to restart itself
 SAMPLE_S = 1
-# How snmpd may end: the daemon ends it with these, and faults with the latter.
+# Exit statuses of snmpd: the daemon kills it with these signals, and faults with the latter.
 ENDS_OF_SNMPD = (0, -6, -9)
 
-# How a process has ended: the exit status, negative for a signal.
+# A process that has exited; status: negative for a signal.
 Ended = collections.namedtuple("Ended", "pid name status")
 
 
@@ -38,7 +38,7 @@ class Watch(threading.Thread):
             self.look()
 
     def stop(self):
-        """No daemon is started any more."""
+        """Stops starting daemons."""
         self.done.set()
         self.join(10)
 
@@ -70,7 +70,7 @@ class Watch(threading.Thread):
             self.start_one()
 
     def life(self):
-        """The daemon that lives now."""
+        """Returns the running daemon, or None."""
         lives = self.world.timeline.lives
         return lives[-1] if lives and lives[-1].end is None else None
 
@@ -92,10 +92,10 @@ class Watch(threading.Thread):
         if pid and pid not in self.snmpds and machine.is_running(pid):
             self.snmpds.append(pid)
 
-    # --- the last word
+    # --- at the end
 
     def crashes(self):
-        """Daemons that did not end by their own will or that of a fault, and every snmpd that fell."""
+        """Returns the daemons that neither exited by themselves nor were killed by a fault, and crashed snmpds."""
         return [each for each in self.ended
                 if each.name == "snmpSubagent" and each.status != 0 and each.pid not in self.world.own_kills or
                 each.name == "snmpd" and each.status not in ENDS_OF_SNMPD]

@@ -1,4 +1,4 @@
-"""Everything that runs: the array, the daemon with its keeper, snmpd, the receiver. The verbs of faults and clients."""
+"""The processes of a run, and operations on them for faults and clients."""
 
 import os
 import random
@@ -35,18 +35,18 @@ class World:
         self.random = random.Random(f"{seed} world")
         self.preset = preset
         self.stopping = threading.Event()
-        self.array_lock = threading.RLock()  # whoever changes the array or what it holds
+        self.array_lock = threading.RLock()  # held while the array or its objects are changed
         self.timeline, self.log = Timeline(), ViolationLog()
         self.states = States()
         self.history = History(self.timeline, self.states)
         self.judge = Judge(self.history, self.log)
         self.array, self.objects = array.Array(), None
-        self.failures = []  # what must hold and does not, beyond the counts
+        self.failures = []  # conditions that did not hold after a fault
         self.keeper = self.watch = self.receiver = None
         self.own_kills = set()
-        self.struck = None  # exchanges of the array that the latest fault struck; None when that is not known
+        self.struck = None  # number of exchanges that the latest fault affected; None if unknown
 
-    # --- start and end
+    # --- start-up and shutdown
 
     def start(self):
         os.makedirs(FOLDER)
@@ -73,7 +73,7 @@ class World:
         self.keeper.stdin.flush()
 
     def stop(self):
-        """Ends what was started, however far that went."""
+        """Stops everything that was started."""
         self.stopping.set()
         if self.watch:
             self.watch.stop()
@@ -91,14 +91,14 @@ class World:
     # --- the array
 
     def start_array(self, objects, since=None):
-        """With this model; what it has told and nobody taken is forgotten."""
+        """Starts the array with these objects; its undelivered events are lost."""
         with self.array_lock:
             since = time.monotonic() if since is None else since
             self.array.start(self.preset, "--events", objects=objects)
             self.remember(since, told=False)
 
     def change(self, *words):
-        """Tells the array a command, and keeps what it has become."""
+        """Sends the array a command, and records its new objects."""
         with self.array_lock:
             since = time.monotonic()
             answer = self.array.tell(*words)
@@ -106,7 +106,7 @@ class World:
             return answer
 
     def replace(self, objects):
-        """Gives the array other objects, of which it sends no event."""
+        """Replaces the array's objects without an event."""
         with self.array_lock:
             since = time.monotonic()
             self.array.load(objects)
@@ -121,14 +121,14 @@ class World:
         return self.history.oids()
 
     def set_text(self, name, value, since):
-        """A manager is about to set it."""
+        """Records that a manager will set the value."""
         self.history.tell_set(mib.scalar(name), value, since)
         self.history.tell_set(mib.oid(TEXT_SOURCES[name], 1), value, since)
 
-    # --- how it goes
+    # --- conditions
 
     def is_served(self):
-        """Whether a manager gets a value of the daemon's own."""
+        """Returns whether a manager gets a value from the daemon."""
         manager = snmp.Manager()
         try:
             exchange = manager.read(berWriter.GET, [mib.scalar("productName")])
@@ -138,7 +138,7 @@ class World:
         return bool(response and response.error == "noError" and response.bindings[0].type == "STRING")
 
     def is_well(self):
-        """The whole chain: a manager is answered, and an event comes out as a notification."""
+        """Returns whether a manager gets a response and an event is notified."""
         if not self.is_served():
             return False
         marks = self.notices.tell()
@@ -148,18 +148,18 @@ class World:
         return bool(marks and marks[0].came)
 
     def wait_until_well(self):
-        """Three times in a row, so that no wrong answer in between is forgotten."""
+        """Waits until everything works three times in a row."""
         waiting.wait_until(lambda: all(self.is_well() for _ in range(3)), "the daemon serves again", RECOVERY_S)
 
     def log_is_written(self):
-        """Makes the daemon write a line, and waits until it is there."""
+        """Makes the daemon write a log line, and waits for it."""
         before = machine.read_file(daemon.LOG).count(RECORDS_FOLLOW)
         management.send(management.message(management.DISPLAY_TRAPS))
         waiting.wait_until(lambda: machine.read_file(daemon.LOG).count(RECORDS_FOLLOW) > before,
                            "the daemon writes its log", 20)
 
     def records(self):
-        """(number, first argument) of the daemon's records of unhealthy objects."""
+        """Returns (number, first argument) of the daemon's records of unhealthy objects."""
         self.log_is_written()
         self.log_is_written()  # the first list is complete when the second begins
         return set(RECORD.findall(machine.read_file(daemon.LOG).split(RECORDS_FOLLOW)[-2]))

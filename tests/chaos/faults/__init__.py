@@ -1,4 +1,4 @@
-"""All kinds of fault. Each module brings a tuple of them."""
+"""All kinds of fault; each module defines some of them."""
 
 from . import arrayFaults, machineFaults, processFaults, senderFaults
 

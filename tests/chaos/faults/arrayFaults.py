@@ -1,4 +1,4 @@
-"""The array answers slowly, wrongly, or not at all; it stalls, and it goes and comes back."""
+"""Faults of the array: slow, wrong or no responses, a stall, a restart."""
 
 import os
 import signal
@@ -24,7 +24,7 @@ BAD_DOCUMENTS = (("truncated",), ("empty",), ("unbalanced",), ("wrong-root",), (
                  ("lower-true",), ("error", "Failed", "the array does not feel like it"), ("nesting",), ("doctype",),
                  ("entities",), ("external-entity",), ("too-many", "3"))
 SIDEWAYS = -1  # the number of an unknown status
-LONG, HUGE = "3000", "300000"  # octets that are served whole, and more than that
+LONG, HUGE = "3000", "300000"  # octets: served whole, and truncated
 # What may be read because of false reports.
 FALSE_REPORTS = {("no-objects",): {"absent": True}, ("missing", "Name"): {"absent": True},
         ("missing", "Status"): {"absent": True}, ("no-index",): {"absent": True}, ("no-parent",): {"absent": True},
@@ -49,7 +49,7 @@ def draw_delay(random):
     return ("delay", random.choice(("100", "700", "3500")), *what)
 
 
-# Events that make the daemon ask for a kind, so that a fault strikes soon: number and the three arguments that follow.
+# Events that make the daemon fetch a kind, so that a fault takes effect soon: the number and its three arguments.
 # FIRST stands for the API index of the first object of the kind, OF_ENCLOSURE for that of the first enclosure.
 FIRST, OF_ENCLOSURE = "first", "enclosure"
 QUESTIONS = {"TsDisk": (202, FIRST, 0, 0), "TsController": (203, FIRST, 0, 0), "TsEnclosure": (205, FIRST, 0, 0),
@@ -64,7 +64,7 @@ QUESTIONS = {"TsDisk": (202, FIRST, 0, 0), "TsController": (203, FIRST, 0, 0), "
 
 
 def ask_for(world, kind):
-    """Large tables without an event of their own wait for their turn."""
+    """Makes the daemon fetch a kind of object; a table without an event is fetched on schedule."""
     if kind in QUESTIONS:
         number, first, *others = QUESTIONS[kind]
         first = {FIRST: world.objects[kind][0].get("Index"),
@@ -97,7 +97,7 @@ def misreported(world, words):
 
 @contextmanager
 def hung(world, words):
-    """Nobody is answered any more; only its end frees those who wait."""
+    """Sends no more responses until the array is restarted."""
     world.array.fault(*words)
     try:
         yield
@@ -119,7 +119,7 @@ def stalled(world, _):
 
 @contextmanager
 def gone(world, words):
-    """Ends, and comes back as it was."""
+    """Exits, and is restarted with the same objects."""
     with world.array_lock:
         world.array.process.send_signal(signal.Signals[words[0]])
         world.array.process.wait(30)
@@ -154,7 +154,7 @@ def busy(world, _):
     yield
 
 
-STRIKE_S = 20  # the daemon's pause after a failed test
+STRIKE_S = 20  # the daemon's pause after a failed test, with a margin
 
 RECHECKED_S, BUSY_S, BUSY_DISKS = 61, 3, 10
 ALL, NOTICES = (REQUESTS, EVENTS, RECORDS), (EVENTS, RECORDS)

@@ -1,4 +1,4 @@
-"""What a kind of fault is."""
+"""The definition of a kind of fault."""
 
 import time
 from dataclasses import dataclass
@@ -33,5 +33,5 @@ def draw_end(random):
 
 
 def pause_until(world, end):
-    """Sleeps to a moment; not beyond the end of the run."""
+    """Sleeps until a moment, at most until the end of the run."""
     world.stopping.wait(max(end - time.monotonic(), 0))

@@ -1,4 +1,4 @@
-"""The machine fails the daemon: its log file, its disk, its descriptors, its clock."""
+"""Faults of the machine: log file, disk, descriptors, clock."""
 
 import os
 import resource
@@ -11,7 +11,7 @@ from ..timeline import EVENTS, RECORDS, REQUESTS
 from .kind import NOTHING, Kind, no_words
 
 FILLER = "/var/log/filler"
-FILL_BYTES = 64 * 1024 * 1024  # more than the folder holds
+FILL_BYTES = 64 * 1024 * 1024  # more than fits
 BLOCK = 512
 
 
@@ -40,7 +40,7 @@ def limit_of(pid):
 
 @contextmanager
 def no_descriptors(world, words):
-    """The limit is what is open, and a few more. Whoever the daemon starts has it too."""
+    """Limits descriptors to the open ones and a few more. Child processes inherit the limit."""
     pid = daemon.Daemon.pid()
     before = limit_of(pid)
     soft = processes.descriptors(pid) + int(words[0])
@@ -52,7 +52,7 @@ def no_descriptors(world, words):
 
 
 def raise_limits(soft, before):
-    """A process that is started meanwhile has the low one; so until none is found. Whether none was."""
+    """Restores the limit of every process that has the low one. Returns whether there was none."""
     found = False
     for entry in filter(str.isdigit, os.listdir("/proc")):
         try:

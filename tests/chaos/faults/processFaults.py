@@ -1,4 +1,4 @@
-"""snmpd and the daemon are ended or stopped from outside."""
+"""Faults of the processes: snmpd and the daemon are killed or stopped."""
 
 import os
 import signal
@@ -19,7 +19,7 @@ def snmpd_killed(world, words):
 
 @contextmanager
 def snmpd_stopped(world, _):
-    """Until the daemon has put another in its place; a short while does no harm but for the answers."""
+    """Stops snmpd, until the daemon replaces it or, after a short time, until it continues."""
     pid = daemon.Daemon.snmpd_pid()
     os.kill(pid, signal.SIGSTOP)
     try:

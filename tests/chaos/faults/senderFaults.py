@@ -1,4 +1,4 @@
-"""Bad senders on the management socket. None of them may disturb a manager."""
+"""Bad senders on the management socket, none of which may disturb a manager."""
 
 import os
 from contextlib import contextmanager
@@ -9,7 +9,7 @@ from ..timeline import EVENTS
 from .kind import NOTHING, Kind, no_words
 
 MARK = management.trap("1 2 3 201 0 0 0 0 of a bad sender")
-# What they write before they go.
+# What they send before they close the connection.
 TORN = {"half a length": MARK[:2], "half a body": MARK[:-5], "a length alone": MARK[:4], "nothing": b"",
         "garbage": management.frame(b"\xff" * 40), "an empty body": management.frame(b""),
         "too great a length": b"\xff\xff\xff\xff", "noise": None}
@@ -17,7 +17,7 @@ TORN = {"half a length": MARK[:2], "half a body": MARK[:-5], "a length alone": M
 
 @contextmanager
 def hanging(world, words):
-    """Holds the listener, which serves one after the other; events wait behind it."""
+    """Occupies the listener, which serves one connection at a time, so that events wait."""
     with management.Sender() as sender:
         sender.send(TORN[words[0]])
         yield
@@ -31,13 +31,13 @@ def torn(world, words):
             try:
                 management.send(os.urandom(300) if octets is None else octets)
             except ConnectionError:
-                pass  # the daemon need not listen to the end
+                pass  # the daemon may close early
     yield
 
 
 @contextmanager
 def flood(world, words):
-    """Many events at once, each of which must come out."""
+    """Sends many events, each of which must be notified."""
     for _ in range(int(words[0])):
         world.notices.tell(int(words[1]))
     yield
@@ -45,7 +45,7 @@ def flood(world, words):
 
 @contextmanager
 def switched(world, _):
-    """Debug lines and short answers, on and off."""
+    """Switches debug lines and short responses on and off."""
     switches = (management.VERBOSE_ON, management.TEMP_TEST, management.DISPLAY_TRAPS)
     back = (management.TEMP_TEST, management.VERBOSE_OFF)
     management.send(*(management.message(code) for code in switches))

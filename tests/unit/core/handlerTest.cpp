@@ -78,7 +78,7 @@ TEST_F(Handler, RefusesAnAnswerThatTheMasterAgentWouldDrop) {
     EXPECT_EQ(serve("R.13.1.2.1"), "5, ranges 0");
 }
 
-TEST_F(Handler, WalksTheWholeStoreInTheOldForm) {
+TEST_F(Handler, HasAResultForEachMode) {
     make_walk();
     const std::tuple<int, const char*, int, const char*> rows[] = {
         {MODE_GET, "R.2.0", SNMP_ERR_NOSUCHNAME, ""},
