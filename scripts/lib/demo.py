@@ -63,7 +63,7 @@ class Watcher:
     """snmptrapd on its own port, and the number of notifications that were shown."""
 
     def __init__(self):
-        self.trapd = receiver.Trapd(TRAP_COMMUNITY, TRAP_PORT)
+        self.trapd = receiver.Trapd(f"authCommunity log {TRAP_COMMUNITY}", TRAP_PORT)
         self.seen = 0
 
     def next(self):
