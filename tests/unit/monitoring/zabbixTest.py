@@ -1,4 +1,4 @@
-"""The Zabbix template against itself and against the MIB module as Net-SNMP's and smitools' programs read it.
+"""The Zabbix template, checked for consistency and against the MIB module as smidump reads it.
 Usage: zabbixTest.py FOLDER-OF-THE-BUILD"""
 
 import os
@@ -21,7 +21,7 @@ build_folder = None
 
 
 def everything(value):
-    """Every mapping below a value."""
+    """Yields every mapping below a value."""
     if isinstance(value, dict):
         yield value
         value = list(value.values())
@@ -41,23 +41,23 @@ class ZabbixTest(unittest.TestCase):
         cls.scalars = [item for item in cls.template["items"] if item["key"] not in cls.masters]
 
     def prototypes(self):
-        """(discovery rule, item prototype) pairs."""
+        """Yields pairs of discovery rule and item prototype."""
         for rule in self.template["discovery_rules"]:
             for item in rule["item_prototypes"]:
                 yield rule, item
 
     def column(self, item):
-        """What the MIB module says of the column of an item's key; None for the system group."""
+        """Returns the column of an item's key in the MIB module; None for the system group."""
         return self.facts["nodes"].get(item["key"].removesuffix("[{#SNMPINDEX}]"))
 
-    def test_uuids_are_of_version_4_and_nobody_elses(self):
+    def test_uuids_are_unique_and_of_version_4(self):
         uuids = [each["uuid"] for each in everything(self.export) if "uuid" in each]
         self.assertGreater(len(uuids), 200)
         self.assertEqual(len(uuids), len(set(uuids)))
         for uuid in uuids:
             self.assertRegex(uuid, UUID)
 
-    def test_dependent_items_take_what_their_master_walks(self):
+    def test_dependent_items_read_what_their_master_walks(self):
         for rule, item in self.prototypes():
             self.assertEqual(item["master_item"], rule["master_item"])
             walked = WALK.match(self.masters[item["master_item"]["key"]]["snmp_oid"]).group(1).split(",")
@@ -87,7 +87,7 @@ class ZabbixTest(unittest.TestCase):
                 self.assertEqual(item["value_type"], "FLOAT")  # UNSIGNED has no -1
         self.assertEqual(used, set(maps))
 
-    def test_triggers_ask_for_items_that_exist_and_recover(self):
+    def test_triggers_use_existing_items_and_recover(self):
         keys = {each["key"] for each in everything(self.template) if "key" in each}
         triggers = [each for each in everything(self.template) if "priority" in each]
         self.assertGreater(len(triggers), 40)
@@ -96,7 +96,7 @@ class ZabbixTest(unittest.TestCase):
                 for host, key in REFERENCE.findall(text):
                     self.assertEqual(host, self.template["template"])
                     self.assertIn(key, keys, trigger["name"])
-            # A number that comes and goes at the limit must not flap; a state is over when it has changed.
+            # A number near its limit must not flap; a state is over when it changes.
             if "<" in trigger["expression"].split(" and ")[0]:
                 over = float(trigger["recovery_expression"].rpartition(">=")[2])
                 self.assertGreater(over, float(re.search(r"\)<(\d+)", trigger["expression"]).group(1)))
