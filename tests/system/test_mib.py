@@ -1,4 +1,4 @@
-"""The MIB module in a manager's hands: names, types and values of everything that is served, and of notifications."""
+"""The MIB module, used by Net-SNMP's tools: names, types and values of all instances and notifications."""
 
 import re
 import subprocess
@@ -12,12 +12,12 @@ LINE = re.compile(rf"^{MODULE}::(\w+)\.([\d.]+) = (.*)$")
 ENUMERATED = re.compile(r"INTEGER: \w+\(-?\d+\)$")
 TYPES = {"string": ("STRING: ", "Hex-STRING: ", '""'), "integer": ("INTEGER: ",), "enumeration": ("INTEGER: ",),
          "unsigned": ("Gauge32: ",)}
-# Numbers of the array application; their meaning is not the MIB's.
+# Numbers of the array application, whose meaning the MIB does not define.
 BARE_INTEGERS = ("trapSIDeviceType", "trapSIDeviceStatus", "tsAlertType")
 
 
 def with_module(tool, *arguments, modules=MODULE):
-    """Standard output of one of Net-SNMP's tools that has read the module and nothing else."""
+    """Returns the standard output of one of Net-SNMP's tools that has read only the module."""
     done = subprocess.run([tool, *map(str, arguments)], stdin=subprocess.DEVNULL, capture_output=True, text=True,
                           errors="replace", check=False, timeout=300 * waiting.PATIENCE,
                           env={**manager.Manager.environment(), "MIBS": modules, "MIBDIRS": mibModule.FOLDERS})
@@ -45,7 +45,7 @@ class MibModule(TrapStory):
                 self.assertRegex(value, ENUMERATED, f"{name} has a number that the module does not name")
 
     def test_a_set_by_name_takes_its_type_from_the_module(self):
-        """What administrators are told to try out, on an array whose first disk and volume have the API index 2."""
+        """Runs the example of the administrators' guide. The first disk and volume have the API index 2."""
         page = machine.read_file(f"{machine.REPOSITORY}/docs/administrators.md")
         name, = re.findall(r"`snmpset \.\.\. (\S+) = ForceTrap`", page)
         self.ask("snmpset", "127.0.0.1", f"{MODULE}::{name}", "=", "ForceTrap", community="private")

@@ -1,4 +1,4 @@
-"""The sandbox keeps what runs in it apart from the machine. Runs outside, and starts sandboxes."""
+"""Isolation by the sandbox. These tests run outside and start sandboxes."""
 
 import os
 import signal
@@ -16,7 +16,7 @@ PRIVATE = ("/etc", "/tmp", "/var", "/run", "/mnt", "/usr/local", "/dev")
 
 
 def inside(script, *options, status=0, user=()):
-    """What a shell script prints in a new sandbox. user: a command that changes to another user before."""
+    """Returns the output of a shell script in a new sandbox. user: a command that changes to another user first."""
     result = subprocess.run([*user, SANDBOX, *options, "--", "bash", "-euc", script], stdin=subprocess.DEVNULL,
                             capture_output=True, text=True, check=False)
     if result.returncode != status:
@@ -25,7 +25,7 @@ def inside(script, *options, status=0, user=()):
 
 
 def running_with(mark):
-    """Processes of the whole machine whose command line holds a mark."""
+    """Returns the processes of the whole machine whose command line contains a mark."""
     found = []
     for pid in filter(str.isdigit, os.listdir("/proc")):
         try:
@@ -41,9 +41,9 @@ def names_in(folder):
     return set(os.listdir(folder))
 
 
-class ItIsAMachineOfItsOwn(unittest.TestCase):
-    def test_processes_outside_are_neither_seen_nor_ended(self):
-        # A name of its own: were the sandbox broken, nobody else's process would be hit.
+class Isolation(unittest.TestCase):
+    def test_processes_outside_are_neither_visible_nor_killed(self):
+        # A unique name, so that a broken sandbox kills no other process.
         name = f"bystander{os.getpid() % 100000}"
         with tempfile.TemporaryDirectory(dir="/var/tmp") as folder:
             os.symlink("/bin/sleep", os.path.join(folder, name))
@@ -86,7 +86,7 @@ class ItIsAMachineOfItsOwn(unittest.TestCase):
             listener.communicate("\n")
 
 
-class ItEndsCleanly(unittest.TestCase):
+class Exit(unittest.TestCase):
     def test_the_exit_status_is_passed_on(self):
         for status in (0, 1, 7, 255):
             inside(f"exit {status}", status=status)
@@ -104,14 +104,14 @@ class ItEndsCleanly(unittest.TestCase):
                 mark = f"8{os.getpid()}{number.value}"
                 process = subprocess.Popen([SANDBOX, "bash", "-c", f"setsid sleep {mark} & exec sleep {mark}"],
                                            stdin=subprocess.DEVNULL)
-                # bash's own line holds the mark too, so two sleeps make the sandbox complete
+                # bash's command line contains the mark as well, so the sandbox is complete when there are two sleeps
                 waiting.wait_until(lambda: len([pid for pid in running_with(mark) if machine.read_file(
                     f"/proc/{pid}/comm") == "sleep\n"]) == 2, "the sandbox runs")
                 process.send_signal(number)
                 self.assertEqual(process.wait(60), expected)
                 waiting.wait_until(lambda: not running_with(mark), "all of it has ended")
 
-    def test_what_cannot_work_is_said(self):
+    def test_errors_are_reported(self):
         for arguments, text in (((), "no command given"), (("--frobnicate", "true"), "unknown option"),
                                 (("--keep", "/no/such/folder", "true"), "no such file or directory"),
                                 (("--keep", "/etc", "true"), "cannot be kept"),
@@ -134,7 +134,7 @@ class WithoutRoot(unittest.TestCase):
 
 
 class AContainerItself(unittest.TestCase):
-    """A sandbox made of namespaces is the container."""
+    """The third kind of sandbox. A sandbox of namespaces takes the place of the container."""
 
     PRELUDE = f"""
 export SNMPSUBAGENT_SANDBOX=container

@@ -1,4 +1,4 @@
-"""An SNMP manager made of Net-SNMP's own tools."""
+"""An SNMP manager that uses Net-SNMP's tools."""
 
 import os
 import re
@@ -23,7 +23,7 @@ FAILED_OBJECT = re.compile(r"^Failed object: (\S+)", re.MULTILINE)
 
 
 class Answer:
-    """What a tool said: bindings, or the error and the object that it names."""
+    """The output of a tool: bindings, or the error and the object that it names."""
 
     def __init__(self, status, output, complaints):
         self.status = status
@@ -68,7 +68,7 @@ def parse_binding(oid, text):
 
 
 class Manager:
-    """community and version: those of its requests, as the tools take them ("1", "2c")."""
+    """community, version: of its requests, as the tools accept them ("1", "2c")."""
 
     def __init__(self, community="public", version="2c", timeout_s=10, retries=3):
         self.community = community
@@ -76,7 +76,7 @@ class Manager:
         self.timeout_s = timeout_s
         self.retries = retries
         os.makedirs(HOME, exist_ok=True)
-        # Octets come in hexadecimal and on one line, so that every value can be read back exactly.
+        # Octets are printed in hexadecimal and on one line, so that every value can be parsed exactly.
         machine.write_file(os.path.join(HOME, "snmp.conf"), "mibs :\nhexOutputLength 0\n")
 
     def command(self, tool, *arguments):
@@ -88,7 +88,7 @@ class Manager:
         return {**os.environ, "SNMPCONFPATH": HOME, "MIBS": "", "SNMP_PERSISTENT_DIR": HOME}
 
     def start(self, tool, *arguments):
-        """Starts a tool and returns its process; see finish."""
+        """Starts a tool and returns its process for finish()."""
         return subprocess.Popen(self.command(tool, *arguments), stdin=subprocess.DEVNULL, env=self.environment(),
                                 stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, errors="replace")
 
@@ -101,7 +101,7 @@ class Manager:
         return self.finish(self.start(tool, *arguments), limit_s)
 
     def get(self, *oids):
-        """Every binding of one GET; with an error the tool does not repeat the request without the culprit."""
+        """Sends one GET; after an error the tool does not retry without the failed binding."""
         return self.ask("snmpget", "-Cf", "127.0.0.1", *oids)
 
     def get_next(self, *oids):
@@ -114,19 +114,19 @@ class Manager:
         return self.ask("snmpwalk", *options, "127.0.0.1", oid)
 
     def bulk_walk(self, oid, *options, limit_s=300):
-        """Tried twice at most, for the reason that value has."""
+        """Walks, twice at most for the same reason as value()."""
         walked = self.ask("snmpbulkwalk", *options, "127.0.0.1", oid, limit_s=limit_s)
         if walked.error == "genError":
             walked = self.ask("snmpbulkwalk", *options, "127.0.0.1", oid, limit_s=limit_s)
         return walked
 
     def set(self, *assignments):
-        """assignments: (oid, type letter of snmpset, value), all in one SET."""
+        """Sends one SET. assignments: (oid, type letter of snmpset, value)."""
         return self.ask("snmpset", "127.0.0.1", *(word for each in assignments for word in each))
 
     def value(self, oid):
-        """The value of one instance that must be there; texts as str. Asked for twice at most: a request that comes
-        just while the daemon waits for the master agent's answer to its ping is refused."""
+        """Returns the value of one instance that must exist; strings as str. Requests it twice at most, because a
+        request that arrives while the daemon waits for the response to its ping is rejected."""
         answer = self.get(oid)
         if answer.status != 0:
             answer = self.get(oid)
@@ -136,7 +136,7 @@ class Manager:
         return value.decode("utf-8", "replace") if isinstance(value, bytes) else value
 
     def wait_for_value(self, oid, value, limit_s=30):
-        """Waits until an instance has a value; a missing instance counts as another value."""
+        """Waits until an instance has a value; a missing instance is another value."""
 
         def has_value():
             bindings = self.get(oid).bindings

@@ -1,4 +1,4 @@
-"""The MIB module against what was delivered: no name, number, type, right or enumeration changes by accident.
+"""The MIB module against the delivered one: no name, number, type, access or enumeration changes by accident.
 Usage: mibReferenceTest.py FOLDER-OF-THE-MODULES [--accept]"""
 
 import difflib
@@ -34,7 +34,7 @@ def accept():
 
 
 def difference(before, after):
-    """The lines that are gone (-) and new (+)."""
+    """Returns the removed (-) and added (+) lines."""
     return [line for line in difflib.unified_diff(before, after, lineterm="", n=0)
             if not line.startswith(("---", "+++", "@@"))]
 

@@ -1,4 +1,4 @@
-"""The files for monitors, each judged by the program that it is for.
+"""The files for monitoring systems, each checked by the program that reads it.
 Usage: filesTest.py FOLDER-OF-THE-BUILD"""
 
 import json
@@ -31,7 +31,7 @@ nagios_user=root
 nagios_group=root
 """
 
-# What a site has itself, and a host with a service for one disk, as the document shows it.
+# A site's own objects, and a host with a service for one disk as in the document.
 NAGIOS_OWN = """\
 define timeperiod {
   timeperiod_name always
@@ -81,7 +81,7 @@ def read(*names):
 
 
 def modules():
-    """The exporter's modules, by name."""
+    """Returns the exporter's modules by name."""
     return yaml.safe_load(read("prometheus", "snmp.yml"))
 
 
@@ -99,7 +99,7 @@ class FilesTest(unittest.TestCase):
         self.addCleanup(folder.cleanup)
         self.folder = folder.name
 
-    def test_the_exporter_takes_its_modules(self):
+    def test_the_exporter_accepts_its_modules(self):
         run("prometheus-snmp-exporter", "--dry-run", f"--config.file={path('prometheus', 'snmp.yml')}")
 
     def test_the_form_with_auths_says_the_same(self):
@@ -123,7 +123,7 @@ class FilesTest(unittest.TestCase):
             theirs = {metric["name"]: metric for metric in yaml.safe_load(file)["all"]["metrics"]}
         for metric in (metric for module in modules().values() for metric in module["metrics"]):
             name = metric["name"]
-            if name.startswith("sys"):  # of the system group, which is not the module's
+            if name.startswith("sys"):  # of the system group, which is not in the module
                 continue
             other = theirs[name]
             self.assertEqual(metric["oid"], other["oid"], name)
@@ -131,7 +131,7 @@ class FilesTest(unittest.TestCase):
             if not name.startswith("tsFolderUsage"):  # which has the labels of the folder's row
                 self.assertEqual(metric.get("indexes"), other.get("indexes"), name)
 
-    def test_prometheus_takes_its_configuration_and_the_rules_alert(self):
+    def test_prometheus_accepts_its_configuration_and_the_rules_alert(self):
         self.assertIn("SUCCESS", run("promtool", "check", "config", path("prometheus", "prometheus.yml")))
         shutil.copy(path("prometheus", "tessera.rules.yml"), self.folder)
         shutil.copy(os.path.join(HERE, "rulesTest.yml"), self.folder)

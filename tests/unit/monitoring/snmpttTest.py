@@ -1,4 +1,4 @@
-"""SNMPTT with its file: every notification of the MIB module gives one line, with its severity and its variables.
+"""SNMPTT with its file: one line for every notification of the MIB module, with its severity and its variables.
 Usage: snmpttTest.py FOLDER-OF-THE-BUILD"""
 
 import os
@@ -28,13 +28,13 @@ snmptt_conf_files = <<END
 END
 """
 CLEARED, ACTIVE = "1", "2"
-# Those whose worst is no critical state, or that have none.
+# Notifications without a critical state, or without a state.
 LIGHTER = {"tsMiscAlert", "tsServerStatusChange", "tsLocalPortCondStatusChange", "tsSIDeviceStatusChange"}
 build_folder = None
 
 
 def status_of(name, objects):
-    """The variable that says how the object is."""
+    """Returns the variable that contains the object's status."""
     own = name.removesuffix("Change").replace("MonitoredUPS", "UPS")
     return "trapCompStatus" if "trapCompStatus" in objects else own if own in objects else "tsTsPortsBal"
 
@@ -61,7 +61,7 @@ class SnmpttTest(unittest.TestCase):
         return done.stdout
 
     def lines_of(self, name, **values):
-        """What SNMPTT writes about a notification as snmptrapd hands it on."""
+        """Returns what SNMPTT logs about a notification from snmptrapd."""
         log = os.path.join(self.folder, "log")
         with open(log, "w", encoding="utf-8"):
             pass
