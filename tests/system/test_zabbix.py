@@ -9,6 +9,7 @@ NAME = "disk ä€\u00a0ß"
 RULES = {name: {"createMissing": True, "updateExisting": True}
          for name in ("groups", "templates", "items", "discoveryRules", "triggers", "valueMaps")}
 del RULES["groups"]["updateExisting"]
+POLL_S = 1  # every question to the API is work for a core
 MANY = 300  # items, as soon as the rows of all tables are discovered
 
 
@@ -63,7 +64,7 @@ class Zabbix(story.SharedStory):
 
     def wait_for_problem(self, text, there=True):
         waiting.wait_until(lambda: any(text in name for name in self.problems()) == there,
-                           f"{text}: {'a' if there else 'no'} problem", 180)
+                           f"{text}: {'a' if there else 'no'} problem", 180, POLL_S)
 
     def test_every_item_has_the_value_that_is_served(self):
         served = {}
@@ -80,7 +81,7 @@ class Zabbix(story.SharedStory):
             return not self.wrong and len(items) > MANY
 
         try:
-            waiting.wait_until(all_fit, "Zabbix has everything", 300)
+            waiting.wait_until(all_fit, "Zabbix has everything", 300, POLL_S)
         except waiting.WaitedInVain:
             self.fail(self.wrong)
         self.assertIn(f"disk {NAME} (row 1): tsDiskStatus", [item["name"] for item in self.items()])
@@ -92,7 +93,7 @@ class Zabbix(story.SharedStory):
         self.array.recover("TsDisk", index)
         self.wait_for_problem(problem, False)
         waiting.wait_until(lambda: "Over: " in self.notified() and f"tsDiskName={NAME} " in self.notified(),
-                           "Zabbix has the notification")
+                           "Zabbix has the notification", poll_s=POLL_S)
 
     def notified(self):
         return self.server.call("item.get", hostids=self.host, filter={"key_": 'snmptrap["tsDiskStatusChange: "]'},

@@ -13,8 +13,9 @@ class WaitedInVain(AssertionError):
     pass
 
 
-def wait_until(condition, what, limit_s=30):
-    """Returns the first result of condition() that is true; raises with `what` at the limit."""
+def wait_until(condition, what, limit_s=30, poll_s=POLL_S):
+    """Returns the first result of condition() that is true; raises with `what` at the limit. poll_s: longer for a
+    condition that takes much of the machine itself."""
     end = time.monotonic() + limit_s * PATIENCE
     while True:
         result = condition()
@@ -22,4 +23,4 @@ def wait_until(condition, what, limit_s=30):
             return result
         if time.monotonic() > end:
             raise WaitedInVain(f"waited {limit_s * PATIENCE:.0f} s in vain: {what}")
-        time.sleep(POLL_S)
+        time.sleep(poll_s)
