@@ -274,6 +274,21 @@ void CheckTrapCommand(const std::string& command) {
     }
 }
 
+std::vector<std::string> TrapKeywords(const std::vector<std::string>& arguments) {
+    std::vector<std::string> keywords;
+    for (const notification_definition& each : notifications) {
+        if (arguments.empty()) {
+            keywords.emplace_back(each.word);
+        } else if (arguments.size() == 2 &&
+                   (arguments[0] == each.word || ReadNumber(arguments[0]) == each.number)) {
+            for (const component_definition& component : ComponentsOf(each.number)) {
+                keywords.emplace_back(component.word);
+            }
+        }
+    }
+    return keywords;
+}
+
 std::string ListNotifications() {
     std::string list = FormatString(kLineFormat, "number", "keyword", "name", "meaning and arguments");
     for (const notification_definition& each : notifications) {
