@@ -219,7 +219,7 @@ class TrapCommandBuilder {
     /** The daemon requires a space before the mark for plain notifications. It shows the whole string of one
        kind, which therefore has no mark. */
     std::string AlertString() const {
-        const std::string alert = request_.alert.value_or("");
+        std::string alert = request_.alert.value_or("");
         const bool shown_whole = notification_ != nullptr && Carries(*notification_, COLID_trapMiscAlertText);
         if (shown_whole || alert.find(kAlertMark) != std::string::npos) {
             return alert;
