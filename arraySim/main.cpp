@@ -1,5 +1,6 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <iostream>
 #include <map>
 #include <string>
 #include <vector>
@@ -13,6 +14,7 @@
 #include "arraySim/model/presets.h"
 #include "arraySim/scenario/scenario.h"
 #include "arraySim/serve.h"
+#include "tools/commandLine/completion.h"
 
 using namespace arraysim;
 
@@ -156,6 +158,7 @@ ExitStatus RunProgram(int argc, char** argv) {
     CLI::App app(kDescription, "arraySim");
     app.footer(kFooter);
     app.require_subcommand(1);
+    commandline::AddVersionOption(app);
 
     ServeOptions options;
     std::string control_path = options.control_path;
@@ -172,6 +175,9 @@ ExitStatus RunProgram(int argc, char** argv) {
     CLI::App* check = app.add_subcommand("check", "Read a scenario and report its first error");
     check->add_option("FILE", scenario_file, "Scenario file")->required();
 
+    if (commandline::PrintCandidates(app, argc, argv, std::cout)) {
+        return kGood;
+    }
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

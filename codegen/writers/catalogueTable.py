@@ -17,7 +17,7 @@ constexpr CatalogueRow kRows[] = {{
 
 }}  // namespace
 
-const std::span<const CatalogueRow> catalogue_rows(kRows);
+const std::span<const CatalogueRow> kCatalogueRows(kRows);
 
 }}  // namespace apiclient
 """

@@ -1,4 +1,4 @@
-"""The array's API on the command line: lists, relations, changes, completion."""
+"""The array's API on the command line: lists, changes, repeated calls."""
 
 import unittest
 
@@ -35,18 +35,12 @@ class AskingTheArray(unittest.TestCase):
             self.assertEqual(self.array.get("Tessera", 1, "Location"), text)
             self.assertEqual(apiClient.objects("Tessera", "Get", f"InstanceId={array.SERIAL}").get("Location"), text)
 
-    def test_bash_completes_a_whole_command(self):
-        for words, expected in ((["TsDiskF"], ["TsDiskFolder", "TsDiskFolderStorageUsage"]),
-                                (["TsDisk", "GetL"], ["GetList"]),
-                                (["TsController", "Modify", "Indic"], ["IndicatorOn="]),
-                                # Bash takes words apart at "=" and replaces what stands behind it.
-                                (["TsController", "Modify", "IndicatorOn", "=", ""], ["True", "False"]),
-                                (["TsController", "Modify", "InstanceId", "=", "1", "IndicatorOn", "=", "T"], ["True"]),
-                                (["TsDisk", "GetList", "--filter", "'Status = D"], ["Status = Down", "Status = Degraded"]),
-                                (["TsDisk", "GetList", "--columns", "Name,Stat"], ["Name,Status", "Name,StatusMessage"]),
-                                (["TsDisk", "GetList", "--key-file", "/etc/wirelink.k"], ["/etc/wirelink.key"])):
-            with self.subTest(words=words):
-                self.assertEqual(apiClient.complete(*words), expected)
+    def test_a_watch_shows_a_change(self):
+        words = ("Tessera", "Get", f"InstanceId={array.SERIAL}", "--columns", "Location", "--format", "csv")
+        with apiClient.watched(*words) as lines:
+            for text in ("rack 5", "rack 6"):
+                self.array.set("Tessera", 1, "Location", text)
+                self.assertTrue(any(line == text + "\n" for line in lines))
 
 
 if __name__ == "__main__":

@@ -69,7 +69,7 @@ void AddRow(CatalogueObject& object, const CatalogueRow& row) {
 Catalogue ReadCatalogue() {
     Catalogue catalogue;
     std::vector<CatalogueObject>* objects = nullptr;
-    for (const CatalogueRow& row : catalogue_rows) {
+    for (const CatalogueRow& row : kCatalogueRows) {
         if (row.what == What::kObject || row.what == What::kMethodObject) {
             objects = row.what == What::kObject ? &catalogue.objects : &catalogue.method_objects;
             objects->push_back({std::string(row.name), std::string(row.text), {}, {}});

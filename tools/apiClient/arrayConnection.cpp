@@ -53,14 +53,14 @@ std::unique_ptr<BASEApiMethodReturn> ArrayConnection::Call(BASEApiMethod& call,
                                                            const std::string& session_key,
                                                            const std::string& locale) {
     call.SetChannel(this);
-    std::unique_ptr<BASEApiMethodReturn> answer(call.ExecuteWithSession(session_key, nullptr, locale));
+    std::unique_ptr<BASEApiMethodReturn> response(call.ExecuteWithSession(session_key, nullptr, locale));
     call.SetChannel(nullptr);
     // Null means either no result or a foreign document.
-    if (answer == nullptr && !IsApiDocument(document_)) {
+    if (response == nullptr && !IsApiDocument(document_)) {
         throw ResponseError("the response is not a document of the array's API: " +
                             Printable(document_.substr(0, 200)));
     }
-    return answer;
+    return response;
 }
 
 size_t ArrayConnection::CountObjects() const {
@@ -88,11 +88,12 @@ std::string ReadSessionKey(const std::string& path) {
     return key;
 }
 
-std::string DescribeFailure(const BASEApiMethod& call, const BASEApiMethodReturn& answer) {
+std::string DescribeFailure(const BASEApiMethod& call, const BASEApiMethodReturn& response) {
     std::string description = call.GetObjectName() + " " + call.GetCommandName() +
-                              " failed: " + DescribeState(answer.GetErrorState());
+                              " failed: " + DescribeState(response.GetErrorState());
     std::string last;
-    for (const std::string& text : {answer.GetError(), answer.GetLocalizedError(), answer.GetErrorDetail()}) {
+    for (const std::string& text :
+         {response.GetError(), response.GetLocalizedError(), response.GetErrorDetail()}) {
         if (!text.empty() && text != last) {
             description += "\n  " + Printable(text);
             last = text;

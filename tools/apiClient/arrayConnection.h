@@ -50,6 +50,6 @@ class ArrayConnection : public APIChannel {
 std::string ReadSessionKey(const std::string& path);
 
 /** Describes a rejected or failed call: the error state and the array's own messages. */
-std::string DescribeFailure(const BASEApiMethod& call, const BASEApiMethodReturn& answer);
+std::string DescribeFailure(const BASEApiMethod& call, const BASEApiMethodReturn& response);
 
 }  // namespace apiclient

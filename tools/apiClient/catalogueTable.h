@@ -28,6 +28,6 @@ struct CatalogueRow {
 };
 
 /** The catalogue that this program was built with; generated from data/api. */
-extern const std::span<const CatalogueRow> catalogue_rows;
+extern const std::span<const CatalogueRow> kCatalogueRows;
 
 }  // namespace apiclient

@@ -12,31 +12,6 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-const CLI::Option* FindOption(const CLI::App& app, const std::string& word) {
-    return word.starts_with('-') ? app.get_option_no_throw(word) : nullptr;
-}
-
-Words OptionNames(const CLI::App& app) {
-    Words names;
-    for (const CLI::Option* option : app.get_options()) {
-        for (const std::string& name : option->get_lnames()) {
-            names.push_back("--" + name);
-        }
-    }
-    return names;
-}
-
-/** The values that the option's check allows; CLI11 describes them as "TEXT:{table,csv}". */
-Words AllowedValues(const CLI::Option& option) {
-    const std::string type = option.get_type_name();
-    const size_t begin = type.find('{');
-    Words values;
-    if (begin != std::string::npos) {
-        SplitChar(type.substr(begin + 1, type.find('}') - begin - 1), ',', values);
-    }
-    return values;
-}
-
 Words Prefixed(const std::string& prefix, const Words& words) {
     Words prefixed;
     for (const std::string& word : words) {
@@ -59,39 +34,31 @@ Words ValuesOf(const CatalogueAttribute& attribute) {
 
 class Completer {
   public:
-    Completer(const CLI::App& app, const Words& words, const std::string& last) : app_(app), last_(last) {
-        for (size_t i = 0; i < words.size(); ++i) {
-            const CLI::Option* option = FindOption(app, words[i]);
-            if (option != nullptr && option->get_items_expected_max() > 0) {
-                option_ = i + 1 == words.size() ? option : nullptr;
-                ++i;
-            } else if (!words[i].starts_with('-')) {
-                positions_.push_back(words[i]);
-            }
-        }
-        object_ = positions_.empty() ? nullptr : FindNamed(ApiCatalogue().objects, positions_[0]);
+    explicit Completer(const commandline::UnfinishedLine& line)
+        : option_(line.option), arguments_(line.arguments), last_(line.last) {
+        object_ = arguments_.empty() ? nullptr : FindNamed(ApiCatalogue().objects, arguments_[0]);
         command_ =
-            object_ == nullptr || positions_.size() < 2 ? nullptr : object_->FindCommand(positions_[1]);
+            object_ == nullptr || arguments_.size() < 2 ? nullptr : object_->FindCommand(arguments_[1]);
     }
 
-    Words Candidates() const {
+    std::optional<Words> Find() const {
         if (option_ != nullptr) {
             return OptionValues();
         }
         if (last_.starts_with('-')) {
-            return OptionNames(app_);
+            return std::nullopt;
         }
-        if (positions_.empty()) {
+        if (arguments_.empty()) {
             return NamesOf(ApiCatalogue().objects);
         }
-        if (positions_.size() == 1) {
+        if (arguments_.size() == 1) {
             return object_ == nullptr ? Words{} : NamesOf(object_->commands);
         }
         return command_ == nullptr ? Words{} : Arguments();
     }
 
   private:
-    Words OptionValues() const {
+    std::optional<Words> OptionValues() const {
         const auto is = [&](const char* name) { return option_->check_name(name); };
         if (is("--locale")) {
             return Identifiers(APIEnumsIDStrList::gLanguageLocaleEnumIdStrList);
@@ -103,10 +70,10 @@ class Completer {
             }
             return names;
         }
-        if (is("--columns") || is("--filter")) {
-            return object_ == nullptr ? Words{} : is("--columns") ? Columns() : Conditions();
+        if (is("--columns") || is("--filter") || is("--sort")) {
+            return object_ == nullptr ? Words{} : is("--filter") ? Conditions() : Columns();
         }
-        return AllowedValues(*option_);
+        return std::nullopt;
     }
 
     Words Columns() const {
@@ -202,25 +169,17 @@ class Completer {
         return field == nullptr ? Words{} : Prefixed(prefix + field->name + "=", ValuesOf(*field));
     }
 
-    const CLI::App& app_;
+    const CLI::Option* option_;
+    const Words& arguments_;
     const std::string& last_;
-    const CLI::Option* option_ = nullptr;  ///< whose value the last word is; null if there is none
-    Words positions_;
     const CatalogueObject* object_ = nullptr;
     const CatalogueCommand* command_ = nullptr;
 };
 
 }  // namespace
 
-std::vector<std::string> Completions(const CLI::App& app, const std::vector<std::string>& words,
-                                     const std::string& last) {
-    Words matching;
-    for (const std::string& each : Completer(app, words, last).Candidates()) {
-        if (CompareNoCase(each.substr(0, last.size()), last) == 0) {
-            matching.push_back(each);
-        }
-    }
-    return matching;
+std::optional<commandline::Candidates> FindCandidates(const commandline::UnfinishedLine& line) {
+    return Completer(line).Find();
 }
 
 }  // namespace apiclient

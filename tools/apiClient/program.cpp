@@ -1,7 +1,9 @@
 #include "tools/apiClient/program.h"
 
 #include <CLI/CLI.hpp>
+#include <chrono>
 #include <ostream>
+#include <thread>
 
 #include "apiMgmt/apiStub/base/apiObjects/base/baseApiMethodReturn.h"
 #include "apiMgmt/common/utils/pathConstants.h"
@@ -11,6 +13,7 @@
 #include "tools/apiClient/catalogueDescription.h"
 #include "tools/apiClient/completion.h"
 #include "tools/apiClient/resultFormatter.h"
+#include "tools/commandLine/completion.h"
 #include "tools/commandLine/nearestName.h"
 #include "tools/commandLine/usageError.h"
 
@@ -21,9 +24,6 @@ using commandline::UsageError;
 namespace {
 
 enum ExitStatus { kExecuted = 0, kNoResponse = 1, kUsage = 2, kRejected = 3 };
-
-// For the shells' completion only, so --help does not show it.
-constexpr char kComplete[] = "--complete";
 
 constexpr long kMaximumTimeout_s = 86400;
 constexpr long kTimeout_s = 60;
@@ -55,6 +55,8 @@ struct Options {
     std::string enumeration;
     std::string format = "table";
     FormatOptions output;
+    std::string sort;
+    long watch_s = 0;  ///< 0: execute the call once
     std::string socket_path = kApiMgrSocket;
     std::string key_file = kAccessKeyFile;
     std::string locale;
@@ -67,12 +69,16 @@ class Program {
   public:
     Program(std::ostream& out, std::ostream& err) : out_(out), err_(err) {
         app_.footer(kFooter);
+        commandline::AddVersionOption(app_);
         AddCallOptions();
         AddOutputOptions();
         AddConnectionOptions();
     }
 
     int Run(int argc, const char* const* argv) {
+        if (commandline::PrintCandidates(app_, argc, argv, out_, FindCandidates)) {
+            return kExecuted;
+        }
         try {
             app_.parse(argc, argv);
             options_.call.checked = !options_.no_check;
@@ -82,24 +88,7 @@ class Program {
         } catch (const UsageError& error) {
             err_ << "apiClient: " << error.what() << '\n';
             return kUsage;
-        } catch (const WireLinkError& error) {
-            err_ << "apiClient: cannot reach the API manager: " << error.what() << '\n';
-            return kNoResponse;
-        } catch (const ResponseError& error) {
-            err_ << "apiClient: " << error.what() << '\n';
-            return kNoResponse;
         }
-    }
-
-    int Complete(std::vector<std::string> words) {
-        if (!words.empty()) {
-            const std::string last = words.back();
-            words.pop_back();
-            for (const std::string& each : Completions(app_, words, last)) {
-                out_ << each << '\n';
-            }
-        }
-        return kExecuted;
     }
 
   private:
@@ -143,12 +132,19 @@ class Program {
             ->type_name("NAME,...")
             ->delimiter(',')
             ->allow_extra_args(false);
+        app_.add_option("--sort", options_.sort,
+                        "Sort the objects of a list by this attribute, in the order of filters")
+            ->type_name("COLUMN");
         app_.add_flag("--readable", options_.output.readable,
                       "In a table or CSV, show sizes with units, names instead of references, and "
                       "human-readable names of enumerated values");
         app_.add_option("--width", options_.output.width,
                         "Maximum width of a table without --columns, in characters")
             ->capture_default_str();
+        app_.add_option("--watch", options_.watch_s,
+                        "Repeat a call that reads the array, with this number of seconds in between")
+            ->type_name("SECONDS")
+            ->check(CLI::Range(1L, kMaximumTimeout_s));
     }
 
     void AddConnectionOptions() {
@@ -176,9 +172,25 @@ class Program {
             throw UsageError("missing command or association; see apiClient " +
                              FindObject(options_.call.object).name + " --list");
         } else {
-            return Call();
+            return options_.watch_s == 0 ? Call() : Watch();
         }
         return kExecuted;
+    }
+
+    /** Repeats the call, whether it succeeds or not, until the output is closed. */
+    int Watch() {
+        const CallRequest& call = options_.call;
+        if (!call.checked ||
+            FindCommand(FindObject(call.object), call.command, call.association).changes_state) {
+            throw UsageError("--watch repeats only calls that read the array");
+        }
+        int status = Call();
+        while (out_.flush().good()) {
+            std::this_thread::sleep_for(std::chrono::seconds(options_.watch_s));
+            out_ << '\n';
+            status = Call();
+        }
+        return status;
     }
 
     std::string List() const {
@@ -199,14 +211,29 @@ class Program {
             out_ << call->GenerateXml(false, true) << '\n';
             return kExecuted;
         }
+        try {
+            return Exchange(*call);
+        } catch (const WireLinkError& error) {
+            err_ << "apiClient: cannot reach the API manager: " << error.what() << '\n';
+        } catch (const ResponseError& error) {
+            err_ << "apiClient: " << error.what() << '\n';
+        }
+        return kNoResponse;
+    }
+
+    int Exchange(BASEApiMethod& call) {
         ArrayConnection connection(options_.socket_path, options_.timeout_s);
-        const std::unique_ptr<BASEApiMethodReturn> answer =
-            connection.Call(*call, ReadSessionKey(options_.key_file), options_.locale);
-        if (answer != nullptr && !answer->GetSuccessful()) {
-            err_ << "apiClient: " << DescribeFailure(*call, *answer) << '\n';
+        const std::unique_ptr<BASEApiMethodReturn> response =
+            connection.Call(call, ReadSessionKey(options_.key_file), options_.locale);
+        if (response != nullptr && !response->GetSuccessful()) {
+            err_ << "apiClient: " << DescribeFailure(call, *response) << '\n';
             return kRejected;
         }
-        Print(ResultOf(answer.get()), connection);
+        Result result = ResultOf(response.get());
+        if (!options_.sort.empty()) {
+            SortRecords(result.records, options_.sort);
+        }
+        Print(result, connection);
         return kExecuted;
     }
 
@@ -219,7 +246,9 @@ class Program {
             return;
         }
         const CatalogueObject& object = FindObject(call.object);
-        for (const std::string& name : options_.output.columns) {
+        std::vector<std::string> names = options_.output.columns;
+        names.push_back(options_.sort.empty() ? kAllColumns : options_.sort);
+        for (const std::string& name : names) {
             if (CompareNoCase(name, kAllColumns) != 0 && FindNamed(object.attributes, name) == nullptr) {
                 throw UsageError(commandline::UnknownName("column", name, NamesOf(object.attributes),
                                                           "see apiClient " + object.name + " --list"));
@@ -256,9 +285,6 @@ class Program {
 }  // namespace
 
 int RunProgram(int argc, const char* const* argv, std::ostream& out, std::ostream& err) {
-    if (argc > 1 && std::string_view(argv[1]) == kComplete) {
-        return Program(out, err).Complete({argv + 2, argv + argc});
-    }
     return Program(out, err).Run(argc, argv);
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "apiMgmt/apiStub/base/apiAttributes/filterItem.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/methodReturns.h"
 #include "apiMgmt/common/utils/stringUtil.h"
 #include "tools/apiClient/apiCatalogue.h"
@@ -85,32 +86,46 @@ ATTRIBUTEMap PresentNames(const std::vector<Record>& records) {
     return present;
 }
 
+bool IsLess(const Column& column, const std::string& left, const std::string& right) {
+    if (left.empty() || right.empty()) {
+        return !left.empty();
+    }
+    const auto is_filtered = [&](const std::string& lower, const std::string& upper) {
+        const FILTERItem item{.name = column.name, .value = upper, .filterOperator = filter_operator::kLess};
+        return column.descriptor != nullptr && column.descriptor->MatchesFilter(item, lower);
+    };
+    if (is_filtered(left, right) || is_filtered(right, left)) {
+        return is_filtered(left, right);
+    }
+    return CompareNoCase(left, right) < 0;
+}
+
 }  // namespace
 
 std::string Record::Value(std::string_view attribute) const {
     return std::string(values->Find(attribute).value_or(std::string_view()));
 }
 
-Result ResultOf(const BASEApiMethodReturn* answer) {
-    if (const auto* boolean = dynamic_cast<const BOOLMethodReturn*>(answer)) {
+Result ResultOf(const BASEApiMethodReturn* response) {
+    if (const auto* boolean = dynamic_cast<const BOOLMethodReturn*>(response)) {
         return ValueResult(Result::kBoolean, boolean->value ? "True" : "False");
     }
-    if (const auto* number = dynamic_cast<const INTMethodReturn*>(answer)) {
+    if (const auto* number = dynamic_cast<const INTMethodReturn*>(response)) {
         return ValueResult(Result::kNumber, std::to_string(number->value));
     }
-    if (const auto* string = dynamic_cast<const STRINGMethodReturn*>(answer)) {
+    if (const auto* string = dynamic_cast<const STRINGMethodReturn*>(response)) {
         return ValueResult(Result::kString, string->value);
     }
-    if (const auto* enumeration = dynamic_cast<const ENUMMethodReturn*>(answer)) {
+    if (const auto* enumeration = dynamic_cast<const ENUMMethodReturn*>(response)) {
         return ValueResult(Result::kString, enumeration->value);
     }
-    if (const auto* mask = dynamic_cast<const ENUMMaskMethodReturn*>(answer)) {
+    if (const auto* mask = dynamic_cast<const ENUMMaskMethodReturn*>(response)) {
         return MaskResult(*mask);
     }
-    if (const auto* objects = dynamic_cast<const COMPObjectMethodReturn*>(answer)) {
+    if (const auto* objects = dynamic_cast<const COMPObjectMethodReturn*>(response)) {
         return RecordResult(objects->isArray, objects->GetObjects());
     }
-    if (const auto* objects = dynamic_cast<const METHODObjectMethodReturn*>(answer)) {
+    if (const auto* objects = dynamic_cast<const METHODObjectMethodReturn*>(response)) {
         return RecordResult(objects->isArray, objects->objects);
     }
     return {};
@@ -146,6 +161,18 @@ std::vector<Column> NamedColumns(const std::vector<Record>& records, const std::
         }
     }
     return columns;
+}
+
+void SortRecords(std::vector<Record>& records, const std::string& attribute) {
+    const std::vector<Column> columns = NamedColumns(records, {attribute});
+    std::vector<Record> sorted;
+    for (std::vector<Record>& part : SplitByClass(records)) {
+        std::ranges::stable_sort(part, [&](const Record& left, const Record& right) {
+            return IsLess(columns[0], left.Value(columns[0].name), right.Value(columns[0].name));
+        });
+        std::ranges::move(part, std::back_inserter(sorted));
+    }
+    records = std::move(sorted);
 }
 
 std::vector<std::vector<Record>> SplitByClass(const std::vector<Record>& records) {

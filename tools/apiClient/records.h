@@ -44,8 +44,8 @@ struct Column {
     const BASEApiAttribute* descriptor = nullptr;  ///< null for an attribute that its class does not know
 };
 
-/** Converts what a call has returned. answer: null for a success without a result. */
-Result ResultOf(const BASEApiMethodReturn* answer);
+/** Converts what a call has returned. response: null for a success without a result. */
+Result ResultOf(const BASEApiMethodReturn* response);
 
 /** Returns all attributes that a record has: in the order of the class, then those that the class does not
  * know. */
@@ -57,6 +57,13 @@ std::vector<Column> AllColumns(const std::vector<Record>& records);
  * records, there are no columns.
  */
 std::vector<Column> NamedColumns(const std::vector<Record>& records, const std::vector<std::string>& names);
+
+/**
+ * Sorts the records of each class by an attribute, in the order in which filters compare it, and if they do
+ * not, by letters ignoring case. Records without a value come last. Throws UsageError for an unknown
+ * attribute.
+ */
+void SortRecords(std::vector<Record>& records, const std::string& attribute);
 
 /** Splits records where the class changes, since each class has its own columns. */
 std::vector<std::vector<Record>> SplitByClass(const std::vector<Record>& records);

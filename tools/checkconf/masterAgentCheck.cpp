@@ -13,8 +13,10 @@
 #include "apiMgmt/common/utils/stringUtil.h"
 #include "apiMgmt/common/utils/textFile.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/settings/subagentConf.h"
+#include "tools/checkconf/masterAgentDirectives.h"
 #include "tools/checkconf/masterAgentFile.h"
 #include "tools/checkconf/selfTestAccess.h"
+#include "tools/commandLine/nearestName.h"
 
 namespace checkconf {
 
@@ -26,6 +28,13 @@ using Directive = MasterAgentFile::Directive;
 constexpr int kMaximumResolution_s = 12;
 
 constexpr const char* kAgentXSocket = "/var/agentx/master";
+
+// As many strings of maximum length fit in a datagram.
+constexpr int kMaximumResponses = 20;
+constexpr int kDefaultResponses = 100;
+
+constexpr size_t kMinimumPassphrase = 8;
+constexpr size_t kMaximumMisspelling = 2;
 
 // snmpd uses the last such line and compares all of its rest, including a comment.
 bool IsMaster(const MasterAgentFile& file) {
@@ -108,6 +117,43 @@ void CheckTimeouts(const MasterAgentFile& file, Report& report) {
         report.Warn("agentXRetries is not 0: snmpd repeats requests that the daemon delays; set 0");
 }
 
+void CheckResponses(const MasterAgentFile& file, Report& report) {
+    const int responses = file.Number("maxgetbulkresponses").value_or(kDefaultResponses);
+    if (responses > kMaximumResponses || responses == 0)
+        report.Warn(
+            "maxGetbulkResponses is not between 1 and 20: snmpd sends nothing if a response does not fit in "
+            "a "
+            "datagram; set 20");
+}
+
+/** Checks lines `createUser [-e ENGINE] NAME PROTOCOL PASSPHRASE [PROTOCOL [PASSPHRASE]]`. */
+void CheckPassphrases(const MasterAgentFile& file, Report& report) {
+    for (Directive words : file.Find({"createuser"})) {
+        if (words.size() > 2 && words[1] == "-e")
+            words.erase(words.begin() + 1, words.begin() + 3);
+        for (size_t place = 3; place < words.size(); place += 2) {
+            if (words[place] == "-m" || words[place] == "-l")
+                break;  // a key
+            if (words[place].size() < kMinimumPassphrase) {
+                report.Warn("createUser " + words[1] +
+                            ": a passphrase has fewer than 8 characters; snmpd does not create the user");
+                break;
+            }
+        }
+    }
+}
+
+/** snmpd only logs unknown directives, which may also belong to modules that it does not have. */
+void CheckSpelling(const MasterAgentFile& file, Report& report) {
+    std::vector<std::string> known;
+    SplitChar(kMasterAgentDirectives, ' ', known);
+    for (const Directive& words : file.directives()) {
+        const auto nearest = commandline::NearestName(words[0], known, kMaximumMisspelling);
+        if (nearest && CompareNoCase(*nearest, words[0]) != 0)
+            report.Warn("unknown directive '" + words[0] + "'; do you mean " + *nearest + "?");
+    }
+}
+
 void CheckPermissions(const std::string& path, const MasterAgentFile& file, Report& report) {
     struct stat status {};
     if (stat(path.c_str(), &status) == 0 && (status.st_mode & (S_IRGRP | S_IROTH)) != 0 &&
@@ -136,6 +182,9 @@ void CheckMasterAgent(const std::string& path, Report& report) {
     CheckCommunity(file, report);
     CheckAddresses(file, report);
     CheckTimeouts(file, report);
+    CheckResponses(file, report);
+    CheckPassphrases(file, report);
+    CheckSpelling(file, report);
     CheckPermissions(path, file, report);
     const size_t users = file.Find({"rouser", "rwuser"}).size();
     report.Fact(std::to_string(users) + (users == 1 ? " SNMPv3 user has" : " SNMPv3 users have") + " access");

@@ -6,6 +6,7 @@
 
 #include "tools/checkconf/installationCheck.h"
 #include "tools/checkconf/report.h"
+#include "tools/commandLine/completion.h"
 
 namespace checkconf {
 
@@ -50,6 +51,7 @@ ExitStatus StatusOf(const Report& report, bool allows_warnings) {
 int RunProgram(int argc, const char* const* argv, std::ostream& out, std::ostream& err) {
     CLI::App app(kDescription, "snmpSubagent-checkconf");
     app.footer(kFooter);
+    commandline::AddVersionOption(app);
     Options options;
     app.add_option("--root", options.root,
                    "Check the files in this directory instead of those of the machine")
@@ -59,6 +61,9 @@ int RunProgram(int argc, const char* const* argv, std::ostream& out, std::ostrea
     app.add_flag("--quiet", options.is_quiet, "Print only warnings and errors");
     app.add_flag("--allow-warnings", options.allows_warnings,
                  "Exit with status 0 if there are only warnings");
+    if (commandline::PrintCandidates(app, argc, argv, out)) {
+        return kNoProblem;
+    }
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

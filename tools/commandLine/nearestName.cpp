@@ -30,8 +30,13 @@ size_t EditDistance(std::string_view left, std::string_view right) {
 }  // namespace
 
 std::optional<std::string> NearestName(std::string_view given, const std::vector<std::string>& names) {
+    return NearestName(given, names, given.size() / 3 + 1);
+}
+
+std::optional<std::string> NearestName(std::string_view given, const std::vector<std::string>& names,
+                                       size_t maximum) {
     std::optional<std::string> nearest;
-    size_t distance = given.size() / 3 + 2;
+    size_t distance = maximum + 1;
     for (const std::string& name : names) {
         const size_t of_name = EditDistance(name, given);
         if (of_name < distance) {

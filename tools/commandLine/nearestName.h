@@ -14,6 +14,10 @@ namespace commandline {
  */
 std::optional<std::string> NearestName(std::string_view given, const std::vector<std::string>& names);
 
+/** The same with another maximum number of letters. */
+std::optional<std::string> NearestName(std::string_view given, const std::vector<std::string>& names,
+                                       size_t maximum);
+
 /** Returns "there is no WHAT 'GIVEN'; do you mean NAME?", or with `hint` in place of the question if none is
  * near. */
 std::string UnknownName(std::string_view what, std::string_view given, const std::vector<std::string>& names,

@@ -12,6 +12,7 @@
 #include "apiMgmt/common/utils/pathConstants.h"
 #include "apiMgmt/common/utils/textFile.h"
 #include "apiMgmt/common/wirelink/wireLink.h"
+#include "tools/commandLine/completion.h"
 #include "tools/commandLine/usageError.h"
 #include "tools/mgmtSend/mgmtMessage.h"
 #include "tools/mgmtSend/statusReport.h"
@@ -84,10 +85,20 @@ std::optional<std::string> ReadLine(std::istream& in) {
     return line.empty() ? std::nullopt : std::optional(line);
 }
 
+/** The keywords of notifications and components. */
+std::optional<commandline::Candidates> FindCandidates(const commandline::UnfinishedLine& line) {
+    const bool is_argument = line.option == nullptr && !line.last.starts_with('-');
+    if (!is_argument || line.command->get_name() != "trap") {
+        return std::nullopt;
+    }
+    return TrapKeywords(line.arguments);
+}
+
 class Program {
   public:
     Program(std::istream& in, std::ostream& out, std::ostream& err) : in_(in), out_(out), err_(err) {
         app_.footer(kFooter);
+        commandline::AddVersionOption(app_);
         app_.require_subcommand(0, 1);
         app_.fallthrough();
         app_.add_option("--socket", options_.socket_path, "Socket of the daemon")->capture_default_str();
@@ -117,6 +128,9 @@ class Program {
     }
 
     int Run(int argc, const char* const* argv) {
+        if (commandline::PrintCandidates(app_, argc, argv, out_, FindCandidates)) {
+            return kDelivered;
+        }
         try {
             app_.parse(argc, argv);
             return Act();

@@ -219,7 +219,7 @@ class TrapCommandBuilder {
     /** The daemon requires a space before the mark for plain notifications. It shows the whole string of one
        kind, which therefore has no mark. */
     std::string AlertString() const {
-        const std::string alert = request_.alert.value_or("");
+        std::string alert = request_.alert.value_or("");
         const bool shown_whole = notification_ != nullptr && Carries(*notification_, COLID_trapMiscAlertText);
         if (shown_whole || alert.find(kAlertMark) != std::string::npos) {
             return alert;
@@ -272,6 +272,21 @@ void CheckTrapCommand(const std::string& command) {
         throw UsageError("the trap command has " + std::to_string(command.size()) +
                          " bytes; the maximum is " + std::to_string(kMaximumTrapCommand));
     }
+}
+
+std::vector<std::string> TrapKeywords(const std::vector<std::string>& arguments) {
+    std::vector<std::string> keywords;
+    for (const notification_definition& each : notifications) {
+        if (arguments.empty()) {
+            keywords.emplace_back(each.word);
+        } else if (arguments.size() == 2 &&
+                   (arguments[0] == each.word || ReadNumber(arguments[0]) == each.number)) {
+            for (const component_definition& component : ComponentsOf(each.number)) {
+                keywords.emplace_back(component.word);
+            }
+        }
+    }
+    return keywords;
 }
 
 std::string ListNotifications() {

@@ -29,6 +29,10 @@ void CheckTrapCommand(const std::string& command);
 /** Maximum length of a trap command, in bytes: the daemon ignores the rest. */
 extern const size_t kMaximumTrapCommand;
 
+/** Returns the keywords that can follow these arguments of `trap`: of notifications, or as B of components.
+ */
+std::vector<std::string> TrapKeywords(const std::vector<std::string>& arguments);
+
 /** Lists all notifications with their numbers, keywords, names and arguments. */
 std::string ListNotifications();
 

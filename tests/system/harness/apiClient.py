@@ -1,5 +1,6 @@
 """The command line client of the array's API, a process for each call."""
 
+import contextlib
 import json
 import os
 import subprocess
@@ -7,15 +8,6 @@ import subprocess
 from . import machine, waiting
 
 PROGRAM = os.path.join(machine.BUILD, "tools", "apiClient", "apiClient")
-COMPLETION = os.path.join(machine.REPOSITORY, "tools", "apiClient", "apiClient.bash-completion")
-
-# Takes the place of a shell with a person before it: words as bash sees them, the last one unfinished.
-COMPLETE = """
-source "$1"; shift
-COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1))
-_apiClient "$1" "${COMP_WORDS[COMP_CWORD]}" "${COMP_WORDS[COMP_CWORD - 1]}"
-printf '%s\\n' "${COMPREPLY[@]}"
-"""
 
 
 class Answer:
@@ -42,6 +34,11 @@ def objects(*words):
     return json.loads(answer.output)
 
 
-def complete(*words):
-    """What bash offers for the last word."""
-    return machine.run("bash", "-c", COMPLETE, "bash", COMPLETION, PROGRAM, *words).splitlines()
+@contextlib.contextmanager
+def watched(*words):
+    """The lines that a call prints which is repeated every second until the end of the block."""
+    with subprocess.Popen([PROGRAM, *words, "--watch", "1"], stdout=subprocess.PIPE, text=True) as process:
+        try:
+            yield process.stdout
+        finally:
+            process.kill()

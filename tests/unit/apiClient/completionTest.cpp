@@ -30,8 +30,8 @@ TEST(ApiClientCompletion, CompletesTheLastWord) {
          "HistoricalFilter.UseCurrent=f",
          {"HistoricalFilter.UseCurrent=False"}},
         {"Tessera AddIScsiTesseraConnections", "NatInfo.2.Ip", {"NatInfo.2.IpAddress="}},
-        {"TsDisk GetList --format", "", {"table", "csv", "json", "xml"}},
         {"TsDisk GetList --columns", "Name,StatusM", {"Name,StatusMessage"}},
+        {"TsDisk GetList --sort", "StatusM", {"StatusMessage"}},
         {"TsDisk GetList --filter", "Stat", {"Status = ", "StatusMessage "}},
         {"TsDisk GetList --filter", "Index ", {"Index = ", "Index > ", "Index >= ", "Index < ", "Index <= "}},
         {"TsDisk GetList --filter", "Status = ", {"Status = Up", "Status = Down", "Status = Degraded"}},
@@ -41,7 +41,6 @@ TEST(ApiClientCompletion, CompletesTheLastWord) {
         {"TsDisk GetList --filter", "HealthM", {}},  // filters do not support it
         {"TsDisk GetList --filter", "HealthMask = ", {}},
         {"TsDisk GetList", "--fi", {"--filter"}},
-        {"TsDisk GetList", "--l", {"--lite", "--list", "--locale"}},
         {"TsDisk --lite", "GetL", {"GetList"}},
         {"TsToaster", "", {}},
         {"TsDisk Fly", "", {}},

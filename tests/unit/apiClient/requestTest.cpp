@@ -146,6 +146,8 @@ TEST(ApiClientRequest, RejectsMistakesWithAMessage) {
         {"TsDisk Get InstanceId=1 --filter 'Status = Up'", "TsDisk Get does not accept a filter"},
         {"TsDisk GetList --filter 'Status = Up' 'Filter=and Index = 1-'", "either --filter or Filter="},
         {"TsDisk GetList --columns Nme", "there is no column 'Nme'; do you mean Name?"},
+        {"TsDisk GetList --sort Nme", "there is no column 'Nme'; do you mean Name?"},
+        {"TsController Modify InstanceId=1 --watch 1", "--watch repeats only calls that read the array"},
         {"'Ts Disk' Get --no-check", "object and command must consist of letters and digits"},
         {"--enumeration Statu", "there is no enumeration 'Statu'; do you mean Status?"},
     };

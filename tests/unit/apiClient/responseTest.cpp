@@ -96,10 +96,27 @@ TEST_F(ApiClientResponse, WritesCsvForSpreadsheets) {
     EXPECT_EQ(
         run.output,
         "Name,Status,StatusMessage\n01-03,Down,\"pulled, \"\"maybe\"\"\nby hand\"\n\xc3\xa4\xc3\xb6,Up,\n");
+    EXPECT_EQ(
+        RunAgainst(kTwoDisks, "TsDisk GetList --format csv --readable --columns Size,DiskFolder").output,
+        "Size,DiskFolder\n1 GB,Folder 1\n,\n");
     EXPECT_THAT(RunAgainst(kTwoDisks, "TsDisk GetList --format csv").output,
                 HasSubstr(",InstanceId,ObjectType,Colour\n"));
     EXPECT_EQ(RunAgainst(kTwoDisks, "TsDisk GetList --format xml").output,
               "<lumapi>" + kTwoDisks + "</lumapi>\n");
+}
+
+TEST_F(ApiClientResponse, SortsLikeFiltersWithMissingValuesLast) {
+    std::string disks;
+    for (const char* index : {"10", "9", "", "-1"}) {
+        disks += "<TsDisk><Name>D" + std::string(index) + "</Name><Index>" + index + "</Index></TsDisk>";
+    }
+    const std::string list = std::string(kGood) + "<ReturnObjectArray>" + disks + "</ReturnObjectArray>";
+    const std::pair<const char*, const char*> cases[] = {{"index", "Name\nD-1\nD9\nD10\nD\n"},
+                                                         {"Name", "Name\nD\nD-1\nD10\nD9\n"}};
+    for (const auto& [column, expected] : cases) {
+        const std::string words = "TsDisk GetList --format csv --columns Name --sort ";
+        EXPECT_EQ(RunAgainst(list, words + column).output, expected);
+    }
 }
 
 TEST_F(ApiClientResponse, WritesJsonWithTypes) {

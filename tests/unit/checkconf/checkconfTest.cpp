@@ -260,6 +260,10 @@ TEST_F(Checkconf, WarnsOfUnsuitableMasterAgentOptions) {
         {"agentXRetries 0\n", "agentXTimeout is 1 s"},
         {"agentXTimeout 60\n", "agentXRetries is not 0"},
         {"AGENTXTIMEOUT 60\nagentxretries 0\ncreateUser x SHA \"a passphrase\"\n", "contains passphrases"},
+        {"createUser x SHA 1234567 AES 12345678\n", "createUser x: a passphrase has fewer than 8 characters"},
+        {"createUser -e 0x01 x SHA 12345678 AES 1234567\n", "createUser x: a passphrase has fewer"},
+        {"rocomunity public\n", "unknown directive 'rocomunity'; do you mean rocommunity?"},
+        {"maxGetbulkResponses 21\n", "maxGetbulkResponses is not between 1 and 20"},
     };
     for (const auto& [text, warning] : rows) {
         Write(kMaster, "master agentx\nrocommunity \"public\"\n" + text, 0644);

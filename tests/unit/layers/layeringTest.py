@@ -38,14 +38,14 @@ apiMgmt/snmpSubagent/snmpSubagentMain: heartbeat platform proto refresh request 
     snmpSubagentMibParser snmpSubagentUtil threadpool traps utils wirelink
 tools/commandLine: utils
 tools/apiClient: apiAttributes base commandLine src utils wirelink xmlwrap
-tools/checkconf: settings snmpSubagentMibParser snmpSubagentUtil traps utils wirelink
+tools/checkconf: commandLine settings snmpSubagentMibParser snmpSubagentUtil traps utils wirelink
 tools/mgmtSend: commandLine proto snmpSubagentMibParser traps utils wirelink
 arraySim/model: apiAttributes base utils
 arraySim/protocol: apiAttributes base model src utils xmlwrap
 arraySim/faults: protocol utils wirelink
 arraySim/control: faults mgmtSend model platform protocol utils wirelink
 arraySim/scenario: control model utils
-arraySim: control model protocol scenario utils
+arraySim: commandLine control model protocol scenario utils
 """
 ABOVE_ALL = ("tests", "bench", "fuzz", "docs", "cmake")
 

@@ -1,9 +1,9 @@
-# Completion of apiClient for bash. The program itself knows what can follow.
+# Completion for bash. The program lists the candidates for its last word; without any, bash offers files.
 
-_apiClient() {
+_snmpsubagent_complete() {
     local words=() word glue="" i current
     COMPREPLY=()
-    # Bash has taken Name=Value apart; the program wants it whole, and without the quote that is still open.
+    # Bash splits NAME=VALUE into three words. The program needs one, without a quotation mark that is still open.
     for ((i = 1; i <= COMP_CWORD; i++)); do
         word=${COMP_WORDS[i]}
         if [[ ($word == = || -n $glue) && ${#words[@]} -gt 0 ]]; then
@@ -16,13 +16,8 @@ _apiClient() {
     current=${words[-1]}
     words[-1]=${current#[\"\']}
     mapfile -t COMPREPLY < <("${COMP_WORDS[0]}" --complete "${words[@]}" 2>/dev/null)
-    # The program knows no files: they are offered where it has nothing for the value of an option.
-    if [[ ${#COMPREPLY[@]} == 0 && ${words[-2]-} == --* ]]; then
-        mapfile -t COMPREPLY < <(compgen -f -- "$2")
-        return
-    fi
 
-    # Bash replaces only what stands behind its last break.
+    # Bash replaces only what follows the last "=".
     if [[ $current == *=* && $COMP_WORDBREAKS == *=* && $current != [\"\']* ]]; then
         COMPREPLY=("${COMPREPLY[@]#"${current%"${current##*=}"}"}")
     fi
@@ -30,4 +25,5 @@ _apiClient() {
         compopt -o nospace 2>/dev/null
     fi
 }
-complete -F _apiClient apiClient
+complete -o default -F _snmpsubagent_complete apiClient arraySim mgmtSend snmpSubagent-checkconf
+complete -W "--help --version" snmpSubagent  # not asked, because it is the daemon
