@@ -26,6 +26,7 @@ ELSEWHERE = (
     ("scripts/record-array", "tests/system/test_recording.py", "RECORDER"),
     ("scripts/record-demo", "tests/system/CMakeLists.txt", "textToSvg.py"),
     ("sandbox/sandbox -- /usr/bin/python3 tests/system/test_set.py", "tests/system/CMakeLists.txt", "test_set.py"),
+    ("scripts/lint", "tests/unit/tools/CMakeLists.txt", "scripts/lint"),
     ("scripts/check-freebsd", "tests/unit/package/CMakeLists.txt", "scripts/check-freebsd"),
     ("scripts/freebsd-plist *", "tests/unit/package/CMakeLists.txt", "scripts/freebsd-plist"),
     ("smilint -s -l 9", "mib/CMakeLists.txt", "-s -l 9"),
