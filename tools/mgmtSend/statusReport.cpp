@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <map>
+#include <nlohmann/json.hpp>
 #include <sstream>
 #include <string_view>
 #include <vector>
@@ -18,7 +19,7 @@ namespace {
 constexpr std::string_view kPrefix = "snmpsubagent_";
 constexpr double kStale_s = 60;  // the daemon writes every 10 seconds, or 15 while the array does not respond
 
-/** Labels in the order of the file; their values are escaped as in the file. */
+/** Labels in the order of the file. */
 struct Sample {
     std::vector<std::pair<std::string, std::string>> labels;
     double value = 0;
@@ -35,6 +36,16 @@ struct Sample {
 
 using Metrics = std::vector<std::pair<std::string, std::vector<Sample>>>;
 
+std::string Unescape(std::string_view escaped) {
+    std::string text;
+    for (size_t i = 0; i < escaped.size(); ++i) {
+        const bool is_escape = escaped[i] == '\\' && i + 1 < escaped.size();
+        i += is_escape ? 1 : 0;
+        text += is_escape && escaped[i] == 'n' ? '\n' : escaped[i];
+    }
+    return text;
+}
+
 /** The labels between braces, of which `rest` then begins behind. */
 std::vector<std::pair<std::string, std::string>> ReadLabels(std::string_view& rest) {
     std::vector<std::pair<std::string, std::string>> labels;
@@ -50,7 +61,7 @@ std::vector<std::pair<std::string, std::string>> ReadLabels(std::string_view& re
         if (end >= rest.size()) {
             break;
         }
-        labels.emplace_back(rest.substr(0, equals), rest.substr(equals + 2, end - equals - 2));
+        labels.emplace_back(rest.substr(0, equals), Unescape(rest.substr(equals + 2, end - equals - 2)));
         rest.remove_prefix(end + 1);
         if (rest.starts_with(',')) {
             rest.remove_prefix(1);
@@ -111,14 +122,11 @@ std::string FormatTime(double unix_time) {
     return text;
 }
 
-/** A label's value without escapes. Names come from the array, and a terminal must not obey them. */
-std::string Printable(std::string_view escaped) {
-    std::string text;
-    for (size_t i = 0; i < escaped.size(); ++i) {
-        const bool is_escape = escaped[i] == '\\' && i + 1 < escaped.size();
-        i += is_escape ? 1 : 0;
-        const auto code = static_cast<unsigned char>(escaped[i]);
-        text += code < ' ' || code == 0x7f || (is_escape && code == 'n') ? '?' : escaped[i];
+/** Names come from the array, and a terminal must not obey them. */
+std::string Printable(std::string text) {
+    for (char& each : text) {
+        const auto code = static_cast<unsigned char>(each);
+        each = code < ' ' || code == 0x7f ? '?' : each;
     }
     return text;
 }
@@ -173,21 +181,19 @@ std::string FormatObjects(const Metrics& metrics) {
     return lines;
 }
 
-std::string JsonString(std::string_view escaped) {
-    std::string text = "\"";
-    for (const char each : escaped) {
-        const auto code = static_cast<unsigned char>(each);
-        text += code < ' ' ? FormatString("\\u%04x", code) : std::string(1, each);
-    }
-    return text + '"';
+nlohmann::ordered_json JsonNumber(double value) {
+    const auto whole = static_cast<int64_t>(value);
+    return static_cast<double>(whole) == value ? nlohmann::ordered_json(whole)
+                                               : nlohmann::ordered_json(value);
 }
 
-std::string JsonSample(const Sample& sample) {
-    std::string text = "{";
+nlohmann::ordered_json JsonSample(const Sample& sample) {
+    nlohmann::ordered_json json;
     for (const auto& [name, value] : sample.labels) {
-        text += JsonString(name) + ": " + JsonString(value) + ", ";
+        json[name] = value;
     }
-    return text + FormatString("\"value\": %.15g}", sample.value);
+    json["value"] = JsonNumber(sample.value);
+    return json;
 }
 
 }  // namespace
@@ -204,22 +210,17 @@ std::string FormatUnhealthyObjects(const std::string& text) {
 }
 
 std::string FormatStatusJson(const std::string& text) {
-    std::string json = "{";
+    nlohmann::ordered_json json;
     for (const auto& [name, samples] : ReadMetrics(text)) {
-        json += json.size() == 1 ? "\n  " : ",\n  ";
-        json += JsonString(name) + ": ";
         if (samples.size() == 1 && samples.front().labels.empty()) {
-            json += FormatString("%.15g", samples.front().value);
+            json[name] = JsonNumber(samples.front().value);
             continue;
         }
-        const char* separator = "[";
         for (const Sample& sample : samples) {
-            json += separator + JsonSample(sample);
-            separator = ", ";
+            json[name].push_back(JsonSample(sample));
         }
-        json += ']';
     }
-    return json + "\n}\n";
+    return json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + '\n';
 }
 
 }  // namespace mgmtsend
