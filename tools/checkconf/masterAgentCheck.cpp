@@ -7,6 +7,7 @@
 #include <cstring>
 #include <iterator>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -143,6 +144,28 @@ void CheckPassphrases(const MasterAgentFile& file, Report& report) {
     }
 }
 
+/** Receivers of notifications: the address of trap2sink and others is the second word, that of trapsess the
+ * last. */
+void CheckReceivers(const MasterAgentFile& file, Report& report) {
+    std::set<std::string> receivers;
+    for (const Directive& words : file.Find({"trapsink", "trap2sink", "informsink", "trapsess"})) {
+        if (words.size() < 2)
+            continue;
+        const bool is_session = words[0] == "trapsess";
+        const std::string& receiver = is_session ? words.back() : words[1];
+        report.Fact("snmpd sends notifications to " + receiver + " (" + words[0] + ")");
+        if (!receivers.insert(receiver).second)
+            report.Warn("receiver " + receiver + " occurs twice: it gets every notification twice");
+        const auto has = [&](const char* option) { return std::ranges::find(words, option) != words.end(); };
+        const bool is_v3 = has("-v3") || (has("-v") && has("3"));
+        if (is_session && is_v3 && !has("-e"))
+            report.Warn(
+                "trapsess " + receiver +
+                " without -e ENGINE-ID: while the receiver does not respond, neither snmpd nor the daemon "
+                "starts");
+    }
+}
+
 /** snmpd only logs unknown directives, which may also belong to modules that it does not have. */
 void CheckSpelling(const MasterAgentFile& file, Report& report) {
     std::vector<std::string> known;
@@ -184,6 +207,7 @@ void CheckMasterAgent(const std::string& path, Report& report) {
     CheckTimeouts(file, report);
     CheckResponses(file, report);
     CheckPassphrases(file, report);
+    CheckReceivers(file, report);
     CheckSpelling(file, report);
     CheckPermissions(path, file, report);
     const size_t users = file.Find({"rouser", "rwuser"}).size();

@@ -192,6 +192,10 @@ void CheckNotifications(Report& report) {
         report.Fact("notifications are off");
         return;
     }
+    if (conf_trapDest == kNoTrapDest) {
+        report.Fact("notifications are sent by snmpd only, to the receivers in its configuration");
+        return;
+    }
     std::string peer;
     if (conf_trapDest.empty()) {
         report.Warn("notifications are on, but trapDest is empty: none is sent");

@@ -124,6 +124,7 @@ TEST_F(Checkconf, DoesNotWarnOfProperSettings) {
         "rwcommunity **none**\nrocommunity public\n# the communities\n",
         "trapsEnabled yes\ntrapDest 10.0.0.9\ntrapPort 162\ntrapCommun traps\ntrapVer 3\n",
         "trapsEnabled yes\ntrapDest 2001:db8::9\ntrapPort 162\n",
+        "trapsEnabled yes\ntrapDest **none**\n",
         "trapPort 162\n" + string(600, '#') + "\n",
     };
     for (const string& text : rows) {
@@ -263,6 +264,8 @@ TEST_F(Checkconf, WarnsOfUnsuitableMasterAgentOptions) {
         {"createUser x SHA 1234567 AES 12345678\n", "createUser x: a passphrase has fewer than 8 characters"},
         {"createUser -e 0x01 x SHA 12345678 AES 1234567\n", "createUser x: a passphrase has fewer"},
         {"rocomunity public\n", "unknown directive 'rocomunity'; do you mean rocommunity?"},
+        {"trap2sink 10.0.0.9\ntrapsess -v 2c -c x 10.0.0.9\n", "receiver 10.0.0.9 occurs twice"},
+        {"trapsess -Ci -v 3 -u x 10.0.0.9\n", "trapsess 10.0.0.9 without -e ENGINE-ID"},
         {"maxGetbulkResponses 21\n", "maxGetbulkResponses is not between 1 and 20"},
     };
     for (const auto& [text, warning] : rows) {
