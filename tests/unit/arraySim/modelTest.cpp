@@ -116,12 +116,15 @@ TEST(ModelFile, ComesBackOrIsRejectedWithAReason) {
             {R"({"serial": 1, "objects": {"TsMoon": []}})", "unknown list \"TsMoon\""},
             {R"({"serial": 1, "objects": {"TsDisk": {}}})", "TsDisk: not a JSON array"},
             {R"({"serial": 1, "objects": {"TsDisk": [5]}})", "TsDisk, object 1: not a JSON object"},
-            {R"({"serial": 1, "objects": {"TsDisk": [{"Index": "-1"}]}})", "TsDisk, object 1: attribute \"Index\" must contain a number"},
+            {R"({"serial": 1, "objects": {"TsDisk": [{"Index": "-1"}]}})",
+             "TsDisk, object 1: attribute \"Index\" must contain a number"},
             {R"({"serial": 1, "objects": {"TsDisk": [{"Index": 5}]}})", "\"Index\" must be a string"},
-            {R"({"serial": 1, "objects": {"TsDisk": [{"Index": "5"}, {"Index": "5"}]}})", "duplicate index 5"},
+            {R"({"serial": 1, "objects": {"TsDisk": [{"Index": "5"}, {"Index": "5"}]}})",
+             "duplicate index 5"},
             {R"({"serial": 1, "objects": {"TsDisk": [{"Index": "5", "Colour": "red"}]}})", "\"Colour\""},
             {R"({"serial": 1, "objects": {"TsServer": [{"Index": "5"}]}})", "missing member \"kind\""},
-            {R"({"serial": 1, "objects": {"TsServer": [{"kind": "TsDisk", "Index": "5"}]}})", "does not belong to this list"},
+            {R"({"serial": 1, "objects": {"TsServer": [{"kind": "TsDisk", "Index": "5"}]}})",
+             "does not belong to this list"},
         },
         [](const char* text) { ReadModel(Catalogue::Builtin(), text); });
 }

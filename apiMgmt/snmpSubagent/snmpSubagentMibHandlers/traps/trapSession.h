@@ -40,8 +40,9 @@ bool has_master_agent();
 
 /**
  * Hands a version 2c notification to the master agent, which sends it to the receivers in its own
- * configuration (trap2sink, informsink, trapsess), with their versions and retries. Never waits: returns false
- * if the master agent does not read what was sent before. The variables stay the caller's. Needs a link.
+ * configuration (trap2sink, informsink, trapsess), with their versions and retries. Never waits: returns
+ * false if the master agent does not read what was sent before. The variables stay the caller's. Needs a
+ * link.
  */
 bool notify_master_agent(netsnmp_variable_list* variables);
 
