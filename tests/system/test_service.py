@@ -1,5 +1,6 @@
 """Service that nothing interrupts: while the array is slow, hangs or is changed, and when there are too many requests."""
 
+import os
 import socket
 import threading
 import time
@@ -43,8 +44,9 @@ class Service(story.SharedStory):
         large = berWriter.message("2c", "public", berWriter.pdu(
             berWriter.GET, 1, [(oid, berWriter.NULL) for oid in columns]))
         small = berWriter.message("2c", "public", berWriter.pdu(berWriter.GET, 1, [(columns[0], berWriter.NULL)]))
+        slowness = 4 if "SNMPSUBAGENT_SANITIZED" in os.environ else 1  # rejecting a request then takes that much longer
         for packet, per_second in ((small, 5000), (large, 700)):
-            flood = threading.Thread(target=send, args=(packet, per_second, 12))
+            flood = threading.Thread(target=send, args=(packet, per_second / slowness, 12))
             flood.start()
             patient = manager.Manager(timeout_s=1, retries=3)
             while flood.is_alive():
