@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "apiMgmt/common/utils/stringUtil.h"
+#include "apiMgmt/common/utils/version.h"
 
 namespace commandline {
 
@@ -123,7 +124,7 @@ bool PrintCandidates(const CLI::App& app, int argc, const char* const* argv, std
 }
 
 void AddVersionOption(CLI::App& app) {
-    app.set_version_flag("--version", app.get_name() + " " + PROJECT_VERSION, "Print the version and exit");
+    app.set_version_flag("--version", app.get_name() + " " + kVersion, "Print the version and exit");
 }
 
 }  // namespace commandline

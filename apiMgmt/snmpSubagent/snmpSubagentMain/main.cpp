@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "apiMgmt/common/utils/version.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/startUp.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMain/version.h"
 
 namespace {
 

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <set>
 #include <sstream>
 #include <string_view>
 
@@ -9,8 +10,8 @@
 #include "apiMgmt/common/threadpool/scopedMutex.h"
 #include "apiMgmt/common/utils/stringUtil.h"
 #include "apiMgmt/common/utils/textFile.h"
+#include "apiMgmt/common/utils/version.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentComm/snmpSubagentComm.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMain/version.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/outstandingTraps.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/sendTrap.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
@@ -106,14 +107,25 @@ void add_notifications(metrics& to) {
                   static_cast<double>(suppressed_notifications));
 }
 
+// As in the instance part of an OID.
+std::string row_text(int32_t var_index) {
+    const std::string row = std::to_string(get_row_seq(var_index));
+    const int32_t parent = get_parent_seq(var_index);
+    return parent < 0 ? row : std::to_string(parent) + "." + row;
+}
+
+// Names need not be unique, but readers reject a file in which a sample occurs twice.
 void add_unhealthy_objects(metrics& to) {
+    std::set<std::string> known;
     to.begin("unhealthy_object_since_seconds", "Unix time since when an object has been known as unhealthy.");
     for (const auto& record : outstandingTraps) {
         const notification_definition* notification = find_notification(record->command.trapNum);
-        to.add(unix_time(record->timeAdded_us),
-               "{object=" + quoted(outstanding_object_name(*record)) +
-                   ",status=" + quoted(vars[record->statusVar].str) +
-                   ",notification=" + quoted(notification == nullptr ? "" : notification->name) + "}");
+        const std::string labels =
+            "{object=" + quoted(outstanding_object_name(*record)) +
+            ",row=" + quoted(row_text(record->ownerVar)) + ",status=" + quoted(vars[record->statusVar].str) +
+            ",notification=" + quoted(notification == nullptr ? "" : notification->name) + "}";
+        if (known.insert(labels).second)
+            to.add(unix_time(record->timeAdded_us), labels);
     }
 }
 

@@ -9,13 +9,13 @@
 #include <fstream>
 
 #include "apiMgmt/common/platform/clock.h"
+#include "apiMgmt/common/utils/version.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/agentStart.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/backgroundUpdate.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/masterAgent.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/signals.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/startUp.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentMain/version.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/requestHandler.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/serviceWindow.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
