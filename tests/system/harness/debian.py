@@ -7,6 +7,7 @@ the repository and the build. It shares the sandbox's network, and has its own p
 import os
 import signal
 import subprocess
+import tempfile
 
 from . import machine, waiting
 
@@ -80,10 +81,8 @@ class Debian:
             os.mkdir(UNIFIED)
             mount("-t", "cgroup2", "cgroup2", UNIFIED)
             kind, trees = "legacy", [f"{CGROUPS}/systemd", UNIFIED]
-        name = f"sandbox-debian-{os.getpid()}-{os.stat('/proc/self/ns/pid').st_ino}"
-        self.groups = [f"{tree}/{name}" for tree in trees]
-        for group in self.groups:
-            os.mkdir(group)
+        # A run that was killed leaves its groups behind, so a name made of numbers of this process may be taken.
+        self.groups = [tempfile.mkdtemp(prefix="sandbox-debian-", dir=tree) for tree in trees]
         joined = " && ".join(f"echo 0 >{group}/cgroup.procs" for group in self.groups)
         script = joined + ' && exec unshare --mount --pid --cgroup --uts --fork --kill-child bash -c "$0" "$@"'
         self.outer = subprocess.Popen(["bash", "-c", script, BOOT, "boot", ROOT, TARGET, kind], stdin=subprocess.DEVNULL)
