@@ -2,8 +2,6 @@
 
 // Replaces the daemon's log: discards all messages.
 
-std::atomic<bool> verbose{false};
-
 void subagent_log(int, const char*, const char*, int, const char*, ...) {}
 void redirect_stdout_to_log() {}
 void reopen_redirected_log() {}

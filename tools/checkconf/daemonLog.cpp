@@ -6,9 +6,6 @@
 #include "apiMgmt/common/utils/stringUtil.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 
-// The settings set it, as in the daemon. Debug lines are dropped here.
-std::atomic<bool> verbose{false};
-
 namespace {
 
 constexpr int kDebugLevel = 7;

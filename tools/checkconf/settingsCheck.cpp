@@ -230,6 +230,7 @@ void ReportOtherSettings(Report& report) {
         "the array is instance " + std::to_string(conf_controllerIdThis) + "; this controller is " +
         (conf_controllerIndexThis == 0 ? "unknown" : "row " + std::to_string(conf_controllerIndexThis)));
     report.Fact(std::string("debug lines are ") + (verbose ? "on" : "off") +
+                (iso_log_lines ? "; log lines begin with ISO 8601 times" : "") +
                 (sendTestTrap ? "; one test notification is sent after start-up" : ""));
 }
 

@@ -5,6 +5,7 @@
 
 #include <cstdarg>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <ctime>
 
@@ -14,8 +15,6 @@
 #include "apiMgmt/common/threadpool/scopedMutex.h"
 #include "apiMgmt/common/utils/pathConstants.h"
 #include "apiMgmt/common/utils/privateLog.h"
-
-std::atomic<bool> verbose{false};
 
 namespace {
 
@@ -44,12 +43,37 @@ FILE* open_log() {
     return stream;
 }
 
-void write_header(FILE* stream, const char* file, const char* operation, int line) {
+const char* severity(int level) {
+    switch (level) {
+        case log_level::error:
+            return "error";
+        case log_level::warning:
+            return "warning";
+        default:
+            return "debug";
+    }
+}
+
+void write_iso_time(FILE* stream, const tm& local) {
+    char time[40];
+    strftime(time, sizeof time, "%FT%T", &local);
+    const long offset_min = local.tm_gmtoff / 60;
+    fprintf(stream, "%s%c%02ld:%02ld", time, offset_min < 0 ? '-' : '+', labs(offset_min) / 60,
+            labs(offset_min) % 60);
+}
+
+void write_header(FILE* stream, int level, const char* file, const char* operation, int line) {
     const time_t now_s = ClockNow().tv_sec;
     tm local{};
     localtime_r(&now_s, &local);
-    fprintf(stream, "%i/%i/20%i %02i:%02i:%02i  %s: %s(%d): ", local.tm_mon + 1, local.tm_mday,
-            local.tm_year + 1900 - 2000, local.tm_hour, local.tm_min, local.tm_sec, file, operation, line);
+    if (iso_log_lines) {
+        write_iso_time(stream, local);
+        fprintf(stream, " %s", severity(level));
+    } else {
+        fprintf(stream, "%i/%i/20%i %02i:%02i:%02i ", local.tm_mon + 1, local.tm_mday,
+                local.tm_year + 1900 - 2000, local.tm_hour, local.tm_min, local.tm_sec);
+    }
+    fprintf(stream, " %s: %s(%d): ", file, operation, line);
 }
 
 // Not freopen: it would close standard output if the log cannot be opened.
@@ -91,7 +115,7 @@ bool write_line(int level, const char* file, const char* operation, int line) {
     if (level != log_level::raw) {
         if (is_line_open && has_text(stream))
             fputc('\n', stream);
-        write_header(stream, file, operation, line);
+        write_header(stream, level, file, operation, line);
     }
     fputs(message_buffer, stream);
     is_line_open = !ends_with_newline();

@@ -15,7 +15,13 @@ inline constexpr int debug = 7;
 }  // namespace log_level
 
 /** Debug lines are written only while this is set. Any thread. */
-extern std::atomic<bool> verbose;
+inline std::atomic<bool> verbose{false};
+
+/**
+ * Log lines begin with local time and offset as ISO 8601 and the severity, instead of month/day/year and
+ * time. Any thread.
+ */
+inline std::atomic<bool> iso_log_lines{false};
 
 /**
  * Writes one message on its own line, preceded by time, file, function and line number unless it is raw.

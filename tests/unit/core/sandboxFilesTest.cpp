@@ -65,6 +65,12 @@ TEST_F(LogFile, LineHasAHeaderUnlessItsLevelIsZero) {
     EXPECT_EQ(take(), "raw\n\n");
     subagent_log(7, "f", "o", 1, "%s", "");
     EXPECT_EQ(take(), "11/14/2023 22:13:20  f: o(1): ");
+    setenv("TZ", "XST3:30", 1);
+    tzset();
+    iso_log_lines = true;
+    subagent_log(4, "f", "o", 1, "text\n");
+    iso_log_lines = false;
+    EXPECT_EQ(take(), "2023-11-14T18:43:20-03:30 warning f: o(1): text\n");
 }
 
 TEST_F(LogFile, MessageIsCutAt3999CharactersAndEndsItsLine) {
@@ -149,13 +155,13 @@ string settings() {
     text << conf_rwcommunity << '|' << conf_rocommunity << '|' << conf_trapsEnabled << '|' << conf_trapDest
          << '|' << conf_trapPort << '|' << conf_trapCommun << '|' << conf_trapVer << '|'
          << conf_controllerIdLeader << '|' << conf_controllerIdThis << '|' << conf_controllerIndexThis << '|'
-         << verbose.load() << '|' << sendTestTrap;
+         << verbose.load() << '|' << sendTestTrap << '|' << iso_log_lines;
     return text.str();
 }
 
 // First of all, since it needs the values with which the process starts.
 TEST(Settings, StayAsTheProcessStartedWithoutAFile) {
-    const char* const kStart = "||0||0||1|0|0|0|0|0";
+    const char* const kStart = "||0||0||1|0|0|0|0|0|0";
     EXPECT_EQ(settings(), kStart);
     std::filesystem::remove(kLog);
     std::filesystem::remove_all(kConf);
@@ -174,7 +180,7 @@ TEST(Settings, StayAsTheProcessStartedWithoutAFile) {
 }
 
 TEST(Settings, AreReadAsTheyStand) {
-    const string kDefaults = "||0|172.255.255.255|666|nevermind|1|666|666|0|0|0";
+    const string kDefaults = "||0|172.255.255.255|666|nevermind|1|666|666|0|0|0|0";
     const auto changed = [&](int place, const string& value) {
         std::vector<string> parts;
         std::istringstream all(kDefaults);
@@ -190,8 +196,8 @@ TEST(Settings, AreReadAsTheyStand) {
         {"# nothing\n", kDefaults},
         {"rwcommunity secret\nrocommunity   public\ntrapsEnabled yes\ntrapDest \t10.0.0.9\ntrapPort 162\n"
          "trapCommun traps\ntrapVer 2\ncontrollerIdLeader 1\ncontrollerIdThis 64702\ncontrollerIndexThis 2\n"
-         "verbose yes\nsendTestTrap yes\n",
-         "secret|public|1|10.0.0.9|162|traps|2|1|64702|2|1|1"},
+         "verbose yes\nsendTestTrap yes\nisoLog yes\n",
+         "secret|public|1|10.0.0.9|162|traps|2|1|64702|2|1|1|1"},
         {"rocommunity two words \n", changed(1, "two words ")},
         {"rocommunity x\r\n", changed(1, "x\r")},
         {"rocommunity **none**\n", kDefaults},

@@ -7,8 +7,6 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 #include "tests/unit/core/fakes/transcript.h"
 
-std::atomic<bool> verbose{false};
-
 // The final newline is shown as "$", so that a text that lacks it is told from one that has it.
 void subagent_log(int level, const char*, const char*, int, const char* format, ...) {
     va_list arguments;
