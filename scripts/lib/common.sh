@@ -52,3 +52,11 @@ in_sandbox() {
     shift
     SNMPSUBAGENT_BUILD=$build sandbox/sandbox --keep "$build" -- "$@"
 }
+
+# PRESET SIZE: records what the daemon serves of a simulated array, where cmake --install looks for it.
+record_array() {
+    local recording=$PWD/build/$1/monitoring/snmpsim/$2.snmprec
+    mkdir -p "$(dirname "$recording")"
+    in_sandbox "$1" /usr/bin/python3 scripts/lib/recordArray.py "$2" "$recording"
+    echo "$(wc -l <"$recording") variables in $recording"
+}
