@@ -37,6 +37,11 @@ class Argument:
     def name(self):
         return self.attribute.name
 
+    @property
+    def is_required(self):
+        """Returns whether a call without it is rejected. Filters are optional, as the library's checks have it."""
+        return self.needed and "filter" not in self.name.lower()
+
 
 @dataclass
 class Command:

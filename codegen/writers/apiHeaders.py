@@ -2,7 +2,7 @@
 
 from codegen.model import attributeKinds as kinds
 from codegen.model import classNames as names
-from codegen.model.catalogue import BASES
+from codegen.model.catalogue import BASES, FILTER_COMMAND
 from codegen.writers.cppLayout import WIDTH, comment
 from codegen.writers.output import notice
 
@@ -105,8 +105,8 @@ def render_descriptor(attribute, indent):
 def method_text(command):
     """Describes effect, privilege and arguments."""
     effect = "Changes the array." if command.changes_state else "Changes nothing."
-    needed = [argument.name for argument in command.arguments if argument.needed]
-    taken = [argument.name for argument in command.arguments if not argument.needed]
+    needed = [argument.name for argument in command.arguments if argument.is_required]
+    taken = [argument.name for argument in command.arguments if not argument.is_required]
     text = f"{effect} Required privilege: {command.privilege}."
     if needed:
         text += f" Required: {', '.join(needed)}."
@@ -148,8 +148,15 @@ def render_association(owner, association):
     return line if len(line) <= WIDTH else line.replace(" = ", " =\n        ")
 
 
+def render_aliases(each):
+    """Returns names of the calls that all objects have, for templates."""
+    lines = [f"    using {command.name}Method = {names.method_class(each.name, command.name)};"
+             for command in each.commands if command.name in ("Get", FILTER_COMMAND)]
+    return "\n".join(["    // The same for all objects, for templates.", *lines, ""]) if lines else ""
+
+
 def render_calls(each):
-    blocks = [render_method(each, command) for command in each.commands]
+    blocks = [render_method(each, command) for command in each.commands] + [render_aliases(each)]
     if each.associations:
         associations = "\n".join(render_association(each, name) for name in each.associations)
         blocks.append(ASSOCIATIONS.format(associations=associations))

@@ -24,6 +24,7 @@ apiMgmt/common/threadpool: platform utils
 apiMgmt/apiStub/base/apiAttributes: platform utils
 apiMgmt/apiStub/base/apiObjects/base: apiAttributes utils xmlwrap
 apiMgmt/apiStub/apiSdk/objects/tessera/src: base xmlwrap
+apiMgmt/apiStub/client: apiAttributes base platform utils wirelink xmlwrap
 apiMgmt/snmpSubagent/snmpSubagentUtil: platform threadpool utils
 apiMgmt/snmpSubagent/snmpSubagentComm: platform snmpSubagentUtil utils wirelink xmlwrap
 apiMgmt/snmpSubagent/snmpSubagentMain/settings: snmpSubagentUtil utils

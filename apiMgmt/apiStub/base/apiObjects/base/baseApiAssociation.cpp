@@ -27,6 +27,10 @@ const ATTRIBUTEList& BASEApiAssociation::GetAttributeList() const {
     return list;
 }
 
+std::span<const std::string> BASEApiAssociation::GetRequiredNames() const {
+    return {&InstanceIdAttribute().GetXmlName(), 1};
+}
+
 void BASEApiAssociation::CheckRequiredAttributes() const {
     if (!HasAttribute(&InstanceIdAttribute()))
         throw APIMethodError(FormatString("InstanceID not specified for association [%s::%s]",

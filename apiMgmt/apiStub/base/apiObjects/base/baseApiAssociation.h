@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <span>
 #include <string>
 
 #include "apiMgmt/apiStub/base/apiObjects/base/baseApiMethod.h"
@@ -21,6 +22,7 @@ class BASEApiAssociation : public BASEApiMethod {
     bool ChangesState() const override { return false; }
     int GetRequiredPrivilege() const override { return USER_PRIVILEGE_REPORTER; }
     const ATTRIBUTEList& GetAttributeList() const override;
+    std::span<const std::string> GetRequiredNames() const override;
     void CheckRequiredAttributes() const override;
 
     static const INSTANCEIDApiAttribute& InstanceIdAttribute();

@@ -63,6 +63,9 @@ class BASEApiMethod {
      */
     virtual std::string GenerateXml(bool async, bool xmlObjects) const;
 
+    /** Returns the names of the required arguments, in the order of the checks. Some may be filters. */
+    virtual std::span<const std::string> GetRequiredNames() const { return {}; }
+
     /** Throws APIMethodError if a required argument is missing. */
     virtual void CheckRequiredAttributes() const {}
 
@@ -74,6 +77,11 @@ class BASEApiMethod {
 
     /** Returns "" if the attribute is absent. */
     std::string GetAttribute(std::string_view name) const;
+
+    /** Returns all arguments by name. */
+    const std::map<std::string, std::string, std::less<>>& GetAttributes() const { return attributes; }
+
+    bool IsAssociation() const { return isAssociation; }
 
     bool HasAttribute(std::string_view name) const;
     /** Returns false for null. */

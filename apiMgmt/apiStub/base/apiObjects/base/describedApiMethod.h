@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <map>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -36,6 +37,7 @@ class DESCRIBEDApiMethod : public Base {
     bool ChangesState() const override { return Method::Description().changesState; }
     int GetRequiredPrivilege() const override { return Method::Description().privilege; }
     const ATTRIBUTEList& GetAttributeList() const override { return Method::Description().attributes; }
+    std::span<const std::string> GetRequiredNames() const override { return Method::Description().required; }
     void CheckRequiredAttributes() const override {
         const METHODDescription& description = Method::Description();
         this->CheckRequired(description.required, description.sourceFile, description.sourceLine);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -13,6 +14,12 @@
  * Responses with a result, one class per kind. All are successes unless their status is set otherwise.
  * Constructors take ownership of the method.
  */
+
+/** The return for a response that is not a valid document of the API. Not sent by the array. */
+class INVALIDMethodReturn : public BASEApiMethodReturn {
+  public:
+    using BASEApiMethodReturn::BASEApiMethodReturn;
+};
 
 class BOOLMethodReturn : public BASEApiMethodReturn {
   public:
@@ -98,6 +105,9 @@ class COMPObjectMethodReturn : public BASEApiMethodReturn {
     bool isArray;
     /** Whether the objects are deleted when they are replaced and by the destructor. */
     bool ownsObjects = true;
+    /** How many objects of the response have not been read, because the library does not have their classes.
+     */
+    size_t skippedCount = 0;
 
   private:
     void DropObjectsExcept(std::vector<BASEApiObject*> kept);
@@ -116,4 +126,6 @@ class METHODObjectMethodReturn : public BASEApiMethodReturn {
 
     bool isArray;
     std::vector<std::unique_ptr<BASEApiMethodObject>> objects;
+    /** As in COMPObjectMethodReturn. */
+    size_t skippedCount = 0;
 };

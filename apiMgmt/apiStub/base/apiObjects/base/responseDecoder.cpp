@@ -28,7 +28,7 @@ struct ApiStatus {
 };
 
 Return ParsingFailure(const char* error, const std::string& detail) {
-    return std::make_unique<BASEApiMethodReturn>(false, kParsingError, error, error, detail, nullptr);
+    return std::make_unique<INVALIDMethodReturn>(false, kParsingError, error, error, detail, nullptr);
 }
 
 /** Returns why the envelope does not contain the response to a command; null if it does. */
@@ -92,19 +92,22 @@ void ReadAttributes(Object& object, const parser::XMLElement& element) {
     }
 }
 
-/** Reads objects of known classes and skips others. */
+/** Reads objects of known classes, or only the first of them, and counts the others. */
 template <class Object>
-std::vector<std::unique_ptr<Object>> ReadObjects(const parser::XMLElement& result, bool only_first) {
+std::vector<std::unique_ptr<Object>> ReadObjects(const parser::XMLElement& result, bool only_first,
+                                                 size_t& skipped) {
     const auto& factory = APIObjectFactory<Object>::Instance();
     std::vector<std::unique_ptr<Object>> objects;
     for (parser::XMLElement child = result.GetFirstChild(); child; child = child.GetNextSibling()) {
-        std::unique_ptr<Object> object = factory.Create(child.GetTagName());
-        if (!object)
+        std::unique_ptr<Object> object;
+        if (!only_first || objects.empty())
+            object = factory.Create(child.GetTagName());
+        if (!object) {
+            ++skipped;
             continue;
+        }
         ReadAttributes(*object, child);
         objects.push_back(std::move(object));
-        if (only_first)
-            break;
     }
     return objects;
 }
@@ -124,8 +127,8 @@ Return ReadText(const parser::XMLElement& result) {
 
 template <bool is_array>
 Return ReadArrayObjects(const parser::XMLElement& result) {
-    auto objects = ReadObjects<BASEApiObject>(result, !is_array);
     auto answer = std::make_unique<COMPObjectMethodReturn>(is_array);
+    auto objects = ReadObjects<BASEApiObject>(result, !is_array, answer->skippedCount);
     std::vector<BASEApiObject*> list;
     list.reserve(objects.size());
     for (auto& object : objects)
@@ -137,7 +140,7 @@ Return ReadArrayObjects(const parser::XMLElement& result) {
 template <bool is_array>
 Return ReadMethodObjects(const parser::XMLElement& result) {
     auto answer = std::make_unique<METHODObjectMethodReturn>(is_array);
-    answer->objects = ReadObjects<BASEApiMethodObject>(result, !is_array);
+    answer->objects = ReadObjects<BASEApiMethodObject>(result, !is_array, answer->skippedCount);
     return answer;
 }
 
