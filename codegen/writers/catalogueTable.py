@@ -22,18 +22,17 @@ const std::span<const CatalogueRow> kCatalogueRows(kRows);
 }}  // namespace apiclient
 """
 
-# Fields of CatalogueRow, in its order, by the keyword of the data files.
-RULES = {"table": "table", "object": "object", "invalid": "invalid", "min": "min", "max": "max",
-         "minLength": "min_length", "maxLength": "max_length"}
+# The rules that the library's descriptors do not name; they are fields of CatalogueRow.
+RULES = ("table", "object")
 
 
 def row(what, indent, **fields):
-    texts = [f".{key} = {c_string(value) if isinstance(value, str) else value}" for key, value in fields.items()]
+    texts = [f".{key} = {c_string(value)}" for key, value in fields.items()]
     return " " * indent + "{" + ", ".join([f".what = {what}", *texts]) + "},"
 
 
 def attribute_row(what, indent, attribute):
-    rules = {field: attribute.rules[key] for key, field in RULES.items() if key in attribute.rules}
+    rules = {key: attribute.rules[key] for key in RULES if key in attribute.rules}
     return row(what, indent, name=attribute.name, text=attribute.label, kind=attribute.kind, **rules)
 
 

@@ -1,7 +1,10 @@
 #include "tools/apiClient/apiCatalogue.h"
 
 #include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiEnumsIDStrList.h"
-#include "apiMgmt/apiStub/base/apiObjects/base/baseApiMethod.h"
+#include "apiMgmt/apiStub/base/apiObjects/base/apiObjectFactory.h"
+#include "apiMgmt/apiStub/base/apiObjects/base/baseApiAssociation.h"
+#include "apiMgmt/apiStub/base/apiObjects/base/baseApiMethodObject.h"
+#include "apiMgmt/apiStub/base/apiObjects/base/baseApiObject.h"
 #include "tools/apiClient/catalogueTable.h"
 
 namespace apiclient {
@@ -10,21 +13,21 @@ namespace {
 
 using What = CatalogueRow::What;
 
-std::optional<int64_t> Rule(int64_t value) {
-    return value == CatalogueRow::kNoRule ? std::nullopt : std::optional(value);
+/** Returns the descriptors of a class that the library knows by that name. */
+template <class Base>
+const ATTRIBUTEList& DescriptorsOf(const std::string& name) {
+    return APIObjectFactory<Base>::Instance().Create(name)->GetAttributeList();
 }
 
-CatalogueAttribute ReadAttribute(const CatalogueRow& row) {
+CatalogueAttribute ReadAttribute(const CatalogueRow& row, const ATTRIBUTEList& descriptors) {
+    const BASEApiAttribute* descriptor = FindAttributeIn(descriptors, row.name);
     return {.name = std::string(row.name),
             .kind = std::string(row.kind),
             .label = std::string(row.text),
             .table = std::string(row.table),
             .object = std::string(row.object),
-            .invalid = std::string(row.invalid),
-            .min = Rule(row.min),
-            .max = Rule(row.max),
-            .min_length = Rule(row.min_length),
-            .max_length = Rule(row.max_length),
+            // Classes do not describe the instance ID of a call.
+            .descriptor = descriptor == nullptr ? &BASEApiAssociation::InstanceIdAttribute() : descriptor,
             .needed = row.what == What::kNeeded};
 }
 
@@ -41,6 +44,7 @@ CatalogueCommand ReadAssociation(const CatalogueRow& row) {
     instance.name = "InstanceId";
     instance.kind = "INSTANCEID";
     instance.label = "Instance ID";
+    instance.descriptor = &BASEApiAssociation::InstanceIdAttribute();
     instance.needed = true;
     return {.name = std::string(row.name),
             .is_association = true,
@@ -49,36 +53,52 @@ CatalogueCommand ReadAssociation(const CatalogueRow& row) {
             .arguments = {instance}};
 }
 
-void AddRow(CatalogueObject& object, const CatalogueRow& row) {
-    switch (row.what) {
-        case What::kAttribute:
-            object.attributes.push_back(ReadAttribute(row));
-            break;
-        case What::kNeeded:
-        case What::kTaken:
-            object.commands.back().arguments.push_back(ReadAttribute(row));
-            break;
-        case What::kAssociation:
-            object.commands.push_back(ReadAssociation(row));
-            break;
-        default:
-            object.commands.push_back(ReadCommand(row));
+class CatalogueReader {
+  public:
+    Catalogue Read() {
+        for (const CatalogueRow& row : kCatalogueRows) {
+            AddRow(row);
+        }
+        return std::move(catalogue_);
     }
-}
 
-Catalogue ReadCatalogue() {
-    Catalogue catalogue;
-    std::vector<CatalogueObject>* objects = nullptr;
-    for (const CatalogueRow& row : kCatalogueRows) {
-        if (row.what == What::kObject || row.what == What::kMethodObject) {
-            objects = row.what == What::kObject ? &catalogue.objects : &catalogue.method_objects;
-            objects->push_back({std::string(row.name), std::string(row.text), {}, {}});
-        } else {
-            AddRow(objects->back(), row);
+  private:
+    void AddRow(const CatalogueRow& row) {
+        switch (row.what) {
+            case What::kObject:
+                BeginObject(catalogue_.objects, row, DescriptorsOf<BASEApiObject>(std::string(row.name)));
+                break;
+            case What::kMethodObject:
+                BeginObject(catalogue_.method_objects, row,
+                            DescriptorsOf<BASEApiMethodObject>(std::string(row.name)));
+                break;
+            case What::kAttribute:
+                object_->attributes.push_back(ReadAttribute(row, *descriptors_));
+                break;
+            case What::kNeeded:
+            case What::kTaken:
+                object_->commands.back().arguments.push_back(ReadAttribute(row, *descriptors_));
+                break;
+            case What::kAssociation:
+                object_->commands.push_back(ReadAssociation(row));
+                break;
+            default:
+                object_->commands.push_back(ReadCommand(row));
+                descriptors_ = &DescriptorsOf<BASEApiMethod>(MethodClass(object_->name, row.name));
         }
     }
-    return catalogue;
-}
+
+    void BeginObject(std::vector<CatalogueObject>& objects, const CatalogueRow& row,
+                     const ATTRIBUTEList& descriptors) {
+        object_ =
+            &objects.emplace_back(CatalogueObject{std::string(row.name), std::string(row.text), {}, {}});
+        descriptors_ = &descriptors;
+    }
+
+    Catalogue catalogue_;
+    CatalogueObject* object_ = nullptr;           ///< the one being read
+    const ATTRIBUTEList* descriptors_ = nullptr;  ///< of the class that the attributes belong to
+};
 
 }  // namespace
 
@@ -94,8 +114,12 @@ const CatalogueCommand* CatalogueObject::FindCommand(std::string_view command) c
     return FindNamed(commands, command);
 }
 
+std::string MethodClass(const std::string& object, std::string_view command) {
+    return "API" + object + std::string(command) + "Method";
+}
+
 const Catalogue& ApiCatalogue() {
-    static const Catalogue catalogue = ReadCatalogue();
+    static const Catalogue catalogue = CatalogueReader().Read();
     return catalogue;
 }
 

@@ -1,28 +1,23 @@
 #pragma once
 
-#include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "apiMgmt/apiStub/base/apiAttributes/baseApiAttribute.h"
 #include "apiMgmt/apiStub/base/apiAttributes/enumRow.h"
 #include "apiMgmt/common/utils/stringUtil.h"
 
 namespace apiclient {
 
-/** An attribute of an object, or an argument of a call. A rule without a value sets no limit. */
+/** An attribute of an object, or an argument of a call. */
 struct CatalogueAttribute {
     std::string name;
     std::string kind;  ///< as in the data files: "STRING", "ENUM", ...
     std::string label;
-    std::string table;    ///< name of the enumeration, if the kind has one
-    std::string object;   ///< name of the structured type; empty for all other kinds
-    std::string invalid;  ///< characters that a value must not contain
-    std::optional<int64_t> min;
-    std::optional<int64_t> max;
-    std::optional<int64_t> min_length;
-    std::optional<int64_t> max_length;
+    std::string table;                             ///< name of the enumeration, if the kind has one
+    std::string object;                            ///< name of the structured type; empty for all other kinds
+    const BASEApiAttribute* descriptor = nullptr;  ///< the library's: the legal values
     bool needed = false;
 
     /** Returns whether a call without this argument is rejected. Filters are optional even if needed. */
@@ -60,6 +55,9 @@ struct Catalogue {
 
 /** Returns the catalogue that this program was built with. It is read on first use. */
 const Catalogue& ApiCatalogue();
+
+/** Returns the name under which the library's factory knows the class of a command. */
+std::string MethodClass(const std::string& object, std::string_view command);
 
 /** Finds an enumeration by its case-insensitive name. Returns an empty table if there is none. */
 ENUMTable FindEnumeration(std::string_view name);

@@ -35,7 +35,7 @@ std::string BuildElement(const CatalogueAttribute& attribute, const Fields& fiel
                                                       "OBJECT COMMAND --list shows the fields"));
         }
         const std::string text = ParseValue(*field, values);
-        FindAttributeIn(object->GetAttributeList(), field->name)->Validate(text);
+        field->descriptor->Validate(text);
         object->SetAttribute(field->name, text);
     }
     return object->ToXml(true);

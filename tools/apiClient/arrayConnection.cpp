@@ -3,11 +3,10 @@
 #include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiEnumsIDStrList.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/baseApiMethod.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/baseApiMethodReturn.h"
+#include "apiMgmt/apiStub/client/attributeValue.h"
 #include "apiMgmt/common/utils/generalUtils.h"
 #include "apiMgmt/common/wirelink/accessKey.h"
-#include "apiMgmt/common/xmlwrap/xmlParser.h"
 #include "apiMgmt/proto/apiMgrMsg.pb.h"
-#include "tools/apiClient/catalogueDescription.h"
 #include "tools/apiClient/terminalOutput.h"
 #include "tools/commandLine/usageError.h"
 
@@ -15,27 +14,13 @@ namespace apiclient {
 
 namespace {
 
-constexpr char kRoot[] = "lumapi";
-
-size_t CountChildren(const parser::XMLElement& parent) {
-    size_t count = 0;
-    for (parser::XMLElement child = parent.GetFirstChild(); child; child = child.GetNextSibling()) {
-        ++count;
-    }
-    return count;
-}
-
-bool IsApiDocument(const std::string& document) {
-    parser::XMLParser parser;
-    return parser.ParseXMLString(document) && parser.GetDocumentElement().GetTagName() == kRoot;
-}
-
 std::string DescribeState(int state) {
     const ENUMRow* row = ENUMTable(APIEnumsIDStrList::gErrorStateEnumIdStrList).FindValue(state);
     if (row == nullptr) {
         return "unknown error state";
     }
-    return ReadableName(*row) + " (" + std::string(row->Description) + ", " + std::to_string(state) + ")";
+    return tessera::ReadableName(*row) + " (" + std::string(row->Description) + ", " + std::to_string(state) +
+           ")";
 }
 
 }  // namespace
@@ -47,34 +32,6 @@ ArrayConnection::ArrayConnection(const std::string& socket_path, long timeout_s)
 void ArrayConnection::Exchange(const protoIPCMsg::GPBIPCMsg& request, protoIPCMsg::GPBIPCMsg& response) {
     WireLinkClient(endpoint_).SendReceiveMessage(request, response);
     document_ = response.apirespmsg().cmd().respdata();
-}
-
-std::unique_ptr<BASEApiMethodReturn> ArrayConnection::Call(BASEApiMethod& call,
-                                                           const std::string& session_key,
-                                                           const std::string& locale) {
-    call.SetChannel(this);
-    std::unique_ptr<BASEApiMethodReturn> response(call.ExecuteWithSession(session_key, nullptr, locale));
-    call.SetChannel(nullptr);
-    // Null means either no result or a foreign document.
-    if (response == nullptr && !IsApiDocument(document_)) {
-        throw ResponseError("the response is not a document of the array's API: " +
-                            Printable(document_.substr(0, 200)));
-    }
-    return response;
-}
-
-size_t ArrayConnection::CountObjects() const {
-    parser::XMLParser parser;
-    if (!parser.ParseXMLString(document_)) {
-        return 0;
-    }
-    for (const char* tag :
-         {"ReturnObject", "ReturnObjectArray", "ReturnMethodObject", "ReturnMethodObjectArray"}) {
-        if (const parser::XMLElement found = parser.GetDocumentElement().GetFirstChildByTagName(tag)) {
-            return CountChildren(found);
-        }
-    }
-    return 0;
 }
 
 std::string ReadSessionKey(const std::string& path) {

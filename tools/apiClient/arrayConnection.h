@@ -1,7 +1,5 @@
 #pragma once
 
-#include <memory>
-#include <stdexcept>
 #include <string>
 
 #include "apiMgmt/apiStub/base/apiObjects/base/apiChannel.h"
@@ -12,31 +10,15 @@ class BASEApiMethodReturn;
 
 namespace apiclient {
 
-/** The response is not a document of the array's API. */
-class ResponseError : public std::runtime_error {
-  public:
-    using std::runtime_error::runtime_error;
-};
-
-/** Executes calls through an API manager's socket, one connection per call, and keeps the last response. */
+/** An API manager's socket with a timeout for each step, one connection per call. Keeps the last response. */
 class ArrayConnection : public APIChannel {
   public:
     ArrayConnection(const std::string& socket_path, long timeout_s);
 
     void Exchange(const protoIPCMsg::GPBIPCMsg& request, protoIPCMsg::GPBIPCMsg& response) override;
 
-    /**
-     * Returns what the array has returned, also for a rejected call; null for a success without a result.
-     * Throws WireLinkError if the API manager cannot be reached, ResponseError for a malformed response.
-     */
-    std::unique_ptr<BASEApiMethodReturn> Call(BASEApiMethod& call, const std::string& session_key,
-                                              const std::string& locale);
-
     /** Returns the document of the last response as received; empty before the first. */
     const std::string& document() const { return document_; }
-
-    /** Returns the number of objects in that document, including classes that the library does not know. */
-    size_t CountObjects() const;
 
   private:
     WireLinkEndpoint endpoint_;

@@ -1,9 +1,9 @@
 #include "tools/apiClient/callBuilder.h"
 
-#include <algorithm>
-
 #include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiAssociations.h"
 #include "apiMgmt/apiStub/base/apiObjects/base/apiObjectFactory.h"
+#include "apiMgmt/apiStub/client/clientError.h"
+#include "apiMgmt/apiStub/client/preparedCall.h"
 #include "apiMgmt/common/utils/apiMethodError.h"
 #include "tools/apiClient/argumentParser.h"
 #include "tools/apiClient/catalogueDescription.h"
@@ -21,18 +21,18 @@ namespace {
 constexpr char kFilter[] = "Filter";
 
 /** Says which argument the library has rejected, and what is allowed. */
-std::string ExplainRejection(const APIMethodError& error, const CatalogueCommand& command,
+std::string ExplainRejection(const tessera::InvalidArgument& error, const CatalogueCommand& command,
                              const BASEApiMethod& call) {
-    const CatalogueAttribute* argument =
-        error.GetParameters().empty() ? nullptr : FindNamed(command.arguments, error.GetParameters().front());
+    const CatalogueAttribute* argument = FindNamed(command.arguments, error.GetAttribute());
     if (argument == nullptr) {
-        return error.GetSummary();
+        return error.what();
     }
     const std::string value = call.GetAttribute(argument->name);
-    const std::string length =
-        argument->min_length || argument->max_length ? " (" + std::to_string(value.size()) + " bytes)" : "";
-    return "invalid value '" + value + "'" + length + " for " + DescribeAttribute(*argument) + "; expected " +
-           DescribeLegalValues(*argument);
+    const std::string expected = DescribeLegalValues(*argument);
+    const bool is_limited = expected.find(" byte") != std::string::npos;
+    return "invalid value '" + value + "'" +
+           (is_limited ? " (" + std::to_string(value.size()) + " bytes)" : "") + " for " +
+           DescribeAttribute(*argument) + "; expected " + expected;
 }
 
 /** A call of an object and command that the catalogue need not know. */
@@ -67,7 +67,6 @@ class CallBuilder {
             CheckRequired();
             Validate();
         }
-        EscapeTexts();
         return std::move(call_);
     }
 
@@ -90,8 +89,8 @@ class CallBuilder {
         } else if (command_->is_association) {
             call_ = CreateAssociation(object_->name, command_->name);
         } else {
-            call_ = APIObjectFactory<BASEApiMethod>::Instance().Create("API" + object_->name +
-                                                                       command_->name + "Method");
+            call_ = APIObjectFactory<BASEApiMethod>::Instance().Create(
+                MethodClass(object_->name, command_->name));
         }
     }
 
@@ -107,7 +106,6 @@ class CallBuilder {
         }
         if (argument->object.empty()) {
             call_->SetAttribute(argument->name, ParseValue(*argument, WithoutFields(*argument, values)));
-            texts_.push_back(argument->name);
         } else {
             AddStructure(*argument, values);
         }
@@ -120,7 +118,6 @@ class CallBuilder {
                                  " cannot be used with --no-check");
             }
             call_->SetAttribute(name, each.value);
-            texts_.push_back(name);
         }
     }
 
@@ -158,7 +155,6 @@ class CallBuilder {
         call_->SetAttribute(
             kFilter,
             ParseFilter(object_, request_.conditions, request_.any_condition, request_.checked).ToText());
-        texts_.push_back(kFilter);
     }
 
     /** Reports all missing arguments together; the library reports only the first. */
@@ -176,18 +172,9 @@ class CallBuilder {
 
     void Validate() const {
         try {
-            call_->ValidateAttributes();
-        } catch (const APIMethodError& error) {
+            tessera::PrepareCall(*call_);
+        } catch (const tessera::InvalidArgument& error) {
             throw UsageError(ExplainRejection(error, *command_, *call_));
-        }
-    }
-
-    /** The document contains values verbatim. The values inside structured arguments are already escaped. */
-    void EscapeTexts() {
-        std::ranges::sort(texts_);
-        texts_.erase(std::unique(texts_.begin(), texts_.end()), texts_.end());
-        for (const std::string& name : texts_) {
-            call_->SetAttribute(name, EscapeXml(call_->GetAttribute(name), false));
         }
     }
 
@@ -207,7 +194,6 @@ class CallBuilder {
     const CatalogueObject* object_ = nullptr;    ///< null if it is not checked and not in the catalogue
     const CatalogueCommand* command_ = nullptr;  ///< null if it is not checked
     std::unique_ptr<BASEApiMethod> call_;
-    std::vector<std::string> texts_;  ///< attributes whose values are not yet escaped
 };
 
 }  // namespace

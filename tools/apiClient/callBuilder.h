@@ -27,8 +27,7 @@ const CatalogueObject& FindObject(const std::string& name);
 /** Throws UsageError if the object has no such command or association. */
 const CatalogueCommand& FindCommand(const CatalogueObject& object, const std::string& name, bool association);
 
-/** Builds a call that is ready to be sent: values escaped, and validated if it is checked. Throws UsageError.
- */
+/** Builds a call, validated if it is checked, whose values are not escaped. Throws UsageError. */
 std::unique_ptr<BASEApiMethod> BuildCall(const CallRequest& request);
 
 }  // namespace apiclient

@@ -14,9 +14,6 @@ std::string DescribeLegalValues(const CatalogueAttribute& attribute);
 /** Returns the name, with the label if that says more: "Name", "BmcGateway (BMC Gateway IPv4 Address)". */
 std::string DescribeAttribute(const CatalogueAttribute& attribute);
 
-/** Returns the human-readable name of an enumeration's row, in UTF-8. */
-std::string ReadableName(const ENUMRow& row);
-
 /** Lists all objects, one per line. */
 std::string ListObjects();
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <span>
 #include <string_view>
 
@@ -12,7 +11,6 @@ namespace apiclient {
  */
 struct CatalogueRow {
     enum class What { kObject, kMethodObject, kAttribute, kRead, kChange, kNeeded, kTaken, kAssociation };
-    static constexpr int64_t kNoRule = -1;
 
     What what;
     std::string_view name;
@@ -20,11 +18,6 @@ struct CatalogueRow {
     std::string_view kind = {};
     std::string_view table = {};
     std::string_view object = {};
-    std::string_view invalid = {};
-    int64_t min = kNoRule;
-    int64_t max = kNoRule;
-    int64_t min_length = kNoRule;
-    int64_t max_length = kNoRule;
 };
 
 /** The catalogue that this program was built with; generated from data/api. */

@@ -5,7 +5,7 @@
 #include <ostream>
 #include <thread>
 
-#include "apiMgmt/apiStub/base/apiObjects/base/baseApiMethodReturn.h"
+#include "apiMgmt/apiStub/client/client.h"
 #include "apiMgmt/common/utils/pathConstants.h"
 #include "apiMgmt/common/wirelink/accessKey.h"
 #include "tools/apiClient/arrayConnection.h"
@@ -13,6 +13,7 @@
 #include "tools/apiClient/catalogueDescription.h"
 #include "tools/apiClient/completion.h"
 #include "tools/apiClient/resultFormatter.h"
+#include "tools/apiClient/terminalOutput.h"
 #include "tools/commandLine/completion.h"
 #include "tools/commandLine/nearestName.h"
 #include "tools/commandLine/usageError.h"
@@ -208,23 +209,23 @@ class Program {
         const std::unique_ptr<BASEApiMethod> call = BuildCall(options_.call);
         CheckColumns();
         if (options_.print) {
-            out_ << call->GenerateXml(false, true) << '\n';
+            out_ << tessera::PrepareCall(*call)->GenerateXml(false, true) << '\n';
             return kExecuted;
         }
         try {
             return Exchange(*call);
-        } catch (const WireLinkError& error) {
-            err_ << "apiClient: cannot reach the API manager: " << error.what() << '\n';
-        } catch (const ResponseError& error) {
-            err_ << "apiClient: " << error.what() << '\n';
+        } catch (const tessera::ClientError& error) {
+            err_ << "apiClient: " << Printable(error.what()) << '\n';
+            return kNoResponse;
         }
-        return kNoResponse;
     }
 
-    int Exchange(BASEApiMethod& call) {
+    int Exchange(const BASEApiMethod& call) {
         ArrayConnection connection(options_.socket_path, options_.timeout_s);
-        const std::unique_ptr<BASEApiMethodReturn> response =
-            connection.Call(call, ReadSessionKey(options_.key_file), options_.locale);
+        const tessera::Client client({.sessionKey = ReadSessionKey(options_.key_file),
+                                      .locale = options_.locale,
+                                      .channel = &connection});
+        const std::unique_ptr<BASEApiMethodReturn> response = client.Execute(call);
         if (response != nullptr && !response->GetSuccessful()) {
             err_ << "apiClient: " << DescribeFailure(call, *response) << '\n';
             return kRejected;
@@ -269,9 +270,8 @@ class Program {
             out_ << FormatTable(result, options_.output);
         }
         // The library skips objects of classes that it does not know.
-        const size_t count = connection.CountObjects();
-        if (count > result.records.size()) {
-            err_ << "apiClient: skipped " << count - result.records.size()
+        if (result.skipped > 0) {
+            err_ << "apiClient: skipped " << result.skipped
                  << " objects of unknown classes; see --format xml\n";
         }
     }

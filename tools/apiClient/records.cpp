@@ -24,9 +24,10 @@ Result ValueResult(Result::ValueKind kind, std::string value) {
 }
 
 template <class Objects>
-Result RecordResult(bool is_list, const Objects& objects) {
+Result RecordResult(bool is_list, const Objects& objects, size_t skipped) {
     Result result;
     result.kind = is_list ? Result::kList : Result::kOne;
+    result.skipped = skipped;
     for (const auto& object : objects) {
         result.records.push_back(
             {object->GetObjectName(), &object->GetAttributeList(), &object->GetAttributes()});
@@ -123,10 +124,10 @@ Result ResultOf(const BASEApiMethodReturn* response) {
         return MaskResult(*mask);
     }
     if (const auto* objects = dynamic_cast<const COMPObjectMethodReturn*>(response)) {
-        return RecordResult(objects->isArray, objects->GetObjects());
+        return RecordResult(objects->isArray, objects->GetObjects(), objects->skippedCount);
     }
     if (const auto* objects = dynamic_cast<const METHODObjectMethodReturn*>(response)) {
-        return RecordResult(objects->isArray, objects->objects);
+        return RecordResult(objects->isArray, objects->objects, objects->skippedCount);
     }
     return {};
 }

@@ -29,6 +29,7 @@ struct Result {
 
     Kind kind = kNothing;
     std::vector<Record> records;
+    size_t skipped = 0;              ///< objects of the response whose classes the library does not know
     std::string value;               ///< of kValue
     ValueKind value_kind = kString;  ///< of kValue: its type in JSON
 };

@@ -5,9 +5,10 @@
 #include <nlohmann/json.hpp>
 
 #include "apiMgmt/apiStub/base/apiAttributes/apiAttributes.h"
+#include "apiMgmt/apiStub/client/attributeValue.h"
 #include "apiMgmt/common/utils/stringUtil.h"
 #include "apiMgmt/common/utils/wholeNumber.h"
-#include "tools/apiClient/catalogueDescription.h"
+#include "tools/apiClient/apiCatalogue.h"
 #include "tools/apiClient/terminalOutput.h"
 
 namespace apiclient {
@@ -32,7 +33,7 @@ std::string ReadableValue(const Column& column, const std::string& text) {
     }
     if (const auto* enumeration = As<ENUMApiAttribute>(column)) {
         const ENUMRow* row = enumeration->GetTable().FindDescription(text);
-        return row == nullptr ? text : ReadableName(*row);
+        return row == nullptr ? text : tessera::ReadableName(*row);
     }
     if (const auto* reference = As<OBJECTApiAttribute>(column)) {
         const std::unique_ptr<APIObjectInstance> object = reference->FromText(text);

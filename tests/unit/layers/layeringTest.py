@@ -38,7 +38,7 @@ apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request: platform refresh snmpSubag
 apiMgmt/snmpSubagent/snmpSubagentMain: heartbeat platform proto refresh request settings snmpSubagentComm
     snmpSubagentMibParser snmpSubagentUtil threadpool traps utils wirelink
 tools/commandLine: utils
-tools/apiClient: apiAttributes base commandLine src utils wirelink xmlwrap
+tools/apiClient: apiAttributes base client commandLine src utils wirelink
 tools/checkconf: commandLine settings snmpSubagentMibParser snmpSubagentUtil traps utils wirelink
 tools/mgmtSend: commandLine proto snmpSubagentMibParser traps utils wirelink
 arraySim/model: apiAttributes base utils
