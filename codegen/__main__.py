@@ -19,7 +19,7 @@ def api_files(data):
     yield "apiEnumsIDStrList.cpp", enumerations.render_source(tables)
     yield "catalogueRegistration.cpp", apiRegistration.render(catalogue)
     yield "apiAssociations.cpp", apiAssociations.render(catalogue)
-    yield "apiReference.md", apiReference.render(catalogue)
+    yield "apiReference.md", apiReference.render(catalogue, tables)
     yield classNames.METHOD_OBJECT_UNIT + ".h", apiHeaders.render_method_objects(catalogue.method_objects)
     yield classNames.METHOD_OBJECT_UNIT + ".cpp", apiSources.render_method_objects(catalogue.method_objects)
     for each in catalogue.objects:

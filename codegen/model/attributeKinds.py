@@ -7,6 +7,11 @@ from codegen.model import classNames as names
 BOUNDS = ("min", "max")
 LENGTHS = ("minLength", "maxLength")
 
+# Filter operators, as the library's client spells them.
+EQUAL = ("==",)
+ORDER = ("==", "<", "<=", ">", ">=")
+PARTS = ("Contains", "IsPartOf")
+
 TEXT = "const std::string&"
 TEXTS = "const std::vector<std::string>&"
 
@@ -18,19 +23,20 @@ class Kind:
     gives: str  # the getter's result
     parameter: str = "value"
     rules: tuple = ()
+    operators: tuple = ()  # of filters
 
 
 KINDS = {
-    "BOOLEAN": Kind("a Boolean", "bool", "bool"),
-    "INT": Kind("an integer", "int64_t", "int64_t", "number", BOUNDS),
-    "DOUBLE": Kind("a floating-point number", "double", "double", "number", BOUNDS),
+    "BOOLEAN": Kind("a Boolean", "bool", "bool", operators=EQUAL),
+    "INT": Kind("an integer", "int64_t", "int64_t", "number", BOUNDS, operators=ORDER),
+    "DOUBLE": Kind("a floating-point number", "double", "double", "number", BOUNDS, operators=ORDER),
     "INTARRAY": Kind("integers", "const std::vector<int64_t>&", "std::vector<int64_t>", "numbers", BOUNDS),
-    "STRING": Kind("a string", TEXT, "std::string", "text", LENGTHS + ("invalid",)),
-    "NAME": Kind("a name", TEXT, "std::string", "name", LENGTHS),
+    "STRING": Kind("a string", TEXT, "std::string", "text", LENGTHS + ("invalid",), operators=ORDER + PARTS),
+    "NAME": Kind("a name", TEXT, "std::string", "name", LENGTHS, operators=ORDER + PARTS),
     "STRINGARRAY": Kind("strings", TEXTS, "std::vector<std::string>", "texts"),
-    "ENUM": Kind("a string", TEXT, "std::string", "description", ("table",)),
+    "ENUM": Kind("a string", TEXT, "std::string", "description", ("table",), operators=EQUAL),
     "ENUMMASK": Kind("strings", TEXTS, "std::vector<std::string>", "descriptions", ("table",)),
-    "INSTANCEID": Kind("an instance ID", TEXT, "std::string", "id"),
+    "INSTANCEID": Kind("an instance ID", TEXT, "std::string", "id", operators=EQUAL),
     "OBJECT": Kind("a reference, null for none", "const APIObjectInstance*", "std::unique_ptr<APIObjectInstance>"),
     "OBJECTARRAY": Kind("references", "const std::vector<const APIObjectInstance*>&",
                         "std::vector<std::unique_ptr<APIObjectInstance>>", "values"),
@@ -38,12 +44,12 @@ KINDS = {
                          ("object",)),
     "METHODOBJECTARRAY": Kind("structured arguments", "const std::vector<const BASEApiMethodObject*>&",
                               "std::vector<{object}>", "values", ("object",)),
-    "DATETIME": Kind("a date and time", "const DATETIMEValue&", "DATETIMEValue", "time"),
-    "SIZE": Kind("a storage size", "const SIZEValue&", "SIZEValue", "size"),
-    "TEMPERATURE": Kind("a temperature", "const TEMPERATUREValue&", "TEMPERATUREValue", "temperature"),
-    "VERSION": Kind("a version", "const VERSIONValue&", "VERSIONValue", "version"),
-    "IPV4ADDRESS": Kind("an IPv4 address", TEXT, "std::string", "address"),
-    "IPV6ADDRESS": Kind("an IPv6 address", TEXT, "std::string", "address"),
+    "DATETIME": Kind("a date and time", "const DATETIMEValue&", "DATETIMEValue", "time", operators=ORDER),
+    "SIZE": Kind("a storage size", "const SIZEValue&", "SIZEValue", "size", operators=ORDER),
+    "TEMPERATURE": Kind("a temperature", "const TEMPERATUREValue&", "TEMPERATUREValue", "temperature", operators=ORDER),
+    "VERSION": Kind("a version", "const VERSIONValue&", "VERSIONValue", "version", operators=ORDER),
+    "IPV4ADDRESS": Kind("an IPv4 address", TEXT, "std::string", "address", operators=EQUAL + PARTS),
+    "IPV6ADDRESS": Kind("an IPv6 address", TEXT, "std::string", "address", operators=EQUAL + PARTS),
     # Not valid in the data: a filter is an argument without a kind, and its accessors are in the base class.
     "GETLISTFILTER": Kind("a filter", "const FILTERList*", "FILTERList*", "filter"),
 }
