@@ -10,8 +10,8 @@ set(API_PACKAGE_DOC "${CMAKE_INSTALL_DATADIR}/doc/tesseraApi")
 set(API_GENERATED "${CMAKE_BINARY_DIR}/apiMgmt/apiStub/apiSdk/objects/tessera/src")
 
 # Everything that calls and responses need, in one archive, so that users need not know how the sources divide it.
-set(API_PACKAGE_PARTS api_catalogue api_stub api_values common_endpoints common_platform common_utils wirelink xmlwrap
-    api_proto)
+set(API_PACKAGE_PARTS api_catalogue api_client_layer api_stub api_values common_endpoints common_platform common_utils
+    wirelink xmlwrap api_proto)
 list(TRANSFORM API_PACKAGE_PARTS REPLACE "(.+)" "$<TARGET_OBJECTS:\\1>" OUTPUT_VARIABLE API_PACKAGE_OBJECTS)
 add_library(tesseraApi_classes STATIC ${API_PACKAGE_OBJECTS})
 set_target_properties(tesseraApi_classes PROPERTIES LINKER_LANGUAGE CXX OUTPUT_NAME tesseraApi EXPORT_NAME classes)
@@ -47,7 +47,7 @@ install(FILES "${CMAKE_BINARY_DIR}/tesseraApiConfig.cmake" "${CMAKE_BINARY_DIR}/
         DESTINATION "${API_PACKAGE_CONFIG}" COMPONENT api_library)
 
 # The library's own headers, and those headers of the layers below that a program needs.
-foreach(folder apiMgmt/apiStub/base apiMgmt/apiStub/apiSdk/objects/tessera/src)
+foreach(folder apiMgmt/apiStub/base apiMgmt/apiStub/client apiMgmt/apiStub/apiSdk/objects/tessera/src)
   install(DIRECTORY "${CMAKE_SOURCE_DIR}/${folder}/" DESTINATION "${API_PACKAGE_INCLUDE}/${folder}"
           COMPONENT api_library FILES_MATCHING PATTERN "*.h")
 endforeach()

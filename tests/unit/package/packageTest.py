@@ -4,6 +4,7 @@ packageTest.py BUILD [unittest arguments]
 """
 
 import os
+import re
 import shutil
 import subprocess
 import sys
@@ -73,7 +74,7 @@ class Package(unittest.TestCase):
         status, output, errors = self.run_example()
         self.assertEqual((status, output), (1, ""))
         self.assertIn(self.socket, errors)
-        self.assertIn("Session identifier not specified", self.run_example(key="")[2])
+        self.assertIn("no session key", self.run_example(key="")[2])
         self.start_array()
         for command in ("fail TsDisk 3", "set TsDisk 3 Size 3221225472", "set TsDisk 11 Size 2",  # 11 is down already
                         "set TsEnclosure 2 InstanceName Enclosure 4"):
@@ -81,7 +82,22 @@ class Package(unittest.TestCase):
         self.assertEqual(self.run_example(), (0, "02-02  1.50 TB  Contact with the disk was lost  Enclosure 4\n"
                                                  "02-07  1 KB  Contact with the disk was lost  Enclosure 4\n", ""))
         self.tell("fault error UserPrivilegeError not for you on TsDisk for 1")
-        self.assertEqual(self.run_example(), (1, "", "listDisks: GetList: UserPrivilegeError: not for you\n"))
+        self.assertEqual(self.run_example(), (1, "", "listDisks: TsDisk GetList failed: UserPrivilegeError (11): not for you\n"))
+
+    def test_the_links_of_the_installed_pages_lead_somewhere(self):
+        folder = os.path.join(self.prefix, "share", "doc", "tesseraApi")
+        checked = 0
+        for page in ("apiLibrary.md", "apiReference.md"):
+            with open(os.path.join(folder, page), encoding="utf-8") as file:
+                text = file.read()
+            headings = {re.sub(r"[^\w -]", "", line.lower()).replace(" ", "-")
+                        for line in re.findall(r"^#+ (.*)", text, re.MULTILINE)}
+            for target in re.findall(r"\]\(([^)]+)\)", text):
+                checked += 1
+                found = target[1:] in headings if target.startswith("#") else \
+                    os.path.exists(os.path.join(folder, target))
+                self.assertTrue(found, f"{page}: {target}")
+        self.assertGreater(checked, 100)
 
     def test_all_classes_reach_a_program_through_its_own_library(self):
         """Every installed header compiles by itself, too."""
