@@ -110,12 +110,10 @@ class Client::Transport {
             throw Unreachable("poll: " + std::system_category().message(errno));
         if (ready > 0 && entries[0].revents != 0)
             throw Cancelled(title + ": cancelled");
-        if (ready > 0)
-            return true;
-        if (steady_clock::now() >= deadline)
+        if (remaining <= 0)  // even if there is more, because a peer may send byte by byte
             throw TimedOut(title + ": no response from " + endpoint.path() + " within " +
                            std::to_string(options.timeout.count()) + " ms");
-        return false;
+        return ready > 0;
     }
 
     const ClientOptions& options;
@@ -172,8 +170,9 @@ void ThrowUnexpectedResult(const BASEApiMethod& call, const std::string& expecte
 
 void CheckAllRead(const BASEApiMethod& call, size_t skippedCount) {
     if (skippedCount > 0)
-        throw MalformedAnswer(TitleOf(call) + ": the response contains " + std::to_string(skippedCount) +
-                              " objects of classes that this program does not have");
+        throw MalformedAnswer(TitleOf(call) +
+                              ": the response contains objects of classes that this program does not have: " +
+                              std::to_string(skippedCount));
 }
 
 AnyObjects ResultReader<AnyObjects>::Read(const BASEApiMethod& call, BASEApiMethodReturn* response) {

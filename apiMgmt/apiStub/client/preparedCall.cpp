@@ -132,16 +132,22 @@ std::unique_ptr<BASEApiMethod> PrepareCall(const BASEApiMethod& call) {
 }
 
 std::vector<Structure> ReadStructures(const std::string& text, const std::string& argument) {
+    const InvalidArgument malformed("the structured argument " + argument + " is not well-formed", argument);
     parser::XMLParser parser;
     if (!parser.ParseXMLString("<Values>" + text + "</Values>"))
-        throw InvalidArgument("the structured argument " + argument + " is not well-formed", argument);
+        throw malformed;
     std::vector<Structure> structures;
     const parser::XMLElement root = parser.GetDocumentElement();
     for (parser::XMLElement each = root.GetFirstChild(); each; each = each.GetNextSibling()) {
         Structure& structure = structures.emplace_back(Structure{std::string(each.GetTagName()), {}});
-        for (parser::XMLElement field = each.GetFirstChild(); field; field = field.GetNextSibling())
+        for (parser::XMLElement field = each.GetFirstChild(); field; field = field.GetNextSibling()) {
+            if (field.GetFirstChild())  // fields contain text only
+                throw malformed;
             structure.fields.Set(field.GetTagName(), field.GetText());
+        }
     }
+    if (structures.empty() && !text.empty())
+        throw malformed;
     return structures;
 }
 

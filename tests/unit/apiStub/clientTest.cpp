@@ -135,7 +135,8 @@ TEST_F(ClientTest, ThrowsWhatWentWrong) {
         {std::string("<lumapi>") + kGood + "<ReturnObjectArray><TsUps/></ReturnObjectArray></lumapi>",
          "malformed: TsDisk GetList: the response does not contain only TsDisk objects"},
         {std::string("<lumapi>") + kGood + "<ReturnObjectArray><TsDisk/><New/></ReturnObjectArray></lumapi>",
-         "malformed: TsDisk GetList: the response contains 1 objects of classes that this program does not"},
+         "malformed: TsDisk GetList: the response contains objects of classes that this program does not "
+         "have: 1"},
     };
     for (const auto& [document, expected] : cases) {
         const std::string outcome =
@@ -268,8 +269,9 @@ TEST(ClientCall, IsCheckedBeforeItIsSent) {
               "invalid Advanced.PreferredLun: invalid value '5000' for Advanced.PreferredLun; expected an "
               "integer, 1 to 4095");
     EXPECT_EQ(with_advanced("<Lun>5</Lun>"), "invalid Advanced.Lun: TsAdvancedMapping has no field Lun");
-    EXPECT_EQ(with_advanced("<Lun>"),
-              "invalid Advanced: the structured argument Advanced is not well-formed");
+    for (const char* malformed : {"<ReadOnly>", "<ReadOnly><a/></ReadOnly>"})
+        EXPECT_EQ(with_advanced(malformed),
+                  "invalid Advanced: the structured argument Advanced is not well-formed");
 }
 
 TEST(ClientCall, SetsArgumentsStrictly) {
