@@ -1,16 +1,12 @@
 """data/monitoring: mistakes in the real data are reported with their place, and nothing is written then."""
 
 import os
-import sys
 import unittest
 
-sys.dont_write_bytecode = True
-sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-
-import codegenCase  # noqa: E402
+import codegenCase
 from codegen.model import expressions, metrics, snmp  # noqa: E402
 from codegen.reader import Data  # noqa: E402
-from codegen.writers import snmptt, zabbix  # noqa: E402
+from codegen.writers import zabbix  # noqa: E402
 
 DATA = Data(os.path.join(codegenCase.ROOT, "data"))
 MODEL = snmp.read(DATA)
@@ -19,26 +15,15 @@ MODEL = snmp.read(DATA)
 WRONG_METRICS = [
     ("module tessera_alerts", 'module tessera_alerts 5m "x"',
      "expected: module NAME INTERVALm TEXT, with an interval of 1m to 4m"),
-    ("table tsVolume ", "table tsVolumes tessera tessera_inventory", "unknown table 'tsVolumes'"),
-    ("table tsVolume ", "table tsVolume tessara tessera_inventory", "unknown module 'tessara'"),
-    ("table tsVolume ", "table tsVolume tessera tessera tsVolumeNam",
-     "unknown column 'tsVolumeNam'"),
-    ("leave worstAlertNbr", "leave worstAlert", "unknown column 'worstAlert'"),
     ("leave worstAlertNbr", "leave tsSerialNumber", "duplicate 'tsSerialNumber'"),
     ("table tsVolume ", "", "metrics.def: missing line 'table tsVolume'"),
-    ("scalars", "", "metrics.def: missing line 'scalars'"),
-    ("info ", "infos TesseraPortType", "unknown line 'infos TesseraPortType'"),
 ]
 
 WRONG_WATCHES = [
-    ("severity TesseraStatus ", "severity TesseraStatus up=ok down=bad",
-     "unknown severity 'bad'; expected one of ok, warning, critical"),
     ("severity TesseraStatus ", "severity TesseraStatus up=ok down=critical unknown=ok",
      "missing severity of 'degraded'"),
     ("watch tsDiskStatus ", "watch tsDiskName for=2m", "column 'tsDiskName' is not a metric"),
     ("watch tsDiskStatus ", "watch tsDiskStatus for=2", "missing for=MINUTESm, which must come first"),
-    ("watch tsDiskStatus ", "watch tsDiskStatus for=2m gone=critical",
-     "unexpected 'gone=critical'; expected unknown=, up=, down=, degraded="),
     ("watch tsDiskStatus ", "watch tsDiskSizeGb for=2m",
      "missing severity line above for the states of 'tsDiskSizeGb'"),
     ("watch tsDiskStatus ", "", f"{MODEL.mib.column('tsDiskStatus').place}: missing watch line for 'tsDiskStatus' "
@@ -50,12 +35,7 @@ WRONG_WATCHES = [
 ]
 
 WRONG_PANELS = [
-    ('panel stat 4 none "Disks', 'panel pie 4 none "x" "" tsDiskSizeGb',
-     "a panel has a kind of stat, state, bars, lines, history, table and a width of 1 to 24"),
-    ('panel stat 4 none "Disks', 'panel stat 4 none "x" "" tsDiskSize', "unknown metric 'tsDiskSize'"),
     ('panel stat 4 none "Disks', 'panel stat 4 none "x" "{{tsDisk}}" tsDiskSizeGb',
-     "no metric of the panel has the label 'tsDisk'"),
-    ("panel table 24", 'panel table 24 none "x" tsDisk=Disk tsDiskSizeGb',
      "no metric of the panel has the label 'tsDisk'"),
     ("panel state 8", 'panel state 8 none "x" "" tsDiskSizeGb', "'tsDiskSizeGb' is not a column of states"),
 ]
@@ -65,7 +45,6 @@ EXPRESSIONS = [
     ("max_over_time(tsDiskSizeGb[5m]) and on (tsDiskRow) up > 1e3", None),
     ("sum(tsDiskSize)", "unknown metric 'tsDiskSize'"),
     ('tsDiskStatus{tsDiskStatus="broken"}', "'tsDiskStatus' has no state 'broken'"),
-    ('tsDiskStatus{tsDiskStatus=~"up|broken"}', "'tsDiskStatus' has no state 'broken'"),
     ('tsDiskStatus{tsVolumeName="x"}', "'tsDiskStatus' has no label 'tsVolumeName'"),
     ("sum by (tsVolumeName) (tsDiskSizeGb)", "no metric of 'sum by (tsVolumeName) (tsDiskSizeGb)' has the label "
                                              "'tsVolumeName'"),
