@@ -2,7 +2,6 @@
 
 #include <syslog.h>
 
-#include <condition_variable>
 #include <cstdarg>
 #include <cstdio>
 #include <mutex>
@@ -10,7 +9,6 @@
 namespace {
 
 std::mutex mutex;
-std::condition_variable arrived;
 std::vector<std::string> lines;
 const char* ident = nullptr;  // kept as a pointer, as the real one does
 int options = 0;
@@ -21,7 +19,6 @@ int facility = 0;
     vsnprintf(text, sizeof text, format, arguments);
     const std::lock_guard guard(mutex);
     lines.push_back(std::to_string(priority) + "|" + text);
-    arrived.notify_all();
 }
 
 }  // namespace
@@ -67,9 +64,4 @@ std::string SyslogConnection() {
         return "closed";
     }
     return std::string(ident) + "|" + std::to_string(options) + "|" + std::to_string(facility);
-}
-
-void WaitForSyslogLine() {
-    std::unique_lock guard(mutex);
-    arrived.wait(guard, [] { return !lines.empty(); });
 }

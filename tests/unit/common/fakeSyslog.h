@@ -8,6 +8,3 @@ std::vector<std::string> SyslogLines();
 
 /** "ident|options|facility" as last opened, with the ident's text as it is now, or "closed". */
 std::string SyslogConnection();
-
-/** Waits until something was sent. */
-void WaitForSyslogLine();

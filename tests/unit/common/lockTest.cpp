@@ -4,7 +4,7 @@
 #include <string>
 
 #include "apiMgmt/common/threadpool/scopedMutex.h"
-#include "apiMgmt/common/utils/generalError.h"
+#include "tests/unit/errorOf.h"
 
 TEST(Locks, AGuardThatFailedReleasesNothing) {
     pthread_mutexattr_t attribute;
@@ -14,15 +14,8 @@ TEST(Locks, AGuardThatFailedReleasesNothing) {
     pthread_mutexattr_destroy(&attribute);
     {
         const scopedMutex guard(mutex);
-        try {
-            const scopedMutex second(mutex);
-            ADD_FAILURE() << "locked twice";
-        } catch (const GENERALError& error) {
-            EXPECT_EQ(error.GetSourceFile(), "apiMgmt/common/threadpool/scopedMutex");
-            EXPECT_EQ(error.GetSourceLine(), 16U);
-            EXPECT_EQ(error.what(),
-                      "Error acquiring scoped mutex, error code[" + std::to_string(EDEADLK) + "]");
-        }
+        EXPECT_EQ(ErrorOf([&] { const scopedMutex second(mutex); }),
+                  "Error acquiring scoped mutex, error code[" + std::to_string(EDEADLK) + "]");
         EXPECT_EQ(mutex.TryLock(), EBUSY);  // the first guard still holds it
     }
     EXPECT_EQ(mutex.TryLock(), 0);

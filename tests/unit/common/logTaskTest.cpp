@@ -6,10 +6,8 @@
 #include <memory>
 #include <thread>
 
-#include "apiMgmt/common/threadpool/appLogger.h"
 #include "tests/unit/common/fakeSleep.h"
 #include "tests/unit/common/fakeSyslog.h"
-#include "tests/unit/common/fakeThreads.h"
 #include "tests/unit/common/recordingLogger.h"
 
 namespace {
@@ -31,10 +29,6 @@ class LogTask : public testing::Test {
     }
     LogRecord record_;
 };
-
-void* NothingToDo(void*) {
-    return nullptr;
-}
 
 }  // namespace
 
@@ -104,24 +98,4 @@ TEST_F(LogTask, KeepsTheOrderOfEachOfSeveralCallersAndMayBeStoppedUnderThem) {
         const int caller = line[7] - '0';
         EXPECT_EQ(line, "7|test|" + std::to_string(caller) + " " + std::to_string(next[caller]++));
     }
-}
-
-TEST_F(LogTask, GetsTheFailuresOfOtherThreads) {
-    const APPLogger owner;
-    ASSERT_TRUE(APPLogger::RegisterLogTask(new LOGTask(record_.MakeLogger())));
-    THREADWrapper wrapper;
-    APPLogger::SetLogLevel(4);
-    EXPECT_EQ(wrapper.Run("silent", nullptr, nullptr), -1);
-    APPLogger::SetLogLevel(5);
-    EXPECT_EQ(wrapper.Run("name", nullptr, nullptr), -1);
-    int code = 0;
-    {
-        const NoNewThreads none;
-        code = wrapper.Run("some thread", NothingToDo, nullptr);
-        EXPECT_GT(code, 0);
-    }
-    EXPECT_EQ(record_.WaitFor(2),
-              (Lines{"5|ApiMgmtBaseTask|invalid thread handler specified",
-                     "5|ApiMgmtBaseTask|Failed to create the thread(some thread), error code (" +
-                         std::to_string(code) + ")."}));
 }

@@ -94,14 +94,12 @@ TEST(SocketWrapper, AMessageHasABigEndianHeaderAndMayHaveNoBody) {
     Connection connection;
     EXPECT_EQ(connection.socket().SendMessage("body", 4, 0x0102), SocketWrapper::kSuccess);
     EXPECT_EQ(connection.Hear(), "\1\2\0\0\0\0\0\4body"s);
-    connection.Say("\1\2\0\0\0\0\0\0\1\2\0\0\0\0\0\2ok"s);
+    connection.Say("\1\2\0\0\0\0\0\0"s);
     auto body = std::make_unique<char[]>(1);
     uint32_t size = 99;
     EXPECT_EQ(connection.socket().ReceiveMessage(body, size), SocketWrapper::kSuccess);
     EXPECT_EQ(body, nullptr);
     EXPECT_EQ(size, 0U);
-    EXPECT_EQ(connection.socket().ReceiveMessage(body, size), SocketWrapper::kSuccess);
-    EXPECT_STREQ(body.get(), "ok");
 }
 
 TEST(SocketWrapper, ReceivesMessagesAndRefusesTornOnes) {

@@ -57,25 +57,13 @@ TEST(StringUtil, LetterCaseIsThatOfTheCLocale) {
     EXPECT_NE(CompareNoCase(std::string("a\0b", 3), "a"), 0);
 }
 
-TEST(StringUtil, ParseIntSaturatesAndParseBoolTakesOneOrTrue) {
-    const std::tuple<const char*, int, bool> cases[] = {
-        {"", 0, false},
-        {"true", 0, true},
-        {"TrUe", 0, true},
-        {"trues", 0, false},
-        {"1", 1, true},
-        {" +01x", 1, true},
-        {"1.9", 1, true},
-        {"-1", -1, false},
-        {"- 1", 0, false},
-        {"2147483648", 2147483647, false},
-        {"4294967297", 2147483647, false},  // 1 when cut to 32 bits
-        {"-2147483649", -2147483647 - 1, false},
-        {"-99999999999999999999999999", -2147483647 - 1, false},
-    };
-    for (const auto& [text, number, truth] : cases) {
-        EXPECT_EQ(ParseInt(text), number) << text;
-        EXPECT_EQ(ParseBool(text), truth) << text;
+TEST(StringUtil, ParseBoolTakesOneOrTrue) {
+    for (const char* good : {"true", "TrUe", "1", " +01x", "1.9"}) {
+        EXPECT_TRUE(ParseBool(good)) << good;
+    }
+    for (const char* bad :
+         {"", "trues", "-1", "- 1", "0", "4294967297"}) {  // the last is 1 when cut to 32 bits
+        EXPECT_FALSE(ParseBool(bad)) << bad;
     }
 }
 

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <exception>
+#include <string>
+
+/** Returns what the exception says that an action throws; an empty string if it throws none. */
+template <class Action>
+std::string ErrorOf(Action&& action) {
+    try {
+        action();
+    } catch (const std::exception& error) {
+        return error.what();
+    }
+    return "";
+}
