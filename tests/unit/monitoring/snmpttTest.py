@@ -10,23 +10,10 @@ import unittest
 
 sys.dont_write_bytecode = True
 HERE = os.path.dirname(os.path.abspath(__file__))
-sys.path.insert(0, os.path.join(HERE, "../mib"))
+sys.path[:0] = [os.path.join(HERE, "../mib"), os.path.join(HERE, "../../system")]
 import moduleFacts  # noqa: E402  (found through the line above)
+from harness.monitors import SNMPTT_INI  # noqa: E402
 
-INI = """\
-[General]
-mode = standalone
-multiple_event = 1
-[Logging]
-log_enable = 1
-log_file = {folder}/log
-unknown_trap_log_enable = 1
-unknown_trap_log_file = {folder}/unknown
-[TrapFiles]
-snmptt_conf_files = <<END
-{events}
-END
-"""
 CLEARED, ACTIVE = "1", "2"
 # Notifications without a critical state, or without a state.
 LIGHTER = {"tsMiscAlert", "tsServerStatusChange", "tsLocalPortCondStatusChange", "tsSIDeviceStatusChange"}
@@ -52,7 +39,7 @@ class SnmpttTest(unittest.TestCase):
         self.ini = os.path.join(self.folder, "snmptt.ini")
         events = os.path.join(build_folder, "monitoring", "snmptt", "tessera.conf")
         with open(self.ini, "w", encoding="utf-8") as file:
-            file.write(INI.format(folder=self.folder, events=events))
+            file.write(SNMPTT_INI.format(log=os.path.join(self.folder, "log"), events=events))
 
     def run_snmptt(self, *options, text=""):
         done = subprocess.run(["snmptt", f"--ini={self.ini}", *options], input=text, capture_output=True, text=True,

@@ -1,12 +1,4 @@
 #pragma once
 
-#include <cstddef>
-
-/** How many classes the factories hold, one count for each factory. */
-struct Inventory {
-    size_t objects;
-    size_t methods;
-    size_t methodObjects;
-};
-
-Inventory TakeInventory();
+/** Prints how many classes each of the factories holds. */
+void PrintInventory();
