@@ -1,10 +1,10 @@
 """Checks responses against the values that are allowed."""
 
 from harness import mib
+from harness.ber import EXCEPTIONS
 
 from . import violations
 from .history import column_of
-from .snmp import EXCEPTIONS
 from .violations import Violation
 
 ABSENT = tuple(EXCEPTIONS.values())

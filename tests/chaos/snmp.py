@@ -13,39 +13,10 @@ TRIES = 3
 REFUSED_PAUSE_S = 0.2  # between retries while nobody listens
 LONGEST_DATAGRAM = 65535
 
-RESPONSE = 0xA2
-EXCEPTIONS = {0x80: "noSuchObject", 0x81: "noSuchInstance", 0x82: "endOfMibView"}
-ERRORS = ("noError", "tooBig", "noSuchName", "badValue", "readOnly", "genErr", "noAccess", "wrongType", "wrongLength",
-          "wrongEncoding", "wrongValue", "noCreation", "inconsistentValue", "resourceUnavailable", "commitFailed",
-          "undoFailed", "authorizationError", "notWritable", "inconsistentName")
-
-# error: its name; index: of the binding that it is about, from 1.
-Response = namedtuple("Response", "request_id error index bindings")
 # sent, ended: monotonic times. response: None if none was received.
 Exchange = namedtuple("Exchange", "sent ended response")
 
 request_ids = itertools.count(1)
-
-
-def value(tag, contents):
-    return (EXCEPTIONS[tag], None) if tag in EXCEPTIONS else ber.value(tag, contents)
-
-
-def read_response(datagram):
-    """Raises ber.Malformed."""
-    whole = ber.Reader(datagram)
-    message = whole.inner(ber.SEQUENCE)
-    whole.end()
-    message.integer()
-    message.element(ber.OCTETS)
-    reader = message.inner(RESPONSE)
-    message.end()
-    request_id, error, index = reader.integer(), reader.integer(), reader.integer()
-    if not 0 <= error < len(ERRORS):
-        raise ber.Malformed(f"error status {error}")
-    found = ber.bindings(reader, value)
-    reader.end()
-    return Response(request_id, ERRORS[error], index, found)
 
 
 class Manager:
@@ -75,7 +46,7 @@ class Manager:
         while (left := deadline - time.monotonic()) > 0:
             self.socket.settimeout(left)
             try:
-                response = read_response(self.socket.recv(LONGEST_DATAGRAM))
+                response = ber.read_response(self.socket.recv(LONGEST_DATAGRAM))
             except TimeoutError:
                 return None
             except ConnectionRefusedError:

@@ -10,7 +10,7 @@ import unittest
 from unittest import mock
 
 sys.path[:0] = [os.path.join(os.path.dirname(os.path.realpath(__file__)), "..", *more) for more in ((), ("system",))]
-from chaos import plan, snmp, violations  # noqa: E402  (found through the line above)
+from chaos import snmp, violations  # noqa: E402  (found through the line above)
 from chaos.history import STALE_S, FalseReport, History  # noqa: E402
 from chaos.judge import Judge  # noqa: E402
 from chaos.notices import Mark, Notice, Notices  # noqa: E402
@@ -20,7 +20,7 @@ from chaos.timeline import EVENTS, RECORDS, REQUESTS, Disturbance, Life, Timelin
 from chaos.violations import Violation  # noqa: E402
 from chaos.vitals import Sample  # noqa: E402
 from chaos.watch import Ended, Watch  # noqa: E402
-from harness import daemon, mib  # noqa: E402
+from harness import ber, daemon, mib  # noqa: E402
 from harness.manager import Binding  # noqa: E402
 
 MODEL, SECOND = mib.oid("tsUPSName", 1), mib.oid("tsUPSName", 2)
@@ -213,41 +213,6 @@ class HistoryOfValues(unittest.TestCase):
         self.assertNotIn(SECOND, self.history.steady(1200, 1201))
         self.assertIn(SECOND, self.history.steady(late, late + 1))
 
-    def test_parts_are_numbered_by_the_parents_as_last_refreshed(self):
-        """Another enclosure is added before the only one."""
-        found = objects("new", "second")
-        found["TsEnclosure"].insert(0, {"Index": "3", "Name": "F", "Status": "Up"})
-        for record in (self.history.record, lambda *words: self.history.states.record(*words, True)):
-            record(objects("new", "second"), 1500)
-            record(found, 2000)
-        old, new = mib.oid("tsEnclPowerStatus", 1, 1), mib.oid("tsEnclPowerStatus", 2, 1)
-        up = ("INTEGER", UP)
-        for oid, value, moment, is_good in ((old, up, 2100, True), (old, None, 2100, True), (new, up, 2100, True),
-                                            (new, ("INTEGER", DOWN), 2100, False),
-                                            (old, up, 2000 + STALE_S + 10, False)):
-            self.assertEqual(self.allows(oid, value, moment), is_good, (oid, value, moment))
-
-    def test_a_new_daemon(self):
-        """It has no older values, and has not derived some yet."""
-        self.timeline.begin_life(Life(2, 1100))
-        self.assertFalse(self.allows(MODEL, b"old", 1110))
-        self.assertTrue(self.allows(MODEL, b"old", 1090))
-        for sent, later, is_good in ((1110, 1, True), (1098, 3, True), (1098, 1, False), (1290, 1, False)):
-            self.assertEqual(self.allows(mib.scalar("globalStatus"), ("INTEGER", 0), sent, later), is_good, sent)
-
-    def test_disturbed_time_makes_nothing_stale(self):
-        late = 1000 + STALE_S + 10
-        self.timeline.begin_disturbance(Disturbance("away", 1100, (REQUESTS,), 1150, 1160))
-        self.assertTrue(self.allows(MODEL, b"old", late))
-        self.assertFalse(self.allows(MODEL, b"old", late + 60))
-
-    def test_false_values_are_excused_where_and_while_they_were_reported(self):
-        self.history.add_false_report(FalseReport("TsUps", 1400, ("tsUPSName",), (b"lie",)))
-        self.history.false_reports[0].end = 1410
-        for oid, value, moment, is_good in ((MODEL, b"lie", 1405, True), (MODEL, b"lie", 1390, False),
-                                            (MODEL, None, 1405, False), (mib.oid("tsTsName", 1), b"lie", 1405, False)):
-            self.assertEqual(self.allows(oid, value, moment), is_good, (oid, value, moment))
-
 
 class JudgeOfResponses(unittest.TestCase):
     def test_gets_and_bulks(self):
@@ -262,23 +227,13 @@ class JudgeOfResponses(unittest.TestCase):
                 ([SECOND], 0, (Binding(mib.old_form(MODEL), "STRING", b"one"),), [])):
             with self.subTest(asked=asked, bindings=bindings):
                 judge = CalmRun().judge
-                exchange = snmp.Exchange(100, 101, snmp.Response(1, "noError", 0, list(bindings)))
+                exchange = snmp.Exchange(100, 101, ber.Response(1, "noError", 0, list(bindings)))
                 if asked is None:
                     judge.got("x", exchange, [MODEL, SECOND])
                 else:
                     judge.got_bulk("x", exchange, asked, non_repeaters)
                 kinds = (violations.VALUE, violations.ORDER)
                 self.assertEqual([kind for kind in kinds if judge.confirmed(kind)], faults)
-
-
-class PlanOfFaults(unittest.TestCase):
-    def test_a_seed_gives_one_plan(self):
-        self.assertEqual(plan.make(7, 600), plan.make(7, 600))
-        self.assertNotEqual(plan.make(7, 600), plan.make(8, 600))
-        self.assertLessEqual(plan.make(7, 40).closing.whole_s(), 20)
-        self.assertFalse([fault.text() for fault in plan.make(7, 600).bearable if fault.kind.restarts])
-        self.assertEqual({fault.kind.name for fault in plan.make(7, 600, only="snmpd").any},
-                         {"snmpd is killed", "snmpd is stopped"})
 
 
 if __name__ == "__main__":

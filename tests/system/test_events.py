@@ -3,13 +3,11 @@
 import unittest
 
 from harness import management, story, waiting
-from harness.receiver import Receiver
 from harness.trapStory import COLD_START, MARK, RECEIVED, TrapStory
 from harness.traps import Event
 
 IDS = (5, 6, 7)
 EARLY = tuple(Event(IDS, 201, text=f"early {number}") for number in range(3))
-STRIKE = "failed interface test to apimgr: strikes_against_apimgr = 1 out of 3"
 
 
 class Events(TrapStory):
@@ -40,21 +38,6 @@ class Events(TrapStory):
             waiting.wait_until(lambda: self.array.last_exchange("GetList", "Tessera")["lite"] == wish,
                                f"the array is asked for objects with the wish {wish}")
 
-    def test_a_second_sender_waits_for_the_first(self):
-        first = [Event(IDS, 201, text=f"first {number}") for number in range(20)]
-        second = [Event(IDS, 201, text=f"second {number}") for number in range(20)]
-        with management.Sender() as one:
-            one.send(management.trap(first[0].command()))
-            self.expect(first[0])
-            self.tell(*second)  # and goes, but its words stay
-            for event in first[1:]:
-                one.send(management.trap(event.command()))
-            for event in first[1:]:
-                self.expect(event)
-            self.assertTrue(self.receiver.is_empty())
-        for event in second:
-            self.expect(event)
-
     # --- order
 
     def test_a_burst_comes_out_in_order_and_whole(self):
@@ -62,29 +45,6 @@ class Events(TrapStory):
         self.tell(*events)
         for event in events:
             self.expect(event)
-        self.assertTrue(self.receiver.is_empty())
-
-    def test_events_wait_for_the_array(self):
-        kept = [Event(IDS, 201, text=f"kept {number}") for number in range(30)]
-        kept.insert(15, Event(IDS, 208, int(self.array.dump()["TsVolume"][0]["Index"]), text="@@@kept too"))
-        self.daemon.begin_log()
-        self.array.fault("stop-listening")
-        self.daemon.wait_for_log(STRIKE)
-        self.tell(*kept)
-        self.daemon.wait_for_log(RECEIVED, times=len(kept))
-        self.assertTrue(self.receiver.is_empty())
-        self.array.clear_faults()
-        for event in kept:
-            self.expect(event)
-
-    def test_nobody_listens_at_the_destination(self):
-        """What cannot be delivered is lost, and what comes later arrives."""
-        self.daemon.begin_log()
-        self.receiver.close()
-        self.tell(*[MARK] * 3, Event(IDS, 999))
-        self.daemon.wait_for_log("unknown trapNum passed fron lumivant-app: 999")
-        type(self).receiver = Receiver(self.LISTEN, self.receiver.port)
-        self.tell_and_expect(MARK)
         self.assertTrue(self.receiver.is_empty())
 
     def test_z_a_sender_in_the_middle_of_a_frame_does_not_hold_up_the_end(self):

@@ -7,7 +7,6 @@ import subprocess
 from harness import machine, monitors, story, waiting
 
 PROGRAM, HOME = "/usr/sbin/icinga2", "/tmp/monitors/icinga"
-NAME = "disk ä"
 MAIN = f"""\
 include <itl>
 include "tessera.conf"
@@ -30,13 +29,10 @@ FOLDERS = ("DataDir", "CacheDir", "LogDir", "InitRunDir", "SpoolDir", "ConfigDir
 STATUS = re.compile(r"(?:host|service)status \{(.*?)\n\t\}", re.DOTALL)
 
 
-class Icinga(story.SharedStory):
+class Icinga(monitors.MonitorStory):
     @classmethod
     def launch(cls):
-        machine.configure_daemon(trapsEnabled="yes", trapDest="127.0.0.1", trapPort=11162)  # so events are handled
-        cls.array.start(cls.PRESET, "--events")
-        cls.array.set("TsDisk", cls.array.first("TsDisk"), "Name", NAME)
-        cls.daemon.start()
+        super().launch()
         cls.wait_until_settled()
         os.makedirs(HOME)
         machine.write_file(f"{HOME}/main.conf", MAIN)
@@ -70,9 +66,9 @@ class Icinga(story.SharedStory):
         self.assertNotIn("UNKNOWN", str(statuses))
         index = self.array.first("TsDisk")
         self.array.fail("TsDisk", index)
-        self.wait_for(disk=("2", f"tsDiskStatus CRITICAL - {NAME}: down", ""))
+        self.wait_for(disk=("2", f"tsDiskStatus CRITICAL - {self.NAMED[1]}: down", ""))
         self.array.recover("TsDisk", index)
-        self.wait_for(disk=("0", f"tsDiskStatus OK - {NAME}: up", ""))
+        self.wait_for(disk=("0", f"tsDiskStatus OK - {self.NAMED[1]}: up", ""))
 
 
 if __name__ == "__main__":

@@ -48,29 +48,6 @@ class ReadingManagers(story.SharedStory):
         root = mib.table_oid(name) + "."
         return [self.as_form(form, oid) for oid in self.order if oid.startswith(root)]
 
-    def test_one_request_over_several_registrations(self):
-        oids = [mib.scalar("sysContact"), mib.scalar("productName"), "1.3.6.1.2.1.1.3.0", mib.oid("tsDiskName", 3),
-                mib.old_form(mib.oid("tsCtlrName", 2)), mib.scalar("sysLocation"), mib.oid("tsCtlrFanStatus", 2, 1)]
-        answer = self.manager.get(*oids)
-        self.assertEqual(answer.oids(), oids)
-        for asked, binding in zip(oids, answer.bindings):
-            new_form = asked.replace(mib.OLD_ENTERPRISE, mib.ENTERPRISE)
-            if new_form in self.store:
-                self.assertEqual(binding.value, self.store[new_form].value)
-
-    def test_one_getbulk_over_several_registrations(self):
-        columns = [mib.oid("tsCtlrStatus"), mib.oid("tsDiskName"), mib.old_form(mib.oid("tsVolumeName"))]
-        answer = self.manager.get_bulk(3, mib.scalar("sysContact"), *columns, non_repeaters=1)
-        oids = answer.oids()
-        self.assertEqual(oids[0], mib.scalar("sysName"))
-        for number, column in enumerate(columns):
-            new_form = column.replace(mib.OLD_ENTERPRISE, mib.ENTERPRISE)
-            begin = self.order.index(new_form + ".1")
-            wanted = self.order[begin:begin + 3]
-            if column != new_form:
-                wanted = [mib.old_form(oid) for oid in wanted]
-            self.assertEqual(oids[1 + number::3], wanted)
-
     def test_unknown_instances_beside_known_ones(self):
         known = [mib.scalar("productName"), mib.oid("tsDiskName", 1), mib.scalar("sysName")]
         unknown = [mib.oid("tsDiskName", 1999), mib.oid("tsCtlrName", 3), mib.ROOT + ".99.0",
@@ -121,10 +98,6 @@ class ReadingManagers(story.SharedStory):
         for process in strangers:
             self.assertEqual(self.version1.finish(process).error, "noSuchName")
 
-    def test_no_error_was_logged(self):
-        waiting.wait_until(self.daemon.is_running, "the daemon runs")
-        self.assertEqual(self.daemon.lines_with("GETBULK"), [])
-        self.assertEqual(self.daemon.lines_with("UNKNOWN MODE"), [])
 
 
 if __name__ == "__main__":

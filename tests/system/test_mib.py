@@ -3,11 +3,11 @@
 import re
 import subprocess
 
-from harness import machine, management, manager, mib, mibModule, story, waiting
+from harness import machine, management, manager, mib, story, waiting
 from harness.trapStory import IDS, TrapStory
 from harness.traps import Event
 
-MODULE, OLD_MODULE = mibModule.NAME, mibModule.OLD_NAME
+MODULE, OLD_MODULE = mib.MODULE, mib.OLD_MODULE
 LINE = re.compile(rf"^{MODULE}::(\w+)\.([\d.]+) = (.*)$")
 ENUMERATED = re.compile(r"INTEGER: \w+\(-?\d+\)$")
 TYPES = {"string": ("STRING: ", "Hex-STRING: ", '""'), "integer": ("INTEGER: ",), "enumeration": ("INTEGER: ",),
@@ -20,7 +20,7 @@ def with_module(tool, *arguments, modules=MODULE):
     """Returns the standard output of one of Net-SNMP's tools that has read only the module."""
     done = subprocess.run([tool, *map(str, arguments)], stdin=subprocess.DEVNULL, capture_output=True, text=True,
                           errors="replace", check=False, timeout=300 * waiting.PATIENCE,
-                          env={**manager.Manager.environment(), "MIBS": modules, "MIBDIRS": mibModule.FOLDERS})
+                          env={**manager.Manager.environment(), "MIBS": modules, "MIBDIRS": mib.MODULE_FOLDERS})
     if done.returncode != 0:
         raise AssertionError(f"{tool}: status {done.returncode}: {done.stdout}{done.stderr}")
     return done.stdout
@@ -57,7 +57,7 @@ class MibModule(TrapStory):
                          f"{OLD_MODULE}::lumivantEnterprise.2.1.0")
 
     def test_notifications_have_the_names_and_objects_of_the_module(self):
-        events = [case.event for case in self.cases(0)]
+        events = [case.event for case in self.cases()]
         events += [Event(IDS, 200), Event(IDS, 201, text="words"), Event(IDS, 213, 1, 2, 3)]
         self.assertEqual({event.number for event in events}, set(range(200, 214)))
         for event in events:

@@ -1,13 +1,9 @@
 """The files for monitors in use: the real exporter, check_tessera and SNMPTT at the running daemon."""
 
-import re
-
 import yaml
 
-from harness import machine, management, mib, monitors, story, waiting
-from harness.traps import Event
+from harness import machine, mib, monitors, story
 
-TRAP_PORT, COMMUNITY = 11162, "watch"
 USER = 'createUser monitor SHA-256 "signing passphrase" AES "encrypting passphrase"\nrouser monitor priv\n'
 V3 = '-v3 -l authPriv -u monitor -a SHA-256 -A "signing passphrase" -x AES -X "encrypting passphrase"'
 VOLUME = "volume ä"  # the first one's name
@@ -18,19 +14,16 @@ def instance_of(metric, sample):
     return tuple(int(sample.labels[index["labelname"]]) for index in metric.get("indexes", [])) or (0,)
 
 
-class Monitoring(story.SharedStory):
+class Monitoring(monitors.MonitorStory):
     PRESET = "typical"
+    NAMED = ("TsVolume", VOLUME)
 
     @classmethod
     def launch(cls):
-        machine.configure_daemon(trapsEnabled="yes", trapDest="127.0.0.1", trapPort=TRAP_PORT, trapCommun=COMMUNITY,
-                                 trapVer=2)
-        cls.translator = monitors.TrapTranslator(COMMUNITY, TRAP_PORT)
+        cls.translator = monitors.TrapTranslator()
         cls.addClassCleanup(cls.translator.close)
         machine.write_file(machine.SNMPD_CONF, machine.read_file(machine.SNMPD_CONF) + USER, 0o600)
-        cls.array.start(cls.PRESET, "--events")
-        cls.array.set("TsVolume", cls.array.first("TsVolume"), "Name", VOLUME)
-        cls.daemon.start()
+        super().launch()
         cls.wait_until_settled()
         cls.exporter = monitors.Exporter()
         cls.addClassCleanup(cls.exporter.close)
@@ -131,15 +124,6 @@ class Monitoring(story.SharedStory):
         folders = [each["Index"] for each in objects["TsDiskFolder"] if each["Status"] == "Up"]
         return next((row, each) for row, each in enumerate(objects["TsDisk"], 1)
                     if each["Status"] == "Up" and each["DiskFolderIndex"] in folders)
-
-    # --- SNMPTT
-
-    def test_snmptt_knows_notifications_without_a_state(self):
-        for number, name, severity in ((200, "tsTestTrap", "NORMAL"), (8, "tesseraText8", "INFORMATIONAL")):
-            management.send(management.trap(Event((28, 0, 0), number, text="words").command()))
-            self.translator.wait_for(name, f" {severity} ")
-        waiting.wait_until(lambda: not machine.processes_named("snmptt"), "SNMPTT is through")
-        self.assertNotIn(f"{mib.ENTERPRISE}.251.", self.translator.unknown())
 
 
 if __name__ == "__main__":

@@ -7,8 +7,8 @@ import unittest
 
 from harness import machine, mib, story, traps, waiting
 from harness.expected import Expectation
-from harness.receiver import Receiver, Trapd
-from harness.trapStory import COMMUNITY, IDS, MARK, TrapStory
+from harness.receiver import Trapd
+from harness.trapStory import COMMUNITY, MARK, TrapStory
 from harness.traps import NOTIFICATIONS, TRAP_OID, Event
 
 MGMT_SEND = os.path.join(machine.BUILD, "tools", "mgmtSend", "mgmtSend")
@@ -53,31 +53,6 @@ class EachForm:
     def assert_head(self, got, number):
         self.assertEqual(got.bindings[0][:2], (UPTIME, "Timeticks"))
         self.assertEqual(got.bindings[1], (TRAP_OID, "OID", f"{NOTIFICATIONS}.0.{number}"))
-
-    def test_snmptrapd_reads_the_same(self):
-        """On the same port, with the tests' own receiver gone."""
-        events = [Event(IDS, 200), Event(IDS, 4, text=" @@@plain words"),
-                  self.object_case(208, 2, text="@@@Größe").event, MARK]
-        own = [self.tell_and_expect(event) for event in events]
-        self.receiver.close()
-        trapd = Trapd(f"authCommunity log {COMMUNITY}", self.receiver.port, self.LISTEN)
-        try:
-            self.tell(*events)
-            for wanted, (head, bindings) in zip(own, trapd.wait_for(len(events)), strict=True):
-                self.assert_trapd_wrote(wanted, head, bindings)
-        finally:
-            trapd.close()
-            type(self).receiver = Receiver(self.LISTEN, self.receiver.port)
-
-    def assert_trapd_wrote(self, wanted, head, bindings):
-        kind = {"trap": "TRAP", "trap2": "TRAP2", "inform": "INFORM"}[wanted.pdu]
-        self.assertEqual(head[0], f"{kind}, SNMP v{wanted.version}, community {COMMUNITY}")
-        if wanted.version == "1":
-            self.assertEqual([word.lstrip(".") for word in head[1:5]],
-                             [wanted.enterprise, wanted.agent_address, str(wanted.generic), str(wanted.specific)])
-        bindings = [each._replace(value=each.value.lstrip(".")) if each.type == "OID" else each for each in bindings]
-        own, read = ([each for each in all_of_them if each.oid != UPTIME] for all_of_them in (wanted.bindings, bindings))
-        self.assertEqual(read, own)
 
 
 class Version1(EachForm, TrapStory):

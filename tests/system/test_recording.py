@@ -2,7 +2,6 @@
 
 import os
 import pwd
-import subprocess
 import unittest
 
 from harness import machine, mib, story, waiting
@@ -13,7 +12,7 @@ PORT = 11161
 SYSTEM_TEXTS = ("sysContact", "sysName", "sysLocation")
 
 
-class Player:
+class Player(machine.Program):
     """snmpsim with the recordings of a folder; the community names the recording."""
 
     def __init__(self, folder):
@@ -23,21 +22,17 @@ class Player:
             os.chown(path, pwd.getpwnam(user).pw_uid, -1)
         self.log = os.path.join(HOME, "snmpsim.log")
         with open(self.log, "wb") as output:
-            self.process = subprocess.Popen(
-                ["snmpsimd", f"--data-dir={folder}", f"--cache-dir={folder}",
-                 f"--agent-udpv4-endpoint=127.0.0.1:{PORT}", f"--process-user={user}", "--process-group=nogroup",
-                 "--variation-modules-dir=/nonexistent"],
-                stdin=subprocess.DEVNULL, stdout=output, stderr=output, cwd=HOME, env={**os.environ, "HOME": HOME})
+            super().__init__(
+                "snmpsimd", f"--data-dir={folder}", f"--cache-dir={folder}",
+                f"--agent-udpv4-endpoint=127.0.0.1:{PORT}", f"--process-user={user}", "--process-group=nogroup",
+                "--variation-modules-dir=/nonexistent",
+                stdout=output, stderr=output, cwd=HOME, env={**os.environ, "HOME": HOME})
         waiting.wait_until(self.listens, "snmpsim listens", 60)
 
     def listens(self):
         if self.process.poll() is not None:
             raise AssertionError(f"snmpsimd ended: {machine.read_file(self.log)}")
         return f"127.0.0.1:{PORT}" in machine.read_file(self.log)
-
-    def close(self):
-        self.process.terminate()
-        self.process.wait(30 * waiting.PATIENCE)
 
 
 class Recording(story.SharedStory):

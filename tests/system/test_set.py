@@ -29,10 +29,6 @@ class SettingManagers(story.SharedStory):
             self.manager.wait_for_value(mib.oid("tsTs" + attribute, 1), texts[name], 120)
             self.manager.wait_for_value(mib.scalar(name), texts[name], 120)
 
-    def test_an_empty_text_is_taken(self):
-        self.assertEqual(self.set_text(mib.scalar("sysLocation"), "").status, 0)
-        waiting.wait_until(lambda: self.array.get("Tessera", 1, "Location") == "", "the array has the empty text")
-
     def test_one_set_over_several_registrations(self):
         trigger = mib.oid("tsDiskForceTrap", 1)
         answer = self.writer.set((mib.scalar("sysContact"), "s", "one of three"),

@@ -81,16 +81,6 @@ class TheMasterAgent(story.Story):
         self.assertEqual(words[1:3], arguments)
         self.assertFalse(os.path.exists("/tmp/owned"))
 
-    def test_an_older_snmpd_is_replaced(self):
-        older = subprocess.Popen(["/usr/local/sbin/snmpd", "-f", "-C", "-c", machine.SNMPD_CONF, "-Lf", "/dev/null"],
-                                 stdin=subprocess.DEVNULL)
-        waiting.wait_until(lambda: manager.Manager(timeout_s=1, retries=0).get("1.3.6.1.2.1.1.3.0").bindings,
-                           "the older snmpd answers")
-        self.start()
-        self.assertIn(older.wait(30), (-signal.SIGABRT, -signal.SIGKILL))
-        self.assertEqual(machine.processes_named("snmpd"), [self.daemon.snmpd_pid()])
-        self.assertEqual(self.manager.value(mib.oid("tsCtlrName", 1)), self.name)
-
     def change_settings_of_snmpd(self, change):
         text = machine.read_file(machine.SNMPD_CONF)
         self.addCleanup(machine.write_file, machine.SNMPD_CONF, text)
@@ -109,15 +99,6 @@ class TheMasterAgent(story.Story):
                     self.daemon.wait_for_log("ERROR: timed out waiting to receive snmp-GET of self-test oid.", 60)
                     self.daemon.wait_until_ended()
 
-    def test_without_agentx_in_the_file_the_start_is_given_up(self):
-        self.change_settings_of_snmpd(lambda _: "rocommunity public\n")
-        for _ in range(daemon.START_TRIES):
-            self.daemon.start_in_foreground(wait=False)
-            self.assertEqual(self.daemon.wait_for_exit_status(120), 0)
-            if daemon.SNMPD_IS_LATE not in self.daemon.log():
-                break
-        self.assertIn("Error: timeout waiting for main_session", self.daemon.log())
-        waiting.wait_until(lambda: machine.processes_named("snmpd") == [], "snmpd has exited")
 
 
 if __name__ == "__main__":

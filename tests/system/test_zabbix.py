@@ -2,7 +2,6 @@
 
 from harness import machine, monitors, story, waiting, zabbix
 
-TRAP_PORT, COMMUNITY = 11162, "watch"
 QUICK = {"INTERVAL.STATES": "5s", "INTERVAL.TABLES": "5s", "INTERVAL.TEXTS": "5s", "INTERVAL.DISCOVERY": "10s",
          "NODATA": "30s"}
 NAME = "disk ä€\u00a0ß"
@@ -23,18 +22,16 @@ def fits(item, value):
         return item["lastvalue"] == value
 
 
-class Zabbix(story.SharedStory):
+class Zabbix(monitors.MonitorStory):
+    NAMED = ("TsDisk", NAME)
+
     @classmethod
     def launch(cls):
-        machine.configure_daemon(trapsEnabled="yes", trapDest="127.0.0.1", trapPort=TRAP_PORT, trapCommun=COMMUNITY,
-                                 trapVer=2)
-        cls.array.start(cls.PRESET, "--events")
-        cls.array.set("TsDisk", cls.array.first("TsDisk"), "Name", NAME)
-        cls.daemon.start()
+        super().launch()
         cls.server = zabbix.Zabbix()
         cls.addClassCleanup(cls.server.close)
         cls.server.start()
-        cls.translator = monitors.TrapTranslator(COMMUNITY, TRAP_PORT, zabbix.TRAPS, ("zabbix", "snmptt.conf"))
+        cls.translator = monitors.TrapTranslator(zabbix.TRAPS, ("zabbix", "snmptt.conf"))
         cls.addClassCleanup(cls.translator.close)
         cls.host = cls.add_host()
         cls.wait_until_settled()

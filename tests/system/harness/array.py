@@ -86,14 +86,10 @@ class Array:
     def clear_faults(self):
         self.tell("clear")
 
-    def exchanges(self, command=None, kind=None, struck=False):
-        """How many exchanges it has had: of a command, about a kind, and only those that a fault struck."""
-        total = 0
-        for line in self.tell("stats").splitlines():
-            words = line.split()
-            if len(words) == 5 and words[2].isdigit() and command in (None, words[0]) and kind in (None, words[1]):
-                total += int(words[4] if struck else words[2])
-        return total
+    def exchanges(self, struck=False):
+        """How many exchanges it has had, or only those that a fault struck."""
+        rows = [line.split() for line in self.tell("stats").splitlines()]
+        return sum(int(words[4 if struck else 2]) for words in rows if len(words) == 5 and words[2].isdigit())
 
     @staticmethod
     def last_exchange(command, kind):

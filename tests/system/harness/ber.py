@@ -10,12 +10,19 @@ from .manager import Binding
 Notification = namedtuple("Notification", "version community pdu request_id enterprise agent_address generic specific "
                                           "time bindings")
 
+# error: its name; index: of the binding that it is about, from 1.
+Response = namedtuple("Response", "request_id error index bindings")
+
 SEQUENCE = 0x30
 INTEGER, OCTETS, OID, IP_ADDRESS, TIMETICKS = 0x02, 0x04, 0x06, 0x40, 0x43
 TYPES = {INTEGER: "INTEGER", OCTETS: "STRING", 0x05: "NULL", OID: "OID", IP_ADDRESS: "IpAddress", 0x41: "Counter32",
          0x42: "Gauge32", TIMETICKS: "Timeticks", 0x44: "Opaque", 0x46: "Counter64"}
 UNSIGNED = ("Counter32", "Gauge32", "Timeticks")
 PDUS = {0xA2: "response", 0xA4: "trap", 0xA6: "inform", 0xA7: "trap2"}
+EXCEPTIONS = {0x80: "noSuchObject", 0x81: "noSuchInstance", 0x82: "endOfMibView"}
+ERRORS = ("noError", "tooBig", "noSuchName", "badValue", "readOnly", "genErr", "noAccess", "wrongType", "wrongLength",
+          "wrongEncoding", "wrongValue", "noCreation", "inconsistentValue", "resourceUnavailable", "commitFailed",
+          "undoFailed", "authorizationError", "notWritable", "inconsistentName")
 VERSIONS = {0: "1", 1: "2c"}
 INFORM_TAG, RESPONSE_TAG = 0xA6, 0xA2
 
@@ -104,14 +111,15 @@ def value(tag, contents):
     return kind, contents
 
 
-def bindings(reader, read_value=value):
-    """read_value: makes (type, value) of the tag and the contents of a value."""
+def bindings(reader, exceptions=()):
+    """exceptions: {tag: type} of those that may stand in the place of a value."""
     found = []
     outer = reader.inner(SEQUENCE)
     while outer.octets:
         one = outer.inner(SEQUENCE)
         name = oid(one.element(OID)[1])
-        found.append(Binding(name, *read_value(*one.element())))
+        tag, contents = one.element()
+        found.append(Binding(name, *((exceptions[tag], None) if tag in exceptions else value(tag, contents))))
         one.end()
     return found
 
@@ -149,6 +157,23 @@ def read(datagram):
     found = bindings(reader)
     reader.end()
     return Notification(version=version, community=community, pdu=PDUS[tag], bindings=found, **head)
+
+
+def read_response(datagram):
+    """The Response in a datagram; raises Malformed."""
+    whole = Reader(datagram)
+    message = whole.inner(SEQUENCE)
+    whole.end()
+    message.integer()
+    message.element(OCTETS)
+    reader = message.inner(RESPONSE_TAG)
+    message.end()
+    request_id, error, index = reader.integer(), reader.integer(), reader.integer()
+    if not 0 <= error < len(ERRORS):
+        raise Malformed(f"error status {error}")
+    found = bindings(reader, EXCEPTIONS)
+    reader.end()
+    return Response(request_id, ERRORS[error], index, found)
 
 
 def response_to(inform):

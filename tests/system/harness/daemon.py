@@ -30,19 +30,18 @@ class Daemon:
 
     # --- starting
 
-    def start(self, wait=True, arguments=(), line=UP):
+    def start(self, wait=True, arguments=()):
         """Starts it as a service: the call returns when it has gone into the background and, unless `wait` is false,
-        has written the line."""
+        serves requests."""
         machine.write_file(machine.MODE_CONF, "isdebugmode=false\n")
-        return self.start_again_while_snmpd_is_late(lambda: self.launch(arguments), wait, line)
+        return self.start_again_while_snmpd_is_late(lambda: self.launch(arguments), wait)
 
-    def start_in_foreground(self, wait=True, configure=True):
+    def start_in_foreground(self):
         """Starts it in debug mode, so that its exit status can be read with wait_for_exit_status."""
-        if configure:
-            machine.write_file(machine.MODE_CONF, "isdebugmode=true\n")
-        return self.start_again_while_snmpd_is_late(self.launch_in_foreground, wait)
+        machine.write_file(machine.MODE_CONF, "isdebugmode=true\n")
+        return self.start_again_while_snmpd_is_late(self.launch_in_foreground)
 
-    def start_again_while_snmpd_is_late(self, launch, wait, line=UP):
+    def start_again_while_snmpd_is_late(self, launch, wait=True):
         """snmpd gets a tenth of a second to write its process number. On a machine with more to do than it can that
         may not be enough; then the daemon ends, and whoever watches over it starts it again."""
         for _ in range(START_TRIES):
@@ -51,7 +50,7 @@ class Daemon:
             if not wait:
                 return self
             try:
-                return self.wait_until_served(line=line)
+                return self.wait_until_served()
             except SnmpdIsLate:
                 if self.foreground:
                     self.foreground.wait(30)
@@ -74,9 +73,9 @@ class Daemon:
         return {**os.environ, "ASAN_OPTIONS": options, "UBSAN_OPTIONS": options + ":print_stacktrace=1",
                 "TSAN_OPTIONS": options}
 
-    def wait_until_served(self, limit_s=60, line=UP):
+    def wait_until_served(self, limit_s=60):
         def is_up():
-            if line in self.log():
+            if UP in self.log():
                 return True
             if ENDED in self.log():
                 late = SNMPD_IS_LATE in self.log()
@@ -160,9 +159,8 @@ class Daemon:
     def lines_with(self, text):
         return [line for line in self.log().splitlines() if text in line]
 
-    def wait_for_log(self, text, limit_s=30, times=1):
-        return waiting.wait_until(lambda: len(self.lines_with(text)) >= times and self.lines_with(text),
-                                  f"the log holds '{text}'" + (f" {times} times" if times > 1 else ""), limit_s)
+    def wait_for_log(self, text, limit_s=30):
+        return waiting.wait_until(lambda: self.lines_with(text), f"the log holds '{text}'", limit_s)
 
     @staticmethod
     def log_tail(count=60):

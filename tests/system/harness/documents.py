@@ -30,7 +30,7 @@ ELSEWHERE = (
     ("scripts/check-freebsd", "tests/unit/package/CMakeLists.txt", "scripts/check-freebsd"),
     ("scripts/freebsd-plist *", "tests/unit/package/CMakeLists.txt", "scripts/freebsd-plist"),
     ("smilint -s -l 9", "mib/CMakeLists.txt", "-s -l 9"),
-    ("snmptrapd -On -Oe", "tests/system/harness/monitors.py", '"-On", "-Oe"'),
+    ("snmptrapd -On -Oe", "tests/system/harness/receiver.py", '"-On", "-Oe"'),
 )
 
 # Commands that no test runs, and why. None of them may stand in the README or in a manual page.

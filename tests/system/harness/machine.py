@@ -138,3 +138,14 @@ def run(*command, environment=None, limit_s=60, check=True):
         raise AssertionError(f"{' '.join(map(str, command))} ended with {result.returncode}: "
                              f"{result.stdout}{result.stderr}")
     return result.stdout
+
+
+class Program:
+    """A program that runs until close. options: those of Popen."""
+
+    def __init__(self, *command, **options):
+        self.process = subprocess.Popen(command, stdin=subprocess.DEVNULL, **options)
+
+    def close(self):
+        self.process.terminate()
+        self.process.wait(30 * waiting.PATIENCE)

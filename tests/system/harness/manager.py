@@ -97,8 +97,8 @@ class Manager:
         output, complaints = process.communicate(timeout=limit_s * waiting.PATIENCE)
         return Answer(process.returncode, output, complaints)
 
-    def ask(self, tool, *arguments, limit_s=300):
-        return self.finish(self.start(tool, *arguments), limit_s)
+    def ask(self, tool, *arguments):
+        return self.finish(self.start(tool, *arguments))
 
     def get(self, *oids):
         """Sends one GET; after an error the tool does not retry without the failed binding."""
@@ -113,11 +113,11 @@ class Manager:
     def walk(self, oid, *options):
         return self.ask("snmpwalk", *options, "127.0.0.1", oid)
 
-    def bulk_walk(self, oid, *options, limit_s=300):
+    def bulk_walk(self, oid, *options):
         """Walks, twice at most for the same reason as value()."""
-        walked = self.ask("snmpbulkwalk", *options, "127.0.0.1", oid, limit_s=limit_s)
+        walked = self.ask("snmpbulkwalk", *options, "127.0.0.1", oid)
         if walked.error == "genError":
-            walked = self.ask("snmpbulkwalk", *options, "127.0.0.1", oid, limit_s=limit_s)
+            walked = self.ask("snmpbulkwalk", *options, "127.0.0.1", oid)
         return walked
 
     def set(self, *assignments):

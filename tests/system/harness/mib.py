@@ -12,6 +12,9 @@ from codegen.reader import Data  # noqa: E402
 ENTERPRISE = "1.3.6.1.4.1.913.11000.2000.500.1"
 OLD_ENTERPRISE = "1.3.6.1.4.1.27405"
 ROOT = ENTERPRISE + ".2"
+# The modules of the build, and where Net-SNMP's tools find them and what they need.
+MODULE, OLD_MODULE = "VORN-LUMIVANT-TESSERA-MIB", "VORN-LUMIVANT-TESSERA-OLD-MIB"
+MODULE_FOLDERS = f"{machine.REPOSITORY}/mib/standard:{machine.BUILD}/mib"
 
 
 def api_kind(object_name):

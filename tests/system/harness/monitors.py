@@ -9,12 +9,13 @@ import urllib.error
 import urllib.request
 from collections import namedtuple
 
-from . import machine, mib, waiting
+from . import machine, mib, receiver, story, waiting
 
 FOLDER = os.path.join(machine.BUILD, "monitoring")
 HOME = "/tmp/monitors"
 PLUGINS = os.path.join(machine.REPOSITORY, "monitoring")
 EXPORTER_PORT = 9116
+TRAP_PORT, COMMUNITY = 11162, "watch"
 
 Sample = namedtuple("Sample", "name labels value")
 SAMPLE = re.compile(r'([A-Za-z_:][\w:]*)(?:{(.*)})? (\S+)$')
@@ -53,14 +54,28 @@ def served(manager):
     return found
 
 
-class Exporter:
+class MonitorStory(story.SharedStory):
+    """An array whose events reach the port of a trap translator, and whose first object of a kind has a special name."""
+
+    NAMED = ("TsDisk", "disk ä")
+
+    @classmethod
+    def launch(cls):
+        machine.configure_daemon(trapsEnabled="yes", trapDest="127.0.0.1", trapPort=TRAP_PORT, trapCommun=COMMUNITY,
+                                 trapVer=2)
+        kind, name = cls.NAMED
+        cls.array.start(cls.PRESET, "--events")
+        cls.array.set(kind, cls.array.first(kind), "Name", name)
+        cls.daemon.start()
+
+
+class Exporter(machine.Program):
     """prometheus-snmp-exporter with the modules of a file of the build."""
 
     def __init__(self, file="snmp.yml", port=EXPORTER_PORT):
         self.address = f"127.0.0.1:{port}"
-        self.process = subprocess.Popen(
-            ["prometheus-snmp-exporter", f"--config.file={made('prometheus', file)}",
-             f"--web.listen-address={self.address}", "--log.level=error"], stdin=subprocess.DEVNULL)
+        super().__init__("prometheus-snmp-exporter", f"--config.file={made('prometheus', file)}",
+                         f"--web.listen-address={self.address}", "--log.level=error")
         waiting.wait_until(lambda: self.page("/") is not None, "the exporter answers")
 
     def page(self, path):
@@ -76,10 +91,6 @@ class Exporter:
 
     def scrape(self, module):
         return parse(self.page(f"/snmp?target=127.0.0.1&module={module}"))
-
-    def close(self):
-        self.process.terminate()
-        self.process.wait(30 * waiting.PATIENCE)
 
 
 class Plugins:
@@ -116,31 +127,21 @@ END
 """
 
 
-class TrapTranslator:
+class TrapTranslator(receiver.SnmpTrapd):
     """snmptrapd that hands every notification to SNMPTT."""
 
-    def __init__(self, community, port, log_path=os.path.join(HOME, "snmptt.log"), events=("snmptt", "tessera.conf")):
+    def __init__(self, log_path=os.path.join(HOME, "snmptt.log"), events=("snmptt", "tessera.conf")):
         os.makedirs(HOME, exist_ok=True)
         self.log_path = log_path
-        ini, conf = os.path.join(HOME, "snmptt.ini"), os.path.join(HOME, "trapd.conf")
+        ini = os.path.join(HOME, "snmptt.ini")
         machine.write_file(self.log_path, "")
         machine.write_file(ini, SNMPTT_INI.format(log=self.log_path, events=made(*events)))
-        machine.write_file(conf, f"authCommunity execute {community}\n"
-                                 f"traphandle default /usr/sbin/snmptt --ini={ini}\n")
-        output = os.path.join(HOME, "trapd.log")
-        machine.remove_file(output)
-        self.process = subprocess.Popen(
-            ["snmptrapd", "-f", "-C", "-c", conf, "-n", "-t", "-Lf", output, "-On", "-Oe", f"udp:127.0.0.1:{port}"],
-            stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-            env={**os.environ, "SNMPCONFPATH": HOME, "MIBS": "", "SNMP_PERSISTENT_DIR": HOME})
-        waiting.wait_until(lambda: "NET-SNMP version" in machine.read_file(output), "snmptrapd listens")
+        super().__init__(HOME, f"authCommunity execute {COMMUNITY}\ntraphandle default /usr/sbin/snmptt --ini={ini}\n",
+                         f"udp:127.0.0.1:{TRAP_PORT}")
 
     def lines(self, name):
         """What SNMPTT has written about a notification, or a number of one."""
         return [line for line in machine.read_file(self.log_path).splitlines() if name in line]
-
-    def unknown(self):
-        return machine.read_file(self.log_path + ".unknown")
 
     def wait_for(self, name, *texts):
         """Waits for a line about it that holds all of these texts, and returns it."""
@@ -148,7 +149,3 @@ class TrapTranslator:
             return next((line for line in self.lines(name) if all(text in line for text in texts)), None)
 
         return waiting.wait_until(found, f"SNMPTT tells of {name} with {texts}", 60)
-
-    def close(self):
-        self.process.terminate()
-        self.process.wait(30 * waiting.PATIENCE)

@@ -77,22 +77,28 @@ class Receiver:
         self.socket.close()
 
 
-class Trapd:
-    """snmptrapd in the foreground. accepts: the lines of its configuration that say from whom it accepts notifications."""
+class SnmpTrapd(machine.Program):
+    """snmptrapd in the foreground, with its files in a directory of its own."""
+
+    def __init__(self, home, configuration, place, *options):
+        self.output = os.path.join(home, "trapd.log")
+        os.makedirs(home, exist_ok=True)
+        conf = os.path.join(home, "trapd.conf")
+        machine.write_file(conf, configuration)
+        machine.remove_file(self.output)
+        super().__init__("snmptrapd", "-f", "-C", "-c", conf, "-n", "-t", "-Lf", self.output, "-On", "-Oe", *options,
+                         place, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                         env={**os.environ, "SNMPCONFPATH": home, "MIBS": "", "SNMP_PERSISTENT_DIR": home})
+        waiting.wait_until(lambda: "NET-SNMP version" in machine.read_file(self.output), "snmptrapd listens")
+
+
+class Trapd(SnmpTrapd):
+    """Writes what it receives. accepts: the lines of its configuration that say from whom it accepts notifications."""
 
     def __init__(self, accepts, port, address="127.0.0.1"):
-        self.output = os.path.join(TRAPD_HOME, "output")
-        os.makedirs(TRAPD_HOME, exist_ok=True)
-        conf = os.path.join(TRAPD_HOME, "trapd.conf")
-        machine.write_file(conf, f"{accepts}\n[snmp] hexOutputLength 0\n")
-        machine.remove_file(self.output)
         place = f"udp6:[{address}]:{port}" if ":" in address else f"udp:{address}:{port}"
-        self.process = subprocess.Popen(
-            ["snmptrapd", "-f", "-C", "-c", conf, "-X", "-n", "-t", "-Lf", self.output, "-On", "-Ox", "-Oe", "-Ot",
-             "-F", TRAPD_FORMAT, place],
-            stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-            env={**os.environ, "SNMPCONFPATH": TRAPD_HOME, "MIBS": "", "SNMP_PERSISTENT_DIR": TRAPD_HOME})
-        waiting.wait_until(lambda: "NET-SNMP version" in machine.read_file(self.output), "snmptrapd listens")
+        super().__init__(TRAPD_HOME, f"{accepts}\n[snmp] hexOutputLength 0\n", place,
+                         "-X", "-Ox", "-Ot", "-F", TRAPD_FORMAT)
 
     def received(self):
         """All that it has written so far: a list of (head fields as text, bindings)."""
@@ -101,12 +107,3 @@ class Trapd:
             head, *lines = text.splitlines()
             notifications.append((head.split("|"), manager.parse_bindings("\n".join(lines))))
         return notifications
-
-    def wait_for(self, count):
-        waiting.wait_until(lambda: len(self.received()) >= count and self.received()[-1][1],
-                           f"snmptrapd has written {count} notifications")
-        return self.received()
-
-    def close(self):
-        self.process.terminate()
-        self.process.wait(30 * waiting.PATIENCE)

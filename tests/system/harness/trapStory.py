@@ -75,32 +75,30 @@ class TrapStory(story.SharedStory):
     # --- cases: every kind of object and component with its event
 
     @classmethod
-    def object_case(cls, number, place, ids=IDS, text=""):
+    def object_case(cls, number, place, text=""):
         """place: in the array's list of the kind; the last for -1."""
         kind = api_kind(trapLists.OBJECTS[number].kind)
         if number == 211:
-            return Case(Event(ids, number, 1, text=text), kind, "1")
+            return Case(Event(IDS, number, 1, text=text), kind, "1")
         dump = cls.array.dump()
         element = dump[kind][place]
         numbers = traps.arguments(dump, number, 0, element)
-        return Case(Event(ids, number, *numbers, text=text), kind, element["Index"])
+        return Case(Event(IDS, number, *numbers, text=text), kind, element["Index"])
 
     @classmethod
-    def component_case(cls, number, component, parent, place, ids=IDS, text=""):
-        """parent, place: in the list of controllers or enclosures, and in that of the parent's components."""
+    def component_case(cls, number, component):
+        """Of the first controller or enclosure, and the first of its components."""
         kind, dump = api_kind(trapLists.COMPONENTS[number, component].kind), cls.array.dump()
         owner, tag = ("TsController", "ControllerIndex") if number == 204 else ("TsEnclosure", "EnclosureIndex")
-        parents = [each["Index"] for each in dump[owner]]
-        element = [each for each in dump[kind] if each[tag] == parents[parent]][place]
+        element = next(each for each in dump[kind] if each[tag] == dump[owner][0]["Index"])
         numbers = traps.arguments(dump, number, component, element)
-        return Case(Event(ids, number, *numbers, text=text), kind, element["Index"])
+        return Case(Event(IDS, number, *numbers), kind, element["Index"])
 
     @classmethod
-    def cases(cls, place, ids=IDS, text=""):
-        """One for every kind; place: 0 or -1, everywhere."""
-        return ([cls.object_case(number, place, ids, text) for number in trapLists.OBJECTS] +
-                [cls.component_case(number, component, place, place, ids, text)
-                 for number, component in trapLists.COMPONENTS])
+    def cases(cls):
+        """One for every kind."""
+        return ([cls.object_case(number, 0) for number in trapLists.OBJECTS] +
+                [cls.component_case(number, component) for number, component in trapLists.COMPONENTS])
 
     # --- events and what comes of them
 
