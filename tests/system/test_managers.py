@@ -2,7 +2,7 @@
 
 import unittest
 
-from harness import manager, mib, story, waiting
+from harness import manager, mib, story
 
 EVERYTHING_PRIVATE = "1.3.6.1.4.1"
 WALKERS = 12
@@ -97,7 +97,6 @@ class ReadingManagers(story.SharedStory):
             self.assertEqual(self.manager.finish(process).bindings, [self.store[oid]])
         for process in strangers:
             self.assertEqual(self.version1.finish(process).error, "noSuchName")
-
 
 
 if __name__ == "__main__":

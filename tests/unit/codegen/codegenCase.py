@@ -47,10 +47,15 @@ class CodegenCase(unittest.TestCase):
 
     def check_wrong(self, name, rows):
         """rows: the beginning of a line of the file, its replacement, and the message, which is at the replaced line
-        unless it begins with another place. Nothing may have been written."""
+        unless it begins with another place. In it, {BEGINNING} is a line's number. Nothing may have been written."""
         good = self.FILES[name].split("\n")
+
+        def number_of(beginning):
+            return next(i for i, line in enumerate(good) if line.startswith(beginning))
+
         for beginning, instead, message in rows:
-            number = next(i for i, line in enumerate(good) if line.startswith(beginning))
+            number = number_of(beginning)
+            message = re.sub(r"\{(.+?)\}", lambda match: str(number_of(match[1]) + 1), message)
             if not re.match(r"\d+: |data/|\w+\.def", message):
                 message = f"{number + 1}: {message}"
             if re.match(r"\d+: ", message):

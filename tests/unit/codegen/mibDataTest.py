@@ -1,175 +1,102 @@
-"""data/mib: wrong lines of a small array's files with their messages."""
+"""data/mib: mistakes in the real data are reported with their place, and nothing is written then."""
 
 import os
 import unittest
 
 import codegenCase
+from codegen.model import snmp  # noqa: E402
+from codegen.reader import Data  # noqa: E402
 
-COLUMNS = """\
-# A comment, and an empty line.
-
-root R 1.3.6.1.4.1.913.2
-request tsLog list
-request tsLog instance
-scalar sysServices 1.3.6.1.2.1.1.7 integer constant -72
-  "Of the system group."
-scalar title R.1 string constant "Say \\"a\\\\b\\" # \u00e4"
-  "A title"
-  "in two pieces."
-scalar version R.2 string attribute Version after=ctlrStatus
-  "A version."
-table tsCtlr R.13 rows=2 min=1 list=tsController pace=seconds item=controller
-  "The controllers."
-column ctlrNbr 2 unsigned row
-  "A number."
-column ctlrStatus 3 enumeration attribute Status post=tsstatus_enum syntax=State
-  "A status."
-column ctlrName 5 string attribute Name writable
-  "A name."
-table fan R.16 parent=tsCtlr rows=6 min=0 list=tsFan pace=minutes item=fan identity=fanRpm
-  "The fans."
-column fanNbr 2 unsigned row
-  "A number."
-column fanForceTrap 3 string force
-  "Forces."
-column fanState 4 enumeration attribute Status post=tsstatus_enum syntax=State
-  "A state."
-column fanRpm 5 unsigned attribute Rpm units="RPM"
-  "A speed."
-scalar contact R.20 string copy ctlrName writable
-  "A contact."
-scalar lastPart R.21 integer process syntax=Part
-  "The last."
-scalar status R.22 integer computed compute_status
-  "A status."
-"""
-
-NOTIFICATIONS = """\
-plain 1 7
-notification 200 test test "A test." severity=ok
-  "Nothing is wrong."
-  shows title
-notification 204 partChange part-change "A part has \\"changed\\"."
-  "Look at it."
-  argument "its number"
-  shows title ctlrStatus
-  find bounded-index ctlrNbr
-  fresh instance tsController
-  judge ctlrStatus owner=ctlrNbr verify=ctlrNbr
-  rows ctlrNbr
-  no-index "none"
-  missing "missing: %d"
-  not-up "not up: %d"
-component 204 1 slow-fan "slow fan"
-  find row
-  judge fanState owner=fanNbr verify=fanNbr
-  too-large "large: %d of %d"
-  missing "no fan %d"
-  unhealthy "Replace it."
-  low fanRpm fanState "slow"
-force fanForceTrap 204 component 1 index fanRpm "1 2 3"
-"""
-
-CONVENTIONS = """\
-convention Words hint=255t
-  "Words."
-convention State from=tsstatus_enum api=Status
-  "A state."
-  value -1 unknown "none of these"
-  value 1 up "works" text=Up
-  value 2 down "does not" text=Down
-convention Part components=none
-  "A kind of part."
-"""
-
-MODULE = """\
-module SMALL-MIB smallMIB "Small Makers"
-  "A small one."
-  ""
-  "Its second paragraph."
-contact "Nobody"
-revision 202602030405Z "The second."
-revision 202502030405Z "The first."
-node makers enterprises 913
-node smallMIB makers 1
-node smallObjects makers 2
-node smallEvents smallMIB 251
-  "Those that tell."
-node smallConformance smallMIB 252
-notifications smallEvents
-conformance smallConformance
-older SMALL-OLD-MIB oldSmall 27405
-  "Older."
-"""
+DATA = Data(os.path.join(codegenCase.ROOT, "data"))
+MIB = snmp.read(DATA).mib
+FILES = {name: DATA.text(name) for name in (
+    "mib/columns.def", "mib/notifications.def", "mib/conventions.def", "mib/module.def")}
+COLUMNS = FILES["mib/columns.def"]
 
 # The beginning of a line, its replacement, and the message, which is at the replaced line unless it has its own place.
 WRONG_COLUMNS = [
     ("root R", "rot R 1.3", "unknown line 'rot R 1.3'"),
-    ("root R", "", "8: R is used before the line 'root R OID'"),
-    ("scalar title", 'scalar title R.1 string constant "open', "cannot split the line into words: No closing quotation"),
-    ("scalar title", "scalar title R.1 string process extra", "unexpected 'extra'; expected post=, after=, syntax=, units=, catalogue="),
-    ("scalar sysServices", "scalar sysServices 1.3.6 integer constant 1 writable", "only a string column can be writable"),
-    ("scalar contact", "scalar contact R.20 string copy version", "'version' is not a string column of a table"),
-    ("scalar version", "scalar version R.2 string attribute Version",
+    ("root R", "", "{scalar productName}: R is used before the line 'root R OID'"),
+    ("scalar productName", 'scalar productName R.1 string constant "open',
+     "cannot split the line into words: No closing quotation"),
+    ("scalar productName", "scalar productName R.1 string process extra",
+     "unexpected 'extra'; expected post=, after=, syntax=, units=, catalogue="),
+    ("scalar sysServices", "scalar sysServices 1.3.6 integer constant 1 writable",
+     "only a string column can be writable"),
+    ("scalar sysContact", "scalar sysContact 1.3.6.1.2.1.1.4 string copy productName",
+     "'productName' is not a string column of a table"),
+    ("scalar productVersion", "scalar productVersion R.4 string attribute Version",
      "after= is required for scalars with source 'attribute', and only there"),
-    ("scalar version", "scalar version R.1 string constant x", "the OID of 'version' must come after that of 'title'"),
-    ("table tsCtlr", "table tsCtlr R.13 rows=2 min=1 pace=seconds item=controller",
-     "17: table 'tsCtlr' requires list=, to fill 'ctlrStatus'"),
-    ("scalar contact", "table empty R.20 rows=1 min=0 pace=minutes item=x", "table 'empty' has no columns"),
-    ("column ctlrStatus", "column ctlrStatus 3 unsigned row", "only the first column of a table may have the source 'row'"),
-    ("column ctlrStatus", "column ctlrStatus 3 string constant x", "source 'constant' is only for scalars"),
-    ("column fanRpm", "column fanRpm 5 unsigned attribute Rpm syntax=State", "'State' does not fit a column of type unsigned"),
-    ("column fanRpm", 'column fanRpm 5 unsigned attribute Rpm units="\u00b0C"',
+    ("scalar productDescription", "scalar productDescription R.1 string constant x",
+     "the OID of 'productDescription' must come after that of 'productName'"),
+    ("table tsCtlr ", "table tsCtlr R.13 rows=2 min=1 pace=seconds item=controller",
+     "{column tsCtlrStatus}: table 'tsCtlr' requires list=, to fill 'tsCtlrStatus'"),
+    ("scalar trapMiscAlertText", "table empty R.12 rows=1 min=0 pace=minutes item=x", "table 'empty' has no columns"),
+    ("column tsCtlrStatus", "column tsCtlrStatus 3 unsigned row",
+     "only the first column of a table may have the source 'row'"),
+    ("column tsCtlrStatus", "column tsCtlrStatus 3 string constant x", "source 'constant' is only for scalars"),
+    ("column tsCtlrFanCurrentRpm", "column tsCtlrFanCurrentRpm 5 unsigned attribute Rpm syntax=TesseraStatus",
+     "'TesseraStatus' does not fit a column of type unsigned"),
+    ("column tsCtlrFanCurrentRpm", 'column tsCtlrFanCurrentRpm 5 unsigned attribute Rpm units="\u00b0C"',
      "a MIB string must be printable ASCII without double quotes"),
-    ("column fanState", "column fanState 4 enumeration computed",
-     "column 'fanState' is an enumeration and requires syntax="),
-    ("column fanState", "column fanState 4 integer attribute Status post=tsstatus_enum", "post=tsstatus_enum requires syntax=State"),
-    ("column fanState", "column fanState 4 integer attribute Status syntax=State", "syntax=State requires post=tsstatus_enum"),
-    ('  "A speed."', "", "29: column 'fanRpm' has no description"),
-    ("scalar contact", "scalar fanTable R.20 string constant x", "duplicate name 'fanTable'; first used at data/mib/columns.def:21"),
+    ("column tsCtlrStatus", "column tsCtlrStatus 3 enumeration computed",
+     "column 'tsCtlrStatus' is an enumeration and requires syntax="),
+    ("column tsCtlrStatus", "column tsCtlrStatus 3 integer attribute Status post=tsstatus_enum",
+     "post=tsstatus_enum requires syntax=TesseraStatus"),
+    ("column tsCtlrStatus", "column tsCtlrStatus 3 integer attribute Status syntax=TesseraStatus",
+     "syntax=TesseraStatus requires post=tsstatus_enum"),
+    ('  "The name of the controller."', "", "{column tsCtlrName}: column 'tsCtlrName' has no description"),
+    ("column tsEnclAssetTag", "column tsCtlrTable 10 string attribute AssetTag",
+     "duplicate name 'tsCtlrTable'; first used at data/mib/columns.def:{table tsCtlr }"),
 ]
 
+SEVERITY = ("severity= must be one of ok, warning, critical if no variable is the object's state, and is not allowed "
+            "otherwise")
 WRONG_NOTIFICATIONS = [
     ("plain", "plain 0", "'0' is not a number of at least 1"),
-    ("  shows title ctlr", "  shows " + "title " * 17, "a notification carries at most 16 variables"),
-    ('  "Look', "", "5: notification 'partChange' has no description"),
-    ("notification 200", 'notification 200 test test "A test."',
-     "severity= must be one of ok, warning, critical if no variable is the object's state, and is not allowed otherwise"),
-    ("notification 204", 'notification 204 x x "x" severity=ok',
-     "severity= must be one of ok, warning, critical if no variable is the object's state, and is not allowed otherwise"),
+    ("  shows", "  shows " + "productName " * 17, "a notification carries at most 16 variables"),
+    ("notification 201", 'notification 299 x x "x" severity=ok\n  shows productName\nnotification 201 y y "y"',
+     "notification 'x' has no description"),
+    ("notification 200", 'notification 200 test test "A test."', SEVERITY),
+    ("notification 204", 'notification 204 x x "x" severity=ok', SEVERITY),
     ("notification 204", "notification 200 x x x",
-     "duplicate number, name or word; first used at data/mib/notifications.def:2"),
-    ("  find bounded", "", "5: the lines 'find' and 'judge' are required"),
-    ("  fresh", "", "5: the lines 'fresh' and 'rows' are required"),
+     "duplicate number, name or word; first used at data/mib/notifications.def:{notification 200}"),
+    ("  find", "", "{notification 202}: the lines 'find' and 'judge' are required"),
+    ("  fresh", "", "{notification 202}: the lines 'fresh' and 'rows' are required"),
     ("  missing", '  missing "gone"', "the message 'missing' must contain \"%d\" 1 time(s)"),
-    ("  not-up", "", "16: notification 204 has no components"),
-    ("component", "component 204 9 x x", "23: unknown component 1 of notification 204"),
-    ("  low", "  low fanRpm ctlrStatus slow", "16: the columns belong to different tables"),
-    ("force", 'force fanForceTrap 204 row "1 2"', "the line must end with an event ID of three numbers"),
-    ("force", 'force fanForceTrap 204 index fanRpm "1 2 3"',
+    ("  not-up", "", "{component 204 1}: notification 204 has no components"),
+    ("component 204 4", "component 204 9 x x", "{force tsCtlrVoltage}: unknown component 4 of notification 204"),
+    ("  low", "  low tsCtlrFanCurrentRpm tsCtlrStatus slow",
+     "{component 204 1}: the columns belong to different tables"),
+    ("force tsCtlrForceTrap", 'force tsCtlrForceTrap 203 row "1 2"',
+     "the line must end with an event ID of three numbers"),
+    ("force tsCtlrForceTrap", 'force tsCtlrForceTrap 203 index tsCtlrNbr "1 2 3"',
      "the line must end with an event ID of three numbers and the object's name in log lines"),
-    ("force", "", "data/mib/columns.def:25: missing force line for 'fanForceTrap' in notifications.def"),
+    ("force tsCtlrForceTrap", "",
+     f"{MIB.column('tsCtlrForceTrap').place}: missing force line for 'tsCtlrForceTrap' in notifications.def"),
 ]
 
 WRONG_CONVENTIONS = [
-    ("convention Words", "convention Words hint=wide", "'wide' is not a display hint for strings"),
-    ("convention Part", "convention Part", "a convention must have either hint= or values"),
-    ("  value 1 up", '  value 1 up "works"', "3: with from=, exactly one value must have no text="),
-    ("  value 2 down", '  value 1 down "does not" text=Down', "1 must be greater than 1 above"),
+    ("convention TesseraText", "convention TesseraText hint=wide", "'wide' is not a display hint for strings"),
+    ("convention TesseraComponentKind", "convention TesseraComponentKind",
+     "a convention must have either hint= or values"),
+    ("  value 1  up ", '  value 1 up "works"',
+     "{convention TesseraStatus}: with from=, exactly one value must have no text="),
+    ("  value 2  down ", '  value 1 down "does not" text=Down', "1 must be greater than 1 above"),
 ]
 
 WRONG_MODULE = [
-    ("node smallObjects", "node smallObjects makers 3",
-     "1: missing node at 1.3.6.1.4.1.913.2, where the tables are"),
-    ("revision 2025", 'revision 202702030405Z "x"', "1: the latest revision must be first"),
+    ("node tesseraObjects", "node tesseraObjects tesseraMIB 3",
+     "{module}: missing node at 1.3.6.1.4.1.913.11000.2000.500.1.2, where the tables are"),
+    ("revision", 'revision 202511242200Z "Older."\nrevision 202611242200Z "x"',
+     "{module}: the latest revision must be first"),
     ("contact", "", "module.def: missing line 'contact'"),
 ]
 
 
 class MibDataTest(codegenCase.CodegenCase):
     KIND = "store"
-    FILES = {"mib/columns.def": COLUMNS, "mib/notifications.def": NOTIFICATIONS, "mib/conventions.def": CONVENTIONS,
-             "mib/module.def": MODULE}
+    FILES = FILES
 
     def test_names_the_place_of_a_mistake(self):
         self.check_wrong("mib/columns.def", WRONG_COLUMNS)
@@ -183,11 +110,11 @@ class MibDataTest(codegenCase.CodegenCase):
         os.utime(header, (1, 1))
         self.run_on({"mib/columns.def": COLUMNS + "# a comment\n"})
         self.assertEqual(os.stat(header).st_mtime, 1)
-        self.run_on({"mib/columns.def": COLUMNS.replace("rows=6", "rows=7")})
+        self.run_on({"mib/columns.def": COLUMNS.replace("rows=2000", "rows=1999")})
         self.assertNotEqual(os.stat(header).st_mtime, 1)
 
     def test_too_many_columns(self):
-        many = "".join(f'scalar s{i} R.{i + 30} integer constant 1\n  "x"\n' for i in range(250))
+        many = "".join(f'scalar s{i} R.{i + 100} integer constant 1\n  "x"\n' for i in range(250))
         self.assertEqual(self.run_on({"mib/columns.def": COLUMNS + many}),
                          (1, "more than 256 columns; a column number must fit in one byte\n"))
 
