@@ -63,6 +63,9 @@ TEST(AttributeMap, DoesWhatAnOrderedMapDoes) {
 
 TEST(AttributeMap, GivesBackWhatEntriesThatAreGoneTook) {
     ATTRIBUTEMap map;
+    map.Set("Name", std::string(100, 'n'));
+    map.Remove("Name");
+    map.Clear();  // and what was wasted is no more
     map.Set("Kept", "text");
     for (int i = 0; i < 1000; ++i) {
         map.Set("Name", std::string(10000, 'n'));

@@ -92,15 +92,7 @@ TEST(Catalogue, CarriesStructuredArgumentsAsElements) {
     filter.SetMaxCountReturn(5);
     filter.SetUseCurrent(true);
     APITsDisk::APITsDiskGetHistoricalIoUsageMethod history;
-    history.SetInstanceId("64702.17");
     history.SetHistoricalFilter(&filter);
-    EXPECT_EQ(
-        history.GenerateXml(false, true),
-        "<ApiMethod><CommandType>Method</CommandType><Object>TsDisk</Object>"
-        "<Command>GetHistoricalIoUsage</Command><Async>false</Async><ObjectEncodeType>xml</ObjectEncodeType>"
-        "<Attributes><HistoricalFilter><HistoricalFilter><MaxCountReturn>5</MaxCountReturn>"
-        "<UseCurrent>True</UseCurrent></HistoricalFilter></HistoricalFilter>"
-        "<InstanceId>64702.17</InstanceId></Attributes></ApiMethod>");
     EXPECT_EQ(history.GetHistoricalFilter().GetMaxCountReturn(), 5);
     EXPECT_TRUE(history.GetHistoricalFilter().GetUseCurrent());
     history.SetHistoricalFilter(nullptr);

@@ -4,7 +4,6 @@
 
 #include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiEnumsIDStrList.h"
 #include "apiMgmt/common/utils/apiMethodError.h"
-#include "apiMgmt/common/utils/stringUtil.h"
 
 namespace {
 
@@ -18,29 +17,6 @@ TEST(Enumerations, WindowSizesGoBy16KilobytesExcept128) {
         EXPECT_EQ(table.FindValue(id)->UiString, size + " KB");
     }
     EXPECT_EQ(table.FindDescription("KB_128")->Value, 128);
-}
-
-std::string TimeZoneIdentifier(int32_t id, std::string name) {
-    if (id == 594) {
-        return "America_North_DakotaBeulah";
-    }
-    if (id >= 588 && id <= 601) {
-        ReplaceAll(name, "/", "_");
-        ReplaceAll(name, "-", "_");
-        return name;
-    }
-    ReplaceAll(name, "/", "__");
-    ReplaceAll(name, "GMT+", "GMT_PLUS_");
-    ReplaceAll(name, "GMT-", "GMT_MINUS_");
-    ReplaceAll(name, "-", id == 573 ? "_" : "");
-    return name;
-}
-
-TEST(Enumerations, TimeZonesAreDerivedFromTheirNames) {
-    const ENUMTable table(E::gTimeZoneEnumIdStrList);
-    for (const ENUMRow& row : table) {
-        EXPECT_EQ(row.Description, TimeZoneIdentifier(row.Value, std::string(row.UiString))) << row.Value;
-    }
 }
 
 TEST(Enumerations, AreSearchedInRowOrder) {

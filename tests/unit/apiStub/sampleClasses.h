@@ -26,7 +26,6 @@ class Disk : public TSStatusBaseApiObject {
     static const INTApiAttribute& IndexAttribute();
     static const STRINGApiAttribute& NameAttribute();
     void SetIndex(int64_t value) { SetTyped(*this, IndexAttribute(), value); }
-    int64_t GetIndex() const { return GetTyped(*this, IndexAttribute()); }
     void SetName(const std::string& value) { SetTyped(*this, NameAttribute(), value); }
     std::string GetName() const { return GetTyped(*this, NameAttribute()); }
 
