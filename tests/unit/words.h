@@ -23,3 +23,18 @@ inline std::vector<std::string> Words(const std::string& line) {
     }
     return words;
 }
+
+/** The words of a command line as the arguments of a program. */
+class Arguments {
+  public:
+    explicit Arguments(const std::string& line) : words_(Words(line)) {
+        for (const std::string& word : words_)
+            pointers_.push_back(word.c_str());
+    }
+    int count() const { return static_cast<int>(pointers_.size()); }
+    const char** values() { return pointers_.data(); }
+
+  private:
+    std::vector<std::string> words_;
+    std::vector<const char*> pointers_;
+};

@@ -17,7 +17,6 @@ std::vector<std::string> Completions(const std::string& words, const std::string
 TEST(ApiClientCompletion, CompletesTheLastWord) {
     const std::tuple<std::string, std::string, std::vector<std::string>> cases[] = {
         {"TsDisk", "Get", {"Get", "GetHistoricalIoUsage", "GetHistoricalStorageUsage", "GetList"}},
-        {"TsDisk Get", "", {"InstanceId="}},
         {"tscontroller modify", "indicatoron=t", {"IndicatorOn=True"}},
         {"TsDisk GetHistoricalIoUsage", "H", {"HistoricalFilter."}},
         {"TsDisk GetHistoricalIoUsage",
@@ -25,17 +24,12 @@ TEST(ApiClientCompletion, CompletesTheLastWord) {
          {"HistoricalFilter.UseCurrent=", "HistoricalFilter.UseEndOfDay=",
           "HistoricalFilter.UseStartOfDay="}},
         {"Tessera AddIScsiTesseraConnections", "NatInfo.2.Ip", {"NatInfo.2.IpAddress="}},
-        {"TsDisk GetList --sort", "StatusM", {"StatusMessage"}},
         {"TsDisk GetList --filter", "Stat", {"Status = ", "StatusMessage "}},
         {"TsDisk GetList --filter", "Index ", {"Index = ", "Index > ", "Index >= ", "Index < ", "Index <= "}},
         {"TsDisk GetList --filter", "Status = ", {"Status = Up", "Status = Down", "Status = Degraded"}},
-        {"--enumeration", "DiskTr", {"DiskTrack"}},
         {"--locale", "en", {"en_US"}},
         {"TsDisk GetList --filter", "HealthM", {}},  // filters do not support it
-        {"TsDisk GetList --filter", "HealthMask = ", {}},
-        {"TsDisk --lite", "GetL", {"GetList"}},
         {"TsToaster", "", {}},
-        {"TsDisk Fly", "", {}},
         {"TsDisk Get", "Frob=", {}},
     };
     for (const auto& [words, last, candidates] : cases) {

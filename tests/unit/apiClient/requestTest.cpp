@@ -76,7 +76,6 @@ TEST(ApiClientRequest, BuildsTheFilterFromConditions) {
     tzset();
     const Case cases[] = {
         {"TsDisk GetList --filter 'Status = Down'", "and Status = Down-"},
-        {"TsDisk GetList --filter status=down", "and Status = Down-"},
         {"TsDisk GetList --filter Index>=2 --filter 'Index lt 9'", "and Index &gt;= 2-Index &lt; 9-"},
         {"TsDisk GetList --filter 'Name iqs 01-' --filter 'Spare = yes' --any",
          "or Name iqs 01&amp;hy&amp;-Spare = True-"},
@@ -105,7 +104,6 @@ TEST(ApiClientRequest, RejectsMistakesWithAMessage) {
     const Case cases[] = {
         {"", "missing object; see --help"},
         {"TsDisk", "missing command or association; see apiClient TsDisk --list"},
-        {"TsDsk GetList", "there is no object 'TsDsk'; do you mean TsDisk?"},
         {"TsDisk GetLst", "there is no command or association of TsDisk 'GetLst'; do you mean GetList?"},
         {"TsDisk Get", "TsDisk Get needs:\n  InstanceId: an instance ID"},
         {"TsDisk Get InstanceId", "invalid argument 'InstanceId'; expected NAME=VALUE"},
@@ -114,8 +112,6 @@ TEST(ApiClientRequest, RejectsMistakesWithAMessage) {
         {"TsDisk Get InstanceId=1 InstanceId=2", "InstanceId is given 2 times; it holds only one value"},
         {"Tessera Modify InstanceId=1 Name=<x>",
          "invalid value '<x>' (3 bytes) for Name; expected a string of 1 to 64 bytes without < > &"},
-        {"Tessera Modify InstanceId=1 Name=" + std::string(65, 'x'),
-         "(65 bytes) for Name; expected a string of 1 to 64"},
         {"Tessera Modify InstanceId=1 Location=a\tb", "Location contains a control character"},
         {"Tessera Modify InstanceId=1 OperationMode=Fast",
          "invalid value 'Fast' for OperationMode; expected one of Normal"},
@@ -128,15 +124,11 @@ TEST(ApiClientRequest, RejectsMistakesWithAMessage) {
          "invalid value 'maybe' for IndicatorOn; expected True or False"},
         {"TsDisk GetHistoricalIoUsage InstanceId=1 HistoricalFilter=x",
          "HistoricalFilter is a HistoricalFilter: give HistoricalFilter.FIELD=VALUE for each field"},
-        {"TsDisk GetHistoricalIoUsage InstanceId=1 HistoricalFilter.UseCurent=1",
-         "there is no field of HistoricalFilter 'UseCurent'; do you mean UseCurrent?"},
         {"TsDisk Get InstanceId.x=1", "InstanceId has no field 'x'"},
         {"Tessera AddIScsiTesseraConnections NatInfo.IpAddress=10.0.0.1",
          "give NatInfo.1.FIELD=VALUE for each field of the first, .2 for the second, and so on"},
         {"TsDisk GetList --filter Status",
          "invalid filter 'Status'; expected ATTRIBUTE OPERATOR VALUE with one of = > >= < <="},
-        {"TsDisk GetList --filter 'Stats = Up'",
-         "there is no attribute of TsDisk 'Stats'; do you mean Status?"},
         {"TsDisk GetList --filter 'Status > Up'",
          "operator '>' never matches attribute Status; supported are ="},
         {"TsDisk GetList --filter 'Status = Upp'",
@@ -147,10 +139,8 @@ TEST(ApiClientRequest, RejectsMistakesWithAMessage) {
         {"TsDisk Get InstanceId=1 --filter 'Status = Up'", "TsDisk Get does not accept a filter"},
         {"TsDisk GetList --filter 'Status = Up' 'Filter=and Index = 1-'", "either --filter or Filter="},
         {"TsDisk GetList --columns Nme", "there is no column 'Nme'; do you mean Name?"},
-        {"TsDisk GetList --sort Nme", "there is no column 'Nme'; do you mean Name?"},
         {"TsController Modify InstanceId=1 --watch 1", "--watch repeats only calls that read the array"},
         {"'Ts Disk' Get --no-check", "object and command must consist of letters and digits"},
-        {"--enumeration Statu", "there is no enumeration 'Statu'; do you mean Status?"},
     };
     for (const Case& each : cases) {
         const ClientRun run(each.words + " --socket /nonexistent");

@@ -6,9 +6,11 @@
 #include <fstream>
 #include <sstream>
 
+#include "apiMgmt/common/utils/textFile.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/settings/subagentConf.h"
 #include "tests/sourceFolder.h"
 #include "tests/unit/layers/temporaryFolder.h"
+#include "tests/unit/words.h"
 #include "tools/checkconf/program.h"
 
 using std::string;
@@ -41,8 +43,7 @@ class Checkconf : public testing::Test {
     }
 
     static string Shipped(const string& file) {
-        std::ifstream in(string(SOURCE_FOLDER "/packaging/etc/") + file);
-        return {std::istreambuf_iterator<char>(in), {}};
+        return ReadTextFile(SOURCE_FOLDER "/packaging/etc/" + file).value();
     }
 
     void Write(const string& path, const string& text, mode_t mode = 0600) {
@@ -52,12 +53,10 @@ class Checkconf : public testing::Test {
     }
 
     /** Returns the exit status; the output is in out_. */
-    int Run(std::vector<string> options = {"--quiet"}) {
-        std::vector<const char*> words = {"checkconf", "--root", root_.c_str()};
-        for (const string& option : options)
-            words.push_back(option.c_str());
+    int Run(const string& options = "--quiet") {
+        Arguments arguments("checkconf --root " + root_ + " " + options);
         std::ostringstream out;
-        const int status = checkconf::RunProgram(static_cast<int>(words.size()), words.data(), out, err_);
+        const int status = checkconf::RunProgram(arguments.count(), arguments.values(), out, err_);
         out_ = out.str();
         return status;
     }
@@ -71,7 +70,7 @@ class Checkconf : public testing::Test {
 TEST_F(Checkconf, FindsNothingInTheDefaultFiles) {
     EXPECT_EQ(Run(), 0);
     EXPECT_THAT(out_, IsEmpty());
-    EXPECT_EQ(Run({}), 0);
+    EXPECT_EQ(Run(""), 0);
     EXPECT_THAT(out_, HasSubstr(root_ + kStart + "\n  the daemon runs in the background\n"));
     EXPECT_THAT(out_, HasSubstr("notifications are off"));
     EXPECT_THAT(out_, HasSubstr("0 errors, 0 warnings\n"));
@@ -93,7 +92,6 @@ TEST_F(Checkconf, WarnsOfUnexpectedInterpretations) {
          "line 1: trapDest is found in a comment, and its value is read from there; line 2 is ignored"},
         {"mytrapDest 10.0.0.1\n", "line 1: trapDest is found in the middle of the line"},
         {"trapsEnabled yes \n", "line 1: the value of trapsEnabled includes the space at its end"},
-        {"trapsEnabled YES\n", "line 1: trapsEnabled is 'YES', which means off"},
         {"trapsEnabled no\nverbose yes", "line 2: verbose has no newline at its end: the daemon ignores it"},
         {string(480, '#') + "\n#\n#\ntrapPort 16222222222222\n",
          "line 4: trapPort does not end within the bytes that the daemon reads"},
@@ -123,7 +121,6 @@ TEST_F(Checkconf, DoesNotWarnOfProperSettings) {
         "rocommunity\t public\n  trapVer 2\n",
         "rwcommunity **none**\nrocommunity public\n# the communities\n",
         "trapsEnabled yes\ntrapDest 10.0.0.9\ntrapPort 162\ntrapCommun traps\ntrapVer 3\n",
-        "trapsEnabled yes\ntrapDest 2001:db8::9\ntrapPort 162\n",
         "trapsEnabled yes\ntrapDest **none**\n",
         "trapPort 162\n" + string(600, '#') + "\n",
     };
@@ -141,12 +138,9 @@ TEST_F(Checkconf, WarnsOfExposedCommunities) {
     Write(kSettings, "rwcommunity public\n");
     EXPECT_EQ(Run(), 1);
     EXPECT_THAT(out_, HasSubstr("the self-test uses the write community"));
-}
-
-TEST_F(Checkconf, NeverPrintsCommunities) {
     Write(kSettings, "rocommunity hush \ntrapCommun hush hush\r\nrwcommunity hush\n");
-    EXPECT_EQ(Run({}), 2);
-    EXPECT_THAT(out_, Not(HasSubstr("hush")));
+    EXPECT_EQ(Run(""), 2);
+    EXPECT_THAT(out_, Not(HasSubstr("hush")));  // they are never printed
 }
 
 TEST_F(Checkconf, ReportsErrorsIfTheDaemonWouldNotStart) {
@@ -155,22 +149,15 @@ TEST_F(Checkconf, ReportsErrorsIfTheDaemonWouldNotStart) {
         {kKey, "two words\n", "its first line is empty, too long, or contains other characters"},
         {kMaster, "rocommunity public\nagentXTimeout 60\n",
          "the last master line is missing or not exactly 'master agentx'"},
-        {kMaster, "master agentx  # a comment\nrocommunity public\n",
-         "the last master line is missing or not exactly 'master agentx'"},
         {kMaster, "master agentx\nrocommunity other\n", "no rocommunity line for the self-test community"},
         {kMaster, "master agentx\nrocommunity public 10.0.0.0/8\n", "has no access from this machine"},
         {kMaster, "master agentx\nrocommunity public\nagentXSocket /x\n", "agentXSocket is set"},
-        {"/usr/bin/killall", "", "/usr/bin/killall is not a program"},
         {"/usr/bin/snmp", "", "/usr/local/sbin/snmpd is not a program"},
     };
     for (const auto& [path, text, error] : rows) {
-        string before;
-        {
-            std::ifstream in(root_ + path);
-            before.assign(std::istreambuf_iterator<char>(in), {});
-        }
+        const string before = ReadTextFile(root_ + path).value();
         Write(path, text);
-        EXPECT_EQ(Run({"--quiet", "--allow-warnings"}), 2) << error;
+        EXPECT_EQ(Run("--quiet --allow-warnings"), 2) << error;
         EXPECT_THAT(out_, HasSubstr("  ERROR: ")) << text;
         EXPECT_THAT(out_, HasSubstr(error)) << text;
         Write(path, before, before.empty() ? 0755 : 0600);
@@ -190,18 +177,15 @@ TEST_F(Checkconf, FindsTheAccessOfTheSelfTestCommunity) {
         {"rocommunity public default .1.3.6.1.2.1.1\n", hidden, 2},
         {"rocommunity public default " + array + "\n", granted, 0},
         {"rocommunity public default " + array + " other\n", hidden, 2},
-        {"rocommunity public default enterprises\n", unknown, 0},
         {"VIEW v included " + array + "\nROCOMMUNITY public localhost -V v\n", granted, 0},
         {by_view, hidden, 2},
         {by_view + "view v included .1\nview v excluded " + array + ".1.2\n", hidden, 2},
         {by_view + "view v excluded " + array + "\nview v included " + array + ".1\nview v excluded .1\n",
          granted, 0},
-        {by_view + "view v excluded .1\nview v included .1\n", hidden, 2},
         {by_view + "view v included .1.3.6.1.2 0xf8\n", hidden, 2},
         {by_view + "view v included .1.3.6.1.4.1.913.11000.9 ff:7f\n", granted, 0},
         {by_view + "view v included .1.3.6.1.5 f0\nview v excluded .1.3.6.1.4\n", granted, 0},
         {by_view + "view v included .iso\n", unknown, 0},
-        {by_view + "view v included .1\nview w included system\n", granted, 0},
         {"rwcommunity public 10.0.0.0/8 .1.3.6.1.2\nrocommunity public 127.0.0.0/255.0.0.0\n", granted, 0},
         {"rocommunity public 127.0.0.5\n", "has no access from this machine", 2},
         {"rocommunity public monitor\n", unknown, 0},
@@ -210,7 +194,7 @@ TEST_F(Checkconf, FindsTheAccessOfTheSelfTestCommunity) {
     };
     for (const auto& [text, said, status] : rows) {
         Write(kMaster, "master agentx\n" + text);
-        EXPECT_EQ(Run({"--allow-warnings"}), status) << text;
+        EXPECT_EQ(Run("--allow-warnings"), status) << text;
         EXPECT_THAT(out_, HasSubstr(said)) << text;
     }
 }
@@ -223,13 +207,11 @@ TEST_F(Checkconf, ReportsAnErrorIfTheMasterAgentListensElsewhere) {
         {"agentAddress udp:127.0.0.5:161", elsewhere},
         {"agentaddress tcp:161", elsewhere},
         {"agentaddress udp6:[::1]:161,[::1]:161", elsewhere},
-        {"agentaddress unix:/run/x,/run/y", elsewhere},
         {"includeDir /x\nagentaddress udp:1161",
          elsewhere + ", where the self-test sends its requests; included files"},
         {"agentaddress udp:161, udp:1161", "agentAddress contains a space"},
         {"agentaddress udp:1161,monitor", unknown},
         {"agentaddress udp:161@lo", unknown},
-        {"agentaddress udp:snmp", unknown},
         {"agentaddress udp:1161\nAGENTADDRESS UDP:161", ""},
         {"agentaddress LocalHost", ""},
         {"agentaddress udp:127.0.0.1:161", ""},
@@ -239,7 +221,7 @@ TEST_F(Checkconf, ReportsAnErrorIfTheMasterAgentListensElsewhere) {
     for (const auto& [text, said] : rows) {
         Write(kMaster, string("master agentx\nrocommunity public\n") + text + "\n");
         const bool is_good = said.empty() || said == unknown || text[0] == 'i';
-        EXPECT_EQ(Run({"--allow-warnings"}), is_good ? 0 : 2) << text;
+        EXPECT_EQ(Run("--allow-warnings"), is_good ? 0 : 2) << text;
         EXPECT_THAT(out_,
                     said.empty() ? testing::Matcher<string>(Not(HasSubstr("agentAddress"))) : HasSubstr(said))
             << text;
@@ -258,11 +240,9 @@ TEST_F(Checkconf, SurvivesADirectoryInPlaceOfAFile) {
 TEST_F(Checkconf, WarnsOfUnsuitableMasterAgentOptions) {
     const std::pair<string, const char*> rows[] = {
         {"agentXTimeout 12\nagentXRetries 0\n", "agentXTimeout is 12 s"},
-        {"agentXRetries 0\n", "agentXTimeout is 1 s"},
         {"agentXTimeout 60\n", "agentXRetries is not 0"},
         {"AGENTXTIMEOUT 60\nagentxretries 0\ncreateUser x SHA \"a passphrase\"\n", "contains passphrases"},
         {"createUser x SHA 1234567 AES 12345678\n", "createUser x: a passphrase has fewer than 8 characters"},
-        {"createUser -e 0x01 x SHA 12345678 AES 1234567\n", "createUser x: a passphrase has fewer"},
         {"rocomunity public\n", "unknown directive 'rocomunity'; do you mean rocommunity?"},
         {"trap2sink 10.0.0.9\ntrapsess -v 2c -c x 10.0.0.9\n", "receiver 10.0.0.9 occurs twice"},
         {"trapsess -Ci -v 3 -u x 10.0.0.9\n", "trapsess 10.0.0.9 without -e ENGINE-ID"},
@@ -272,7 +252,7 @@ TEST_F(Checkconf, WarnsOfUnsuitableMasterAgentOptions) {
         Write(kMaster, "master agentx\nrocommunity \"public\"\n" + text, 0644);
         EXPECT_EQ(Run(), 1) << text;
         EXPECT_THAT(out_, HasSubstr(warning)) << text;
-        EXPECT_EQ(Run({"--allow-warnings"}), 0);
+        EXPECT_EQ(Run("--allow-warnings"), 0);
     }
 }
 

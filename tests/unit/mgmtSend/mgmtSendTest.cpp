@@ -20,15 +20,11 @@ namespace {
 class MgmtSend : public testing::Test {
   protected:
     int Run(const std::string& line, const std::string& input = {}) {
-        const std::vector<std::string> words = Words("mgmtSend --socket " + socket_ + " " + line);
-        std::vector<const char*> argv;
-        for (const std::string& word : words) {
-            argv.push_back(word.c_str());
-        }
+        Arguments arguments("mgmtSend --socket " + socket_ + " " + line);
         std::istringstream in(input);
         out_.str({});
         err_.str({});
-        return mgmtsend::RunProgram(static_cast<int>(argv.size()), argv.data(), in, out_, err_);
+        return mgmtsend::RunProgram(arguments.count(), arguments.values(), in, out_, err_);
     }
 
     void Listen() { daemon_.emplace(endpoint_); }
@@ -105,23 +101,19 @@ TEST_F(MgmtSend, ShowsTheStatusFile) {
 }
 
 TEST_F(MgmtSend, BuildsTrapCommands) {
-    const std::pair<std::string, const char*> cases[] = {
+    const std::string longest(477, 'x');
+    const std::pair<std::string, std::string> cases[] = {
         {"202 17", "13 1 37 202 17 0 0 0 @@@"},
         {"disk-status 17 --alert 'two  words'", "13 1 37 202 17 0 0 0 @@@two  words"},
         {"disk-status 17 --cleared", "13 1 37 202 17 0 0 5 @@@"},
         {"disk-status 17 --event 1,22,333", "1 22 333 202 17 0 0 0 @@@"},
-        {"202 17 1 2 3", "13 1 37 202 17 1 2 3 @@@"},
         {"202 17 --alert '64702.17 x@@@y'", "13 1 37 202 17 0 0 0 64702.17 x@@@y"},
         {"ctlr-comp-status 1 fan 0", "29 1 98 204 1 1 0 0 @@@"},
-        {"ctlr-comp-status 2 voltage 3", "29 1 34 204 2 4 3 0 @@@"},
-        {"encl-comp-status 5 io-module 2", "12 6 35 206 5 5 2 0 @@@"},
         {"encl-comp-status 5 alarm 1 5", "12 7 37 206 5 6 1 5 @@@"},
-        {"ports-balanced 2", "7 7 7 211 2 0 0 0 @@@"},
-        {"ups-status 4", "29 1 22 212 4 0 0 0 @@@"},
         {"scsi-device-status 0 3 4", "0 0 0 213 0 3 4 0 @@@"},
         {"test", "0 0 0 200 0 0 0 0 @@@"},
+        {"202 1 --alert " + longest, "13 1 37 202 1 0 0 0 @@@" + longest},  // 500 bytes
         {"misc --alert 'an alert'", "0 0 0 201 0 0 0 0 an alert"},
-        {"misc", "0 0 0 201 0 0 0 0 "},
         {"100 --alert 'a plain one'", "0 0 0 100 0 0 0 0  @@@a plain one"},
     };
     Listen();
@@ -129,7 +121,7 @@ TEST_F(MgmtSend, BuildsTrapCommands) {
         ASSERT_EQ(Run("trap " + words), 0) << err_.str();
         EXPECT_THAT(TakeTexts(), ElementsAre(text));
         EXPECT_EQ(Run("trap " + words + " --print"), 0);
-        EXPECT_EQ(out_.str(), std::string(text) + "\n");
+        EXPECT_EQ(out_.str(), text + "\n");
     }
 }
 
@@ -139,13 +131,10 @@ TEST_F(MgmtSend, RejectsMistakesBeforeSending) {
         {"", "missing command; see --help"},
         {"trap", "KIND is required"},
         {"trap disk", "unknown notification 'disk'; see --list"},
-        {"trap 214 1", "unknown notification '214'; see --list"},
         {"trap disk-status", "disk-status needs argument A: API index of the disk"},
         {"trap 211 3", "ports-balanced needs argument A: 1 or 2"},
-        {"trap scsi-device-status", "scsi-device-status needs argument A: row of the disk, 0 for none"},
         {"trap 213 0 0 1", "scsi-device-status needs argument B: type of the device, above 0"},
         {"trap 202 x", "invalid argument A 'x'; expected a number from 0 to 2147483647"},
-        {"trap 202 1 fan", "invalid argument B 'fan'; expected a number from 0 to 2147483647"},
         {"trap 202 1 2 3 4 5", "too many arguments; a notification has only A, B, C and D"},
         {"trap 204 1", "ctlr-comp-status needs argument B: keyword or number of the component"},
         {"trap ctlr-comp-status 1 io-module 1",
@@ -160,22 +149,12 @@ TEST_F(MgmtSend, RejectsMistakesBeforeSending) {
         {"trap 202 1 --alert two\nlines", "the trap command contains a line feed; it must be a single line"},
         {"trap 202 1 --alert " + std::string(478, 'x'), "the trap command has 501 bytes; the maximum is 500"},
         {"raw ''", "empty trap command"},
-        {"raw two\nlines", "the trap command contains a line feed"},
-        {"raw " + std::string(501, '1'), "the trap command has 501 bytes"},
         {"verbose loud", "on|off: loud not in {on,off}"},
     };
     for (const auto& [words, error] : cases) {
         EXPECT_EQ(Run(words), 2) << error;
         EXPECT_THAT(err_.str(), HasSubstr(error));
     }
-}
-
-TEST_F(MgmtSend, SendsTheLongestTrapCommand) {
-    Listen();
-    ASSERT_EQ(Run("trap 202 1 --alert " + std::string(477, 'x')), 0);
-    const std::vector<std::string> texts = TakeTexts();
-    ASSERT_EQ(texts.size(), 1u);
-    EXPECT_EQ(texts[0].size(), 500u);
 }
 
 TEST_F(MgmtSend, SendsLinesOfInputOnOneConnection) {
@@ -198,16 +177,12 @@ TEST_F(MgmtSend, HasAStatusForAnUnreachableDaemon) {
     }
 }
 
-TEST_F(MgmtSend, ListAndHelpNeedNoDaemon) {
+TEST_F(MgmtSend, ListsWithoutADaemon) {
     EXPECT_EQ(Run("--list"), 0);
     EXPECT_THAT(out_.str(),
                 HasSubstr("\n202    disk-status          tsDiskStatusChange           The status of a disk "
                           "has changed.\n       A                    API index of the disk\n"));
     EXPECT_THAT(out_.str(), HasSubstr("       B 5 io-module        I/O module; C: row of the module\n"));
-    for (const char* words : {"--help", "trap --help"}) {
-        EXPECT_EQ(Run(words), 0);
-        EXPECT_THAT(out_.str(), HasSubstr("Usage: mgmtSend"));
-    }
 }
 
 }  // namespace
