@@ -4,11 +4,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/settings/subagentConf.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/apiAccess.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/requestHandler.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
-#include "tests/unit/core/fakes/fakeApiMgr.h"
-#include "tests/unit/core/fakes/fakeClock.h"
 #include "tests/unit/core/fakes/mibWorld.h"
-#include "tests/unit/core/fakes/transcript.h"
 
 namespace {
 
@@ -55,29 +51,8 @@ TEST_F(Api, WritesEachKindOfRequest) {
     }
 }
 
-TEST_F(Api, KnowsWhichObjectsHaveWhichRequest) {
-    const std::pair<const char*, const char*> rows[] = {
-        {"tsDisk", "list get"},
-        {"tsEnclosure", "list"},
-        {"Tessera", "list modify"},
-        {"tsDiskFolderStorageUsage", "get"},
-        {"tsAlert", "list get"},
-        {"TsDisk", ""},
-        {"tessera", ""},
-        {"", ""},
-    };
+TEST_F(Api, RefusesRequestsThatAnObjectDoesNotHave) {
     string xml;
-    for (const auto& [apiName, requests] : rows) {
-        string known;
-        if (gen_xml_GetList_append_to_string(apiName, xml) == 0)
-            known += "list";
-        if (gen_xml_Get_append_to_string(apiName, xml, 1) == 0)
-            known += known.empty() ? "get" : " get";
-        if (gen_xml_Set_append_to_string(apiName, xml, 1, "Name", "x") == 0)
-            known += " modify";
-        EXPECT_EQ(known, requests) << apiName;
-    }
-    transcript::take();
     EXPECT_EQ(AccessApi("tsNone", xml, kAllObjects, "", ""), 1);
     EXPECT_EQ(AccessApi("tsEnclosure", xml, 3, "", ""), 1);
     EXPECT_EQ(AccessApi("tsDisk", xml, 3, "Name", "x"), 1);
@@ -260,10 +235,6 @@ TEST_F(Api, TestsTheLinkInOrderAndKeepsTheTimeOfTheLastGoodExchange) {
          "1\napi ping\napi GetList TsController\nlog 4 response from ApiMgr does not parse: $\n"
          "log 4 Failed TestAccessToApiMgr()$\n",
          false, 0},
-        {false, [](const envelope&, envelope&) { throw std::runtime_error("torn"); },
-         "1\napi ping\nlog 4 Caught std::exception processing request: torn$\n"
-         "log 4 Failed 1st try to SendPingToApiMgr()$\n",
-         false, 5},
     };
     for (const auto& [refused, meddler, course, ok, silence_s] : rows) {
         snmpSubagentComm->set_apimgr_state(true);

@@ -7,11 +7,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/handOver.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibDefinition.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
-#include "tests/unit/core/fakes/fakeApiMgr.h"
-#include "tests/unit/core/fakes/fakeClock.h"
 #include "tests/unit/core/fakes/mibWorld.h"
-#include "tests/unit/core/fakes/transcript.h"
 
 namespace {
 
@@ -125,22 +121,6 @@ TEST_F(Scan, ServesEachStateOfTheHandshake) {
 }
 
 // ---- the task ----
-
-TEST_F(MibWorld, TheTaskTellsAFailedFetch) {
-    verbose = false;
-    fake_api_mgr::refuse_connections(true);
-    snmpSubagent_is_active = true;
-    bgUpdateTable = COLID_tsDiskNbr;
-    bgUpdateState.store(BGUPDATE_STATE_getlist_requested, std::memory_order_release);
-    std::thread task([] { GetListTaskMain(nullptr); });
-    while (bgUpdateState.load(std::memory_order_acquire) == BGUPDATE_STATE_getlist_requested)
-        std::this_thread::yield();
-    EXPECT_EQ(bgUpdateState, BGUPDATE_STATE_error_on_getlist);
-    EXPECT_EQ(bgUpdateApiName, "tsDisk");
-    EXPECT_FALSE(snmpSubagentComm->apimgr_ok());
-    snmpSubagent_is_active = false;
-    task.join();
-}
 
 // An answer whose disks all bear the same name: which answer it is, and how many disks.
 string answer_of_generation(int generation, size_t disks) {

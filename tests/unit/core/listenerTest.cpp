@@ -7,10 +7,8 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/requestHandler.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/outstandingTraps.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapQueue.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 #include "tests/unit/core/fakes/fakeMgmtSender.h"
 #include "tests/unit/core/fakes/mibWorld.h"
-#include "tests/unit/core/fakes/transcript.h"
 
 namespace {
 

@@ -3,6 +3,7 @@
 #include <csignal>
 
 #include "apiMgmt/common/platform/clock.h"
+#include "apiMgmt/common/utils/stringUtil.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/backgroundUpdate.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/masterAgent.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/processState.h"
@@ -12,12 +13,8 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/request/serviceWindow.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/outstandingTraps.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapQueue.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 #include "tests/unit/core/fakes/fakeAgent.h"
-#include "tests/unit/core/fakes/fakeApiMgr.h"
-#include "tests/unit/core/fakes/fakeClock.h"
 #include "tests/unit/core/fakes/mibWorld.h"
-#include "tests/unit/core/fakes/transcript.h"
 
 namespace {
 
@@ -38,13 +35,9 @@ class MainLoop : public MibWorld {
     MainLoop() {
         mib_mutex.Lock();
         verbose = false;
-        snmpSubagent_is_active = true;
         restart_command = "sleep 1; daemon &";
-        snmpSubagentComm->set_apimgr_state(true);
-        snmpSubagentComm->set_agentx_state(true);
-        last_mem_check_time_us = ClockNowUs();
         bgUpdateLastFetch_us = INT64_MAX / 2;
-        vars[COLID_selfTestVersion].flags |= VAR_FLAG_delivered;
+        see_all_well();
         snmpd_pid = 4711;
         fake_agent::output_of = [this](const string& command) {
             return command.rfind("/bin/ps", 0) == 0 ? ps_output.c_str() : "";
@@ -53,6 +46,17 @@ class MainLoop : public MibWorld {
     }
 
     string ps_output = "  PID   RSS\n 4711  5000\n";
+
+    static void see_all_well() {
+        snmpSubagent_is_active = true;
+        fake_agent::has_main_session = true;
+        fake_agent::ping_result = 1;
+        fake_api_mgr::refuse_connections(false);
+        snmpSubagentComm->set_apimgr_state(true);
+        snmpSubagentComm->set_agentx_state(true);
+        last_mem_check_time_us = ClockNowUs();
+        vars[COLID_selfTestVersion].flags |= VAR_FLAG_delivered;
+    }
 
     /** What each pass finds at its end, in turn; SIGTERM in the last one. */
     void at_checks(std::vector<std::function<int()>> steps) {
@@ -68,15 +72,12 @@ class MainLoop : public MibWorld {
     static string run() {
         const int result = main_loop();
         string lines = transcript::take();
-        for (const string care : {"reopen_redirected_log\n", "truncate_subagent_log\n"}) {
-            for (size_t place; (place = lines.find(care)) != string::npos;)
-                lines.erase(place, care.size());
-        }
+        for (const char* care : {"reopen_redirected_log\n", "truncate_subagent_log\n"})
+            ReplaceAll(lines, care, "");
         string strike;  // requests are served in it
         for (int i = 0; i < 150; ++i)
             strike += "wait 100000 us\nagent check\n";
-        for (size_t place; (place = lines.find(strike)) != string::npos;)
-            lines.replace(place, strike.size(), "serve 15 s\n");
+        ReplaceAll(lines, strike, "serve 15 s\n");
         return lines + "result " + std::to_string(result);
     }
 };
@@ -183,7 +184,6 @@ TEST_F(MainLoop, LooksAtLinksThatWereSilentForMoreThanTwoWholeSeconds) {
         {3'000'000 - 10'000, string("api GetList TsController\nagent check\nagent ping\n") + kSnmpget + kPs}};
     for (const auto& [silence_us, looks] : rows) {
         const int64_t start_us = ClockNowUs();
-        snmpSubagent_is_active = true;
         at_checks({[&] {
                        fake_clock::set(start_us + silence_us);
                        return 0;
@@ -194,10 +194,7 @@ TEST_F(MainLoop, LooksAtLinksThatWereSilentForMoreThanTwoWholeSeconds) {
                 return ++checks == 2 ? 0 : begin();
             };
         EXPECT_EQ(run(), calm + looks + "agent check\n" + kSigterm + kPopped + "result 0");
-        vars[COLID_selfTestVersion].flags |= VAR_FLAG_delivered;
-        snmpSubagentComm->set_apimgr_state(true);
-        snmpSubagentComm->set_agentx_state(true);
-        last_mem_check_time_us = ClockNowUs();
+        see_all_well();
     }
 }
 
@@ -270,12 +267,9 @@ TEST_F(MainLoop, StartsANewCopyWhenTheChainIsBroken) {
              string(kSnmpget).substr(5, string(kSnmpget).size() - 6) + "$\n"},
     };
     for (const auto& [what, breakage, course] : rows) {
-        snmpSubagentComm->set_apimgr_state(false);
+        see_all_well();
         fake_clock::advance(3'000'000);
         snmpSubagentComm->set_apimgr_state(true);
-        fake_agent::has_main_session = true;
-        fake_agent::ping_result = 1;
-        vars[COLID_selfTestVersion].flags |= VAR_FLAG_delivered;
         breakage();
         EXPECT_EQ(run(), "wait 10000 us\n" + course + kRestart + "result 1") << what;
         EXPECT_EQ(snmpSubagentComm->agentx_ok(), string(what) == "no main session");
@@ -303,7 +297,7 @@ TEST_F(MainLoop, AnswersWhatCameInALongPassBeforeItJudges) {
     begin_long_pass();
     at_checks({request(0), request(0), nothing, nothing});
     EXPECT_EQ(run(), course("agent check\nagent check\nagent check\n"));
-    snmpSubagent_is_active = true;
+    see_all_well();
     begin_long_pass();
     at_checks({request(600'000), request(600'000), nothing});  // a flood is cut off after a second
     EXPECT_EQ(run(), course("agent check\nagent check\n"));
@@ -349,16 +343,13 @@ TEST_F(MainLoop, EndsAtWhicheverPointItSeesSigterm) {
     for (const auto& [each_when, prepare, course] : rows) {
         when = "";
         verbose = true;
-        fake_agent::has_main_session = true;
-        fake_api_mgr::refuse_connections(false);
-        snmpSubagentComm->set_apimgr_state(true);
+        log_caught_signals();
+        see_all_well();
         fake_clock::advance(3'000'000);
         snmpSubagentComm->set_agentx_state(true);
         last_mem_check_time_us = ClockNowUs();
         prepare();
-        log_caught_signals();
         transcript::take();
-        snmpSubagent_is_active = true;
         when = each_when;
         EXPECT_EQ(run(), course) << each_when;
     }

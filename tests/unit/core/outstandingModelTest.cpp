@@ -7,9 +7,6 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/tableRefresh.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/outstandingCheck.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/outstandingTraps.h"
-#include "tests/unit/core/fakes/fakeApiMgr.h"
-#include "tests/unit/core/fakes/fakeClock.h"
-#include "tests/unit/core/fakes/transcript.h"
 #include "tests/unit/core/trapWorld.h"
 
 namespace {
@@ -436,9 +433,22 @@ class OutstandingModel : public TrapWorld {
         return course.find("notify ", sent + 1) == string::npos &&
                says(status + type + std::to_string(seen.status)) &&
                says(clears ? "R.43.0 integer 1" : "R.43.0 integer 2") &&
-               (seen.kind == ports || says("\"" + seen.name + "\""));
+               (seen.kind == ports ||
+                (says("\"" + seen.name + "\"") &&
+                 says(clearing == 5 ? "R.41.0 \"Alert Cleared - text\"" : "R.41.0 \"text\"")));
     }
 };
+
+TEST_F(TrapWorld, ARecordIsDroppedWhenItsStatusIsNoLongerThere) {
+    const int32_t number = var_at(COLID_tsCtlrNbr, 2);
+    const int32_t status = var_at(COLID_tsCtlrStatus, 2);
+    set_status(status, 2);
+    run("1 2 3 203 12 0 0 0 a@@@text");
+    ASSERT_EQ(outstandingTraps.size(), 1U);
+    clear_cached(status);
+    EXPECT_EQ(IsRedundantTrap(outstandingTraps[0]->command, {number, number, status}, false), 1);
+    EXPECT_TRUE(outstandingTraps.empty());
+}
 
 TEST_F(OutstandingModel, RandomEventsAndLooksLeaveWhatTheRulesSay) {
     for (int step = 0; step < 20000; ++step) {

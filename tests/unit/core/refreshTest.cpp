@@ -3,10 +3,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/handOver.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/tableRefresh.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibDefinition.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
-#include "tests/unit/core/fakes/fakeApiMgr.h"
 #include "tests/unit/core/fakes/mibWorld.h"
-#include "tests/unit/core/fakes/transcript.h"
 
 namespace {
 

@@ -1,35 +1,13 @@
 #include <algorithm>
 #include <random>
 
-#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
-#include "tests/unit/core/fakes/fakeClock.h"
 #include "tests/unit/core/fakes/mibWorld.h"
-#include "tests/unit/core/fakes/transcript.h"
 
 namespace {
 
 class Store : public MibWorld {};
 
-TEST_F(Store, LaysEveryInstanceOutInTheOrderOfTheOids) {
-    EXPECT_EQ(total_vars, 254629);
-    EXPECT_EQ(current_oid_for_init, total_vars);
-    std::vector<oid> last;
-    for (int32_t i = 0; i < total_vars; ++i) {
-        const column_record& column = cols[vars[i].col_id];
-        oid name[MAX_handled_oidlen + 1];
-        size_t length = column.oid_len;
-        std::copy_n(column.oid_ptr, length, name);
-        append_seq_nums(name, &length, i);
-        const std::vector<oid> own(name, name + length);
-        ASSERT_LT(last, own) << text_of(name, length);
-        last = own;
-        ASSERT_FALSE(is_cached(i));
-        ASSERT_EQ(vars[i].uint, 0xFFFFFFFF);
-        ASSERT_TRUE(vars[i].str.empty() && vars[i].flags == 0);
-    }
-}
-
-TEST_F(Store, FindsRowAndParentByArithmetic) {
+TEST_F(Store, BeginsEmptyAndFindsRowAndParentByArithmetic) {
     const int32_t fans = cols[COLID_tsCtlrFanNbr].first_var;
     const std::tuple<int32_t, const char*, int32_t, int32_t> rows[] = {
         {0, "1.3.6.1.2.1.1.4.0", -1, -1},
@@ -45,10 +23,10 @@ TEST_F(Store, FindsRowAndParentByArithmetic) {
         EXPECT_EQ(get_parent_seq(var_index), parent) << name;
         EXPECT_EQ(get_row_seq(var_index), row) << name;
     }
-    for (int32_t i = 0; i < 16; ++i)
-        EXPECT_EQ(vars[i].col_id, i);
-    for (int col_id = 48; col_id <= 58; ++col_id)
-        EXPECT_EQ(cols[col_id].head_var, fans);
+    EXPECT_EQ(total_vars, 254629);
+    EXPECT_EQ(current_oid_for_init, total_vars);
+    for (int32_t i = 0; i < total_vars; ++i)
+        ASSERT_TRUE(!is_cached(i) && vars[i].uint == 0xFFFFFFFF && vars[i].str.empty() && vars[i].flags == 0);
 }
 
 TEST_F(Store, BitmapBehavesLikeOneFlagAnEntry) {

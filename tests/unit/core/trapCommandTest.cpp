@@ -3,9 +3,6 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/settings/subagentConf.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/outstandingTraps.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibValues.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
-#include "tests/unit/core/fakes/fakeApiMgr.h"
-#include "tests/unit/core/fakes/transcript.h"
 #include "tests/unit/core/trapWorld.h"
 
 namespace {

@@ -4,9 +4,7 @@
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMain/settings/subagentConf.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapPdu.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 #include "tests/unit/core/fakes/fakeTrapSession.h"
-#include "tests/unit/core/fakes/transcript.h"
 #include "tests/unit/core/trapWorld.h"
 
 namespace {
@@ -33,36 +31,37 @@ class Send : public TrapWorld {
 };
 
 TEST_F(Send, SpeaksEachVersion) {
-    const string list = string(
-                            "  R.10.0 gauge 64702\n  R.9.0 \"\"\n"
-                            "  R.11.0 \"SNMP server subsystem is accessible\"\n") +
-                        kTrio + "close session\n";
-    const string identity = string(kTrapOid) + "1.3.6.1.4.1.913.11000.2000.500.1.251.0.200\n";
-    EXPECT_EQ(send(200, "", 1), "0\n" + string(kHead1) + "generic=6 specific=200 time=123456\n" + list);
-    EXPECT_EQ(send(200, "", 2), "0\n" + string(kHead2) + kTime2 + identity + list);
-    EXPECT_EQ(send(200, "", 3),
-              "0\nnotify 2c udp:192.0.2.9:1162 secret inform\n" + string(kTime2) + identity + list);
+    const string text = "1.3.6.1.4.1.913.11000.2000.500.1.251";
+    const string list =
+        "  R.10.0 gauge 64702\n  R.9.0 \"\"\n  R.11.0 \"SNMP server subsystem is accessible\"\n" +
+        string(kTrio);
+    const string identity = kTrapOid + text + ".0.200\n";
+    const string plain = kTrapOid + text + ".0.8\n";
+    const string words = "  " + text + " \"a text\"\n";
+    const string cold = kTrapOid + string("1.3.6.1.6.3.1.1.5.1\n") +
+                        "  1.3.6.1.6.3.1.1.4.3.0 oid 1.3.6.1.4.1.913.11000.2000.500.1.250.255\n";
+    const string head1 = kHead1;
+    const string head2 = string(kHead2) + kTime2;
+    const string inform = "notify 2c udp:192.0.2.9:1162 secret inform\n" + string(kTime2);
+    const std::tuple<int32_t, const char*, int, string> rows[] = {
+        {200, "", 1, head1 + "generic=6 specific=200 time=123456\n" + list},
+        {200, "", 2, head2 + identity + list},
+        {200, "", 3, inform + identity + list},
+        {8, "a text", 1, head1 + "generic=6 specific=8 time=123456\n" + plain + words},
+        {8, "a text", 2, head2 + plain + words},
+        {8, "", 2, head2 + plain},
+        {0, "", 1, head1 + "generic=0 specific=0 time=123456\n" + cold},
+        {0, "", 2, head2 + cold},
+    };
+    for (const auto& [number, msg, version, shown] : rows)
+        EXPECT_EQ(send(number, msg, version, number == 0 ? kTrapTypeColdStart : kTrapTypeEnterprise),
+                  "0\n" + shown + "close session\n");
     conf_trapVer = 1;  // a change counts from the next notification on
     EXPECT_EQ(send(200).substr(0, 11), "0\nnotify 1 ");
     for (const int version : {4, -1}) {
         conf_trapVer = version;
         EXPECT_EQ(send(200), "1\nlog 4 Invalid Trap Type$\n");
     }
-}
-
-TEST_F(Send, PlainTextAndColdStart) {
-    const string identity = string(kTrapOid) + "1.3.6.1.4.1.913.11000.2000.500.1.251.0.8\n";
-    const string text = "  1.3.6.1.4.1.913.11000.2000.500.1.251 \"a text\"\nclose session\n";
-    EXPECT_EQ(send(8, "a text", 1),
-              "0\n" + string(kHead1) + "generic=6 specific=8 time=123456\n" + identity + text);
-    EXPECT_EQ(send(8, "a text", 2), "0\n" + string(kHead2) + kTime2 + identity + text);
-    EXPECT_EQ(send(8, "", 2), "0\n" + string(kHead2) + kTime2 + identity + "close session\n");
-    const string cold =
-        string(kTrapOid) + "1.3.6.1.6.3.1.1.5.1\n" +
-        "  1.3.6.1.6.3.1.1.4.3.0 oid 1.3.6.1.4.1.913.11000.2000.500.1.250.255\nclose session\n";
-    EXPECT_EQ(send(0, "", 1, kTrapTypeColdStart),
-              "0\n" + string(kHead1) + "generic=0 specific=0 time=123456\n" + cold);
-    EXPECT_EQ(send(0, "", 2, kTrapTypeColdStart), "0\n" + string(kHead2) + kTime2 + cold);
 }
 
 TEST_F(Send, GoesThroughTheMasterAgentToo) {
@@ -138,22 +137,6 @@ TEST_F(Send, TellsWhatFails) {
     fake_traps::failing = failure::none;
     varbindings.erase(202);
     EXPECT_EQ(send(202), "1\nlog 4 Fail on finding trapaVal in varbindings map: 202$\nclose session\n");
-}
-
-TEST_F(Send, TakesTheValueByTheTypeOfItsColumn) {
-    varbindings[200] = {COLID_tsDiskStatus, COLID_trapAlertState, COLID_tsDiskName, COLID_tsCtlrFanStatus,
-                        194};
-    cols[COLID_tsDiskStatus].trapRow = 2;
-    cols[COLID_tsDiskName].trapRow = 2;
-    cols[COLID_tsCtlrFanStatus].trapRow = 2;
-    cols[COLID_tsCtlrFanStatus].trapOuterRow = 2;
-    put("R.43.0", static_cast<uint32_t>(-2));
-    put("R.14.1.3.2", 4294967295U);
-    const string shown = send(200);
-    EXPECT_NE(shown.find("  R.14.1.3.2 gauge 4294967295\n  R.43.0 integer -2\n  R.14.1.4.2 \"07-03\"\n"
-                         "  R.16.1.3.2.2 gauge 1\nclose"),
-              string::npos)
-        << shown;
 }
 
 }  // namespace

@@ -8,10 +8,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/sendTrap.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapPdu.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibDefinition.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
-#include "tests/unit/core/fakes/fakeApiMgr.h"
 #include "tests/unit/core/fakes/fakeTrapSession.h"
-#include "tests/unit/core/fakes/transcript.h"
 
 using std::string;
 

@@ -6,7 +6,6 @@
 
 #include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiEnumsIDStrList.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/refresh/postProcess.h"
-#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 #include "tests/unit/core/fakes/mibWorld.h"
 
 namespace {

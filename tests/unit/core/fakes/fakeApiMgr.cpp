@@ -1,6 +1,5 @@
 #include "tests/unit/core/fakes/fakeApiMgr.h"
 
-#include <atomic>
 #include <mutex>
 #include <utility>
 

@@ -4,6 +4,7 @@
 
 #include "apiMgmt/snmpSubagent/snmpSubagentMibHandlers/traps/trapSession.h"
 #include "tests/unit/core/fakes/mibWorld.h"
+#include "tests/unit/core/fakes/snmpPdu.h"
 #include "tests/unit/core/fakes/transcript.h"
 
 namespace fake_traps {
@@ -11,7 +12,6 @@ namespace fake_traps {
 std::map<std::string, int> numeric{{"192.0.2.9", AF_INET}};
 std::map<std::string, int> names;
 failure failing = failure::none;
-long uptime = 123456;
 bool has_master_agent = false;
 
 }  // namespace fake_traps
@@ -23,23 +23,6 @@ using std::string;
 netsnmp_transport transport_of_test;
 netsnmp_session session_of_test;
 string peer_and_community;
-
-string value_text(const netsnmp_variable_list& variable) {
-    switch (variable.type) {
-        case ASN_INTEGER:
-            return "integer " + std::to_string(*variable.val.integer);
-        case ASN_UNSIGNED:
-            return "gauge " + std::to_string(static_cast<unsigned long>(*variable.val.integer));
-        case ASN_TIMETICKS:
-            return "time " + std::to_string(*variable.val.integer);
-        case ASN_OCTET_STR:
-            return "\"" + string(reinterpret_cast<char*>(variable.val.string), variable.val_len) + "\"";
-        case ASN_OBJECT_ID:
-            return "oid " + text_of(variable.val.objid, variable.val_len / sizeof(oid));
-        default:
-            return "type " + std::to_string(variable.type);
-    }
-}
 
 string kind_text(const netsnmp_pdu& pdu) {
     switch (pdu.command) {
@@ -61,7 +44,7 @@ string kind_text(const netsnmp_pdu& pdu) {
 
 void add_notification(string lines, const netsnmp_variable_list* variables) {
     for (const netsnmp_variable_list* each = variables; each != nullptr; each = each->next_variable)
-        lines += "\n  " + text_of(each->name, each->name_length) + " " + value_text(*each);
+        lines += "\n  " + text_of(each->name, each->name_length) + " " + text_of_value(*each);
     transcript::add(lines);
 }
 
@@ -94,10 +77,6 @@ int send_trap_pdu(netsnmp_session* session, netsnmp_pdu* pdu) {
     EXPECT_EQ(session, &session_of_test);
     if (fake_traps::failing == fake_traps::failure::send)
         return 0;
-    if (fake_traps::failing == fake_traps::failure::send_after_free) {
-        pdu->command = 0;
-        return 0;
-    }
     add_notification("notify " + string(session->version == SNMP_VERSION_1 ? "1" : "2c") + " " +
                          peer_and_community + " " + kind_text(*pdu),
                      pdu->variables);
@@ -124,5 +103,5 @@ bool notify_master_agent(netsnmp_variable_list* variables) {
 }
 
 long trap_uptime() {
-    return fake_traps::uptime;
+    return 123456;
 }

@@ -16,11 +16,8 @@ extern std::map<std::string, int> numeric;
 extern std::map<std::string, int> names;
 
 /** What fails. */
-enum class failure { none, transport, session, send, send_after_free };
+enum class failure { none, transport, session, send };
 extern failure failing;
-
-/** What trap_uptime answers: 123456 when a test begins. */
-extern long uptime;
 
 /** Whether notifications go to the master agent, too: "notify master agent". False when a test begins. */
 extern bool has_master_agent;

@@ -2,9 +2,6 @@
 
 #include <sstream>
 
-#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
-#include "tests/unit/core/fakes/transcript.h"
-
 namespace {
 
 const std::string kRoot = "1.3.6.1.4.1.913.11000.2000.500.1.2";

@@ -7,6 +7,10 @@
 
 #include "apiMgmt/snmpSubagent/snmpSubagentComm/snmpSubagentComm.h"
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibStore.h"
+#include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
+#include "tests/unit/core/fakes/fakeApiMgr.h"
+#include "tests/unit/core/fakes/fakeClock.h"
+#include "tests/unit/core/fakes/transcript.h"
 
 /** An OID from its text; "R" in front stands for the root of the MIB, "OLD" for the old enterprise number. */
 std::vector<oid> oid_of(const std::string& text);
@@ -26,7 +30,8 @@ int32_t var_at(int col_id, int32_t row, int32_t parent = 1);
 /** The text in quotes of a string column, the number of another; "-" when it is not cached. */
 std::string value_of(int32_t var_index);
 
-/** A fresh store and comm object, with nothing cached, `verbose` set and the transcript empty. */
+/** A fresh store and comm object, with nothing cached, `verbose` set and the transcript empty. Its header
+   brings the log, the clock, the array and the transcript, as every test of the core uses them. */
 class MibWorld : public testing::Test {
   protected:
     MibWorld();

@@ -99,33 +99,34 @@ int snmp_pdu_of_test::call_handler() {
     return SnmpSubagentMibHandlers::central_oid_handler(nullptr, &registration_, &info_, &requests_.front());
 }
 
+std::string text_of_value(const netsnmp_variable_list& variable) {
+    switch (variable.type) {
+        case ASN_NULL:
+            return "null";
+        case ASN_INTEGER:
+            return "integer " + std::to_string(*variable.val.integer);
+        case ASN_UNSIGNED:
+            return "gauge " + std::to_string(static_cast<unsigned long>(*variable.val.integer));
+        case ASN_TIMETICKS:
+            return "time " + std::to_string(*variable.val.integer);
+        case ASN_OCTET_STR:
+            return "\"" + std::string(reinterpret_cast<char*>(variable.val.string), variable.val_len) + "\"";
+        case ASN_OBJECT_ID:
+            return "oid " + text_of(variable.val.objid, variable.val_len / sizeof(oid));
+        case SNMP_NOSUCHINSTANCE:
+            return "noSuchInstance";
+        case SNMP_ENDOFMIBVIEW:
+            return "endOfMibView";
+        default:
+            return "type " + std::to_string(variable.type);
+    }
+}
+
 std::string snmp_pdu_of_test::answer(size_t binding) const {
     const netsnmp_variable_list* found = bindings_;
     while (binding-- > 0)
         found = found->next_variable;
-    std::string text = text_of(found->name, found->name_length) + " = ";
-    switch (found->type) {
-        case ASN_NULL:
-            text += "null";
-            break;
-        case ASN_INTEGER:
-            text += "integer " + std::to_string(*found->val.integer);
-            break;
-        case ASN_UNSIGNED:
-            text += "gauge " + std::to_string(static_cast<unsigned long>(*found->val.integer));
-            break;
-        case ASN_OCTET_STR:
-            text += "\"" + std::string(reinterpret_cast<char*>(found->val.string), found->val_len) + "\"";
-            break;
-        case SNMP_NOSUCHINSTANCE:
-            text += "noSuchInstance";
-            break;
-        case SNMP_ENDOFMIBVIEW:
-            text += "endOfMibView";
-            break;
-        default:
-            text += "type " + std::to_string(found->type);
-    }
+    std::string text = text_of(found->name, found->name_length) + " = " + text_of_value(*found);
     for (const netsnmp_request_info& request : requests_) {
         if (request.requestvb == found && request.status != 0)
             text += " !" + std::to_string(request.status);

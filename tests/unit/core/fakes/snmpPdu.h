@@ -65,6 +65,10 @@ class snmp_pdu_of_test {
     std::deque<netsnmp_request_info> requests_;
 };
 
+/** A value with its type: "integer 5", "gauge 5", "time 5", "oid R.1", a string in quotes, "null", or the
+ * exception. */
+std::string text_of_value(const netsnmp_variable_list& variable);
+
 /** The answer to a single GET, GETNEXT of one name. */
 std::string get(const std::string& name);
 std::string get_next(const std::string& name);
