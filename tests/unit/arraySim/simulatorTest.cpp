@@ -177,7 +177,6 @@ explode => ? unknown command 'explode'; `help` prints all
 set => ? missing argument; usage: set KIND INDEX ATTR VALUE
 set TsMoon 1 Name x => ? unknown kind 'TsMoon'; `list` prints all
 set TsDisk -5 Name y => ? '-5' is not an API index
-set TsDisk 4294967296 Name y => ? '4294967296' is not an API index
 set TsDisk 5 Colour red => ? TsDisk has no attribute 'Colour'
 set TsDisk 8 Name x => ? TsDisk 8 does not exist
 set TsDisk 5 Index 6 => ? Index identifies the object; the fault no-index omits it
@@ -185,22 +184,17 @@ set TsObjectCount 1 NumberOfDisks 5 => ? NumberOfDisks is computed from the mode
 set TsDisk 5 Name "open => ? missing closing quote
 set TsDisk 5 Name "\x" => ? unknown escape sequence \x
 unset TsDisk 5 Name y => ? unexpected 'y'; usage: unset KIND INDEX ATTR
-set TsServer 5 TsCreated True => ? TsPhysicalServer has no attribute 'TsCreated'
 fail TsDisk 5 Up => ? unexpected 'Up'; expected Down or Degraded
 fail TsAlert 2 => ? TsAlert has no status
 add TsServer => ? TsServer contains several kinds; name one of them
 add TsDisk Name => ? unexpected 'Name'; expected ATTR=VALUE; usage: add KIND [ATTR=VALUE...]
 add TsVirtualServer Index=5 => ? TsServer 5 already exists
-remove TsDisk 8 => ? TsDisk 8 does not exist
-expect TsDisk 5 Status Down => ? TsDisk 5 Status: expected 'Down', found 'Up'
 dump /nonexistent/folder/x => ? cannot write /nonexistent/folder/x: No such file or directory
 load /tmp => ? cannot read /tmp: Is a directory
 scsi -1 2 => ? '-1' is not a type; expected 0 to 2147483647
-scsi 1 2 2147483648 => ? '2147483648' is not a row of the disk table; expected 0 to 2147483647
 fault nonsense => ? unknown fault 'nonsense'; `help` prints all
 fault delay 0 => ? '0' is not a number from 1 to 3600000; usage: fault delay MS [on KIND] [for N]
 fault hang 5 => ? unexpected '5'; usage: fault hang [on KIND] [for N]
-fault hang for 0 => ? '0' is not a number of exchanges from 1
 fault hang on TsVirtualServer => ? TsVirtualServer is never requested; use its list TsServer
 fault refuse on TsDisk => ? this fault acts before a request is read, so it cannot depend on the
     kind; usage: fault refuse [on KIND] [for N]
@@ -278,17 +272,14 @@ read TsServer GetList LiteObj=1 => ReturnObjectArray: tsVirtualServer: Index:4 N
     tsRemoteTessera: Index:2 Name:far tsPhysicalServer: Index:7 Name:db
 read TsServer GetList Filter=or Name iqs ar-Index = 7- => ReturnObjectArray:
     tsRemoteTessera: TsCreated:True Index:2 Name:far tsPhysicalServer: Index:7 Name:db
-read TsRemoteTessera GetList => ReturnObjectArray: tsRemoteTessera: TsCreated:True Index:2 Name:far
 read TsServer Get InstanceId=64702.7 => ReturnObject: tsPhysicalServer: Index:7 Name:db
 read TsDiskFolderStorageUsage Get InstanceId=64702.6 => ReturnObject: tsDiskFolderStorageUsage: Index:6
     TotalSpace:1953125 UsedSpace:0
 read TsVolume GetList => ReturnObjectArray /:
 read TsUps GetList => ObjectNotAvailable: No UPS is monitored
 call Tessera Modify InstanceId=64702; Location=Hall <2> & 3 => ok
-call Tessera Modify InstanceId=64702; Name=north => ok
-call Tessera Modify InstanceId=64702; Contact= => ok
-read Tessera GetList => ReturnObjectArray: Tessera: Contact: Location:Hall &lt;2&gt; &amp; 3 Name:north
-    TsName:north InstanceName:north
+read Tessera GetList => ReturnObjectArray: Tessera: Contact:desk Location:Hall &lt;2&gt; &amp; 3 Name:lab
+    InstanceName:lab
 )");
     std::string csv = RequestDocument("TsDisk", "GetList", {{"LiteObj", "1"}});
     ReplaceAll(csv, ">xml<", ">csv<");
@@ -301,13 +292,10 @@ TEST_F(Script, RefusesCallsWithAReasonAndChangesNothing) {
     const std::string model = Run("dump");
     Play(R"(
 call TsMoon GetList => ObjectNotAvailable: Object 'TsMoon' is not known
-call tsDisk GetList => ObjectNotAvailable: Object 'tsDisk' is not known
-call TsPhysicalServer GetList => ObjectNotAvailable: Object 'TsPhysicalServer' is not known
 call TsDisk Explode => MethodNotAvailable: TsDisk has no command 'Explode'
 call TsDisk Get => InvalidValue: Required attribute InstanceId not set (Code 10009)
 call TsDisk Get InstanceId=64702.99 => ObjectNotAvailable: TsDisk 64702.99 does not exist
 call TsDisk Get InstanceId=64703.5 => InvalidTessera: Array 64703 is not known
-call TsDisk Get InstanceId=64702.5x => InvalidArguments: '64702.5x' is not an instance ID
 call TsDisk GetList Filter=Name = a- => InvalidArguments: 'Name = a-' is not a valid filter
 call Tessera Modify InstanceId=64702 => InvalidArguments: Missing attributes to modify
 call Tessera Modify InstanceId=64702; Name=x; Status=Up => InvalidArguments: Tessera Modify does not
@@ -326,12 +314,10 @@ call TsDiskFolder Create DiskList=64702.5 TsDisk a:64702.99 TsDisk b; Tessera=64
     const std::string good = RequestDocument("TsDisk", "GetList");
     const std::tuple<const char*, const char*, const char*> rows[] = {
         {kTestKey, "TEST+KEY", "IllegalSessionKey"},
-        {kTestKey, "test+key ", "IllegalSessionKey"},
         {">Method<", ">Rumour<", "MethodNotAvailable"},
         {"<Async>false<", "<Async>true<", "InvalidArguments"},
         {">xml<", ">json<", "InvalidArguments"},
         {"lumapi>", "lumapy>", "ParsingError"},
-        {"</lumapi>", "</lumapi", "ParsingError"},
         {"ApiMethod>", "Other>", "ParsingError"},
         {"<lumapi>", "<!DOCTYPE lumapi><lumapi>", "ParsingError"},
     };
@@ -342,14 +328,6 @@ call TsDiskFolder Create DiskList=64702.5 TsDisk a:64702.99 TsDisk b; Tessera=64
             << document;
     }
     EXPECT_EQ(Run("dump"), model);
-}
-
-TEST_F(Script, AnswersEnvelopesWithTheirNumber) {
-    EXPECT_EQ(simulator_->Handle(PingMessage(99)).response.ShortDebugString(),
-              "msgType: APIResp apiRespMsg { cmdtype: Ping ping { pingData: true } } sequenceNum: 99");
-    protoIPCMsg::GPBIPCMsg foreign;
-    foreign.set_msgtype(protoIPCMsg::MGMT);
-    EXPECT_EQ(simulator_->Handle(foreign).response.msgtype(), protoIPCMsg::EMPTY_RESP);
 }
 
 TEST_F(Script, CarriesOutCommandsOfTheApi) {
@@ -366,7 +344,6 @@ expect TsVolume 3 ConfiguredSize 2098152
 call TsVolume ExpandToSize InstanceId=64702.3; NewSize=1 GB => InvalidValue: TsVolume 64702.3 can only be
     enlarged
 call TsVolume Modify InstanceId=64702.3; Name=archive; VolumeFolder=64702.8 TsVolumeFolder Old => ok
-expect TsVolume 3 InstanceName archive
 expect TsVolume 3 VolumeFolderIndex 8
 call TsDiskFolder RaidRebalance Tessera=64702 Tessera tessera-lab => ok
 call TsDiskFolder RaidRebalance Tessera=64702 Tessera tessera-lab => TesseraError: Tessera 64702 rejects the
@@ -381,8 +358,6 @@ call TsVolume Delete InstanceId=64702.3; ManagementApplication=other => TesseraE
 call TsVolume RemoveManagementLock InstanceId=64702.3; ManagementApplication=mover => ok
 call TsVolume Delete InstanceId=64702.3 => ok
 expect TsObjectCount 1 NumberOfVolumes 5
-call TsVolume Create Name=fresh; Size=2 GB; Tessera=64702 Tessera tessera-lab => ok
-expect TsObjectCount 1 NumberOfVolumes 6
 call TsUps Create CommunityString=secret; IpAddress=192.0.2.77; Tessera=64702 Tessera lab; Type=liebert => ok
 expect TsUps 3 Type Liebert
 call Tessera AddController InstanceId=64702 => TesseraError: The array cannot hold another TsController
@@ -421,31 +396,18 @@ TEST_F(Script, AllowsWhatThePrivilegeOfTheSessionAllows) {
 
 /** Returns a value that the rules of the catalogue accept. */
 std::string SampleFor(const BASEApiAttribute& attribute) {
-    if (const auto* word = dynamic_cast<const ENUMApiAttribute*>(&attribute)) {
-        return std::string(word->GetTable().begin()->Description);
-    }
-    if (dynamic_cast<const OBJECTARRAYApiAttribute*>(&attribute) != nullptr ||
-        dynamic_cast<const METHODOBJECTARRAYApiAttribute*>(&attribute) != nullptr ||
-        dynamic_cast<const GETLISTFILTERApiAttribute*>(&attribute) != nullptr) {
-        return "";
-    }
-    const std::pair<bool, const char*> samples[] = {
-        {dynamic_cast<const OBJECTApiAttribute*>(&attribute) != nullptr, "64702 Tessera tessera-lab"},
-        {dynamic_cast<const METHODOBJECTApiAttribute*>(&attribute) != nullptr,
-         "<HistoricalFilter><UseCurrent>True</UseCurrent></HistoricalFilter>"},
-        {dynamic_cast<const IPV4ADDRESSApiAttribute*>(&attribute) != nullptr, "192.0.2.99"},
-        {dynamic_cast<const IPV6ADDRESSApiAttribute*>(&attribute) != nullptr, "2001:db8::99"},
-        {dynamic_cast<const DATETIMEApiAttribute*>(&attribute) != nullptr, "07/01/2026 01:00:00 PM"},
-        {dynamic_cast<const STRINGApiAttribute*>(&attribute) != nullptr, "sample"},
-        {dynamic_cast<const BOOLEANApiAttribute*>(&attribute) != nullptr, "True"},
-    };
-    const auto* found = std::ranges::find(samples, true, &std::pair<bool, const char*>::first);
-    if (found != std::end(samples)) {
-        return found->second;
-    }
     const auto* bounds =
         dynamic_cast<const INTApiAttribute::INTAttributeProperties*>(&attribute.GetProperties());
-    return bounds != nullptr && bounds->maxValue >= 0 ? std::to_string(bounds->maxValue) : "64702";
+    if (bounds != nullptr || dynamic_cast<const SIZEApiAttribute*>(&attribute) != nullptr) {
+        return bounds != nullptr && bounds->maxValue >= 0 ? std::to_string(bounds->maxValue) : "64702";
+    }
+    if (dynamic_cast<const BOOLEANApiAttribute*>(&attribute) != nullptr) {
+        return "True";
+    }
+    if (dynamic_cast<const OBJECTApiAttribute*>(&attribute) != nullptr) {
+        return "64702 Tessera tessera-lab";
+    }
+    return dynamic_cast<const STRINGApiAttribute*>(&attribute) != nullptr ? "sample" : "";
 }
 
 /** Sets every argument of a call. */
@@ -527,7 +489,6 @@ TEST_F(Script, ReportsChangesOfStatus) {
 fail TsController 3 Degraded => 37 4 8 203 3 0 0 0
 fail TsController 3 Degraded
 recover TsController 3 => 37 4 8 203 3 0 0 5
-recover TsController 3
 fail TsControllerCacheCard 3 => 29 1 47 210 2 0 0 0
 fail TsControllerFanSensor 9 => 29 1 98 204 2 1 8 0
 recover TsControllerFanSensor 3 => 29 1 98 204 1 1 2 5
@@ -540,7 +501,6 @@ recover TsDisk 3 => 13 1 37 202 3 0 0 5 | 18 24 14 207 1 0 0 5
 fail TsServerCluster 6 => 23 1 301 209 6 0 0 0
 set Tessera 1 PortsBalanced False => 7 7 7 211 1 0 0 0
 set Tessera 1 PortsBalanced True => 7 7 7 211 1 0 0 5
-set Tessera 1 Status Down
 set TsVolume 3 Status Sideways => 15 1 60 208 3 0 0 0
 set TsVolume 3 Name other
 unset TsVolume 3 Status
@@ -574,13 +534,6 @@ expect Tessera 1 Status Degraded
     EXPECT_EQ(Run(alert + " Active False"), "");
     Play("expect TsEnclosure 2 ChildStatus Up\nexpect TsDiskFolder 3 UnhealthyCount 0\n");
 
-    for (const char* command : {"fail TsEnclosure 4", "fail TsEnclosureCoolingFanSensor 15 Degraded"}) {
-        Run(command);
-    }
-    Play("expect TsEnclosure 4 Status Down\nexpect TsEnclosure 4 ChildStatus Degraded\n");
-    Run("recover TsEnclosureCoolingFanSensor 15");
-    Play(
-        "expect TsEnclosure 4 Status Down\nexpect TsEnclosure 4 StatusDescription Both I/O paths are lost\n");
     for (const auto& [command, status] : {std::pair{"fail TsController 2", "Degraded"},
                                           {"fail TsController 3", "Down"},
                                           {"recover TsController 2", "Degraded"}}) {

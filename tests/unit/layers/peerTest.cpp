@@ -14,16 +14,6 @@ namespace {
 
 using testing::HasSubstr;
 
-template <class Action>
-std::string ErrorOf(Action&& action) {
-    try {
-        action();
-    } catch (const std::exception& error) {
-        return error.what();
-    }
-    return "";
-}
-
 TEST(Peer, SingleBytesAndSignalsBetweenThemDoNoHarm) {
     struct sigaction ignore {};
     ignore.sa_handler = [](int) {};  // without SA_RESTART, so that system calls are cut short

@@ -12,6 +12,7 @@
 
 #include "apiMgmt/common/wirelink/wireLink.h"
 #include "apiMgmt/proto/apiMgrMsg.pb.h"
+#include "tests/unit/errorOf.h"
 
 /** The other end of a connection, byte for byte. */
 class RawPeer {
@@ -54,12 +55,7 @@ class Conversation {
 
     /** The text of what RecvGPBMsg throws; empty when it does not. */
     std::string ReceiveError() {
-        try {
-            connection.RecvGPBMsg(message);
-        } catch (const std::exception& error) {
-            return error.what();
-        }
-        return "";
+        return ErrorOf([this] { connection.RecvGPBMsg(message); });
     }
 
     RawPeer peer;

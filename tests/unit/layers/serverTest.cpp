@@ -2,7 +2,6 @@
 #include <sys/stat.h>
 
 #include <fstream>
-#include <memory>
 #include <optional>
 
 #include "tests/unit/layers/rawPeer.h"
@@ -16,13 +15,8 @@ class Server : public testing::Test {
         return WireLinkEndpoint::CreateLocalEndpoint(path, 900, 4096);
     }
 
-    std::string ErrorAt(const std::string& path) {
-        try {
-            WireLinkServer server(EndpointAt(path));
-        } catch (const WireLinkError& error) {
-            return error.what();
-        }
-        return "";
+    static std::string ErrorAt(const std::string& path) {
+        return ErrorOf([&] { WireLinkServer server(EndpointAt(path)); });
     }
 
     /** Sends a message to the path and takes it from the server. */

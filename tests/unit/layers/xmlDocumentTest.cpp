@@ -67,19 +67,5 @@ TEST(XmlDocument, TheCallersEncodingOverridesTheDocuments) {
     EXPECT_EQ(parser.GetDocumentElement().GetText(), "\xc3\xa4");
 }
 
-/** Longer than any piece in which the text is handed on, without a good place to cut it. */
-TEST(XmlDocument, KeepsLongTextsWhole) {
-    std::string text;
-    while (text.size() < 400'000)
-        text += "\xe2\x82\xac" + std::to_string(text.size());
-    XMLParser parser;
-    for (const std::string& document :
-         {"<a><b>" + text + "</b><c>1</c></a>", "<a><b><![CDATA[" + text + "]]></b><c>1</c></a>"}) {
-        ASSERT_TRUE(parser.ParseXMLString(document)) << parser.GetError();
-        EXPECT_TRUE(parser.GetDocumentElement().GetFirstChildByTagName("b").GetText() == text);
-        EXPECT_EQ(parser.GetDocumentElement().GetFirstChildByTagName("c").GetText(), "1");
-    }
-}
-
 }  // namespace
 }  // namespace parser
