@@ -187,31 +187,19 @@ class Verdict(unittest.TestCase):
 
 
 class HistoryOfValues(unittest.TestCase):
-    """Allowed values over time. At 1000 a UPS is renamed and a second one is added."""
-
-    def setUp(self):
-        self.timeline = Timeline()
-        self.timeline.begin_life(Life(1, 50))
-        self.history = History(self.timeline, States())
-        self.history.record(objects("old"), 0)
-        self.history.record(objects("new", "second"), 1000)
-
-    def allows(self, oid, value, moment, later=1):
-        value = (value if isinstance(value, tuple) else ("STRING", value)) if value is not None else None
-        return self.history.allows(oid, value, moment, moment + later)
-
-    def test_values(self):
-        late = 1000 + STALE_S + 10
+    def test_values_over_time(self):
+        """At 1000 the first UPS is renamed, and the second one goes."""
+        history, late = CalmRun().become(1000, "new").history, 1000 + STALE_S + 10
         for oid, value, moment, is_good in (
-                (MODEL, b"old", 900, True), (MODEL, b"old", 1200, True), (MODEL, b"old", late, False),
+                (MODEL, b"one", 900, True), (MODEL, b"one", 1200, True), (MODEL, b"one", late, False),
                 (MODEL, b"new", 900, False), (MODEL, b"new", late, True), (MODEL, b"other", 1200, False),
-                (MODEL, None, 1200, False), (SECOND, None, 1200, True), (SECOND, None, late, False),
-                (SECOND, b"second", 900, False)):
+                (MODEL, None, 1200, False), (SECOND, None, 1200, True), (SECOND, None, 900, False),
+                (SECOND, b"two", late, False)):
             with self.subTest(oid=oid, value=value, moment=moment):
-                self.assertEqual(self.allows(oid, value, moment), is_good)
-        self.assertIn(MODEL, self.history.steady(1200, 1201))
-        self.assertNotIn(SECOND, self.history.steady(1200, 1201))
-        self.assertIn(SECOND, self.history.steady(late, late + 1))
+                self.assertEqual(history.allows(oid, value and ("STRING", value), moment, moment + 1), is_good)
+        self.assertIn(MODEL, history.steady(1200, 1201))
+        self.assertNotIn(SECOND, history.steady(1200, 1201))
+        self.assertIn(SECOND, history.steady(900, 901))
 
 
 class JudgeOfResponses(unittest.TestCase):
