@@ -1,32 +1,29 @@
-"""data/daemon: wrong lines of a small table of settings with their messages."""
+"""data/daemon: mistakes in the real settings are reported with their place, and nothing is written then."""
 
+import os
 import unittest
 
 import codegenCase
+from codegen.reader import Data  # noqa: E402
 
-SETTINGS = """\
-setting reader community secret
-setting writer community secret
-  "Who asks."
-setting port number default=162
-  "Where to."
-setting loud flag variable=verbose
-  "Says more."
-"""
+DATA = Data(os.path.join(codegenCase.ROOT, "data"))
 
+DEFAULT = "default= is required for types text and number, and only there"
 WRONG = [
-    ("setting port", "setting port colour", "the type must be one of text, number, community, flag, controller"),
-    ("setting port", "setting port number", "default= is required for types text and number, and only there"),
-    ("setting port", "setting port flag default=1", "default= is required for types text and number, and only there"),
-    ("setting port", "setting port number default=x", "'x' is not a number"),
-    ("setting port", "setting reader flag", "duplicate setting 'reader'; first defined at data/daemon/settings.def:1"),
-    ('  "Says more."', "", "settings.def: the last setting requires lines for the manual page"),
+    ("setting trapPort", "setting trapPort colour",
+     "the type must be one of text, number, community, flag, controller"),
+    ("setting trapPort", "setting trapPort number", DEFAULT),
+    ("setting trapPort", "setting trapPort flag default=1", DEFAULT),
+    ("setting trapPort", "setting trapPort number default=x", "'x' is not a number"),
+    ("setting trapPort", "setting rocommunity flag",
+     "duplicate setting 'rocommunity'; first defined at data/daemon/settings.def:{setting rocommunity}"),
+    ('  "sends one test', "setting last flag", "settings.def: the last setting requires lines for the manual page"),
 ]
 
 
 class SettingsDataTest(codegenCase.CodegenCase):
     KIND = "settings"
-    FILES = {"daemon/settings.def": SETTINGS, "daemon/snmpSubagent.conf.5": ".Bl\n@SETTINGS@\n.El\n"}
+    FILES = {name: DATA.text(name) for name in ("daemon/settings.def", "daemon/snmpSubagent.conf.5")}
 
     def test_names_the_place_of_a_mistake(self):
         self.check_wrong("daemon/settings.def", WRONG)
