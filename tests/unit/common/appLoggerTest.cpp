@@ -33,6 +33,9 @@ TEST(AppLogger, ModulesAreSetByTheirNumbers) {
         APPLogger::SetModules("");
         EXPECT_EQ(APPLogger::logModuleMask, mask) << numbers;
     }
+    EXPECT_EQ(APPLogger::GetModuleHelp(),
+              "Valid values are:\n0. All\n1. APIManager\n2. TSObject\n3. TSTask\n4. CmdRecvd\n5. CmdXML\n"
+              "6. RespXML\n7. Cache\n8. UserPrivilege\nEnable multiple modules- example: 1|2|5");
 }
 
 TEST(AppLogger, ModuleFilterGoesByTheMask) {

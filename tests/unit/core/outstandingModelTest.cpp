@@ -439,15 +439,57 @@ class OutstandingModel : public TrapWorld {
     }
 };
 
-TEST_F(TrapWorld, ARecordIsDroppedWhenItsStatusIsNoLongerThere) {
+TEST_F(TrapWorld, TheLogTellsWhyARecordChangesOrIsDropped) {
+    const auto expect_logged = [](const string& line) {
+        const string course = transcript::take();
+        EXPECT_NE(course.find("log " + line + "$\n"), string::npos) << line << " in\n" << course;
+    };
+    const auto event = [](const string& arguments) {
+        transcript::add(run("1 2 3 " + arguments + " a@@@text"));
+    };
+    const auto check = [](int64_t later_us) {
+        fake_clock::advance(later_us);
+        check_outstanding_traps();
+    };
+    const string removal = "7 we're removing the outstanding trap cuz ";
+    verbose = true;
     const int32_t number = var_at(COLID_tsCtlrNbr, 2);
     const int32_t status = var_at(COLID_tsCtlrStatus, 2);
     set_status(status, 2);
-    run("1 2 3 203 12 0 0 0 a@@@text");
-    ASSERT_EQ(outstandingTraps.size(), 1U);
+    event("203 12 0 0 4");
+    set_status(status, 3);
+    check(60 * kSecondUs);
+    expect_logged("4 found status change: trapNum: 203, trapArgA: 12, trapArgB: 0, trapArgC: 0, trapArgD: 4");
     clear_cached(status);
     EXPECT_EQ(IsRedundantTrap(outstandingTraps[0]->command, {number, number, status}, false), 1);
-    EXPECT_TRUE(outstandingTraps.empty());
+    expect_logged(removal +
+                  "the var is no longer cached: trapNum: 203, owenerOid: 16, statusOid: 17, status string: "
+                  "Degraded, var verify: 2, trap verify: 2");
+
+    // A disk is verified by its API index.
+    answer_status("TsDisk", 43, "Down");
+    answer_status("TsDisk", 44, "Down");
+    for (const bool is_event : {true, false}) {
+        store_number(var_at(COLID_tsDiskApiIndex, 2), 43);
+        event("202 43 0 0 0");
+        store_number(var_at(COLID_tsDiskApiIndex, 2), 44);
+        if (is_event)
+            event("202 44 0 0 5");
+        else
+            check(60 * kSecondUs);
+        expect_logged(is_event
+                          ? removal +
+                                "verify-value does not match: trapNum: 202, owenerOid: 27, statusOid: 28, "
+                                "status string: Down, var verify: 44, trap verify: 43"
+                          : "7 found verify-value mismatch - removing outstanding trap: trap: 43, var: 44");
+        EXPECT_TRUE(outstandingTraps.empty());
+    }
+    set_status(status, 2);
+    event("203 12 0 0 0");
+    check(604801 * kSecondUs);
+    expect_logged(
+        "7 oustanding trap is stale - removing outstanding trap: trapNum: 203, trapArgA: 12, trapArgB: 0, "
+        "trapArgC: 0, trapArgD: 0");
 }
 
 TEST_F(OutstandingModel, RandomEventsAndLooksLeaveWhatTheRulesSay) {
