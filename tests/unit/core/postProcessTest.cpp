@@ -164,6 +164,15 @@ TEST_F(FolderUsage, ThatCannotBeFetchedKeepsItsNumbers) {
     EXPECT_EQ(row(1), "70 6 | 1 10 3 9 2 2 6 0");  // blocks are never served as gigabytes
 }
 
+TEST_F(FolderUsage, NeedsTheFoldersIndex) {
+    verbose = true;
+    refresh("<tsDiskFolder><Status>Up</Status></tsDiskFolder>");
+    EXPECT_NE(transcript::take().find(
+                  "log 7 disk-folder info is not cached, so we can't get associated storage-usage info$\n"),
+              string::npos);
+    EXPECT_EQ(row(1), "- - | - - - - - - - -");
+}
+
 // ---- the overall status ----
 
 TEST_F(PostProcess, GlobalStatusIsTheWorstOfTheAlerts) {

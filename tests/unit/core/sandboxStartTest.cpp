@@ -238,6 +238,11 @@ TEST(Daemon, EndsInOrderWhenAStepFails) {
             "log 4  ---- Can't connect to ApiMgr's socket ----$\nlog 4 Could not open socket to ApiMgr.$\n"
             "log 4 error on testing interface to apimgr.$\n" +
             kLastSteps);
+    EXPECT_EQ(run_daemon([] { fake_agent::fork_error = 12; }),
+              kFirstSteps + kStartOfSnmpd.substr(0, kStartOfSnmpd.rfind("sleep")) +
+                  "log 4 error on rfork(): errno=12 $\nlog 4 could not start_snmpd()$\n"
+                  "log 4 could not start_snmp_agent_and_subagent()$\n" +
+                  kLastSteps);
     EXPECT_EQ(run_daemon([] { std::filesystem::remove_all("/mnt/root"); }),
               "log 4 Failed to daenmonize$\nlog 4 snmpSubagent is exiting.$\nclose_redirected_log\n"
               "status -1, restart: sleep 1; [/usr/sbin/snmpSubagent] [-x] &");
