@@ -1,23 +1,11 @@
 #include <gmock/gmock.h>
 
-#include <string>
-
 #include "apiMgmt/apiStub/apiSdk/objects/tessera/src/apiEnumsIDStrList.h"
 #include "apiMgmt/common/utils/apiMethodError.h"
 
 namespace {
 
 using E = APIEnumsIDStrList;
-
-TEST(Enumerations, WindowSizesGoBy16KilobytesExcept128) {
-    const ENUMTable table(E::gIscsiConnectionWindowSizeEnumIdStrList);
-    for (int32_t id = 1; id <= 127; ++id) {
-        const std::string size = std::to_string(id <= 7 ? 16 * id : 16 * (id + 1));
-        EXPECT_EQ(table.FindValue(id)->Description, (id == 109 ? "Kb" : "KB_") + size);
-        EXPECT_EQ(table.FindValue(id)->UiString, size + " KB");
-    }
-    EXPECT_EQ(table.FindDescription("KB_128")->Value, 128);
-}
 
 TEST(Enumerations, AreSearchedInRowOrder) {
     const ENUMTable states(E::gErrorStateEnumIdStrList);
