@@ -179,6 +179,6 @@ def running_daemon(preset):
     finally:
         simulated.stop()
         for _ in range(2):  # a new copy of the daemon may be about to start
-            machine.end_processes_named("snmpSubagent", "snmpd", "arraySim")
+            machine.kill_processes_named("snmpSubagent", "snmpd", "arraySim")
             time.sleep(RESTART_S)
         machine.remove_file(daemon.PID_FILE)

@@ -13,7 +13,7 @@ import urllib.request
 import panelsToSvg
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.realpath(__file__)), "..", "..", "tests", "system"))
-from harness import machine, monitors, story, waiting  # noqa: E402  (found through the line above)
+from harness import machine, monitors, systemTest, waiting  # noqa: E402  (found through the line above)
 
 HOME, ADDRESS = "/tmp/monitors/prometheus", "127.0.0.1:9090"
 INTERVAL_S = 20  # the three jobs together need most of it
@@ -62,7 +62,7 @@ def named(target, labels):
     return LEGEND_LABEL.sub(lambda match: labels.get(match.group(1), ""), target["legendFormat"])
 
 
-class Recording(story.SharedStory):
+class Recording(systemTest.SharedSystemTest):
     """A disk, a volume and a server of an array fail one after the other, and one of them recovers."""
 
     PRESET = "typical"

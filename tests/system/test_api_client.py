@@ -1,22 +1,22 @@
-"""The array's API on the command line: lists, changes, repeated calls."""
+"""The command-line client of the API: lists, changes, repeated calls."""
 
 import unittest
 
-from harness import apiClient, array, machine, story
+from harness import apiClient, array, machine, systemTest
 
 LISTED_ONE_BY_ONE = "TsDiskFolderStorageUsage"  # the one object without a list
 
 
-class AskingTheArray(unittest.TestCase):
-    """The daemon has no part in this: the array alone."""
+class ApiClient(unittest.TestCase):
+    """Needs the array but no daemon."""
 
     @classmethod
     def setUpClass(cls):
         cls.array = array.Array().start("small")
-        cls.addClassCleanup(machine.end_processes_named, "arraySim")
+        cls.addClassCleanup(machine.kill_processes_named, "arraySim")
         cls.addClassCleanup(cls.array.stop)
 
-    def test_every_object_of_the_model_is_listed_with_what_it_holds(self):
+    def test_every_object_of_the_model_is_listed_with_its_values(self):
         for kind, expected in self.array.dump().items():
             with self.subTest(kind=kind):
                 if kind == LISTED_ONE_BY_ONE:
@@ -30,8 +30,8 @@ class AskingTheArray(unittest.TestCase):
 
     def test_a_change_reaches_the_array(self):
         for text in ("rack 4", "<rack> & \"four\" - 5", ""):
-            answer = apiClient.ask("Tessera", "Modify", f"InstanceId={array.SERIAL}", f"Location={text}")
-            self.assertEqual((answer.status, answer.output), (0, "Done.\n"), answer)
+            response = apiClient.call("Tessera", "Modify", f"InstanceId={array.SERIAL}", f"Location={text}")
+            self.assertEqual((response.status, response.output), (0, "Done.\n"), response)
             self.assertEqual(self.array.get("Tessera", 1, "Location"), text)
             self.assertEqual(apiClient.objects("Tessera", "Get", f"InstanceId={array.SERIAL}").get("Location"), text)
 
@@ -44,4 +44,4 @@ class AskingTheArray(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    story.tell()
+    systemTest.main()

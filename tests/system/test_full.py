@@ -1,18 +1,18 @@
-"""An array with every table at its capacity: samples of every column, and the memory that the daemon takes."""
+"""An array with every table at its capacity: samples of every column, and the memory use of the daemon."""
 
 import os
 import random
 import re
 import unittest
 
-from harness import machine, mib, story
+from harness import machine, mib, systemTest
 
 MEMORY_LIMIT_KIB = 64 * 1024
-BINDINGS_A_REQUEST = 16
+BINDINGS_PER_REQUEST = 16
 
 
 def instances(column, random_source):
-    """First, last and some other instances of a column that is filled to its capacity."""
+    """Returns the first, the last and some other instances of a column that is filled to its capacity."""
     table = column.table
     if table is None:
         return [(0,)]
@@ -23,10 +23,10 @@ def instances(column, random_source):
 
 
 def in_portions(items):
-    return [items[begin:begin + BINDINGS_A_REQUEST] for begin in range(0, len(items), BINDINGS_A_REQUEST)]
+    return [items[begin:begin + BINDINGS_PER_REQUEST] for begin in range(0, len(items), BINDINGS_PER_REQUEST)]
 
 
-class AFullArray(story.SharedStory):
+class FullArray(systemTest.SharedSystemTest):
     PRESET = "full"
 
     @classmethod
@@ -40,7 +40,7 @@ class AFullArray(story.SharedStory):
         return [column for column in mib.MIB.columns if column.oid[:7] == mib.arcs("1.3.6.1.4.1.913")]
 
     def test_every_column_is_filled_to_its_capacity(self):
-        self.assertEqual(len(self.expected), mib.MIB.total_variables() - 1)  # sysServices is snmpd's own
+        self.assertEqual(len(self.expected), mib.MIB.total_variables() - 1)  # snmpd serves sysServices itself
 
     def test_samples_of_every_column(self):
         oids = [mib.oid(column.name, *instance) for column in self.below_the_enterprise()
@@ -50,7 +50,7 @@ class AFullArray(story.SharedStory):
             served = {b.oid: (b.type, b.value) for b in self.manager.get(*portion).bindings}
             self.assertEqual(served, {oid: self.expected[oid] for oid in portion})
 
-    @unittest.skipIf(os.environ.get("SNMPSUBAGENT_SANITIZED"), "sanitizers need memory of their own")
+    @unittest.skipIf(os.environ.get("SNMPSUBAGENT_SANITIZED"), "sanitizers need additional memory")
     def test_memory_stays_within_its_limit(self):
         status = machine.read_file(f"/proc/{self.daemon.pid()}/status")
         peak = int(re.search(r"^VmHWM:\s+(\d+) kB", status, re.MULTILINE).group(1))
@@ -58,4 +58,4 @@ class AFullArray(story.SharedStory):
 
 
 if __name__ == "__main__":
-    story.tell()
+    systemTest.main()

@@ -1,10 +1,10 @@
-"""The configuration in Debian's Icinga 2, which checks it and then watches a disk fail and recover."""
+"""The configuration for Icinga 2: Debian's Icinga checks it, then monitors a disk that fails and recovers."""
 
 import os
 import re
 import subprocess
 
-from harness import machine, monitors, story, waiting
+from harness import machine, monitors, systemTest, waiting
 
 PROGRAM, HOME = "/usr/sbin/icinga2", "/tmp/monitors/icinga"
 NAME = "disk ä"
@@ -30,10 +30,10 @@ FOLDERS = ("DataDir", "CacheDir", "LogDir", "InitRunDir", "SpoolDir", "ConfigDir
 STATUS = re.compile(r"(?:host|service)status \{(.*?)\n\t\}", re.DOTALL)
 
 
-class Icinga(story.SharedStory):
+class Icinga(systemTest.SharedSystemTest):
     @classmethod
     def launch(cls):
-        machine.configure_daemon(trapsEnabled="yes", trapDest="127.0.0.1", trapPort=11162)  # so events are handled
+        machine.configure_daemon(trapsEnabled="yes", trapDest="127.0.0.1", trapPort=11162)  # so that events are handled
         cls.array.start(cls.PRESET, "--events")
         cls.array.set("TsDisk", cls.array.first("TsDisk"), "Name", NAME)
         cls.daemon.start()
@@ -46,7 +46,7 @@ class Icinga(story.SharedStory):
                        *(word for name in FOLDERS for word in ("-D", f"{name}={HOME}"))]
 
     def statuses(self):
-        """{service: (state, output, performance data)}, and "" for the host."""
+        """Returns {service: (state, output, performance data)}; "" is the host."""
         found = {}
         for block in STATUS.findall(machine.read_file(f"{HOME}/status")):
             values = dict(line.strip().split("=", 1) for line in block.strip().splitlines() if "=" in line)
@@ -78,4 +78,4 @@ class Icinga(story.SharedStory):
 if __name__ == "__main__":
     if not os.path.exists(PROGRAM):
         machine.skip("icinga2 is not installed")
-    story.tell()
+    systemTest.main()

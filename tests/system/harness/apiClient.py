@@ -1,4 +1,4 @@
-"""The command line client of the array's API, a process for each call."""
+"""The command-line client of the array's API; each call is one process."""
 
 import contextlib
 import json
@@ -10,7 +10,7 @@ from . import machine, waiting
 PROGRAM = os.path.join(machine.BUILD, "tools", "apiClient", "apiClient")
 
 
-class Answer:
+class Response:
     def __init__(self, result):
         self.status = result.returncode
         self.output = result.stdout
@@ -20,23 +20,23 @@ class Answer:
         return f"status {self.status}\n{self.output}{self.errors}"
 
 
-def ask(*words):
-    """One call, as a person would type it."""
-    return Answer(subprocess.run([PROGRAM, *map(str, words)], stdin=subprocess.DEVNULL, capture_output=True,
+def call(*words):
+    """Makes one call, as a user would type it."""
+    return Response(subprocess.run([PROGRAM, *map(str, words)], stdin=subprocess.DEVNULL, capture_output=True,
                                  text=True, timeout=120 * waiting.PATIENCE, check=False))
 
 
 def objects(*words):
-    """What a call that must succeed answers, as JSON has it."""
-    answer = ask(*words, "--format", "json")
-    if answer.status != 0:
-        raise AssertionError(f"{' '.join(map(str, words))}: {answer}")
-    return json.loads(answer.output)
+    """Makes a call that must succeed, and returns its response, parsed from JSON."""
+    response = call(*words, "--format", "json")
+    if response.status != 0:
+        raise AssertionError(f"{' '.join(map(str, words))}: {response}")
+    return json.loads(response.output)
 
 
 @contextlib.contextmanager
 def watched(*words):
-    """The lines that a call prints which is repeated every second until the end of the block."""
+    """Repeats a call every second until the end of the block. Returns the lines that it prints."""
     with subprocess.Popen([PROGRAM, *words, "--watch", "1"], stdout=subprocess.PIPE, text=True) as process:
         try:
             yield process.stdout

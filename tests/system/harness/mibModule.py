@@ -10,5 +10,5 @@ FOLDERS = f"{os.path.join(machine.REPOSITORY, 'mib', 'standard')}:{os.path.join(
 
 
 def options(name=NAME):
-    """Those of the tools that make them read this module and what it stands on."""
+    """Returns the options that make a tool read this module and those that it imports."""
     return ["-M", FOLDERS, "-m", name]

@@ -13,7 +13,7 @@ from harness import documents  # noqa: E402  (found through the line above)
 
 
 class Commands(unittest.TestCase):
-    def test_what_is_left_out_runs_elsewhere(self):
+    def test_omitted_commands_run_elsewhere(self):
         commands = [each for path in documents.paths() for block in documents.blocks(path) for each in block]
         self.assertGreater(len(commands), 100)
         for pattern, path, text in documents.ELSEWHERE:
