@@ -1,4 +1,4 @@
-"""data/api: wrong lines of a small catalogue with their messages."""
+"""Errors in data/api and their messages, in a small catalogue."""
 
 import os
 import sys
@@ -54,7 +54,7 @@ methodObject  Span  "Hours of the day"
   attribute  Ends  DATETIME  25  "Ends"
 """
 
-# The beginning of a line, its replacement, and the message, which is at the replaced line unless it has its own place.
+# The beginning of a line, its replacement, and the message, for the replaced line unless it names another one.
 WRONG_LAMP = [
     ("object", 'object TsLamp round "A lamp"', 'expected: object NAME status|plain "TEXT"'),
     ("object", 'object tsLamp status "A lamp"',
@@ -126,19 +126,19 @@ class ApiDataTest(codegenCase.CodegenCase):
     FILES = {"api/objects/tsLamp.def": LAMP, "api/methodObjects.def": METHOD_OBJECTS,
              "api/enumerations/states.def": STATES, "api/enumerations/zones.def": ZONES}
 
-    def test_names_the_place_of_a_mistake(self):
+    def test_errors_are_reported_with_their_line(self):
         self.check_wrong("api/objects/tsLamp.def", WRONG_LAMP)
         self.check_wrong("api/methodObjects.def", WRONG_METHOD_OBJECTS)
         self.check_wrong("api/enumerations/zones.def", WRONG_ENUMERATIONS)
 
-    def test_refuses_two_classes_of_one_name(self):
+    def test_rejects_two_classes_with_the_same_name(self):
         shade = 'object TsLampShade plain "A shade"\nattribute Name NAME 20 Name\ncommand Get reads Reporter\n'
         lamp = LAMP + "command ShadeGet reads Reporter\n"
         self.assertEqual(self.run_on({"api/objects/tsLampShade.def": shade, "api/objects/tsLamp.def": lamp}),
                          (1, "data/api/objects/tsLampShade.def:3: duplicate class APITsLampShadeGetMethod; first "
                              "defined in data/api/objects/tsLamp.def\n"))
 
-    def test_a_file_without_an_object_is_a_mistake(self):
+    def test_rejects_a_file_without_an_object(self):
         self.assertEqual(self.run_on({"api/objects/tsLamp.def": "# nothing\n"}),
                          (1, "data/api/objects/tsLamp.def:1: missing object line\n"))
 

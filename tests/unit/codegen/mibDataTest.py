@@ -1,4 +1,4 @@
-"""data/mib: wrong lines of a small array's files with their messages."""
+"""Errors in data/mib and their messages, in the files of a small array."""
 
 import os
 import sys
@@ -106,7 +106,7 @@ older SMALL-OLD-MIB oldSmall 27405
   "Older."
 """
 
-# The beginning of a line, its replacement, and the message, which is at the replaced line unless it has its own place.
+# The beginning of a line, its replacement, and the message, for the replaced line unless it names another one.
 WRONG_COLUMNS = [
     ("root R", "rot R 1.3", "unknown line 'rot R 1.3'"),
     ("root R", "", "8: R is used before the line 'root R OID'"),
@@ -206,13 +206,13 @@ class MibDataTest(codegenCase.CodegenCase):
     FILES = {"mib/columns.def": COLUMNS, "mib/notifications.def": NOTIFICATIONS, "mib/conventions.def": CONVENTIONS,
              "mib/module.def": MODULE}
 
-    def test_names_the_place_of_a_mistake(self):
+    def test_errors_are_reported_with_their_line(self):
         self.check_wrong("mib/columns.def", WRONG_COLUMNS)
         self.check_wrong("mib/notifications.def", WRONG_NOTIFICATIONS)
         self.check_wrong("mib/conventions.def", WRONG_CONVENTIONS)
         self.check_wrong("mib/module.def", WRONG_MODULE)
 
-    def test_leaves_equal_files_untouched(self):
+    def test_writes_only_changed_files(self):
         self.run_on()
         header = os.path.join(self.out, "mibColumns.h")
         os.utime(header, (1, 1))

@@ -1,4 +1,4 @@
-"""data/monitoring: mistakes in the real data are reported with their place, and nothing is written then."""
+"""Errors in data/monitoring and their messages, in copies of the real data."""
 
 import os
 import sys
@@ -10,12 +10,12 @@ sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import codegenCase  # noqa: E402
 from codegen.model import expressions, metrics, snmp  # noqa: E402
 from codegen.reader import Data  # noqa: E402
-from codegen.writers import snmptt, zabbix  # noqa: E402
+from codegen.writers import zabbix  # noqa: E402
 
 DATA = Data(os.path.join(codegenCase.ROOT, "data"))
 MODEL = snmp.read(DATA)
 
-# The beginning of a line, what it is replaced by, and the message.
+# The beginning of a line, its replacement, and the message.
 WRONG_METRICS = [
     ("module tessera_alerts", 'module tessera_alerts 5m "x"',
      "expected: module NAME INTERVALm TEXT, with an interval of 1m to 4m"),
@@ -69,7 +69,7 @@ EXPRESSIONS = [
     ('tsDiskStatus{tsVolumeName="x"}', "'tsDiskStatus' has no label 'tsVolumeName'"),
     ("sum by (tsVolumeName) (tsDiskSizeGb)", "no metric of 'sum by (tsVolumeName) (tsDiskSizeGb)' has the label "
                                              "'tsVolumeName'"),
-    ("tsDiskIoPortType", "unknown metric 'tsDiskIoPortType'"),  # it is tsDiskIoPortType_info
+    ("tsDiskIoPortType", "unknown metric 'tsDiskIoPortType'"),  # the name is tsDiskIoPortType_info
 ]
 
 
@@ -79,7 +79,7 @@ class MonitoringDataTest(codegenCase.CodegenCase):
         "mib/columns.def", "mib/notifications.def", "mib/conventions.def", "mib/module.def",
         "monitoring/metrics.def", "monitoring/watches.def", "monitoring/panels.def", "monitoring/rules.yml")}
 
-    def test_names_the_place_of_a_mistake(self):
+    def test_errors_are_reported_with_their_line(self):
         self.check_wrong("monitoring/metrics.def", WRONG_METRICS)
         self.check_wrong("monitoring/watches.def", WRONG_WATCHES)
         self.check_wrong("monitoring/panels.def", WRONG_PANELS)
@@ -90,7 +90,7 @@ class PartsTest(unittest.TestCase):
     def setUpClass(cls):
         cls.metrics = metrics.read(DATA, MODEL)
 
-    def test_expressions_name_only_what_exists(self):
+    def test_expressions_use_only_existing_metrics(self):
         for text, message in EXPRESSIONS:
             with self.subTest(expression=text):
                 try:

@@ -1,4 +1,4 @@
-"""data/daemon: wrong lines of a small table of settings with their messages."""
+"""Errors in data/daemon and their messages, in a small table of settings."""
 
 import os
 import sys
@@ -34,7 +34,7 @@ class SettingsDataTest(codegenCase.CodegenCase):
     KIND = "settings"
     FILES = {"daemon/settings.def": SETTINGS, "daemon/snmpSubagent.conf.5": ".Bl\n@SETTINGS@\n.El\n"}
 
-    def test_names_the_place_of_a_mistake(self):
+    def test_errors_are_reported_with_their_line(self):
         self.check_wrong("daemon/settings.def", WRONG)
 
 

@@ -1,4 +1,4 @@
-"""That what test_documents.py leaves out of the documents' commands runs elsewhere.
+"""Checks that the commands in documents that test_documents.py omits run elsewhere.
 
 Usage: documentCommandsTest.py ROOT
 """

@@ -133,8 +133,8 @@ TEST_F(MgmtSend, BuildsTrapCommands) {
     }
 }
 
-/** There is no daemon, so a mistake that is found too late would give status 1. */
-TEST_F(MgmtSend, RejectsMistakesBeforeSending) {
+/** No daemon is running, so an error that is detected too late would give status 1. */
+TEST_F(MgmtSend, RejectsErrorsBeforeSending) {
     const std::pair<std::string, std::string> cases[] = {
         {"", "missing command; see --help"},
         {"trap", "KIND is required"},
@@ -170,7 +170,7 @@ TEST_F(MgmtSend, RejectsMistakesBeforeSending) {
     }
 }
 
-TEST_F(MgmtSend, SendsTheLongestTrapCommand) {
+TEST_F(MgmtSend, SendsATrapCommandOfMaximumLength) {
     Listen();
     ASSERT_EQ(Run("trap 202 1 --alert " + std::string(477, 'x')), 0);
     const std::vector<std::string> texts = TakeTexts();

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-/** How many classes the factories hold, one count for each factory. */
+/** The number of classes in each factory. */
 struct Inventory {
     size_t objects;
     size_t methods;
