@@ -41,7 +41,7 @@ class Array:
     def load(self, objects):
         """Replaces all objects, without an event."""
         self.write_model(objects)
-        self.send("load", MODEL)
+        self.tell("load", MODEL)
 
     def is_ready(self, begin):
         if self.process.poll() is not None:
@@ -60,36 +60,36 @@ class Array:
             self.process.wait(30 * waiting.PATIENCE)
         self.process = None
 
-    def send(self, *words):
+    def tell(self, *words):
         """Sends a command to arraySim and returns its reply."""
         return machine.run(machine.ARRAY_SIM, "tell", *words)
 
     def set(self, kind, index, attribute, value):
-        self.send("set", kind, index, attribute, value)
+        self.tell("set", kind, index, attribute, value)
 
     def get(self, kind, index, attribute):
-        return self.send("get", kind, index, attribute).removesuffix("\n")
+        return self.tell("get", kind, index, attribute).removesuffix("\n")
 
     def first(self, kind):
         """Returns the API index of the first object of a kind."""
         return self.dump()[kind][0]["Index"]
 
     def fail(self, kind, index, status="Down"):
-        self.send("fail", kind, index, status)
+        self.tell("fail", kind, index, status)
 
     def recover(self, kind, index):
-        self.send("recover", kind, index)
+        self.tell("recover", kind, index)
 
     def fault(self, *words):
-        self.send("fault", *words)
+        self.tell("fault", *words)
 
     def clear_faults(self):
-        self.send("clear")
+        self.tell("clear")
 
     def exchanges(self, command=None, kind=None, affected=False):
         """Returns the number of exchanges, or of those with this command, about this kind, or affected by a fault."""
         total = 0
-        for line in self.send("stats").splitlines():
+        for line in self.tell("stats").splitlines():
             words = line.split()
             if len(words) == 5 and words[2].isdigit() and command in (None, words[0]) and kind in (None, words[1]):
                 total += int(words[4] if affected else words[2])
@@ -104,7 +104,7 @@ class Array:
 
     def dump(self):
         """Returns all objects: {kind: [{attribute: string}]}, in the order of the array's responses."""
-        self.send("dump", DUMP)
+        self.tell("dump", DUMP)
         with open(DUMP, encoding="utf-8") as file:
             whole = json.load(file)
         os.unlink(DUMP)
