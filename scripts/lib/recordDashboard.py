@@ -21,7 +21,7 @@ LEGEND_LABEL = re.compile(r"{{(\w+)}}")
 
 
 class Prometheus:
-    """The server with the build's configuration, but quicker."""
+    """The server with the build's configuration, but shorter intervals."""
 
     def __init__(self):
         os.makedirs(HOME)
@@ -37,7 +37,7 @@ class Prometheus:
 
     @staticmethod
     def ask(path, **parameters):
-        """The series of a query; raises when it fails."""
+        """Returns the series of a query. Raises an exception if it fails."""
         url = f"http://{ADDRESS}/api/v1/{path}?{urllib.parse.urlencode(parameters)}"
         with urllib.request.urlopen(url, timeout=30) as answer:
             return json.load(answer)["data"]["result"]
@@ -48,7 +48,7 @@ class Prometheus:
 
 
 def queried(server, target, begin, end):
-    """[(labels, [(time, value)])] of a panel's query."""
+    """Returns [(labels, [(time, value)])] of a panel's query."""
     expression = target["expr"].replace("$array", ".*")
     if target["range"]:
         found = server.ask("query_range", query=expression, start=begin, end=end, step=INTERVAL_S)
@@ -69,14 +69,14 @@ class Recording(systemTest.SharedSystemTest):
 
     @classmethod
     def launch(cls):
-        machine.configure_daemon(trapsEnabled="yes", trapDest="127.0.0.1", trapPort=11162)  # so events are handled
+        machine.configure_daemon(trapsEnabled="yes", trapDest="127.0.0.1", trapPort=11162)  # so that events are handled
         machine.write_file("/etc/hosts", machine.read_file("/etc/hosts") + "127.0.0.1 array1\n")
         cls.array.start(cls.PRESET, "--events")
         cls.daemon.start()
         cls.wait_until_settled()
 
     def record(self, minutes):
-        """The panels of the dashboard, each with its series by their names."""
+        """Returns the panels of the dashboard, each with its named series."""
         exporter, server = monitors.Exporter(), Prometheus()
         try:
             waiting.wait_until(lambda: self.is_up(server), "Prometheus has scraped the array", 180)
