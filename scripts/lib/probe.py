@@ -75,7 +75,7 @@ def exchange(link, address, packet):
     return time.monotonic() - begin, datagram
 
 
-# --- processes of their own
+# --- separate processes
 
 class Background:
     """Runs function(pipe, *arguments) in a separate process, so that nothing here delays it. The pipe becomes

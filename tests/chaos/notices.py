@@ -30,13 +30,13 @@ class Mark:
     notified: int = 0
 
 
-# A notification about an object. cells: (OID, (type, value)) of its table columns, as a GET would return them.
-Notice = namedtuple("Notice", "arrival number shown_as status alert_state text cells")
+# A notification about an object. instances: (OID, (type, value)) in its table, as a GET would return them.
+Notice = namedtuple("Notice", "arrival number shown_as status alert_state text instances")
 
 
 def notice_of(arrival, number, notification):
     """Returns the Notice of one of the notifications 202 to 212."""
-    values, cells = {}, []
+    values, instances = {}, []
     for each in notification.bindings:
         column = column_of(each.oid)
         if column is None:
@@ -45,7 +45,7 @@ def notice_of(arrival, number, notification):
         if column.type == "enumeration":
             type_, value = "INTEGER", value - (2**32 if value >= 2**31 else 0)  # unsigned on the wire
         if column.table:
-            cells.append((each.oid, (type_, value)))
+            instances.append((each.oid, (type_, value)))
         values[column.number] = value.decode() if isinstance(value, bytes) else value
     if number in OBJECTS:
         trap = OBJECTS[number]
@@ -53,7 +53,7 @@ def notice_of(arrival, number, notification):
     else:
         component, parent = values[COMPONENT], OBJECTS[number - 1].name
         shown_as, status = (number, values[parent], component, values[COMPONENT_NAME]), values[COMPONENT_STATUS]
-    return Notice(arrival, number, shown_as, status, values[ALERT_STATE], values.get(ALERT_TEXT, ""), cells)
+    return Notice(arrival, number, shown_as, status, values[ALERT_STATE], values.get(ALERT_TEXT, ""), instances)
 
 
 class Notices:

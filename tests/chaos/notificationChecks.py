@@ -84,7 +84,7 @@ class NotificationChecks:
         named = QUOTED.search(notice.text)
         if named and named.group(1) != subject.name:
             yield f"the alert is about another object than '{subject.name}'"
-        for oid, value in notice.cells:
+        for oid, value in notice.instances:
             if not self.history.allows(oid, value, notice.arrival, notice.arrival):
                 yield f"{oid} is {value}"
 

@@ -75,10 +75,10 @@ class CalmRun:
         self.history.false_reports[-1].end = moment + 5
         return self
 
-    def notify(self, moment, status=DOWN, state=2, text="UPS 'one' is down", name="one", cell=b"one"):
+    def notify(self, moment, status=DOWN, state=2, text="UPS 'one' is down", name="one", value=b"one"):
         """Records a notification about a UPS."""
         self.notices.about_objects.append(Notice(moment, 212, (212, name), status, state, text,
-                                                 [(MODEL, ("STRING", cell))]))
+                                                 [(MODEL, ("STRING", value))]))
         return self
 
     def notify_up(self, moment):
@@ -154,7 +154,7 @@ PLANTED = (
     (lambda run: run.down().become(1200).notify(1201, UP, 1, "UPS 'one' is up"), "notifications with a wrong state"),
     (lambda run: run.become(1000, status="Down").notify(1001, text="UPS 'two' is down"), "notifications with a wrong"),
     (lambda run: run.down().notify(1500, name="nobody"), "notifications with a wrong state"),
-    (lambda run: run.become(1000, status="Down").notify(1001, cell=b"three"), "notifications with a wrong state"),
+    (lambda run: run.become(1000, status="Down").notify(1001, value=b"three"), "notifications with a wrong state"),
     # notifications that repeat
     (lambda run: run.down().notify(1070), "notifications repeated without a change"),
     (lambda run: run.down().notify(1061).notify(1121), "objects notified every minute"),

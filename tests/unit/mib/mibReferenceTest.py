@@ -1,5 +1,5 @@
 """Compares the MIB module with the delivered one: no name, number, type, access or enumeration may change accidentally.
-Usage: mibReferenceTest.py FOLDER-OF-THE-MODULES [--accept]"""
+Usage: mibReferenceTest.py MODULE-DIRECTORY [--accept]"""
 
 import difflib
 import os

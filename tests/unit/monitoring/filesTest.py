@@ -1,5 +1,5 @@
 """Checks the files for monitoring systems with the programs that read them.
-Usage: filesTest.py FOLDER-OF-THE-BUILD"""
+Usage: filesTest.py BUILD-DIRECTORY"""
 
 import json
 import os

@@ -1,5 +1,5 @@
 """Checks that SNMPTT logs one line for every notification of the MIB module, with its severity and variables.
-Usage: snmpttTest.py FOLDER-OF-THE-BUILD"""
+Usage: snmpttTest.py BUILD-DIRECTORY"""
 
 import os
 import re

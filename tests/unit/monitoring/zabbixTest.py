@@ -1,6 +1,6 @@
 """Checks the Zabbix templates against Zabbix's limits and against the MIB module. Debian's Zabbix can import only the
 older format, which system.zabbix does.
-Usage: zabbixTest.py FOLDER-OF-THE-BUILD"""
+Usage: zabbixTest.py BUILD-DIRECTORY"""
 
 import os
 import re
