@@ -50,7 +50,7 @@ class Watcher {
         return connect(descriptor_, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
     }
 
-    // What comes back up to the monitor's end of the connection.
+    // Returns the echo, up to the end of the connection.
     std::string Ping(uint16_t port, const std::string& bytes, bool waits = true) const {
         if (!Connect(port)) {
             return "no connection";
@@ -97,7 +97,7 @@ TEST(HeartbeatMonitor, EchoesFourBytesWhoeverElseIsConnectedAndSilent) {
     EXPECT_EQ(silent[0].Answer(), "");  // the oldest ones make room
     const std::tuple<std::string, bool, std::string> cases[] = {
         {"ping", true, "ping"},  {std::string("\0\xff\0\1", 4), true, std::string("\0\xff\0\1", 4)},
-        {"12345", true, "1234"}, {"123", false, ""},  // ends before the fourth byte
+        {"12345", true, "1234"}, {"123", false, ""},  // closes before the fourth byte
         {"1234", false, "1234"},
     };
     for (const auto& [bytes, waits, answer] : cases) {
@@ -106,7 +106,7 @@ TEST(HeartbeatMonitor, EchoesFourBytesWhoeverElseIsConnectedAndSilent) {
     EXPECT_THAT(SyslogLines(), testing::IsEmpty());
     now_of_test_us = 6'000'000;
     EXPECT_EQ(Watcher().Ping(port, "wake"), "wake");
-    EXPECT_EQ(silent[99].Answer(), "");  // dropped after its time limit
+    EXPECT_EQ(silent[99].Answer(), "");  // closed after its timeout
 }
 
 TEST(HeartbeatMonitor, WaitsForAPortThatIsTaken) {

@@ -11,7 +11,7 @@
 
 namespace {
 
-// A thread that tells its name and then waits for leave to end.
+// A thread that reports its name and then waits until it may exit.
 struct Visit {
     std::promise<std::string> name;
     std::promise<void> leave;
@@ -34,7 +34,7 @@ TEST(ThreadWrapper, RunsOneThreadThatOutlivesIt) {
     Visit visit;
     auto wrapper = std::make_unique<THREADWrapper>();
     EXPECT_EQ(wrapper->Run("first", nullptr, &visit), -1);
-    EXPECT_EQ(wrapper->Run("A name that is long", MakeVisit, &visit), 0);  // -1 has not used it up
+    EXPECT_EQ(wrapper->Run("A name that is long", MakeVisit, &visit), 0);  // can still be used after -1
     EXPECT_EQ(visit.name.get_future().get().substr(0, 15), "A name that is ");
     EXPECT_EQ(wrapper->Run("again", MakeVisit, &visit), 0);
     EXPECT_EQ(wrapper->Run("again", nullptr, &visit), 0);

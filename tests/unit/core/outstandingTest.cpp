@@ -13,14 +13,14 @@ using std::string;
 
 constexpr int64_t kMinuteUs = 60 * kSecondUs;
 
-/** The log lines and texts; outstandingModelTest has the rules. Controller 2 has API index 12. */
+/** Log lines and strings; outstandingModelTest covers the rules. Controller 2 has API index 12. */
 class Outstanding : public TrapWorld {
   protected:
     const int32_t status = var_at(COLID_tsCtlrStatus, 2);
 
     static string event(const string& arguments) { return run("1 2 3 " + arguments + " a@@@text"); }
 
-    /** Returns what one re-check calls, some time later. */
+    /** Returns the transcript of one re-check, some time later. */
     static string check(int64_t later_us = kMinuteUs) {
         fake_clock::advance(later_us);
         check_outstanding_traps();

@@ -1,5 +1,5 @@
-// The application log where it needs fixed paths: the debug file, and the way of a line from subagent_log.
-// Runs in the sandbox alone.
+// Parts of the application log that need fixed paths: the debug file, and lines of subagent_log. Runs only in
+// the sandbox.
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

@@ -27,7 +27,7 @@ class Objects : public TrapWorld {
         return text + "@@@alert";
     }
 
-    /** Whether the notification shows these bindings in this order. */
+    /** Returns whether the notification has these bindings in this order. */
     static void expect_shown(const string& notification, std::initializer_list<string> bindings) {
         size_t place = 0;
         for (const string& binding : bindings) {
@@ -85,7 +85,7 @@ TEST_F(Objects, AreRefusedWithAReason) {
         {command(213, 3, 1, 1), "disk does not exist: 3"},
         {command(213, -1, 1, 1), "disk does not exist: -1"},
     };
-    // What a cell holds whose text passed the greatest number is no object's index.
+    // The value of a string above the maximum number is not the index of an object.
     for (const int col_id : {COLID_tsEnclApiIndex, COLID_tsVolumeApiIndex})
         vars[var_at(col_id, 3)].uint = static_cast<uint32_t>(-5);
     for (const auto& [each_command, log] : rows)
@@ -114,7 +114,7 @@ TEST_F(Objects, ThatAreGoneAfterTheRefreshAreRefused) {
         clear_cached(status_var);
         EXPECT_EQ(run(each_command), string("1\n") + each_course) << each_command;
     }
-    // The array does not know the object any more.
+    // The object no longer exists in the array.
     const string course = run(command(202, 43));
     EXPECT_EQ(course[0], '0');
     answer_status("TsDisk", 43, "<x/>");
@@ -146,7 +146,7 @@ TEST_F(Objects, EnclosureOfADisk) {
     EXPECT_EQ(shown("9-1"), "1\napi Get TsDisk 64702.40\nlog 4 could not find encl index: enclNum 9$\n");
     answer_status("TsDisk", 40, "Down");
     EXPECT_EQ(shown("9-1")[0], '1');
-    EXPECT_EQ(outstandingTraps.size(), 1U);  // it is remembered all the same
+    EXPECT_EQ(outstandingTraps.size(), 1U);  // it gets a record nevertheless
 }
 
 TEST_F(Objects, DeviceOfAScsiInitiator) {
@@ -156,7 +156,7 @@ TEST_F(Objects, DeviceOfAScsiInitiator) {
     vars[var_at(COLID_tsDiskName, 2)].str = "9-03";
     EXPECT_EQ(run(command(213, 2, 3, 4)),
               "1\nrefresh tsEnclosure\nlog 4 could not find encl index: enclNum 9$\n");
-    // The first row of a table shows that there is no object; another object has the row again afterwards.
+    // Row 1 of a table shows an unknown object; afterwards it shows its own object again.
     vars[var_at(COLID_tsDiskName, 2)].str = "lonely";
     const std::pair<string, std::vector<string>> unknown[] = {
         {command(213, 2, 3, 4), {"R.14.1.2.2 gauge 2", "R.14.1.4.2 \"lonely\""}},
@@ -263,7 +263,7 @@ TEST_F(Objects, AdviceForComponents) {
          voltage + "Degraded" + kSupport},
         {command(204, 2, 4, 2), COLID_tsCtlrVoltageStatus, 3, COLID_tsCtlrVoltageCurrent, " 11.4V",
          voltage + "Degraded: Voltage is too Low" + kSupport},
-        // One threshold that cannot be read silences the other.
+        // If one threshold is not readable, the other is not used either.
         {command(204, 2, 4, 2), COLID_tsCtlrVoltageStatus, 3, COLID_tsCtlrVoltageWarnUpper, "",
          voltage + "Degraded" + kSupport},
         {command(206, 7, 6, 1), COLID_tsEnclAlarmStatus, 2, COLID_tsEnclFanSpeed, "",

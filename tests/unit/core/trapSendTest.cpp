@@ -42,7 +42,7 @@ TEST_F(Send, SpeaksEachVersion) {
     EXPECT_EQ(send(200, "", 2), "0\n" + string(kHead2) + kTime2 + identity + list);
     EXPECT_EQ(send(200, "", 3),
               "0\nnotify 2c udp:192.0.2.9:1162 secret inform\n" + string(kTime2) + identity + list);
-    conf_trapVer = 1;  // a change counts from the next notification on
+    conf_trapVer = 1;  // a change applies from the next notification on
     EXPECT_EQ(send(200).substr(0, 11), "0\nnotify 1 ");
     for (const int version : {4, -1}) {
         conf_trapVer = version;
@@ -85,7 +85,8 @@ TEST_F(Send, GoesThroughTheMasterAgentToo) {
 
 TEST_F(Send, NeedsTheAddressOfTheArray) {
     put("R.29.1.8.1", "0.0.0.0");
-    EXPECT_NE(send(8, "", 1).find("agent=0.0.0.0 "), string::npos);  // an IPv6 address has no place there
+    EXPECT_NE(send(8, "", 1).find("agent=0.0.0.0 "),
+              string::npos);  // the field cannot contain an IPv6 address
     put("R.29.1.8.1", "192.0.2.300");
     EXPECT_EQ(send(8, "", 1), "1\nlog 4 couldn't parse ip addr string: 192.0.2.300$\nclose session\n");
     EXPECT_EQ(send(8, "", 2)[0], '0');

@@ -9,7 +9,7 @@
 
 std::atomic<bool> verbose{false};
 
-// The final newline is shown as "$", so that a text that lacks it is told from one that has it.
+// Writes the final newline as "$", so that messages with and without it can be distinguished.
 void subagent_log(int level, const char*, const char*, int, const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
