@@ -61,8 +61,8 @@ class Sets(systemTest.SharedSystemTest):
             for form in (str, mib.old_form):
                 for place in (0, 1):
                     with self.subTest(oid=form(oid), value=value, place=place):
-                        culprit = (form(oid), kind, value)
-                        assignments = (culprit, good) if place == 0 else (good, culprit)
+                        invalid = (form(oid), kind, value)
+                        assignments = (invalid, good) if place == 0 else (good, invalid)
                         response = self.writer.set(*assignments)
                         self.assertEqual((response.error, response.failed_oid), (error, form(oid)), response)
                         response = self.version1.set(*assignments)

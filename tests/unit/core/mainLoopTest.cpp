@@ -171,7 +171,7 @@ TEST_F(MainLoop, HoldsEventsBackWhileTheArrayIsAway) {
     const string course = run();
     const size_t back = course.find("serve 15 s\n");
     ASSERT_NE(back, string::npos) << course;
-    EXPECT_EQ(course.find("wait 10000 us\n"), 0);  // they do not end a rest in which they cannot be processed
+    EXPECT_EQ(course.find("wait 10000 us\n"), 0);  // they cannot be processed, so they do not end the rest
     EXPECT_GT(course.find(refusal(901)), back);
     EXPECT_LT(course.find(refusal(901)), course.find("Traps are disabled"));
     EXPECT_LT(course.find("Traps are disabled"), course.find(refusal(902)));
