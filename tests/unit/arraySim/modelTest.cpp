@@ -24,7 +24,7 @@ std::map<uint32_t, size_t> CountByParent(const Model& model, const Kind& kind) {
     return counts;
 }
 
-/** The daemon drops a child whose parent does not exist. */
+/** The daemon would discard a child without a parent. */
 TEST(Presets, FullFillsEveryTableAndEveryChildHasItsParent) {
     const Model model = Build("full");
     for (const ObjectList& list : model.catalogue().lists()) {
@@ -42,7 +42,7 @@ TEST(Presets, FullFillsEveryTableAndEveryChildHasItsParent) {
     }
 }
 
-TEST(Presets, DependOnTheSeedAloneAndHaveUniqueIndexes) {
+TEST(Presets, DependOnlyOnTheSeedAndHaveUniqueIndexes) {
     EXPECT_TRUE(Build("typical", 5) == Build("typical", 5));
     EXPECT_FALSE(Build("typical", 5) == Build("typical", 6));
     for (const char* preset : {"small", "typical", "full"}) {
@@ -53,14 +53,14 @@ TEST(Presets, DependOnTheSeedAloneAndHaveUniqueIndexes) {
                 EXPECT_TRUE(seen.insert(object.index).second) << list.name << " " << object.index;
             }
         }
-        // Gaps, so that an index is not mistaken for a row.
+        // Indexes must differ from row numbers, so that confusing them causes failures.
         const Selection disks = *model.catalogue().Find("TsDisk");
         EXPECT_NE(model.Objects(*disks.list).front().index, 1u);
         EXPECT_GT(model.Objects(*disks.list).back().index, model.Count(disks) + 1);
     }
 }
 
-TEST(Presets, AFullAlertTableLosesItsOldest) {
+TEST(Presets, AFullAlertTableLosesItsOldestAlert) {
     Model model = Build("full");
     const Kind& kind = model.catalogue().KindOf("TsAlert");
     const Object& front = model.Objects(*kind.list).front();
@@ -70,7 +70,7 @@ TEST(Presets, AFullAlertTableLosesItsOldest) {
     EXPECT_EQ(model.Find(*model.catalogue().Find("TsAlert"), oldest), nullptr);
 }
 
-/** Each row is a text and the error that begins with, or contains, the other. */
+/** Each row is an input and a part of the expected error. */
 template <class Error, class Parse>
 void ExpectErrors(std::initializer_list<std::pair<const char*, const char*>> rows, Parse parse) {
     for (const auto& [text, message] : rows) {
@@ -83,7 +83,7 @@ void ExpectErrors(std::initializer_list<std::pair<const char*, const char*>> row
     }
 }
 
-TEST(Catalogue, MistakesNameTheirLine) {
+TEST(Catalogue, ReportsErrorsWithTheirLine) {
     ExpectErrors<CatalogueError>(
         {
             {"object TsUps\n  Index 1\n  Index 2", "objects.def:3: duplicate attribute 'Index'"},
@@ -99,7 +99,7 @@ TEST(Catalogue, MistakesNameTheirLine) {
         [](const char* text) { const Catalogue catalogue(text); });
 }
 
-TEST(ModelFile, ComesBackOrIsRejectedWithAReason) {
+TEST(ModelFile, IsReadUnchangedOrRejectedWithAReason) {
     Model model = Build("typical");
     Object& disk = *model.Find(*model.catalogue().Find("TsDisk"), 12);
     disk.Put("Notes", "");

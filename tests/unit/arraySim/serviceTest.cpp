@@ -83,7 +83,7 @@ class Services : public testing::Test {
 
 // ---- faults ----
 
-TEST_F(Services, FaultsOfTheFrameAreErrorsOfTheChannelAndTheNextExchangeIsGood) {
+TEST_F(Services, FaultsOfTheFrameCauseChannelErrorsAndTheNextExchangeSucceeds) {
     const std::pair<const char*, const char*> rows[] = {
         {"refuse", ""},  // the channel's error depends on the timing
         {"tear 2", "the peer closed within the header of a frame"},
@@ -132,7 +132,7 @@ TEST_F(Services, FaultsOfTheDocument) {
             EXPECT_THAT(document, testing::AllOf(HasSubstr(present), Not(HasSubstr(absent)))) << fault;
         }
     }
-    Command("fault huge-text Name 3000000 for 1");  // in the first object alone
+    Command("fault huge-text Name 3000000 for 1");  // in the first object only
     EXPECT_EQ(Document("TsDisk").size() / 100'000, 30U);
     Command("fault too-many 5 for 1");
     const std::string fans = Document("TsControllerFanSensor");
@@ -143,7 +143,7 @@ TEST_F(Services, FaultsOfTheDocument) {
     EXPECT_EQ(count, 17U);
 }
 
-TEST_F(Services, FaultsOfTheEnvelopeStrikeWhatTheyAreLimitedTo) {
+TEST_F(Services, FaultsOfTheEnvelopeAffectOnlyWhatTheyAreLimitedTo) {
     Command("fault wrong-type for 1");
     EXPECT_EQ(GetList("TsDisk").msgtype(), protoIPCMsg::CAResp);
     Command("fault no-response for 1");
@@ -195,7 +195,7 @@ TEST_F(Services, StopListeningRemovesTheSocketUntilCleared) {
 
 // ---- connections ----
 
-TEST_F(Services, RequestsAndCommandsMixFreely) {
+TEST_F(Services, HandleRequestsAndCommandsConcurrently) {
     constexpr unsigned kRounds = 40;
     std::atomic<unsigned> good = 0;
     std::vector<std::thread> threads;
@@ -227,7 +227,7 @@ TEST_F(Services, RequestsAndCommandsMixFreely) {
     EXPECT_EQ(served_.size(), 4 * kRounds);
 }
 
-TEST_F(Services, AResponseThatHangsOrIsLateDelaysNobodyElse) {
+TEST_F(Services, AResponseThatHangsOrIsLateDelaysNoOther) {
     Command("fault hang on TsDisk for 1");
     Command("fault delay 3600000 on TsVolume for 1");
     WireLinkClient hanging(endpoint_), late(endpoint_);
@@ -244,7 +244,7 @@ TEST_F(Services, AResponseThatHangsOrIsLateDelaysNobodyElse) {
     EXPECT_NE(access(folder_.Path("api").c_str(), F_OK), 0);
 }
 
-TEST_F(Services, TheTraceHasALineForEachExchange) {
+TEST_F(Services, TheTraceHasOneLinePerExchange) {
     Command("fault tear 10 on TsVolume for 1");
     GetList("TsDisk", 5);
     EXPECT_THROW(GetList("TsVolume", 6), WireLinkError);
@@ -305,28 +305,28 @@ TEST_F(Controls, AFileThatIsNotASocketIsLeftAlone) {
 
 // ---- events ----
 
-/** A listener of the daemon that a test opens and closes, and a sender that retries immediately. */
+/** A daemon's socket that a test opens and closes, and a sender that retries immediately. */
 class Sending : public testing::Test {
   protected:
     void Start(EventSender::Limits limits) {
         limits.retry = std::chrono::milliseconds(1);
         sender_.emplace(
-            folder_.Path("daemon"), limits, [this](const SentEvent& event) { Note(sent_, event); },
-            [this](const std::string& text) { Note(complaints_, text); });
+            folder_.Path("daemon"), limits, [this](const SentEvent& event) { Record(sent_, event); },
+            [this](const std::string& text) { Record(warnings_, text); });
         sender_->Start();
     }
 
     template <typename T>
-    void Note(std::vector<T>& list, const T& entry) {
+    void Record(std::vector<T>& list, const T& entry) {
         const std::lock_guard<std::mutex> guard(mutex_);
         list.push_back(entry);
-        noted_.notify_all();
+        recorded_.notify_all();
     }
 
     template <typename T>
     void WaitFor(std::vector<T>& list, size_t count) {
         std::unique_lock<std::mutex> lock(mutex_);
-        noted_.wait(lock, [&] { return list.size() >= count; });
+        recorded_.wait(lock, [&] { return list.size() >= count; });
     }
 
     /** Returns the events of one connection. */
@@ -352,41 +352,41 @@ class Sending : public testing::Test {
     TemporaryFolder folder_;
     WireLinkEndpoint endpoint_ = WireLinkEndpoint::CreateLocalEndpoint(folder_.Path("daemon"), 60, 65536);
     std::mutex mutex_;
-    std::condition_variable noted_;
+    std::condition_variable recorded_;
     std::vector<SentEvent> sent_;
-    std::vector<std::string> complaints_;
+    std::vector<std::string> warnings_;
     std::optional<EventSender> sender_;
 };
 
-TEST_F(Sending, EventsWaitInOrderForADaemonThatIsAway) {
-    Start({.waiting = 3, .farewell = std::chrono::hours(1)});
+TEST_F(Sending, EventsWaitInOrderForAnAbsentDaemon) {
+    Start({.waiting = 3, .stop_timeout = std::chrono::hours(1)});
     for (const char* text : {"one", "two", "three", "beyond the limit"}) {
         sender_->Push(text);
     }
-    WaitFor(complaints_, 1);
+    WaitFor(warnings_, 1);
     EXPECT_THAT(Outcomes(), ElementsAre("beyond the limit overflow"));
     EXPECT_EQ(sender_->Describe(), "events delivered 0, dropped 1, waiting 3\n");
     WireLinkServer daemon(endpoint_);
     EXPECT_THAT(Take(daemon), ElementsAre("one", "two", "three"));
-    // The connection is closed when the queue is empty, so that another sender has its turn.
+    // The connection is closed when the queue is empty, so that another sender can connect.
     sender_->Push("four");
     EXPECT_THAT(Take(daemon), ElementsAre("four"));
-    EXPECT_EQ(complaints_.size(), 1u) << "once, although it has retried many times";
+    EXPECT_EQ(warnings_.size(), 1u) << "once, although it has retried many times";
     sender_->Push("five");
     sender_->Stop();  // delivers what is waiting
     EXPECT_EQ(Outcomes().back(), "five delivered");
 }
 
-TEST_F(Sending, WhatTheDaemonDoesNotReadIsDroppedAndDelaysNeitherChangesNorShutdown) {
-    Start({.patience = std::chrono::milliseconds(0)});
+TEST_F(Sending, UnreadEventsAreDroppedAndDelayNeitherChangesNorShutdown) {
+    Start({.timeout = std::chrono::milliseconds(0)});
     sender_->Push("one");
     WaitFor(sent_, 1);
     EXPECT_THAT(Outcomes(), ElementsAre("one dropped"));
 
     WireLinkServer daemon(endpoint_);
-    Start({.waiting = 100000, .farewell = std::chrono::milliseconds(1)});
+    Start({.waiting = 100000, .stop_timeout = std::chrono::milliseconds(1)});
     const std::string text(400, 'x');
-    for (int i = 0; i < 5000; ++i) {  // more than a socket holds
+    for (int i = 0; i < 5000; ++i) {  // more than fits in the socket
         sender_->Push(text);
     }
     sender_->Stop();
