@@ -55,18 +55,10 @@ TEST_F(DateTime, PartsOfTheLocalTime) {
 
 TEST(Size, FromText) {
     const std::pair<const char*, uint64_t> kCases[] = {
-        {"", 0},
-        {"2048", 2048},
-        {"18446744073709551615", kMaximum},
-        {"-5", 0},
-        {"12.9", 12},
-        {"1 GB", 2097152},
-        {"  1.5 kB ", 3},
-        {"1 p", 2199023255552},
-        {"-1 GB", 0},
-        {"1 XB", 1},
-        {"-42 blocks", 0},
-        {"1e300 GB", kMaximum / 512},
+        {"", 0},           {"2048", 2048},         {"18446744073709551615", kMaximum},
+        {"-5", 0},         {"12.9", 12},           {"1 GB", 2097152},
+        {"  1.5 kB ", 3},  {"1 p", 2199023255552}, {"-1 GB", 0},
+        {"1 XB", 1},       {"-42 blocks", 0},      {"1e300 GB", kMaximum / 512},
         {"inf", kMaximum},
     };
     for (const auto& [text, count] : kCases) {
