@@ -11,8 +11,7 @@ class Director:
         self.testbed, self.plan, self.say = testbed, plan, say
 
     def run(self, end):
-        """Injects no fault that would last beyond the end of its part of the run. Returns early if the daemon does not
-        recover."""
+        """Injects no fault that would last beyond the end of its part. Returns early if the daemon does not recover."""
         reserve = self.plan.closing.total_s() if self.plan.closing else 0
         if (self.inject_all(self.plan.bearable, time.monotonic() + self.plan.bearable_s) and
                 self.inject_all(self.plan.any, end - reserve) and self.plan.closing):

@@ -166,8 +166,7 @@ TEST(Decode, TakesTheFirstResultOfItsOwnOrder) {
     for (auto tag = std::rbegin(order); tag != std::rend(order); ++tag) {
         document += "<" + std::string(*tag) + "/>";
         const Return answer = DecodeResult(document);
-        // The type of the result: when encoded again, it begins with the tag. An empty single object yields
-        // nothing.
+        // The type of the result: encoded again, it begins with the tag. An empty object yields nothing.
         const std::string written = answer->ReturnXml(1);
         EXPECT_TRUE(written.empty() || written.starts_with("<" + std::string(*tag)))
             << *tag << " " << written;

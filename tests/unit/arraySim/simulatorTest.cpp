@@ -49,8 +49,7 @@ std::string Compact(const std::string& elements) {
     return compact;
 }
 
-/** Returns "ok", or the elements after the status; for a failure, "CODE: ERROR" with the detail in
- * parentheses. */
+/** Returns "ok" or the elements after the status; for a failure, "CODE: ERROR" (and a detail). */
 std::string Summary(const std::string& document, bool shows_result) {
     if (document.find("<Successful>True<") != std::string::npos) {
         return shows_result ? Compact(Between(document, "</ApiMethodReturn>", "</lumapi>")) : "ok";

@@ -67,8 +67,7 @@ TEST_F(Scan, StopsAtTheFirstColumnThatIsDueAndNotYetAllowed) {
         {27, 10 * kSecond - 1, kSecond, "next 27, state 0"},  // also a large one, before its age matters
         {27, 10 * kSecond, kSecond, "refresh 47\nnext 48, state 0"},
         {27, 120 * kSecond + 27 * 60 * kSecond / 194, 0, "next 28, state 1 of 27"},
-        {151, 120 * kSecond + 151 * 60 * kSecond / 194, 0,
-         "next 152, state 1 of 151"},  // has one row, but is refreshed in the background
+        {151, 120 * kSecond + 151 * 60 * kSecond / 194, 0, "next 152, state 1 of 151"},  // has only one row
         {184, 0, 0, "next 0, state 0"},
         {157, 1000 * kSecond, 0, "refresh 165\nnext 166, state 0"},  // not refreshed separately
     };

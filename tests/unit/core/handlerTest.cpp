@@ -374,8 +374,7 @@ TEST_F(Set, OfTheSystemGroupIsHandedToTheArrayLater) {
     EXPECT_NE(fake_api_mgr::last_document.find("<Location>here</Location>"), string::npos);
     EXPECT_EQ(performed(), "");
 
-    // If the array rejects the value, that is ignored; a failed exchange is logged. The store has the new
-    // string.
+    // A value that the array rejects is ignored; a failed exchange is logged. The store has the new string.
     put("1.3.6.1.2.1.1.4.0", "");
     fake_api_mgr::documents["Modify Tessera 64702"] = fake_api_mgr::failure_answer("No");
     set("1.3.6.1.2.1.1.4.0", "");
@@ -447,8 +446,7 @@ TEST_F(Bindings, MayAskForTheirOwnNameWhereAWalkEntersARegistration) {
     EXPECT_EQ(entering.serve(), SNMP_ERR_NOERROR);
     EXPECT_EQ(entering.answers(), "1.3.6.1.2.1.1.4.0 = \"me\"\n");
 
-    // Not cached: returns the next one. The other name is from another registration, which its walk has just
-    // left.
+    // Not cached: returns the next one. The other name is from a registration that its walk has just left.
     clear_cached(index_of("1.3.6.1.2.1.1.4.0"));
     get("R.1.0");
     snmp_pdu_of_test missing(MODE_GETNEXT);

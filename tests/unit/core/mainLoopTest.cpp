@@ -64,8 +64,7 @@ class MainLoop : public MibWorld {
         };
     }
 
-    /** Runs the loop to its end. Returns its result and the transcript, without the checks of the log file.
-     */
+    /** Runs the loop to its end. Returns its result and the transcript without checks of the log file. */
     static string run() {
         const int result = main_loop();
         string lines = transcript::take();

@@ -219,8 +219,7 @@ TEST(Settings, AreReadAsTheyStand) {
     EXPECT_EQ(log.find('\n'), log.size() - 1) << log;
 }
 
-// Starts a process of another user that occupies the API manager's path until it is killed. Returns -1 if
-// root is the only user.
+// Starts a process of another user that occupies the API manager's path. Returns -1 without other users.
 pid_t start_impostor() {
     int ready[2];
     EXPECT_EQ(pipe(ready), 0);

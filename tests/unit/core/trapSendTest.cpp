@@ -85,8 +85,7 @@ TEST_F(Send, GoesThroughTheMasterAgentToo) {
 
 TEST_F(Send, NeedsTheAddressOfTheArray) {
     put("R.29.1.8.1", "0.0.0.0");
-    EXPECT_NE(send(8, "", 1).find("agent=0.0.0.0 "),
-              string::npos);  // the field cannot contain an IPv6 address
+    EXPECT_NE(send(8, "", 1).find("agent=0.0.0.0 "), string::npos);  // the field is too short for IPv6
     put("R.29.1.8.1", "192.0.2.300");
     EXPECT_EQ(send(8, "", 1), "1\nlog 4 couldn't parse ip addr string: 192.0.2.300$\nclose session\n");
     EXPECT_EQ(send(8, "", 2)[0], '0');

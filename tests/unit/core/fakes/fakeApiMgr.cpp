@@ -17,8 +17,7 @@ envelope last_request;
 
 namespace {
 
-std::recursive_mutex
-    lock;  // guards all state of this file; recursive because callbacks may call its functions
+std::recursive_mutex lock;  // guards all state of this file; callbacks may call its functions
 bool connections_are_refused = false;
 std::function<void(const envelope&, envelope&)> current_meddler;
 

@@ -45,8 +45,7 @@ class snmp_pdu_of_test {
     /** Formats all bindings, one per line. */
     std::string answers() const;
 
-    /** Returns how many bindings of the received PDU, which an error response repeats, still have their
-     * range. */
+    /** Returns how many bindings of the received PDU, which an error repeats, still have their range. */
     size_t ranges() const;
 
     const netsnmp_variable_list* bindings() const { return bindings_; }
