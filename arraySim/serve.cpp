@@ -71,19 +71,19 @@ class ScenarioThread {
     ScenarioThread(Scenario scenario, Simulator& simulator, Trace& trace)
         : scenario_(std::move(scenario)),
           simulator_(simulator),
-          pace_(simulator),
+          clock_(simulator),
           thread_([this, &trace] { Run(trace); }) {}
 
     /** Stops the scenario. Returns whether no step has failed so far. */
     bool Stop() {
-        pace_.Stop();
+        clock_.Stop();
         thread_.join();
         return good_;
     }
 
   private:
     void Run(Trace& trace) {
-        ScenarioRunner runner(scenario_, simulator_, pace_,
+        ScenarioRunner runner(scenario_, simulator_, clock_,
                               [&trace](const std::string& text) { trace.PrintText("scenario " + text); });
         const std::optional<size_t> failures = runner.Run();
         good_ = runner.failures() == 0;
@@ -95,7 +95,7 @@ class ScenarioThread {
 
     const Scenario scenario_;
     Simulator& simulator_;
-    ClockPace pace_;
+    RealTimeClock clock_;
     bool good_ = false;  ///< written by the thread, read when it is joined
     std::thread thread_;
 };

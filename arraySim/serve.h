@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "arraySim/protocol/answer.h"
+#include "arraySim/protocol/response.h"
 
 namespace arraysim {
 

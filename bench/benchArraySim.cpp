@@ -17,9 +17,9 @@ constexpr char kKey[] = "key";
 constexpr uint32_t kSerial = 64702;
 
 /** A simulated array and a Get of its last disk. */
-class Asked {
+class RepeatedGet {
   public:
-    explicit Asked(const char* preset)
+    explicit RepeatedGet(const char* preset)
         : model_(BuildPreset(Catalogue::Builtin(), *FindPreset(preset), 1, kSerial)),
           simulator_(model_, {kKey}, Spelling::kApi) {
         const uint32_t index = model_.Objects(*Catalogue::Builtin().KindOf("TsDisk").list).back().index;
@@ -36,7 +36,7 @@ class Asked {
             "</InstanceId><LiteObj>1</LiteObj></Attributes></ApiMethod></lumapi>");
     }
 
-    void AskOften() {
+    void Run() {
         for (int i = 0; i < kRequests; ++i) {
             if (simulator_.Handle(request_).record.objects != 1) {
                 abort();
@@ -51,10 +51,10 @@ class Asked {
 };
 
 void BM_get_one_disk_of_2000_against_one_of_a_dozen(benchmark::State& state) {
-    Asked full("full");
-    Asked small("small");
+    RepeatedGet full("full");
+    RepeatedGet small("small");
     measure_ratio(
-        state, kWanted, [&] { full.AskOften(); }, [&] { small.AskOften(); });
+        state, kWanted, [&] { full.Run(); }, [&] { small.Run(); });
     state.counters["requests"] = kRequests;
 }
 

@@ -96,9 +96,9 @@ void BuildBareTree(const std::string& document) {
 }
 
 void Decode(const protoIPCMsg::GPBIPCMsg& response) {
-    const std::unique_ptr<BASEApiMethodReturn> answer(
+    const std::unique_ptr<BASEApiMethodReturn> result(
         APITsDisk::APITsDiskGetListMethod().DecodeResponse(response));
-    const auto* list = dynamic_cast<const COMPObjectMethodReturn*>(answer.get());
+    const auto* list = dynamic_cast<const COMPObjectMethodReturn*>(result.get());
     if (list == nullptr || list->GetObjects().size() != kDisks)
         abort();
 }

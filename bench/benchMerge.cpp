@@ -21,39 +21,39 @@ std::string tag(const char* name, const std::string& text) {
     return std::string("<") + name + ">" + text + "</" + name + ">";
 }
 
-std::string answer_of(const std::string& objects) {
+std::string response_of(const std::string& objects) {
     return "<?xml version=\"1.0\" "
            "encoding=\"UTF-8\"?>\n<lumapi><ApiMethodReturn><Successful>True</Successful>"
            "</ApiMethodReturn><ReturnObjectArray>" +
            objects + "</ReturnObjectArray></lumapi>";
 }
 
-// turn: makes the strings of two responses differ.
-std::string alerts(int count, const std::string& turn) {
+// variant: part of the strings, so that those of two responses differ.
+std::string alerts(int count, const std::string& variant) {
     std::string objects;
     for (int i = 0; i < count; ++i) {
         objects +=
             "<tsAlert>" + tag("Acknowledged", i % 7 == 0 ? "true" : "false") + tag("Active", "true") +
-            tag("AlertDefinition", "DiskFolderThreshold" + turn) +
+            tag("AlertDefinition", "DiskFolderThreshold" + variant) +
             tag("AlertStatus", i % 3 == 0 ? "Degraded" : "Inform") + tag("Category", "Storage") +
             tag("ControllerIndex", i < count / 2 ? "64702" : "64703") +
-            tag("CreateTime", "11/24/2026 12:00:" + turn) + tag("Index", std::to_string(i + 1) + turn) +
+            tag("CreateTime", "11/24/2026 12:00:" + variant) + tag("Index", std::to_string(i + 1) + variant) +
             tag("Message",
-                "Disk folder " + std::to_string(i) + " has passed its storage alert threshold " + turn) +
+                "Disk folder " + std::to_string(i) + " has passed its storage alert threshold " + variant) +
             tag("Type", "Alert") + "</tsAlert>";
     }
-    return answer_of(objects);
+    return response_of(objects);
 }
 
-std::string disks(int count, const std::string& turn) {
+std::string disks(int count, const std::string& variant) {
     std::string objects;
     for (int i = 0; i < count; ++i) {
         objects += "<tsDisk>" + tag("EnclosureIndex", std::to_string(i / 24 + 1)) + tag("Healthy", "true") +
-                   tag("Index", std::to_string(i + 1) + turn) + tag("IoPortType", "Sas") +
-                   tag("Name", "01-" + std::to_string(i) + turn) + tag("Size", "781422768" + turn) +
+                   tag("Index", std::to_string(i + 1) + variant) + tag("IoPortType", "Sas") +
+                   tag("Name", "01-" + std::to_string(i) + variant) + tag("Size", "781422768" + variant) +
                    tag("Status", "Up") + tag("StatusMessage", "") + "</tsDisk>";
     }
-    return answer_of(objects);
+    return response_of(objects);
 }
 
 void tokenise(const std::string& text) {
@@ -79,12 +79,12 @@ void measure_merge(benchmark::State& state, int col_id, const std::string& first
     ctlrIndexSecond = 64703;
     const refresh_operation& table = refresh_of(col_id);
     merge(table, first);
-    bool is_turn = false;
+    bool is_changed = false;
     measure_ratio(
         state, kWanted,
         [&] {
-            is_turn = !is_turn;
-            merge(table, is_turn ? second : first);
+            is_changed = !is_changed;
+            merge(table, is_changed ? second : first);
         },
         [&] { tokenise(first); });
     state.counters["bytes"] = static_cast<double>(first.size());

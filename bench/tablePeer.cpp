@@ -12,7 +12,7 @@
 #include <deque>
 #include <string>
 
-// The subagent that the daemon is compared with: one table in Net-SNMP's own table_container, served over
+// The subagent with which the daemon is compared: one table in Net-SNMP's own table_container, served over
 // AgentX by the library's usual loop. scripts/lib/measurePeer.py runs it next to the daemon, with its own
 // master agent.
 
@@ -22,7 +22,7 @@ constexpr oid kTable[] = {1, 3, 6, 1, 4, 1, 8072, 9999, 9999, 913};  // netSnmpP
 constexpr unsigned kNumberColumn = 2;
 constexpr unsigned kStateColumn = 3;
 constexpr unsigned kNameColumn = 4;
-constexpr long kGreatestRows = 100000;
+constexpr long kMaximumRows = 100000;
 
 // The container compares rows by their first member.
 struct row {
@@ -81,7 +81,7 @@ bool register_table(std::deque<row>& rows, long count) {
 
 int main(int argc, char** argv) {
     const long count = argc == 3 ? strtol(argv[2], nullptr, 10) : 0;
-    if (count < 1 || count > kGreatestRows) {
+    if (count < 1 || count > kMaximumRows) {
         fprintf(stderr, "usage: tablePeer AGENTX-SOCKET ROWS, for example unix:/tmp/peer/agentx 500\n");
         return 2;
     }

@@ -1,4 +1,4 @@
-# The way 'container' of the sandbox: the container itself, whose files are replaced and restored. Sourced by
+# The sandbox kind 'container': the container itself, whose files are replaced and restored. Sourced by
 # sandbox/sandbox.
 
 # The container's lock file. It is not empty while a sandbox has replaced files.

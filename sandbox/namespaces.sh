@@ -1,4 +1,4 @@
-# The ways 'namespaces' and 'user' of the sandbox: a separate machine made of namespaces. Sourced by sandbox/sandbox.
+# The sandbox kinds 'namespaces' and 'user': a separate machine made of namespaces. Sourced by sandbox/sandbox.
 
 # If the repository is in one of these, it is bind-mounted back to its path.
 private_folders=(/etc /tmp /var /run /mnt /usr/local /dev)
@@ -77,7 +77,7 @@ has_root_only() {
 }
 
 copy_etc() {
-    if [[ "$way" == namespaces ]]; then
+    if [[ "$kind" == namespaces ]]; then
         step cp -a /etc "$stage/etc"
         return
     fi

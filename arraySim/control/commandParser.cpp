@@ -147,7 +147,7 @@ class CommandParser {
 
     void ReadIndex() {
         const std::string& text = Next();
-        command_.index = ReadUint32(text);
+        command_.index = ParseUint32(text);
         if (!command_.index) {
             throw CommandError("'" + text + "' is not an API index");
         }
@@ -155,7 +155,7 @@ class CommandParser {
 
     uint32_t ReadNumber(const char* what) {
         const std::string& text = Next();
-        const std::optional<uint32_t> number = ReadUint32(text);
+        const std::optional<uint32_t> number = ParseUint32(text);
         if (!number || *number > INT32_MAX) {
             throw CommandError("'" + text + "' is not " + what + "; expected 0 to 2147483647");
         }
@@ -177,7 +177,7 @@ class CommandParser {
 
     void ReadCondition() {
         const std::string& text = Next();
-        const std::optional<Condition> condition = ConditionOf(text);
+        const std::optional<Condition> condition = ParseCondition(text);
         if (!condition || *condition == Condition::kUp) {
             throw CommandError("unexpected '" + text + "'; expected Down or Degraded");
         }
@@ -219,7 +219,7 @@ class CommandParser {
             throw CommandError(kind.name + " has no attribute '" + name + "'");
         }
         if (position == kind.key) {
-            command_.index = ReadUint32(value);
+            command_.index = ParseUint32(value);
             if (!command_.index) {
                 throw CommandError("'" + value + "' is not an API index");
             }

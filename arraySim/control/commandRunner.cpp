@@ -47,20 +47,20 @@ Object& ChangeableObject(Model& model, const Command& command) {
     return object;
 }
 
-std::string Set(CommandWorld& world, const Command& command) {
-    ChangeableObject(world.model, command).Put(command.attribute, command.text);
-    world.model.UpdateCounts();
+std::string Set(CommandTargets& targets, const Command& command) {
+    ChangeableObject(targets.model, command).Put(command.attribute, command.text);
+    targets.model.UpdateCounts();
     return {};
 }
 
-std::string Unset(CommandWorld& world, const Command& command) {
-    ChangeableObject(world.model, command).RemoveAttribute(command.attribute);
-    world.model.UpdateCounts();
+std::string Unset(CommandTargets& targets, const Command& command) {
+    ChangeableObject(targets.model, command).RemoveAttribute(command.attribute);
+    targets.model.UpdateCounts();
     return {};
 }
 
-std::string Add(CommandWorld& world, const Command& command) {
-    Model& model = world.model;
+std::string Add(CommandTargets& targets, const Command& command) {
+    Model& model = targets.model;
     const Kind& kind = *command.selection.kind;
     uint32_t index = 1;
     if (kind.key) {
@@ -74,8 +74,8 @@ std::string Add(CommandWorld& world, const Command& command) {
     return std::to_string(index) + "\n";
 }
 
-std::string Remove(CommandWorld& world, const Command& command) {
-    RemoveObject(world.model, ObjectOf(world.model, command));
+std::string Remove(CommandTargets& targets, const Command& command) {
+    RemoveObject(targets.model, ObjectOf(targets.model, command));
     return {};
 }
 
@@ -115,16 +115,16 @@ std::string GetValue(Model& model, const Command& command) {
     return *value + "\n";
 }
 
-std::string Get(CommandWorld& world, const Command& command) {
+std::string Get(CommandTargets& targets, const Command& command) {
     if (!command.index) {
-        return GetSummary(world.model, command);
+        return GetSummary(targets.model, command);
     }
-    return command.attribute.empty() ? GetObject(ObjectOf(world.model, command))
-                                     : GetValue(world.model, command);
+    return command.attribute.empty() ? GetObject(ObjectOf(targets.model, command))
+                                     : GetValue(targets.model, command);
 }
 
-std::string Expect(CommandWorld& world, const Command& command) {
-    const std::optional<std::string> value = ValueOf(world.model, command);
+std::string Expect(CommandTargets& targets, const Command& command) {
+    const std::optional<std::string> value = ValueOf(targets.model, command);
     if (value != command.text) {
         throw CommandError(NameOf(command.selection, *command.index) + " " + command.attribute +
                            ": expected '" + command.text + "', found " +
@@ -133,8 +133,8 @@ std::string Expect(CommandWorld& world, const Command& command) {
     return {};
 }
 
-std::string List(CommandWorld& world, const Command&) {
-    const Model& model = world.model;
+std::string List(CommandTargets& targets, const Command&) {
+    const Model& model = targets.model;
     std::string text;
     for (const Kind& kind : model.catalogue().kinds()) {
         text += FormatString("%-30s %6zu\n", kind.name.c_str(), model.Count({kind.list, &kind}));
@@ -142,60 +142,60 @@ std::string List(CommandWorld& world, const Command&) {
     return text;
 }
 
-std::string Dump(CommandWorld& world, const Command& command) {
+std::string Dump(CommandTargets& targets, const Command& command) {
     if (command.text.empty()) {
-        return WriteModel(world.model);
+        return WriteModel(targets.model);
     }
-    WriteModelFile(world.model, command.text);
+    WriteModelFile(targets.model, command.text);
     return {};
 }
 
-std::string Load(CommandWorld& world, const Command& command) {
-    world.model = ReadModelFile(world.model.catalogue(), command.text);
+std::string Load(CommandTargets& targets, const Command& command) {
+    targets.model = ReadModelFile(targets.model.catalogue(), command.text);
     return {};
 }
 
-std::string AddFault(CommandWorld& world, const Command& command) {
-    world.faults.Add(command.fault);
+std::string AddFault(CommandTargets& targets, const Command& command) {
+    targets.faults.Add(command.fault);
     return {};
 }
 
-std::string ListFaults(CommandWorld& world, const Command&) {
+std::string ListFaults(CommandTargets& targets, const Command&) {
     std::string text;
-    for (const Fault& fault : world.faults.faults()) {
+    for (const Fault& fault : targets.faults.faults()) {
         text += FaultCommand(fault) + '\n';
     }
     return text;
 }
 
-std::string ClearFaults(CommandWorld& world, const Command& command) {
-    const size_t cleared = world.faults.Clear(command.text);
+std::string ClearFaults(CommandTargets& targets, const Command& command) {
+    const size_t cleared = targets.faults.Clear(command.text);
     return std::to_string(cleared) + (cleared == 1 ? " fault" : " faults") + " cleared\n";
 }
 
-std::string Fail(CommandWorld& world, const Command& command) {
-    FailObject(world.model, ObjectOf(world.model, command), command.condition);
-    world.model.UpdateCounts();
+std::string Fail(CommandTargets& targets, const Command& command) {
+    FailObject(targets.model, ObjectOf(targets.model, command), command.condition);
+    targets.model.UpdateCounts();
     return {};
 }
 
-std::string Recover(CommandWorld& world, const Command& command) {
-    RecoverObject(world.model, ObjectOf(world.model, command));
+std::string Recover(CommandTargets& targets, const Command& command) {
+    RecoverObject(targets.model, ObjectOf(targets.model, command));
     return {};
 }
 
-std::string Stats(CommandWorld& world, const Command&) {
-    return world.statistics.Describe();
+std::string Stats(CommandTargets& targets, const Command&) {
+    return targets.statistics.Describe();
 }
 
-std::string Help(CommandWorld&, const Command&) {
+std::string Help(CommandTargets&, const Command&) {
     return HelpText();
 }
 
-/** A command that acts on the CommandWorld. */
+/** A command that acts on the CommandTargets. */
 struct VerbAction {
     Verb verb;
-    std::string (*run)(CommandWorld& world, const Command& command);
+    std::string (*run)(CommandTargets& targets, const Command& command);
 };
 constexpr VerbAction kActions[] = {
     {Verb::kSet, Set},           {Verb::kUnset, Unset},       {Verb::kFail, Fail},
@@ -208,11 +208,11 @@ constexpr VerbAction kActions[] = {
 
 }  // namespace
 
-std::string RunCommand(CommandWorld& world, const Command& command) {
+std::string RunCommand(CommandTargets& targets, const Command& command) {
     const auto* action = std::find_if(std::begin(kActions), std::end(kActions),
                                       [&](const VerbAction& each) { return each.verb == command.verb; });
     try {
-        return action == std::end(kActions) ? std::string() : action->run(world, command);
+        return action == std::end(kActions) ? std::string() : action->run(targets, command);
     } catch (const ModelFileError& error) {
         throw CommandError(error.what());
     }

@@ -10,7 +10,7 @@
 namespace arraysim {
 
 /** The objects that commands act on; non-owning. */
-struct CommandWorld {
+struct CommandTargets {
     Model& model;
     FaultList& faults;
     const Statistics& statistics;
@@ -18,8 +18,8 @@ struct CommandWorld {
 
 /**
  * Executes a command and returns the data of its reply. Throws CommandError without having changed anything.
- * The caller handles `event`, `misc`, `scsi`, `say` and `quit`, which act outside the CommandWorld.
+ * The caller handles `event`, `misc`, `scsi`, `say` and `quit`, which act outside the CommandTargets.
  */
-std::string RunCommand(CommandWorld& world, const Command& command);
+std::string RunCommand(CommandTargets& targets, const Command& command);
 
 }  // namespace arraysim

@@ -15,8 +15,8 @@ namespace arraysim {
 namespace {
 
 // Timeout of each send and receive, because a silent peer blocks all others.
-constexpr timeval kPatience = {5, 0};
-constexpr size_t kGreatestLine = 1 << 20;
+constexpr timeval kTimeout = {5, 0};
+constexpr size_t kMaximumLine = 1 << 20;
 
 [[noreturn]] void Fail(const std::string& path, const std::string& what) {
     throw ControlError(path + ": " + what);
@@ -94,11 +94,11 @@ bool SendAll(int descriptor, std::string_view bytes) {
     return true;
 }
 
-/** Receives until the end of the stream, about `greatest` bytes or, if one_line, a line feed. */
-std::string Receive(int descriptor, bool one_line, size_t greatest) {
+/** Receives until the end of the stream, about `limit` bytes or, if one_line, a line feed. */
+std::string Receive(int descriptor, bool one_line, size_t limit) {
     std::string text;
     char buffer[16384];
-    while (text.size() < greatest) {
+    while (text.size() < limit) {
         const ssize_t count = recv(descriptor, buffer, sizeof buffer, 0);
         if (count < 0 && errno == EINTR) {
             continue;
@@ -173,9 +173,9 @@ void ControlServer::Loop() {
 }
 
 void ControlServer::ServePeer(int descriptor) {
-    setsockopt(descriptor, SOL_SOCKET, SO_RCVTIMEO, &kPatience, sizeof kPatience);
-    setsockopt(descriptor, SOL_SOCKET, SO_SNDTIMEO, &kPatience, sizeof kPatience);
-    const std::string received = Receive(descriptor, true, kGreatestLine);
+    setsockopt(descriptor, SOL_SOCKET, SO_RCVTIMEO, &kTimeout, sizeof kTimeout);
+    setsockopt(descriptor, SOL_SOCKET, SO_SNDTIMEO, &kTimeout, sizeof kTimeout);
+    const std::string received = Receive(descriptor, true, kMaximumLine);
     const size_t end = received.find('\n');
     Reply reply{false, "incomplete line; a command must end with a line feed"};
     if (end != std::string::npos) {

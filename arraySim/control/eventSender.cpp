@@ -16,11 +16,11 @@ constexpr unsigned long kSize_bytes = 65536;
 }  // namespace
 
 EventSender::EventSender(const std::string& socket_path, Limits limits, Observer observer,
-                         Complaint complaint)
+                         WarningFunction warn)
     : endpoint_(WireLinkEndpoint::CreateLocalEndpoint(socket_path, kStep_s, kSize_bytes)),
       limits_(limits),
       observer_(std::move(observer)),
-      complaint_(std::move(complaint)) {}
+      warn_(std::move(warn)) {}
 
 EventSender::~EventSender() {
     Stop();
@@ -38,7 +38,7 @@ void EventSender::Stop() {
         std::unique_lock<std::mutex> lock(mutex_);
         stopping_ = true;
         wake_.notify_all();
-        ended_.wait_for(lock, limits_.farewell, [this] { return finished_; });
+        ended_.wait_for(lock, limits_.stop_timeout, [this] { return finished_; });
         if (descriptor_ >= 0) {
             shutdown(descriptor_, SHUT_RDWR);
         }
@@ -84,14 +84,14 @@ void EventSender::DeliverWaiting() {
     try {
         WireLinkClient client(endpoint_);
         SendWaiting(client);
-        daemon_away_ = false;
+        daemon_absent_ = false;
     } catch (const WireLinkError& error) {
-        if (!daemon_away_) {
-            complaint_(std::string("cannot deliver an event yet, still trying: ") + error.what());
-            daemon_away_ = true;
+        if (!daemon_absent_) {
+            warn_(std::string("cannot deliver an event yet, still trying: ") + error.what());
+            daemon_absent_ = true;
         }
         DropOutdated();
-        Rest();
+        WaitForRetry();
     }
 }
 
@@ -103,7 +103,7 @@ void EventSender::SendWaiting(WireLinkClient& client) {
             const std::string text = queue_.front().text;
             lock.unlock();
             client.SendGPBMsg(mgmtsend::BuildMessage(MGMT_SPECIFIC_SEND_TRAP, text));
-            Settle("delivered", delivered_);
+            RemoveFirst("delivered", delivered_);
             lock.lock();
         }
     } catch (const WireLinkError&) {
@@ -118,15 +118,15 @@ void EventSender::DropOutdated() {
     for (;;) {
         {
             const std::lock_guard<std::mutex> guard(mutex_);
-            if (queue_.empty() || (!stopping_ && Clock::now() - queue_.front().since < limits_.patience)) {
+            if (queue_.empty() || (!stopping_ && Clock::now() - queue_.front().since < limits_.timeout)) {
                 return;
             }
         }
-        Settle("dropped", dropped_);
+        RemoveFirst("dropped", dropped_);
     }
 }
 
-void EventSender::Settle(const char* outcome, size_t& count) {
+void EventSender::RemoveFirst(const char* outcome, size_t& count) {
     SentEvent event;
     {
         const std::lock_guard<std::mutex> guard(mutex_);
@@ -138,7 +138,7 @@ void EventSender::Settle(const char* outcome, size_t& count) {
     observer_(event);
 }
 
-void EventSender::Rest() {
+void EventSender::WaitForRetry() {
     std::unique_lock<std::mutex> lock(mutex_);
     wake_.wait_for(lock, limits_.retry, [this] { return stopping_; });
 }

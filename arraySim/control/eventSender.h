@@ -30,23 +30,23 @@ struct SentEvent {
 class EventSender {
   public:
     struct Limits {
-        size_t waiting = 1000;                      ///< maximum number of waiting events
-        std::chrono::milliseconds patience{30000};  ///< timeout of an event
-        std::chrono::milliseconds retry{100};       ///< between two attempts to connect
-        std::chrono::milliseconds farewell{2000};   ///< maximum time that Stop waits for the last events
+        size_t waiting = 1000;                         ///< maximum number of waiting events
+        std::chrono::milliseconds timeout{30000};      ///< timeout of an event
+        std::chrono::milliseconds retry{100};          ///< between two attempts to connect
+        std::chrono::milliseconds stop_timeout{2000};  ///< maximum time that Stop waits for the last events
     };
     using Observer = std::function<void(const SentEvent&)>;
     /** Called once whenever the daemon turns out not to be running. */
-    using Complaint = std::function<void(const std::string&)>;
+    using WarningFunction = std::function<void(const std::string&)>;
 
     /** Both functions are called from any thread that uses the sender, also concurrently. */
-    EventSender(const std::string& socket_path, Limits limits, Observer observer, Complaint complaint);
+    EventSender(const std::string& socket_path, Limits limits, Observer observer, WarningFunction warn);
     ~EventSender();
     EventSender(const EventSender&) = delete;
     EventSender& operator=(const EventSender&) = delete;
 
     void Start();
-    /** Delivers waiting events for at most `farewell`, then stops the thread. */
+    /** Delivers waiting events for at most `stop_timeout`, then stops the thread. */
     void Stop();
 
     /** Queues a trap command. Never blocks. */
@@ -69,15 +69,15 @@ class EventSender {
     void SendWaiting(WireLinkClient& client);
     void DropOutdated();
     /** Removes the first event from the queue and reports its outcome. */
-    void Settle(const char* outcome, size_t& count);
-    void Rest();
+    void RemoveFirst(const char* outcome, size_t& count);
+    void WaitForRetry();
 
     const WireLinkEndpoint endpoint_;
     const Limits limits_;
     const Observer observer_;
-    const Complaint complaint_;
+    const WarningFunction warn_;
     std::thread thread_;
-    bool daemon_away_ = false;  ///< used by the thread only
+    bool daemon_absent_ = false;  ///< used by the thread only
 
     mutable std::mutex mutex_;  ///< guards all below
     std::condition_variable wake_;

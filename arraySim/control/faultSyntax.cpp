@@ -59,7 +59,7 @@ std::string TopicNamed(const Catalogue& catalogue, const FaultInfo& info, const 
 void ReadLimits(const Catalogue& catalogue, const FaultInfo& info, Words& words, Fault& fault) {
     for (int i = 0; i < 2; ++i) {
         if (const std::optional<std::string> count = fault.left ? std::nullopt : TakeTail(words, "for")) {
-            fault.left = ReadUint32(*count);
+            fault.left = ParseUint32(*count);
             if (fault.left.value_or(0) == 0) {
                 throw CommandError("'" + *count + "' is not a number of exchanges from 1");
             }
@@ -77,9 +77,9 @@ void ReadLimits(const Catalogue& catalogue, const FaultInfo& info, Words& words,
 }
 
 uint32_t ReadNumber(const FaultInfo& info, const std::string& text) {
-    const std::optional<uint32_t> number = ReadUint32(text);
-    if (!number || *number == 0 || *number > info.greatest) {
-        FailUsage(info, "'" + text + "' is not a number from 1 to " + std::to_string(info.greatest));
+    const std::optional<uint32_t> number = ParseUint32(text);
+    if (!number || *number == 0 || *number > info.maximum) {
+        FailUsage(info, "'" + text + "' is not a number from 1 to " + std::to_string(info.maximum));
     }
     return *number;
 }

@@ -20,7 +20,7 @@ constexpr long kTimeout_s = 900;
 constexpr unsigned long kSize_bytes = 5242880;
 
 // Limits the threads for a peer that never closes its connections. The daemon needs only two.
-constexpr size_t kGreatestPeers = 256;
+constexpr size_t kMaximumPeers = 256;
 
 }  // namespace
 
@@ -137,7 +137,7 @@ void Service::AcceptOne() {
     }
     auto connection = std::make_unique<WireLinkServerConnection>(endpoint_, descriptor);
     const unsigned number = ++connections_;
-    if (simulator_.TakeRefusal() || peers_.size() >= kGreatestPeers) {
+    if (simulator_.TakeRefusal() || peers_.size() >= kMaximumPeers) {
         ServedExchange refused;
         refused.connection = number;
         refused.record.command = "connect";

@@ -30,12 +30,12 @@ Simulator::Simulator(Model model, Session session, Spelling spelling)
       spelling_(spelling),
       model_(std::move(model)) {}
 
-Answer Simulator::AnswerCommand(const RequestMessage& request, const ExchangePlan& plan) {
+Response Simulator::AnswerCommand(const RequestMessage& request, const ExchangePlan& plan) {
     if (plan.document.error) {
-        return FailureAnswer(plan.document.error->first, plan.document.error->second);
+        return FailureResponse(plan.document.error->first, plan.document.error->second);
     }
     if (request.failure) {
-        return FailureAnswer(request.failure->code(), request.failure->what());
+        return FailureResponse(request.failure->code(), request.failure->what());
     }
     ObjectStyle style = plan.style;
     style.spelling = request.api_request.from_library ? Spelling::kClasses : spelling_;
@@ -44,11 +44,11 @@ Answer Simulator::AnswerCommand(const RequestMessage& request, const ExchangePla
     if (hooks_.send_event && MayChangeStatus(request.api_request)) {
         watch.emplace(model_);
     }
-    Answer answer = CarryOut(model_, request.api_request, session_, style, plan.list);
+    Response response = CarryOut(model_, request.api_request, session_, style, plan.list);
     if (watch) {
         SendChanges(*watch);
     }
-    return answer;
+    return response;
 }
 
 void Simulator::SendChanges(const StatusWatch& watch) {
@@ -71,13 +71,13 @@ Exchange Simulator::Handle(const GPBIPCMsg& message) {
 
     std::unique_lock<std::mutex> lock(mutex_);
     const ExchangePlan plan = PlanFor(faults_.TakeFor(is_command ? request.object : request.command));
-    std::optional<Answer> answer;
+    std::optional<Response> response;
     std::string document;
     if (is_command) {
-        answer = AnswerCommand(request, plan);
-        document = answer->result->GenerateResponseXml(request.Encoding());
+        response = AnswerCommand(request, plan);
+        document = response->result->GenerateResponseXml(request.Encoding());
     }
-    statistics_.CountExchange(request.command, request.object, !answer || answer->successful(),
+    statistics_.CountExchange(request.command, request.object, !response || response->successful(),
                               !plan.faults.empty());
     exchanged_.notify_all();
     lock.unlock();
@@ -87,7 +87,7 @@ Exchange Simulator::Handle(const GPBIPCMsg& message) {
     exchange.response.set_sequencenum(message.sequencenum());
     AlterEnvelope(plan.envelope, exchange.response);
     exchange.delivery = plan.delivery;
-    exchange.record = RecordOf(request, answer ? &*answer : nullptr, plan);
+    exchange.record = RecordOf(request, response ? &*response : nullptr, plan);
     exchange.record.sequence = message.sequencenum();
     return exchange;
 }
@@ -111,14 +111,14 @@ GPBIPCMsg Simulator::WriteResponse(const RequestMessage& request, std::string do
     return response;
 }
 
-ExchangeRecord Simulator::RecordOf(const RequestMessage& request, const Answer* answer,
+ExchangeRecord Simulator::RecordOf(const RequestMessage& request, const Response* response,
                                    const ExchangePlan& plan) {
     ExchangeRecord record;
     record.command = request.command;
     record.object = request.object;
     record.lite = request.api_request.IsLite();
-    record.objects = answer == nullptr ? 0 : answer->objects;
-    record.outcome = answer == nullptr || answer->successful() ? "ok" : answer->result->GetErrorCode();
+    record.objects = response == nullptr ? 0 : response->objects;
+    record.outcome = response == nullptr || response->successful() ? "ok" : response->result->GetErrorCode();
     record.outcome += plan.faults.empty() ? "" : " fault:" + plan.faults;
     return record;
 }
@@ -135,7 +135,7 @@ bool Simulator::Listening() {
     return faults_.Listening();
 }
 
-std::string Simulator::EventByHand(const Command& command) const {
+std::string Simulator::RequestedEvent(const Command& command) const {
     if (!hooks_.send_event) {
         throw CommandError("events are off; start the simulator with --events");
     }
@@ -151,15 +151,15 @@ std::string Simulator::EventByHand(const Command& command) const {
 
 std::string Simulator::Run(const Command& command) {
     if (IsEvent(command.verb)) {
-        hooks_.send_event(EventByHand(command));
+        hooks_.send_event(RequestedEvent(command));
         return {};
     }
     std::optional<StatusWatch> watch;
     if (hooks_.send_event && ChangesStatus(command.verb)) {
         watch.emplace(model_);
     }
-    CommandWorld world{model_, faults_, statistics_};
-    std::string data = RunCommand(world, command);
+    CommandTargets targets{model_, faults_, statistics_};
+    std::string data = RunCommand(targets, command);
     if (watch) {
         SendChanges(*watch);
     }

@@ -87,14 +87,14 @@ class Simulator {
   private:
     std::string Run(const Command& command);
     /** Returns the trap command that a user has requested. Throws CommandError if events are off. */
-    std::string EventByHand(const Command& command) const;
+    std::string RequestedEvent(const Command& command) const;
 
     /** Carries out a command and reports the changes as events. */
-    Answer AnswerCommand(const RequestMessage& request, const ExchangePlan& plan);
+    Response AnswerCommand(const RequestMessage& request, const ExchangePlan& plan);
     static protoIPCMsg::GPBIPCMsg WriteResponse(const RequestMessage& request, std::string document,
                                                 const ExchangePlan& plan);
-    /** answer: null if the request is not a command. */
-    static ExchangeRecord RecordOf(const RequestMessage& request, const Answer* answer,
+    /** response: null if the request is not a command. */
+    static ExchangeRecord RecordOf(const RequestMessage& request, const Response* response,
                                    const ExchangePlan& plan);
     void SendChanges(const StatusWatch& watch);
 

@@ -5,11 +5,11 @@
 namespace arraysim {
 
 void Statistics::CountExchange(const std::string& command, const std::string& object, bool good,
-                               bool struck) {
+                               bool affected) {
     Row& row = rows_[{command, object}];
     ++row.exchanges;
     row.failed += good ? 0 : 1;
-    row.struck += struck ? 1 : 0;
+    row.affected += affected ? 1 : 0;
 }
 
 void Statistics::CountConnection(bool refused) {
@@ -27,7 +27,7 @@ std::string Statistics::Describe() const {
     text += FormatString("%-8s %-30s %9s %7s %7s\n", "command", "object", "exchanges", "failed", "faults");
     for (const auto& [key, row] : rows_) {
         text += FormatString("%-8s %-30s %9zu %7zu %7zu\n", key.first.c_str(), key.second.c_str(),
-                             row.exchanges, row.failed, row.struck);
+                             row.exchanges, row.failed, row.affected);
     }
     return text;
 }

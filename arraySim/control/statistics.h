@@ -12,7 +12,7 @@ class Statistics {
   public:
     /** command and object must be the program's own strings, not the peer's, so that the table stays small.
      */
-    void CountExchange(const std::string& command, const std::string& object, bool good, bool struck);
+    void CountExchange(const std::string& command, const std::string& object, bool good, bool affected);
     void CountConnection(bool refused);
 
     size_t Exchanges(const std::string& command, const std::string& object) const;
@@ -23,7 +23,7 @@ class Statistics {
     struct Row {
         size_t exchanges = 0;
         size_t failed = 0;
-        size_t struck = 0;
+        size_t affected = 0;
     };
 
     std::map<std::pair<std::string, std::string>, Row> rows_;

@@ -7,7 +7,7 @@ namespace arraysim {
 namespace {
 
 constexpr uint32_t kHour_ms = 3600000;
-constexpr uint32_t kGreatestText = 64 * 1024 * 1024;
+constexpr uint32_t kMaximumTextSize = 64 * 1024 * 1024;
 
 using enum FaultReach;
 using enum FaultArguments;
@@ -23,7 +23,7 @@ constexpr FaultInfo kTable[] = {
     {"delay", kExchange, "MS", "delay the response by MS milliseconds",
      [](F f, P p) { p.delivery.delay_ms = f.number; }, kNumber, 0, kHour_ms},
     {"tear", kExchange, "[BYTES]", "close after BYTES bytes of the frame; default: half of it",
-     [](F f, P p) { p.delivery.tear_after = f.number; }, kNumber, 0, kGreatestText},
+     [](F f, P p) { p.delivery.tear_after = f.number; }, kNumber, 0, kMaximumTextSize},
     {"long-length", kExchange, "", "announce a longer frame than is sent, then close",
      [](F, P p) { p.delivery.length = Delivery::Length::kLong; }},
     {"huge-length", kExchange, "", "announce a body longer than the maximum, then close",
@@ -67,7 +67,7 @@ constexpr FaultInfo kTable[] = {
      [](F f, P p) { p.style.replaced.emplace_back("Status", f.text); }, kText},
     {"huge-text", kCommand, "ATTR [BYTES]", "give the first object a value of BYTES bytes; default: 1000000",
      [](F f, P p) { p.list.replaced_in_first.emplace_back(f.name, std::string(f.number, 'x')); },
-     kAttributeAndNumber, 1000000, kGreatestText},
+     kAttributeAndNumber, 1000000, kMaximumTextSize},
     {"no-index", kCommand, "", "omit the API index from all objects",
      [](F, P p) {
          p.style.omitted.insert(p.style.omitted.end(), {"Index", "DiskIndex"});
@@ -85,7 +85,7 @@ constexpr FaultInfo kTable[] = {
      [](F, P p) { p.document.external_entity = true; }},
 };
 
-bool Strikes(const Fault& fault, std::string_view topic) {
+bool Affects(const Fault& fault, std::string_view topic) {
     const FaultReach reach = fault.info->reach;
     const bool is_ping = topic == kPingTopic;
     if (reach == kSocket || reach == kConnection || (reach == kPing && !is_ping) ||
@@ -121,7 +121,7 @@ bool FaultList::TakeRefusal() {
     for (Fault& fault : faults_) {
         if (fault.info->reach == kConnection) {
             Count(fault);
-            DropSpent();
+            RemoveExpired();
             return true;
         }
     }
@@ -131,16 +131,16 @@ bool FaultList::TakeRefusal() {
 std::vector<Fault> FaultList::TakeFor(std::string_view topic) {
     std::vector<Fault> taken;
     for (Fault& fault : faults_) {
-        if (Strikes(fault, topic)) {
+        if (Affects(fault, topic)) {
             Count(fault);
             taken.push_back(fault);
         }
     }
-    DropSpent();
+    RemoveExpired();
     return taken;
 }
 
-void FaultList::DropSpent() {
+void FaultList::RemoveExpired() {
     std::erase_if(faults_, [](const Fault& fault) { return fault.left == 0u; });
 }
 

@@ -9,8 +9,8 @@
 
 #include "arraySim/faults/delivery.h"
 #include "arraySim/faults/responseAlteration.h"
-#include "arraySim/protocol/answer.h"
 #include "arraySim/protocol/apiRequest.h"
+#include "arraySim/protocol/response.h"
 
 namespace arraysim {
 
@@ -46,8 +46,8 @@ struct FaultInfo {
     std::string_view help;
     void (*apply)(const Fault& fault, ExchangePlan& plan);  ///< null for a fault that affects no exchange
     FaultArguments arguments = FaultArguments::kNone;
-    uint32_t number = 0;    ///< default of the number
-    uint32_t greatest = 0;  ///< maximum of the number
+    uint32_t number = 0;   ///< default of the number
+    uint32_t maximum = 0;  ///< maximum of the number
 };
 
 std::span<const FaultInfo> FaultTable();
@@ -79,7 +79,7 @@ class FaultList {
     const std::vector<Fault>& faults() const { return faults_; }
 
   private:
-    void DropSpent();
+    void RemoveExpired();
 
     std::vector<Fault> faults_;
 };

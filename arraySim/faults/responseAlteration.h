@@ -11,7 +11,7 @@ namespace arraysim {
 
 /** How faults alter the document of a response. */
 struct DocumentAlteration {
-    std::optional<std::pair<std::string, std::string>> error;  ///< code and message instead of the answer
+    std::optional<std::pair<std::string, std::string>> error;  ///< code and message instead of the response
     bool truncated = false;
     bool empty = false;
     bool unbalanced = false;
@@ -27,7 +27,7 @@ struct DocumentAlteration {
     bool operator==(const DocumentAlteration&) const = default;
 };
 
-/** Alters a response document. Ignores `error`, which replaces the whole answer. */
+/** Alters a response document. Ignores `error`, which replaces the whole response. */
 std::string AlterDocument(std::string document, const DocumentAlteration& alteration);
 
 /** How faults alter the envelope of a response. */

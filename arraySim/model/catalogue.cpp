@@ -202,7 +202,7 @@ void CatalogueReader::ReadOwn(const Words& words) {
     if (open_kind_ == nullptr) {
         Fail("'own' must follow an object");
     }
-    const std::optional<uint32_t> longest = words.size() == 3 ? ReadUint32(words[2]) : std::nullopt;
+    const std::optional<uint32_t> longest = words.size() == 3 ? ParseUint32(words[2]) : std::nullopt;
     if (!longest || open_kind_->HasAttribute(words[1])) {
         Fail("expected: own ATTR LONGEST, with a new attribute and its maximum length");
     }

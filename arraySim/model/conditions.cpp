@@ -11,7 +11,7 @@ constexpr Condition kDown = Condition::kDown;
 constexpr Condition kDegraded = Condition::kDegraded;
 
 // clang-format off
-constexpr Sign kSigns[] = {
+constexpr ConditionAttribute kConditionAttributes[] = {
     {"TsDisk", kUp,       "Healthy",       "True"},
     {"TsDisk", kUp,       "HealthMask",    "Healthy"},
     {"TsDisk", kDown,     "Healthy",       "False"},
@@ -118,7 +118,7 @@ constexpr AlertWords kAlertWords[] = {
 
 }  // namespace
 
-const char* ConditionText(Condition condition) {
+const char* FormatCondition(Condition condition) {
     switch (condition) {
         case Condition::kDown:
             return "Down";
@@ -130,9 +130,9 @@ const char* ConditionText(Condition condition) {
     return "Up";
 }
 
-std::optional<Condition> ConditionOf(std::string_view text) {
+std::optional<Condition> ParseCondition(std::string_view text) {
     for (const Condition condition : {Condition::kUp, Condition::kDown, Condition::kDegraded}) {
-        if (CompareNoCase(text, ConditionText(condition)) == 0) {
+        if (CompareNoCase(text, FormatCondition(condition)) == 0) {
             return condition;
         }
     }
@@ -143,8 +143,8 @@ bool HasCondition(const Kind& kind) {
     return kind.HasAttribute("Status");
 }
 
-std::span<const Sign> Signs() {
-    return kSigns;
+std::span<const ConditionAttribute> ConditionAttributes() {
+    return kConditionAttributes;
 }
 
 const AlertWords& WordsFor(const Kind& kind) {

@@ -24,7 +24,7 @@ struct EventNumbers {
     int32_t state = kChanged;
 };
 
-/** Returns a command: one line, truncated to kGreatestEventText bytes, but not within a character. */
+/** Returns a command: one line, truncated to kMaximumTrapCommand bytes, but not within a character. */
 std::string EventLine(const EventNumbers& numbers, const std::string& prefix, std::string_view text) {
     std::string line = FormatString("%d %d %d %d %lld %lld %lld %d ", numbers.id[0], numbers.id[1],
                                     numbers.id[2], numbers.trap, static_cast<long long>(numbers.arguments[0]),
@@ -35,7 +35,7 @@ std::string EventLine(const EventNumbers& numbers, const std::string& prefix, st
     line += text;
     std::replace_if(
         line.begin(), line.end(), [](unsigned char c) { return c < 32 || c == 127; }, ' ');
-    size_t end = std::min(line.size(), kGreatestEventText);
+    size_t end = std::min(line.size(), kMaximumTrapCommand);
     while (end < line.size() && (line[end] & 0xC0) == 0x80) {
         --end;
     }

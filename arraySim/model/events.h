@@ -11,7 +11,7 @@
 namespace arraysim {
 
 /** Maximum length of a trap command in bytes; the daemon ignores the rest. */
-inline constexpr size_t kGreatestEventText = 500;
+inline constexpr size_t kMaximumTrapCommand = 500;
 
 /**
  * A record of all values whose changes are reported, from which the events are derived: construct it before a

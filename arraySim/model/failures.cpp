@@ -13,11 +13,11 @@ namespace {
 constexpr std::string_view kDerivedMark = "Attention: ";
 
 std::string Lower(Condition condition) {
-    return ToLower(ConditionText(condition));
+    return ToLower(FormatCondition(condition));
 }
 
 Condition ConditionOfObject(const Object& object) {
-    return ConditionOf(object.Text("Status")).value_or(Condition::kUp);
+    return ParseCondition(object.Text("Status")).value_or(Condition::kUp);
 }
 
 /** Returns the worse condition; Down is worse than Degraded. */
@@ -28,16 +28,16 @@ Condition Worse(Condition left, Condition right) {
     return rank(left) >= rank(right) ? left : right;
 }
 
-void ShowSigns(Object& object, Condition condition) {
-    object.Put("Status", ConditionText(condition));
+void ShowCondition(Object& object, Condition condition) {
+    object.Put("Status", FormatCondition(condition));
     object.Put("StatusMessage", condition == Condition::kUp
                                     ? ""
                                     : std::string(WordsFor(*object.kind).noun) + " is " + Lower(condition));
-    for (const Sign& sign : Signs()) {
-        if (sign.list == object.kind->list->name && sign.condition == condition) {
-            object.Put(sign.attribute, sign.value.starts_with('=')
-                                           ? std::string(object.Text(sign.value.substr(1)))
-                                           : std::string(sign.value));
+    for (const ConditionAttribute& shown : ConditionAttributes()) {
+        if (shown.list == object.kind->list->name && shown.condition == condition) {
+            object.Put(shown.attribute, shown.value.starts_with('=')
+                                            ? std::string(object.Text(shown.value.substr(1)))
+                                            : std::string(shown.value));
         }
     }
 }
@@ -73,7 +73,7 @@ std::string MessageAbout(const ConditionSummary& parts) {
 
 /** Leaves the holder Up, because the daemon drops events about the parts of one that is not Up. */
 void ShowParts(Object& holder, const ConditionSummary& parts) {
-    holder.Put("ChildStatus", ConditionText(parts.worst()));
+    holder.Put("ChildStatus", FormatCondition(parts.worst()));
     if (ConditionOfObject(holder) == Condition::kUp) {
         holder.Put("StatusDescription", MessageAbout(parts));
         holder.Put("NonCriticalCondition", parts.not_up() == 0 ? "False" : "True");
@@ -82,11 +82,11 @@ void ShowParts(Object& holder, const ConditionSummary& parts) {
 
 /** Derives the condition of a folder or the array from its parts, unless it has failed itself. */
 void DeriveStatus(Object& whole, const ConditionSummary& parts, Condition derived) {
-    whole.Put("ChildStatus", ConditionText(parts.worst()));
+    whole.Put("ChildStatus", FormatCondition(parts.worst()));
     const bool own =
         ConditionOfObject(whole) != Condition::kUp && !whole.Text("StatusMessage").starts_with(kDerivedMark);
     if (!own) {
-        whole.Put("Status", ConditionText(derived));
+        whole.Put("Status", FormatCondition(derived));
         whole.Put("StatusMessage", MessageAbout(parts));
     }
 }
@@ -119,7 +119,7 @@ void UpdateArray(Model& model) {
     ConditionSummary parts;
     for (const char* kind : {"TsController", "TsEnclosure", "TsDisk", "TsDiskFolder", "TsVolume", "TsUps"}) {
         for (const Object& object : model.Objects(*model.catalogue().KindOf(kind).list)) {
-            const Condition of_parts = ConditionOf(object.Text("ChildStatus")).value_or(Condition::kUp);
+            const Condition of_parts = ParseCondition(object.Text("ChildStatus")).value_or(Condition::kUp);
             parts.Take(Worse(ConditionOfObject(object), of_parts));
         }
     }
@@ -177,7 +177,7 @@ void UpdateFromDisks(Model& model, Object& folder) {
 }
 
 void SetCondition(Model& model, Object& object, Condition condition) {
-    ShowSigns(object, condition);
+    ShowCondition(object, condition);
     UpdateHolders(model, object);
 }
 
@@ -192,8 +192,8 @@ GivenValues AlertAbout(const Model& model, const Object& object) {
     } else if (controller.empty() && !controllers.empty()) {
         controller = std::to_string(controllers.front().index);
     }
-    return {{"AlertDefinition", std::string(words.noun) + " " + ConditionText(condition)},
-            {"AlertStatus", ConditionText(condition)},
+    return {{"AlertDefinition", std::string(words.noun) + " " + FormatCondition(condition)},
+            {"AlertStatus", FormatCondition(condition)},
             {"Category", std::string(words.category)},
             {"Message", std::string(words.noun) + " '" + name + "' is " + Lower(condition)},
             {"TsObjectName", name},
@@ -207,7 +207,7 @@ void FailObject(Model& model, Object& object, Condition condition) {
     GivenValues values = AlertAbout(model, object);
     const Kind& alert = model.catalogue().KindOf("TsAlert");
     const uint32_t index = model.NextIndex(*alert.list);
-    values.emplace_back("CreateTime", DateText(0, index % 86400));
+    values.emplace_back("CreateTime", FormatDate(0, index % 86400));
     const Place place = PlaceAtEnd(model, alert, index, values);
     MakeRoomForAlert(model, std::to_string(place.parent_index));
     model.Append(MakeObject(alert, place, Random::For(model.serial(), alert.name, index), values));

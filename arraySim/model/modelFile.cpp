@@ -90,7 +90,7 @@ class ObjectReader {
             return 1;
         }
         const std::string& key = object.kind->attributes[*object.kind->key].name();
-        const std::optional<uint32_t> index = ReadUint32(object.Text(key));
+        const std::optional<uint32_t> index = ParseUint32(object.Text(key));
         if (!index) {
             Fail("attribute \"" + key + "\" must contain a number");
         }

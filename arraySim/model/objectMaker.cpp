@@ -69,11 +69,11 @@ class ObjectBuilder {
             case ValueRule::Verb::kSize:
                 return std::to_string(random_.Between(rule.low, rule.high) * kBlocksPerGigabyte);
             case ValueRule::Verb::kTemperature:
-                return TemperatureText(random_.Between(rule.low, rule.high));
+                return FormatTemperature(random_.Between(rule.low, rule.high));
             case ValueRule::Verb::kRail:
                 return Rail(rule);
             case ValueRule::Verb::kDate:
-                return DateText(random_.Between(rule.low, rule.high), random_.Between(0, kDay_s - 1));
+                return FormatDate(random_.Between(rule.low, rule.high), random_.Between(0, kDay_s - 1));
             case ValueRule::Verb::kSame:
                 return std::string(object_.Text(rule.text));
             case ValueRule::Verb::kCount:
@@ -255,7 +255,7 @@ void RemoveObject(Model& model, const Object& object) {
     model.UpdateCounts();
 }
 
-std::string DateText(int64_t days_before, int64_t second_of_day) {
+std::string FormatDate(int64_t days_before, int64_t second_of_day) {
     const time_t moment = static_cast<time_t>(kToday_s - days_before * kDay_s + second_of_day);
     tm parts{};
     gmtime_r(&moment, &parts);
@@ -263,7 +263,7 @@ std::string DateText(int64_t days_before, int64_t second_of_day) {
     return {text, strftime(text, sizeof text, "%m/%d/%Y %I:%M:%S %p", &parts)};
 }
 
-std::string TemperatureText(int64_t celsius) {
+std::string FormatTemperature(int64_t celsius) {
     return FormatString("%lld C/%lld F", static_cast<long long>(celsius),
                         static_cast<long long>(9 * celsius / 5 + 32));
 }

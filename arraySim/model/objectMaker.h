@@ -34,8 +34,8 @@ Object& AddObject(Model& model, const Kind& kind, uint32_t index, const GivenVal
 void RemoveObject(Model& model, const Object& object);
 
 /** Formats a time that many days before the array's calendar day. */
-std::string DateText(int64_t days_before, int64_t second_of_day);
+std::string FormatDate(int64_t days_before, int64_t second_of_day);
 /** Formats a temperature: "25 C/77 F". */
-std::string TemperatureText(int64_t celsius);
+std::string FormatTemperature(int64_t celsius);
 
 }  // namespace arraysim

@@ -317,7 +317,7 @@ class PresetBuilder {
                 left <= active.size() ? active[active.size() - left] : PastAlertValues(place);
             values.emplace_back("ControllerIndex", std::to_string(place.parent_index));
             const auto days = static_cast<int64_t>(left * 400 / count);
-            values.emplace_back("CreateTime", DateText(days, static_cast<int64_t>(i) % 86400));
+            values.emplace_back("CreateTime", FormatDate(days, static_cast<int64_t>(i) % 86400));
             Add(kind, place, values);
         }
     }

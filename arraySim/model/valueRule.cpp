@@ -113,7 +113,7 @@ ValueRule EnumerationRule(const std::string& text, const ENUMTABLEApiAttribute& 
     return rule;
 }
 
-/** The rule of an attribute that means the same in every object. */
+/** The rule of an attribute with the same meaning in every object. */
 struct NamedTemplate {
     const char* attribute;
     const char* text;

@@ -104,7 +104,7 @@ bool IsUnchanged(const BASEApiAttribute& attribute, const std::string& text) {
     return kind == nullptr || kind->ToText(kind->FromText(text)) == text;
 }
 
-std::string ReferenceText(const OBJECTApiAttribute& attribute, const std::string& text) {
+std::string FormatReference(const OBJECTApiAttribute& attribute, const std::string& text) {
     const std::unique_ptr<APIObjectInstance> reference = attribute.FromText(text);
     return attribute.ToText(reference.get());
 }
@@ -115,7 +115,7 @@ void CheckValue(const BASEApiAttribute& attribute, const std::string& text) {
         RejectValue(attribute, text, "an address");
     }
     const auto* reference = dynamic_cast<const OBJECTApiAttribute*>(&attribute);
-    if (reference != nullptr && ReferenceText(*reference, text).empty()) {
+    if (reference != nullptr && FormatReference(*reference, text).empty()) {
         RejectValue(attribute, text, "a reference: ID, type and name of an object");
     }
 }

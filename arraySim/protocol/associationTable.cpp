@@ -130,7 +130,7 @@ const AssociationRow* FindRow(const Catalogue& catalogue, std::string_view objec
 
 }  // namespace
 
-Answer AnswerAssociation(CallContext& context) {
+Response AnswerAssociation(CallContext& context) {
     const std::string association = context.call->GetCommandName();
     const Catalogue& catalogue = context.model.catalogue();
     const Object& subject = SubjectOf(context);
@@ -141,14 +141,14 @@ Answer AnswerAssociation(CallContext& context) {
         objects.push_back(context.model.Array());
     }
     if (association.ends_with("List")) {
-        return ListAnswer(context, objects);
+        return ListResponse(context, objects);
     }
     if (objects.empty()) {
         throw ApiFailure("ObjectNotAvailable", context.selection.Name() + " " +
                                                    std::string(subject.Text("InstanceId")) + " has no " +
                                                    association);
     }
-    return ObjectAnswer(context, objects.front());
+    return ObjectResponse(context, objects.front());
 }
 
 }  // namespace arraysim

@@ -5,6 +5,6 @@
 namespace arraysim {
 
 /** Answers an association with the objects that its row of the table selects. Throws ApiFailure. */
-Answer AnswerAssociation(CallContext& context);
+Response AnswerAssociation(CallContext& context);
 
 }  // namespace arraysim

@@ -24,14 +24,14 @@ void CheckSerial(const Model& model, const std::optional<uint32_t>& serial, cons
 
 uint32_t IndexInInstanceId(const Model& model, const Selection& selection, const std::string& instance_id) {
     const size_t dot = instance_id.find('.');
-    const std::optional<uint32_t> serial = ReadUint32(std::string_view(instance_id).substr(0, dot));
+    const std::optional<uint32_t> serial = ParseUint32(std::string_view(instance_id).substr(0, dot));
     const bool is_single = selection.kind != nullptr && !selection.kind->key;
     if (is_single && dot == std::string::npos) {
         CheckSerial(model, serial, instance_id);
         return 1;
     }
     const std::optional<uint32_t> index =
-        dot == std::string::npos ? std::nullopt : ReadUint32(std::string_view(instance_id).substr(dot + 1));
+        dot == std::string::npos ? std::nullopt : ParseUint32(std::string_view(instance_id).substr(dot + 1));
     CheckSerial(model, index ? serial : std::nullopt, instance_id);
     return *index;
 }
@@ -55,15 +55,15 @@ Object* Resolve(Model& model, const APIObjectInstance& reference) {
         return &ObjectNamed(model, *selection, reference.instanceId);
     }
     const std::string& id = reference.instanceId;
-    CheckSerial(model, ReadUint32(std::string_view(id).substr(0, id.find('.'))), id);
+    CheckSerial(model, ParseUint32(std::string_view(id).substr(0, id.find('.'))), id);
     return nullptr;
 }
 
 using Replacements = std::vector<std::pair<std::string, std::string>>;
 
 /** Copies an object and replaces values of attributes that it has. */
-Object& Alter(Answer& answer, const Object& object, const Replacements& replacements) {
-    Object& copy = answer.altered.emplace_back(object);
+Object& Alter(Response& response, const Object& object, const Replacements& replacements) {
+    Object& copy = response.altered.emplace_back(object);
     for (const auto& [attribute, value] : replacements) {
         const std::optional<size_t> position = object.kind->FindAttribute(attribute);
         if (position && object.HasAttribute(object.kind->attributes[*position].name())) {
@@ -74,30 +74,30 @@ Object& Alter(Answer& answer, const Object& object, const Replacements& replacem
 }
 
 /** Returns the objects as altered by faults. */
-std::vector<BASEApiObject*> AlterAll(Answer& answer, const std::vector<Object*>& objects,
+std::vector<BASEApiObject*> AlterAll(Response& response, const std::vector<Object*>& objects,
                                      const CallContext& context) {
     std::vector<BASEApiObject*> altered(objects.begin(), objects.end());
     for (size_t i = 0; i < objects.size(); ++i) {
         Replacements replacements = i == 0 ? context.alteration.replaced_in_first : Replacements();
         replacements.insert(replacements.end(), context.style.replaced.begin(), context.style.replaced.end());
         if (!replacements.empty()) {
-            altered[i] = &Alter(answer, *objects[i], replacements);
+            altered[i] = &Alter(response, *objects[i], replacements);
         }
     }
     return altered;
 }
 
-Answer AnswerWith(CallContext& context, const std::vector<Object*>& objects, bool is_list) {
-    Answer answer;
-    answer.form = std::make_unique<AnswerForm>(context.model.catalogue(), context.style);
+Response ResponseWith(CallContext& context, const std::vector<Object*>& objects, bool is_list) {
+    Response response;
+    response.form = std::make_unique<ResponseForm>(context.model.catalogue(), context.style);
     const bool has_filter = is_list && context.call->HasAttribute("Filter");
     auto result = std::make_unique<COMPObjectMethodReturn>(is_list, context.call.release());
     result->ownsObjects = false;
-    result->SetForm(answer.form.get());
-    result->AssignObjects(AlterAll(answer, objects, context));
-    answer.objects = has_filter ? result->ObjectsToWrite().size() : objects.size();
-    answer.result = std::move(result);
-    return answer;
+    result->SetForm(response.form.get());
+    result->AssignObjects(AlterAll(response, objects, context));
+    response.objects = has_filter ? result->ObjectsToWrite().size() : objects.size();
+    response.result = std::move(result);
+    return response;
 }
 
 bool HasValues(const CallContext& context, const Object& subject, const Object& object,
@@ -131,7 +131,7 @@ Object& SubjectOf(const CallContext& context) {
     return *array;
 }
 
-std::vector<Object*> Referred(const CallContext& context, const std::string& argument) {
+std::vector<Object*> ReferencedObjects(const CallContext& context, const std::string& argument) {
     std::vector<Object*> objects;
     const BASEApiAttribute* attribute = context.call->FindAttribute(argument);
     if (attribute != nullptr) {
@@ -145,7 +145,7 @@ std::vector<Object*> Referred(const CallContext& context, const std::string& arg
 
 void CheckReferences(const CallContext& context) {
     for (const BASEApiAttribute* attribute : context.call->GetAttributeList()) {
-        Referred(context, attribute->GetXmlName());
+        ReferencedObjects(context, attribute->GetXmlName());
     }
 }
 
@@ -161,7 +161,7 @@ void CheckLock(const CallContext& context, const Object& subject) {
 
 std::string ValueFor(const CallContext& context, const Object& subject, std::string_view value) {
     if (value == "@today") {
-        return DateText(0, 0);
+        return FormatDate(0, 0);
     }
     if (!value.starts_with('@')) {
         return std::string(value);
@@ -171,18 +171,18 @@ std::string ValueFor(const CallContext& context, const Object& subject, std::str
                                             : std::string(subject.Text(name));
 }
 
-Answer ObjectAnswer(CallContext& context, Object* object) {
-    Answer answer;
+Response ObjectResponse(CallContext& context, Object* object) {
+    Response response;
     if (object != nullptr) {
-        return AnswerWith(context, {object}, false);
+        return ResponseWith(context, {object}, false);
     }
-    answer.objects = 1;
-    answer.result = std::make_unique<BASEApiMethodReturn>(true, context.call.release());
-    return answer;
+    response.objects = 1;
+    response.result = std::make_unique<BASEApiMethodReturn>(true, context.call.release());
+    return response;
 }
 
-Answer ListAnswer(CallContext& context, const std::vector<Object*>& objects) {
-    return AnswerWith(context, objects, true);
+Response ListResponse(CallContext& context, const std::vector<Object*>& objects) {
+    return ResponseWith(context, objects, true);
 }
 
 std::vector<Object*> ObjectsWith(const CallContext& context, const Object& subject,

@@ -8,14 +8,14 @@
 #include <vector>
 
 #include "apiMgmt/apiStub/base/apiObjects/base/baseApiMethod.h"
-#include "arraySim/protocol/answer.h"
+#include "arraySim/protocol/response.h"
 
 namespace arraysim {
 
 /** A call that is being carried out. */
 struct CallContext {
     Model& model;
-    std::unique_ptr<BASEApiMethod> call;  ///< becomes part of the answer
+    std::unique_ptr<BASEApiMethod> call;  ///< becomes part of the response
     Selection selection;                  ///< the object of the call
     const ObjectStyle& style;
     const ListAlteration& alteration;
@@ -30,7 +30,7 @@ Object& ObjectNamed(Model& model, const Selection& selection, const std::string&
 Object& SubjectOf(const CallContext& context);
 
 /** Returns the objects that an argument refers to. Ignores references to a kind that the simulator lacks. */
-std::vector<Object*> Referred(const CallContext& context, const std::string& argument);
+std::vector<Object*> ReferencedObjects(const CallContext& context, const std::string& argument);
 
 /** Checks that every reference of the call is to an existing object of this array. */
 void CheckReferences(const CallContext& context);
@@ -54,10 +54,10 @@ struct AttributeValue {
 std::vector<Object*> ObjectsWith(const CallContext& context, const Object& subject,
                                  const Selection& selection, std::span<const AttributeValue> conditions);
 
-// ---- Answers ----
+// ---- Responses ----
 
-/** Answers with an object, or with none (null) if the call has no result. */
-Answer ObjectAnswer(CallContext& context, Object* object);
-Answer ListAnswer(CallContext& context, const std::vector<Object*>& objects);
+/** Returns a response with an object, or with none (null) if the call has no result. */
+Response ObjectResponse(CallContext& context, Object* object);
+Response ListResponse(CallContext& context, const std::vector<Object*>& objects);
 
 }  // namespace arraysim

@@ -65,12 +65,12 @@ std::vector<Object*> ManyVolumes(const CallContext& context) {
     return volumes;
 }
 
-Answer SetSize(CallContext& context, Object& volume, int64_t blocks) {
+Response SetSize(CallContext& context, Object& volume, int64_t blocks) {
     if (blocks <= BlocksIn(volume.Text("ConfiguredSize"))) {
         throw ApiFailure("InvalidValue", "TsVolume " + volume.GetInstanceId() + " can only be enlarged");
     }
     volume.Put("ConfiguredSize", std::to_string(blocks));
-    return ObjectAnswer(context, nullptr);
+    return ObjectResponse(context, nullptr);
 }
 
 }  // namespace
@@ -112,35 +112,36 @@ Result Fail(CallContext& context, Object& subject, const Step&) {
 
 Result Remove(CallContext& context, Object& subject, const Step&) {
     RemoveObject(context.model, subject);
-    return ObjectAnswer(context, nullptr);
+    return ObjectResponse(context, nullptr);
 }
 
 Result Create(CallContext& context, Object& subject, const Step& step) {
     const Kind& kind = context.model.catalogue().KindOf(step.first);
-    return ObjectAnswer(context, &AddNew(context.model, kind,
-                                         ValuesToCreate(context, subject, kind, {step.second, step.third})));
+    return ObjectResponse(
+        context,
+        &AddNew(context.model, kind, ValuesToCreate(context, subject, kind, {step.second, step.third})));
 }
 
 Result Reply(CallContext& context, Object& subject, const Step& step) {
     const std::string text = ValueFor(context, subject, step.first);
     int32_t number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    Answer answer;
-    answer.objects = 1;
+    Response response;
+    response.objects = 1;
     if (text == "True" || text == "False") {
-        answer.result = std::make_unique<BOOLMethodReturn>(text == "True", context.call.release());
+        response.result = std::make_unique<BOOLMethodReturn>(text == "True", context.call.release());
     } else if (error == std::errc() && end == text.data() + text.size()) {
-        answer.result = std::make_unique<INTMethodReturn>(number, context.call.release());
+        response.result = std::make_unique<INTMethodReturn>(number, context.call.release());
     } else {
-        answer.result = std::make_unique<STRINGMethodReturn>(text, context.call.release());
+        response.result = std::make_unique<STRINGMethodReturn>(text, context.call.release());
     }
-    return answer;
+    return response;
 }
 
 Result History(CallContext& context, Object& subject, const Step& step) {
     const Selection records = *context.model.catalogue().Find(step.first);
     const AttributeValue condition = {step.second, step.third};
-    return ListAnswer(context, ObjectsWith(context, subject, records, {&condition, 1}));
+    return ListResponse(context, ObjectsWith(context, subject, records, {&condition, 1}));
 }
 
 Result Reject(CallContext&, Object&, const Step& step) {
@@ -154,30 +155,30 @@ Result Nothing(CallContext&, Object&, const Step&) {
 // ---- Disks and folders ----
 
 Result ReleaseDisks(CallContext& context, Object&, const Step&) {
-    for (Object* disk : Referred(context, "ReleasedDisks")) {
+    for (Object* disk : ReferencedObjects(context, "ReleasedDisks")) {
         MoveDisk(context.model, *disk, nullptr);
     }
-    return ObjectAnswer(context, nullptr);
+    return ObjectResponse(context, nullptr);
 }
 
 /** Makes the disks managed again, but does not assign them to a folder. */
 Result RevertDisks(CallContext& context, Object&, const Step&) {
-    for (Object* disk : Referred(context, "RevertedDisks")) {
+    for (Object* disk : ReferencedObjects(context, "RevertedDisks")) {
         disk->Put("Managed", "True");
         disk->Put("ControlType", "Managed");
     }
-    return ObjectAnswer(context, nullptr);
+    return ObjectResponse(context, nullptr);
 }
 
 Result AddDisks(CallContext& context, Object& folder, const Step&) {
-    for (Object* disk : Referred(context, "Disks")) {
+    for (Object* disk : ReferencedObjects(context, "Disks")) {
         MoveDisk(context.model, *disk, &folder);
     }
-    return ObjectAnswer(context, nullptr);
+    return ObjectResponse(context, nullptr);
 }
 
 Result RemoveDisks(CallContext& context, Object& folder, const Step&) {
-    const std::vector<Object*> disks = Referred(context, "Disks");
+    const std::vector<Object*> disks = ReferencedObjects(context, "Disks");
     for (const Object* disk : disks) {
         if (disk->Number("DiskFolderIndex") != folder.index) {
             throw ApiFailure("TesseraError", "TsDisk " + disk->GetInstanceId() + " is not in folder " +
@@ -187,7 +188,7 @@ Result RemoveDisks(CallContext& context, Object& folder, const Step&) {
     for (Object* disk : disks) {
         MoveDisk(context.model, *disk, nullptr);
     }
-    return ObjectAnswer(context, nullptr);
+    return ObjectResponse(context, nullptr);
 }
 
 Result CreateFolder(CallContext& context, Object&, const Step&) {
@@ -196,10 +197,10 @@ Result CreateFolder(CallContext& context, Object&, const Step&) {
         values.emplace_back("Name", context.call->GetAttribute("Name"));
     }
     Object& folder = AddNew(context.model, context.model.catalogue().KindOf("TsDiskFolder"), values);
-    for (Object* disk : Referred(context, "DiskList")) {
+    for (Object* disk : ReferencedObjects(context, "DiskList")) {
         MoveDisk(context.model, *disk, &folder);
     }
-    return ObjectAnswer(context, &folder);
+    return ObjectResponse(context, &folder);
 }
 
 // ---- Volumes ----
@@ -217,7 +218,7 @@ Result DeleteVolumes(CallContext& context, Object&, const Step&) {
     for (const Object* volume : volumes) {
         RemoveObject(context.model, *volume);
     }
-    return ObjectAnswer(context, nullptr);
+    return ObjectResponse(context, nullptr);
 }
 
 Result RecycleVolumes(CallContext& context, Object&, const Step&) {
@@ -225,7 +226,7 @@ Result RecycleVolumes(CallContext& context, Object&, const Step&) {
         volume->Put("InRecycleBin", "True");
         volume->Put("Active", "False");
     }
-    return ObjectAnswer(context, nullptr);
+    return ObjectResponse(context, nullptr);
 }
 
 Result ExpandVolume(CallContext& context, Object& volume, const Step&) {
@@ -247,10 +248,10 @@ Result SupportedLanguages(CallContext& context, Object&, const Step&) {
                 EscapeXml(std::string(row.Description), false) + "</Description><UiString>" +
                 EscapeXml(std::string(row.UiString), false) + "</UiString></Row>";
     }
-    Answer answer;
-    answer.objects = 1;
-    answer.result = std::make_unique<ENUMMaskMethodReturn>(rows, context.call.release());
-    return answer;
+    Response response;
+    response.objects = 1;
+    response.result = std::make_unique<ENUMMaskMethodReturn>(rows, context.call.release());
+    return response;
 }
 
 }  // namespace arraysim::step

@@ -10,7 +10,7 @@ namespace arraysim::step {
 
 /** A step with its arguments, which each function below explains. */
 struct Step {
-    using Run = std::optional<Answer> (*)(CallContext& context, Object& subject, const Step& step);
+    using Run = std::optional<Response> (*)(CallContext& context, Object& subject, const Step& step);
 
     Run run = nullptr;
     std::string_view first = {};
@@ -18,10 +18,10 @@ struct Step {
     std::string_view third = {};
 };
 
-using Result = std::optional<Answer>;
+using Result = std::optional<Response>;
 
 // A step acts on the subject: the instance of the command, or the array if it names none. A step that returns
-// an answer or throws ApiFailure ends the command. A VALUE is evaluated by ValueFor.
+// a response or throws ApiFailure ends the command. A VALUE is evaluated by ValueFor.
 
 /** ATTR VALUE: rejects the command if the attribute has this value. */
 Result Unless(CallContext& context, Object& subject, const Step& step);

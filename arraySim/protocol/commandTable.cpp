@@ -205,25 +205,25 @@ bool AsksForRecords(std::string_view command) {
 
 }  // namespace
 
-Answer AnswerCommand(CallContext& context) {
+Response AnswerCommand(CallContext& context) {
     const std::string command = context.call->GetCommandName();
     Object& subject = SubjectOf(context);
     CheckLock(context, subject);
     const CommandRow* row = FindRow(context.model.catalogue(), context.selection.Name(), command);
     if (row == nullptr && AsksForRecords(command)) {
-        return ListAnswer(context, {});
+        return ListResponse(context, {});
     }
     if (row == nullptr) {
         throw ApiFailure("MethodNotAvailable",
                          context.selection.Name() + " " + command + " is not supported by this array");
     }
     for (const Step* step = row->steps; step->run != nullptr; ++step) {
-        if (std::optional<Answer> answer = step->run(context, subject, *step)) {
-            return std::move(*answer);
+        if (std::optional<Response> response = step->run(context, subject, *step)) {
+            return std::move(*response);
         }
     }
     context.model.UpdateCounts();
-    return ObjectAnswer(context, nullptr);
+    return ObjectResponse(context, nullptr);
 }
 
 }  // namespace arraysim

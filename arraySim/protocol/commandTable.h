@@ -6,6 +6,6 @@ namespace arraysim {
 
 /** Carries out the steps that the table defines for a command other than Get, GetList and Modify. Throws
     ApiFailure. */
-Answer AnswerCommand(CallContext& context);
+Response AnswerCommand(CallContext& context);
 
 }  // namespace arraysim

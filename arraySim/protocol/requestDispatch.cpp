@@ -35,7 +35,7 @@ void CheckFilter(const BASEApiMethod& call) {
     }
 }
 
-Answer AnswerGetList(CallContext& context) {
+Response AnswerGetList(CallContext& context) {
     CheckFilter(*context.call);
     std::vector<Object*> objects;
     if (!context.alteration.no_objects) {
@@ -52,7 +52,7 @@ Answer AnswerGetList(CallContext& context) {
     if (context.alteration.beyond_capacity) {
         Overfill(objects, context.selection.list->table->Capacity() + *context.alteration.beyond_capacity);
     }
-    return ListAnswer(context, objects);
+    return ListResponse(context, objects);
 }
 
 // ---- Modify ----
@@ -91,7 +91,7 @@ void ChangeAttribute(Model& model, Object& object, const std::string& attribute,
 }
 
 /** Changes all attributes or none, because all were checked when the call was made. */
-Answer AnswerModify(CallContext& context) {
+Response AnswerModify(CallContext& context) {
     Object& subject = SubjectOf(context);
     CheckLock(context, subject);
     size_t changes = 0;
@@ -105,7 +105,7 @@ Answer AnswerModify(CallContext& context) {
     if (changes == 0) {
         throw ApiFailure("InvalidArguments", "Missing attributes to modify");
     }
-    return ObjectAnswer(context, nullptr);
+    return ObjectResponse(context, nullptr);
 }
 
 // ---- All calls ----
@@ -116,7 +116,7 @@ void CheckKey(const ApiRequest& request, const Session& session) {
     }
 }
 
-Answer Dispatch(CallContext& context) {
+Response Dispatch(CallContext& context) {
     const std::string& command = context.call->GetCommandName();
     if (dynamic_cast<const BASEApiAssociation*>(context.call.get()) != nullptr) {
         return AnswerAssociation(context);
@@ -125,7 +125,7 @@ Answer Dispatch(CallContext& context) {
         return AnswerGetList(context);
     }
     if (command == "Get") {
-        return ObjectAnswer(context, &SubjectOf(context));
+        return ObjectResponse(context, &SubjectOf(context));
     }
     CheckReferences(context);
     return command == "Modify" ? AnswerModify(context) : AnswerCommand(context);
@@ -133,8 +133,8 @@ Answer Dispatch(CallContext& context) {
 
 }  // namespace
 
-Answer CarryOut(Model& model, const ApiRequest& request, const Session& session, const ObjectStyle& style,
-                const ListAlteration& alteration) {
+Response CarryOut(Model& model, const ApiRequest& request, const Session& session, const ObjectStyle& style,
+                  const ListAlteration& alteration) {
     try {
         CheckKey(request, session);
         std::unique_ptr<BASEApiMethod> call = MakeCall(request);
@@ -143,7 +143,7 @@ Answer CarryOut(Model& model, const ApiRequest& request, const Session& session,
                             alteration};
         return Dispatch(context);
     } catch (const ApiFailure& failure) {
-        return FailureAnswer(failure.code(), failure.what(), failure.detail());
+        return FailureResponse(failure.code(), failure.what(), failure.detail());
     }
 }
 

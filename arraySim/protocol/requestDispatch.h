@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "arraySim/protocol/answer.h"
 #include "arraySim/protocol/apiRequest.h"
+#include "arraySim/protocol/response.h"
 
 namespace arraysim {
 
@@ -13,8 +13,8 @@ struct Session {
     int privilege = USER_PRIVILEGE_ADMIN;
 };
 
-/** Carries out a request. Does not throw ApiFailure: a failure becomes the answer. */
-Answer CarryOut(Model& model, const ApiRequest& request, const Session& session, const ObjectStyle& style,
-                const ListAlteration& alteration);
+/** Carries out a request. Does not throw ApiFailure: a failure becomes the response. */
+Response CarryOut(Model& model, const ApiRequest& request, const Session& session, const ObjectStyle& style,
+                  const ListAlteration& alteration);
 
 }  // namespace arraysim

@@ -21,9 +21,9 @@ struct Unit {
 constexpr Unit kUnits[] = {{"ms", 1}, {"s", 1000}, {"m", 60000}};
 
 /** Parses "5s", "250ms" or "1m". Returns milliseconds. */
-int64_t ReadTime(const std::string& text) {
+int64_t ParseTime(const std::string& text) {
     const size_t end = text.find_first_not_of("0123456789");
-    const std::optional<uint32_t> number = ReadUint32(std::string_view(text).substr(0, end));
+    const std::optional<uint32_t> number = ParseUint32(std::string_view(text).substr(0, end));
     for (const Unit& unit : kUnits) {
         if (number && end != std::string::npos && std::string_view(text).substr(end) == unit.name) {
             return *number * unit.milliseconds;
@@ -33,7 +33,7 @@ int64_t ReadTime(const std::string& text) {
 }
 
 /** Returns the line without its first `count` words. */
-std::string Behind(const std::string& line, size_t count) {
+std::string SkipWords(const std::string& line, size_t count) {
     size_t at = line.find_first_not_of(" \t");
     for (size_t i = 0; i < count && at != std::string::npos; ++i) {
         at = line.find_first_of(" \t", at);
@@ -42,7 +42,7 @@ std::string Behind(const std::string& line, size_t count) {
     return at == std::string::npos ? std::string() : line.substr(at);
 }
 
-void ReadWait(const Catalogue& catalogue, const std::vector<std::string>& words, ScenarioStep& step) {
+void ParseWait(const Catalogue& catalogue, const std::vector<std::string>& words, ScenarioStep& step) {
     const bool is_ping = words.size() == 3 && words[2] == kPingTopic;
     if (words.size() < 3 || words[1] != "for" || (!is_ping && words.size() != 4)) {
         throw CommandError("expected: wait for GetList|Get|Modify KIND, or wait for Ping");
@@ -62,7 +62,7 @@ void ReadWait(const Catalogue& catalogue, const std::vector<std::string>& words,
     step.wait_object = selection->Name();
 }
 
-ScenarioStep ReadStep(const Catalogue& catalogue, const std::string& line) {
+ScenarioStep ParseStep(const Catalogue& catalogue, const std::string& line) {
     ScenarioStep step;
     step.text = line;
     std::vector<std::string> words = SplitWords(line);
@@ -72,12 +72,12 @@ ScenarioStep ReadStep(const Catalogue& catalogue, const std::string& line) {
             throw CommandError("expected: " + words[0] + " TIME COMMAND");
         }
         step.when = words[0] == "at" ? ScenarioStep::When::kAt : ScenarioStep::When::kAfter;
-        step.time_ms = ReadTime(words[1]);
-        rest = Behind(line, 2);
+        step.time_ms = ParseTime(words[1]);
+        rest = SkipWords(line, 2);
         words.erase(words.begin(), words.begin() + 2);
     }
     if (words[0] == "wait") {
-        ReadWait(catalogue, words, step);
+        ParseWait(catalogue, words, step);
     } else {
         ParseCommand(catalogue, words);  // only to report errors; `rest` is executed
         step.command = rest;
@@ -100,7 +100,7 @@ Scenario ParseScenario(const Catalogue& catalogue, const std::string& file, std:
             continue;
         }
         try {
-            ScenarioStep step = ReadStep(catalogue, line);
+            ScenarioStep step = ParseStep(catalogue, line);
             step.line = number;
             if (step.when == ScenarioStep::When::kAt) {
                 if (step.time_ms < latest_ms) {
@@ -124,30 +124,30 @@ Scenario ReadScenarioFile(const Catalogue& catalogue, const std::string& path) {
     return ParseScenario(catalogue, path, *text);
 }
 
-int64_t ClockPace::Now_ms() {
+int64_t RealTimeClock::Now_ms() {
     return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start_)
         .count();
 }
 
-bool ClockPace::SleepUntil(int64_t time_ms) {
+bool RealTimeClock::SleepUntil(int64_t time_ms) {
     std::unique_lock<std::mutex> lock(mutex_);
     return !stopped_.wait_until(lock, start_ + std::chrono::milliseconds(time_ms), [&] { return stop_; });
 }
 
-bool ClockPace::WaitForExchange(const std::string& command, const std::string& object, size_t seen) {
+bool RealTimeClock::WaitForExchange(const std::string& command, const std::string& object, size_t seen) {
     return simulator_.WaitForExchange(command, object, seen);
 }
 
-void ClockPace::Stop() {
+void RealTimeClock::Stop() {
     simulator_.StopWaiting();
     const std::lock_guard<std::mutex> guard(mutex_);
     stop_ = true;
     stopped_.notify_all();
 }
 
-ScenarioRunner::ScenarioRunner(const Scenario& scenario, Simulator& simulator, ScenarioPace& pace,
+ScenarioRunner::ScenarioRunner(const Scenario& scenario, Simulator& simulator, ScenarioClock& clock,
                                Report report)
-    : scenario_(scenario), simulator_(simulator), pace_(pace), report_(std::move(report)) {}
+    : scenario_(scenario), simulator_(simulator), clock_(clock), report_(std::move(report)) {}
 
 std::optional<size_t> ScenarioRunner::Run() {
     int64_t previous_ms = 0;
@@ -155,7 +155,8 @@ std::optional<size_t> ScenarioRunner::Run() {
         if (!WaitForTime(step, previous_ms)) {
             return std::nullopt;
         }
-        report_(FormatString("%8.3f s  %s", static_cast<double>(pace_.Now_ms()) / 1000.0, step.text.c_str()));
+        report_(
+            FormatString("%8.3f s  %s", static_cast<double>(clock_.Now_ms()) / 1000.0, step.text.c_str()));
         if (step.command.empty()) {
             if (!WaitForExchange(step)) {
                 return std::nullopt;
@@ -163,7 +164,7 @@ std::optional<size_t> ScenarioRunner::Run() {
         } else {
             RunCommand(step);
         }
-        previous_ms = pace_.Now_ms();
+        previous_ms = clock_.Now_ms();
     }
     return failures_;
 }
@@ -171,9 +172,9 @@ std::optional<size_t> ScenarioRunner::Run() {
 bool ScenarioRunner::WaitForTime(const ScenarioStep& step, int64_t previous_ms) {
     switch (step.when) {
         case ScenarioStep::When::kAt:
-            return pace_.SleepUntil(step.time_ms);
+            return clock_.SleepUntil(step.time_ms);
         case ScenarioStep::When::kAfter:
-            return pace_.SleepUntil(previous_ms + step.time_ms);
+            return clock_.SleepUntil(previous_ms + step.time_ms);
         case ScenarioStep::When::kNow:
             break;
     }
@@ -182,7 +183,7 @@ bool ScenarioRunner::WaitForTime(const ScenarioStep& step, int64_t previous_ms) 
 
 bool ScenarioRunner::WaitForExchange(const ScenarioStep& step) {
     const size_t seen = simulator_.Exchanges(step.wait_command, step.wait_object);
-    return pace_.WaitForExchange(step.wait_command, step.wait_object, seen);
+    return clock_.WaitForExchange(step.wait_command, step.wait_object, seen);
 }
 
 void ScenarioRunner::RunCommand(const ScenarioStep& step) {

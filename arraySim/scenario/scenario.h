@@ -54,9 +54,9 @@ Scenario ParseScenario(const Catalogue& catalogue, const std::string& file, std:
 Scenario ReadScenarioFile(const Catalogue& catalogue, const std::string& path);
 
 /** The clock of a scenario: real time, or time that jumps in a test. */
-class ScenarioPace {
+class ScenarioClock {
   public:
-    virtual ~ScenarioPace() = default;
+    virtual ~ScenarioClock() = default;
 
     /** Returns the milliseconds since the start of the scenario. */
     virtual int64_t Now_ms() = 0;
@@ -67,9 +67,9 @@ class ScenarioPace {
 };
 
 /** Real time, by the monotonic clock. Stop ends all waits and may be called from any thread. */
-class ClockPace : public ScenarioPace {
+class RealTimeClock : public ScenarioClock {
   public:
-    explicit ClockPace(Simulator& simulator) : simulator_(simulator) {}
+    explicit RealTimeClock(Simulator& simulator) : simulator_(simulator) {}
 
     int64_t Now_ms() override;
     bool SleepUntil(int64_t time_ms) override;
@@ -91,7 +91,7 @@ class ScenarioRunner {
     using Report = std::function<void(const std::string&)>;
 
     /** report: called for each step and each failure. */
-    ScenarioRunner(const Scenario& scenario, Simulator& simulator, ScenarioPace& pace, Report report);
+    ScenarioRunner(const Scenario& scenario, Simulator& simulator, ScenarioClock& clock, Report report);
 
     /** Returns the number of failed steps, or none if the scenario was ended early. */
     std::optional<size_t> Run();
@@ -105,7 +105,7 @@ class ScenarioRunner {
 
     const Scenario& scenario_;
     Simulator& simulator_;
-    ScenarioPace& pace_;
+    ScenarioClock& clock_;
     Report report_;
     size_t failures_ = 0;
 };

@@ -13,7 +13,7 @@ GAUGE, STATES, INFO, TEXT, DECIMAL = "gauge", "states", "info", "text", "decimal
 
 @dataclass
 class Module:
-    """What is scraped together, and how often. columns: of a light module, which shows them without their names."""
+    """Columns that are scraped together at an interval. columns: those of a light module, which has no name labels."""
     interval: str
     text: str
     columns: list = field(default_factory=list)

@@ -32,7 +32,7 @@ class State:
 
 @dataclass(kw_only=True)
 class Notification(Described):
-    """severity: only of one that carries no state."""
+    """severity: only for a notification without a state."""
 
     number: int
     word: str

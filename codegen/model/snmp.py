@@ -93,8 +93,8 @@ def check_post_processes(columns, found):
 
 
 def check_attributes(model, catalogue):
-    """Checks that the objects of the API have the attributes that fill the columns: the simulated array, which is made
-    from the same columns, would have a misspelled one, too."""
+    """Checks that the objects of the API have the attributes that fill the columns. The simulated array would not reveal
+    a misspelled one, because it is generated from the same columns."""
     objects = {each.name.lower(): each for each in catalogue.objects}
     for refresh in model.mib.refreshes:
         found = objects.get(refresh.object_name.lower())

@@ -1,4 +1,4 @@
-"""The checks that the plugin check_tessera makes: what the files for Nagios and for Icinga share."""
+"""The checks of the plugin check_tessera, which the files for Nagios and for Icinga share."""
 
 from dataclasses import dataclass
 
@@ -6,7 +6,7 @@ from codegen.model import watches
 from codegen.writers.output import dotted
 
 PLUGIN = "check_tessera"
-# A string that takes the whole way through the daemon and is never a problem.
+# A string whose GET tests the whole chain, and which is never a problem.
 REACHED = "selfTestVersion"
 SEVERITIES = ("ok", *watches.TROUBLES)
 UNITS = {"percent": "%"}
@@ -14,7 +14,7 @@ UNITS = {"percent": "%"}
 
 @dataclass
 class Check:
-    """options: of the plugin, by name; those of the host and the instance are missing."""
+    """options: of the plugin, by name, except those for the host and the instance."""
     column: object
     options: dict
 
@@ -26,7 +26,7 @@ class Check:
         return self.column.paragraphs()[0]
 
     def is_single(self):
-        """Whether every array has exactly one such object."""
+        """Returns whether every array has exactly one such object."""
         table = self.column.table
         return table is None or (not table.parent and table.rows == 1)
 

@@ -28,7 +28,7 @@ BARS = {"reduceOptions": LATEST, "displayMode": "basic", "orientation": "horizon
         "valueMode": "color", "namePlacement": "auto", "sizing": "auto", "minVizHeight": 16, "maxVizHeight": 300,
         "minVizWidth": 8}
 TIMELINE = {"legend": LEGEND, "tooltip": TOOLTIP, "mergeValues": True, "showValue": "auto", "rowHeight": 0.9}
-# Of each kind of panel: Grafana's type and its options. A state shows the numbers of a column of states.
+# For each kind of panel: Grafana's type and its options.
 KINDS = {
     "stat": ("stat", STAT), "state": ("stat", {**STAT, "textMode": "value_and_name"}), "bars": ("bargauge", BARS),
     "lines": ("timeseries", {"legend": LEGEND, "tooltip": TOOLTIP}), "history": ("state-timeline", TIMELINE),
@@ -36,12 +36,12 @@ KINDS = {
 }
 OVER_TIME, OF_STATES = ("lines", "history"), ("state", "history")
 OPTIONS = ("min", "max", "warning", "critical")
-# Of a table, besides the labels that it does not name.
+# Hidden in a table, in addition to the labels without a title.
 HIDDEN = ("Time", "Value", "__name__", "job")
 
 
 def thresholds(options):
-    """Green, and the colours of the limits; a critical limit that is the lower one is for what must not be low."""
+    """Returns the colours of the limits. If the critical limit is the lower one, low values are the problem."""
     limits = {severity: float(options[severity]) for severity in ("warning", "critical") if severity in options}
     if len(limits) == 2 and limits["critical"] < limits["warning"]:
         steps = [("critical", None), ("warning", limits["critical"]), ("ok", limits["warning"])]
@@ -75,7 +75,7 @@ class Builder:
         self.panels.append({"id": len(self.panels) + 1, **panel})
 
     def row(self, line):
-        """A row with the name of the array in its title appears once for each array."""
+        """Adds a row. If its title contains $array, it appears once for each array."""
         title = line.words[1]
         self.new_line()
         self.add(type="row", title=title, collapsed=False, panels=[], gridPos=self.place(LINE_WIDTH, 1),
@@ -85,14 +85,14 @@ class Builder:
     # --- states
 
     def severity_of(self, metric):
-        """{label: severity}; empty for a column of states that nobody watches."""
+        """Returns {label: severity}; empty for a column of states that is not watched."""
         watch = self.watch_of.get(metric.name)
         if watch:
             return watch.severities
         return self.severities.get(metric.convention.name, {}) if metric.kind == INFO else {}
 
     def mappings(self, metric, key):
-        """The name and the colour of every state. key: what stands for a state."""
+        """Returns the name and the colour of every state. key: returns what identifies a state."""
         severities = self.severity_of(metric)
         return [{"type": "value", "options": {
             str(key(value)): {"text": value.label, "index": index,
@@ -100,7 +100,7 @@ class Builder:
             for index, value in enumerate(metric.convention.values)}}]
 
     def state_number(self, line, selector):
-        """An expression for the number of the state, and its mappings. Each state is a series that is 0 or 1."""
+        """Returns an expression for the number of the state, and its mappings. Each state is a series of 0 or 1."""
         name, matchers = SELECTOR.match(selector).groups()
         metric = self.metrics.by_name().get(name)
         if not metric or not metric.convention:
@@ -109,7 +109,7 @@ class Builder:
         series = " or ".join(f'{value.number} * {name}{{{inner and inner + ","}{metric.own_label()}="{value.label}"}}'
                              for value in metric.convention.values if value.number)
         by = ", ".join(("instance", *metric.labels))
-        # None of them is 1 for a state whose number is 0; a negative number must not lose against the zeros.
+        # State 0 has no series in the expression. The minimum is added because a negative number is less than 0.
         number = f"max by ({by}) ({series})"
         if any(value.number < 0 for value in metric.convention.values):
             number = f"{number} + min by ({by}) ({series})"
@@ -118,7 +118,7 @@ class Builder:
     # --- panels
 
     def table(self, line, used, columns):
-        """Its columns in their order, by their titles, and the colours of states in them."""
+        """Returns the colours of states in a table, and the transformation that orders and names its columns."""
         titles = dict(pair.partition("=")[::2] for pair in columns.split(","))
         labels = self.labels(used)
         self.check_labels(line, titles, labels)
@@ -172,7 +172,7 @@ class Builder:
 
 
 def render(snmp, metrics, watches, lines):
-    """The dashboard as JSON; raises DataError."""
+    """Returns the dashboard as JSON. Raises DataError."""
     builder = Builder(metrics, watches)
     for line in lines:
         if line.words[0] == "row" and len(line.words) == 2:

@@ -64,7 +64,7 @@ class Exporter:
         light = self.metrics.modules[name].columns
         shown = [each for each in self.metrics.all if each.column.name in light or not light and each.module == name]
         lookups = {each.name: [] if light else self.lookups(each.column.table) for each in shown}
-        # The columns that are asked for: those that are shown, and those that name their rows.
+        # Requests the columns that are shown, and those that name their rows.
         wanted = {each.column.name for each in shown if each.column.table}
         wanted.update(column for found in lookups.values() for _, column in found)
         made = {"walk": [dotted(column.oid) for column in self.mib.columns if column.name in wanted],
@@ -76,7 +76,7 @@ class Exporter:
         return [f"{name}: {module.text}" for name, module in self.metrics.modules.items()]
 
     def old_form(self, auth):
-        """Each module has its own credentials, and the version beside them."""
+        """Returns the older format, in which each module contains the credentials and the version."""
         own = {"version": auth["version"], "auth": {key: value for key, value in auth.items() if key != "version"}}
         return yamlFile.document(OLD_HEAD + self.about(),
                                  {name: {**self.module(name), **own} for name in self.metrics.modules})

@@ -1,4 +1,4 @@
-"""Writes the MIB module, and the small one for the older enterprise number."""
+"""Writes the MIB module, and the small one for the old enterprise number."""
 
 from codegen.model import moduleNames as names
 from codegen.model.snmp import SYNTAX

@@ -18,7 +18,7 @@ def title(metric):
 
 
 def object_of(metric, columns):
-    """How a rule calls the object: by its names and its row, for a light module has no names; "array" for a scalar."""
+    """Returns the words by which a rule refers to the object: names and row, or "array" for a scalar."""
     if metric.column.table is None:
         return "array"
     texts = [label for label in metric.labels if label in columns and columns[label].type == "string"]

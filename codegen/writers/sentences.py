@@ -72,7 +72,7 @@ def quoted(text):
 
 
 def advice_of_component(component):
-    state, texts = component.state, [component.state.texts.get(key) for key in ("unhealthy", "down", "degraded")]
+    texts = [component.state.texts.get(key) for key in ("unhealthy", "down", "degraded")]
     texts += [level[2] for level in component.levels.values()]
     return f"{component.description}: " + " or ".join(quoted(text) for text in texts if text)
 

@@ -58,7 +58,7 @@ class Events:
         critical = exactly(grouped.get("critical", []))
         if "critical" in grouped:
             yield self.event(each, "critical", "", [lasts, (self.place(each, column), f"({critical})")])
-        # Warnings as well: an object that is up although the array reports a problem, and numbers of later versions.
+        # Also warnings: an object that is up although the array reports a problem, and numbers of later versions.
         others = [(self.place(each, column), f"!({critical})")] if "critical" in grouped else []
         yield self.event(each, "warning", "", [lasts, *others])
 

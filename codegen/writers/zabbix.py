@@ -1,4 +1,4 @@
-"""Writes the Zabbix templates: what the forms for different versions share is in Template."""
+"""Writes the Zabbix templates. Template contains what the formats for different versions share."""
 
 import hashlib
 import re
@@ -27,7 +27,7 @@ INTERVALS = [
 REACHED = "globalStatus"
 AVAILABLE = "zabbix[host,snmp,available]"
 AVAILABLE_MAP = {"0": "not available", "1": "available", "2": "unknown"}
-# Zabbix shows a text that is not ASCII as pairs of hexadecimal digits.
+# Zabbix represents a string that is not ASCII as pairs of hexadecimal digits.
 DECODE = r"""function decoded(text) {
   if (!/^([0-9A-F]{2}\s+)*[0-9A-F]{2}\s*$/.test(text) || !/(^|\s)[89A-F]/.test(text)) return text;
   try { return decodeURIComponent(text.replace(/\s/g, "").replace(/../g, "%$&")); } catch (error) { return text; }
@@ -86,7 +86,7 @@ def function(key, name="last", *parameters):
 
 
 class Template:
-    """A form of the template. A derived class has VERSION, GROUPS, the name of the list of groups, and
+    """A format of the template. A derived class has VERSION, GROUPS, the name of the list of groups, and
     walks(table), rows(table, macros) and source(table, metric): where values come from."""
 
     def __init__(self, snmp, all_metrics, watches):
@@ -112,8 +112,8 @@ class Template:
                                    number_text([value.number for value in values], function(key)))
 
     def triggers_of_limit(self, limit, key, suffix, what):
-        """The warning waits while there is the graver trouble."""
-        graver = []
+        """Suppresses the warning while the reading is critical."""
+        critical = []
         for severity in ("critical", "warning"):
             level = threshold(limit.metric, severity)
             lasting = f"{function(key, 'max', limit.wait)}<{level}"
@@ -121,9 +121,9 @@ class Template:
             made = self.trigger(limit.metric, severity, f"{what}{limit.metric.column.name} is below {level}",
                                 lasting + only_while, recovery_mode="RECOVERY_EXPRESSION",
                                 recovery_expression=f"{function(key)}>={threshold(limit.metric, severity, 'over')}")
-            if graver:
-                made["dependencies"] = graver
-            graver = [{name: made[name] for name in ("name", "expression", "recovery_expression")}]
+            if critical:
+                made["dependencies"] = critical
+            critical = [{name: made[name] for name in ("name", "expression", "recovery_expression")}]
             yield made
 
     def triggers(self, metric, suffix="", what=""):
@@ -158,13 +158,13 @@ class Template:
         return made
 
     def steps(self, metric, is_text):
-        """Behind the request: names become readable, and of a text that holds a number the number is taken."""
+        """Returns the preprocessing: decodes names, and extracts the number from a string that contains one."""
         found = [DECODE_TEXT] if is_text else []
         found += [FIRST_NUMBER] if metric.kind == metrics.DECIMAL else []
         return {"preprocessing": found} if found else {}
 
     def scalar(self, metric):
-        """With its triggers, which have no other item."""
+        """Returns the item of a scalar with its triggers, which use no other item."""
         is_text = metric.kind == metrics.TEXT
         item = identified("item", metric.column.name, name=metric.column.name, type="SNMP_AGENT",
                           snmp_oid=instance(metric.column), key=metric.column.name,
@@ -183,7 +183,7 @@ class Template:
                           valuemap={"name": "zabbix.host.available"}, tags=tags(component="array"))
 
     def trap(self, each):
-        """The notifications as SNMPTT writes them. Those about an object that no item watches alert themselves."""
+        """Yields the items of notifications, in SNMPTT's format. Those about objects without an item have triggers."""
         key = f'snmptrap["{each.name}: "]'
         item = identified("item", each.name, name=each.name, type="SNMP_TRAP", key=key, delay="0", value_type="LOG",
                           trends="0", description=" ".join([each.description, *each.paragraphs()]),

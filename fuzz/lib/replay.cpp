@@ -22,7 +22,7 @@ namespace {
 
 using bytes = std::vector<uint8_t>;
 
-constexpr size_t kLongestMutant = 65536;
+constexpr size_t kMaximumMutant = 65536;
 
 bytes read_file(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
@@ -48,7 +48,7 @@ class Mutator {
         bytes mutant = corpus_[Below(corpus_.size())];
         for (size_t edits = 1 + Below(4); edits > 0; --edits)
             Edit(mutant);
-        mutant.resize(std::min(mutant.size(), kLongestMutant));
+        mutant.resize(std::min(mutant.size(), kMaximumMutant));
         return mutant;
     }
 

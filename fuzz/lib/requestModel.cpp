@@ -22,12 +22,12 @@ namespace {
 using name_type = std::vector<oid>;
 using instances = std::map<name_type, int32_t>;
 
-constexpr size_t kShortestName = 6;
+constexpr size_t kMinimumName = 6;
 constexpr size_t kOldNumberAt = 6;
 constexpr oid kOldNumber = 27405;
-constexpr size_t kLongestOldName = 15;
+constexpr size_t kMaximumOldName = 15;
 
-// ---- words ----
+// ---- inputs ----
 
 int32_t any_variable(FuzzInput& input) {
     const column_record& column = cols[input.Below(NUMBER_OF_COLUMNS)];
@@ -51,13 +51,13 @@ std::string old_form(const std::string& text) {
 void fill_variable(FuzzInput& input, int32_t index) {
     if (cols[vars[index].col_id].data_type != SMI_BASETYPE_OCTET_STRING)
         store_number(index, static_cast<int64_t>(input.Below(65536)) * 65537);
-    else if (input.OnceIn(8))  // some of these are cut, and twenty of them exceed an answer
+    else if (input.OnceIn(8))  // some are truncated, and twenty of them exceed the size of a response
         store_text(index, std::string(2048 + input.Below(1280), 'x') + "\xc3\xa4");
     else
         store_text(index, std::string(input.Text(input.Below(8))));
 }
 
-int32_t beside(int32_t var_index, int col_id) {
+int32_t in_same_row(int32_t var_index, int col_id) {
     return cols[col_id].first_var + var_index - cols[vars[var_index].col_id].first_var;
 }
 
@@ -86,13 +86,13 @@ struct binding {
 
     bool is_old() const { return name != full; }
     bool has_bad_length() const {
-        return name.size() < kShortestName || (is_old() && name.size() > kLongestOldName);
+        return name.size() < kMinimumName || (is_old() && name.size() > kMaximumOldName);
     }
 };
 
 struct expectation {
     int result = SNMP_ERR_NOERROR;
-    size_t blamed = 0;
+    size_t failed_binding = 0;
     std::map<int32_t, std::string> texts;
     size_t commands = 0;
 };
@@ -135,7 +135,7 @@ instances cached_instances() {
     return cached;
 }
 
-// trapAlertState follows each accepted ForceTrap.
+// Omits trapAlertState, which each accepted ForceTrap changes.
 std::map<int32_t, std::string> values_of_store() {
     std::map<int32_t, std::string> values;
     for (int32_t i = first_cached_from(0); i >= 0; i = first_cached_from(int64_t{i} + 1)) {
@@ -155,11 +155,11 @@ int error_of_set(const binding& written, const instances& cached) {
     return column.is_table() && written.bytes != "ForceTrap" ? SNMP_ERR_BADVALUE : SNMP_ERR_NOERROR;
 }
 
-// Only objects with an API index may be missing.
+// Returns whether the row has an object. Only objects with an API index may be missing.
 bool has_object(const force_definition& force, int32_t var_index) {
     return force.rule != force_rule::index ||
            (get_row_seq(var_index) < static_cast<int32_t>(cols[force.column].maxNumOfRows) &&
-            is_cached(beside(var_index, force.index_column)));
+            is_cached(in_same_row(var_index, force.index_column)));
 }
 
 int commit(const binding& written, const instances& cached, expectation& expected) {
@@ -198,35 +198,35 @@ int error_of_binding(int mode, const binding& each, const instances& cached, exp
 
 expectation expect(int mode, const std::vector<binding>& bindings, const instances& cached) {
     expectation expected;
-    for (; expected.blamed < bindings.size(); ++expected.blamed) {
-        expected.result = error_of_binding(mode, bindings[expected.blamed], cached, expected);
+    for (; expected.failed_binding < bindings.size(); ++expected.failed_binding) {
+        expected.result = error_of_binding(mode, bindings[expected.failed_binding], cached, expected);
         if (expected.result != SNMP_ERR_NOERROR)
             break;
     }
     return expected;
 }
 
-// As the agent library encodes it.
+// Returns the size of a response as the agent library encodes it.
 size_t encoded_size(const netsnmp_variable_list* bindings) {
     constexpr int kResponse = 18;
     netsnmp_session session{};
-    netsnmp_pdu answer{};
-    answer.version = 0xC1;  // AgentX
-    answer.command = kResponse;
-    answer.variables = const_cast<netsnmp_variable_list*>(bindings);
+    netsnmp_pdu response{};
+    response.version = 0xC1;  // AgentX
+    response.command = kResponse;
+    response.variables = const_cast<netsnmp_variable_list*>(bindings);
     u_char* buffer = nullptr;
     size_t space = 0;
     size_t length = 0;
-    FuzzCheck(agentx_realloc_build(&session, &answer, &buffer, &space, &length) == 0,
-              "cannot encode the answer");
+    FuzzCheck(agentx_realloc_build(&session, &response, &buffer, &space, &length) == 0,
+              "cannot encode the response");
     free(buffer);
     return length;
 }
 
 // ---- comparison ----
 
-bool is_value(const netsnmp_variable_list& answer) {
-    return answer.type == ASN_INTEGER || answer.type == ASN_UNSIGNED || answer.type == ASN_OCTET_STR;
+bool is_value(const netsnmp_variable_list& response) {
+    return response.type == ASN_INTEGER || response.type == ASN_UNSIGNED || response.type == ASN_OCTET_STR;
 }
 
 bool is_served_form_of(std::string_view served, const std::string& text) {
@@ -236,61 +236,62 @@ bool is_served_form_of(std::string_view served, const std::string& text) {
            text.starts_with(served);
 }
 
-void check_value(const netsnmp_variable_list& answer, int32_t index) {
+void check_value(const netsnmp_variable_list& value, int32_t index) {
     const variable_entry& entry = vars[index];
     bool is_equal = false;
     switch (cols[entry.col_id].data_type) {
         case SMI_BASETYPE_OCTET_STRING: {
-            const std::string_view text(reinterpret_cast<const char*>(answer.val.string), answer.val_len);
-            is_equal = answer.type == ASN_OCTET_STR && is_served_form_of(text, entry.str);
+            const std::string_view text(reinterpret_cast<const char*>(value.val.string), value.val_len);
+            is_equal = value.type == ASN_OCTET_STR && is_served_form_of(text, entry.str);
             break;
         }
         case SMI_BASETYPE_UNSIGNED32:
-            is_equal = answer.type == ASN_UNSIGNED && static_cast<u_long>(*answer.val.integer) == entry.uint;
+            is_equal = value.type == ASN_UNSIGNED && static_cast<u_long>(*value.val.integer) == entry.uint;
             break;
         default:
-            is_equal = answer.type == ASN_INTEGER && *answer.val.integer == static_cast<int32_t>(entry.uint);
+            is_equal = value.type == ASN_INTEGER && *value.val.integer == static_cast<int32_t>(entry.uint);
     }
     if (!is_equal)
-        FuzzFail("another value than in the store: " + name_of(index));
+        FuzzFail("value differs from the store: " + name_of(index));
 }
 
-void check_get(const binding& asked, const netsnmp_variable_list& answer, const instances& cached) {
-    const auto found = cached.find(asked.full);
-    FuzzCheck(name_of_binding(answer) == asked.name, "a GET answered another name");
+void check_get(const binding& requested, const netsnmp_variable_list& response, const instances& cached) {
+    const auto found = cached.find(requested.full);
+    FuzzCheck(name_of_binding(response) == requested.name, "a GET returned another name");
     if (found == cached.end())
-        FuzzCheck(answer.type == SNMP_NOSUCHINSTANCE, "an instance that does not exist was answered");
+        FuzzCheck(response.type == SNMP_NOSUCHINSTANCE, "a GET returned a missing instance");
     else
-        check_value(answer, found->second);
+        check_value(response, found->second);
 }
 
-// Where names are no instances, a walk only has to go forward. An ended walk in the old form stays ended.
-void check_get_next(const binding& asked, const netsnmp_variable_list& answer, const instances& cached) {
-    const auto next = cached.upper_bound(asked.full);
-    const bool is_instance = cached.contains(asked.full) && !asked.is_inclusive;
-    if (!is_value(answer)) {
-        FuzzCheck(answer.type == SNMP_ENDOFMIBVIEW, "neither a value nor the end of the view");
-        FuzzCheck(!is_instance || asked.is_old() || next == cached.end(), "a walk ended early");
+// A name that is not an instance only requires progress. A walk in the old form that has ended stays ended.
+void check_get_next(const binding& requested, const netsnmp_variable_list& response,
+                    const instances& cached) {
+    const auto next = cached.upper_bound(requested.full);
+    const bool is_instance = cached.contains(requested.full) && !requested.is_inclusive;
+    if (!is_value(response)) {
+        FuzzCheck(response.type == SNMP_ENDOFMIBVIEW, "neither a value nor the end of the view");
+        FuzzCheck(!is_instance || requested.is_old() || next == cached.end(), "a walk ended early");
         return;
     }
-    const auto found = cached.find(full_form(name_of_binding(answer)));
-    FuzzCheck(found != cached.end(), "a GETNEXT answered an instance that does not exist");
-    check_value(answer, found->second);
-    FuzzCheck(asked.full < found->first || (asked.is_inclusive && asked.full == found->first),
+    const auto found = cached.find(full_form(name_of_binding(response)));
+    FuzzCheck(found != cached.end(), "a GETNEXT returned a missing instance");
+    check_value(response, found->second);
+    FuzzCheck(requested.full < found->first || (requested.is_inclusive && requested.full == found->first),
               "a walk does not go forward");
-    FuzzCheck(!is_instance || found == next, "a walk passes over an instance");
+    FuzzCheck(!is_instance || found == next, "a walk skips an instance");
 }
 
-void check_reads(const snmp_pdu_of_test& pdu, int mode, int result, const std::vector<binding>& asked,
+void check_reads(const snmp_pdu_of_test& pdu, int mode, int result, const std::vector<binding>& requested,
                  const instances& cached) {
     const bool is_too_big = encoded_size(pdu.bindings()) > kMaximumResponse;
-    FuzzCheck(result == (is_too_big ? SNMP_ERR_TOOBIG : SNMP_ERR_NOERROR), "the size limit of an answer");
-    for (size_t i = 0; i < asked.size(); ++i) {
-        const netsnmp_variable_list& answer = *pdu.requests()[i].requestvb;
+    FuzzCheck(result == (is_too_big ? SNMP_ERR_TOOBIG : SNMP_ERR_NOERROR), "the size limit of a response");
+    for (size_t i = 0; i < requested.size(); ++i) {
+        const netsnmp_variable_list& response = *pdu.requests()[i].requestvb;
         if (mode == MODE_GET)
-            check_get(asked[i], answer, cached);
+            check_get(requested[i], response, cached);
         else
-            check_get_next(asked[i], answer, cached);
+            check_get_next(requested[i], response, cached);
     }
 }
 
@@ -339,7 +340,7 @@ std::string any_writable(FuzzInput& input) {
         store_text(index, "before");
     const force_definition* force = force_of(index);
     if (force != nullptr && force->index_column >= 0 && !input.OnceIn(4))
-        store_number(beside(index, force->index_column), static_cast<int64_t>(input.Below(65536)));
+        store_number(in_same_row(index, force->index_column), static_cast<int64_t>(input.Below(65536)));
     return input.OnceIn(8) ? old_form(name_of(index)) : name_of(index);
 }
 
@@ -363,8 +364,8 @@ int serve_and_check(snmp_pdu_of_test& pdu, int mode) {
     const size_t known = trapsToSend.size();
 
     const int result = pdu.serve(mode);
-    FuzzCheck(values_of_store() == values, "the store holds other values");
-    FuzzCheck(trapsToSend.size() == known + expected.commands, "another number of trap commands");
+    FuzzCheck(values_of_store() == values, "the store differs from the model");
+    FuzzCheck(trapsToSend.size() == known + expected.commands, "wrong number of trap commands");
     if (!is_admitted)
         return result;
     if (expected.result == SNMP_ERR_NOERROR && (mode == MODE_GET || mode == MODE_GETNEXT)) {
@@ -375,7 +376,7 @@ int serve_and_check(snmp_pdu_of_test& pdu, int mode) {
         FuzzFail("result " + std::to_string(result) + ", expected " + std::to_string(expected.result) +
                  ":\n" + pdu.answers());
     if (result != SNMP_ERR_NOERROR)
-        FuzzCheck(pdu.requests()[expected.blamed].status == result, "another binding is blamed");
+        FuzzCheck(pdu.requests()[expected.failed_binding].status == result, "error at another binding");
     return result;
 }
 

@@ -29,12 +29,12 @@ namespace {
 constexpr u_char kNetworkByteOrder = 0x10;
 constexpr int kGet = 5, kGetNext = 6, kGetBulk = 7, kTestSet = 8, kResponse = 18;
 constexpr size_t kHeaderSize = 20;
-constexpr size_t kGreatestRequest = 65528;
+constexpr size_t kMaximumRequestSize = 65528;
 
-struct refusal {
+struct rejection {
     long sessid, transid, reqid, error;
 };
-std::optional<refusal> refused;
+std::optional<rejection> rejected;
 
 using octets = std::vector<u_char>;
 
@@ -96,17 +96,17 @@ long word_at(const octets& bytes, size_t at) {
     return word;
 }
 
-void check_refusal(const octets& bytes, int result) {
+void check_rejection(const octets& bytes, int result) {
     const bool is_request = bytes[1] >= kGet && bytes[1] <= kTestSet;
-    if (!is_request || bytes.size() <= kGreatestRequest) {
-        FuzzCheck(!refused, "a request was refused that is short enough");
+    if (!is_request || bytes.size() <= kMaximumRequestSize) {
+        FuzzCheck(!rejected, "a request that is short enough was rejected");
         return;
     }
-    FuzzCheck(result == SNMPERR_TOO_LONG && refused && refused->error == SNMP_ERR_TOOBIG,
-              "not refused as too big");
-    FuzzCheck(refused->sessid == word_at(bytes, 4) && refused->transid == word_at(bytes, 8) &&
-                  refused->reqid == word_at(bytes, 12),
-              "the refusal belongs to another request");
+    FuzzCheck(result == SNMPERR_TOO_LONG && rejected && rejected->error == SNMP_ERR_TOOBIG,
+              "a request that is too long was not rejected with tooBig");
+    FuzzCheck(rejected->sessid == word_at(bytes, 4) && rejected->transid == word_at(bytes, 8) &&
+                  rejected->reqid == word_at(bytes, 12),
+              "the rejection has other identifiers than the request");
 }
 
 void serve(const netsnmp_pdu& parsed) {
@@ -124,7 +124,7 @@ void serve(const netsnmp_pdu& parsed) {
     end_agent_tick();
 }
 
-// The library hands over whole PDUs: what an incomplete one lacks may still come.
+// Passes only complete PDUs on, as the library does: the rest of an incomplete one may still arrive.
 void take(octets bytes) {
     const int length = agentx_check_packet(bytes.data(), bytes.size());
     if (length < static_cast<int>(kHeaderSize) || static_cast<size_t>(length) > bytes.size())
@@ -133,9 +133,9 @@ void take(octets bytes) {
     octets given = whole;
     netsnmp_session session{};
     netsnmp_pdu* pdu = snmp_pdu_create(0);
-    refused.reset();
+    rejected.reset();
     const int result = agentx_parse(&session, pdu, given.data(), given.size());
-    check_refusal(whole, result);
+    check_rejection(whole, result);
     if (result == 0 && pdu->variables != nullptr && pdu->command >= kGet && pdu->command <= kTestSet)
         serve(*pdu);
     snmp_free_pdu(pdu);
@@ -143,11 +143,11 @@ void take(octets bytes) {
 
 }  // namespace
 
-/** Takes what the daemon sends by itself, in place of the library's. */
-extern "C" int snmp_send(netsnmp_session* /*session*/, netsnmp_pdu* answer) {
-    FuzzCheck(!refused && answer->command == kResponse, "more than one response");
-    refused = {answer->sessid, answer->transid, answer->reqid, answer->errstat};
-    snmp_free_pdu(answer);
+/** Replaces the library's function: records the response that the daemon sends itself. */
+extern "C" int snmp_send(netsnmp_session* /*session*/, netsnmp_pdu* response) {
+    FuzzCheck(!rejected && response->command == kResponse, "more than one response");
+    rejected = {response->sessid, response->transid, response->reqid, response->errstat};
+    snmp_free_pdu(response);
     return 1;
 }
 

@@ -11,10 +11,10 @@
 
 namespace {
 
-// Bit of the first byte: the sequence number of the response is corrected.
-constexpr uint8_t kRightNumber = 1;
+// Bit of the first byte: if set, the sequence number of the response is corrected.
+constexpr uint8_t kCorrectNumber = 1;
 
-bool is_answer_to(const fake_api_mgr::envelope& request, const fake_api_mgr::envelope& response) {
+bool is_response_to(const fake_api_mgr::envelope& request, const fake_api_mgr::envelope& response) {
     return response.sequencenum() == request.sequencenum() && response.msgtype() == protoIPCMsg::APIResp &&
            response.has_apirespmsg();
 }
@@ -26,15 +26,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     verbose = false;
     FuzzInput input(data, size);
     const uint8_t choice = input.Byte();
-    const std::string answer(input.Rest());
+    const std::string bytes(input.Rest());
     bool is_good = false;
     fake_api_mgr::meddle([&](const fake_api_mgr::envelope& request, fake_api_mgr::envelope& response) {
         response.Clear();
-        if (!response.ParsePartialFromString(answer))
+        if (!response.ParsePartialFromString(bytes))
             response.Clear();
-        if ((choice & kRightNumber) != 0)
+        if ((choice & kCorrectNumber) != 0)
             response.set_sequencenum(request.sequencenum());
-        is_good = is_answer_to(request, response);
+        is_good = is_response_to(request, response);
     });
 
     const std::pair<const char*, int> results[] = {
@@ -43,11 +43,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     };
     for (const auto& [test, result] : results)
         if (result == 0 && !is_good)
-            FuzzFail(std::string(test) + " took an answer that is none");
-    FuzzCheck(snmpSubagentComm->apimgr_ok() == (results[1].second == 0), "the link's record is another");
+            FuzzFail(std::string(test) + " accepted an invalid response");
+    FuzzCheck(snmpSubagentComm->apimgr_ok() == (results[1].second == 0), "apimgr_ok() is wrong");
     std::string text;
     const int access = AccessApi("tsDisk", text, kAllObjects, "", "");
-    FuzzCheck(access != 0 || is_good, "AccessApi took an answer that is none");
+    FuzzCheck(access != 0 || is_good, "AccessApi accepted an invalid response");
     GetSingleInstance("tsDisk", 3, "Status", cols[COLID_tsDiskStatus].first_var, false);
     fake_api_mgr::meddle(nullptr);
     transcript::take();

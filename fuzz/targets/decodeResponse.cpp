@@ -1,4 +1,4 @@
-// Passes documents to DecodeResponse. The result is written and decoded again; after that, it must not change
+// Passes documents to DecodeResponse. The result is encoded and decoded again; after that, it must not change
 // any more.
 
 #include <memory>
@@ -21,8 +21,8 @@ Return Decode(const std::string& document) {
     return Return(method.DecodeResponse(response));
 }
 
-std::string Written(const Return& answer) {
-    return answer ? answer->GenerateResponseXml(object_encoding::kXml) : "";
+std::string Encoded(const Return& response) {
+    return response ? response->GenerateResponseXml(object_encoding::kXml) : "";
 }
 
 }  // namespace
@@ -32,11 +32,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (!first || !first->GetSuccessful())
         return 0;
     first->GenerateResponseXml(object_encoding::kCsv);
-    // The second time unknown attributes are gone and control characters have become line feeds.
-    const Return again = Decode(Written(first));
+    // Encoding has removed unknown attributes and replaced control characters with line feeds.
+    const Return again = Decode(Encoded(first));
     if (!again || !again->GetSuccessful())
-        FuzzFail("what was written cannot be decoded:\n" + Written(first));
-    if (Written(Decode(Written(again))) != Written(again))
-        FuzzFail("changes with each writing:\n" + Written(again));
+        FuzzFail("the encoded response cannot be decoded:\n" + Encoded(first));
+    if (Encoded(Decode(Encoded(again))) != Encoded(again))
+        FuzzFail("the response changes when it is encoded again:\n" + Encoded(again));
     return 0;
 }

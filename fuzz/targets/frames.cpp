@@ -17,10 +17,10 @@
 
 namespace {
 
-constexpr unsigned long kSizeBytes = 256;  // the greatest body is 4096
-constexpr size_t kLongestInput = 65536;    // fits the socket's buffer
+constexpr unsigned long kSizeBytes = 256;  // the maximum body is 4096
+constexpr size_t kMaximumInput = 65536;    // fits the socket's buffer
 
-// Length and body that the input holds at a place; none when the frame is not whole.
+// Returns the body of the frame at a position, or an empty view if the frame is incomplete.
 std::string_view BodyAt(std::string_view bytes, size_t place) {
     if (bytes.size() - place < 4)
         return {};
@@ -41,12 +41,12 @@ bool IsTrapCommand(const protoIPCMsg::GPBIPCMsg& message) {
 void Handle(const protoIPCMsg::GPBIPCMsg& message, std::string_view body) {
     protoIPCMsg::GPBIPCMsg expected;
     FuzzCheck(expected.ParseFromArray(body.data(), static_cast<int>(body.size())),
-              "an unreadable body was taken");
-    FuzzCheck(message.SerializeAsString() == expected.SerializeAsString(), "another message than was sent");
+              "an unparsable body was accepted");
+    FuzzCheck(message.SerializeAsString() == expected.SerializeAsString(), "the message differs");
     const size_t waiting = trapsToSend.size();
     HandleMgmtMsg(message);
     FuzzCheck(trapsToSend.size() == waiting || (trapsToSend.size() == waiting + 1 && IsTrapCommand(message)),
-              "a command from nowhere");
+              "the queue differs from the received commands");
 }
 
 void ReadAll(WireLinkServerConnection& connection, std::string_view bytes) {
@@ -55,13 +55,13 @@ void ReadAll(WireLinkServerConnection& connection, std::string_view bytes) {
     try {
         while (const size_t taken = connection.RecvGPBMsg(message)) {
             const std::string_view body = BodyAt(bytes, place);
-            FuzzCheck(taken == 4 + body.size() && body.size() <= 16 * kSizeBytes, "a frame of another size");
+            FuzzCheck(taken == 4 + body.size() && body.size() <= 16 * kSizeBytes, "wrong frame size");
             Handle(message, body);
             place += taken;
         }
-        FuzzCheck(place == bytes.size(), "the peer seemed to close early");
+        FuzzCheck(place == bytes.size(), "end of stream before the last frame");
     } catch (const WireLinkError&) {
-        FuzzCheck(place < bytes.size(), "an error behind the last frame");
+        FuzzCheck(place < bytes.size(), "an error after the last frame");
     }
 }
 
@@ -69,7 +69,7 @@ void ReadAll(WireLinkServerConnection& connection, std::string_view bytes) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     static const WireLinkEndpoint endpoint = WireLinkEndpoint::CreateLocalEndpoint("/fuzz", 10, kSizeBytes);
-    const std::string_view bytes(reinterpret_cast<const char*>(data), std::min(size, kLongestInput));
+    const std::string_view bytes(reinterpret_cast<const char*>(data), std::min(size, kMaximumInput));
     int pair[2];
     FuzzCheck(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, pair) == 0, "no socket pair");
     FuzzCheck(send(pair[0], bytes.data(), bytes.size(), MSG_DONTWAIT | MSG_NOSIGNAL) ==

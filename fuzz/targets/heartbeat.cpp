@@ -21,16 +21,16 @@
 namespace {
 
 constexpr size_t kPingSize = 4;
-constexpr size_t kGreatestPeers = 64;
-constexpr int64_t kTimeLimit_us = 5'000'000;
+constexpr size_t kMaximumPeers = 64;
+constexpr int64_t kTimeout_us = 5'000'000;
 
-struct End {};  // of the input; ends the monitor's loop
+struct End {};  // thrown at the end of the input, to exit from the monitor's loop
 
 int64_t now_us = 0;
 
 class Peer {
   public:
-    explicit Peer(int descriptor) : descriptor_(descriptor), deadline_us_(now_us + kTimeLimit_us) {}
+    explicit Peer(int descriptor) : descriptor_(descriptor), deadline_us_(now_us + kTimeout_us) {}
     ~Peer() { close(descriptor_); }
     Peer(const Peer&) = delete;
     Peer& operator=(const Peer&) = delete;
@@ -48,13 +48,13 @@ class Peer {
     void Drop() { is_served_ = false; }
     bool is_served() const { return is_served_; }
 
-    // What the monitor does with the peer in one iteration.
+    // Updates the expectations by one iteration of the monitor's loop.
     void Expect() {
         const std::string step = unread_.substr(0, kPingSize - ping_.size());
         unread_.erase(0, step.size());
         ping_ += step;
         if (!step.empty())
-            deadline_us_ = now_us + kTimeLimit_us;
+            deadline_us_ = now_us + kTimeout_us;
         if (ping_.size() == kPingSize)
             echo_ = ping_;
         is_served_ = ping_.size() < kPingSize && (!step.empty() || (!is_closed_ && now_us < deadline_us_));
@@ -65,8 +65,8 @@ class Peer {
         ssize_t count = 0;
         while ((count = recv(descriptor_, bytes, sizeof bytes, MSG_DONTWAIT)) > 0)
             received_.append(bytes, static_cast<size_t>(count));
-        FuzzCheck(received_ == echo_, "another echo than the peer's four bytes");
-        FuzzCheck((count < 0 && errno == EAGAIN) == is_served_, "the end of the connection");
+        FuzzCheck(received_ == echo_, "the echo differs from the peer's four bytes");
+        FuzzCheck((count < 0 && errno == EAGAIN) == is_served_, "closed too early or late");
     }
 
   private:
@@ -85,7 +85,7 @@ bool has_paused = false;
 
 void DropOldest() {
     const auto oldest = std::ranges::find_if(peers, &Peer::is_served);
-    if (std::ranges::count_if(peers, &Peer::is_served) > static_cast<std::ptrdiff_t>(kGreatestPeers))
+    if (std::ranges::count_if(peers, &Peer::is_served) > static_cast<std::ptrdiff_t>(kMaximumPeers))
         oldest->Drop();
 }
 
@@ -111,7 +111,7 @@ void ActOfPeer() {
         peer.Send(input->Text(1 + input->Below(6)));
 }
 
-// One descriptor of a new peer, or -1 with errno.
+// Returns the descriptor of a new peer, or -1 with errno set.
 int NextEvent() {
     static constexpr int kErrors[] = {EAGAIN, EINTR, ECONNABORTED, EMFILE};
     switch (input->Below(8)) {
@@ -132,7 +132,7 @@ int NextEvent() {
 
 }  // namespace
 
-// ---- in place of the system's and the clock's ----
+// ---- replacements for system calls and the clock ----
 
 extern "C" int bind(int, const sockaddr*, socklen_t) {
     return 0;
@@ -149,8 +149,8 @@ extern "C" int poll(pollfd*, nfds_t count, int timeout_ms) {
 
 extern "C" int accept4(int, sockaddr*, socklen_t*, int) {
     FuzzCheck(watched == static_cast<size_t>(std::ranges::count_if(peers, &Peer::is_served)),
-              "another number of peers is served");
-    FuzzCheck(has_paused == (failure == EMFILE), "a pause without a reason, or none");
+              "wrong number of peers");
+    FuzzCheck(has_paused == (failure == EMFILE), "unexpected or missing pause");
     std::ranges::for_each(peers, &Peer::Check);
     if (input->IsEmpty())
         throw End();

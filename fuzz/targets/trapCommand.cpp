@@ -38,7 +38,7 @@ std::unique_ptr<TrapToSend> parse(const std::string& text) {
     const int result = ParseTrapCommand(text.c_str(), scratch.data(), scratch.size());
     FuzzCheck(trapsToSend.size() == waiting + (result == 0 ? 1 : 0), "result and queue disagree");
     FuzzCheck((result == 0) == is_trap_command(text.c_str()),
-              "taken or dropped against the form of a command");
+              "accepted although malformed, or rejected although well-formed");
     if (result != 0)
         return nullptr;
     std::unique_ptr<TrapToSend> trap = std::move(trapsToSend.back());
@@ -63,7 +63,7 @@ int32_t row_of(const state_rule& state, int32_t argument) {
     return row;
 }
 
-std::string shown_value(int32_t variable) {
+std::string formatted_value(int32_t variable) {
     const variable_entry& entry = vars[variable];
     switch (cols[entry.col_id].data_type) {
         case SMI_BASETYPE_OCTET_STRING:
@@ -75,7 +75,7 @@ std::string shown_value(int32_t variable) {
     }
 }
 
-std::string shown_variables(const notification_definition& notification, int32_t row) {
+std::string formatted_variables(const notification_definition& notification, int32_t row) {
     std::string shown;
     for (const int col_id : notification.columns) {
         const bool is_of_object =
@@ -83,19 +83,19 @@ std::string shown_variables(const notification_definition& notification, int32_t
         const int32_t variable = cols[col_id].is_table()
                                      ? var_at(col_id, is_of_object ? row : cols[col_id].trapRow)
                                      : cols[col_id].first_var;
-        shown += "\n  " + name_of(variable) + " " + shown_value(variable);
+        shown += "\n  " + name_of(variable) + " " + formatted_value(variable);
     }
     return shown;
 }
 
-void check_notification(const TrapToSend& trap, const std::string& course) {
+void check_notification(const TrapToSend& trap, const std::string& output) {
     const notification_definition* notification = find_notification(trap.trapNum);
     if (notification == nullptr || notification->object == nullptr)
         return;
     const object_rule& object = *notification->object;
     const int32_t row = row_of(object.state, trap.trapArgA);
-    if (course.find(shown_variables(*notification, row) + "\n") == std::string::npos)
-        FuzzFail("the notification shows something else than its object:\n" + course);
+    if (output.find(formatted_variables(*notification, row) + "\n") == std::string::npos)
+        FuzzFail("the notification does not show its object:\n" + output);
     if (*object.not_up != '\0')  // about a component
         return;
     const int32_t status_var = var_at(object.state.status_column, row);
@@ -103,24 +103,24 @@ void check_notification(const TrapToSend& trap, const std::string& course) {
                               return record->statusVar;
                           }) != outstandingTraps.end();
     FuzzCheck(is_known == (vars[status_var].uint != kStatusUp),
-              "an unhealthy object is not remembered, or a healthy one is");
+              "an unhealthy object has no record, or a healthy one has");
 }
 
 void run(TrapToSend& trap) {
     const size_t known = outstandingTraps.size();
     const int result = processSendTrapCmd(trap, false);
-    const std::string course = transcript::take();
-    const size_t sent = count_lines(course, "notify ");
+    const std::string output = transcript::take();
+    const size_t sent = count_lines(output, "notify ");
     if (sent > 1)
-        FuzzFail("one command, several notifications:\n" + course);
-    FuzzCheck(result != 0 || sent == 1 || outstandingTraps.size() <= known + 1, "a record from nowhere");
-    if (result != 0 && sent == 0 && count_lines(course, "log 4 ") == 0)
-        FuzzFail("refused in silence:\n" + course);
+        FuzzFail("several notifications for one command:\n" + output);
+    FuzzCheck(result != 0 || sent == 1 || outstandingTraps.size() <= known + 1, "more than one new record");
+    if (result != 0 && sent == 0 && count_lines(output, "log 4 ") == 0)
+        FuzzFail("rejected without a log line:\n" + output);
     if (sent == 1)
-        check_notification(trap, course);
+        check_notification(trap, output);
 }
 
-// Of the rows that exist.
+// Sets the status in those rows that exist.
 void set_status(int status_column, int32_t parent, uint32_t status) {
     for (const int32_t row : {1, 2}) {
         if (row <= static_cast<int32_t>(cols[status_column].maxNumOfRows) &&
@@ -129,7 +129,7 @@ void set_status(int status_column, int32_t parent, uint32_t status) {
     }
 }
 
-// What a digit of a line "!XY" says; Up for none.
+// Returns the status for a digit of a line "!XY", or Up if it is missing.
 uint32_t status_in(const std::string& line, size_t place) {
     return line.size() > place ? static_cast<uint32_t>(line[place] - '0') % 8 : kStatusUp;
 }

@@ -21,8 +21,8 @@ template <class Value>
 void CheckValue(const std::string& text, const char* what) {
     const std::string written = Value::FromText(text).ToText();
     if (Value::FromText(written).ToText() != written)
-        FuzzFail(std::string(what) + " '" + written + "' comes back as '" +
-                 Value::FromText(written).ToText() + "'");
+        FuzzFail(std::string(what) + " '" + written + "' is parsed as '" + Value::FromText(written).ToText() +
+                 "'");
 }
 
 void CheckReference(const std::string& text) {
@@ -31,10 +31,10 @@ void CheckReference(const std::string& text) {
         return;
     const std::unique_ptr<APIObjectInstance> again = APIObjectInstance::FromText(reference->ToText());
     if (!again || again->ToText() != reference->ToText())
-        FuzzFail("reference '" + reference->ToText() + "'");
+        FuzzFail("reference '" + reference->ToText() + "' is parsed differently");
 }
 
-// All descriptors of all objects.
+// Returns the descriptors of all objects.
 const ATTRIBUTEList& AllAttributes() {
     static const ATTRIBUTEList all = [] {
         ATTRIBUTEList list;
@@ -59,8 +59,8 @@ bool IsLegal(const BASEApiAttribute& attribute, const std::string& text) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    static const bool utc = setenv("TZ", "UTC", 1) == 0;  // elsewhere an hour a year is told twice
-    FuzzCheck(utc, "no time zone");
+    static const bool utc = setenv("TZ", "UTC", 1) == 0;  // elsewhere, one hour per year is ambiguous
+    FuzzCheck(utc, "cannot set the time zone");
     const std::string text(reinterpret_cast<const char*>(data), size);
     CheckValue<DATETIMEValue>(text, "date");
     CheckValue<SIZEValue>(text, "size");

@@ -262,7 +262,7 @@ def main():
         tour.show_failing_disk()
         tour.show_message_by_hand()
         tour.show_refreshes()
-    except (AssertionError, waiting.WaitedInVain) as error:
+    except (AssertionError, waiting.TimedOut) as error:
         print(f"\ndemo: {error}\n{daemon.Daemon.log_tail(20)}", file=sys.stderr)
         return 1
     finally:

@@ -15,7 +15,7 @@ LONGEST_CASE_S = 4 if QUICK else 300
 WANTED_P99_MS, WANTED_GREATEST_MS = 10, 20
 
 INTERVAL_S = 0.02  # between GETs of the daemon's variables, on average
-# The floor: snmpd answers one request in three without the daemon, which shows how much of the latency is the
+# The floor: snmpd serves one request in three without the daemon, which shows how much of the latency is the
 # machine's and the client's. A daemon that reads nothing delays the floor as well, because snmpd blocks when
 # it writes to it.
 FLOOR_SHARE = 3
@@ -53,7 +53,7 @@ def only_wait(_):
 
 def await_folder_refresh(simulated):
     """Waits until the daemon has fetched every folder's usage again."""
-    whole, begin = simulated.exchanges("Get", USAGE), time.monotonic()  # so many came with the daemon's start
+    whole, begin = simulated.exchanges("Get", USAGE), time.monotonic()  # as many were fetched at start-up
     fetched = 0
     while fetched < whole and time.monotonic() - begin < LONGEST_CASE_S - 2:
         time.sleep(1)

@@ -9,8 +9,8 @@ import subprocess
 import sys
 import time
 
-from probe import (AGENT, QUICK, berWriter, exchange, get, load, open_link, percentile, read_answer, request,
-                   running_daemon, verdict)
+from probe import (AGENT, EXCEPTIONS, QUICK, berWriter, exchange, get, load, open_link, percentile, read_answer,
+                   request, running_daemon, verdict)
 from harness import ber, machine, mib, waiting  # found through probe
 from measure import processor_s
 
@@ -63,7 +63,7 @@ class Subject:
             datagram = exchange(self.link, self.address, packet)[1]
             if datagram is None or read_answer(datagram)[1]:
                 raise AssertionError(f"{self.name}: no answer to a GETBULK after {after}")
-            bindings = ber.bindings(read_answer(datagram)[2], lambda tag, contents: (tag, None))
+            bindings = ber.bindings(read_answer(datagram)[2], EXCEPTIONS)
             names = [each.oid for each in bindings]
             inside = [name for name in names if name.startswith(self.table + ".")]
             delivered += len(inside)

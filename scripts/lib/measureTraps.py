@@ -11,7 +11,7 @@ import sys
 import time
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.realpath(__file__)), "..", "..", "tests", "system"))
-from harness import array, ber, daemon, machine, management, receiver, trapStory  # noqa: E402  (see the line above)
+from harness import array, ber, daemon, machine, management, notificationTest, receiver  # noqa: E402  (path above)
 
 BARE_SENDER = os.path.join(machine.BUILD, "bench", "sendNotifications")
 API_SOCKET = "/tmp/apimgr.sock"
@@ -74,7 +74,7 @@ class Measurement:
                                  trapCommun=COMMUNITY, trapVer=2)
 
     def start(self):
-        self.array.start(objects=trapStory.healthy("typical"))
+        self.array.start(objects=notificationTest.healthy("typical"))
         self.daemon.start()
         self.take("the cold start")
         dump = self.array.dump()

@@ -1,4 +1,4 @@
-"""Panels of a Grafana dashboard with their data, as a picture: what they show, not how Grafana looks."""
+"""Draws panels of a Grafana dashboard with their data: what they show, not how Grafana looks."""
 
 from xml.sax.saxutils import escape
 
@@ -36,7 +36,7 @@ class Panel:
         self.defaults = panel["fieldConfig"]["defaults"]
 
     def mapped(self, value, mappings=None):
-        """The name and the colour of a state, or None."""
+        """Returns the name and the colour of a state, or None."""
         for mapping in self.defaults["mappings"] if mappings is None else mappings:
             found = mapping["options"].get(value if isinstance(value, str) else f"{value:.0f}")
             if found:
@@ -44,7 +44,7 @@ class Panel:
         return None
 
     def shown(self, value):
-        """A value in words, and its colour: that of the state, or of the highest threshold that it reaches."""
+        """Returns a formatted value, and the colour of its state or of the highest threshold that it reaches."""
         reached = [step["color"] for step in self.defaults["thresholds"]["steps"]
                    if step["value"] is None or value >= step["value"]]
         text = f"{value:.1f}".rstrip("0").rstrip(".") + UNITS.get(self.defaults["unit"], "")
@@ -114,7 +114,7 @@ class Panel:
             self.canvas.text(self.x + 116, top + step / 2 + 4, self.shown(points[-1][1])[0], "#ffffff", 10)
 
     def table(self):
-        """Its columns as the transformation orders and names them."""
+        """Draws the columns in the order and with the names of the transformation."""
         organized = self.panel["transformations"][0]["options"]
         columns = sorted(organized["renameByName"], key=organized["indexByName"].get)
         mappings = {each["matcher"]["options"]: each["properties"][0]["value"]

@@ -50,8 +50,8 @@ def verdict(datagram):
     number, status, pdu = read_answer(datagram)
     if status:
         return number, ERRORS.get(status, f"error {status}")
-    tags = [each.type for each in ber.bindings(pdu, lambda tag, contents: (tag, contents))]
-    return number, next((EXCEPTIONS[tag] for tag in tags if tag in EXCEPTIONS), "value")
+    kinds = [each.type for each in ber.bindings(pdu, EXCEPTIONS)]
+    return number, next((kind for kind in kinds if kind in EXCEPTIONS.values()), "value")
 
 
 def open_link():
@@ -75,7 +75,7 @@ def exchange(link, address, packet):
     return time.monotonic() - begin, datagram
 
 
-# --- processes of their own
+# --- separate processes
 
 class Background:
     """Runs function(pipe, *arguments) in a separate process, so that nothing here delays it. The pipe becomes
@@ -179,6 +179,6 @@ def running_daemon(preset):
     finally:
         simulated.stop()
         for _ in range(2):  # a new copy of the daemon may be about to start
-            machine.end_processes_named("snmpSubagent", "snmpd", "arraySim")
+            machine.kill_processes_named("snmpSubagent", "snmpd", "arraySim")
             time.sleep(RESTART_S)
         machine.remove_file(daemon.PID_FILE)

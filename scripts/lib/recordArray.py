@@ -4,12 +4,12 @@ import os
 import sys
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.realpath(__file__)), "..", "..", "tests", "system"))
-from harness import machine, story  # noqa: E402  (found through the line above)
+from harness import machine, systemTest  # noqa: E402  (found through the line above)
 
 RECORDER = os.path.join(machine.REPOSITORY, "monitoring", "recordWalk")
 
 
-class Recording(story.SharedStory):
+class Recording(systemTest.SharedSystemTest):
     """One array and one daemon, as in the tests."""
 
     def write(self, path):

@@ -13,7 +13,7 @@ import urllib.request
 import panelsToSvg
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.realpath(__file__)), "..", "..", "tests", "system"))
-from harness import machine, monitors, story, waiting  # noqa: E402  (found through the line above)
+from harness import machine, monitors, systemTest, waiting  # noqa: E402  (found through the line above)
 
 HOME, ADDRESS = "/tmp/monitors/prometheus", "127.0.0.1:9090"
 INTERVAL_S = 20  # the three jobs together need most of it
@@ -21,7 +21,7 @@ LEGEND_LABEL = re.compile(r"{{(\w+)}}")
 
 
 class Prometheus:
-    """The server with the build's configuration, but quicker."""
+    """The server with the build's configuration, but shorter intervals."""
 
     def __init__(self):
         os.makedirs(HOME)
@@ -37,7 +37,7 @@ class Prometheus:
 
     @staticmethod
     def ask(path, **parameters):
-        """The series of a query; raises when it fails."""
+        """Returns the series of a query. Raises an exception if it fails."""
         url = f"http://{ADDRESS}/api/v1/{path}?{urllib.parse.urlencode(parameters)}"
         with urllib.request.urlopen(url, timeout=30) as answer:
             return json.load(answer)["data"]["result"]
@@ -48,7 +48,7 @@ class Prometheus:
 
 
 def queried(server, target, begin, end):
-    """[(labels, [(time, value)])] of a panel's query."""
+    """Returns [(labels, [(time, value)])] of a panel's query."""
     expression = target["expr"].replace("$array", ".*")
     if target["range"]:
         found = server.ask("query_range", query=expression, start=begin, end=end, step=INTERVAL_S)
@@ -62,21 +62,21 @@ def named(target, labels):
     return LEGEND_LABEL.sub(lambda match: labels.get(match.group(1), ""), target["legendFormat"])
 
 
-class Recording(story.SharedStory):
+class Recording(systemTest.SharedSystemTest):
     """A disk, a volume and a server of an array fail one after the other, and one of them recovers."""
 
     PRESET = "typical"
 
     @classmethod
     def launch(cls):
-        machine.configure_daemon(trapsEnabled="yes", trapDest="127.0.0.1", trapPort=11162)  # so events are handled
+        machine.configure_daemon(trapsEnabled="yes", trapDest="127.0.0.1", trapPort=11162)  # so that events are handled
         machine.write_file("/etc/hosts", machine.read_file("/etc/hosts") + "127.0.0.1 array1\n")
         cls.array.start(cls.PRESET, "--events")
         cls.daemon.start()
         cls.wait_until_settled()
 
     def record(self, minutes):
-        """The panels of the dashboard, each with its series by their names."""
+        """Returns the panels of the dashboard, each with its named series."""
         exporter, server = monitors.Exporter(), Prometheus()
         try:
             waiting.wait_until(lambda: self.is_up(server), "Prometheus has scraped the array", 180)

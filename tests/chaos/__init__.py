@@ -1,1 +1,1 @@
-"""A long run of everything under faults; README.md tells of it."""
+"""A long run of the whole system under faults; see README.md."""

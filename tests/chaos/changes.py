@@ -25,65 +25,66 @@ VALUES = (("TsControllerFanSensor", "CurrentRpm", lambda r: r.randint(4001, 1399
           ("TsDisk", "Size", lambda r: r.randint(10**9, 10**10)),
           ("TsControllerVoltageSensor", "CurrentVoltage", lambda r: f"{r.uniform(11, 13):.2f}"))
 NUMBERS = (*KINDS, *(204, 205, 206, 212) * 3)  # the most likely ones have records that follow their objects
-MOST = 20  # objects that fail at the same time
-AT_ONCE = (1, 1, 2, 4)
+MAX_FAILED = 20  # objects that fail at the same time
+FAILED_TOGETHER = (1, 1, 2, 4)
 # How long a status lasts: long enough for a notification, or for some re-checks. Only a re-check finds a change without
 # an event.
 WITH_EVENT_S, WITHOUT_EVENT_S = ((25, 45), (70, 150), (150, 260)), (130, 200)
-AWAY_S = (60, 200)
+REMOVED_S = (60, 200)
 MOVING = ("TsController", "TsEnclosure", "TsUps", "TsControllerFanSensor", "TsDisk", "TsVolume", "TsServer")
-NEVER_NEW = ("TsController", "TsEnclosure", "TsControllerFanSensor")  # these are added again unchanged
+NEVER_REPLACED = ("TsController", "TsEnclosure", "TsControllerFanSensor")  # these are added again unchanged
 
 
 class Changes(threading.Thread):
-    def __init__(self, world, seed):
-        super().__init__(daemon=True, name="the array's own changes")
-        self.world, self.states = world, world.states
+    def __init__(self, testbed, seed):
+        super().__init__(daemon=True, name="changes of the array")
+        self.testbed, self.states = testbed, testbed.states
         self.random = random.Random(f"{seed} changes")
-        self.busy = {}  # subjects that must not change, and until when
-        self.away = {}  # by kind: until when, and what was removed: (kind, place, element)
+        self.busy = {}  # unhealthy subjects, and when their status will change
+        self.removed = {}  # by kind: until when, and the removed objects: (kind, place, element)
         self.added = 0
 
     def run(self):
-        while not self.world.stopping.wait(self.random.uniform(*PAUSE_S)):
-            action = self.random.choice((self.move, self.move, self.misc, self.tell, self.tell_of_device, self.repeat,
-                                         self.go_or_return, self.go_or_return, *[self.fail_or_recover] * 3))
+        while not self.testbed.stopping.wait(self.random.uniform(*PAUSE_S)):
+            action = self.random.choice((*[self.change_value] * 2, self.send_alert, self.send_event,
+                                         self.send_device_event, self.repeat_event, *[self.remove_or_add] * 2,
+                                         *[self.fail_or_recover] * 3))
             try:
-                with self.world.array_lock:
+                with self.testbed.array_lock:
                     action()
             except Exception:  # a failure here must not look like a quiet array
-                if not self.world.stopping.is_set():
-                    self.world.log.add(Violation(violations.BROKEN, self.name, 0, 0, traceback.format_exc()))
+                if not self.testbed.stopping.is_set():
+                    self.testbed.log.add(Violation(violations.BROKEN, self.name, 0, 0, traceback.format_exc()))
 
     # --- values and strings
 
-    def move(self):
+    def change_value(self):
         kind, attribute, draw = self.random.choice(VALUES)
-        chosen = self.random.choice(self.world.objects[kind])
-        self.world.change("set", kind, chosen["Index"], attribute, draw(self.random))
+        chosen = self.random.choice(self.testbed.objects[kind])
+        self.testbed.change("set", kind, chosen["Index"], attribute, draw(self.random))
 
-    def misc(self):
+    def send_alert(self):
         """Lets the array send an alert string."""
-        self.world.array.tell("misc", self.world.notices.new_mark()[1])
+        self.testbed.array.tell("misc", self.testbed.notices.new_mark()[1])
 
-    def tell(self):
+    def send_event(self):
         """Sends an event to the daemon's socket."""
-        self.world.notices.tell(self.random.choice((1, 1, 5)))
+        self.testbed.notices.send(self.random.choice((1, 1, 5)))
 
-    def tell_of_device(self):
+    def send_device_event(self):
         """Lets the array send an event that names neither disk nor enclosure."""
-        self.world.array.tell("scsi", self.world.notices.new_mark()[0].number, self.random.randint(1, 99))
+        self.testbed.array.tell("scsi", self.testbed.notices.new_mark()[0].number, self.random.randint(1, 99))
 
     # --- statuses
 
-    def repeat(self):
+    def repeat_event(self):
         """Reports the status of an object once more."""
         found = [(subject, self.states.current[subject]) for subject in self.busy if subject in self.states.current]
         if found:
-            subject, standing = self.random.choice(found)
-            component = PARTS.get(standing.kind, (0, 0))[1]
-            numbers = arguments(self.world.objects, subject.number, component, standing.element)
-            event = Event((1, 2, 3), subject.number, *numbers, text=f"again@@@'{subject.name}' is as it was")
+            subject, state = self.random.choice(found)
+            component = PARTS.get(state.kind, (0, 0))[1]
+            numbers = arguments(self.testbed.objects, subject.number, component, state.element)
+            event = Event((1, 2, 3), subject.number, *numbers, text=f"again@@@'{subject.name}' is unchanged")
             self.states.repeat(subject, time.monotonic())
             try:
                 management.send(management.trap(event.command()))
@@ -94,98 +95,98 @@ class Changes(threading.Thread):
         now = time.monotonic()
         due = [subject for subject, until in self.busy.items() if until <= now]
         for subject in due:
-            standing = self.states.current.get(subject)
-            if standing is None or standing.status == UP:
+            state = self.states.current.get(subject)
+            if state is None or state.status == UP:
                 del self.busy[subject]
                 continue
-            self.put(subject, self.random.choice([each for each in ("Up", "Up", "Up", "Down", "Degraded")
-                                                  if self.shown(standing, each) != self.shown(standing)]),
-                     is_told=self.random.random() < 0.6)
+            statuses = [each for each in ("Up", "Up", "Up", "Down", "Degraded")
+                        if self.status_attribute(state, each) != self.status_attribute(state)]
+            self.set_status(subject, self.random.choice(statuses), with_event=self.random.random() < 0.6)
             return
         if not due:
-            for _ in range(self.random.choice(AT_ONCE)):
+            for _ in range(self.random.choice(FAILED_TOGETHER)):
                 self.fail_one()
 
     def fail_one(self):
         number = self.random.choice(NUMBERS)
-        found = [subject for subject, standing in self.states.current.items()
-                 if subject.number == number and self.is_free(subject, standing)]
-        if found and len(self.busy) < MOST and not (number == 204 and "TsController" in self.away):
-            self.put(self.random.choice(found), self.random.choice(("Down", "Degraded")), is_told=True)
+        found = [subject for subject, state in self.states.current.items()
+                 if subject.number == number and self.is_free(subject, state)]
+        if found and len(self.busy) < MAX_FAILED and not (number == 204 and "TsController" in self.removed):
+            self.set_status(self.random.choice(found), self.random.choice(("Down", "Degraded")), with_event=True)
 
-    def is_free(self, subject, standing):
-        return standing.status == UP and subject not in self.busy
+    def is_free(self, subject, state):
+        return state.status == UP and subject not in self.busy
 
     @staticmethod
-    def shown(standing, status=None):
+    def status_attribute(state, status=None):
         """Returns the attribute that contains the status of an object, and its value, now or for another status."""
-        if standing.kind == "Tessera":
-            return "PortsBalanced", str(status == "Up") if status else standing.element["PortsBalanced"]
-        return "Status", status or standing.element["Status"]
+        if state.kind == "Tessera":
+            return "PortsBalanced", str(status == "Up") if status else state.element["PortsBalanced"]
+        return "Status", status or state.element["Status"]
 
-    def put(self, subject, status, is_told):
-        standing = self.states.current[subject]
-        kind, element, (attribute, value) = standing.kind, standing.element, self.shown(standing, status)
-        if not is_told:
-            self.world.replace({name: [{**each, attribute: value} if each is element else each for each in found]
-                                for name, found in self.world.objects.items()})
+    def set_status(self, subject, status, with_event):
+        state = self.states.current[subject]
+        kind, element, (attribute, value) = state.kind, state.element, self.status_attribute(state, status)
+        if not with_event:
+            self.testbed.replace({name: [{**each, attribute: value} if each is element else each for each in found]
+                                  for name, found in self.testbed.objects.items()})
         elif kind == "Tessera":
-            self.world.change("set", kind, 1, attribute, value)
+            self.testbed.change("set", kind, 1, attribute, value)
         elif status == "Up":
-            self.world.change("recover", kind, element["Index"])
+            self.testbed.change("recover", kind, element["Index"])
         else:
-            self.world.change("fail", kind, element["Index"], status)
-        lasting = self.random.choice(WITH_EVENT_S) if is_told else WITHOUT_EVENT_S
-        self.busy[subject] = time.monotonic() + self.random.uniform(*lasting)
+            self.testbed.change("fail", kind, element["Index"], status)
+        duration_s = self.random.choice(WITH_EVENT_S) if with_event else WITHOUT_EVENT_S
+        self.busy[subject] = time.monotonic() + self.random.uniform(*duration_s)
 
     # --- rows
 
-    def go_or_return(self):
-        """Adds an object again when it is due, or removes one, before an unhealthy object in the list if possible."""
-        due = [kind for kind, (until, _) in self.away.items() if until <= time.monotonic()]
+    def remove_or_add(self):
+        """Adds a removed object again when it is due, or removes one, if possible in front of an unhealthy one."""
+        due = [kind for kind, (until, _) in self.removed.items() if until <= time.monotonic()]
         if due:
-            self.bring_back(due[0], *self.away.pop(due[0])[1])
+            self.add_again(due[0], *self.removed.pop(due[0])[1])
             return
         current = self.states.current
         unhealthy = {current[subject].parent or subject for subject in self.busy.keys() & current.keys()
                      if current[subject].status != UP}
-        free, ahead = defaultdict(list), {}
-        for subject, standing in current.items():
-            if standing.kind in MOVING and standing.kind not in self.away:
+        free, before = defaultdict(list), {}
+        for subject, state in current.items():
+            if state.kind in MOVING and state.kind not in self.removed:
                 if subject in unhealthy:
-                    ahead[standing.kind] = list(free[standing.kind])
-                elif self.is_free(subject, standing) and self.may_go(standing):
-                    free[standing.kind].append(standing.element)
-        kinds = [kind for kind in ahead if ahead[kind]] or [kind for kind in free if free[kind]]
+                    before[state.kind] = list(free[state.kind])
+                elif self.is_free(subject, state) and self.may_be_removed(state):
+                    free[state.kind].append(state.element)
+        kinds = [kind for kind in before if before[kind]] or [kind for kind in free if free[kind]]
         if kinds:
             kind = self.random.choice(kinds)
-            self.take_away(kind, self.random.choice(ahead.get(kind) or free[kind]))
+            self.remove(kind, self.random.choice(before.get(kind) or free[kind]))
 
-    def take_away(self, kind, chosen):
+    def remove(self, kind, chosen):
         index = chosen["Index"]
         gone = [(name, place, each) for name, key in ((kind, "Index"), ("TsDiskConfiguration", "DiskIndex"))
-                for place, each in enumerate(self.world.objects[name])
+                for place, each in enumerate(self.testbed.objects[name])
                 if each[key] == index and (name == kind or kind == "TsDisk")]
-        self.world.change("remove", kind, index)
-        self.away[kind] = time.monotonic() + self.random.uniform(*AWAY_S), gone
+        self.testbed.change("remove", kind, index)
+        self.removed[kind] = time.monotonic() + self.random.uniform(*REMOVED_S), gone
 
-    def may_go(self, standing):
+    def may_be_removed(self, state):
         """Disks need their enclosure. Events about components of a controller contain its row, so it must not move."""
-        if standing.kind == "TsEnclosure":
-            return int(standing.element["Index"]) >= spares.FIRST_INDEX
-        return standing.kind != "TsController" or len(self.world.objects["TsController"]) > 1 and not any(
+        if state.kind == "TsEnclosure":
+            return int(state.element["Index"]) >= spares.FIRST_INDEX
+        return state.kind != "TsController" or len(self.testbed.objects["TsController"]) > 1 and not any(
             subject.number == 204 for subject in self.busy)
 
-    def bring_back(self, kind, *gone):
+    def add_again(self, kind, *gone):
         """Adds the object at its old place, or another one at the end of the list."""
-        if kind in NEVER_NEW or self.random.random() < 0.5:
-            objects = {name: list(found) for name, found in self.world.objects.items()}
+        if kind in NEVER_REPLACED or self.random.random() < 0.5:
+            objects = {name: list(found) for name, found in self.testbed.objects.items()}
             for name, place, element in gone:
                 objects[name].insert(place, element)
-            self.world.replace(objects)
+            self.testbed.replace(objects)
             return
         self.added += 1
         element = gone[0][2]
         more = (f"EnclosureIndex={element['EnclosureIndex']}",) if kind == "TsDisk" else ()
         name = f"{element['EnclosureIndex']}-{100 + self.added}" if kind == "TsDisk" else f"new-{self.added}"
-        self.world.change("add", element["ObjectType"], f"Name={name}", *more)
+        self.testbed.change("add", element["ObjectType"], f"Name={name}", *more)

@@ -1,4 +1,4 @@
-"""Managers that send requests all the time, each in its own thread."""
+"""Managers that send requests continuously, each in its own thread."""
 
 import random
 import threading
@@ -11,56 +11,56 @@ from . import snmp, violations
 from .states import KINDS
 from .violations import Violation
 
-STRANGERS = (mib.ROOT + ".99.0", mib.oid("tsDiskName", 1999), mib.oid("tsCtlrFanName", 3, 1), mib.oid("productName"),
-             "1.3.6.1.4.1.913.4711.0", "1.3.6.1.4.1.27405.7.7")
-TEXTS = ("sysContact", "sysName", "sysLocation")
-GREATEST = 2147483647
+UNKNOWN_NAMES = (mib.ROOT + ".99.0", mib.oid("tsDiskName", 1999), mib.oid("tsCtlrFanName", 3, 1),
+                 mib.oid("productName"), "1.3.6.1.4.1.913.4711.0", "1.3.6.1.4.1.27405.7.7")
+SETTABLE = ("sysContact", "sysName", "sysLocation")
+MAX_INTEGER = 2147483647
 
 
 class Client(threading.Thread):
     PAUSE_S = (0.02, 0.2)  # between turns
     VERSION = "2c"
 
-    def __init__(self, world, name, seed):
+    def __init__(self, testbed, name, seed):
         super().__init__(daemon=True, name=name)
-        self.world, self.judge, self.log = world, world.judge, world.log
+        self.testbed, self.checks, self.log = testbed, testbed.checks, testbed.log
         self.random = random.Random(f"{seed} {name}")
         self.manager = snmp.Manager(version=self.VERSION)
 
     def run(self):
-        while not self.world.stopping.is_set():
+        while not self.testbed.stopping.is_set():
             try:
                 self.turn()
             except ber.Malformed as error:
                 self.log.add(Violation(violations.MALFORMED, self.name, 0, 0, str(error)))
             except Exception:  # a client that fails must not look like one that found nothing
                 self.log.add(Violation(violations.BROKEN, self.name, 0, 0, traceback.format_exc()))
-            self.world.stopping.wait(self.random.uniform(*self.PAUSE_S))
+            self.testbed.stopping.wait(self.random.uniform(*self.PAUSE_S))
         self.manager.close()
 
-    def counted(self, exchange):
+    def count(self, exchange):
         """Counts an exchange. Returns its response, or None."""
-        self.log.count(self.name, "asked")
+        self.log.count(self.name, "requested")
         if exchange.response is None:
-            self.judge.add(violations.UNANSWERED, self.name, exchange, "no answer")
+            self.checks.add(violations.UNANSWERED, self.name, exchange, "no response")
             return None
         self.log.count(self.name, "answered")
         if exchange.ended - exchange.sent > violations.SLOW_S:
-            self.judge.add(violations.SLOW, self.name, exchange, "slow")
+            self.checks.add(violations.SLOW, self.name, exchange, "slow")
         if exchange.response.error == "genErr":
             self.log.count(self.name, "genErr")
-            self.judge.add(violations.REFUSED, self.name, exchange, "genErr")
+            self.checks.add(violations.GENERR, self.name, exchange, "genErr")
         return exchange.response
 
-    def some(self, count):
+    def choose_names(self, count):
         """Returns names of instances, most of which exist."""
-        oids = self.random.choices(self.world.known_oids(), k=count)
-        return [self.dressed(oid) for oid in oids]
+        oids = self.random.choices(self.testbed.known_oids(), k=count)
+        return [self.vary(oid) for oid in oids]
 
-    def dressed(self, oid):
+    def vary(self, oid):
         chance = self.random.random()
         if chance < 0.05:
-            return self.random.choice(STRANGERS)
+            return self.random.choice(UNKNOWN_NAMES)
         return mib.old_form(oid) if chance < 0.2 and oid.startswith(mib.ENTERPRISE) else oid
 
 
@@ -75,23 +75,23 @@ class Walker(Client):
     def turn(self):
         begin, oid, seen = time.monotonic(), mib.ENTERPRISE, set()
         while oid is not None:
-            if self.world.stopping.is_set():
+            if self.testbed.stopping.is_set():
                 return
             exchange = self.step(oid)
-            response = self.counted(exchange)
+            response = self.count(exchange)
             if response is None or response.error not in ("noError", "noSuchName"):
                 self.log.count(self.name, "broken walks")
                 return
-            oid = None if response.error == "noSuchName" else self.take(exchange, oid, seen)
+            oid = None if response.error == "noSuchName" else self.check_bindings(exchange, oid, seen)
         self.log.count(self.name, "walks")
-        self.judge.complete(self.name, snmp.Exchange(begin, time.monotonic(), None), seen)
+        self.checks.complete(self.name, snmp.Exchange(begin, time.monotonic(), None), seen)
 
-    def take(self, exchange, before, seen):
+    def check_bindings(self, exchange, before, seen):
         """Returns the name to continue with, or None at the end."""
         for binding in exchange.response.bindings:
             if binding.type == "endOfMibView" or not binding.oid.startswith(mib.ENTERPRISE + "."):
                 return None
-            if not self.judge.followed(self.name, exchange, before, binding):
+            if not self.checks.followed(self.name, exchange, before, binding):
                 return None
             seen.add(binding.oid)
             before = binding.oid
@@ -111,26 +111,27 @@ class Getter(Client):
     """GETs few or many names, some of which are unknown."""
 
     def turn(self):
-        asked = self.some(self.random.choice((1, 1, 2, 5, 20, 60)))
-        exchange = self.manager.get(*asked)
-        response = self.counted(exchange)
+        requested = self.choose_names(self.random.choice((1, 1, 2, 5, 20, 60)))
+        exchange = self.manager.get(*requested)
+        response = self.count(exchange)
         if response and response.error == "noError":
-            self.judge.got(self.name, exchange, asked)
+            self.checks.got(self.name, exchange, requested)
 
 
-class BulkAsker(Client):
+class BulkRequester(Client):
     """Sends GETBULKs with absurd numbers."""
 
     PAUSE_S = (0.1, 0.6)
 
     def turn(self):
-        asked = self.some(self.random.choice((1, 1, 2, 3, 8)))
-        non_repeaters = self.random.choice((0, 0, 0, 1, len(asked), len(asked) + 1, GREATEST, -1, -GREATEST - 1))
-        repetitions = self.random.choice((0, 1, 2, 10, 20, 21, 1000, GREATEST, -1))
-        exchange = self.manager.read(berWriter.GET_BULK, asked, non_repeaters, repetitions)
-        response = self.counted(exchange)
+        requested = self.choose_names(self.random.choice((1, 1, 2, 3, 8)))
+        count = len(requested)
+        non_repeaters = self.random.choice((0, 0, 0, 1, count, count + 1, MAX_INTEGER, -1, -MAX_INTEGER - 1))
+        repetitions = self.random.choice((0, 1, 2, 10, 20, 21, 1000, MAX_INTEGER, -1))
+        exchange = self.manager.read(berWriter.GET_BULK, requested, non_repeaters, repetitions)
+        response = self.count(exchange)
         if response and response.error == "noError":
-            self.judge.got_bulk(self.name, exchange, asked, non_repeaters)
+            self.checks.got_bulk(self.name, exchange, requested, non_repeaters)
 
 
 class Setter(Client):
@@ -140,32 +141,32 @@ class Setter(Client):
     number = 0
 
     def turn(self):
-        self.random.choice((self.set_text, self.set_text, self.force_trap, self.set_what_is_refused))()
+        self.random.choice((self.set_text, self.set_text, self.force_trap, self.set_invalid))()
 
     def assign(self, oid, value, community="private"):
         self.manager.community = community
-        return self.manager.ask(berWriter.SET, [(oid, berWriter.octets(value))])
+        return self.manager.request(berWriter.SET, [(oid, berWriter.octets(value))])
 
     def set_text(self):
         self.number += 1
-        name, value = self.random.choice(TEXTS), f"set {self.number} <&> \"'".encode()
-        self.world.set_text(name, value, time.monotonic())
-        self.counted(self.assign(mib.scalar(name), value))
+        name, value = self.random.choice(SETTABLE), f"set {self.number} <&> \"'".encode()
+        self.testbed.set_text(name, value, time.monotonic())
+        self.count(self.assign(mib.scalar(name), value))
 
     def force_trap(self):
-        oid = self.random.choice([oid for oid in self.world.known_oids() if mib.arcs(oid)[:-1] in FORCE_TRAPS])
-        self.world.notices.force(FORCE_TRAPS[mib.arcs(oid)[:-1]])
-        self.counted(self.assign(oid, "ForceTrap"))
+        oid = self.random.choice([oid for oid in self.testbed.known_oids() if mib.arcs(oid)[:-1] in FORCE_TRAPS])
+        self.testbed.notices.force(FORCE_TRAPS[mib.arcs(oid)[:-1]])
+        self.count(self.assign(oid, "ForceTrap"))
 
-    def set_what_is_refused(self):
+    def set_invalid(self):
         """Tries an invalid value, a read-only instance, and a community without write access."""
         oid, value, community = self.random.choice((
             (mib.oid("tsCtlrForceTrap", 1), "forcetrap", "private"), (mib.oid("tsCtlrName", 1), "x", "private"),
             (mib.scalar("sysName"), "must never be read", "public")))
         exchange = self.assign(oid, value, community)
-        response = self.counted(exchange)
+        response = self.count(exchange)
         if response and response.error == "noError":
-            self.judge.add(violations.VALUE, self.name, exchange, f"{oid} was set", oid, ("STRING", value))
+            self.checks.add(violations.VALUE, self.name, exchange, f"{oid} was set", oid, ("STRING", value))
 
 
 # Columns that request a notification about a whole object, with its number.
@@ -173,7 +174,8 @@ FORCE_TRAPS = {tuple(column.oid): number for column in mib.MIB.columns for numbe
                if column.name.endswith("ForceTrap") and mib.KIND_OF_TABLE[column.table.name] == kind}
 
 
-def all_of(world, seed):
-    return [Walker(world, "bulk walker 1", seed), Walker(world, "bulk walker 2", seed),
-            OldWalker(world, "walker of version 1", seed), Getter(world, "getter 1", seed),
-            Getter(world, "getter 2", seed), BulkAsker(world, "bulk asker", seed), Setter(world, "setter", seed)]
+def create_clients(testbed, seed):
+    return [Walker(testbed, "bulk walker 1", seed), Walker(testbed, "bulk walker 2", seed),
+            OldWalker(testbed, "walker of version 1", seed), Getter(testbed, "getter 1", seed),
+            Getter(testbed, "getter 2", seed), BulkRequester(testbed, "bulk requester", seed),
+            Setter(testbed, "setter", seed)]

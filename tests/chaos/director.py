@@ -1,4 +1,4 @@
-"""Injects the faults of a plan one after the other, and waits after each until everything works again."""
+"""Injects the faults of a plan one after the other. After each, waits until everything works again."""
 
 import time
 
@@ -7,33 +7,33 @@ from .timeline import Disturbance
 
 
 class Director:
-    def __init__(self, world, plan, say):
-        self.world, self.plan, self.say = world, plan, say
+    def __init__(self, testbed, plan, say):
+        self.testbed, self.plan, self.say = testbed, plan, say
 
     def run(self, end):
-        """Begins no fault that would last beyond the end of its part. Returns early if the daemon does not recover."""
-        reserve = self.plan.closing.whole_s() if self.plan.closing else 0
-        if (self.strike_all(self.plan.bearable, time.monotonic() + self.plan.bearable_s) and
-                self.strike_all(self.plan.any, end - reserve) and self.plan.closing):
-            self.strike(self.plan.closing)
+        """Injects no fault that would last beyond the end of its part. Returns early if the daemon does not recover."""
+        reserve = self.plan.closing.total_s() if self.plan.closing else 0
+        if (self.inject_all(self.plan.bearable, time.monotonic() + self.plan.bearable_s) and
+                self.inject_all(self.plan.any, end - reserve) and self.plan.closing):
+            self.inject(self.plan.closing)
 
-    def strike_all(self, faults, end):
+    def inject_all(self, faults, end):
         """Returns whether everything worked after each."""
-        return all(self.strike(planned) for planned in faults if time.monotonic() + planned.whole_s() <= end)
+        return all(self.inject(planned) for planned in faults if time.monotonic() + planned.total_s() <= end)
 
-    def strike(self, planned):
+    def inject(self, planned):
         """Returns whether everything worked afterwards."""
-        pause_until(self.world, time.monotonic() + planned.pause_s)
-        self.world.struck = None
+        pause_until(self.testbed, time.monotonic() + planned.pause_s)
+        self.testbed.affected = None
         disturbance = Disturbance(planned.kind.name, time.monotonic(), planned.kind.disturbs)
-        self.world.timeline.begin_disturbance(disturbance)
+        self.testbed.timeline.begin_disturbance(disturbance)
         try:
-            with planned.kind.strike(self.world, planned.words):
-                pause_until(self.world, time.monotonic() + planned.seconds)
+            with planned.kind.inject(self.testbed, planned.words):
+                pause_until(self.testbed, time.monotonic() + planned.seconds)
             disturbance.over = time.monotonic()
-            self.world.wait_until_well()
+            self.testbed.wait_until_well()
         except (AssertionError, OSError) as error:
-            self.world.failures.append(f"{planned.text()}: {error}")
+            self.testbed.failures.append(f"{planned.text()}: {error}")
             self.say(planned, disturbance, "NEVER")
             return False
         disturbance.recovered = time.monotonic()

@@ -23,7 +23,7 @@ SYSTEM = ("sysContact", "sysName", "sysLocation")  # snmpd has its own values wh
 
 
 def column_of(oid):
-    """Returns the column of an instance in the present form; None outside the MIB."""
+    """Returns the column of an instance under the current enterprise number, or None outside the MIB."""
     arcs = mib.arcs(oid)
     for length in range(len(arcs) - 1, 0, -1):
         if arcs[:length] in BY_ARCS:
@@ -51,12 +51,12 @@ PARENTS_STALE_S = 3 * STALE_S  # of real time; a part of it may be disturbed
 
 
 def numbering(objects):
-    """The order of the parents, which determines the parent numbers in the instances of their parts."""
+    """Returns the order of the parents, which determines the parent numbers in the instances of their parts."""
     return tuple(tuple(each["Index"] for each in objects.get(kind, [])) for kind in PARENTS)
 
 
 class Parts(Expectation):
-    """Only the instances that contain the number of a parent."""
+    """The expected values of only those instances that contain the number of a parent."""
 
     @staticmethod
     def refreshes():
@@ -73,16 +73,16 @@ class History:
     def __init__(self, timeline, states):
         self.timeline, self.states = timeline, states
         self.lock = threading.Lock()
-        self.tracks = {}  # of the array's model; None: no such instance
-        self.parents = {}  # by numbering: the parents, and when others replaced them (None: current)
+        self.tracks = {}  # values of the array; None: no such instance
+        self.parents = {}  # by numbering: the parents, and when it changed (None: current)
         self.renumbered = defaultdict(dict)  # by old numbering: tracks of the parts
-        self.told = {}  # of what managers have set
+        self.set_values = {}  # values that managers have set
         self.false_reports = []
 
     # --- changes
 
     def record(self, objects, since):
-        """Records the array's present objects, which it may have had since a moment; 0: always."""
+        """Records the array's current objects, which it may have had since a moment; 0: always."""
         values = Expectation(objects).values
         with self.lock:
             for oid in self.tracks.keys() | values.keys():
@@ -106,9 +106,9 @@ class History:
                 tracks.setdefault(oid, Track()).become(values.get(oid), since)
         self.parents[present] = {kind: objects.get(kind, []) for kind in PARENTS}, None
 
-    def tell_set(self, oid, value, since):
+    def record_set(self, oid, value, since):
         with self.lock:
-            self.told.setdefault(oid, Track()).put(("STRING", value), since)
+            self.set_values.setdefault(oid, Track()).put(("STRING", value), since)
 
     def add_false_report(self, report):
         with self.lock:
@@ -120,9 +120,9 @@ class History:
 
     # --- allowed values
 
-    def horizon(self, sent):
-        """Returns the moment before which no value can still be in the store."""
-        return max(self.timeline.back(sent, STALE_S), self.timeline.began_before(sent))
+    def oldest(self, sent):
+        """Returns the age limit: the store contains no values from before this moment."""
+        return max(self.timeline.undisturbed_before(sent, STALE_S), self.timeline.latest_start(sent))
 
     def allows(self, oid, read, sent, ended):
         """Returns whether (type, value), or None for no such instance, is allowed in an exchange at these times."""
@@ -131,24 +131,24 @@ class History:
             return read is None
         if read is None and self.timeline.is_disturbed("requests", sent, ended):
             return True
-        horizon = self.horizon(sent) if column.name != STICKY else self.timeline.began_before(sent)
+        oldest = self.oldest(sent) if column.name != STICKY else self.timeline.latest_start(sent)
         if self.is_exempt(column, read, sent, ended):
             return True
         with self.lock:
-            values = [value for tracks in (self.tracks, self.told, *self.old_numberings(horizon)) if oid in tracks
-                      for value in tracks[oid].between(horizon, ended)]
+            sources = (self.tracks, self.set_values, *self.previous_numberings(oldest))
+            values = [value for tracks in sources if oid in tracks for value in tracks[oid].between(oldest, ended)]
             if oid not in self.tracks:
                 values.append(None)
-            if read in values or self.is_of_old_row(column, oid, read, horizon, ended):
+            if read in values or self.is_of_previous_row(column, oid, read, oldest, ended):
                 return True
-            return any(each.covers(column, horizon, ended) and self.is_in(each, column, read)
+            return any(each.covers(column, oldest, ended) and self.is_in(each, column, read)
                        for each in self.false_reports)
 
-    def old_numberings(self, begin):
+    def previous_numberings(self, begin):
         return [self.renumbered[key] for key, (_, gone) in self.parents.items() if gone is not None and gone >= begin]
 
-    def is_of_old_row(self, column, oid, read, begin, end):
-        """Whether the value is the present status, fetched for an event, of an object that had this row before."""
+    def is_of_previous_row(self, column, oid, read, begin, end):
+        """Returns whether the value is the current status, fetched for an event, of an earlier object of this row."""
         number = FETCHED_SINGLY.get(column.number)
         if number is None or read is None:
             return False
@@ -171,15 +171,15 @@ class History:
             return True
         if column.name in SYSTEM and self.timeline.is_disturbed("requests", sent, ended):
             return True
-        # A request that was repeated while no daemon was running is answered by one that started after it was sent.
+        # The daemon that responds may have started after the request was sent for the first time.
         return (column.name in DERIVED and value in UNDERIVED and
-                ended - self.timeline.began_before(ended) < DERIVED_S)
+                ended - self.timeline.latest_start(ended) < DERIVED_S)
 
-    def steady(self, begin, end):
+    def constant_instances(self, begin, end):
         """Returns the instances that a walk within a period must contain."""
-        horizon = self.horizon(begin)
+        oldest = self.oldest(begin)
         with self.lock:
-            return [oid for oid, track in self.tracks.items() if None not in track.between(horizon, end)]
+            return [oid for oid, track in self.tracks.items() if None not in track.between(oldest, end)]
 
     def oids(self):
         """Returns the OIDs of all instances that the array has or had."""

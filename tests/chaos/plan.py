@@ -8,7 +8,7 @@ from .faults.kind import Kind
 
 PAUSE_S = (1, 4)
 CLOCK = "the clock steps"
-ENDINGS_S, ENDINGS_SHARE = 600, 0.4  # the part of a run in which daemons exit; of a short one, its share
+EXITS_S, EXITS_SHARE = 600, 0.4  # length of the part in which daemons exit, and its maximum share of a run
 
 
 @dataclass(frozen=True)
@@ -22,7 +22,7 @@ class Planned:
         words = f" ({' '.join(self.words)})" if self.words else ""
         return f"{self.kind.name}{words}"
 
-    def whole_s(self):
+    def total_s(self):
         return self.pause_s + self.seconds + self.kind.recovery_s
 
 
@@ -33,8 +33,8 @@ def planned(generator, kind):
 
 @dataclass(frozen=True)
 class Plan:
-    """More faults of each part than there may be time for, and one for the end of the run; None if none fits. The
-    daemon survives all that are bearable; any may be injected after bearable_s."""
+    """At least as many faults for each part as there is time for, and one for the end of the run (None if none fits).
+    The daemon survives the bearable ones; after bearable_s, any may be injected."""
     bearable: list
     bearable_s: float
     any: list
@@ -42,17 +42,17 @@ class Plan:
 
 
 def make(seed, seconds, has_clock=True, only=""):
-    """Plans a run of a number of seconds, in rounds with each kind once. only: a part of their names."""
+    """Plans a run of a number of seconds, in rounds with each kind once. only: a string in the names of the kinds."""
     generator = random.Random(f"{seed} plan")
     kinds = [kind for kind in ALL if only in kind.name and (has_clock or kind.name != CLOCK)]
     bearable = [kind for kind in kinds if not kind.restarts]
-    fitting = [fault for fault in drawn(generator, kinds) if fault.kind.restarts and fault.whole_s() <= seconds / 2]
+    fitting = [fault for fault in drawn(generator, kinds) if fault.kind.restarts and fault.total_s() <= seconds / 2]
     if not bearable:
         bearable_s = 0
     elif bearable == kinds:
         bearable_s = seconds
     else:
-        bearable_s = seconds - min(ENDINGS_S, seconds * ENDINGS_SHARE)
+        bearable_s = seconds - min(EXITS_S, seconds * EXITS_SHARE)
     return Plan(rounds(generator, bearable, bearable_s), bearable_s, rounds(generator, kinds, seconds - bearable_s),
                 fitting[0] if fitting else None)
 
@@ -66,5 +66,5 @@ def rounds(generator, kinds, seconds):
 
 
 def drawn(generator, kinds):
-    """Returns one fault of each kind, in any order."""
+    """Returns one fault of each kind, in random order."""
     return [planned(generator, kind) for kind in generator.sample(kinds, len(kinds))]

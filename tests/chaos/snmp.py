@@ -11,7 +11,7 @@ AGENT = ("127.0.0.1", 161)
 TRY_S = 4
 TRIES = 3
 REFUSED_PAUSE_S = 0.2  # between retries while nobody listens
-LONGEST_DATAGRAM = 65535
+MAX_DATAGRAM = 65535
 
 # sent, ended: monotonic times. response: None if none was received.
 Exchange = namedtuple("Exchange", "sent ended response")
@@ -28,7 +28,7 @@ class Manager:
         self.socket = socket.socket(socket.AF_INET, socket.SOCK_DGRAM)
         self.socket.connect(AGENT)
 
-    def ask(self, kind, bindings, first=0, second=0, tries=TRIES):
+    def request(self, kind, bindings, first=0, second=0, tries=TRIES):
         """Sends a request with bindings of (OID, element of the value); retries without a response, as tools do."""
         request_id = next(request_ids) & 0x7FFFFFFF
         datagram = berWriter.message(self.version, self.community,
@@ -46,7 +46,7 @@ class Manager:
         while (left := deadline - time.monotonic()) > 0:
             self.socket.settimeout(left)
             try:
-                response = ber.read_response(self.socket.recv(LONGEST_DATAGRAM))
+                response = ber.read_response(self.socket.recv(MAX_DATAGRAM))
             except TimeoutError:
                 return None
             except ConnectionRefusedError:
@@ -65,7 +65,7 @@ class Manager:
             pass
 
     def read(self, kind, oids, first=0, second=0):
-        return self.ask(kind, [(oid, berWriter.NULL) for oid in oids], first, second)
+        return self.request(kind, [(oid, berWriter.NULL) for oid in oids], first, second)
 
     def get(self, *oids):
         return self.read(berWriter.GET, oids)

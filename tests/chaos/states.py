@@ -1,4 +1,4 @@
-"""The status over time of every object that has notifications, and the events that were sent about it."""
+"""The status over time of every object that has notifications, and the events about it."""
 
 import bisect
 import threading
@@ -11,8 +11,8 @@ from harness.mib import KIND_OF_TABLE
 from harness.trapLists import COMPONENTS, OBJECTS
 
 UP = 1
-ARRAY = ""  # in place of the array's name, which no notification contains
-# Number of the notification of a component's parent, and the attribute that holds the parent's index.
+ARRAY = ""  # replaces the array's name, which no notification contains
+# Number of the notification of a component's parent, and the attribute that contains the parent's index.
 PARENTS = {204: (203, "ControllerIndex"), 206: (205, "EnclosureIndex")}
 ATTRIBUTES = {entry.column.number: entry.attribute for refresh in mib.MIB.refreshes for entry in refresh.entries}
 KINDS = {number: KIND_OF_TABLE[mib.MIB.columns[trap.status].table.name] for number, trap in OBJECTS.items()}
@@ -24,11 +24,11 @@ FETCHED_SINGLY = {OBJECTS[number].status: number for number in (202, 207, 208, 2
 # An object, by the number of its notification and its name.
 Subject = namedtuple("Subject", "number name")
 # shown_as: the name by which a notification refers to the object; parent: None for whole objects.
-Standing = namedtuple("Standing", "kind element status shown_as parent")
+ObjectState = namedtuple("ObjectState", "kind element status shown_as parent")
 
 
 class Track:
-    """A value over time, as changes in order. absent_until: when the value may first have been there."""
+    """A value over time: its changes in order. absent_until: when there may have been a value for the first time."""
 
     def __init__(self, absent_until=0):
         self.times, self.values = ([0], [None]) if absent_until else ([], [])
@@ -38,7 +38,7 @@ class Track:
         self.values.append(value)
 
     def become(self, value, since):
-        """Returns whether that is a change."""
+        """Adds the value unless it is the latest already. Returns whether it is a change."""
         is_change = not self.values or self.values[-1] != value
         if is_change:
             self.put(value, since)
@@ -55,26 +55,26 @@ class Track:
 
 @dataclass
 class Change:
-    """A status that an object had from begin to until (None: still). told: the array sent an event."""
+    """A status that an object had from begin to until (None: still). reported: the array sent an event."""
     subject: Subject
     status: int
     begin: float
-    told: bool
+    reported: bool
     until: float = None
 
 
 # An event about an object. is_repeat: it reports no change.
-Telling = namedtuple("Telling", "moment subject is_repeat")
+SentEvent = namedtuple("SentEvent", "moment subject is_repeat")
 
 
-def standings(objects):
-    """Returns {subject: Standing} of all objects that have a row."""
+def object_states(objects):
+    """Returns {subject: ObjectState} of all objects that have a row."""
     found = {}
     for number, kind in KINDS.items():
         for each in objects.get(kind, []):
             name = ARRAY if number == 211 else each["Name"]
             status = truth_value(each["PortsBalanced"]) if number == 211 else STATUS[each["Status"]]
-            found[Subject(number, name)] = Standing(kind, each, status, (number, name), None)
+            found[Subject(number, name)] = ObjectState(kind, each, status, (number, name), None)
     for kind, (number, component) in PARTS.items():
         owner, tag = PARENTS[number]
         names = {each["Index"]: each["Name"] for each in objects.get(KINDS[owner], [])}
@@ -82,7 +82,7 @@ def standings(objects):
         for each in objects.get(kind, []):
             if each[tag] in names:
                 parent = names[each[tag]]
-                found[Subject(number, each["Name"])] = Standing(
+                found[Subject(number, each["Name"])] = ObjectState(
                     kind, each, STATUS[each["Status"]], (number, parent, component, each[shown]),
                     Subject(owner, parent))
     return found
@@ -93,17 +93,17 @@ class States:
         self.lock = threading.Lock()
         self.tracks = {}  # the status of each subject; None while it has no row
         self.current = {}
-        self.known = {}  # the latest Standing of each subject, gone ones included
+        self.known = {}  # the latest ObjectState of each subject, also of removed ones
         self.shown = {}  # subjects by the names that notifications use
-        self.changes, self.tellings = [], []
+        self.changes, self.sent_events = [], []
         self.orders, self.moves = {}, defaultdict(list)  # indexes of each list, and when the list changed
 
-    def record(self, objects, since, told):
-        """Records the array's present objects. told: the array reports changes of status."""
-        found = standings(objects)
+    def record(self, objects, since, reported):
+        """Records the array's present objects. reported: the array sends events about changes."""
+        found = object_states(objects)
         with self.lock:
             for subject in found.keys() | self.current.keys():
-                self.take(subject, found.get(subject), since, told)
+                self.take(subject, found.get(subject), since, reported)
             self.current = found
             for kind in KINDS.values():
                 order = [each.get("Index") for each in objects.get(kind, [])]
@@ -111,12 +111,12 @@ class States:
                     self.moves[kind].append(since)
                 self.orders[kind] = order
 
-    def take(self, subject, standing, since, told):
+    def take(self, subject, state, since, reported):
         track = self.tracks.setdefault(subject, Track(since))
-        if standing:
-            self.known[subject] = standing
-            self.shown[standing.shown_as] = subject
-        status = standing and standing.status
+        if state:
+            self.known[subject] = state
+            self.shown[state.shown_as] = subject
+        status = state and state.status
         before = track.latest()
         if not track.become(status, since):
             return
@@ -124,14 +124,14 @@ class States:
         if latest and latest.until is None:
             latest.until = since
         if before is not None and status is not None:
-            self.changes.append(Change(subject, status, since, told))
-            if told:
-                self.tellings.append(Telling(since, subject, False))
+            self.changes.append(Change(subject, status, since, reported))
+            if reported:
+                self.sent_events.append(SentEvent(since, subject, False))
 
     def repeat(self, subject, moment):
         """Records an event that reports the status of a subject once more."""
         with self.lock:
-            self.tellings.append(Telling(moment, subject, True))
+            self.sent_events.append(SentEvent(moment, subject, True))
 
     def between(self, subject, begin, end):
         """Returns all statuses within a period, None included."""

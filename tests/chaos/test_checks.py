@@ -1,4 +1,4 @@
-"""Plants a violation for each check of a chaos run, and the situations that excuse it."""
+"""Plants a violation for each check of a chaos run, and situations that excuse it."""
 
 import contextlib
 import io
@@ -12,14 +12,14 @@ from unittest import mock
 sys.path[:0] = [os.path.join(os.path.dirname(os.path.realpath(__file__)), "..", *more) for more in ((), ("system",))]
 from chaos import snmp, violations  # noqa: E402  (found through the line above)
 from chaos.history import STALE_S, FalseReport, History  # noqa: E402
-from chaos.judge import Judge  # noqa: E402
+from chaos.responseChecks import ResponseChecks  # noqa: E402
 from chaos.notices import Mark, Notice, Notices  # noqa: E402
 from chaos.report import Report  # noqa: E402
 from chaos.states import States, Subject  # noqa: E402
 from chaos.timeline import EVENTS, RECORDS, REQUESTS, Disturbance, Life, Timeline  # noqa: E402
 from chaos.violations import Violation  # noqa: E402
 from chaos.vitals import Sample  # noqa: E402
-from chaos.watch import Ended, Watch  # noqa: E402
+from chaos.watch import Exited, Watch  # noqa: E402
 from harness import ber, daemon, mib  # noqa: E402
 from harness.manager import Binding  # noqa: E402
 
@@ -50,15 +50,15 @@ class CalmRun:
         self.states = States()
         self.history = History(self.timeline, self.states)
         nothing_comes = mock.Mock(take_datagram=lambda _: threading.Event().wait())
-        self.judge, self.notices = Judge(self.history, self.log), Notices(self.timeline, nothing_comes)
-        self.own_kills, self.watch, self.sanitizer_reports = {70}, Watch(self), []
+        self.checks, self.notices = ResponseChecks(self.history, self.log), Notices(self.timeline, nothing_comes)
+        self.killed_by_fault, self.watch, self.sanitizer_reports = {70}, Watch(self), []
         self.become(0)
         self.log.count("x", "answered", 100)
 
-    def become(self, moment, *names, told=True, **statuses):
+    def become(self, moment, *names, reported=True, **statuses):
         found = objects(*(names or ("one", "two")), **statuses)
         self.history.record(found, moment)
-        self.states.record(found, moment, told)
+        self.states.record(found, moment, reported)
         return self
 
     def disturb(self, *what, begin=95, end=102):
@@ -70,39 +70,39 @@ class CalmRun:
         self.timeline.begin_life(Life(2, moment))
         return self.disturb(*(disturbed or (REQUESTS,)), begin=moment - 1, end=moment + 1)
 
-    def lie(self, moment):
-        self.history.add_false_report(FalseReport("TsUps", moment, values=(b"lie",)))
+    def report_falsely(self, moment):
+        self.history.add_false_report(FalseReport("TsUps", moment, values=(b"false",)))
         self.history.false_reports[-1].end = moment + 5
         return self
 
-    def hear(self, moment, status=DOWN, state=2, text="UPS 'one' is down", name="one", cell=b"one"):
+    def notify(self, moment, status=DOWN, state=2, text="UPS 'one' is down", name="one", value=b"one"):
         """Records a notification about a UPS."""
         self.notices.about_objects.append(Notice(moment, 212, (212, name), status, state, text,
-                                                 [(MODEL, ("STRING", cell))]))
+                                                 [(MODEL, ("STRING", value))]))
         return self
 
-    def hear_up(self, moment):
-        return self.hear(moment, UP, 1, "Alert Cleared - UPS 'one' is up")
+    def notify_up(self, moment):
+        return self.notify(moment, UP, 1, "Alert Cleared - UPS 'one' is up")
 
     def down(self, moment=1000):
         """Lets a UPS fail and be notified."""
-        return self.become(moment, status="Down").hear(moment + 1)
+        return self.become(moment, status="Down").notify(moment + 1)
 
-    def see(self, kind, client="x", times=1):
+    def add_violation(self, kind, client="x", times=1):
         for _ in range(times):
             self.log.add(Violation(kind, client, 100, 101, "text", SECOND, ("STRING", b"three")))
         return self
 
-    def mark(self, taken, came=0):
-        self.notices.marks[1] = Mark(1, 0, taken, came)
+    def mark(self, accepted, notified=0):
+        self.notices.marks[1] = Mark(1, 0, accepted, notified)
         return self
 
     def walk_without(self, *oids):
         seen = {oid for oid in self.history.oids() if not self.history.allows(oid, None, 100, 101)} - set(oids)
-        self.judge.complete("x", snmp.Exchange(100, 101, None), seen)
+        self.checks.complete("x", snmp.Exchange(100, 101, None), seen)
         return self
 
-    def sampled(self, kilobytes, descriptors):
+    def sample(self, kilobytes, descriptors):
         self.timeline.lives[0].samples[-5:] = [Sample(moment, kilobytes, descriptors) for moment in range(5)]
         return self
 
@@ -118,59 +118,59 @@ class CalmRun:
 # What is planted, and the beginning of the problem that must be reported; None: the violation is excused.
 PLANTED = (
     (lambda run: run, None),
-    (lambda run: run.see(violations.UNANSWERED), "unanswered requests"),
-    (lambda run: run.see(violations.UNANSWERED).disturb(REQUESTS), None),
-    (lambda run: run.see(violations.UNANSWERED).disturb(EVENTS, RECORDS), "unanswered requests"),
-    (lambda run: run.see(violations.VALUE), "values that the array did not have"),
+    (lambda run: run.add_violation(violations.UNANSWERED), "unanswered requests"),
+    (lambda run: run.add_violation(violations.UNANSWERED).disturb(REQUESTS), None),
+    (lambda run: run.add_violation(violations.UNANSWERED).disturb(EVENTS, RECORDS), "unanswered requests"),
+    (lambda run: run.add_violation(violations.VALUE), "values that the array did not have"),
     (lambda run: run.walk_without(SECOND), "instances missing in a walk"),
-    (lambda run: run.see(violations.ORDER), "responses out of order"),
-    (lambda run: run.see(violations.MALFORMED), "malformed responses"),
-    (lambda run: run.see(violations.BROKEN), "exceptions in the run itself"),
-    (lambda run: run.disturb(REQUESTS).see(violations.UNANSWERED, times=violations.KEPT + 1), "kinds of violation"),
-    (lambda run: run.see(violations.REFUSED).see(violations.REFUSED, client="setter", times=9), None),
-    (lambda run: run.see(violations.REFUSED, times=2), "more than 1 % of all responses were genErr"),
-    (lambda run: run.see(violations.SLOW, times=2), "more than 1 % of all responses were slow"),
+    (lambda run: run.add_violation(violations.ORDER), "responses out of order"),
+    (lambda run: run.add_violation(violations.MALFORMED), "malformed responses"),
+    (lambda run: run.add_violation(violations.BROKEN), "exceptions in the run itself"),
+    (lambda run: run.disturb(REQUESTS).add_violation(violations.UNANSWERED, times=violations.KEPT + 1), "kinds of"),
+    (lambda run: run.add_violation(violations.GENERR).add_violation(violations.GENERR, client="setter", times=9), None),
+    (lambda run: run.add_violation(violations.GENERR, times=2), "more than 1 % of all responses were genErr"),
+    (lambda run: run.add_violation(violations.SLOW, times=2), "more than 1 % of all responses were slow"),
     # strings
-    (lambda run: run.mark(50, came=2), "notifications received twice"),
+    (lambda run: run.mark(50, notified=2), "notifications received twice"),
     (lambda run: run.mark(95).disturb(REQUESTS, end=120), "notifications lost"),
     (lambda run: run.mark(95).disturb(REQUESTS, end=120).restart(135), None),
-    (lambda run: run.do(run.notices.strange, "append", "x"), "datagrams that are not a notification"),
+    (lambda run: run.do(run.notices.malformed, "append", "x"), "datagrams that are not a notification"),
     (lambda run: run.do(run.notices, "__setattr__", "cold_starts", 2), "cold starts without a daemon"),
     # changes that must be notified
     (lambda run: run.become(1000, status="Down"), "changes of status not notified"),
     (lambda run: run.become(1000, status="Down").disturb(EVENTS, begin=1005, end=1040), None),
     (lambda run: run.become(1000, status="Down").restart(1005), None),
-    (lambda run: run.become(1000, status="Down").lie(900), None),
-    (lambda run: run.become(1000, status="Down", told=False), None),  # an event makes the record
-    (lambda run: run.down().become(1500, told=False), "changes of status not notified"),
-    (lambda run: run.down().become(1500, told=False).hear_up(1570), None),
-    (lambda run: run.down().become(1500, told=False).disturb(EVENTS, RECORDS, begin=1100, end=1120), None),
-    (lambda run: run.down().become(1200, "two").become(1300, status="Down").become(1700, told=False), None),
+    (lambda run: run.become(1000, status="Down").report_falsely(900), None),
+    (lambda run: run.become(1000, status="Down", reported=False), None),  # only an event creates the record
+    (lambda run: run.down().become(1500, reported=False), "changes of status not notified"),
+    (lambda run: run.down().become(1500, reported=False).notify_up(1570), None),
+    (lambda run: run.down().become(1500, reported=False).disturb(EVENTS, RECORDS, begin=1100, end=1120), None),
+    (lambda run: run.down().become(1200, "two").become(1300, status="Down").become(1700, reported=False), None),
     (lambda run: run.become(1000, part="Down"), "changes of status not notified"),
-    (lambda run: run.become(900, told=False, enclosure="Down").become(1000, part="Down", enclosure="Down"), None),
-    # notifications of a wrong state
-    (lambda run: run.down().hear(1500, UP, 2), "notifications of a wrong state"),
-    (lambda run: run.down().lie(1490).hear(1500, -1), None),
-    (lambda run: run.down().become(1200).hear(1201, UP, 1, "UPS 'one' is up"), "notifications of a wrong state"),
-    (lambda run: run.become(1000, status="Down").hear(1001, text="UPS 'two' is down"), "notifications of a wrong"),
-    (lambda run: run.down().hear(1500, name="nobody"), "notifications of a wrong state"),
-    (lambda run: run.become(1000, status="Down").hear(1001, cell=b"three"), "notifications of a wrong state"),
+    (lambda run: run.become(900, reported=False, enclosure="Down").become(1000, part="Down", enclosure="Down"), None),
+    # notifications with a wrong state
+    (lambda run: run.down().notify(1500, UP, 2), "notifications with a wrong state"),
+    (lambda run: run.down().report_falsely(1490).notify(1500, -1), None),
+    (lambda run: run.down().become(1200).notify(1201, UP, 1, "UPS 'one' is up"), "notifications with a wrong state"),
+    (lambda run: run.become(1000, status="Down").notify(1001, text="UPS 'two' is down"), "notifications with a wrong"),
+    (lambda run: run.down().notify(1500, name="nobody"), "notifications with a wrong state"),
+    (lambda run: run.become(1000, status="Down").notify(1001, value=b"three"), "notifications with a wrong state"),
     # notifications that repeat
-    (lambda run: run.down().hear(1070), "notifications repeated without news"),
-    (lambda run: run.down().hear(1061).hear(1121), "objects notified every minute"),
-    (lambda run: run.down().do(run.states, "repeat", ONE, 1050).hear(1051), "notifications repeated"),
-    (lambda run: run.down().do(run.notices.forced, "append", (1060, 205)).hear(1061, text=""), "notifications rep"),
-    (lambda run: run.down().do(run.notices.forced, "append", (1060, 212)).hear(1061, text=""), None),
-    (lambda run: run.down().become(1200).hear_up(1201).hear_up(1202), None),
-    (lambda run: run.down().become(1200).hear_up(1201).hear_up(1202).hear_up(1203), "notifications repeated"),
+    (lambda run: run.down().notify(1070), "notifications repeated without a change"),
+    (lambda run: run.down().notify(1061).notify(1121), "objects notified every minute"),
+    (lambda run: run.down().do(run.states, "repeat", ONE, 1050).notify(1051), "notifications repeated"),
+    (lambda run: run.down().do(run.notices.forced, "append", (1060, 205)).notify(1061, text=""), "notifications rep"),
+    (lambda run: run.down().do(run.notices.forced, "append", (1060, 212)).notify(1061, text=""), None),
+    (lambda run: run.down().become(1200).notify_up(1201).notify_up(1202), None),
+    (lambda run: run.down().become(1200).notify_up(1201).notify_up(1202).notify_up(1203), "notifications repeated"),
     # processes
     (lambda run: run.restart(100, EVENTS), "daemons that exited"),
-    (lambda run: run.do(run.watch.ended, "append", Ended(7, "snmpSubagent", -11)), "processes that crashed"),
-    (lambda run: run.do(run.watch.ended, "append", Ended(70, "snmpSubagent", -9)), None),
+    (lambda run: run.do(run.watch.exited, "append", Exited(7, "snmpSubagent", -11)), "processes that crashed"),
+    (lambda run: run.do(run.watch.exited, "append", Exited(70, "snmpSubagent", -9)), None),
     (lambda run: run.do(run.sanitizer_reports, "append", "x"), "sanitizer reports"),
-    (lambda run: run.sampled(27000, 12), "daemons that grow"),
-    (lambda run: run.sampled(25000, 15), "daemons that grow"),
-    (lambda run: run.do(run.timeline.lives[0].samples, "clear"), "no daemon was calm"),
+    (lambda run: run.sample(27000, 12), "daemons that grow"),
+    (lambda run: run.sample(25000, 15), "daemons that grow"),
+    (lambda run: run.do(run.timeline.lives[0].samples, "clear"), "no daemon was undisturbed"),
     (lambda run: run.do(run.failures, "append", "x"), "conditions that did not hold after a fault"))
 
 
@@ -197,31 +197,31 @@ class HistoryOfValues(unittest.TestCase):
                 (SECOND, b"two", late, False)):
             with self.subTest(oid=oid, value=value, moment=moment):
                 self.assertEqual(history.allows(oid, value and ("STRING", value), moment, moment + 1), is_good)
-        self.assertIn(MODEL, history.steady(1200, 1201))
-        self.assertNotIn(SECOND, history.steady(1200, 1201))
-        self.assertIn(SECOND, history.steady(900, 901))
+        self.assertIn(MODEL, history.constant_instances(1200, 1201))
+        self.assertNotIn(SECOND, history.constant_instances(1200, 1201))
+        self.assertIn(SECOND, history.constant_instances(900, 901))
 
 
-class JudgeOfResponses(unittest.TestCase):
+class ChecksOfResponses(unittest.TestCase):
     def test_gets_and_bulks(self):
         one, two = Binding(MODEL, "STRING", b"one"), Binding(SECOND, "STRING", b"two")
         wrong, end = Binding(SECOND, "STRING", b"three"), Binding(SECOND, "endOfMibView", None)
         column = mib.oid("tsUPSName")
-        for asked, non_repeaters, bindings, faults in (
+        for requested, non_repeaters, bindings, faults in (
                 (None, 0, (one, two), []), (None, 0, (one, wrong), [violations.VALUE]),
                 (None, 0, (two, one), [violations.ORDER]), ([column], 0, (one, two), []),
                 ([column], 0, (one, one), [violations.ORDER]), ([column, MODEL], 1, (one, two, end), []),
                 ([column, column], -1, (one, one, two, two), []), ([column], 1, (one, two), [violations.ORDER]),
                 ([SECOND], 0, (Binding(mib.old_form(MODEL), "STRING", b"one"),), [])):
-            with self.subTest(asked=asked, bindings=bindings):
-                judge = CalmRun().judge
+            with self.subTest(requested=requested, bindings=bindings):
+                checks = CalmRun().checks
                 exchange = snmp.Exchange(100, 101, ber.Response(1, "noError", 0, list(bindings)))
-                if asked is None:
-                    judge.got("x", exchange, [MODEL, SECOND])
+                if requested is None:
+                    checks.got("x", exchange, [MODEL, SECOND])
                 else:
-                    judge.got_bulk("x", exchange, asked, non_repeaters)
+                    checks.got_bulk("x", exchange, requested, non_repeaters)
                 kinds = (violations.VALUE, violations.ORDER)
-                self.assertEqual([kind for kind in kinds if judge.confirmed(kind)], faults)
+                self.assertEqual([kind for kind in kinds if checks.confirmed(kind)], faults)
 
 
 if __name__ == "__main__":

@@ -29,7 +29,7 @@ class Life:
     end: float = None
     samples: list = field(default_factory=list)  # see vitals
 
-    def holds(self, moment):
+    def contains(self, moment):
         return self.begin <= moment and (self.end is None or moment <= self.end)
 
 
@@ -58,18 +58,18 @@ class Timeline:
     def life_at(self, moment):
         """Returns the daemon that was running then, or None."""
         with self.lock:
-            return next((life for life in reversed(self.lives) if life.holds(moment)), None)
+            return next((life for life in reversed(self.lives) if life.contains(moment)), None)
 
     def life_ended(self, begin, end):
         with self.lock:
             return any(life.end is not None and begin <= life.end <= end for life in self.lives)
 
-    def ended_by_themselves(self, since):
+    def unexpected_exits(self, since):
         """Returns the daemons that exited later than this while nothing disturbed requests."""
         return [life for life in self.lives if life.end is not None and life.end > since and
                 not self.is_disturbed(REQUESTS, life.end - NOTICED_S, life.end)]
 
-    def began_before(self, moment):
+    def latest_start(self, moment):
         """Returns the time at which the latest daemon up to a moment was started."""
         with self.lock:
             return max((life.begin for life in self.lives if life.begin <= moment), default=0)
@@ -77,7 +77,7 @@ class Timeline:
     def undisturbed_s(self, begin, end):
         """Returns the number of seconds within a period in which nothing was disturbed."""
         total, now = 0, begin
-        for each_begin, each_end in self.spans():
+        for each_begin, each_end in self.disturbed_periods():
             if each_begin > now:
                 total += max(min(each_begin, end) - now, 0)
             now = max(now, each_end)
@@ -85,26 +85,26 @@ class Timeline:
                 return total
         return total + max(end - now, 0)
 
-    def back(self, moment, seconds):
+    def undisturbed_before(self, moment, seconds):
         """Returns the moment that is a number of undisturbed seconds before another."""
         now = moment
-        for begin, end in reversed(self.spans()):
+        for begin, end in reversed(self.disturbed_periods()):
             if begin >= now:
                 continue
-            calm = max(now - min(end, now), 0)
-            if calm >= seconds:
+            undisturbed = max(now - min(end, now), 0)
+            if undisturbed >= seconds:
                 return now - seconds
-            seconds -= calm
+            seconds -= undisturbed
             now = begin
         return now - seconds
 
-    def spans(self):
+    def disturbed_periods(self):
         """Returns (begin, end) of the disturbed periods in order, without overlaps."""
         with self.lock:
-            spans = sorted((each.begin, each.recovered if each.recovered is not None else float("inf"))
-                           for each in self.disturbances if each.disturbs)
+            periods = sorted((each.begin, each.recovered if each.recovered is not None else float("inf"))
+                             for each in self.disturbances if each.disturbs)
         merged = []
-        for begin, end in spans:
+        for begin, end in periods:
             if merged and begin <= merged[-1][1]:
                 merged[-1] = (merged[-1][0], max(merged[-1][1], end))
             else:

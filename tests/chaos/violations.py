@@ -1,18 +1,18 @@
-"""What the clients have counted, and possible violations that they have seen. These are judged at the end, when it is
-known what was disturbed and which values the array had."""
+"""Counts of the clients, and possible violations. Violations are judged at the end, when it is known what was disturbed
+and which values the array had."""
 
 import threading
 from collections import Counter, namedtuple
 
 from harness import waiting
 
-# kind: one of those below. oid, read: of a doubtful value.
+# kind: one of those below. oid, read: of the value, if it may be wrong.
 Violation = namedtuple("Violation", "kind client sent ended text oid read", defaults=(None, None))
 
-KINDS = UNANSWERED, SLOW, VALUE, MISSING, ORDER, MALFORMED, REFUSED, BROKEN = (
-    "unanswered", "slow", "value", "missing", "order", "malformed", "refused", "broken")
+KINDS = UNANSWERED, SLOW, VALUE, MISSING, ORDER, MALFORMED, GENERR, BROKEN = (
+    "unanswered", "slow", "value", "missing", "order", "malformed", "genErr", "broken")
 SLOW_S = 0.3 * waiting.PATIENCE  # slower responses are recorded
-KEPT = 20000  # of each kind; more are only counted
+KEPT = 20000  # violations of each kind; more are only counted
 
 
 class ViolationLog:

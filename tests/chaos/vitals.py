@@ -10,18 +10,18 @@ from .timeline import EVENTS, REQUESTS
 
 Sample = namedtuple("Sample", "moment resident_kb descriptors")
 
-# At this age a daemon has served everything and refreshed most of its tables; this long after a fault it has released
-# what the fault made it hold.
+# After AGE_S, a daemon has served everything and refreshed most of its tables. CALM_S after a fault, it has released
+# the resources that the fault tied up.
 AGE_S = 15
 CALM_S = 3
 GROUP = 5  # samples that are compared together, because a refresh or a self-test may be in progress during one
-# Strings in the store grow to the longest that there was, and the allocator keeps what the largest response and the
-# longest queue took. Both are bounded; a leak is not.
+# Strings in the store keep the capacity for the longest value so far, and the allocator keeps the memory of the largest
+# response and the longest queue. Both are bounded; a leak is not.
 GROWTH_KB = 6144
 GROWTH_PERCENT = 10
 GROWTH_DESCRIPTORS = 2
 # A sanitizer keeps freed memory.
-IS_MEMORY_ITS_OWN = "SNMPSUBAGENT_SANITIZED" not in os.environ
+CAN_COMPARE_MEMORY = "SNMPSUBAGENT_SANITIZED" not in os.environ
 
 
 def sample(life, timeline):
@@ -31,7 +31,7 @@ def sample(life, timeline):
     try:
         life.samples.append(Sample(now, processes.resident_kb(life.pid), processes.descriptors(life.pid)))
     except (OSError, StopIteration):
-        pass  # it has just ended
+        pass  # it has just exited
 
 
 class Comparison:
@@ -46,10 +46,10 @@ class Comparison:
 
     def is_flat(self):
         bound = max(GROWTH_KB, self.kb[0] * GROWTH_PERCENT // 100)
-        return ((self.kb[-1] - self.kb[0] <= bound or not IS_MEMORY_ITS_OWN) and
+        return ((self.kb[-1] - self.kb[0] <= bound or not CAN_COMPARE_MEMORY) and
                 self.descriptors[-1] - self.descriptors[0] <= GROWTH_DESCRIPTORS)
 
 
 def comparisons(timeline):
-    """Those of all daemons that were undisturbed for long enough."""
+    """Returns the comparisons of all daemons that were undisturbed long enough."""
     return [Comparison(life) for life in timeline.lives if len(life.samples) >= 2 * GROUP]

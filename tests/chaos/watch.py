@@ -10,20 +10,20 @@ from . import processes, vitals
 from .timeline import Life
 
 POLL_S = 0.1
-ABSENCE_S = 5  # longer than a daemon takes to restart itself
+ABSENCE_S = 5  # longer than a daemon needs to restart itself
 SAMPLE_S = 1
-# Exit statuses of snmpd: the daemon kills it with these signals, and faults with the latter.
-ENDS_OF_SNMPD = (0, -6, -9)
+# Expected exit statuses of snmpd: the daemon kills it with these signals; faults use the latter.
+EXPECTED_STATUSES = (0, -6, -9)
 
 # A process that has exited; status: negative for a signal.
-Ended = collections.namedtuple("Ended", "pid name status")
+Exited = collections.namedtuple("Exited", "pid name status")
 
 
 class Watch(threading.Thread):
-    def __init__(self, world):
+    def __init__(self, testbed):
         super().__init__(daemon=True)
-        self.world = world
-        self.ended = []
+        self.testbed = testbed
+        self.exited = []
         self.snmpds = []
         self.starts = 0  # by this supervisor
         self.done = threading.Event()
@@ -35,7 +35,7 @@ class Watch(threading.Thread):
         self.listener.start()
         self.start_one()
         while not self.done.wait(POLL_S):
-            self.look()
+            self.poll()
 
     def stop(self):
         """Stops starting daemons."""
@@ -43,25 +43,25 @@ class Watch(threading.Thread):
         self.join(10)
 
     def listen(self):
-        for line in self.world.keeper.stdout:
+        for line in self.testbed.subreaper.stdout:
             pid, *name, status = line.split()
-            self.ended.append(Ended(int(pid), " ".join(name), int(status)))
+            self.exited.append(Exited(int(pid), " ".join(name), int(status)))
 
     def start_one(self):
         self.starts += 1
         self.absent_since = time.monotonic()
-        self.world.start_daemon()
+        self.testbed.start_daemon()
 
-    def look(self):
-        self.see_life()
-        self.see_snmpd()
+    def poll(self):
+        self.update_life()
+        self.update_snmpd()
         life = self.life()
         now = time.monotonic()
         if life is not None:
             self.absent_since = None
             if now >= self.next_sample:
                 self.next_sample = now + SAMPLE_S
-                vitals.sample(life, self.world.timeline)
+                vitals.sample(life, self.testbed.timeline)
         elif machine.processes_named("snmpSubagent"):
             self.absent_since = now
         elif self.absent_since is None:
@@ -71,10 +71,10 @@ class Watch(threading.Thread):
 
     def life(self):
         """Returns the running daemon, or None."""
-        lives = self.world.timeline.lives
+        lives = self.testbed.timeline.lives
         return lives[-1] if lives and lives[-1].end is None else None
 
-    def see_life(self):
+    def update_life(self):
         life, pid = self.life(), daemon.Daemon.pid()
         if life and not machine.is_running(life.pid):
             life.end = time.monotonic()
@@ -85,9 +85,9 @@ class Watch(threading.Thread):
                 return
             if life and life.end is None:
                 life.end = begin
-            self.world.timeline.begin_life(Life(pid, begin))
+            self.testbed.timeline.begin_life(Life(pid, begin))
 
-    def see_snmpd(self):
+    def update_snmpd(self):
         pid = daemon.Daemon.snmpd_pid()
         if pid and pid not in self.snmpds and machine.is_running(pid):
             self.snmpds.append(pid)
@@ -96,6 +96,6 @@ class Watch(threading.Thread):
 
     def crashes(self):
         """Returns the daemons that neither exited by themselves nor were killed by a fault, and crashed snmpds."""
-        return [each for each in self.ended
-                if each.name == "snmpSubagent" and each.status != 0 and each.pid not in self.world.own_kills or
-                each.name == "snmpd" and each.status not in ENDS_OF_SNMPD]
+        return [each for each in self.exited
+                if each.name == "snmpSubagent" and each.status != 0 and each.pid not in self.testbed.killed_by_fault or
+                each.name == "snmpd" and each.status not in EXPECTED_STATUSES]

@@ -1,4 +1,4 @@
-"""The array's API on the command line: lists, changes, repeated calls."""
+"""The command-line client of the API: lists, changes, repeated calls."""
 
 import contextlib
 import json
@@ -6,14 +6,14 @@ import os
 import subprocess
 import unittest
 
-from harness import array, machine, story
+from harness import array, machine, systemTest
 
 PROGRAM = os.path.join(machine.BUILD, "tools", "apiClient", "apiClient")
 LISTED_ONE_BY_ONE = "TsDiskFolderStorageUsage"  # the one object without a list
 
 
 def objects(*words):
-    """What a call answers, as JSON has it."""
+    """What a call responses, as JSON has it."""
     return json.loads(machine.run(PROGRAM, *words, "--format", "json"))
 
 
@@ -27,16 +27,16 @@ def watched(*words):
             process.kill()
 
 
-class AskingTheArray(unittest.TestCase):
-    """The daemon has no part in this: the array alone."""
+class ApiClient(unittest.TestCase):
+    """Needs the array but no daemon."""
 
     @classmethod
     def setUpClass(cls):
         cls.array = array.Array().start("small")
-        cls.addClassCleanup(machine.end_processes_named, "arraySim")
+        cls.addClassCleanup(machine.kill_processes_named, "arraySim")
         cls.addClassCleanup(cls.array.stop)
 
-    def test_every_object_of_the_model_is_listed_with_what_it_holds(self):
+    def test_every_object_of_the_model_is_listed_with_its_values(self):
         for kind, expected in self.array.dump().items():
             with self.subTest(kind=kind):
                 if kind == LISTED_ONE_BY_ONE:
@@ -64,4 +64,4 @@ class AskingTheArray(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    story.tell()
+    systemTest.main()

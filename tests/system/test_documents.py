@@ -1,7 +1,7 @@
-"""Every command that the README, the manual pages and the other documents show works as it is written there.
+"""Runs every command in the README, the manual pages and the other documents verbatim.
 
-All of them run on one Debian machine of its own, a document after the other, as a reader would try them. What runs in a
-shorter form or in another test is said in harness/documents.py.
+All of them run on one Debian machine, one document after the other, as a reader would try them. harness/documents.py
+lists commands that run in a shorter form or in another test.
 """
 
 import glob
@@ -10,39 +10,39 @@ import shlex
 import unittest
 
 from harness import debian, documents, machine, manager, mib, waiting
-from harness.packageStory import UNIT, PackageStory
+from harness.packageTest import UNIT, PackageTest
 
 PACKAGES = f"{machine.REPOSITORY}/build/release/packages"
-# The folder that the reader is in, when it is not the repository.
+# The working directory for a document, if it is not the repository.
 FOLDERS = {"docs/administrators.md": PACKAGES}
-# This one ends with the removal of all that the others use.
+# This one ends by removing everything that the others use.
 LAST = "docs/administrators.md"
 
-# A reader says yes to apt-get, and keeps the settings that are there.
+# A reader confirms what apt-get asks, and keeps existing settings.
 APT_CONF = 'APT::Get::Assume-Yes "true";\nDpkg::Options { "--force-confold"; };\n'
 SETTINGS = {"controllerIdThis 1": "controllerIdThis 64702", "trapsEnabled no": "trapsEnabled yes",
             "trapDest 192.0.2.1": "trapDest 127.0.0.1", "trapCommun public": "trapCommun traps"}
 USERS = {"#createUser monitor": "createUser monitor", "#rouser monitor": "rouser monitor",
          "signing passphrase": "SIGNING-WORD", "encrypting passphrase": "ENCRYPTING-WORD"}
 
-# A block is a shell of its own that ends at the first command that fails. MIBDIRS stands in for snmp-mibs-downloader.
+# Each block runs in a separate shell that exits at the first failing command. MIBDIRS replaces snmp-mibs-downloader.
 SCRIPT = "/tmp/block"
 PRELUDE = f"""
 cd {{folder}}
 export MIBDIRS={machine.REPOSITORY}/mib/standard:/usr/share/snmp/mibs
-output=/tmp/block.output said=/tmp/block.said complaints=/tmp/block.complaints
+output=/tmp/block.output printed=/tmp/block.printed errors=/tmp/block.errors
 trap 'kill $(jobs -p) 2>/dev/null' EXIT
 """
-# Net-SNMP's tools end well without an answer to show, too.
+# Net-SNMP's tools exit with 0 even if the object does not exist.
 PLAIN = """
 {{ {text}
-}} >$output 2>$complaints || {{ status=$?; cat $output $complaints; exit $status; }}
+}} >$output 2>$errors || {{ status=$?; cat $output $errors; exit $status; }}
 if head -1 $output | grep 'No Such\\|No more variables'; then exit 1; fi"""
-# The next command can come when this one has said that it is ready.
+# The next command can run when this one has printed something.
 IN_BACKGROUND = """
-: >$said
-{text} >$said 2>&1 &
-until test -s $said; do kill -0 $! || exit; sleep 0.1; done"""
+: >$printed
+{text} >$printed 2>&1 &
+until test -s $printed; do kill -0 $! || exit; sleep 0.1; done"""
 PRINTS = """
 test "$(cat $output)" = {prints} || {{ cat $output; exit 1; }}"""
 
@@ -56,7 +56,7 @@ def shell_lines(command):
     return lines
 
 
-class Documents(PackageStory):
+class Documents(PackageTest):
     @classmethod
     def prepare(cls):
         cls.host.write("/etc/apt/apt.conf.d/reader", APT_CONF)
@@ -72,33 +72,33 @@ class Documents(PackageStory):
         cls.done = set()
         cls.start_array("--events", program=machine.ARRAY_SIM)
 
-    def follow(self, document):
+    def run_document(self, document):
         for block in documents.blocks(document):
-            commands = [each for each in block if not documents.left_out(each) and not self.runs_again(each, block)]
+            commands = [each for each in block if not documents.is_omitted(each) and not self.need_not_run(each, block)]
             self.done.update(each.text for each in commands)
             if commands:
                 self.wait_until_served()
                 self.run_commands(commands, FOLDERS.get(document, machine.REPOSITORY))
 
-    def runs_again(self, command, block):
-        """Scripts run once, and so does what stands alone; in a block each command may need those before it."""
+    def need_not_run(self, command, block):
+        """Scripts and single commands run only once. In a block, each command may need those before it."""
         return command.text in self.done and (len(block) == 1 or command.text.startswith("scripts/"))
 
     def run_commands(self, commands, folder):
         text = "\n".join(each.text for each in commands)
-        brings_array = "arraySim serve" in text and "--socket" not in text
-        if brings_array:
+        starts_array = "arraySim serve" in text and "--socket" not in text
+        if starts_array:
             self.stop_array()
         self.host.write(SCRIPT, "\n".join([PRELUDE.format(folder=folder), *map(shell_lines, commands)]))
         print(self.host.run("bash", SCRIPT, limit_s=600), end="", flush=True)
-        if brings_array:
+        if starts_array:
             self.start_array("--events")
         elif machine.SESSION_KEY in text:
             self.stop_array()
             self.start_array("--events")
 
     def wait_until_served(self):
-        """A service that has just been started needs a moment."""
+        """Waits until a service that was just started serves the array."""
         if self.host.status("systemctl", "is-enabled", "--quiet", UNIT) == 0:
             # snmpget also exits with status 0 while the daemon has not registered the array's objects yet.
             reader, oid = manager.Manager(), mib.scalar("selfTestVersion")
@@ -107,7 +107,7 @@ class Documents(PackageStory):
 
 def test_of(document):
     def test(self):
-        self.follow(document)
+        self.run_document(document)
         if document == "README.md":
             self.host.run("sh", "-c", f"apt-get install {PACKAGES}/*.deb")
             package, = glob.glob(f"{debian.ROOT}{PACKAGES}/snmpsubagent_*.deb")

@@ -4,12 +4,12 @@ import os
 import re
 import unittest
 
-from harness import machine, mib, story
+from harness import machine, mib, systemTest
 
 MEMORY_LIMIT_KIB = 64 * 1024
 
 
-class AFullArray(story.SharedStory):
+class FullArray(systemTest.SharedSystemTest):
     PRESET = "full"
 
     @classmethod
@@ -22,7 +22,7 @@ class AFullArray(story.SharedStory):
             binding, = self.manager.get(mib.oid(name, *instance)).bindings
             self.assertEqual((binding.type, binding.value), self.expected[binding.oid])
 
-    @unittest.skipIf(os.environ.get("SNMPSUBAGENT_SANITIZED"), "sanitizers need memory of their own")
+    @unittest.skipIf(os.environ.get("SNMPSUBAGENT_SANITIZED"), "sanitizers need additional memory")
     def test_memory_stays_within_its_limit(self):
         status = machine.read_file(f"/proc/{self.daemon.pid()}/status")
         peak = int(re.search(r"^VmHWM:\s+(\d+) kB", status, re.MULTILINE).group(1))
@@ -30,4 +30,4 @@ class AFullArray(story.SharedStory):
 
 
 if __name__ == "__main__":
-    story.tell()
+    systemTest.main()

@@ -1,10 +1,10 @@
-"""The configuration in Debian's Icinga 2, which checks it and then watches a disk fail and recover."""
+"""The configuration for Icinga 2: Debian's Icinga checks it, then monitors a disk that fails and recovers."""
 
 import os
 import re
 import subprocess
 
-from harness import machine, monitors, story, waiting
+from harness import machine, monitors, systemTest, waiting
 
 PROGRAM, HOME = "/usr/sbin/icinga2", "/tmp/monitors/icinga"
 MAIN = f"""\
@@ -42,7 +42,7 @@ class Icinga(monitors.MonitorStory):
                        *(word for name in FOLDERS for word in ("-D", f"{name}={HOME}"))]
 
     def statuses(self):
-        """{service: (state, output, performance data)}, and "" for the host."""
+        """Returns {service: (state, output, performance data)}; "" is the host."""
         found = {}
         for block in STATUS.findall(machine.read_file(f"{HOME}/status")):
             values = dict(line.strip().split("=", 1) for line in block.strip().splitlines() if "=" in line)
@@ -74,4 +74,4 @@ class Icinga(monitors.MonitorStory):
 if __name__ == "__main__":
     if not os.path.exists(PROGRAM):
         machine.skip("icinga2 is not installed")
-    story.tell()
+    systemTest.main()

@@ -1,8 +1,8 @@
-"""Requests as managers really send them, with Net-SNMP's own tools, over both enterprise numbers."""
+"""Requests of Net-SNMP's tools, under both enterprise numbers."""
 
 import unittest
 
-from harness import manager, mib, story
+from harness import manager, mib, systemTest
 
 EVERYTHING_PRIVATE = "1.3.6.1.4.1"
 WALKERS = 12
@@ -12,7 +12,7 @@ def in_store(oids):
     return [oid for oid in oids if oid.startswith(mib.ENTERPRISE + ".")]
 
 
-class ReadingManagers(story.SharedStory):
+class ReadingManagers(systemTest.SharedSystemTest):
     @classmethod
     def setUpClass(cls):
         super().setUpClass()
@@ -22,17 +22,17 @@ class ReadingManagers(story.SharedStory):
         cls.order = list(cls.store)
 
     def setUp(self):
-        # A walk in the old form that follows the end of the store ends at once, by design.
+        # By design, a walk in the old form ends immediately if the previous request reached the end of the store.
         self.manager.value(mib.scalar("productName"))
 
-    def test_both_enterprise_numbers_answer_every_kind_of_read(self):
+    def test_both_enterprise_numbers_support_every_kind_of_read(self):
         name, following = mib.oid("tsCtlrName", 1), mib.oid("tsCtlrName", 2)
         for form in (str, mib.old_form):
-            for asking in (self.manager, self.version1):
-                with self.subTest(version=asking.version, oid=form(name)):
-                    self.assertEqual(asking.get(form(name)).bindings, [self.as_form(form, name)])
-                    self.assertEqual(asking.get_next(form(name)).bindings, [self.as_form(form, following)])
-                    walked = asking.walk(form(mib.table_oid("tsCtlr")))
+            for reader in (self.manager, self.version1):
+                with self.subTest(version=reader.version, oid=form(name)):
+                    self.assertEqual(reader.get(form(name)).bindings, [self.as_form(form, name)])
+                    self.assertEqual(reader.get_next(form(name)).bindings, [self.as_form(form, following)])
+                    walked = reader.walk(form(mib.table_oid("tsCtlr")))
                     self.assertEqual(walked.bindings, self.table(form, "tsCtlr"))
             bulk = self.manager.get_bulk(4, form(name))
             begin = self.order.index(following)
@@ -52,53 +52,53 @@ class ReadingManagers(story.SharedStory):
         known = [mib.scalar("productName"), mib.oid("tsDiskName", 1), mib.scalar("sysName")]
         unknown = [mib.oid("tsDiskName", 1999), mib.oid("tsCtlrName", 3), mib.ROOT + ".99.0",
                    mib.old_form(mib.oid("tsVolumeName", 2000)), mib.oid("tsCtlrFanName", 3, 1), mib.oid("productName")]
-        for stranger in unknown:
+        for missing in unknown:
             for place in range(len(known) + 1):
-                oids = known[:place] + [stranger] + known[place:]
-                with self.subTest(stranger=stranger, place=place):
-                    answer = self.manager.get(*oids)
-                    self.assertEqual([(b.oid, b.value is None) for b in answer.bindings],
-                                     [(oid, oid == stranger) for oid in oids], answer)
-                    self.assertIn(answer.bindings[place].type, ("noSuchInstance", "noSuchObject"))
-                    refused = self.version1.get(*oids)
-                    self.assertEqual((refused.error, refused.failed_oid), ("noSuchName", stranger))
+                oids = known[:place] + [missing] + known[place:]
+                with self.subTest(missing=missing, place=place):
+                    response = self.manager.get(*oids)
+                    self.assertEqual([(b.oid, b.value is None) for b in response.bindings],
+                                     [(oid, oid == missing) for oid in oids], response)
+                    self.assertIn(response.bindings[place].type, ("noSuchInstance", "noSuchObject"))
+                    rejected = self.version1.get(*oids)
+                    self.assertEqual((rejected.error, rejected.failed_oid), ("noSuchName", missing))
 
-    def test_two_bulk_walks_of_everything_private_in_a_row(self):
+    def test_two_consecutive_bulk_walks_of_everything_private(self):
         for number in (1, 2):
             with self.subTest(walk=number):
-                answer = self.manager.bulk_walk(EVERYTHING_PRIVATE)
-                self.assertEqual(answer.status, 0, answer.complaints)
-                self.assertEqual(in_store(answer.oids()), self.order)
-                self.check_old_part(answer)
+                response = self.manager.bulk_walk(EVERYTHING_PRIVATE)
+                self.assertEqual(response.status, 0, response.errors)
+                self.assertEqual(in_store(response.oids()), self.order)
+                self.check_old_part(response)
 
-    def check_old_part(self, answer):
-        """A walk that reaches the older number right behind the end of the store ends there; one that somebody
-        else's answer came between goes through the store once more, in the old form."""
-        old = [oid for oid in answer.oids() if oid.startswith(mib.OLD_ENTERPRISE + ".")]
+    def check_old_part(self, response):
+        """A walk that enters the old number directly after the end of the store ends there. If another request came
+        between, it walks the store again in the old form."""
+        old = [oid for oid in response.oids() if oid.startswith(mib.OLD_ENTERPRISE + ".")]
         self.assertIn(old, ([], [mib.old_form(oid) for oid in self.order]))
 
-    def test_twelve_bulk_walkers_at_once(self):
+    def test_twelve_concurrent_bulk_walkers(self):
         patient = manager.Manager(timeout_s=20)
         walkers = [patient.start("snmpbulkwalk", "127.0.0.1", mib.ENTERPRISE) for _ in range(WALKERS)]
-        answers = [patient.finish(walker, 600) for walker in walkers]
-        for number, answer in enumerate(answers):
+        responses = [patient.finish(walker, 600) for walker in walkers]
+        for number, response in enumerate(responses):
             with self.subTest(walker=number):
-                self.assertEqual(answer.status, 0, answer.complaints)
-                self.assertEqual(answer.complaints, "")
-                self.assertEqual(answer.bindings, list(self.store.values()))
+                self.assertEqual(response.status, 0, response.errors)
+                self.assertEqual(response.errors, "")
+                self.assertEqual(response.bindings, list(self.store.values()))
         self.assertTrue(self.daemon.is_running())
 
-    def test_a_burst_of_failing_requests_harms_no_other(self):
-        """Failures close the window for a tick; requests that come then must wait and not fail."""
-        strangers = [self.version1.start("snmpget", "-Cf", "127.0.0.1", mib.oid("tsDiskName", 1900 + number))
+    def test_a_burst_of_failing_requests_does_not_affect_others(self):
+        """Failures close the window for a tick; requests that arrive meanwhile must wait and not fail."""
+        failing = [self.version1.start("snmpget", "-Cf", "127.0.0.1", mib.oid("tsDiskName", 1900 + number))
                      for number in range(30)]
         good = [self.manager.start("snmpget", "-Cf", "127.0.0.1", oid) for oid in self.order[:10]]
         for process, oid in zip(good, self.order):
             self.assertEqual(self.manager.finish(process).bindings, [self.store[oid]])
-        for process in strangers:
+        for process in failing:
             self.assertEqual(self.version1.finish(process).error, "noSuchName")
 
 
 if __name__ == "__main__":
     unittest.TestLoader.sortTestMethodsUsing = None
-    story.tell()
+    systemTest.main()

@@ -3,8 +3,8 @@
 import re
 import subprocess
 
-from harness import machine, management, manager, mib, story, waiting
-from harness.trapStory import IDS, TrapStory
+from harness import machine, management, manager, mib, systemTest, waiting
+from harness.notificationTest import IDS, NotificationTest
 from harness.traps import Event
 
 MODULE, OLD_MODULE = mib.MODULE, mib.OLD_MODULE
@@ -26,13 +26,13 @@ def with_module(tool, *arguments, modules=MODULE):
     return done.stdout
 
 
-class MibModule(TrapStory):
-    def ask(self, tool, *arguments, community="public"):
+class MibModule(NotificationTest):
+    def run_tool(self, tool, *arguments, community="public"):
         return with_module(tool, "-v2c", "-c", community, "-t", int(10 * waiting.PATIENCE), "-r", 3, *arguments)
 
     def test_a_walk_is_named_and_typed_throughout(self):
         served = self.manager.bulk_walk(mib.ENTERPRISE, "-Cr20").oids()
-        lines = self.ask("snmpbulkwalk", "-Cr20", "127.0.0.1", f"{MODULE}::tesseraMIB").splitlines()
+        lines = self.run_tool("snmpbulkwalk", "-Cr20", "127.0.0.1", f"{MODULE}::tesseraMIB").splitlines()
         self.assertGreater(len(served), 1000)
         self.assertEqual(len(lines), len(served))
         for oid, line in zip(served, lines):
@@ -48,7 +48,7 @@ class MibModule(TrapStory):
         """Runs the example of the administrators' guide. The first disk and volume have the API index 2."""
         page = machine.read_file(f"{machine.REPOSITORY}/docs/administrators.md")
         name, = re.findall(r"`snmpset \.\.\. (\S+) = ForceTrap`", page)
-        self.ask("snmpset", "127.0.0.1", f"{MODULE}::{name}", "=", "ForceTrap", community="private")
+        self.run_tool("snmpset", "127.0.0.1", f"{MODULE}::{name}", "=", "ForceTrap", community="private")
         got = self.receiver.take()
         self.assertEqual(got.bindings[1].value, f"{mib.ENTERPRISE}.251.0.208")
 
@@ -73,4 +73,4 @@ class MibModule(TrapStory):
 
 
 if __name__ == "__main__":
-    story.tell()
+    systemTest.main()

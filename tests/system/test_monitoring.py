@@ -1,13 +1,13 @@
-"""The files for monitors in use: the real exporter, check_tessera and SNMPTT at the running daemon."""
+"""The files for monitoring systems: the real exporter, check_tessera and SNMPTT with the running daemon."""
 
 import yaml
 
-from harness import machine, mib, monitors, story
+from harness import machine, mib, monitors, systemTest
 
 USER = 'createUser monitor SHA-256 "signing passphrase" AES "encrypting passphrase"\nrouser monitor priv\n'
 V3 = '-v3 -l authPriv -u monitor -a SHA-256 -A "signing passphrase" -x AES -X "encrypting passphrase"'
-VOLUME = "volume ä"  # the first one's name
-STATES = {"Up": 0, "Degraded": 1, "Down": 2}  # of a disk, and the status that a plugin ends with
+VOLUME = "volume ä"  # name of the first volume
+STATES = {"Up": 0, "Degraded": 1, "Down": 2}  # of a disk, and the exit status of a plugin
 
 
 def instance_of(metric, sample):
@@ -32,7 +32,7 @@ class Monitoring(monitors.MonitorStory):
         cls.modules = yaml.safe_load(machine.read_file(monitors.made("prometheus", "snmp.yml")))
 
     def samples(self, module):
-        """Of one scrape; a whole one takes seconds, and these tests do not change the array."""
+        """Returns the samples of one scrape, which takes seconds; most tests do not need a new one."""
         if module not in self.known_samples:
             self.known_samples[module] = self.exporter.scrape(module)
         return self.known_samples[module]
@@ -72,7 +72,7 @@ class Monitoring(monitors.MonitorStory):
         else:
             self.assertEqual((shown, sample.value), (str(value), 1.0))
 
-    # --- Nagios and its kin
+    # --- Nagios and compatible systems
 
     def test_every_command_finds_its_object(self):
         for command in self.plugins.commands:
@@ -80,15 +80,15 @@ class Monitoring(monitors.MonitorStory):
             first = self.manager.get_next(column.rstrip(".")).bindings[0].oid
             self.assertTrue(first.startswith(column), f"{command}: the array has no such object")
             instance = first.removeprefix(column)
-            status, said = self.plugins.run(command, instance)
-            self.assertIn(status, (0, 1, 2), f"{command}: {said}")
-            self.assertRegex(said, r"^\w+ (OK|WARNING|CRITICAL) - ", command)
-            self.assertEqual("|" in said, "FreePercent" in command, said)
+            status, output = self.plugins.run(command, instance)
+            self.assertIn(status, (0, 1, 2), f"{command}: {output}")
+            self.assertRegex(output, r"^\w+ (OK|WARNING|CRITICAL) - ", command)
+            self.assertEqual("|" in output, "FreePercent" in command, output)
 
-    def test_a_name_in_any_script_is_shown_to_a_user_of_version_3_too(self):
+    def test_a_name_in_any_script_is_also_shown_to_an_snmpv3_user(self):
         for snmp in ("-v2c -c public", V3):
-            _, said = self.plugins.run("check_tessera_tsVolumeStatus", "1", snmp)
-            self.assertRegex(said, f"^tsVolumeStatus [A-Z]+ - {VOLUME}: [a-z]+$")
+            _, output = self.plugins.run("check_tessera_tsVolumeStatus", "1", snmp)
+            self.assertRegex(output, f"^tsVolumeStatus [A-Z]+ - {VOLUME}: [a-z]+$")
         version3 = monitors.Exporter("snmp-v3.yml", 9117)
         self.addCleanup(version3.close)
         names = {sample.labels["tsVolumeName"] for sample in version3.scrape("tessera")
@@ -104,9 +104,9 @@ class Monitoring(monitors.MonitorStory):
             else:
                 self.array.fail("TsDisk", disk["Index"], state)
             self.manager.wait_for_value(place, {"Up": 1, "Down": 2, "Degraded": 3}[state])
-            status, said = self.plugins.run("check_tessera_tsDiskStatus", str(row))
-            self.assertEqual(status, STATES[state], said)
-            self.assertIn(disk["Name"], said)
+            status, output = self.plugins.run("check_tessera_tsDiskStatus", str(row))
+            self.assertEqual(status, STATES[state], output)
+            self.assertIn(disk["Name"], output)
             self.assertEqual(self.scraped_states(disk), [state.lower()])
         named = f"tsDiskName={disk['Name']} "
         for severity in ("WARNING", "CRITICAL", "NORMAL"):
@@ -119,7 +119,7 @@ class Monitoring(monitors.MonitorStory):
                 if sample.name == "tsDiskStatus" and sample.labels["tsDiskName"] == disk["Name"] and sample.value]
 
     def healthy_disk(self):
-        """Row and attributes of a disk that is up, as is its folder."""
+        """Returns the row and the attributes of a disk that is Up and in a folder that is Up."""
         objects = self.array.dump()
         folders = [each["Index"] for each in objects["TsDiskFolder"] if each["Status"] == "Up"]
         return next((row, each) for row, each in enumerate(objects["TsDisk"], 1)
@@ -127,4 +127,4 @@ class Monitoring(monitors.MonitorStory):
 
 
 if __name__ == "__main__":
-    story.tell()
+    systemTest.main()

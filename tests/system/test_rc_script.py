@@ -69,7 +69,7 @@ class RcScript(unittest.TestCase):
         self.kill_daemon()
         self.expect(("stop", GONE, 1, "snmpsubagent not running.*\n"), ("check", GONE, 0, ""))
 
-    def test_a_disabled_service_starts_only_by_force_and_says_nothing_to_cron(self):
+    def test_a_disabled_service_starts_only_with_one_and_prints_nothing_for_cron(self):
         self.enable("NO")
         self.expect(("start", GONE, 0, "Cannot 'start'.*\n"), ("check", GONE, 0, ""),
                     ("onestart", RUNNING, 0, "Starting.*\n"))
@@ -85,7 +85,7 @@ class RcScript(unittest.TestCase):
         self.expect(("start", GONE, 1, ".*failed precmd.*\n"), ("check", GONE, 0, ""))
         os.unlink("/tmp/bad")
         self.expect(("start", RUNNING, 0, "Starting.*\n"), ("restart", RUNNING, 0, "Stopping.*\nStarting.*\n"))
-        # The daemon's fixed places are there.
+        # The daemon's fixed paths exist.
         self.assertEqual(machine.read_file(machine.MODE_CONF), "isdebugmode=false\n")
         for path, mode in (("/mnt/root", 0o755), ("/mnt/cores/logs", 0o750), ("/var/db/snmpsubagent", 0o700)):
             self.assertEqual(stat.S_IMODE(os.stat(path).st_mode), mode, path)

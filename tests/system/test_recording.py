@@ -1,10 +1,10 @@
-"""A recorded walk of the array, played back by snmpsim, is to a manager what the array was."""
+"""A recorded walk, played back by snmpsim, looks like the array to a manager."""
 
 import os
 import pwd
 import unittest
 
-from harness import machine, mib, story, waiting
+from harness import machine, mib, systemTest, waiting
 
 RECORDER = os.path.join(machine.REPOSITORY, "monitoring", "recordWalk")
 HOME = "/tmp/recording"
@@ -13,10 +13,10 @@ SYSTEM_TEXTS = ("sysContact", "sysName", "sysLocation")
 
 
 class Player(machine.Program):
-    """snmpsim with the recordings of a folder; the community names the recording."""
+    """snmpsim with the recordings in a directory; the community selects the recording."""
 
     def __init__(self, folder):
-        # It refuses to stay root, and must read the recordings and write its index beside them.
+        # It drops root, and must then read the recordings and write its index next to them.
         user = "nobody"
         for path in (HOME, folder):
             os.chown(path, pwd.getpwnam(user).pw_uid, -1)
@@ -31,11 +31,11 @@ class Player(machine.Program):
 
     def listens(self):
         if self.process.poll() is not None:
-            raise AssertionError(f"snmpsimd ended: {machine.read_file(self.log)}")
+            raise AssertionError(f"snmpsimd exited: {machine.read_file(self.log)}")
         return f"127.0.0.1:{PORT}" in machine.read_file(self.log)
 
 
-class Recording(story.SharedStory):
+class Recording(systemTest.SharedSystemTest):
     PRESET = "typical"
 
     @classmethod
@@ -49,22 +49,22 @@ class Recording(story.SharedStory):
         machine.write_file(cls.path, machine.run("/usr/bin/python3", RECORDER, "127.0.0.1", limit_s=300))
 
     @unittest.skipUnless(machine.has_users(), "snmpsim needs another user than root")
-    def test_snmpsim_plays_it_back_as_it_was(self):
+    def test_snmpsim_plays_it_back_unchanged(self):
         texts = {name: self.manager.value(mib.scalar(name)) for name in SYSTEM_TEXTS}
         player = Player(self.folder)
         try:
-            played = self.manager.ask("snmpbulkwalk", "-Cr20", "-c", "array", f"127.0.0.1:{PORT}", mib.ENTERPRISE)
-            # The player ends here; the array goes on below its older number.
+            played = self.manager.run_tool("snmpbulkwalk", "-Cr20", "-c", "array", f"127.0.0.1:{PORT}", mib.ENTERPRISE)
+            # The recording ends here; the array continues under the old number.
             bindings = [each for each in played.bindings if each.type != "endOfMibView"]
             for before, after in zip(self.served, bindings):
                 self.assertEqual(before, after)
             self.assertEqual(len(bindings), len(self.served))
             for name, text in texts.items():
-                answer = self.manager.ask("snmpget", "-c", "array", f"127.0.0.1:{PORT}", mib.scalar(name))
-                self.assertEqual(answer.bindings[0].value.decode(), text)
+                response = self.manager.run_tool("snmpget", "-c", "array", f"127.0.0.1:{PORT}", mib.scalar(name))
+                self.assertEqual(response.bindings[0].value.decode(), text)
         finally:
             player.close()
 
 
 if __name__ == "__main__":
-    story.tell()
+    systemTest.main()

@@ -92,12 +92,12 @@ class Exit(unittest.TestCase):
             inside(f"exit {status}", status=status)
         inside("kill -KILL $$", status=128 + signal.SIGKILL)
 
-    def test_nothing_runs_on_when_the_command_has_ended(self):
+    def test_no_process_survives_the_command(self):
         mark = f"7{os.getpid()}0"
         inside(f"setsid sleep {mark} >/dev/null 2>&1 & disown")
-        waiting.wait_until(lambda: not running_with(mark), "what ran in the sandbox has ended")
+        waiting.wait_until(lambda: not running_with(mark), "all processes of the sandbox have exited")
 
-    def test_a_signal_ends_all_of_it(self):
+    def test_a_signal_terminates_all_processes(self):
         for number, expected in ((signal.SIGTERM, 143), (signal.SIGINT, 130), (signal.SIGHUP, 129),
                                  (signal.SIGKILL, -9)):
             with self.subTest(signal=number.name):
@@ -109,7 +109,7 @@ class Exit(unittest.TestCase):
                     f"/proc/{pid}/comm") == "sleep\n"]) == 2, "the sandbox runs")
                 process.send_signal(number)
                 self.assertEqual(process.wait(60), expected)
-                waiting.wait_until(lambda: not running_with(mark), "all of it has ended")
+                waiting.wait_until(lambda: not running_with(mark), "all processes have exited")
 
     def test_errors_are_reported(self):
         for arguments, text in (((), "no command given"), (("--frobnicate", "true"), "unknown option"),
@@ -133,7 +133,7 @@ class WithoutRoot(unittest.TestCase):
         self.assertEqual(shown, "0\nroot\nroot\n")
 
 
-class AContainerItself(unittest.TestCase):
+class ContainerItself(unittest.TestCase):
     """The third kind of sandbox. A sandbox of namespaces takes the place of the container."""
 
     PRELUDE = f"""

@@ -6,14 +6,14 @@ import threading
 import time
 import unittest
 
-from harness import berWriter, manager, mib, story, waiting
+from harness import berWriter, manager, mib, systemTest, waiting
 
 AGENT = ("127.0.0.1", 161)
 NAME = mib.scalar("productName")
 SANITIZED = os.environ.get("SNMPSUBAGENT_SANITIZED")
 
 
-class Service(story.SharedStory):
+class Service(systemTest.SharedSystemTest):
     PRESET = "typical"
 
     @classmethod
@@ -27,7 +27,7 @@ class Service(story.SharedStory):
         self.assertEqual((self.daemon.pid(), self.daemon.snmpd_pid()), self.pids)
 
     def served_until(self, condition, what, limit_s):
-        """Sends one GET after the other. Each has a second and no retry."""
+        """Sends one GET after the other, with a timeout of a second and no retry."""
 
         def is_met():
             self.assertEqual(self.impatient.value(NAME), "Vorn-Lumivant Tessera")
@@ -36,7 +36,7 @@ class Service(story.SharedStory):
         waiting.wait_until(is_met, what, limit_s)
 
     @unittest.skipIf(SANITIZED, "a sanitized daemon takes too long to reject a request")
-    def test_more_requests_than_are_served(self):
+    def test_overload(self):
         columns = [mib.oid("tsDiskName", row) for row in range(1, 101)]
         large = berWriter.message("2c", "public", berWriter.pdu(
             berWriter.GET, 1, [(oid, berWriter.NULL) for oid in columns]))
@@ -52,7 +52,7 @@ class Service(story.SharedStory):
         self.daemon.wait_for_log("overload is over: rejected")
 
     def test_z_a_hung_array(self):
-        """The last one: it ends the daemon in the middle of an exchange."""
+        """Stops the daemon during an exchange, so it must be the last test."""
         self.array.fault("hang")
         self.served_until(lambda: self.daemon.lines_with("no response to request"), "a log line", 60)
         self.daemon.stop(5)
@@ -71,4 +71,4 @@ def send(packet, per_second, seconds):
 
 
 if __name__ == "__main__":
-    story.tell()
+    systemTest.main()

@@ -1,14 +1,14 @@
-"""The daemon as a process: going into the background, its pid file, its exit."""
+"""The daemon as a process: background, pid file, exit."""
 
 import os
 import signal
 
-from harness import daemon, machine, story
+from harness import daemon, machine, systemTest
 
 SIGTERM_LINE = "(((((((((((((((((( SIGTERM ))))))))))))))))))))"
 
 
-class ADaemon(story.Story):
+class DaemonProcess(systemTest.SystemTest):
     def setUp(self):
         self.begin()
         self.array.start()
@@ -21,7 +21,7 @@ class ADaemon(story.Story):
         self.assertEqual([os.readlink(f"/proc/{pid}/fd/{number}") for number in range(3)], ["/dev/null"] * 3)
         self.assertEqual(int(self.status(pid, "SigIgn"), 16) & 1, 1, "SIGHUP is ignored")
         self.assertEqual(self.status(pid, "Umask"), "0077")
-        # A grandchild in a session of its own, which it does not lead: it cannot get a terminal again.
+        # It is in a new session but not its leader, so it cannot acquire a terminal.
         session, group = os.getsid(pid), os.getpgid(pid)
         self.assertNotIn(pid, (session, group))
         self.assertNotEqual(session, os.getsid(0))
@@ -31,13 +31,13 @@ class ADaemon(story.Story):
     def status(pid, name):
         return dict(line.split(":\t", 1) for line in machine.read_file(f"/proc/{pid}/status").splitlines())[name].strip()
 
-    def test_sigterm_ends_it_in_order(self):
+    def test_sigterm_makes_it_exit_cleanly(self):
         self.daemon.start_in_foreground()
         self.daemon.signal(signal.SIGTERM)
         self.assertEqual(self.daemon.wait_for_exit_status(), 0)
         log = self.daemon.log()
         self.assertIn(SIGTERM_LINE, log)
-        self.assertGreater(log.find(daemon.ENDED), log.find(SIGTERM_LINE))
+        self.assertGreater(log.find(daemon.EXITING), log.find(SIGTERM_LINE))
         self.assertNotIn("will try a restart", log)
         for name in ("snmpd", "snmpSubagent", "sh", "sleep"):
             self.assertEqual(machine.processes_named(name), [], name)
@@ -45,4 +45,4 @@ class ADaemon(story.Story):
 
 
 if __name__ == "__main__":
-    story.tell()
+    systemTest.main()

@@ -1,4 +1,4 @@
-"""The master agent under the daemon's eyes: killed, stuck, grown too large, and an older one in the way."""
+"""Supervision of the master agent: it is killed, grows too large, or another one is already running."""
 
 import contextlib
 import os
@@ -6,17 +6,17 @@ import signal
 import subprocess
 import unittest
 
-from harness import daemon, machine, manager, mib, story, waiting
+from harness import daemon, machine, mib, systemTest, waiting
 
 RESTART = "main-session down, or error on agentx-ping, or failed self-test: will try a restart..."
-TOO_MUCH = "snmpd mem usage too high: %d"
+TOO_LARGE = "snmpd mem usage too high: %d"
 PS = "/usr/bin/ps"
 FAKE_PS = "/tmp/fake-ps"
 
 
 @contextlib.contextmanager
-def ps_that_shows(rss):
-    """In this machine alone, ps tells of this resident size whatever process it is asked about."""
+def fake_ps(rss):
+    """Makes ps print this resident size for every process, in the sandbox only."""
     machine.write_file(FAKE_PS, f'#!/bin/sh\nfor last; do :; done\necho "    PID   RSS"\necho "  $last $(cat {FAKE_PS}.rss)"\n',
                        0o755)
     machine.write_file(FAKE_PS + ".rss", f"{rss}\n")
@@ -27,7 +27,7 @@ def ps_that_shows(rss):
         subprocess.run(["umount", PS], check=True)
 
 
-class TheMasterAgent(story.Story):
+class MasterAgent(systemTest.SystemTest):
     def setUp(self):
         self.begin()
         self.array.start()
@@ -47,23 +47,23 @@ class TheMasterAgent(story.Story):
 
     def assert_served_by_a_new_daemon(self):
         old_daemon, old_snmpd = self.before
-        waiting.wait_until(lambda: not machine.is_running(old_daemon), "the old daemon has ended")
-        # A child of the daemon has its name until it has become another program.
+        waiting.wait_until(lambda: not machine.is_running(old_daemon), "the old daemon has exited")
+        # A child of the daemon has its name until it executes another program.
         waiting.wait_until(lambda: machine.processes_named("snmpSubagent") == [self.daemon.pid()], "one daemon runs")
         self.assertNotEqual(self.daemon.snmpd_pid(), old_snmpd)
         self.assertEqual(len(machine.processes_named("snmpd")), 1)
         self.assertEqual(self.manager.value(mib.oid("tsCtlrName", 1)), self.name)
 
-    @unittest.skipIf(machine.WAY == "container", "mounts another ps")
+    @unittest.skipIf(machine.SANDBOX_KIND == "container", "mounts another ps")
     def test_snmpd_grows_too_large(self):
-        with ps_that_shows(50000):
+        with fake_ps(50000):
             self.start()
-            # Exactly the limit is still good: two rounds of the other test pass, and nothing happens.
+            # Exactly the limit is allowed: nothing happens during two more tests of the master agent.
             checks = self.array.exchanges()
-            waiting.wait_until(lambda: self.array.exchanges() >= checks + 6, "the daemon goes about its work", 60)
+            waiting.wait_until(lambda: self.array.exchanges() >= checks + 6, "the daemon continues", 60)
             self.assertEqual(self.daemon.lines_with("mem usage"), [])
             machine.write_file(FAKE_PS + ".rss", "50001\n")
-            self.daemon.wait_for_log(TOO_MUCH % 50001, 60)
+            self.daemon.wait_for_log(TOO_LARGE % 50001, 60)
             machine.write_file(FAKE_PS + ".rss", "9000\n")
             if not self.has_new_daemon():
                 self.daemon.start()
@@ -86,7 +86,7 @@ class TheMasterAgent(story.Story):
         self.addCleanup(machine.write_file, machine.SNMPD_CONF, text)
         machine.write_file(machine.SNMPD_CONF, change(text))
 
-    def test_the_communities_of_the_self_test(self):
+    def test_the_self_test_communities(self):
         self.change_settings_of_snmpd(lambda text: text.replace("rocommunity public", "rocommunity secret")
                                       .replace("rwcommunity private", "rwcommunity deeper"))
         for ro, rw, works in (("secret", "x", True), ("**none**", "deeper", True), ("x", "deeper", False)):
@@ -97,9 +97,9 @@ class TheMasterAgent(story.Story):
                     self.daemon.stop()
                 else:
                     self.daemon.wait_for_log("ERROR: timed out waiting to receive snmp-GET of self-test oid.", 60)
-                    self.daemon.wait_until_ended()
+                    self.daemon.wait_until_exited()
 
 
 
 if __name__ == "__main__":
-    story.tell()
+    systemTest.main()

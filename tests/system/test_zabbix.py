@@ -1,6 +1,6 @@
-"""The template in Debian's Zabbix: every item has the value that the daemon serves, and problems come and go."""
+"""The template in Debian's Zabbix: every item has the value that the daemon serves; problems appear and disappear."""
 
-from harness import machine, monitors, story, waiting, zabbix
+from harness import machine, monitors, systemTest, waiting, zabbix
 
 QUICK = {"INTERVAL.STATES": "5s", "INTERVAL.TABLES": "5s", "INTERVAL.TEXTS": "5s", "INTERVAL.DISCOVERY": "10s",
          "NODATA": "30s"}
@@ -8,12 +8,12 @@ NAME = "disk ä€\u00a0ß"
 RULES = {name: {"createMissing": True, "updateExisting": True}
          for name in ("groups", "templates", "items", "discoveryRules", "triggers", "valueMaps")}
 del RULES["groups"]["updateExisting"]
-POLL_S = 1  # every question to the API is work for a core
-MANY = 300  # items, as soon as the rows of all tables are discovered
+POLL_S = 1  # requests to the API take much processor time
+MANY = 300  # items, once the rows of all tables have been discovered
 
 
-def fits(item, value):
-    """Whether an item is supported and has this value."""
+def is_current(item, value):
+    """Returns whether an item is supported and has this value."""
     if item["key_"].startswith("zabbix["):
         value = 1
     try:
@@ -51,7 +51,7 @@ class Zabbix(monitors.MonitorStory):
             macros=[{"macro": f"{{$TESSERA.{name}}}", "value": value} for name, value in QUICK.items()])["hostids"][0]
 
     def items(self):
-        """Those that are requested."""
+        """Returns the items that Zabbix polls."""
         return [item for item in self.server.call("item.get", hostids=self.host, filter={"status": 0},
                                                   output=["key_", "name", "state", "error", "lastvalue", "lastclock"])
                 if not item["key_"].startswith("snmptrap")]
@@ -69,17 +69,17 @@ class Zabbix(monitors.MonitorStory):
             for row, value in rows.items():
                 served[column if row == (0,) else f"{column}[{'.'.join(map(str, row))}]"] = value
 
-        def all_fit():
+        def all_current():
             items = {item["key_"]: item for item in self.items()}
             columns = {key.partition("[")[0] for key in items}
             self.wrong = [key for key in served if key.partition("[")[0] in columns and key not in items]
             self.wrong += [(key, item["error"] or item["lastvalue"], served.get(key))
-                           for key, item in items.items() if not fits(item, served.get(key))]
+                           for key, item in items.items() if not is_current(item, served.get(key))]
             return not self.wrong and len(items) > MANY
 
         try:
-            waiting.wait_until(all_fit, "Zabbix has everything", 300, POLL_S)
-        except waiting.WaitedInVain:
+            waiting.wait_until(all_current, "every item has its value", 300, POLL_S)
+        except waiting.TimedOut:
             self.fail(self.wrong)
         self.assertIn(f"disk {NAME} (row 1): tsDiskStatus", [item["name"] for item in self.items()])
 
@@ -96,7 +96,7 @@ class Zabbix(monitors.MonitorStory):
         return self.server.call("item.get", hostids=self.host, filter={"key_": 'snmptrap["tsDiskStatusChange: "]'},
                                 output=["lastvalue"])[0]["lastvalue"]
 
-    def test_z_silence_is_a_problem(self):
+    def test_z_a_missing_response_is_a_problem(self):
         self.daemon.stop()
         self.wait_for_problem("does not answer")
 
@@ -105,5 +105,5 @@ if __name__ == "__main__":
     if zabbix.missing():
         machine.skip(f"not installed: {', '.join(zabbix.missing())}")
     if not machine.has_users():
-        machine.skip("the database needs a user of its own")
-    story.tell()
+        machine.skip("the database needs a separate user")
+    systemTest.main()

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-/** The words of a command line; single quotes keep spaces, and empty words. */
+/** Splits a command line into words. Single quotes preserve spaces and empty words. */
 inline std::vector<std::string> Words(const std::string& line) {
     std::vector<std::string> words;
     bool is_quoted = false;

@@ -30,7 +30,7 @@ constexpr int kMaximumResolution_s = 12;
 
 constexpr const char* kAgentXSocket = "/var/agentx/master";
 
-// As many strings of maximum length fit in a datagram.
+// Number of strings of maximum length that fit in a datagram.
 constexpr int kMaximumResponses = 20;
 constexpr int kDefaultResponses = 100;
 

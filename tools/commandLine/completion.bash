@@ -26,4 +26,4 @@ _snmpsubagent_complete() {
     fi
 }
 complete -o default -F _snmpsubagent_complete apiClient arraySim mgmtSend snmpSubagent-checkconf
-complete -W "--help --version" snmpSubagent  # not asked, because it is the daemon
+complete -W "--help --version" snmpSubagent  # not run for completion, because it is the daemon

@@ -12,4 +12,4 @@ end
 for program in apiClient arraySim mgmtSend snmpSubagent-checkconf
     complete --command $program --no-files --arguments '(__snmpsubagent_complete)'
 end
-complete --command snmpSubagent --no-files --arguments '--help --version' # not asked, because it is the daemon
+complete --command snmpSubagent --no-files --arguments '--help --version' # not run for completion, because it is the daemon

@@ -1,7 +1,7 @@
 #compdef apiClient arraySim mgmtSend snmpSubagent snmpSubagent-checkconf
 # Completion for zsh. The program lists the candidates for its last word; without any, zsh offers files.
 
-if [[ $service == snmpSubagent ]]; then  # not asked, because it is the daemon
+if [[ $service == snmpSubagent ]]; then  # not run for completion, because it is the daemon
     compadd -- --help --version
     return
 fi

@@ -46,7 +46,7 @@ std::string Unescape(std::string_view escaped) {
     return text;
 }
 
-/** The labels between braces, of which `rest` then begins behind. */
+/** Reads the labels up to the closing brace and removes them from `rest`. */
 std::vector<std::pair<std::string, std::string>> ReadLabels(std::string_view& rest) {
     std::vector<std::pair<std::string, std::string>> labels;
     while (!rest.empty() && rest.front() != '}') {

@@ -12,19 +12,19 @@ NOTHING = ()
 
 @dataclass(frozen=True)
 class Kind:
-    """draw: makes the words of a fault of this kind from a random generator. strike: a context manager that does it to
-    the world, given these words, and undoes it. disturbs: what it may take away; nothing else may suffer.
-    restarts: the daemon ends by it. seconds: between which it lasts. recovery_s: what may follow, for the plan."""
+    """draw: returns random arguments of a fault. inject: a context manager that injects the fault with these arguments
+    and ends it. disturbs: what it may disturb. restarts: whether the daemon exits. seconds: minimum and maximum
+    duration. recovery_s: time for recovery, for the plan."""
     name: str
     draw: Callable
-    strike: Callable
+    inject: Callable
     disturbs: tuple = BOTH
     restarts: bool = False
     seconds: tuple = (2, 5)
     recovery_s: float = 5
 
 
-def no_words(_):
+def no_arguments(_):
     return ()
 
 
@@ -32,6 +32,6 @@ def draw_end(random):
     return (random.choice(("SIGTERM", "SIGKILL")),)
 
 
-def pause_until(world, end):
+def pause_until(testbed, end):
     """Sleeps until a moment, at most until the end of the run."""
-    world.stopping.wait(max(end - time.monotonic(), 0))
+    testbed.stopping.wait(max(end - time.monotonic(), 0))

@@ -8,7 +8,7 @@ from harness import daemon, machine, waiting, wallClock
 
 from .. import processes
 from ..timeline import EVENTS, RECORDS, REQUESTS
-from .kind import NOTHING, Kind, no_words
+from .kind import NOTHING, Kind, no_arguments
 
 FILLER = "/var/log/filler"
 FILL_BYTES = 64 * 1024 * 1024  # more than fits
@@ -16,14 +16,14 @@ BLOCK = 512
 
 
 @contextmanager
-def log_removed(world, _):
+def log_removed(testbed, _):
     machine.remove_file(daemon.LOG)
     yield
-    world.log_is_written()
+    testbed.log_is_written()
 
 
 @contextmanager
-def disk_full(world, _):
+def disk_full(testbed, _):
     with open(FILLER, "wb", buffering=0) as file, suppress(OSError):
         for _ in range(FILL_BYTES // BLOCK):
             file.write(b"x" * BLOCK)
@@ -31,7 +31,7 @@ def disk_full(world, _):
         yield
     finally:
         machine.remove_file(FILLER)
-    world.log_is_written()
+    testbed.log_is_written()
 
 
 def limit_of(pid):
@@ -39,7 +39,7 @@ def limit_of(pid):
 
 
 @contextmanager
-def no_descriptors(world, words):
+def no_descriptors(testbed, words):
     """Limits descriptors to the open ones and a few more. Child processes inherit the limit."""
     pid = daemon.Daemon.pid()
     before = limit_of(pid)
@@ -48,11 +48,11 @@ def no_descriptors(world, words):
     try:
         yield
     finally:
-        waiting.wait_until(lambda: raise_limits(soft, before), "all limits are raised again", 20)
+        waiting.wait_until(lambda: restore_limits(soft, before), "all limits are restored", 20)
 
 
-def raise_limits(soft, before):
-    """Restores the limit of every process that has the low one. Returns whether there was none."""
+def restore_limits(soft, before):
+    """Restores the limit of every process with the low one. Returns whether there was none."""
     found = False
     for entry in filter(str.isdigit, os.listdir("/proc")):
         try:
@@ -76,8 +76,8 @@ def draw_steps(random):
 
 
 KINDS = (
-    Kind("the log file is removed", no_words, log_removed, disturbs=NOTHING, seconds=(0, 1), recovery_s=3),
-    Kind("the disk of the log is full", no_words, disk_full, disturbs=NOTHING, recovery_s=3),
+    Kind("the log file is removed", no_arguments, log_removed, disturbs=NOTHING, seconds=(0, 1), recovery_s=3),
+    Kind("the disk of the log is full", no_arguments, disk_full, disturbs=NOTHING, recovery_s=3),
     Kind("descriptors run out", lambda random: (random.choice(("0", "1", "3")),), no_descriptors, restarts=True,
          recovery_s=40),
     Kind("the clock steps", draw_steps, clock_stepped, (REQUESTS, EVENTS, RECORDS), seconds=(4, 7), recovery_s=10),

@@ -6,17 +6,17 @@ from contextlib import contextmanager
 from harness import management
 
 from ..timeline import EVENTS
-from .kind import NOTHING, Kind, no_words
+from .kind import NOTHING, Kind, no_arguments
 
 MARK = management.trap("1 2 3 201 0 0 0 0 of a bad sender")
-# What they send before they close the connection.
-TORN = {"half a length": MARK[:2], "half a body": MARK[:-5], "a length alone": MARK[:4], "nothing": b"",
+# What the senders send before they close the connection.
+TORN = {"half a length": MARK[:2], "half a body": MARK[:-5], "only a length": MARK[:4], "nothing": b"",
         "garbage": management.frame(b"\xff" * 40), "an empty body": management.frame(b""),
-        "too great a length": b"\xff\xff\xff\xff", "noise": None}
+        "too large a length": b"\xff\xff\xff\xff", "noise": None}
 
 
 @contextmanager
-def hanging(world, words):
+def hanging(testbed, words):
     """Occupies the listener, which serves one connection at a time, so that events wait."""
     with management.Sender() as sender:
         sender.send(TORN[words[0]])
@@ -24,7 +24,7 @@ def hanging(world, words):
 
 
 @contextmanager
-def torn(world, words):
+def torn(testbed, words):
     for word in words:
         octets = TORN[word]
         for _ in range(20):
@@ -36,21 +36,21 @@ def torn(world, words):
 
 
 @contextmanager
-def flood(world, words):
+def flood(testbed, words):
     """Sends many events, each of which must be notified."""
     for _ in range(int(words[0])):
-        world.notices.tell(int(words[1]))
+        testbed.notices.send(int(words[1]))
     yield
 
 
 @contextmanager
-def switched(world, _):
-    """Switches debug lines and short responses on and off."""
+def switched(testbed, _):
+    """Switches debug lines and reduced objects on and off."""
     switches = (management.VERBOSE_ON, management.TEMP_TEST, management.DISPLAY_TRAPS)
-    back = (management.TEMP_TEST, management.VERBOSE_OFF)
+    restore = (management.TEMP_TEST, management.VERBOSE_OFF)
     management.send(*(management.message(code) for code in switches))
     yield
-    management.send(*(management.message(code) for code in back))
+    management.send(*(management.message(code) for code in restore))
 
 
 KINDS = (
@@ -60,5 +60,5 @@ KINDS = (
          seconds=(0, 1), recovery_s=3),
     Kind("a flood of events", lambda random: random.choice((("1", "1000"), ("40", "20"), ("3", "300"))), flood,
          disturbs=NOTHING, seconds=(2, 4), recovery_s=3),
-    Kind("debug lines are switched on", no_words, switched, disturbs=NOTHING, seconds=(3, 6), recovery_s=3),
+    Kind("debug lines are switched on", no_arguments, switched, disturbs=NOTHING, seconds=(3, 6), recovery_s=3),
 )

@@ -1,1 +1,1 @@
-"""Verbs for tests that run the real daemon, the real snmpd and Net-SNMP's tools in the sandbox."""
+"""Operations for tests that run the real daemon, the real snmpd and Net-SNMP's tools in the sandbox."""

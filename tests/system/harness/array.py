@@ -1,4 +1,4 @@
-"""The simulated array, a process beside the daemon."""
+"""The simulated array, in a separate process."""
 
 import json
 import os
@@ -13,7 +13,7 @@ SERIAL = 64702
 
 
 def preset(name):
-    """The objects of a preset, before any array is started."""
+    """Returns the objects of a preset. Needs no running array."""
     return json.loads(machine.run(machine.ARRAY_SIM, "dump", "--preset", name))["objects"]
 
 
@@ -22,7 +22,7 @@ class Array:
         self.process = None
 
     def start(self, preset="small", *options, objects=None):
-        """objects: those of a dump, changed at will, in place of the preset's."""
+        """objects: replace those of the preset; in the format of dump()."""
         source = ["--preset", preset]
         if objects is not None:
             self.write_model(objects)
@@ -39,13 +39,13 @@ class Array:
         machine.write_file(MODEL, json.dumps({"serial": SERIAL, "objects": objects}))
 
     def load(self, objects):
-        """Replaces its objects, without an event."""
+        """Replaces all objects, without an event."""
         self.write_model(objects)
         self.tell("load", MODEL)
 
     def is_ready(self, begin):
         if self.process.poll() is not None:
-            raise AssertionError(f"arraySim ended with {self.process.returncode}: {machine.read_file(OUTPUT)}")
+            raise AssertionError(f"arraySim exited with {self.process.returncode}: {machine.read_file(OUTPUT)}")
         with open(OUTPUT, "rb") as file:
             file.seek(begin)
             return b"arraySim ready" in file.read()
@@ -54,14 +54,14 @@ class Array:
         return self.process is not None and self.process.poll() is None
 
     def stop(self):
-        """Ends the process: nobody listens any more."""
+        """Terminates the process, so that nobody listens any more."""
         if self.is_running():
             self.process.terminate()
             self.process.wait(30 * waiting.PATIENCE)
         self.process = None
 
     def tell(self, *words):
-        """One command of arraySim; returns what it answers."""
+        """Sends a command to arraySim and returns its reply."""
         return machine.run(machine.ARRAY_SIM, "tell", *words)
 
     def set(self, kind, index, attribute, value):
@@ -71,7 +71,7 @@ class Array:
         return self.tell("get", kind, index, attribute).removesuffix("\n")
 
     def first(self, kind):
-        """The API index of the first object of a kind."""
+        """Returns the API index of the first object of a kind."""
         return self.dump()[kind][0]["Index"]
 
     def fail(self, kind, index, status="Down"):
@@ -86,20 +86,21 @@ class Array:
     def clear_faults(self):
         self.tell("clear")
 
-    def exchanges(self, struck=False):
-        """How many exchanges it has had, or only those that a fault struck."""
+    def exchanges(self, command=None, kind=None, affected=False):
+        """Returns the number of exchanges, or of those with this command, about this kind, or affected by a fault."""
         rows = [line.split() for line in self.tell("stats").splitlines()]
-        return sum(int(words[4 if struck else 2]) for words in rows if len(words) == 5 and words[2].isdigit())
+        return sum(int(words[4 if affected else 2]) for words in rows if len(words) == 5 and words[2].isdigit() and
+                   command in (None, words[0]) and kind in (None, words[1]))
 
     @staticmethod
     def last_exchange(command, kind):
-        """The words of its line about the latest exchange of a command about a kind, by the heads of the columns."""
-        heads = ("time", "conn", "seq", "command", "object", "lite", "objects", "bytes", "ms", "outcome")
-        lines = [dict(zip(heads, line.split())) for line in machine.read_file(OUTPUT).splitlines()]
+        """Returns the trace of the latest exchange with a command about a kind: {column: word}."""
+        columns = ("time", "conn", "seq", "command", "object", "lite", "objects", "bytes", "ms", "outcome")
+        lines = [dict(zip(columns, line.split())) for line in machine.read_file(OUTPUT).splitlines()]
         return [line for line in lines if (line.get("command"), line.get("object")) == (command, kind)][-1]
 
     def dump(self):
-        """All objects: {kind: [{attribute: text}]}, in the order of the array's answers."""
+        """Returns all objects: {kind: [{attribute: string}]}, in the order of the array's responses."""
         self.tell("dump", DUMP)
         with open(DUMP, encoding="utf-8") as file:
             whole = json.load(file)

@@ -1,5 +1,4 @@
-"""Reads SNMP notifications off the wire: BER as the protocol uses it, strictly. Shares nothing with the library
-that the daemon sends with."""
+"""A strict parser of SNMP notifications (BER). It shares no code with the library that the daemon uses."""
 
 import ipaddress
 from collections import namedtuple
@@ -32,14 +31,14 @@ class Malformed(Exception):
 
 
 class Reader:
-    """Takes one element after the other from octets that must be used up."""
+    """Parses one element after the other. At the end, no octets may be left."""
 
     def __init__(self, octets):
         self.octets = octets
 
     def take(self, count):
         if count > len(self.octets):
-            raise Malformed(f"{count} octets wanted, {len(self.octets)} left")
+            raise Malformed(f"expected {count} octets, found {len(self.octets)}")
         taken, self.octets = self.octets[:count], self.octets[count:]
         return taken
 
@@ -52,10 +51,10 @@ class Reader:
         return int.from_bytes(self.take(first & 0x7F), "big")
 
     def element(self, *tags):
-        """(tag, contents) of the next element, whose tag must be one of these if any are given."""
+        """Returns (tag, contents) of the next element. Its tag must be one of `tags`, if any are given."""
         tag = self.take(1)[0]
         if tags and tag not in tags:
-            raise Malformed(f"tag {tag:#x} where one of {[f'{each:#x}' for each in tags]} belongs")
+            raise Malformed(f"tag {tag:#x}; expected one of {[f'{each:#x}' for each in tags]}")
         return tag, self.take(self.length())
 
     def inner(self, tag):
@@ -66,19 +65,19 @@ class Reader:
 
     def end(self):
         if self.octets:
-            raise Malformed(f"{len(self.octets)} octets are left over")
+            raise Malformed(f"{len(self.octets)} octets after the end")
 
 
 def signed(contents):
     if not contents or len(contents) > 1 and contents[0] in (0, 0xFF) and (contents[0] ^ contents[1]) < 0x80:
-        raise Malformed(f"integer of the octets {contents.hex()}")
+        raise Malformed(f"malformed integer {contents.hex()}")
     return int.from_bytes(contents, "big", signed=True)
 
 
 def unsigned32(contents):
     value = signed(contents)
     if not 0 <= value < 2**32:
-        raise Malformed(f"unsigned value {value}")
+        raise Malformed(f"unsigned value out of range: {value}")
     return value
 
 
@@ -90,13 +89,13 @@ def oid(contents):
             arcs.append(arc)
             arc = 0
     if not arcs or contents[-1] & 0x80:
-        raise Malformed(f"object identifier of the octets {contents.hex()}")
+        raise Malformed(f"malformed object identifier {contents.hex()}")
     first = min(arcs[0] // 40, 2)
     return ".".join(map(str, [first, arcs[0] - 40 * first] + arcs[1:]))
 
 
 def value(tag, contents):
-    """(type, value) of a binding's value; types have the names that Net-SNMP's tools print."""
+    """Returns (type, value) of a binding's value. Types have the names that Net-SNMP's tools print."""
     if tag not in TYPES:
         raise Malformed(f"type {tag:#x}")
     kind = TYPES[tag]
@@ -125,7 +124,7 @@ def bindings(reader, exceptions=()):
 
 
 def read_version1(reader):
-    """What stands between the tag of a version 1 trap and its bindings."""
+    """Parses the fields of a version 1 trap that precede its bindings."""
     return {"request_id": None, "enterprise": oid(reader.element(OID)[1]),
             "agent_address": value(*reader.element(IP_ADDRESS))[1], "generic": reader.integer(),
             "specific": reader.integer(), "time": unsigned32(reader.element(TIMETICKS)[1])}
@@ -135,18 +134,18 @@ def read_version2(reader):
     head = dict.fromkeys(("enterprise", "agent_address", "generic", "specific", "time"))
     head["request_id"] = reader.integer()
     if reader.integer() or reader.integer():
-        raise Malformed("error status or index in a notification")
+        raise Malformed("a notification with an error status or index")
     return head
 
 
 def read(datagram):
-    """The Notification in a datagram; raises Malformed."""
+    """Parses a datagram to a Notification. Raises Malformed."""
     whole = Reader(datagram)
     message = whole.inner(SEQUENCE)
     whole.end()
     version = VERSIONS.get(message.integer())
     if version is None:
-        raise Malformed("a version other than 1 and 2c")
+        raise Malformed("unknown version; expected 1 or 2c")
     community = message.element(OCTETS)[1].decode("ascii")
     tag, contents = message.element(*PDUS)
     message.end()
@@ -177,7 +176,7 @@ def read_response(datagram):
 
 
 def response_to(inform):
-    """The datagram that acknowledges an inform: the same message with the tag of a response."""
+    """Returns the datagram that acknowledges an inform: the same message with the tag of a response."""
     message = Reader(inform).inner(SEQUENCE)
     message.element(INTEGER)
     message.element(OCTETS)

@@ -1,4 +1,4 @@
-"""Writes SNMP requests as octets: right ones, and such as no tool would send."""
+"""Encodes SNMP requests, including some that no tool would send."""
 
 GET, GET_NEXT, SET, GET_BULK = 0xA0, 0xA1, 0xA3, 0xA5
 VERSIONS = {"1": 0, "2c": 1}

@@ -1,4 +1,4 @@
-"""The daemon, found as a supervisor finds it: by its pid file and its log."""
+"""The daemon, observed like a service: through its pid file and its log."""
 
 import glob
 import os
@@ -14,7 +14,7 @@ SNMPD_PID_FILE = "/var/run/snmpd.pid"
 SANITIZER_REPORTS = "/var/log/sanitizer"
 
 UP = "snmpSubagent is up and running."
-ENDED = "snmpSubagent is exiting."
+EXITING = "snmpSubagent is exiting."
 SNMPD_IS_LATE = "Unable to read_pid_file()"
 START_TRIES = 10
 
@@ -25,7 +25,7 @@ class SnmpdIsLate(Exception):
 
 class Daemon:
     def __init__(self):
-        self.foreground = None  # the process, when the daemon was started in debug mode
+        self.foreground = None  # the process, if the daemon was started in debug mode
         self.log_begin = 0
 
     # --- starting
@@ -34,16 +34,16 @@ class Daemon:
         """Starts it as a service: the call returns when it has gone into the background and, unless `wait` is false,
         serves requests."""
         machine.write_file(machine.MODE_CONF, "isdebugmode=false\n")
-        return self.start_again_while_snmpd_is_late(lambda: self.launch(arguments), wait)
+        return self.retry_while_snmpd_is_late(lambda: self.launch(arguments), wait)
 
     def start_in_foreground(self):
         """Starts it in debug mode, so that its exit status can be read with wait_for_exit_status."""
         machine.write_file(machine.MODE_CONF, "isdebugmode=true\n")
-        return self.start_again_while_snmpd_is_late(self.launch_in_foreground)
+        return self.retry_while_snmpd_is_late(self.launch_in_foreground)
 
-    def start_again_while_snmpd_is_late(self, launch, wait=True):
-        """snmpd gets a tenth of a second to write its process number. On a machine with more to do than it can that
-        may not be enough; then the daemon ends, and whoever watches over it starts it again."""
+    def retry_while_snmpd_is_late(self, launch, wait=True):
+        """The daemon exits if snmpd has not written its pid file within a tenth of a second, as may happen on a busy
+        machine. It is then started again, as a supervisor would do."""
         for _ in range(START_TRIES):
             self.begin_log()
             launch()
@@ -77,9 +77,9 @@ class Daemon:
         def is_up():
             if UP in self.log():
                 return True
-            if ENDED in self.log():
+            if EXITING in self.log():
                 late = SNMPD_IS_LATE in self.log()
-                raise SnmpdIsLate() if late else AssertionError("the daemon ended during its start")
+                raise SnmpdIsLate() if late else AssertionError("the daemon exited during start-up")
             return False
 
         waiting.wait_until(is_up, "the daemon is up and running", limit_s)
@@ -104,15 +104,15 @@ class Daemon:
         os.kill(self.pid(), number)
 
     def stop(self, limit_s=60):
-        """Ends it in the orderly way and waits until it has ended. One that is still starting takes no notice of a
-        SIGTERM, so it gets another one now and then."""
+        """Sends SIGTERM and waits until the daemon has exited. During start-up it ignores SIGTERM, so the signal is
+        repeated."""
         pid = self.pid()
         if pid is None or not machine.is_running(pid):
             return
         end = time.monotonic() + limit_s * waiting.PATIENCE
         while machine.is_running(pid):
             if time.monotonic() > end:
-                raise waiting.WaitedInVain("the daemon does not end on SIGTERM")
+                raise waiting.TimedOut("the daemon does not exit on SIGTERM")
             self.terminate(pid)
         if self.foreground:
             self.foreground.wait(30)
@@ -120,19 +120,19 @@ class Daemon:
 
     @staticmethod
     def terminate(pid):
-        """Sends the signal, and waits a moment for the end."""
+        """Sends SIGTERM, and waits for a limited time."""
         try:
             os.kill(pid, signal.SIGTERM)
-            waiting.wait_until(lambda: not machine.is_running(pid), "it ends", 10)
-        except (ProcessLookupError, waiting.WaitedInVain):
+            waiting.wait_until(lambda: not machine.is_running(pid), "the daemon exits", 10)
+        except (ProcessLookupError, waiting.TimedOut):
             pass
 
-    def wait_until_ended(self, limit_s=60):
-        waiting.wait_until(lambda: not machine.processes_named("snmpSubagent"), "the daemon has ended", limit_s)
+    def wait_until_exited(self, limit_s=60):
+        waiting.wait_until(lambda: not machine.processes_named("snmpSubagent"), "the daemon has exited", limit_s)
 
     def wait_for_exit_status(self, limit_s=60):
-        """Of a daemon in the foreground."""
-        waiting.wait_until(lambda: self.foreground.poll() is not None, "the daemon ends", limit_s)
+        """Returns the exit status of a daemon in the foreground."""
+        waiting.wait_until(lambda: self.foreground.poll() is not None, "the daemon exits", limit_s)
         return self.foreground.returncode
 
     @staticmethod
@@ -144,11 +144,11 @@ class Daemon:
     # --- the log
 
     def begin_log(self):
-        """What is in the log now belongs to an earlier daemon."""
+        """Makes log() omit everything that was logged before."""
         self.log_begin = os.path.getsize(LOG) if os.path.exists(LOG) else 0
 
     def log(self):
-        """What the daemon has logged since it was started, or since begin_log."""
+        """Returns what the daemon has logged since it was started, or since begin_log."""
         try:
             with open(LOG, "rb") as file:
                 file.seek(self.log_begin)
@@ -160,7 +160,7 @@ class Daemon:
         return [line for line in self.log().splitlines() if text in line]
 
     def wait_for_log(self, text, limit_s=30):
-        return waiting.wait_until(lambda: self.lines_with(text), f"the log holds '{text}'", limit_s)
+        return waiting.wait_until(lambda: self.lines_with(text), f"the log contains '{text}'", limit_s)
 
     @staticmethod
     def log_tail(count=60):

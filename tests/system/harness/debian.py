@@ -1,7 +1,7 @@
-"""A Debian machine with a systemd of its own, inside the sandbox: a copy of this one that keeps nothing.
+"""A Debian machine with its own systemd, inside the sandbox: a temporary copy of this machine.
 
-The copy lies over the root of the machine, so what dpkg knows as installed there is installed here too; others lie over
-the repository and the build. It shares the sandbox's network, and has its own processes and control groups.
+Overlays on the root file system, the repository and the build receive all changes, so the same packages are installed.
+The machine shares the sandbox's network and has its own processes and control groups.
 """
 
 import os
@@ -15,7 +15,7 @@ PLACE = "/mnt/debian"
 ROOT = f"{PLACE}/root"
 CGROUPS = "/sys/fs/cgroup"
 UNIFIED = f"{PLACE}/cgroups"
-# Units of this machine that nobody needs here are not started: only what is asked for.
+# Starts no other units of this machine; the tests start what they need.
 TARGET = "installed-here.target"
 TARGET_TEXT = "[Unit]\nRequires=basic.target\nAfter=basic.target\nAllowIsolate=yes\n"
 
@@ -42,7 +42,7 @@ def mount(*arguments):
 
 
 def mount_copy(name, folder, place):
-    """Shows a folder at another place, where it can be changed without a change of the folder."""
+    """Mounts a copy of a directory at another path. Changes of the copy do not affect the original."""
     for each in (f"{PLACE}/{name}/changes", f"{PLACE}/{name}/work", place):
         os.makedirs(each, exist_ok=True)
     mount("-t", "overlay", "-o", f"lowerdir={folder},upperdir={PLACE}/{name}/changes,workdir={PLACE}/{name}/work",
@@ -63,25 +63,25 @@ class Debian:
         mount_copy("repository", machine.REPOSITORY, ROOT + machine.REPOSITORY)
         if not machine.BUILD.startswith(machine.REPOSITORY + "/"):
             mount_copy("build", machine.BUILD, ROOT + machine.BUILD)
-        # Names are resolved as in the sandbox, and services may start: a machine that images are built on forbids it.
+        # Names are resolved as in the sandbox. Services may start, which container images forbid with policy-rc.d.
         for name in ("hosts", "nsswitch.conf"):
             machine.write_file(f"{ROOT}/etc/{name}", machine.read_file(f"/etc/{name}"))
         machine.remove_file(ROOT + "/etc/resolv.conf")
         machine.remove_file(ROOT + "/usr/sbin/policy-rc.d")
-        # A mount of its own: the boot loader's place and the like are of no concern.
+        # The file systems of the original machine must not be mounted.
         machine.write_file(ROOT + "/etc/fstab", "")
         self.write("/etc/systemd/system/" + TARGET, TARGET_TEXT)
 
-    # --- its life
+    # --- start and stop
 
     def boot(self):
         kind, trees = "unified", [CGROUPS]
         if not os.path.exists(f"{CGROUPS}/cgroup.controllers"):
-            # Here systemd keeps its groups in two trees, and in both another machine may have units of the same names.
+            # With version 1 of control groups, systemd has groups in two trees; the copy needs its own in each.
             os.mkdir(UNIFIED)
             mount("-t", "cgroup2", "cgroup2", UNIFIED)
             kind, trees = "legacy", [f"{CGROUPS}/systemd", UNIFIED]
-        # A run that was killed leaves its groups behind, so a name made of numbers of this process may be taken.
+        # Not named after this process: groups of an earlier run that was killed may still exist.
         self.groups = [tempfile.mkdtemp(prefix="sandbox-debian-", dir=tree) for tree in trees]
         joined = " && ".join(f"echo 0 >{group}/cgroup.procs" for group in self.groups)
         script = joined + ' && exec unshare --mount --pid --cgroup --uts --fork --kill-child bash -c "$0" "$@"'
@@ -95,7 +95,7 @@ class Debian:
 
     def halt(self):
         if self.outer:
-            self.outer.send_signal(signal.SIGKILL)  # its child, and with that all of the machine, goes too
+            self.outer.send_signal(signal.SIGKILL)  # this also kills its child and so the whole machine
             self.outer.wait()
             for group in self.groups:
                 for folder, _, _ in os.walk(group, topdown=False):
@@ -109,7 +109,7 @@ class Debian:
             return not os.path.exists(folder)
         return True
 
-    # --- in it
+    # --- operations inside
 
     def command(self, *words):
         return ["nsenter", f"--target={self.pid}", "--mount", "--pid", "--uts", "--cgroup", "--root", "--wd",
@@ -121,7 +121,7 @@ class Debian:
                               stderr=subprocess.DEVNULL, check=False).returncode
 
     def run(self, *words, check=True, limit_s=300):
-        """What a program prints."""
+        """Runs a program and returns its output."""
         return machine.run(*self.command(*words), check=check, limit_s=limit_s)
 
     def start(self, *words):
@@ -138,7 +138,7 @@ class Debian:
         return [int(pid) for pid in self.run("pgrep", "--exact", name[:15], check=False).split()]
 
     def programs_of(self, unit):
-        """Names of all processes in a unit's control group."""
+        """Returns the names of all processes in a unit's control group."""
         members = machine.read_file(f"{self.groups[0]}{self.unit(unit, 'ControlGroup')}/cgroup.procs").split()
         return [machine.read_file(f"/proc/{pid}/comm").strip() for pid in members]
 
@@ -153,7 +153,7 @@ class Debian:
         return os.path.lexists(ROOT + path)
 
     def files(self, *folders):
-        """Everything below some folders, as paths."""
+        """Returns the paths of everything in some directories."""
         found = set()
         for top in folders:
             for folder, folders_in_it, files in os.walk(ROOT + top):

@@ -1,8 +1,8 @@
-"""The commands that the documents show, block by block, and where those run that test_documents.py leaves out.
+"""Finds the commands in the documents, and lists those that test_documents.py does not run.
 
-In Markdown an indented block and a fenced one marked `sh` are commands; every other block is fenced and marked with
-what it holds. A code span is a command when it begins as COMMAND says and no word in it stands for another. In a manual
-page of section 1 or 8 the displays of EXAMPLES are commands.
+In Markdown, indented blocks and fenced blocks marked `sh` contain commands; every other block is fenced and marked with
+its contents. A code span is a command if it matches COMMAND and contains no placeholder. In a manual page of section 1
+or 8, the displays of EXAMPLES are commands.
 """
 
 import os
@@ -12,14 +12,14 @@ from fnmatch import fnmatchcase
 
 from . import machine
 
-# In place of a command that takes too long as it stands: a shorter one that does the same.
+# Replacements for commands that take too long.
 SHORTER = {
     "scripts/test": "scripts/test -R manual.lint",
     "scripts/build debug": "scripts/build debug mgmtSend",
     "scripts/bench": "scripts/bench --quick",
 }
 
-# Commands that another test runs, that test, and the text in it that does so.
+# Commands that another test runs: the command, the file of that test, and a string in it that shows this.
 ELSEWHERE = (
     ("scripts/demo", "tests/system/CMakeLists.txt", "scripts/lib/demo.py"),
     ("scripts/chaos*", "tests/system/test_chaos.py", "Run(MINUTES"),
@@ -33,28 +33,28 @@ ELSEWHERE = (
     ("snmptrapd -On -Oe", "tests/system/harness/receiver.py", '"-On", "-Oe"'),
 )
 
-# Commands that no test runs, and why. None of them may stand in the README or in a manual page.
+# Commands that no test runs, and why. The README and the manual pages must not contain any of them.
 BY_HAND = {
-    "scripts/test [!-]*": "the tests of another preset, or some of the tests",
-    "scripts/test -*": "some of the tests",
-    "scripts/test-monitors": "packages that few machines have",
-    "scripts/record-dashboard": "minutes of recording, for a picture that somebody looks at",
-    "scripts/coverage": "all tests once more",
-    "scripts/fuzz*": "a compiler that nothing else needs",
+    "scripts/test [!-]*": "runs tests of another preset, or some of the tests",
+    "scripts/test -*": "runs some of the tests",
+    "scripts/test-monitors": "needs packages that few machines have",
+    "scripts/record-dashboard": "records for minutes; a person checks the picture",
+    "scripts/coverage": "runs all tests again",
+    "scripts/fuzz*": "needs a compiler that nothing else needs",
 }
 
-# text: on one line, without the comment behind it. prints: what that comment says it prints, or None.
+# text: on one line, without its comment. prints: the expected output according to that comment, or None.
 Command = namedtuple("Command", "document line text prints")
 
 COMMAND = re.compile(r"scripts/\w|(sandbox/sandbox|/usr/bin/python3|snmp(get|set|walk|bulkwalk|table|translate|trapd)"
                      r"|systemctl|journalctl|apt-get|cmake|ctest|smilint|arraySim|mgmtSend|apiClient"
                      r"|snmpSubagent-checkconf) ")
-STANDS_FOR_ANOTHER = re.compile(r"\.\.\.|\b(COMMAND|FILE|WORD)\b")
+PLACEHOLDER = re.compile(r"\.\.\.|\b(COMMAND|FILE|WORD)\b")
 COMMENT = re.compile(r"(?:^|\s+)#\s([^#]*)$")
 
 
 def paths():
-    """All Markdown files and manual pages of the repository, the README first."""
+    """Returns all Markdown files and manual pages of the repository, the README first."""
     found = []
     for folder, folders, names in os.walk(machine.REPOSITORY):
         folders[:] = [name for name in folders if name != "build" and not name.startswith(".")]
@@ -65,7 +65,7 @@ def paths():
 
 
 def blocks(path, text=None):
-    """The commands of a document: a list for each block and for each code span that holds some."""
+    """Returns the commands of a document: one list per block or code span with commands."""
     if text is None:
         text = machine.read_file(os.path.join(machine.REPOSITORY, path))
     find = blocks_of_markdown if path.endswith(".md") else blocks_of_page
@@ -73,25 +73,25 @@ def blocks(path, text=None):
 
 
 def commands(path, begin, lines):
-    """The commands in the lines of a block. One that ends with a backslash goes on in the next line."""
-    found, held = [], ""
+    """Returns the commands in the lines of a block. A backslash at the end continues a command in the next line."""
+    found, unfinished = [], ""
     for number, line in enumerate(lines, begin):
         comment = COMMENT.search(line)
         line = (line[:comment.start()] if comment else line).strip()
         if line.endswith("\\"):
-            held += line[:-1].rstrip() + " "
-        elif held + line:
-            said = comment.group(1) if comment else ""
-            prints = said.removeprefix("prints ") if said.startswith("prints ") else None
-            found.append(Command(path, number, held + line, prints))
-            held = ""
-    if held:
-        raise AssertionError(f"{path}:{begin}: this block ends within a command: {held}")
+            unfinished += line[:-1].rstrip() + " "
+        elif unfinished + line:
+            remark = comment.group(1) if comment else ""
+            prints = remark.removeprefix("prints ") if remark.startswith("prints ") else None
+            found.append(Command(path, number, unfinished + line, prints))
+            unfinished = ""
+    if unfinished:
+        raise AssertionError(f"{path}:{begin}: incomplete command at the end of the block: {unfinished}")
     return found
 
 
 def blocks_of_markdown(path, lines):
-    """(number of the first line, lines) of each."""
+    """Yields (number of the first line, lines) of each block."""
     fence, block = None, None  # the line that opens the fenced block, the indented block
     for number, line in enumerate(lines + [""], 1):
         if block and line and not line.startswith("    "):
@@ -101,7 +101,7 @@ def blocks_of_markdown(path, lines):
             if fence and fence[1] == "```sh":
                 yield fence[0] + 1, lines[fence[0]:number - 1]
             elif line == "```" and not fence:
-                raise AssertionError(f"{path}:{number}: this block does not say what it holds: ```sh, ```text, ...")
+                raise AssertionError(f"{path}:{number}: block without a type; expected ```sh, ```text, ...")
             fence = None if fence else (number, line)
         elif fence:
             continue
@@ -111,14 +111,14 @@ def blocks_of_markdown(path, lines):
             block = (number, [line])
         else:
             for span in re.findall(r"`([^`]+)`", line):
-                if COMMAND.match(span) and not STANDS_FOR_ANOTHER.search(span):
+                if COMMAND.match(span) and not PLACEHOLDER.search(span):
                     yield number, [span]
     if block:
         yield block
 
 
 def blocks_of_page(path, lines):
-    """The same of a manual page."""
+    """Yields the same for a manual page."""
     section, display = "", None
     for number, line in enumerate(lines if path[-1] in "18" else [], 1):
         line = line.replace(r"\e", "\\")
@@ -138,11 +138,11 @@ def blocks_of_page(path, lines):
 
 
 def matching(patterns, command):
-    """The first of some patterns that a command is like, or None."""
+    """Returns the first pattern that matches a command, or None."""
     return next((each for each in patterns if fnmatchcase(command.text, each)), None)
 
 
-def left_out(command):
-    """Whether test_documents.py does not run it."""
+def is_omitted(command):
+    """Returns whether test_documents.py omits the command."""
     return matching([row[0] for row in ELSEWHERE], command) or \
         (command.text not in SHORTER and matching(BY_HAND, command))

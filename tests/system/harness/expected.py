@@ -1,6 +1,6 @@
-"""What a manager must read, worked out from the array's objects alone and by rules written here anew, so that
-the daemon and its test cannot share a mistake. Only names, OIDs, types and sources of columns are read from
-the project's list."""
+"""Computes what a manager must read from the array's objects. The rules are implemented here independently, so that
+the daemon and its test cannot share a bug; only the names, OIDs, types and sources of columns come from the project's
+data."""
 
 import re
 
@@ -8,7 +8,7 @@ from .mib import COLUMNS, MIB, TABLES, api_kind
 
 SERVER_KINDS = ("TsPhysicalServer", "TsRemoteTessera", "TsServerCluster", "TsVirtualServer")
 STANDARD_FOLDERS = (1, 69696969)
-LONGEST_TEXT = 3072  # octets of a text that are served
+MAX_STRING = 3072  # octets; longer strings are truncated
 BLOCKS_PER_GB = 1953125
 BLOCKS_PER_GIB = 2097152
 WEB_ADDRESS = "https://www.vorn-lumivant.example/tessera"
@@ -37,7 +37,7 @@ def truth_value(text):
     return {"1": 1, "true": 1, "0": 2, "false": 2}.get(text.lower(), 0)
 
 
-def cut_version(text):
+def shortened_version(text):
     return text.rpartition(".")[0] if "." in text else text
 
 
@@ -46,7 +46,7 @@ def blocks(text):
     return max(int(match.group(1)), 0) if match else 0
 
 
-# What a column's text becomes; every other column is the text itself or its leading number.
+# Conversions by post-process. Any other value is the string itself or its leading number.
 POST_PROCESS = {
     "tsstatus_enum": lambda text: STATUS.get(text, -1),
     "connectivity_enum": lambda text: CONNECTIVITY.get(text, -1),
@@ -56,7 +56,7 @@ POST_PROCESS = {
     "io_port_type": lambda text: PORT_TYPE.get(text.lower(), 5),
     "truth_value": truth_value,
     "size": lambda text: blocks(text) // BLOCKS_PER_GB,
-    "version": cut_version,
+    "version": shortened_version,
     "force_trap": lambda text: "Empty",
 }
 
@@ -64,7 +64,7 @@ WIRE_TYPE = {"string": "STRING", "integer": "INTEGER", "enumeration": "INTEGER",
 
 
 class Expectation:
-    """self.values: {OID text: (type, value)} for every instance of the store that must be served."""
+    """self.values: {OID: (type, value)} of every instance that must be served."""
 
     def __init__(self, objects):
         self.objects = objects
@@ -89,12 +89,12 @@ class Expectation:
 
     def elements(self, object_name):
         elements = self.objects.get(api_kind(object_name), [])
-        if object_name == "tsServer":  # one list of four kinds, which are taken one after the other
+        if object_name == "tsServer":  # one list of four kinds, served one kind after the other
             return [each for kind in SERVER_KINDS for each in elements if each["ObjectType"] == kind]
         return elements
 
     def groups(self, table, elements):
-        """(instance part before the row, its elements) for each parent."""
+        """Returns (instance without the row, elements) for each parent."""
         if not table.parent:
             return [((), elements)]
         tag = f"{table.parent_item.capitalize()}Index"
@@ -122,7 +122,7 @@ class Expectation:
                 self.put(entry.column, instance, self.converted(entry, element))
 
     def add_first_element(self, refresh, elements):
-        """Scalars that a table's answer fills too."""
+        """Adds the scalars that the response for a table also fills."""
         for entry in refresh.entries if elements else ():
             if not entry.column.table and entry.attribute in elements[0]:
                 self.put(entry.column, (0,), self.converted(entry, elements[0]))
@@ -183,7 +183,7 @@ class Expectation:
     def add_scalars(self):
         status, worst = self.global_status()
         for column in MIB.columns:
-            if column.table or column.name == "sysServices":  # sysServices is snmpd's own
+            if column.table or column.name == "sysServices":  # snmpd serves sysServices itself
                 continue
             if column.source == "constant":
                 self.put(column, (0,), column.argument if column.type == "string" else int(column.argument))
@@ -195,9 +195,9 @@ class Expectation:
         self.put_named("globalStatus", (0,), status)
 
     def global_status(self):
-        """The array's status, and the row of the alert that it comes from (0: none)."""
+        """Returns the global status, and the row of the alert that determines it (0: none)."""
         severity, worst = 0, 0
-        for parent, row in self.walked_alerts():
+        for parent, row in self.counted_alerts():
             if self.value("tsAlertActive", parent, row) != 1 or self.value("tsAlertAcknowledged", parent, row) == 1:
                 continue
             own = SEVERITY[self.value("tsAlertStatus", parent, row)]
@@ -207,8 +207,8 @@ class Expectation:
                 break
         return 3 + severity, worst
 
-    def walked_alerts(self):
-        """The alerts that are looked at: up to the first row that is not there."""
+    def counted_alerts(self):
+        """Yields the alerts that count: all before the first missing row."""
         table = TABLES["tsAlert"]
         for parent in range(1, table.parents + 1):
             for row in range(1, table.rows + 1):

@@ -1,4 +1,4 @@
-"""The little machine that the test runs in: its files, its processes, the programs under test."""
+"""The sandbox in which the test runs: its files, its processes, the programs under test."""
 
 import os
 import signal
@@ -17,37 +17,37 @@ MODE_CONF = "/tmp/apps/snmpsubagent.conf"
 SESSION_KEY = "/etc/wirelink.key"
 
 
-# How the sandbox was made: "namespaces", "user" or "container"; see sandbox/sandbox.
-WAY = os.environ.get("SNMPSUBAGENT_SANDBOX", "")
+# "namespaces", "user" or "container"; see sandbox/sandbox.
+SANDBOX_KIND = os.environ.get("SNMPSUBAGENT_SANDBOX", "")
 # CTest counts a test that exits with this status as skipped.
 SKIPPED = 77
 
 
 def parent_of(pid):
-    """0 for the first process, and for one that has just ended."""
+    """Returns 0 for the first process, and for one that has just exited."""
     stat = read_file(f"/proc/{pid}/stat")
     return int(stat.rsplit(")", 1)[1].split()[1]) if stat else 0
 
 
 def ancestors_of(pid):
-    """The process itself, its parent and so on."""
+    """Yields the process itself, its parent and so on."""
     while pid:
         yield pid
         pid = parent_of(pid)
 
 
 def first_process():
-    """The first process of the sandbox, None outside one."""
+    """Returns the first process of the sandbox, or None outside one."""
     return next((pid for pid in ancestors_of(os.getpid()) if "\0--inside\0" in read_file(f"/proc/{pid}/cmdline")), None)
 
 
-def require_sandbox(*ways):
-    """The daemon kills every snmpd of its machine and the tests rewrite /etc: only ever in the sandbox. A test that
-    names ways is skipped in a sandbox that was made in another."""
+def require_sandbox(*kinds):
+    """Exits outside the sandbox, because the daemon kills every snmpd that it can see and the tests rewrite /etc. Skips
+    the test in any other kind of sandbox than these, if any are given."""
     if first_process() is None:
-        raise SystemExit("this runs in the sandbox only: sandbox/sandbox --keep BUILD -- /usr/bin/python3 ...")
-    if ways and WAY not in ways:
-        skip(f"needs a sandbox made with {' or '.join(ways)}")
+        raise SystemExit("runs only in the sandbox: sandbox/sandbox --keep BUILD -- /usr/bin/python3 ...")
+    if kinds and SANDBOX_KIND not in kinds:
+        skip(f"needs a sandbox made with {' or '.join(kinds)}")
 
 
 def skip(reason):
@@ -56,12 +56,12 @@ def skip(reason):
 
 
 def has_users():
-    """Whether there are other users than root here: not in every user namespace."""
+    """Returns whether there are users besides root; some user namespaces have none."""
     return sum(int(line.split()[2]) for line in read_file("/proc/self/uid_map").splitlines()) > 1
 
 
 def has_ipv6():
-    """Containers often have none."""
+    """Returns whether there is IPv6, which containers often lack."""
     return " lo\n" in read_file("/proc/net/if_inet6")
 
 
@@ -72,7 +72,7 @@ def write_file(path, text, mode=0o644):
 
 
 def read_file(path):
-    """The text of a file, empty when there is none."""
+    """Returns the contents of a file, or an empty string if it does not exist."""
     try:
         with open(path, encoding="utf-8", errors="replace") as file:
             return file.read()
@@ -88,7 +88,7 @@ def remove_file(path):
 
 
 def configure_daemon(**settings):
-    """Writes /etc/snmpSubagent.conf: what the sandbox has by default, changed by the arguments."""
+    """Writes /etc/snmpSubagent.conf: the sandbox's defaults, with the given settings replaced. None removes one."""
     values = {"rwcommunity": "private", "rocommunity": "public", "trapsEnabled": "no",
               "controllerIdLeader": "64702", "controllerIdThis": "64702", "controllerIndexThis": "1",
               "verbose": "no"}
@@ -97,7 +97,7 @@ def configure_daemon(**settings):
 
 
 def is_running(pid):
-    """Whether there is such a process; one that has ended and waits for its parent does not count."""
+    """Returns whether there is such a process. Zombies do not count."""
     try:
         with open(f"/proc/{pid}/stat", encoding="utf-8", errors="replace") as file:
             return file.read().rsplit(")", 1)[1].split()[0] not in "ZX"
@@ -106,7 +106,7 @@ def is_running(pid):
 
 
 def processes_named(name):
-    """Process ids of the sandbox's running programs, by the name that killall goes by."""
+    """Returns the ids of the sandbox's running processes with this name, as killall compares it."""
     found, first = [], first_process()
     for entry in filter(str.isdigit, os.listdir("/proc")):
         if (read_file(f"/proc/{entry}/comm").rstrip("\n") == name[:15] and is_running(int(entry))
@@ -115,8 +115,8 @@ def processes_named(name):
     return found
 
 
-def end_processes_named(*names):
-    """Ends what an earlier test has left. Safe: in here are only the sandbox's own processes."""
+def kill_processes_named(*names):
+    """Kills processes that an earlier test has left. Affects only processes of the sandbox."""
 
     def all_gone():
         found = [pid for name in names for pid in processes_named(name)]
@@ -131,11 +131,11 @@ def end_processes_named(*names):
 
 
 def run(*command, environment=None, limit_s=60, check=True):
-    """Runs a program to its end and returns what it printed."""
+    """Runs a program until it exits and returns its output."""
     result = subprocess.run([str(word) for word in command], stdin=subprocess.DEVNULL, capture_output=True,
                             text=True, errors="replace", env=environment, timeout=limit_s * waiting.PATIENCE)
     if check and result.returncode != 0:
-        raise AssertionError(f"{' '.join(map(str, command))} ended with {result.returncode}: "
+        raise AssertionError(f"{' '.join(map(str, command))} exited with {result.returncode}: "
                              f"{result.stdout}{result.stderr}")
     return result.stdout
 

@@ -1,4 +1,4 @@
-"""The array application's side of the daemon's management socket: messages as octets, by hand."""
+"""The array application's side of the daemon's management socket. Encodes messages without a protobuf library."""
 
 import os
 import socket
@@ -8,7 +8,7 @@ from . import waiting
 
 SOCKET = "/tmp/snmpsubagent.sock"
 
-MGMT = 6  # kind of envelope
+MGMT = 6  # type of the envelope
 SEND_TRAP, TEMP_TEST, DISPLAY_TRAPS, VERBOSE_ON, VERBOSE_OFF = 1, 2, 3, 4, 5
 
 
@@ -34,7 +34,7 @@ def frame(body):
 
 
 def message(specific, text=""):
-    """The whole frame of one management message."""
+    """Returns the frame of one management message."""
     octets = text.encode() if isinstance(text, str) else text
     body = (number_field(1, 1) + number_field(2, 1) + number_field(3, 0) + number_field(4, specific) +
             octets_field(5, octets))
@@ -46,7 +46,7 @@ def trap(text):
 
 
 class Sender:
-    """One connection; it stays until close, or to the end of a with block."""
+    """One connection, open until close() or the end of a with block."""
 
     def __init__(self, limit_s=30):
         self.socket = socket.socket(socket.AF_UNIX, socket.SOCK_STREAM)
@@ -61,7 +61,7 @@ class Sender:
         self.socket.sendall(b"".join(octets))
 
     def wait_until_dropped(self):
-        """Waits until the daemon has closed its end. A reset is an end as well: it left octets unread."""
+        """Waits until the daemon has closed the connection. If it left octets unread, this is a reset."""
         try:
             assert self.socket.recv(1) == b""
         except ConnectionResetError:
@@ -78,10 +78,10 @@ class Sender:
 
 
 def send(*octets):
-    """Over a connection of its own."""
+    """Sends octets over a separate connection."""
     with Sender() as sender:
         sender.send(*octets)
 
 
 def wait_until_there():
-    waiting.wait_until(lambda: os.path.exists(SOCKET), "the management socket is there")
+    waiting.wait_until(lambda: os.path.exists(SOCKET), "the management socket exists")

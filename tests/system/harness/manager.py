@@ -22,21 +22,21 @@ REASON = re.compile(r"^Reason: \(?(\w+)", re.MULTILINE)
 FAILED_OBJECT = re.compile(r"^Failed object: (\S+)", re.MULTILINE)
 
 
-class Answer:
-    """The output of a tool: bindings, or the error and the object that it names."""
+class Response:
+    """The output of a tool: bindings, or an error and the object that caused it."""
 
-    def __init__(self, status, output, complaints):
+    def __init__(self, status, output, errors):
         self.status = status
         self.output = output
-        self.complaints = complaints
+        self.errors = errors
         self.bindings = parse_bindings(output)
-        reason = REASON.search(output + complaints)
-        failed = FAILED_OBJECT.search(output + complaints)
+        reason = REASON.search(output + errors)
+        failed = FAILED_OBJECT.search(output + errors)
         self.error = reason.group(1) if reason else ""
         self.failed_oid = failed.group(1).lstrip(".") if failed else ""
 
     def __repr__(self):
-        return f"status {self.status}: {self.output}{self.complaints}"
+        return f"status {self.status}: {self.output}{self.errors}"
 
     def by_oid(self):
         return {binding.oid: binding for binding in self.bindings}
@@ -94,45 +94,45 @@ class Manager:
 
     @staticmethod
     def finish(process, limit_s=300):
-        output, complaints = process.communicate(timeout=limit_s * waiting.PATIENCE)
-        return Answer(process.returncode, output, complaints)
+        output, errors = process.communicate(timeout=limit_s * waiting.PATIENCE)
+        return Response(process.returncode, output, errors)
 
-    def ask(self, tool, *arguments):
+    def run_tool(self, tool, *arguments):
         return self.finish(self.start(tool, *arguments))
 
     def get(self, *oids):
         """Sends one GET; after an error the tool does not retry without the failed binding."""
-        return self.ask("snmpget", "-Cf", "127.0.0.1", *oids)
+        return self.run_tool("snmpget", "-Cf", "127.0.0.1", *oids)
 
     def get_next(self, *oids):
-        return self.ask("snmpgetnext", "-Cf", "127.0.0.1", *oids)
+        return self.run_tool("snmpgetnext", "-Cf", "127.0.0.1", *oids)
 
     def get_bulk(self, repetitions, *oids, non_repeaters=0):
-        return self.ask("snmpbulkget", f"-Cn{non_repeaters}", f"-Cr{repetitions}", "127.0.0.1", *oids)
+        return self.run_tool("snmpbulkget", f"-Cn{non_repeaters}", f"-Cr{repetitions}", "127.0.0.1", *oids)
 
     def walk(self, oid, *options):
-        return self.ask("snmpwalk", *options, "127.0.0.1", oid)
+        return self.run_tool("snmpwalk", *options, "127.0.0.1", oid)
 
     def bulk_walk(self, oid, *options):
         """Walks, twice at most for the same reason as value()."""
-        walked = self.ask("snmpbulkwalk", *options, "127.0.0.1", oid)
+        walked = self.run_tool("snmpbulkwalk", *options, "127.0.0.1", oid)
         if walked.error == "genError":
-            walked = self.ask("snmpbulkwalk", *options, "127.0.0.1", oid)
+            walked = self.run_tool("snmpbulkwalk", *options, "127.0.0.1", oid)
         return walked
 
     def set(self, *assignments):
         """Sends one SET. assignments: (oid, type letter of snmpset, value)."""
-        return self.ask("snmpset", "127.0.0.1", *(word for each in assignments for word in each))
+        return self.run_tool("snmpset", "127.0.0.1", *(word for each in assignments for word in each))
 
     def value(self, oid):
         """Returns the value of one instance that must exist; strings as str. Requests it twice at most, because a
         request that arrives while the daemon waits for the response to its ping is rejected."""
-        answer = self.get(oid)
-        if answer.status != 0:
-            answer = self.get(oid)
-        if answer.status != 0 or len(answer.bindings) != 1 or answer.bindings[0].value is None:
-            raise AssertionError(f"no value at {oid}: {answer}")
-        value = answer.bindings[0].value
+        response = self.get(oid)
+        if response.status != 0:
+            response = self.get(oid)
+        if response.status != 0 or len(response.bindings) != 1 or response.bindings[0].value is None:
+            raise AssertionError(f"no value at {oid}: {response}")
+        value = response.bindings[0].value
         return value.decode("utf-8", "replace") if isinstance(value, bytes) else value
 
     def wait_for_value(self, oid, value, limit_s=30):

@@ -1,4 +1,4 @@
-"""The MIB by name, read from the data that the daemon is generated from."""
+"""The MIB by name, from the data from which the daemon is generated."""
 
 import os
 import sys
@@ -18,7 +18,7 @@ MODULE_FOLDERS = f"{machine.REPOSITORY}/mib/standard:{machine.BUILD}/mib"
 
 
 def api_kind(object_name):
-    """The name of a kind of object as the array has it: TsDisk for tsDisk."""
+    """Returns the array's spelling of a kind of object: TsDisk for tsDisk."""
     return object_name[0].upper() + object_name[1:]
 
 
@@ -26,12 +26,12 @@ MODEL = snmp.read(Data(os.path.join(machine.REPOSITORY, "data")))
 MIB, TRAPS = MODEL.mib, MODEL.traps
 COLUMNS = {column.name: column for column in MIB.columns}
 TABLES = {table.name: table for table in MIB.tables}
-# Kinds of object in the array by the tables that they fill.
+# The kind of object that fills each table.
 KIND_OF_TABLE = {refresh.table.name: api_kind(refresh.object_name) for refresh in MIB.refreshes}
 
 
 def oid(name, *instance):
-    """The OID of a column, or of an instance: parent and row, row, or 0."""
+    """Returns the OID of a column, or of an instance: parent and row, row, or 0."""
     return ".".join(map(str, COLUMNS[name].oid + instance))
 
 
@@ -44,7 +44,7 @@ def table_oid(name):
 
 
 def old_form(text):
-    """The same instance below the older enterprise number."""
+    """Returns the OID of the same instance under the old enterprise number."""
     assert text.startswith(ENTERPRISE + ".")
     return OLD_ENTERPRISE + text[len(ENTERPRISE):]
 

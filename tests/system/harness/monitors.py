@@ -1,5 +1,5 @@
-"""The monitors that administrators have, each fed with the files of the build: the Prometheus exporter, the plugins of
-the Nagios family, SNMPTT behind snmptrapd."""
+"""Monitoring systems that use the files of the build: the Prometheus exporter, plugins of the Nagios family, and SNMPTT
+with snmptrapd."""
 
 import os
 import re
@@ -9,7 +9,7 @@ import urllib.error
 import urllib.request
 from collections import namedtuple
 
-from . import machine, mib, receiver, story, waiting
+from . import machine, mib, receiver, systemTest, waiting
 
 FOLDER = os.path.join(machine.BUILD, "monitoring")
 HOME = "/tmp/monitors"
@@ -28,7 +28,7 @@ def made(*names):
 
 
 def parse(text):
-    """The samples of an exposition."""
+    """Parses the samples in the output of an exporter."""
     samples = []
     for line in text.splitlines():
         found = SAMPLE.match(line)
@@ -40,7 +40,7 @@ def parse(text):
 
 
 def served(manager):
-    """{column: {instance: value}} of all that the daemon serves, strings decoded."""
+    """Returns {column: {instance: value}} of everything that the daemon serves, with decoded strings."""
     found = {name: {} for name in mib.COLUMNS}
     names = {column.oid: name for name, column in mib.COLUMNS.items()}
     for root in ("1.3.6.1.2.1.1", mib.ROOT):
@@ -54,7 +54,7 @@ def served(manager):
     return found
 
 
-class MonitorStory(story.SharedStory):
+class MonitorStory(systemTest.SharedSystemTest):
     """An array whose events reach the port of a trap translator, and whose first object of a kind has a special name."""
 
     NAMED = ("TsDisk", "disk ä")
@@ -70,20 +70,20 @@ class MonitorStory(story.SharedStory):
 
 
 class Exporter(machine.Program):
-    """prometheus-snmp-exporter with the modules of a file of the build."""
+    """prometheus-snmp-exporter with a module file of the build."""
 
     def __init__(self, file="snmp.yml", port=EXPORTER_PORT):
         self.address = f"127.0.0.1:{port}"
         super().__init__("prometheus-snmp-exporter", f"--config.file={made('prometheus', file)}",
                          f"--web.listen-address={self.address}", "--log.level=error")
-        waiting.wait_until(lambda: self.page("/") is not None, "the exporter answers")
+        waiting.wait_until(lambda: self.page("/") is not None, "the exporter responds")
 
     def page(self, path):
-        """None while nobody listens."""
+        """Returns the contents of a page, or None if nobody listens."""
         try:
             with urllib.request.urlopen(f"http://{self.address}{path}",
-                                        timeout=120 * waiting.PATIENCE) as answer:
-                return answer.read().decode("utf-8")
+                                        timeout=120 * waiting.PATIENCE) as response:
+                return response.read().decode("utf-8")
         except urllib.error.HTTPError as error:
             raise AssertionError(f"{path}: {error}: {error.read().decode('utf-8', 'replace')}") from None
         except OSError:
@@ -94,14 +94,14 @@ class Exporter(machine.Program):
 
 
 class Plugins:
-    """The commands of the build's file, run as the monitor runs them."""
+    """Runs the plugin commands of the build, as Nagios does."""
 
     def __init__(self):
         text = machine.read_file(made("nagios", "tessera.cfg"))
         self.commands = dict(re.findall(r"command_name +(\w+)\n +command_line +(.*)\n", text))
 
     def run(self, command, instance, snmp="-v2c -c public"):
-        """(status, what it said)"""
+        """Returns (status, output)."""
         line = self.commands[command]
         for macro, value in (("$USER1$", PLUGINS), ("$HOSTADDRESS$", "127.0.0.1"), ("$_HOSTSNMP$", snmp),
                              ("$ARG1$", instance)):
@@ -128,7 +128,7 @@ END
 
 
 class TrapTranslator(receiver.SnmpTrapd):
-    """snmptrapd that hands every notification to SNMPTT."""
+    """snmptrapd that passes every notification to SNMPTT."""
 
     def __init__(self, log_path=os.path.join(HOME, "snmptt.log"), events=("snmptt", "tessera.conf")):
         os.makedirs(HOME, exist_ok=True)
@@ -140,12 +140,12 @@ class TrapTranslator(receiver.SnmpTrapd):
                          f"udp:127.0.0.1:{TRAP_PORT}")
 
     def lines(self, name):
-        """What SNMPTT has written about a notification, or a number of one."""
+        """Returns the lines of SNMPTT that contain this name."""
         return [line for line in machine.read_file(self.log_path).splitlines() if name in line]
 
     def wait_for(self, name, *texts):
-        """Waits for a line about it that holds all of these texts, and returns it."""
+        """Waits for a line that contains this name and all of these strings, and returns it."""
         def found():
             return next((line for line in self.lines(name) if all(text in line for text in texts)), None)
 
-        return waiting.wait_until(found, f"SNMPTT tells of {name} with {texts}", 60)
+        return waiting.wait_until(found, f"SNMPTT reports {name} with {texts}", 60)

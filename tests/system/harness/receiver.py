@@ -1,4 +1,4 @@
-"""Receivers of notifications: one of the tests' own, and Net-SNMP's snmptrapd."""
+"""Receivers of notifications: our own, and Net-SNMP's snmptrapd."""
 
 import os
 import queue
@@ -10,11 +10,11 @@ import time
 from . import ber, machine, manager, waiting
 
 BUFFER_BYTES = 32 * 1024 * 1024
-LONGEST_DATAGRAM = 65535
+MAX_DATAGRAM = 65535
 
 TRAPD_HOME = "/tmp/trapd"
 # %P kind, version and community; %N enterprise; %A agent address; %w generic; %q specific; %T time of the PDU.
-# Then the bindings, a line each.
+# Then the bindings, one per line.
 TRAPD_FORMAT = "@@%P|%N|%A|%w|%q|%T\\n%V\\n%v\\n"
 
 
@@ -23,7 +23,7 @@ def family_of(address):
 
 
 class Receiver:
-    """Takes datagrams on a port of its own and answers informs. A thread, so that nothing is lost in a burst."""
+    """Receives datagrams and acknowledges informs. Its thread keeps bursts from overflowing the socket."""
 
     def __init__(self, address="127.0.0.1", port=0):
         self.arrived = queue.SimpleQueue()
@@ -36,13 +36,13 @@ class Receiver:
 
     def enlarge_buffer(self):
         try:
-            self.socket.setsockopt(socket.SOL_SOCKET, 33, BUFFER_BYTES)  # SO_RCVBUFFORCE: beyond the system's limit
+            self.socket.setsockopt(socket.SOL_SOCKET, 33, BUFFER_BYTES)  # SO_RCVBUFFORCE: no limit
         except PermissionError:  # a container or a user namespace
             self.socket.setsockopt(socket.SOL_SOCKET, socket.SO_RCVBUF, BUFFER_BYTES)
 
     def receive(self):
         while True:
-            datagram, sender = self.socket.recvfrom(LONGEST_DATAGRAM)
+            datagram, sender = self.socket.recvfrom(MAX_DATAGRAM)
             if not datagram:  # see close
                 return
             self.arrived.put((time.monotonic(), datagram))
@@ -53,24 +53,24 @@ class Receiver:
             if ber.read(datagram).pdu == "inform":
                 self.socket.sendto(ber.response_to(datagram), sender)
         except ber.Malformed:
-            pass  # whoever takes it will see
+            pass  # take() reports it
 
     def take_datagram(self, limit_s=30):
-        """(time of arrival, octets) of the next one."""
+        """Returns (time of arrival, octets) of the next datagram."""
         try:
             return self.arrived.get(timeout=limit_s * waiting.PATIENCE)
         except queue.Empty:
-            raise waiting.WaitedInVain(f"no notification came within {limit_s * waiting.PATIENCE:.0f} s") from None
+            raise waiting.TimedOut(f"no notification within {limit_s * waiting.PATIENCE:.0f} s") from None
 
     def take(self, limit_s=30):
-        """The next notification."""
+        """Returns the next notification."""
         return ber.read(self.take_datagram(limit_s)[1])
 
     def is_empty(self):
         return self.arrived.empty()
 
     def close(self):
-        """Frees the port. What has come can still be taken."""
+        """Closes the port. Datagrams that were received can still be taken."""
         with socket.socket(family_of(self.address), socket.SOCK_DGRAM) as waker:
             waker.sendto(b"", (self.address, self.port))
         self.thread.join(30)
@@ -101,9 +101,14 @@ class Trapd(SnmpTrapd):
                          "-X", "-Ox", "-Ot", "-F", TRAPD_FORMAT)
 
     def received(self):
-        """All that it has written so far: a list of (head fields as text, bindings)."""
+        """Returns what it has logged so far: a list of (header fields as strings, bindings)."""
         notifications = []
         for text in machine.read_file(self.output).split("@@")[1:]:
             head, *lines = text.splitlines()
             notifications.append((head.split("|"), manager.parse_bindings("\n".join(lines))))
         return notifications
+
+    def wait_for(self, count):
+        waiting.wait_until(lambda: len(self.received()) >= count and self.received()[-1][1],
+                           f"snmptrapd has logged {count} notifications")
+        return self.received()

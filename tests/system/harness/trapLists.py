@@ -1,8 +1,8 @@
-"""Which kinds of objects and components notifications are about, written down here anew. Columns go by their numbers."""
+"""The kinds of objects and components that have notifications, defined independently of the daemon."""
 
 from collections import namedtuple
 
-# Object of the array; columns of its status and of its name, None for the array.
+# kind: of object; status, name: numbers of its columns. The array has no name column.
 Subject = namedtuple("Subject", "kind status name")
 OBJECTS = {
     202: Subject("tsDisk", 28, 29), 203: Subject("tsController", 17, 18), 205: Subject("tsEnclosure", 38, 39),

@@ -1,4 +1,4 @@
-"""Events of the array, and what a notification says."""
+"""Events of the array, and summaries of the notifications about them."""
 
 from collections import namedtuple
 
@@ -14,8 +14,8 @@ class Event(namedtuple("Event", "ids number a b c d text", defaults=(0, 0, 0, 0,
     def command(self):
         return " ".join(map(str, (*self.ids, self.number, self.a, self.b, self.c, self.d))) + " " + self.text
 
-    def says(self):
-        """What its notification must say; see said_by."""
+    def summary(self):
+        """Returns the expected summary of its notification; see summary_of."""
         if self.number < 200:
             return (self.number,)
         if self.number == 201:
@@ -25,7 +25,7 @@ class Event(namedtuple("Event", "ids number a b c d text", defaults=(0, 0, 0, 0,
 
 
 def arguments(objects, number, component, element):
-    """The first three arguments of the event about an object of the array. component: 0 for whole objects."""
+    """Returns the first three arguments of the event about an object. component: 0 for whole objects."""
     def row(found):
         return [each.get("Index") for each in found].index(element.get("Index")) + 1
 
@@ -43,8 +43,8 @@ def arguments(objects, number, component, element):
     return parent, component, int(element["Index"]) - 1 if (number, component) == (204, 1) else row(siblings)
 
 
-def said_by(notification):
-    """Its number; with that the event's ids and the text, as far as it has them."""
+def summary_of(notification):
+    """Returns the number of a notification, followed by the ids and the string of the event if it contains them."""
     found = {each.oid: each.value for each in notification.bindings}
     identity = found.get(TRAP_OID, f"{NOTIFICATIONS}.0.{notification.specific}")
     number = 0 if identity == COLD_START else int(identity.rpartition(".")[2])

@@ -1,5 +1,5 @@
-"""A wall clock for the daemon alone, which tests set as they like: Debian's libfaketime. Like every machine's, the
-steady clock goes on beside it."""
+"""A wall clock that only the daemon sees and tests can set, with Debian's libfaketime. The monotonic clock is not
+affected."""
 
 import os
 
@@ -7,7 +7,7 @@ from . import machine
 
 LIBRARY = "/usr/lib/x86_64-linux-gnu/faketime/libfaketime.so.1"
 FILE = "/tmp/wallClock"
-# Sanitizers must be the first library of a program, and so must this one.
+# libfaketime and a sanitizer must both be the first library of a program.
 CAN_BE_SET = os.path.exists(LIBRARY) and "SNMPSUBAGENT_SANITIZED" not in os.environ
 
 
@@ -19,6 +19,6 @@ def environment():
 
 
 def set_to(offset_s):
-    """So many seconds ahead of the true one; behind it when negative."""
+    """Sets the clock this many seconds ahead of the real one, or behind it if negative."""
     machine.write_file(FILE + ".new", f"{offset_s:+d}\n")
     os.rename(FILE + ".new", FILE)

@@ -39,7 +39,7 @@ $DB = ['TYPE' => 'POSTGRESQL', 'SERVER' => '{HOME}', 'PORT' => '0', 'DATABASE' =
 
 
 def missing():
-    """The programs that are not installed."""
+    """Returns the programs that are not installed."""
     return [path for path in PROGRAMS if not os.path.exists(path)]
 
 
@@ -61,7 +61,7 @@ class Zabbix:
         self.spawn("zabbix_server", "--foreground", "--config", f"{HOME}/server.conf")
         machine.write_file("/etc/zabbix/zabbix.conf.php", FRONTEND_CONF)
         self.spawn("php", "-S", API, "-t", FRONTEND)
-        waiting.wait_until(self.log_in, "Zabbix answers", 60)
+        waiting.wait_until(self.log_in, "Zabbix responds", 60)
         return self
 
     def spawn(self, *command):
@@ -76,7 +76,7 @@ class Zabbix:
         self.spawn(*as_postgres(f"{POSTGRES}/postgres", "-D", data, "-k", HOME, *options))
         psql = ["psql", "-q", "-v", "ON_ERROR_STOP=1", "-h", HOME, "-U", "postgres"]
         waiting.wait_until(lambda: subprocess.run([*psql, "-c", "select 1"], capture_output=True).returncode == 0,
-                           "the database answers")
+                           "the database responds")
         for name in ("schema", "images", "data"):
             with gzip.open(f"{SCHEMA}/{name}.sql.gz") as script:
                 subprocess.run(psql, input=script.read(), stdout=subprocess.DEVNULL, check=True)
@@ -91,13 +91,13 @@ class Zabbix:
     def call(self, method, *plain, **parameters):
         request = {"jsonrpc": "2.0", "id": 1, "auth": self.token, "method": method,
                    "params": plain[0] if plain else parameters}
-        question = urllib.request.Request(f"http://{API}/api_jsonrpc.php", json.dumps(request).encode(),
+        http_request = urllib.request.Request(f"http://{API}/api_jsonrpc.php", json.dumps(request).encode(),
                                           {"Content-Type": "application/json-rpc"})
-        with urllib.request.urlopen(question, timeout=300 * waiting.PATIENCE) as file:
-            answer = json.load(file)
-        if "error" in answer:
-            raise AssertionError(f"{method}: {answer['error']}")
-        return answer["result"]
+        with urllib.request.urlopen(http_request, timeout=300 * waiting.PATIENCE) as file:
+            response = json.load(file)
+        if "error" in response:
+            raise AssertionError(f"{method}: {response['error']}")
+        return response["result"]
 
     def close(self):
         for process in reversed(self.processes):

@@ -6,7 +6,7 @@ namespace {
 
 constexpr int kOperators[] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9};
 
-/** The operators with which a value passes a filter. */
+/** Returns the operators with which a value matches a filter. */
 std::string PassingOperators(const BASEApiAttribute& attribute, const std::string& text,
                              const std::string& filter) {
     std::string passing;

@@ -21,7 +21,7 @@ TEST(AttributeMap, DoesWhatAnOrderedMapDoes) {
     const auto pick = [&](int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); };
     ATTRIBUTEMap map;
     Model model;
-    size_t position = 0;  // of the entry found last: seldom right, and never wrong
+    size_t position = 0;  // of the last entry found; only a hint
     for (int step = 0; step < 20000; ++step) {
         const std::string name(static_cast<size_t>(pick(3)), static_cast<char>(pick(256)));
         const std::string text(static_cast<size_t>(pick(100) == 0 ? 3000 : pick(40)),
@@ -54,7 +54,7 @@ TEST(AttributeMap, DoesWhatAnOrderedMapDoes) {
         }
     }
     ASSERT_EQ(map.Size(), model.size());
-    // The order is that of the model, too.
+    // The order is also that of the model.
     auto expected = model.begin();
     for (const auto& [name, text] : map)
         EXPECT_EQ(name, (expected++)->first);

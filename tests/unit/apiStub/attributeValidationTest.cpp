@@ -5,8 +5,7 @@
 
 namespace {
 
-/** A value, and what is said of it: the code, the message behind the attribute's name, the parameters behind
- * the name. */
+/** A value and its error: the code, the message after the attribute's name, the parameters after the name. */
 struct Refusal {
     std::string text;
     int code;
@@ -51,7 +50,7 @@ TEST(AttributeValidation, Numbers) {
                {"", 10761, {"Load", "1"}, "0.000000" + kAtLeast + "1"}});
     ExpectAll(DOUBLEApiAttribute("Rate", 20, false, -1, 2, ""), {"2", "-7"},
               {{"2.01", 10762, {"Rate", "2"}, "2.010000" + kAtMost + "2"}});
-    // The first bad one of a list.
+    // The first invalid item of a list.
     ExpectAll(INTARRAYApiAttribute("Luns", 20, false, 0, 128, ""), {"", "0 128 5"},
               {{"5 129 -1", 10760, {"Luns", "0", "128"}, "129" + kFrom0To128}});
     ExpectAll(INTARRAYApiAttribute("Luns", 20, false, 1, -1, ""), {},
@@ -69,7 +68,7 @@ TEST(AttributeValidation, Strings) {
                {"abcde", 10764, {"Name", "4"}, "\"abcde\" [5" + long_end},
                // Four letters, five bytes.
                {"abc\xc3\xa4", 10764, {"Name", "4"}, "\"abc\xc3\xa4\" [5" + long_end},
-               // Length comes before characters.
+               // The length is checked before the characters.
                {"<", 10763, {"Name", "2"}, "\"<\" [1" + short_end},
                {"a<b", 10011, {"Name"}, "\"a<b\", but cannot contain these characters: &<"}});
     const std::string long_text(300, 'x');

@@ -23,7 +23,7 @@ std::string NamesOf(const ATTRIBUTEList& list) {
     return names;
 }
 
-// Begins before everything that a first use makes, and so ends after it.
+// Constructed before everything that is created on first use, so it is destroyed after that.
 struct LastReader {
     ~LastReader() {
         if (!expected.empty() && NamesOf(APITsController::Attributes()) != expected)
@@ -71,7 +71,7 @@ TEST(Catalogue, StoresTheDescriptionOfAnEnumerationsRow) {
     APITsDisk disk;
     disk.SetIoPortType(8);
     EXPECT_EQ(disk.GetIoPortType(), "Sas");
-    disk.SetIoPortType(3);  // an id between two rows
+    disk.SetIoPortType(3);  // an ID between two rows
     EXPECT_TRUE(disk.HasAttribute("IoPortType"));
     EXPECT_EQ(disk.GetIoPortType(), "");
     disk.SetUnassignedReason(0);
@@ -81,7 +81,7 @@ TEST(Catalogue, StoresTheDescriptionOfAnEnumerationsRow) {
     modify.SetConfigureVia(2);
     EXPECT_EQ(modify.GetConfigureVia(), "DHCP");
 
-    // Without a table the description itself is given.
+    // Without a table, the description itself is returned.
     APIHistoricalFilter filter;
     filter.SetFilterTime("LastDay");
     EXPECT_EQ(filter.GetAttribute("FilterTime"), "LastDay");
@@ -120,7 +120,7 @@ TEST(Catalogue, KnowsWhichCallsChangeTheArray) {
     EXPECT_FALSE(disk.IsMethodChangingState("TsDisk", "Get"));
     EXPECT_FALSE(disk.IsMethodChangingState("TsDisk", "NoSuchCommand"));
     EXPECT_TRUE(disk.IsMethodChangingState("Tessera", "GetLatestIoUsage"));
-    // Associations stand in no factory.
+    // The factories do not contain associations.
     EXPECT_FALSE(disk.IsMethodChangingState("TsDisk", "Enclosure"));
 }
 

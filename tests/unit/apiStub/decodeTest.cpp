@@ -22,7 +22,7 @@ Return Decode(const std::string& document) {
     return Return(sample::DiskGetList().DecodeResponse(ResponseWith(document)));
 }
 
-/** The answer to a successful call with that behind its status. */
+/** Returns the response to a successful call, with this after its status. */
 Return DecodeResult(const std::string& result) {
     return Decode("<lumapi><ApiMethodReturn><Successful>1</Successful></ApiMethodReturn>" + result +
                   "</lumapi>");
@@ -36,7 +36,7 @@ std::unique_ptr<Kind> As(Return answer) {
     return std::unique_ptr<Kind>(kind);
 }
 
-/** "null", "ok", or what went wrong: state|error|localised|detail. */
+/** Returns "null", "ok", or the error: state|error|localised|detail. */
 std::string Describe(const Return& answer) {
     if (!answer)
         return "null";
@@ -146,7 +146,7 @@ TEST(Decode, ReadsPlainResults) {
 }
 
 TEST(Decode, TakesTheFirstResultOfItsOwnOrder) {
-    // In the document they stand the other way round.
+    // In the document, the order is reversed.
     const char* const order[] = {"ReturnBool",
                                  "ReturnInt",
                                  "ReturnString",
@@ -160,7 +160,7 @@ TEST(Decode, TakesTheFirstResultOfItsOwnOrder) {
     for (auto tag = std::rbegin(order); tag != std::rend(order); ++tag) {
         document += "<" + std::string(*tag) + "/>";
         const Return answer = DecodeResult(document);
-        // What it is: written again, the result begins with the tag; an empty single object writes nothing.
+        // The type of the result: encoded again, it begins with the tag. An empty object yields nothing.
         const std::string written = answer->ReturnXml(1);
         EXPECT_TRUE(written.empty() || written.starts_with("<" + std::string(*tag)))
             << *tag << " " << written;

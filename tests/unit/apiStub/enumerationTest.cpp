@@ -15,13 +15,12 @@ TEST(Enumerations, AreSearchedInRowOrder) {
     EXPECT_EQ(states.DescriptionOf(8), "IllegalSessionKey");
     EXPECT_EQ(states.DescriptionOf(16), "");
     EXPECT_EQ(ENUMTable().FindDescription(""), nullptr);
-    // The common layer knows the number alone.
+    // The common layer has only the number.
     const APIMethodError error(TSResponseStatus{}, "file", 1);
     EXPECT_EQ(states.DescriptionOf(error.GetErrorState()), "TesseraError");
 }
 
-// Tables are used by the constructors of static objects: an initialiser that runs before main would come too
-// late.
+// Constructors of static objects use the tables, so these must be initialised at compile time.
 const std::string_view kBeforeMain = E::gStatusEnumIdStrList[0].Description;
 
 TEST(Enumerations, AreThereBeforeMain) {

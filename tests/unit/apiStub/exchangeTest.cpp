@@ -12,7 +12,7 @@
 
 namespace {
 
-/** Where the API manager listens in this program: each test is a process of its own. */
+/** The socket of the API manager in this program; each test runs in a separate process. */
 const WireLinkEndpoint& Endpoint() {
     static const TemporaryFolder folder;
     static const WireLinkEndpoint endpoint =
@@ -22,7 +22,7 @@ const WireLinkEndpoint& Endpoint() {
 
 }  // namespace
 
-// In place of the fixed paths.
+// Replaces the fixed paths.
 const WireLinkEndpoint& GENERALUtils::GetEndpoint(int index) {
     EXPECT_EQ(index, ENDPOINT_APIMGR);
     return Endpoint();

@@ -4,7 +4,7 @@
 
 namespace {
 
-// The items, a line each, behind the join: "1: A 2 x; B 8 y".
+// Formats the join and the items: "1: A 2 x; B 8 y".
 std::string Describe(const FILTERList* list) {
     if (list == nullptr) {
         return "null";

@@ -10,7 +10,7 @@
 
 namespace {
 
-// A program with a locale in which a comma is the decimal sign and no hour is AM or PM.
+// Uses a locale with a decimal comma and without AM and PM.
 TEST(Locale, OfTheProgramDoesNotReachWhatTheArrayWrites) {
     const TemporaryFolder folder;
     const std::string name = "de_DE.UTF-8";

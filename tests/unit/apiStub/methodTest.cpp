@@ -10,7 +10,7 @@ namespace {
 
 using Arguments = std::map<std::string, std::string>;
 
-/** State, code and summary of what is thrown; "nothing" when nothing is. */
+/** Returns state, code and summary of the exception, or "nothing". */
 std::string ErrorOf(const std::function<void()>& call) {
     try {
         call();
@@ -33,7 +33,7 @@ TEST(Method, NamesTheFirstMissingArgument) {
     EXPECT_EQ(MissingIn(sample::DiskModify(Arguments{{"instanceid", "1"}, {"Name", "a"}})),
               "25 10009 Required attribute InstanceId not set");
 
-    // Filters may be absent.
+    // Filters are optional.
     EXPECT_EQ(MissingIn(sample::DiskGetList()), "nothing");
 
     EXPECT_EQ(MissingIn(sample::DiskEnclosure()),

@@ -29,7 +29,7 @@ TEST(Object, SetAttributeIgnoresWhatItShould) {
     EXPECT_EQ(text, "");
 }
 
-/** A disk with everything in its texts that a document has to escape. */
+/** Returns a disk whose values contain everything that a document must escape. */
 std::unique_ptr<sample::Disk> DifficultDisk() {
     auto disk = std::make_unique<sample::Disk>();
     disk->SetIndex(17);
@@ -88,7 +88,7 @@ TEST(MethodObject, ComesBackFromItsElement) {
               "<HistoricalFilter><FilterTime>a &amp; &quot;b&quot; &gt; &apos;c&apos;</FilterTime>"
               "<MaxCountReturn>10</MaxCountReturn></HistoricalFilter>");
 
-    // With its markup escaped once more, as the value of an attribute may be.
+    // With its markup escaped again, like the value of an attribute.
     for (const std::string& text : {filter.ToXml(true), EscapeXml(filter.ToXml(true), true)}) {
         sample::HistoricalFilter copy;
         copy.FromXmlText(text);

@@ -103,7 +103,7 @@ TEST(Return, OneObject) {
     EXPECT_EQ(answer.GetObject(), first);
     EXPECT_TRUE(answer.AddObject(NewDisk(2, "b"), true));
     EXPECT_EQ(sample::Disk::alive, 2);
-    EXPECT_TRUE(answer.AddObject(answer.GetObject(), true));  // stays alive
+    EXPECT_TRUE(answer.AddObject(answer.GetObject(), true));  // must not be deleted
     EXPECT_EQ(answer.ReturnXml(1), "<ReturnObject>" + XmlOfDisk("2", "b") + "</ReturnObject>");
     EXPECT_EQ(answer.ReturnXml(2),
               "<ReturnObject><Header>ChildStatus,Index,Name,ObjectType,Status</Header>"
@@ -143,7 +143,7 @@ TEST(Return, ListOfObjects) {
     EXPECT_EQ(sample::Disk::alive, 1);
 }
 
-/** The indexes of four disks that a filter lets through. */
+/** Returns the indexes of those of four disks that match a filter. */
 std::string Passing(const std::string& filter) {
     auto* method = new sample::DiskGetList;
     method->SetAttribute("Filter", filter);
@@ -158,7 +158,7 @@ std::string Passing(const std::string& filter) {
     }
     if (xml.find("<TsDisk><Status>") != std::string::npos)
         passing += "-";
-    // The other form holds the same ones.
+    // The other encoding contains the same objects.
     const std::string csv = answer.ReturnXml(2);
     EXPECT_EQ(std::count(csv.begin(), csv.end(), ':'), static_cast<std::ptrdiff_t>(passing.size())) << filter;
     return passing;
@@ -177,7 +177,7 @@ TEST(Return, AListIsWrittenThroughItsFilter) {
     for (const auto& [filter, passing] : filters)
         EXPECT_EQ(Passing(filter), passing) << filter;
 
-    // All kept out is not the same as none there.
+    // Excluding all objects differs from an empty list.
     auto* method = new sample::DiskGetList;
     method->SetAttribute("Filter", "and Index = 7-");
     COMPObjectMethodReturn answer(true, method);
@@ -185,7 +185,7 @@ TEST(Return, AListIsWrittenThroughItsFilter) {
     EXPECT_EQ(answer.ReturnXml(1), "<ReturnObjectArray></ReturnObjectArray>");
     EXPECT_EQ(answer.ReturnXml(2), "<ReturnObjectArray><Header></Header><Data></Data></ReturnObjectArray>");
 
-    // Another kind of call has no filter, whatever its attributes are.
+    // Other calls have no filter, whatever their attributes are.
     auto* modify = new sample::DiskModify;
     modify->SetAttribute("Filter", "and Index = 7-");
     COMPObjectMethodReturn unfiltered(true, modify);

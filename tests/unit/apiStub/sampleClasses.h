@@ -29,12 +29,12 @@ class Disk : public TSStatusBaseApiObject {
     void SetName(const std::string& value) { SetTyped(*this, NameAttribute(), value); }
     std::string GetName() const { return GetTyped(*this, NameAttribute()); }
 
-    /** How many there are at the moment. */
+    /** The current number of instances. */
     static int alive;
     ~Disk() override { --alive; }
 };
 
-/** The object whose values are markup already. */
+/** The object whose values are already markup. */
 class AsyncTask : public BASEApiObject {
   public:
     AsyncTask() : BASEApiObject("asynctask") {}

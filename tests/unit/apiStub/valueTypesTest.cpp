@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr uint64_t kGreatest = UINT64_MAX;
+constexpr uint64_t kMaximum = UINT64_MAX;
 
 class DateTime : public testing::Test {
   protected:
@@ -55,19 +55,11 @@ TEST_F(DateTime, PartsOfTheLocalTime) {
 
 TEST(Size, FromText) {
     const std::pair<const char*, uint64_t> kCases[] = {
-        {"", 0},
-        {"2048", 2048},
-        {"18446744073709551615", kGreatest},
-        {"-5", 0},
-        {"12.9", 12},
-        {"1 GB", 2097152},
-        {"  1.5 kB ", 3},
-        {"1 p", 2199023255552},
-        {"-1 GB", 0},
-        {"1 XB", 1},
-        {"-42 blocks", 0},
-        {"1e300 GB", kGreatest / 512},
-        {"inf", kGreatest},
+        {"", 0},           {"2048", 2048},         {"18446744073709551615", kMaximum},
+        {"-5", 0},         {"12.9", 12},           {"1 GB", 2097152},
+        {"  1.5 kB ", 3},  {"1 p", 2199023255552}, {"-1 GB", 0},
+        {"1 XB", 1},       {"-42 blocks", 0},      {"1e300 GB", kMaximum / 512},
+        {"inf", kMaximum},
     };
     for (const auto& [text, count] : kCases) {
         EXPECT_EQ(SIZEValue::FromText(text).count, count) << text;
@@ -126,7 +118,7 @@ TEST(Temperature, TruncatesTowardsZero) {
         EXPECT_EQ(TEMPERATUREValue(celsius).GetFahrenheit(), fahrenheit);
         EXPECT_EQ(TEMPERATUREValue(celsius).ToText(), text);
     }
-    // 78 F are 25.6 C, but the text is what 26 C is written as.
+    // 78 F are 25.6 C, but this is the string for 26 C.
     EXPECT_EQ(TEMPERATUREValue::FromText("26 C/78 F").GetCelsius(), 26);
     EXPECT_EQ(TEMPERATUREValue::FromText("26 C/77 F").GetCelsius(), 0);
 }

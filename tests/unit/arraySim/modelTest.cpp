@@ -26,7 +26,7 @@ std::map<uint32_t, size_t> CountByParent(const Model& model, const Kind& kind) {
     return counts;
 }
 
-/** The daemon drops a child whose parent does not exist. */
+/** The daemon would discard a child without a parent. */
 TEST(Presets, FullFillsEveryTableAndEveryChildHasItsParent) {
     const Model model = Build("full");
     for (const ObjectList& list : model.catalogue().lists()) {
@@ -44,7 +44,7 @@ TEST(Presets, FullFillsEveryTableAndEveryChildHasItsParent) {
     }
 }
 
-TEST(Presets, DependOnTheSeedAloneAndHaveUniqueIndexes) {
+TEST(Presets, DependOnlyOnTheSeedAndHaveUniqueIndexes) {
     EXPECT_TRUE(Build("typical", 5) == Build("typical", 5));
     EXPECT_FALSE(Build("typical", 5) == Build("typical", 6));
     for (const char* preset : {"small", "typical", "full"}) {
@@ -55,14 +55,14 @@ TEST(Presets, DependOnTheSeedAloneAndHaveUniqueIndexes) {
                 EXPECT_TRUE(seen.insert(object.index).second) << list.name << " " << object.index;
             }
         }
-        // Gaps, so that an index is not mistaken for a row.
+        // Indexes must differ from row numbers, so that confusing them causes failures.
         const Selection disks = *model.catalogue().Find("TsDisk");
         EXPECT_NE(model.Objects(*disks.list).front().index, 1u);
         EXPECT_GT(model.Objects(*disks.list).back().index, model.Count(disks) + 1);
     }
 }
 
-TEST(Presets, AFullAlertTableLosesItsOldest) {
+TEST(Presets, AFullAlertTableLosesItsOldestAlert) {
     Model model = Build("full");
     const Kind& kind = model.catalogue().KindOf("TsAlert");
     const Object& front = model.Objects(*kind.list).front();
@@ -72,7 +72,7 @@ TEST(Presets, AFullAlertTableLosesItsOldest) {
     EXPECT_EQ(model.Find(*model.catalogue().Find("TsAlert"), oldest), nullptr);
 }
 
-TEST(Catalogue, MistakesNameTheirLine) {
+TEST(Catalogue, ReportsErrorsWithTheirLine) {
     const std::pair<const char*, const char*> rows[] = {
         {"object TsUps\n  Index 1\n  Index 2", "objects.def:3: duplicate attribute 'Index'"},
         {"# head\nobject TsMoon", "objects.def:2: the daemon has no table of 'TsMoon'"},
@@ -88,7 +88,7 @@ TEST(Catalogue, MistakesNameTheirLine) {
     }
 }
 
-TEST(ModelFile, ComesBackOrIsRejectedWithAReason) {
+TEST(ModelFile, IsReadUnchangedOrRejectedWithAReason) {
     Model model = Build("typical");
     Object& disk = *model.Find(*model.catalogue().Find("TsDisk"), 12);
     disk.Put("Notes", "");

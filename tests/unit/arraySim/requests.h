@@ -6,7 +6,7 @@
 
 #include "apiMgmt/proto/apiMgrMsg.pb.h"
 
-/** Requests as the daemon writes them. */
+/** Requests in the format of the daemon. */
 
 inline constexpr const char* kTestKey = "test+key";
 

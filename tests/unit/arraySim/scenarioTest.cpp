@@ -14,10 +14,10 @@ using testing::ElementsAre;
 
 namespace {
 
-/** Time that jumps: sleeping sets it, and an exchange that is waited for happens at once. */
-class JumpingPace : public ScenarioPace {
+/** A clock that jumps to the end of each sleep. An expected exchange happens immediately. */
+class SimulatedClock : public ScenarioClock {
   public:
-    explicit JumpingPace(Simulator& simulator) : simulator_(simulator) {}
+    explicit SimulatedClock(Simulator& simulator) : simulator_(simulator) {}
 
     int64_t Now_ms() override { return now_ms_; }
 
@@ -27,7 +27,7 @@ class JumpingPace : public ScenarioPace {
     }
 
     bool WaitForExchange(const std::string& command, const std::string& object, size_t seen) override {
-        now_ms_ += 700;  // a refresh comes when it comes
+        now_ms_ += 700;  // waiting takes time that the scenario does not define
         waits.push_back(command + " " + object);
         if (command == "Ping") {
             simulator_.Handle(PingMessage());
@@ -48,7 +48,7 @@ class JumpingPace : public ScenarioPace {
 class Scenarios : public testing::Test {
   protected:
     std::optional<size_t> Run(const Scenario& scenario) {
-        ScenarioRunner runner(scenario, simulator_, pace_,
+        ScenarioRunner runner(scenario, simulator_, clock_,
                               [this](const std::string& line) { lines_.push_back(line); });
         return runner.Run();
     }
@@ -59,11 +59,11 @@ class Scenarios : public testing::Test {
 
     Simulator simulator_{
         BuildPreset(Catalogue::Builtin(), *FindPreset("typical"), 1, 64702), {kTestKey}, Spelling::kApi};
-    JumpingPace pace_{simulator_};
+    SimulatedClock clock_{simulator_};
     std::vector<std::string> lines_;
 };
 
-TEST_F(Scenarios, StepsRunAtTheirTimesAndFailedOnesAreNamed) {
+TEST_F(Scenarios, RunStepsAtTheirTimesAndReportFailedOnes) {
     EXPECT_EQ(Run("# comment\n"
                   "say begin\n"
                   "\n"
@@ -81,22 +81,22 @@ TEST_F(Scenarios, StepsRunAtTheirTimesAndFailedOnesAreNamed) {
                             "   2.250 s  wait for GetList TsDisk", "   3.950 s  after 1s wait for Ping",
                             "  60.000 s  at 1m recover TsDisk 12",
                             "  60.500 s  after 500ms get TsDisk 12 Status", "Up\n"));
-    EXPECT_THAT(pace_.waits, ElementsAre("GetList TsDisk", "Ping -"));
+    EXPECT_THAT(clock_.waits, ElementsAre("GetList TsDisk", "Ping -"));
 }
 
-TEST_F(Scenarios, ExitEarlyWhenTheyAreStopped) {
-    pace_.end_ms = 5000;
+TEST_F(Scenarios, ExitEarlyIfStopped) {
+    clock_.end_ms = 5000;
     EXPECT_EQ(Run("at 4s set TsDisk 12 Name early\nat 6s set TsDisk 12 Name late\n"), std::nullopt);
     EXPECT_TRUE(simulator_.Execute("expect TsDisk 12 Name early").good);
-    ClockPace pace(simulator_);
-    std::thread sleeper([&] { EXPECT_FALSE(pace.SleepUntil(3600000)); });
-    std::thread waiter([&] { EXPECT_FALSE(pace.WaitForExchange("GetList", "TsDisk", 0)); });
-    pace.Stop();
+    RealTimeClock clock(simulator_);
+    std::thread sleeper([&] { EXPECT_FALSE(clock.SleepUntil(3600000)); });
+    std::thread waiter([&] { EXPECT_FALSE(clock.WaitForExchange("GetList", "TsDisk", 0)); });
+    clock.Stop();
     sleeper.join();
     waiter.join();
 }
 
-TEST(ScenarioText, MistakesNameFileAndLine) {
+TEST(ParseScenario, ReportsErrorsWithFileAndLine) {
     const std::pair<const char*, const char*> rows[] = {
         {"say a\n\nexplode", "file:3: unknown command 'explode'; `help` prints all"},
         {"at 5s", "file:1: expected: at TIME COMMAND"},
@@ -114,12 +114,11 @@ TEST(ScenarioText, MistakesNameFileAndLine) {
     EXPECT_THROW(ReadScenarioFile(Catalogue::Builtin(), "/nonexistent"), ScenarioError);
 }
 
-/** The scenario of the demonstration meets its own expectations. */
 TEST_F(Scenarios, TheDemonstrationMeetsItsExpectations) {
     const Scenario scenario =
         ReadScenarioFile(Catalogue::Builtin(), SOURCE_FOLDER "/arraySim/scenario/diskFailure.scenario");
     EXPECT_EQ(Run(scenario), 0u) << testing::PrintToString(lines_);
-    EXPECT_THAT(pace_.waits, ElementsAre("GetList TsDisk", "GetList TsEnclosureCoolingFanSensor"));
+    EXPECT_THAT(clock_.waits, ElementsAre("GetList TsDisk", "GetList TsEnclosureCoolingFanSensor"));
 }
 
 }  // namespace

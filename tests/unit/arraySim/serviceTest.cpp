@@ -80,7 +80,7 @@ class Services : public testing::Test {
 
 // ---- faults ----
 
-TEST_F(Services, FaultsOfTheFrameAreErrorsOfTheChannelAndTheNextExchangeIsGood) {
+TEST_F(Services, FaultsOfTheFrameCauseChannelErrorsAndTheNextExchangeSucceeds) {
     const std::pair<const char*, const char*> rows[] = {
         {"refuse", ""},  // the channel's error depends on the timing
         {"tear 2", "the peer closed within the header of a frame"},
@@ -126,7 +126,7 @@ TEST_F(Services, FaultsOfTheDocument) {
             EXPECT_THAT(document, testing::AllOf(HasSubstr(present), Not(HasSubstr(absent)))) << fault;
         }
     }
-    Command("fault huge-text Name 3000000 for 1");  // in the first object alone
+    Command("fault huge-text Name 3000000 for 1");  // in the first object only
     EXPECT_EQ(Document("TsDisk").size() / 100'000, 30U);
     Command("fault too-many 5 for 1");
     const std::string fans = Document("TsControllerFanSensor");
@@ -137,7 +137,7 @@ TEST_F(Services, FaultsOfTheDocument) {
     EXPECT_EQ(count, 17U);
 }
 
-TEST_F(Services, FaultsOfTheEnvelopeStrikeWhatTheyAreLimitedTo) {
+TEST_F(Services, FaultsOfTheEnvelopeAffectOnlyWhatTheyAreLimitedTo) {
     Command("fault wrong-type for 1");
     EXPECT_EQ(GetList("TsDisk").msgtype(), protoIPCMsg::CAResp);
     Command("fault no-response for 1");
@@ -172,7 +172,7 @@ TEST_F(Services, StopListeningRemovesTheSocketUntilCleared) {
 
 // ---- connections ----
 
-TEST_F(Services, RequestsAndCommandsMixFreely) {
+TEST_F(Services, HandleRequestsAndCommandsConcurrently) {
     constexpr unsigned kRounds = 40;
     std::atomic<unsigned> good = 0;
     std::vector<std::thread> threads;
@@ -204,7 +204,7 @@ TEST_F(Services, RequestsAndCommandsMixFreely) {
     EXPECT_EQ(served_.size(), 4 * kRounds);
 }
 
-TEST_F(Services, AResponseThatHangsOrIsLateDelaysNobodyElse) {
+TEST_F(Services, AResponseThatHangsOrIsLateDelaysNoOther) {
     Command("fault hang on TsDisk for 1");
     Command("fault delay 3600000 on TsVolume for 1");
     WireLinkClient hanging(endpoint_), late(endpoint_);
@@ -221,7 +221,7 @@ TEST_F(Services, AResponseThatHangsOrIsLateDelaysNobodyElse) {
     EXPECT_NE(access(folder_.Path("api").c_str(), F_OK), 0);
 }
 
-TEST_F(Services, TheTraceHasALineForEachExchange) {
+TEST_F(Services, TheTraceHasOneLinePerExchange) {
     Command("fault tear 10 on TsVolume for 1");
     GetList("TsDisk", 5);
     EXPECT_THROW(GetList("TsVolume", 6), WireLinkError);
@@ -282,27 +282,27 @@ TEST_F(Controls, AFileThatIsNotASocketIsLeftAlone) {
 
 // ---- events ----
 
-/** A listener of the daemon that a test opens and closes, and a sender that retries immediately. */
+/** A daemon's socket that a test opens and closes, and a sender that retries immediately. */
 class Sending : public testing::Test {
   protected:
     void Start(EventSender::Limits limits) {
         limits.retry = std::chrono::milliseconds(1);
         sender_.emplace(
             folder_.Path("daemon"), limits,
-            [this](const SentEvent& event) { Note(event.text + " " + event.outcome); },
-            [this](const std::string& /*text*/) { Note("complaint"); });
+            [this](const SentEvent& event) { Record(event.text + " " + event.outcome); },
+            [this](const std::string& /*text*/) { Record("complaint"); });
         sender_->Start();
     }
 
-    void Note(const std::string& note) {
+    void Record(const std::string& note) {
         const std::lock_guard<std::mutex> guard(mutex_);
         ++notes_[note];
-        noted_.notify_all();
+        recorded_.notify_all();
     }
 
     void WaitFor(const std::string& note) {
         std::unique_lock<std::mutex> lock(mutex_);
-        noted_.wait(lock, [&] { return notes_.contains(note); });
+        recorded_.wait(lock, [&] { return notes_.contains(note); });
     }
 
     /** Returns the events of one connection. */
@@ -319,13 +319,13 @@ class Sending : public testing::Test {
     TemporaryFolder folder_;
     WireLinkEndpoint endpoint_ = WireLinkEndpoint::CreateLocalEndpoint(folder_.Path("daemon"), 60, 65536);
     std::mutex mutex_;
-    std::condition_variable noted_;
+    std::condition_variable recorded_;
     std::map<std::string, int> notes_;  // how often
     std::optional<EventSender> sender_;
 };
 
-TEST_F(Sending, EventsWaitInOrderForADaemonThatIsAway) {
-    Start({.waiting = 3, .farewell = std::chrono::hours(1)});
+TEST_F(Sending, EventsWaitInOrderForAnAbsentDaemon) {
+    Start({.waiting = 3, .stop_timeout = std::chrono::hours(1)});
     for (const char* text : {"one", "two", "three", "beyond the limit"}) {
         sender_->Push(text);
     }
@@ -334,7 +334,7 @@ TEST_F(Sending, EventsWaitInOrderForADaemonThatIsAway) {
     EXPECT_EQ(sender_->Describe(), "events delivered 0, dropped 1, waiting 3\n");
     WireLinkServer daemon(endpoint_);
     EXPECT_THAT(Take(daemon), ElementsAre("one", "two", "three"));
-    // The connection is closed when the queue is empty, so that another sender has its turn.
+    // The connection is closed when the queue is empty, so that another sender can connect.
     sender_->Push("four");
     EXPECT_THAT(Take(daemon), ElementsAre("four"));
     sender_->Push("five");
@@ -343,15 +343,15 @@ TEST_F(Sending, EventsWaitInOrderForADaemonThatIsAway) {
     EXPECT_EQ(notes_["complaint"], 1) << "once, although it has retried many times";
 }
 
-TEST_F(Sending, WhatTheDaemonDoesNotReadIsDroppedAndDelaysNeitherChangesNorShutdown) {
-    Start({.patience = std::chrono::milliseconds(0)});
+TEST_F(Sending, UnreadEventsAreDroppedAndDelayNeitherChangesNorShutdown) {
+    Start({.timeout = std::chrono::milliseconds(0)});
     sender_->Push("one");
     WaitFor("one dropped");
 
     WireLinkServer daemon(endpoint_);
-    Start({.waiting = 100000, .farewell = std::chrono::milliseconds(1)});
+    Start({.waiting = 100000, .stop_timeout = std::chrono::milliseconds(1)});
     const std::string text(400, 'x');
-    for (int i = 0; i < 5000; ++i) {  // more than a socket holds
+    for (int i = 0; i < 5000; ++i) {  // more than fits in the socket
         sender_->Push(text);
     }
     sender_->Stop();

@@ -32,7 +32,7 @@ std::string Between(const std::string& text, const std::string& begin, const std
                                      : text.substr(from + begin.size(), text.find(end) - from - begin.size());
 }
 
-/** Elements as "NAME:TEXT", separated by spaces. */
+/** Formats elements as "NAME:TEXT", separated by spaces. */
 std::string Compact(const std::string& elements) {
     std::string compact;
     for (size_t at = 0; at < elements.size(); ++at) {
@@ -49,7 +49,7 @@ std::string Compact(const std::string& elements) {
     return compact;
 }
 
-/** "ok" with the elements behind the status, or "CODE: ERROR" with the detail in parentheses. */
+/** Returns "ok" or the elements after the status; for a failure, "CODE: ERROR" (and a detail). */
 std::string Summary(const std::string& document, bool shows_result) {
     if (document.find("<Successful>True<") != std::string::npos) {
         return shows_result ? Compact(Between(document, "</ApiMethodReturn>", "</lumapi>")) : "ok";
@@ -71,7 +71,7 @@ class ChannelToSimulator : public APIChannel {
     Simulator& simulator_;
 };
 
-/** A simulator that is driven by lines of text. */
+/** A simulator that is controlled by lines of text. */
 class Script : public testing::Test {
   protected:
     Script() { Use(BuildPreset(Catalogue::Builtin(), *FindPreset("small"), 1, 64702)); }
@@ -82,8 +82,8 @@ class Script : public testing::Test {
                               .describe_events = [] { return std::string("counts of the sender\n"); }});
     }
 
-    /** Carries out lines "INPUT => OUTPUT"; without "=> OUTPUT" there must be none. An indented line
-       continues the one before. The output of several lines is joined by " | ". */
+    /** Executes lines "INPUT => OUTPUT"; without "=> OUTPUT" there must be none. An indented line continues
+       the previous one. Output lines are joined by " | ". */
     void Play(const std::string& script) {
         std::vector<std::string> lines;
         std::istringstream all(script);
@@ -101,11 +101,11 @@ class Script : public testing::Test {
         }
     }
 
-    /** Carries out an input and returns its output:
-          call OBJECT COMMAND [NAME=VALUE; ...]   "ok" or the error of a call of the API
-          read OBJECT COMMAND [NAME=VALUE; ...]   its result or the error
-          related OBJECT RELATION ID              the ids of the related objects, or the error
-        Everything else is a command of the simulator; "? " marks its error. The numbers of events follow. */
+    /** Executes an input and returns its output:
+          call OBJECT COMMAND [NAME=VALUE; ...]   "ok" or the error of an API call
+          read OBJECT COMMAND [NAME=VALUE; ...]   the result or error of an API call
+          related OBJECT RELATION ID              the IDs of the related objects, or the error
+        Anything else is a command of the simulator; "? " precedes its error. The numbers of events follow. */
     std::string Run(const std::string& input) {
         events_.clear();
         std::istringstream words(input);
@@ -114,7 +114,7 @@ class Script : public testing::Test {
         std::getline(words >> std::ws, rest);
         std::string output;
         if (verb == "call" || verb == "read") {
-            output = Summary(Answer(RequestDocument(object, name, Arguments(rest))), verb == "read");
+            output = Summary(Respond(RequestDocument(object, name, Arguments(rest))), verb == "read");
         } else if (verb == "related") {
             output = Related(object, name, rest);
         } else {
@@ -133,7 +133,7 @@ class Script : public testing::Test {
         return output;
     }
 
-    std::string Answer(const std::string& document) {
+    std::string Respond(const std::string& document) {
         return simulator_->Handle(CommandMessage(document)).response.apirespmsg().cmd().respdata();
     }
 
@@ -153,12 +153,13 @@ class Script : public testing::Test {
         call->SetAttribute("InstanceId", id);
         ChannelToSimulator channel(*simulator_);
         call->SetChannel(&channel);
-        const std::unique_ptr<BASEApiMethodReturn> answer(call->ExecuteWithSession(kTestKey, nullptr, ""));
-        if (!answer->GetSuccessful()) {
-            return answer->GetErrorCode() + ": " + answer->GetError();
+        const std::unique_ptr<BASEApiMethodReturn> response(call->ExecuteWithSession(kTestKey, nullptr, ""));
+        if (!response->GetSuccessful()) {
+            return response->GetErrorCode() + ": " + response->GetError();
         }
         std::string ids;
-        for (const BASEApiObject* each : dynamic_cast<const COMPObjectMethodReturn&>(*answer).GetObjects()) {
+        for (const BASEApiObject* each :
+             dynamic_cast<const COMPObjectMethodReturn&>(*response).GetObjects()) {
             ids += each->GetInstanceId() + " ";
         }
         return ids;
@@ -170,7 +171,7 @@ class Script : public testing::Test {
 
 // ---- commands ----
 
-TEST_F(Script, NamesMistakesAndChangesNothing) {
+TEST_F(Script, ReportsErrorsAndChangesNothing) {
     const std::string model = Run("dump");
     Play(R"(
 explode => ? unknown command 'explode'; `help` prints all
@@ -208,7 +209,7 @@ faults
     EXPECT_EQ(Run("dump"), model);
 }
 
-TEST_F(Script, ChangesTheModelWithWhatBelongsToIt) {
+TEST_F(Script, UpdatesDependentObjects) {
     Play(R"(
 set tsDisk 5 name   two  words 
 get TSDISK 5 Name => two words
@@ -249,7 +250,7 @@ clear => 3 faults cleared
 
 // ---- calls ----
 
-TEST_F(Script, AnswersWithTheObjectsOfTheModel) {
+TEST_F(Script, RespondsWithTheObjectsOfTheModel) {
     Use(ReadModel(Catalogue::Builtin(), R"({"serial": 64702, "objects": {
 "TsDisk": [
   {"Index": "5", "Status": "Up", "Name": "01-01", "EnclosureIndex": "3", "Locked": "False",
@@ -283,12 +284,12 @@ read Tessera GetList => ReturnObjectArray: Tessera: Contact:desk Location:Hall &
 )");
     std::string csv = RequestDocument("TsDisk", "GetList", {{"LiteObj", "1"}});
     ReplaceAll(csv, ">xml<", ">csv<");
-    EXPECT_EQ(Summary(Answer(csv), true),
+    EXPECT_EQ(Summary(Respond(csv), true),
               "ReturnObjectArray: Header:EnclosureIndex,Healthy,Index,Name,Status,StatusMessage "
               "Data:3,,5,01-01,Up,:,False,9,a&lt;b&gt;&amp;&apos;&quot;&#x0a;ö,Down,:");
 }
 
-TEST_F(Script, RefusesCallsWithAReasonAndChangesNothing) {
+TEST_F(Script, RejectsCallsWithAReasonAndChangesNothing) {
     const std::string model = Run("dump");
     Play(R"(
 call TsMoon GetList => ObjectNotAvailable: Object 'TsMoon' is not known
@@ -324,13 +325,13 @@ call TsDiskFolder Create DiskList=64702.5 TsDisk a:64702.99 TsDisk b; Tessera=64
     for (const auto& [old_text, new_text, code] : rows) {
         std::string document = good;
         ReplaceAll(document, old_text, new_text);
-        EXPECT_THAT(Summary(Answer(document), false), testing::StartsWith(std::string(code) + ": "))
+        EXPECT_THAT(Summary(Respond(document), false), testing::StartsWith(std::string(code) + ": "))
             << document;
     }
     EXPECT_EQ(Run("dump"), model);
 }
 
-TEST_F(Script, CarriesOutCommandsOfTheApi) {
+TEST_F(Script, ExecutesCommandsOfTheApi) {
     Play(R"(
 call TsDiskConfiguration RequestIndicatorOn InstanceId=64702.3 => ok
 expect TsDiskConfiguration 3 IndicatorOn True
@@ -379,7 +380,7 @@ read TsAlert Acknowledge InstanceId=64702.2
 )");
 }
 
-TEST_F(Script, AllowsWhatThePrivilegeOfTheSessionAllows) {
+TEST_F(Script, EnforcesThePrivilegeOfTheSession) {
     const std::tuple<UserPrivilege, const char*, const char*> rows[] = {
         {USER_PRIVILEGE_REPORTER, "TsVolume Get", "ok"},
         {USER_PRIVILEGE_REPORTER, "TsVolume Recycle", "UserPrivilegeError"},
@@ -428,8 +429,8 @@ void FillIn(BASEApiMethod& call, const std::string& instance_id) {
     }
 }
 
-TEST_F(Script, EveryCommandOfTheCatalogueIsCarriedOutOrRefusedForAReason) {
-    std::set<std::string> refused;
+TEST_F(Script, ExecutesOrRejectsEveryCommandOfTheCatalogue) {
+    std::set<std::string> rejected;
     for (const auto& [key, create] : APIObjectFactory<BASEApiMethod>::Instance().GetCreators()) {
         Use(BuildPreset(Catalogue::Builtin(), *FindPreset("small"), 1, 64702));
         const std::unique_ptr<BASEApiMethod> call(create());
@@ -438,13 +439,13 @@ TEST_F(Script, EveryCommandOfTheCatalogueIsCarriedOutOrRefusedForAReason) {
         FillIn(*call, selection.Name() == "Tessera" ? "64702" : "64702." + list.substr(0, list.find(' ')));
         ChannelToSimulator channel(*simulator_);
         call->SetChannel(&channel);
-        const std::unique_ptr<BASEApiMethodReturn> answer(call->ExecuteWithSession(kTestKey, nullptr, ""));
-        if (answer != nullptr && !answer->GetSuccessful()) {
-            refused.insert(call->GetObjectName() + " " + call->GetCommandName() + " " +
-                           answer->GetErrorCode());
+        const std::unique_ptr<BASEApiMethodReturn> response(call->ExecuteWithSession(kTestKey, nullptr, ""));
+        if (response != nullptr && !response->GetSuccessful()) {
+            rejected.insert(call->GetObjectName() + " " + call->GetCommandName() + " " +
+                            response->GetErrorCode());
         }
     }
-    EXPECT_THAT(refused,
+    EXPECT_THAT(rejected,
                 testing::ElementsAre("Tessera Add TesseraError", "Tessera AddController TesseraError",
                                      "Tessera ChangeExpiredPassword TesseraError",
                                      "Tessera FactoryReset AuthorizationError",
@@ -456,7 +457,7 @@ TEST_F(Script, EveryCommandOfTheCatalogueIsCarriedOutOrRefusedForAReason) {
                                      "TsVolume ExpandToSize InvalidValue", "TsVolume Restore TesseraError"));
 }
 
-TEST_F(Script, RelationsLeadToObjectsOrSayThatThereAreNone) {
+TEST_F(Script, RelationsReturnObjectsOrAnError) {
     size_t leading = 0;
     for (const ASSOCIATIONEntry& entry : GetAssociations()) {
         const std::string object(entry.object), relation(entry.relation);
@@ -483,7 +484,7 @@ related TsDisk Enclosure 64702.3 => ObjectNotAvailable: TsDisk 64702.3 has no En
 
 // ---- failures and events ----
 
-/** The preset's indexes differ from its rows, so a mix-up shows. */
+/** The indexes of the preset differ from its rows, so that confusing them causes failures. */
 TEST_F(Script, ReportsChangesOfStatus) {
     Play(R"(
 fail TsController 3 Degraded => 37 4 8 203 3 0 0 0
@@ -509,7 +510,7 @@ fail TsEnclosureIoModule 3
 )");
 }
 
-TEST_F(Script, AFailureShowsOnWhateverContainsTheObject) {
+TEST_F(Script, AFailureAffectsEverythingThatContainsTheObject) {
     Use(BuildPreset(Catalogue::Builtin(), *FindPreset("typical"), 1, 64702));
     for (const char* command :
          {"recover TsDisk 11", "recover TsEnclosureCoolingFanSensor 4", "fail TsDisk 2"}) {
@@ -542,7 +543,7 @@ expect Tessera 1 Status Degraded
     }
 }
 
-TEST_F(Script, TheTextOfAnEventIsOneLineThatTheDaemonReadsWhole) {
+TEST_F(Script, AnEventIsOneLineThatTheDaemonReadsCompletely) {
     const auto event_of = [this](const std::string& command) {
         Run(command);
         return events_.empty() ? "none" : events_.back();
@@ -553,9 +554,9 @@ TEST_F(Script, TheTextOfAnEventIsOneLineThatTheDaemonReadsWhole) {
     EXPECT_EQ(event_of("fail TsVolume 6"),
               "15 1 60 208 6 0 0 0 64702.6 TsVolume@@@Volume 'two lines' is down");
 
-    // 500 bytes end inside the last character that would fit in part.
+    // The limit of 500 bytes is within the last character.
     const std::string head = "15 1 60 208 7 0 0 0 64702.7 TsVolume@@@Volume '";
-    std::string name(kGreatestEventText - head.size() - 1, 'x');
+    std::string name(kMaximumTrapCommand - head.size() - 1, 'x');
     Run("set TsVolume 7 InstanceName " + name + "ö");
     EXPECT_EQ(event_of("fail TsVolume 7"), head + name);
 

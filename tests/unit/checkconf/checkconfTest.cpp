@@ -25,7 +25,7 @@ constexpr const char* kStart = "/tmp/apps/snmpsubagent.conf";
 constexpr const char* kKey = "/etc/wirelink.key";
 constexpr const char* kMaster = "/etc/snmpd.conf";
 
-/** A directory with the files of a machine, as the package installs them, and a session key. */
+/** A directory with the files that the package installs, and a session key. */
 class Checkconf : public testing::Test {
   protected:
     Checkconf() {
@@ -67,7 +67,7 @@ class Checkconf : public testing::Test {
     std::ostringstream err_;
 };
 
-TEST_F(Checkconf, FindsNothingInTheDefaultFiles) {
+TEST_F(Checkconf, ReportsNothingForTheDefaultFiles) {
     EXPECT_EQ(Run(), 0);
     EXPECT_THAT(out_, IsEmpty());
     EXPECT_EQ(Run(""), 0);
@@ -86,7 +86,7 @@ TEST_F(Checkconf, DefaultSettingsAreFoundAtTheirLines) {
     }
 }
 
-TEST_F(Checkconf, WarnsOfUnexpectedInterpretations) {
+TEST_F(Checkconf, WarnsAboutUnexpectedInterpretations) {
     const std::pair<string, const char*> rows[] = {
         {"# trapDest was 10.0.0.1\ntrapDest 10.0.0.2\n",
          "line 1: trapDest is found in a comment, and its value is read from there; line 2 is ignored"},
@@ -115,7 +115,7 @@ TEST_F(Checkconf, WarnsOfUnexpectedInterpretations) {
     }
 }
 
-TEST_F(Checkconf, DoesNotWarnOfProperSettings) {
+TEST_F(Checkconf, DoesNotWarnAboutProperSettings) {
     const string rows[] = {
         "# nothing\n",
         "rocommunity\t public\n  trapVer 2\n",
@@ -131,7 +131,7 @@ TEST_F(Checkconf, DoesNotWarnOfProperSettings) {
     }
 }
 
-TEST_F(Checkconf, WarnsOfExposedCommunities) {
+TEST_F(Checkconf, WarnsAboutExposedCommunities) {
     Write(kSettings, "rocommunity public\n", 0640);
     EXPECT_EQ(Run(), 1);
     EXPECT_THAT(out_, HasSubstr("readable or writable by group or others; run chmod 600"));
@@ -165,7 +165,7 @@ TEST_F(Checkconf, ReportsErrorsIfTheDaemonWouldNotStart) {
     EXPECT_EQ(Run(), 0) << out_;
 }
 
-// The results are those of snmpd itself.
+// snmpd itself gives the same results.
 TEST_F(Checkconf, FindsTheAccessOfTheSelfTestCommunity) {
     const string hidden = "cannot read .1.3.6.1.4.1.913.11000.2000.500.1.2.7.0, which the daemon needs";
     const string unknown = "its access to .1.3.6.1.4.1.913.11000.2000.500.1.2.7.0 is not checked";
@@ -237,7 +237,7 @@ TEST_F(Checkconf, SurvivesADirectoryInPlaceOfAFile) {
     EXPECT_THAT(out_, HasSubstr("cannot be read (Is a directory)"));
 }
 
-TEST_F(Checkconf, WarnsOfUnsuitableMasterAgentOptions) {
+TEST_F(Checkconf, WarnsAboutUnsuitableMasterAgentOptions) {
     const std::pair<string, const char*> rows[] = {
         {"agentXTimeout 12\nagentXRetries 0\n", "agentXTimeout is 12 s"},
         {"agentXTimeout 60\n", "agentXRetries is not 0"},

@@ -1,4 +1,4 @@
-"""data/api: wrong lines of a small catalogue with their messages."""
+"""Errors in data/api and their messages, in a small catalogue."""
 
 import unittest
 
@@ -49,7 +49,7 @@ methodObject  Span  "Hours of the day"
   attribute  Ends  DATETIME  25  "Ends"
 """
 
-# The beginning of a line, its replacement, and the message, which is at the replaced line unless it has its own place.
+# The beginning of a line, its replacement, and the message, for the replaced line unless it names another one.
 WRONG_LAMP = [
     ("object", 'object tsLamp status "A lamp"',
      "invalid name 'tsLamp' of an object; use a capital letter, then letters and digits"),
@@ -95,12 +95,12 @@ class ApiDataTest(codegenCase.CodegenCase):
     FILES = {"api/objects/tsLamp.def": LAMP, "api/methodObjects.def": METHOD_OBJECTS,
              "api/enumerations/states.def": STATES, "api/enumerations/zones.def": ZONES}
 
-    def test_names_the_place_of_a_mistake(self):
+    def test_errors_are_reported_with_their_line(self):
         self.check_wrong("api/objects/tsLamp.def", WRONG_LAMP)
         self.check_wrong("api/methodObjects.def", WRONG_METHOD_OBJECTS)
         self.check_wrong("api/enumerations/zones.def", WRONG_ENUMERATIONS)
 
-    def test_a_file_without_an_object_is_a_mistake(self):
+    def test_rejects_a_file_without_an_object(self):
         self.assertEqual(self.run_on({"api/objects/tsLamp.def": "# nothing\n"}),
                          (1, "data/api/objects/tsLamp.def:1: missing object line\n"))
 

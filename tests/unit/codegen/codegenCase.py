@@ -1,6 +1,6 @@
-"""Support for the tests of codegen: a data directory of small files, a run, and rows of mistakes.
+"""Support for the tests of codegen: a data directory with small files, a run, and rows of errors.
 
-What the writers produce is tested as part of the daemon, the library and the MIB module.
+The tests of the daemon, the library and the MIB module cover the output of the writers.
 
 Puts the root of the sources on the path, so import codegen after this module.
 """
@@ -20,7 +20,7 @@ from codegen import __main__ as program  # noqa: E402  (found through the line a
 
 
 class CodegenCase(unittest.TestCase):
-    KIND = ""   # of codegen
+    KIND = ""   # argument of codegen
     FILES = {}  # {name below the data directory: text}
 
     def setUp(self):
@@ -37,7 +37,7 @@ class CodegenCase(unittest.TestCase):
                 file.write(text)
 
     def run_on(self, changed=None):
-        """Exit status and standard error of a run on FILES with other texts for some of them."""
+        """Runs codegen on FILES, some of them replaced. Returns the exit status and standard error."""
         self.write({**self.FILES, **(changed or {})})
         errors = io.StringIO()
         arguments = ["codegen", self.KIND, "--data", os.path.join(self.folder, "data"), "--out", self.out]
@@ -46,8 +46,8 @@ class CodegenCase(unittest.TestCase):
         return status, errors.getvalue()
 
     def check_wrong(self, name, rows):
-        """rows: the beginning of a line of the file, its replacement, and the message, which is at the replaced line
-        unless it begins with another place. In it, {BEGINNING} is a line's number. Nothing may have been written."""
+        """rows: the beginning of a line of the file, its replacement, and the message, which refers to the replaced
+        line unless it begins with another one; {BEGINNING} in it is a line's number. Checks that nothing was written."""
         good = self.FILES[name].split("\n")
 
         def number_of(beginning):

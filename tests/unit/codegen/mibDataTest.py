@@ -13,7 +13,7 @@ FILES = {name: DATA.text(name) for name in (
     "mib/columns.def", "mib/notifications.def", "mib/conventions.def", "mib/module.def")}
 COLUMNS = FILES["mib/columns.def"]
 
-# The beginning of a line, its replacement, and the message, which is at the replaced line unless it has its own place.
+# The beginning of a line, its replacement, and the message, for the replaced line unless it names another one.
 WRONG_COLUMNS = [
     ("root R", "rot R 1.3", "unknown line 'rot R 1.3'"),
     ("root R", "", "{scalar productName}: R is used before the line 'root R OID'"),
@@ -98,13 +98,13 @@ class MibDataTest(codegenCase.CodegenCase):
     KIND = "store"
     FILES = FILES
 
-    def test_names_the_place_of_a_mistake(self):
+    def test_errors_are_reported_with_their_line(self):
         self.check_wrong("mib/columns.def", WRONG_COLUMNS)
         self.check_wrong("mib/notifications.def", WRONG_NOTIFICATIONS)
         self.check_wrong("mib/conventions.def", WRONG_CONVENTIONS)
         self.check_wrong("mib/module.def", WRONG_MODULE)
 
-    def test_leaves_equal_files_untouched(self):
+    def test_writes_only_changed_files(self):
         self.run_on()
         header = os.path.join(self.out, "mibColumns.h")
         os.utime(header, (1, 1))

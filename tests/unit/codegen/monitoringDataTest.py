@@ -1,4 +1,4 @@
-"""data/monitoring: mistakes in the real data are reported with their place, and nothing is written then."""
+"""Errors in data/monitoring and their messages, in copies of the real data."""
 
 import os
 import unittest
@@ -11,7 +11,7 @@ from codegen.writers import zabbix  # noqa: E402
 DATA = Data(os.path.join(codegenCase.ROOT, "data"))
 MODEL = snmp.read(DATA)
 
-# The beginning of a line, what it is replaced by, and the message.
+# The beginning of a line, its replacement, and the message.
 WRONG_METRICS = [
     ("module tessera_alerts", 'module tessera_alerts 5m "x"',
      "expected: module NAME INTERVALm TEXT, with an interval of 1m to 4m"),
@@ -48,7 +48,7 @@ EXPRESSIONS = [
     ('tsDiskStatus{tsVolumeName="x"}', "'tsDiskStatus' has no label 'tsVolumeName'"),
     ("sum by (tsVolumeName) (tsDiskSizeGb)", "no metric of 'sum by (tsVolumeName) (tsDiskSizeGb)' has the label "
                                              "'tsVolumeName'"),
-    ("tsDiskIoPortType", "unknown metric 'tsDiskIoPortType'"),  # it is tsDiskIoPortType_info
+    ("tsDiskIoPortType", "unknown metric 'tsDiskIoPortType'"),  # the name is tsDiskIoPortType_info
 ]
 
 
@@ -58,7 +58,7 @@ class MonitoringDataTest(codegenCase.CodegenCase):
         "mib/columns.def", "mib/notifications.def", "mib/conventions.def", "mib/module.def",
         "monitoring/metrics.def", "monitoring/watches.def", "monitoring/panels.def", "monitoring/rules.yml")}
 
-    def test_names_the_place_of_a_mistake(self):
+    def test_errors_are_reported_with_their_line(self):
         self.check_wrong("monitoring/metrics.def", WRONG_METRICS)
         self.check_wrong("monitoring/watches.def", WRONG_WATCHES)
         self.check_wrong("monitoring/panels.def", WRONG_PANELS)
@@ -69,7 +69,7 @@ class PartsTest(unittest.TestCase):
     def setUpClass(cls):
         cls.metrics = metrics.read(DATA, MODEL)
 
-    def test_expressions_name_only_what_exists(self):
+    def test_expressions_use_only_existing_metrics(self):
         for text, message in EXPRESSIONS:
             with self.subTest(expression=text):
                 try:

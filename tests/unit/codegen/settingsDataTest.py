@@ -25,7 +25,7 @@ class SettingsDataTest(codegenCase.CodegenCase):
     KIND = "settings"
     FILES = {name: DATA.text(name) for name in ("daemon/settings.def", "daemon/snmpSubagent.conf.5")}
 
-    def test_names_the_place_of_a_mistake(self):
+    def test_errors_are_reported_with_their_line(self):
         self.check_wrong("daemon/settings.def", WRONG)
 
 

@@ -22,7 +22,7 @@ TEST(AppLogger, ModulesAreSetByTheirNumbers) {
     const std::tuple<const char*, uint32_t, std::string> rows[] = {
         {"1", 0x01, "APIManager"}, {"1|2|5", 0x13, "APIManager | TSObject | CmdXML"},
         {"3|0|1", 0xff, all},      {"3|", 0xff, all},
-        {"Cache", 0xff, all},  // no digits are a 0
+        {"Cache", 0xff, all},  // without digits it is 0
         {"32", 0x80000000, ""},    {"4|33|-1|99999999999", 0x08, "CmdRecvd"},
     };
     for (const auto& [numbers, mask, enabled] : rows) {
@@ -56,7 +56,7 @@ TEST(AppLogger, HasOneTaskForGood) {
     {
         const APPLogger owner;
         EXPECT_FALSE(APPLogger::IsLogged(app_level::kEmergency));
-        APPLogger::Log(4, "f", "o", 1, "category", "lost");  // there is no task yet
+        APPLogger::Log(4, "f", "o", 1, "category", "lost");  // no task is registered yet
         EXPECT_FALSE(APPLogger::RegisterLogTask(nullptr));
         ASSERT_TRUE(APPLogger::RegisterLogTask(first.get()));
         LOGTask* const registered = first.release();
@@ -65,7 +65,7 @@ TEST(AppLogger, HasOneTaskForGood) {
         EXPECT_FALSE(APPLogger::RegisterLogTask(&second));
         EXPECT_FALSE(APPLogger::RegisterLogTask(registered));
         EXPECT_EQ(APPLogger::pLogTask, registered);
-        second.Post({});  // it was not started either
+        second.Post({});  // it was not started
 
         EXPECT_TRUE(APPLogger::IsLogged(5));
         EXPECT_FALSE(APPLogger::IsLogged(6));

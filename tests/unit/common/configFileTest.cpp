@@ -47,7 +47,7 @@ TEST(ConfigFile, AMissingFileIsEmptyAndOneThatIsNotTrustedIsLogged) {
     }
     for (const char* name : {"", "link", "fifo", "others"}) {
         if (name == std::string("others") && geteuid() != 0) {
-            continue;  // only root can give a file away
+            continue;  // only root can change the owner of a file
         }
         EXPECT_THAT(ReadConfigFile(folder.Path(name)), IsEmpty()) << name;
         EXPECT_EQ(SyslogLines().back(), "4|Caught std::exception reading in config file " +

@@ -9,7 +9,7 @@ using testing::IsEmpty;
 
 namespace {
 
-// As a catcher sees it that knows the base only.
+// As seen by a handler that catches the base class.
 std::string Output(const GENERALError& error) {
     std::ostringstream stream;
     stream << error;

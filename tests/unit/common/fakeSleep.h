@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <functional>
 
-/** The clock of the test, in microseconds; it stands still. */
+/** The clock of the test, in microseconds. It does not advance by itself. */
 extern std::atomic<int64_t> now_of_test_us;
 
-/** What a sleep does in this program: nothing, unless a test says so. Gets the duration in microseconds. */
+/** Called by each sleep with the duration in microseconds. By default, does nothing. */
 extern std::function<void(int64_t)> on_sleep;

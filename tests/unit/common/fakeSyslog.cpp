@@ -10,7 +10,7 @@ namespace {
 
 std::mutex mutex;
 std::vector<std::string> lines;
-const char* ident = nullptr;  // kept as a pointer, as the real one does
+const char* ident = nullptr;  // kept as a pointer, like the real syslog
 int options = 0;
 int facility = 0;
 
@@ -44,7 +44,7 @@ void syslog(int priority, const char* format, ...) {
     va_end(arguments);
 }
 
-// What syslog is called where _FORTIFY_SOURCE is set.
+// The name of syslog if _FORTIFY_SOURCE is set.
 [[gnu::format(printf, 3, 4)]] void __syslog_chk(int priority, int, const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-/** What was sent to syslog so far, "priority|text" each. Nothing reaches the real one. */
+/** Returns everything sent to syslog so far, as "priority|message". Nothing reaches the real syslog. */
 std::vector<std::string> SyslogLines();
 
-/** "ident|options|facility" as last opened, with the ident's text as it is now, or "closed". */
+/** Returns "ident|options|facility" of the last openlog, with the current string of ident, or "closed". */
 std::string SyslogConnection();

@@ -2,7 +2,7 @@
 
 #include <atomic>
 
-/** While one lives, no thread can be started: pthread_create fails with EAGAIN. */
+/** While an instance exists, pthread_create fails with EAGAIN. */
 class NoNewThreads {
   public:
     NoNewThreads() { forbidden = true; }

@@ -94,7 +94,7 @@ TEST(HeartbeatMonitor, EchoesFourBytesWhoeverElseIsConnectedAndSilent) {
     const std::pair<std::string, std::string> cases[] = {
         {std::string("\0\xff\0\1", 4), std::string("\0\xff\0\1", 4)},
         {"12345", "1234"},
-        {"123", ""},  // ends before the fourth byte
+        {"123", ""},  // closes before the fourth byte
     };
     for (const auto& [bytes, answer] : cases) {
         EXPECT_EQ(Watcher().Ping(port, bytes), answer) << bytes;
@@ -102,7 +102,7 @@ TEST(HeartbeatMonitor, EchoesFourBytesWhoeverElseIsConnectedAndSilent) {
     EXPECT_THAT(SyslogLines(), testing::IsEmpty());
     now_of_test_us = 6'000'000;
     EXPECT_EQ(Watcher().Ping(port, "wake"), "wake");
-    EXPECT_EQ(silent[99].Answer(), "");  // dropped after its time limit
+    EXPECT_EQ(silent[99].Answer(), "");  // closed after its timeout
 }
 
 TEST(HeartbeatMonitor, WaitsForAPortThatIsTaken) {

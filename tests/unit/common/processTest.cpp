@@ -14,6 +14,8 @@
 #include "tests/unit/common/threadName.h"
 #include "tests/unit/layers/temporaryFolder.h"
 
+extern char** environ;  // FreeBSD's headers do not declare it
+
 namespace {
 
 StartFailure RunShell(const std::string& script, const std::string& argument) {
@@ -28,11 +30,11 @@ StartFailure RunWithoutArguments(const char* path) {
     return StartDetachedProgram(path, argv, environ);
 }
 
-// The shell's own table: what writes it down is a subshell's affair.
+// The descriptor table of the shell itself; a subshell writes it to the file.
 constexpr char kListDescriptors[] = "(find /proc/$$/fd -type l -printf '%f %l\\n' > \"$1\"); exit 0";
 constexpr char kThreeNullDevices[] = "0 /dev/null\n1 /dev/null\n2 /dev/null\n";
 
-/** A named pipe: reading it blocks until the program, which is nobody's child, has written and closed it. */
+/** A named pipe. Reading blocks until the detached program has written to it and closed it. */
 std::string MakePipe(const TemporaryFolder& folder) {
     EXPECT_EQ(mkfifo(folder.Path("pipe").c_str(), 0600), 0);
     return folder.Path("pipe");

@@ -8,19 +8,19 @@
 
 #include "apiMgmt/common/threadpool/baseLogger.h"
 
-/** What loggers were given, and whether they still are; outlives them. All waits are for events. */
+/** Records the messages and the lifetimes of loggers, and outlives them. Waits for events only. */
 class LogRecord {
   public:
-    /** A logger that writes here; it waits at each message while the gate is shut. */
+    /** Returns a logger that writes here. It blocks at each message while the gate is closed. */
     std::unique_ptr<BASELogger> MakeLogger();
 
     void ShutGate() { SetGate(false); }
     void OpenGate() { SetGate(true); }
 
-    /** All messages so far, "level|category|message" each, as soon as there are so many. */
+    /** Blocks until there are this many messages. Returns all of them as "level|category|message". */
     std::vector<std::string> WaitFor(size_t count);
     LOGMessage last();
-    /** Waits until a logger stands at the shut gate. */
+    /** Blocks until a logger waits at the closed gate. */
     void WaitForVisitor();
     void WaitForEndOfLogger();
 

@@ -17,8 +17,8 @@
 
 using testing::ElementsAre;
 
-// The daemon's fixed paths are kept away from the real system: its folder is only noted, and its pid
-// file lies in a folder of the test.
+// The daemon's fixed paths must not affect the real system: its working directory is only recorded, and its
+// pid file is in a directory of the test.
 
 namespace {
 

@@ -14,7 +14,7 @@ namespace {
 
 using namespace std::string_literals;
 
-// A wrapper and the bare other end of its connection.
+// A wrapper and the raw other end of its connection.
 class Connection {
   public:
     Connection() {

@@ -54,7 +54,7 @@ TEST(TCPServerSocket, APortCanBeTakenAgainAtOnce) {
         Connect(client, port);
         sockaddr_in peer{};
         const SocketWrapper accepted(server.Accept(peer));
-        shutdown(accepted.descriptor(), SHUT_RDWR);  // the side that closes first keeps the port for a while
+        shutdown(accepted.descriptor(), SHUT_RDWR);  // the side that closes first occupies the port
         char byte = 0;
         EXPECT_EQ(client.ReadExact(&byte, 1), SocketWrapper::kError);
     }

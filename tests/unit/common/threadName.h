@@ -2,5 +2,5 @@
 
 #include <string>
 
-/** The name of the calling thread, as the system shows it. */
+/** Returns the name of the calling thread according to the system. */
 std::string ThisThreadsName();

@@ -11,7 +11,7 @@
 
 namespace {
 
-// A thread that tells its name and then waits for leave to end.
+// A thread that reports its name and then waits until it may exit.
 struct Visit {
     std::promise<std::string> name;
     std::promise<void> leave;

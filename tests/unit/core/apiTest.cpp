@@ -63,7 +63,7 @@ TEST_F(Api, RefusesRequestsThatAnObjectDoesNotHave) {
               "log 4 unrecognized apiName: tsDisk$\nlog 4 could not generate xml request for tsDisk$\n");
 }
 
-// ---- judging answers ----
+// ---- checks of responses ----
 
 TEST_F(Api, ChecksAnAnswerStepByStep) {
     const string status = "<Successful>False</Successful>";
@@ -120,7 +120,7 @@ TEST_F(Api, SingleInstanceIsFetchedOnceForSeveralAttributes) {
     EXPECT_FALSE(is_cached(name));
     vars[index].uint = 77;
     EXPECT_EQ(GetSingleInstance("tsDisk", 5, "Index", index, true), 0);
-    EXPECT_EQ(vars[index].uint, 77U);  // an unchanged text is not read again
+    EXPECT_EQ(vars[index].uint, 77U);  // an unchanged string is not converted again
     EXPECT_EQ(GetSingleInstance("tsServer", 6, "Name", name, false), 0);
     EXPECT_EQ(vars[name].str, "remote");
 }
@@ -149,7 +149,7 @@ TEST_F(Api, SingleInstanceTellsWhyItFailed) {
     EXPECT_NE(GetSingleInstance("tsDisk", 5, "Name", variable, true), 0);
     EXPECT_EQ(transcript::take(), "log 7 specified attr not found: iAttrName: Name$\n");
 
-    // After a fetch that failed nothing of the object before is left to read.
+    // After a failed fetch, no values of the previous object remain.
     fake_api_mgr::documents["Get TsDisk 64702.5"] =
         fake_api_mgr::object_answer("<tsDisk><Name>n</Name></tsDisk>");
     EXPECT_EQ(GetSingleInstance("tsDisk", 5, "Name", variable, false), 0);
@@ -202,7 +202,7 @@ TEST_F(Api, JudgesEachEnvelope) {
     snmpSubagentComm->SendRequestToAPIManager(request, response);
     fake_api_mgr::refuse_connections(false);
     snmpSubagentComm->SendRequestToAPIManager(request, response);
-    EXPECT_EQ(number(0), "9");  // numbers of requests that never left are not used again
+    EXPECT_EQ(number(0), "9");  // numbers of requests that were not sent are not reused
 }
 
 TEST_F(Api, TestsTheLinkInOrderAndKeepsTheTimeOfTheLastGoodExchange) {
@@ -220,7 +220,7 @@ TEST_F(Api, TestsTheLinkInOrderAndKeepsTheTimeOfTheLastGoodExchange) {
         {true, nullptr,
          "1\napi refused\nlog 4 Exception: /tmp/apimgr.sock: nobody listens$\n"
          "log 4  ---- Can't connect to ApiMgr's socket ----$\nlog 4 Could not open socket to ApiMgr.$\n",
-         true, 5},  // the socket alone says nothing of the link
+         true, 5},  // the socket alone does not affect the state of the link
         {false,
          [](const envelope&, envelope& answer) {
              if (answer.apirespmsg().has_ping())

@@ -21,7 +21,7 @@ int note_refresh(int32_t var_index, bool background) {
     return 0;
 }
 
-// All columns were refreshed just now, in no time, so that none is due unless the test makes it so.
+// All columns have just been refreshed, so none is due unless a test makes it due.
 class Scan : public MibWorld {
   protected:
     Scan() {
@@ -35,7 +35,7 @@ class Scan : public MibWorld {
         bgUpdateLastFetch_us = ClockNowUs() - kSecond;
     }
 
-    // One scan: what it did, the column it would go on with, the state it left.
+    // Scans once. Returns the refreshes, the column of the next scan, and the state.
     static string scan() {
         check_for_table_changes();
         const int state = bgUpdateState;
@@ -60,12 +60,12 @@ TEST_F(Scan, StopsAtTheFirstColumnThatIsDueAndNotYetAllowed) {
         {4, 20 * 5000, 5000, "refresh 4\nnext 5, state 0"},
         {47, 10 * 5000 - 1, 5000, "next 47, state 0"},  // a small table: 10 times
         {47, 10 * 5000, 5000, "refresh 47\nnext 48, state 0"},
-        {27, 10 * kSecond - 1, kSecond, "next 27, state 0"},  // a large one too, before its age counts
+        {27, 10 * kSecond - 1, kSecond, "next 27, state 0"},  // also a large one, before its age matters
         {27, 10 * kSecond, kSecond, "refresh 47\nnext 48, state 0"},
         {27, 120 * kSecond + 27 * 60 * kSecond / 194, 0, "next 28, state 1 of 27"},
-        {151, 120 * kSecond + 151 * 60 * kSecond / 194, 0, "next 152, state 1 of 151"},  // one row, yet there
+        {151, 120 * kSecond + 151 * 60 * kSecond / 194, 0, "next 152, state 1 of 151"},  // has only one row
         {184, 0, 0, "next 0, state 0"},
-        {157, 1000 * kSecond, 0, "refresh 165\nnext 166, state 0"},  // has no refresh of its own
+        {157, 1000 * kSecond, 0, "refresh 165\nnext 166, state 0"},  // not refreshed separately
     };
     for (const auto& [column, age_us, duration_us, course] : rows) {
         set_age(column, age_us, duration_us);
@@ -95,11 +95,11 @@ TEST_F(Scan, ServesEachStateOfTheHandshake) {
     bgUpdateResponse = table_response(fake_api_mgr::list_answer("<tsDisk><Name>d</Name></tsDisk>"));
 
     bgUpdateState = BGUPDATE_STATE_getlist_requested;
-    EXPECT_EQ(scan_from(37), "next 37, state 1 of 27");  // busy: what lies behind waits as well
+    EXPECT_EQ(scan_from(37), "next 37, state 1 of 27");  // busy: later large tables wait as well
     EXPECT_EQ(scan_from(47), "refresh 47\nnext 48, state 1 of 27");
     EXPECT_EQ(value_of(var_at(COLID_tsDiskName, 1)), "-");
 
-    // The answer is merged where the scan next comes to a table of the background, due or not.
+    // The response is merged at the next large table in the scan, whether it is due or not.
     bgUpdateState = BGUPDATE_STATE_getlist_done;
     EXPECT_EQ(scan_from(107), "refresh 127\nnext 128, state 0");
     EXPECT_EQ(value_of(var_at(COLID_tsDiskName, 1)), "\"d\"");
@@ -122,7 +122,7 @@ TEST_F(Scan, ServesEachStateOfTheHandshake) {
 
 // ---- the task ----
 
-// An answer whose disks all bear the same name: which answer it is, and how many disks.
+// Returns a response whose disks all have the same name: number of the response and number of disks.
 string answer_of_generation(int generation, size_t disks) {
     string objects;
     for (size_t i = 0; i < disks; ++i)
@@ -131,7 +131,7 @@ string answer_of_generation(int generation, size_t disks) {
     return fake_api_mgr::list_answer(objects);
 }
 
-// The name that all disks in the store bear; they must be as many as it says.
+// Checks that all disks in the store have the same name, and that their number is right. Returns the name.
 string generation_in_store() {
     const string name = vars[var_at(COLID_tsDiskName, 1)].str;
     const auto disks = static_cast<int32_t>(std::stoul(name.substr(name.find('/') + 1)));
@@ -141,7 +141,7 @@ string generation_in_store() {
     return name;
 }
 
-// Of three exchanges one is not answered, one with a torn document and one with a whole one.
+// Of three exchanges, one gets no response, one a truncated document and one a complete one.
 TEST_F(MibWorld, FetchesThatFailAtRandomNeverShowPartsOfTwoAnswers) {
     verbose = false;
     for (column_record& column : cols) {
@@ -164,7 +164,7 @@ TEST_F(MibWorld, FetchesThatFailAtRandomNeverShowPartsOfTwoAnswers) {
     string last;
     for (int merges = 0; merges < 100;) {
         fake_clock::advance(kSecond);
-        snmpSubagentComm->set_apimgr_state(true);  // as the main loop finds out by itself
+        snmpSubagentComm->set_apimgr_state(true);  // as the main loop would detect
         check_for_table_changes();
         if (is_cached(var_at(COLID_tsDiskName, 1)) && generation_in_store() != last) {
             last = generation_in_store();

@@ -37,7 +37,7 @@ TEST_F(Handler, CutsATextThatNoAnswerCouldCarry) {
     put("R.1.0", string(3072, 'x'));
     EXPECT_EQ(get("R.1.0"), "R.1.0 = \"" + string(3072, 'x') + "\"");
     EXPECT_EQ(transcript::take().find("log 4"), string::npos);
-    put("R.1.0", string(3071, 'x') + "\xc3\xa4");  // a character of two octets across the limit
+    put("R.1.0", string(3071, 'x') + "\xc3\xa4");  // a character of two octets at the limit
     EXPECT_EQ(get("R.1.0"), "R.1.0 = \"" + string(3071, 'x') + "\"");
     EXPECT_NE(transcript::take().find("log 4 col-id:4, a string of 3073 octets is truncated to 3071$\n"),
               string::npos);
@@ -46,8 +46,8 @@ TEST_F(Handler, CutsATextThatNoAnswerCouldCarry) {
 }
 
 TEST_F(Handler, RefusesAnAnswerThatTheMasterAgentWouldDrop) {
-    // Twenty of the longest texts, another one, and a binding of another registration. The error goes back
-    // with the bindings as they came, and must be short enough itself.
+    // Twenty strings of maximum length, one more, and a binding of another registration. The error response
+    // repeats the received bindings, and must be short enough itself.
     const auto serve = [](const char* foreign) {
         snmp_pdu_of_test pdu(MODE_GET);
         for (int i = 0; i < 20; ++i)
@@ -127,15 +127,15 @@ TEST_F(Handler, WalksTheWholeStoreInEitherForm) {
     EXPECT_EQ(get_next("OLD"), "OLD.2.1.0 = \"Tessera\"");
 }
 
-TEST_F(Handler, TakesTheOldFormUpToItsGreatestLength) {
+TEST_F(Handler, AcceptsTheOldFormUpToItsMaximumLength) {
     make_walk();
     EXPECT_EQ(get_next("OLD.2.1.0"), "OLD.2.6.0 = integer -3");
     EXPECT_EQ(transcript::take(),
               "log 4 requester using old enterprise number: current_requestvb->name_length: 10, "
               "current_requestvb->name: 1.3.6.1.4.1.27405.2.1.0.$\n");
-    // 15 sub-identifiers become 19; the last ones lie behind a scalar's instance.
+    // 15 sub-identifiers become 19; the last ones follow the instance of a scalar.
     EXPECT_EQ(get_next("OLD.2.1.0.9.9.9.9.9"), "OLD.2.6.0 = integer -3");
-    EXPECT_EQ(transcript::take(), "");  // told once
+    EXPECT_EQ(transcript::take(), "");  // logged once
 }
 
 // ---- window, permission, failures, pacing ----
@@ -157,7 +157,7 @@ TEST_F(Window, IsShutWhileTheMainThreadHoldsTheMutex) {
     mib_mutex.Unlock();
     EXPECT_EQ(pdu_failures, 0);
     EXPECT_EQ(permission_to_process_pdu, 10);
-    EXPECT_EQ(good(), SNMP_ERR_NOERROR);  // and it was unlocked after each request
+    EXPECT_EQ(good(), SNMP_ERR_NOERROR);  // it was unlocked after each request
     EXPECT_EQ(good(), SNMP_ERR_NOERROR);
     end_agent_tick();
     EXPECT_EQ(good(), SNMP_ERR_GENERR);
@@ -166,7 +166,7 @@ TEST_F(Window, IsShutWhileTheMainThreadHoldsTheMutex) {
 TEST_F(Window, LetsTenPdusPassInATick) {
     for (int i = 0; i < 10; ++i) {
         snmp_pdu_of_test pdu(MODE_GET);
-        snmp_pdu_of_test other(MODE_GET);  // a PDU is known by its session's address
+        snmp_pdu_of_test other(MODE_GET);  // a PDU is identified by the address of its session
         EXPECT_EQ(i % 2 == 0 ? pdu.ask("R.1.0").serve() : other.ask("R.1.0").serve(), SNMP_ERR_NOERROR);
     }
     pdu_failures = 2;
@@ -188,7 +188,7 @@ TEST_F(Window, CountsAPduOnceHoweverManyCallsItTakes) {
 }
 
 TEST_F(Window, ClosesAtTheFifthFailedPduInARow) {
-    // A PDU fails when one of its bindings does, whichever.
+    // A PDU fails if any of its bindings does.
     const auto fail_somewhere = [](int i) {
         snmp_pdu_of_test pdu(MODE_GET);
         pdu.ask(i % 2 == 0 ? "R.1.0" : "R.9.0").ask("R.9.0").ask(i % 3 == 0 ? "R.1.0" : "R.9.0");
@@ -199,7 +199,7 @@ TEST_F(Window, ClosesAtTheFifthFailedPduInARow) {
         EXPECT_EQ(pdu_failures, i + 1);
         begin_agent_tick();
     }
-    EXPECT_EQ(good(), SNMP_ERR_NOERROR);  // begins the count again
+    EXPECT_EQ(good(), SNMP_ERR_NOERROR);  // resets the count
     EXPECT_EQ(pdu_failures, 0);
     for (int i = 0; i < 4; ++i) {
         begin_agent_tick();
@@ -207,7 +207,7 @@ TEST_F(Window, ClosesAtTheFifthFailedPduInARow) {
     }
     EXPECT_EQ(pdu_failures, 4);
     begin_agent_tick();
-    EXPECT_EQ(get_next("R.2.0"), "R.2.0 = endOfMibView");  // counts, although it is no error
+    EXPECT_EQ(get_next("R.2.0"), "R.2.0 = endOfMibView");  // counts as a failure although it is not an error
     EXPECT_EQ(pdu_failures, 0);
     EXPECT_EQ(permission_to_process_pdu, 0);
     snmp_pdu_of_test sixth(MODE_GET);
@@ -225,11 +225,11 @@ TEST_F(Window, PacesPdusToAboutFiveHundredASecond) {
     for (int i = 0; i < 499; ++i)
         SnmpSubagentMibHandlers::pace_pdu_processing();
     EXPECT_EQ(next_pdu_slot_ms, start_ms + 1000);
-    EXPECT_EQ(transcript::take(), "");  // a burst costs nothing
+    EXPECT_EQ(transcript::take(), "");  // a burst is not delayed
     for (int i = 0; i < 500; ++i)
         SnmpSubagentMibHandlers::pace_pdu_processing();
     EXPECT_EQ(next_pdu_slot_ms, start_ms + 2000);
-    EXPECT_NEAR(ClockNowMs(), start_ms + 1000, 8);  // so long they took
+    EXPECT_NEAR(ClockNowMs(), start_ms + 1000, 8);  // their duration
     EXPECT_EQ(transcript::take().find_first_not_of("sleep 8000 us\n"), string::npos);
     fake_clock::advance(2000 * 1000);
     SnmpSubagentMibHandlers::pace_pdu_processing();
@@ -254,9 +254,9 @@ TEST_F(Window, RejectsWhatExceedsThePaceInAnOverloadOnly) {
     };
     using results = std::map<int, int>;
     const string begin = "log 4 overload: ";
-    // Fast walkers have few requests under way, however long they walk.
+    // Fast walkers have few pending requests, however long they walk.
     EXPECT_EQ(results_of(10'000, 100, 50), (results{{SNMP_ERR_NOERROR, 10'000}}));
-    // Many requests wait for the pace until their managers have given up.
+    // Many requests wait until their managers have given up.
     EXPECT_EQ(results_of(2'300, 100, 60), (results{{SNMP_ERR_NOERROR, 2'300}}));
     EXPECT_EQ(transcript::take(), "");
     EXPECT_GT(results_of(10'000, 100, 60)[SNMP_ERR_GENERR], 5'000);
@@ -264,11 +264,11 @@ TEST_F(Window, RejectsWhatExceedsThePaceInAnOverloadOnly) {
               begin + "60 requests of 6000 octets wait; rejecting those that exceed the pace$\n");
     begin_agent_tick();
     put("R.6.0", 3U);
-    EXPECT_EQ(get("R.6.0"), "R.6.0 = integer 3");  // nobody else asks for it
+    EXPECT_EQ(get("R.6.0"), "R.6.0 = integer 3");  // nobody else requests it
     fake_clock::advance(2'000'000);
     EXPECT_EQ(results_of(1, 100, 60), (results{{SNMP_ERR_NOERROR, 1}}));
     EXPECT_TRUE(transcript::take().starts_with("log 4 overload is over: rejected "));
-    // Large ones take too much of snmpd's memory before that.
+    // Large requests reach the limit of snmpd's memory earlier.
     EXPECT_EQ(results_of(100, 5'000, 60), (results{{SNMP_ERR_GENERR, 100}}));
 }
 
@@ -287,7 +287,7 @@ class Set : public Handler {
         put("1.3.6.1.2.1.1.5.0", "old name");
     }
 
-    // Both phases that look at the value; what each gave, what was logged, and the store's value.
+    // Runs both phases that check the value. Returns their results, the log, and the value in the store.
     static string set(const string& name, const string& text) {
         transcript::take();
         begin_agent_tick();
@@ -303,7 +303,7 @@ class Set : public Handler {
 TEST_F(Set, RefusesWhatMayNotBeWritten) {
     verbose = true;
     const std::tuple<const char*, const char*, const char*, const char*, const char*> rows[] = {
-        {"R.13.1.6.2", "ForceTrap", "2 !2", "", "-1"},  // the row is not there
+        {"R.13.1.6.2", "ForceTrap", "2 !2", "", "-1"},  // the row does not exist
         {"R.13.1.6", "ForceTrap", "2 !2", "", "-1"},
         {"R.13.1.4.1", "ForceTrap", "17 !17", "no Set handler defined: col-id: 18", "18"},
         {"R.6.0", "ForceTrap", "17 !17", "no Set handler defined: col-id: 9", "9"},
@@ -335,7 +335,7 @@ TEST_F(Set, OfForceTrapIsStoredAtCommit) {
         "current_requestvb->name_length: 12, current_requestvb->name: 1.3.6.1.4.1.27405.2.13.1.6.1.$\n");
 
     trapAlertState = 0;
-    EXPECT_EQ(set("R.42.0", "1 2 3"),  // no whole command
+    EXPECT_EQ(set("R.42.0", "1 2 3"),  // incomplete command
               "0 5 !5\nlog 4 SET failed at 1.3.6.1.4.1.913.11000.2000.500.1.2.42.0.: this binding and those "
               "after it were not executed$\n");
     EXPECT_EQ(trapAlertState, 0);  // outside the columns of ForceTrap
@@ -369,7 +369,7 @@ TEST_F(Set, OfTheSystemGroupIsHandedToTheArrayLater) {
     EXPECT_NE(fake_api_mgr::last_document.find("<Location>here</Location>"), string::npos);
     EXPECT_EQ(performed(), "");
 
-    // The array's refusal is not looked at; that it cannot be asked is logged. The store has the new text.
+    // A value that the array rejects is ignored; a failed exchange is logged. The store has the new string.
     put("1.3.6.1.2.1.1.4.0", "");
     fake_api_mgr::documents["Modify Tessera 64702"] = fake_api_mgr::failure_answer("No");
     set("1.3.6.1.2.1.1.4.0", "");
@@ -399,7 +399,7 @@ TEST_F(Bindings, OfOtherRegistrationsAreLeftAlone) {
               "1.3.6.1.2.1.1.1 = null\nR.6.0 = integer -3\n1.3.6.1.2.1.1.3 = null\n"
               "R.13.1.2.1 = gauge 4294967293\nR.6.0 = null\n");
 
-    // A set_fn runs once, and the chain is whole afterwards.
+    // Each set_fn runs once, and the chain is complete afterwards.
     put("R.42.0", "");
     snmp_pdu_of_test set_pdu(MODE_SET_COMMIT);
     set_pdu.set("R.42.0", "1 2 3 4 5 6 7 8 one").foreign("R.42.0").foreign("1.3.6");
@@ -434,7 +434,7 @@ TEST_F(Bindings, MayAskForTheirOwnNameWhereAWalkEntersARegistration) {
     EXPECT_EQ(entering.serve(), SNMP_ERR_NOERROR);
     EXPECT_EQ(entering.answers(), "1.3.6.1.2.1.1.4.0 = \"me\"\n");
 
-    // Not cached: the next one. And a name of another registration, which its walk has just given.
+    // Not cached: returns the next one. The other name is from a registration that its walk has just left.
     clear_cached(index_of("1.3.6.1.2.1.1.4.0"));
     get("R.1.0");
     snmp_pdu_of_test missing(MODE_GETNEXT);

@@ -12,7 +12,7 @@ namespace {
 
 using name_type = std::vector<oid>;
 
-// Of a store in which every instance, or every third, is cached.
+// A store in which every instance, or every third, is cached.
 TEST_F(MibWorld, EveryInstanceIsFoundAndFollowsTheOneBeforeIt) {
     verbose = false;
     for (const int32_t step : {1, 3}) {
@@ -79,10 +79,10 @@ TEST_F(MibWorld, EdgesOfAGetNext) {
         {"R.13.1.2.0", "R.13.1.2.1"},
         {"R.13.1.2.1", "R.13.1.3.1"},       // row 2 is not cached
         {"R.13.1.2.2.5", "R.13.1.3.1"},     // what follows the row is ignored
-        {"R.13.1.2.2000", "R.16.1.3.1.1"},  // lands in a later column
+        {"R.13.1.2.2000", "R.16.1.3.1.1"},  // is in a later column
         {"R.16.1.3.0", "R.16.1.3.1.6"},     // begins at the last row of parent 1
         {"R.16.1.3.0.4", "R.16.1.3.1.1"},
-        {"R.16.1.3.1", "R.16.1.4.2.2"},  // a parent alone: on with the next column
+        {"R.16.1.3.1", "R.16.1.4.2.2"},  // only a parent: continues with the next column
         {"R.16.1.3.3", "R.16.1.4.2.2"},
         {"R.16.1.3.1.0", "R.16.1.3.1.1"},
         {"R.16.1.3.1.6", "R.16.1.3.2.1"},
@@ -90,7 +90,7 @@ TEST_F(MibWorld, EdgesOfAGetNext) {
         {"R.16.1.4.2.2", "R.17.1.2.1.1"},
         {"R.16.1.3.4294967295.4294967295", "-"},
         {"R.13.1.2.4294967295", "-"},
-        {"R.46.1.11.1", "-"},  // no column behind it
+        {"R.46.1.11.1", "-"},  // no later column
         {"R.46.1.11.1.1", "-"},
         {"2", "-"},
     };
@@ -100,7 +100,7 @@ TEST_F(MibWorld, EdgesOfAGetNext) {
     }
 }
 
-// The request handler's way to the lookups: through the OID that was delivered last.
+// The lookups of the request handler, which try the last delivered OID first.
 class LastOid : public MibWorld {
   protected:
     LastOid() { begin_agent_tick(); }

@@ -29,7 +29,7 @@ const char* const kRestart =
     "log 4 main-session down, or error on agentx-ping, or failed self-test: will try a restart...$\n"
     "run (sleep 1; daemon &) &\n";
 
-// All is well and was looked at just now; no table is refreshed unless a test wants it.
+// Everything works and has just been checked. No table is refreshed unless a test requests it.
 class MainLoop : public MibWorld {
   protected:
     MainLoop() {
@@ -58,7 +58,7 @@ class MainLoop : public MibWorld {
         vars[COLID_selfTestVersion].flags |= VAR_FLAG_delivered;
     }
 
-    /** What each pass finds at its end, in turn; SIGTERM in the last one. */
+    /** The input at the end of each iteration; SIGTERM in the last one. */
     void at_checks(std::vector<std::function<int()>> steps) {
         fake_agent::on_check = [steps, pass = size_t{0}]() mutable {
             const size_t step = pass++;
@@ -68,7 +68,7 @@ class MainLoop : public MibWorld {
         };
     }
 
-    /** Runs the loop to its end: its result and what was called; without the care for the log file. */
+    /** Runs the loop to its end. Returns its result and the transcript without checks of the log file. */
     static string run() {
         const int result = main_loop();
         string lines = transcript::take();
@@ -148,7 +148,7 @@ TEST_F(MainLoop, ServesOneEventAPass) {
                          "trapArgD, owner, uint, str, status, uint, str$\nagent check\n" +
                          refusal(902) + "agent check\n" + refusal(903) +
                          "agent check\n"
-                         "wait 10000 us\nagent check\n" +  // only now there is time to rest
+                         "wait 10000 us\nagent check\n" +  // rests only now
                          kSigterm +
                          kPopped + "result 0");
     EXPECT_FALSE(sendTestTrap);
@@ -171,7 +171,7 @@ TEST_F(MainLoop, HoldsEventsBackWhileTheArrayIsAway) {
     const string course = run();
     const size_t back = course.find("serve 15 s\n");
     ASSERT_NE(back, string::npos) << course;
-    EXPECT_EQ(course.find("wait 10000 us\n"), 0);  // they do not end a rest that cannot serve them
+    EXPECT_EQ(course.find("wait 10000 us\n"), 0);  // they cannot be processed, so they do not end the rest
     EXPECT_GT(course.find(refusal(901)), back);
     EXPECT_LT(course.find(refusal(901)), course.find("Traps are disabled"));
     EXPECT_LT(course.find("Traps are disabled"), course.find(refusal(902)));
@@ -216,7 +216,7 @@ TEST_F(MainLoop, CountsStrikesUntilTheApiManagerIsBack) {
     });
     int checks = 0;
     fake_agent::on_check = [&] {
-        if (snmpSubagentComm->apimgr_ok() && ++checks == 2) {  // gone once more
+        if (snmpSubagentComm->apimgr_ok() && ++checks == 2) {  // lost again
             snmpSubagentComm->set_apimgr_state(false);
             fake_api_mgr::refuse_connections(true);
         }
@@ -226,7 +226,7 @@ TEST_F(MainLoop, CountsStrikesUntilTheApiManagerIsBack) {
               "wait 10000 us\n" + strike(1) + "wait 10000 us\n" + strike(2) +
                   "wait 10000 us\napi ping\napi GetList TsController\n" + kPs +
                   "agent check\n"
-                  // The next pass tells of the recovery and clears the strikes.
+                  // The next iteration logs the recovery and clears the strikes.
                   "wait 10000 us\nlog 4 interface to apimgr has been recovered before reached 3 strikes$\n"
                   "agent check\nagent ping\n" +
                   kSnmpget +
@@ -299,7 +299,7 @@ TEST_F(MainLoop, AnswersWhatCameInALongPassBeforeItJudges) {
     EXPECT_EQ(run(), course("agent check\nagent check\nagent check\n"));
     see_all_well();
     begin_long_pass();
-    at_checks({request(600'000), request(600'000), nothing});  // a flood is cut off after a second
+    at_checks({request(600'000), request(600'000), nothing});  // serving stops after a second
     EXPECT_EQ(run(), course("agent check\nagent check\n"));
 }
 
@@ -331,7 +331,7 @@ TEST_F(MainLoop, EndsAtWhicheverPointItSeesSigterm) {
              "a "
              "sleep of 15 sec$\n") +
              kSigterm + kPopped + "result 0"},
-        {"api GetList", nothing,  // a test that has begun is ended, and so is the pass
+        {"api GetList", nothing,  // aborts a test in progress, and the iteration
          string("wait 10000 us\napi GetList TsController\nagent check\n") + kSigterm + kPopped +
              "log 7 exiting main_loop$\nresult 0"},
     };

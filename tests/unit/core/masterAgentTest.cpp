@@ -22,7 +22,7 @@ class PidFile : public MasterAgent {
   protected:
     void write(const string& text) const { folder.Write("pid", text); }
 
-    // The result and what was logged, with PATH for the file's path.
+    // Returns the result and the log, with PATH instead of the path of the file.
     string read() const {
         const int pid = read_pid_file(path.c_str());
         string lines = transcript::take();
@@ -131,7 +131,7 @@ TEST_F(MasterAgent, IsKilledBySignal6AndThen9) {
                                       "log 4 failed to popen for killall -9: errno: 11$\nsleep 10000 us\n");
 
     fake_agent::output_of = [](const string&) { return nullptr; };
-    kill_snmpd();  // the second command is then left out
+    kill_snmpd();  // the second command is then omitted
     EXPECT_EQ(transcript::take(), six + "log 4 failed to popen for killall -6: errno: 11$\nsleep 10000 us\n");
 }
 
@@ -148,7 +148,7 @@ TEST_F(MasterAgent, SelfTestFiresTheNextGet) {
     EXPECT_EQ(flags & VAR_FLAG_delivered, 0);
     EXPECT_TRUE(snmpSubagentComm->agentx_ok());
 
-    conf_rocommunity = "other";  // the first use has fixed the command
+    conf_rocommunity = "other";  // the command was built on first use
     flags |= VAR_FLAG_delivered;
     EXPECT_EQ(check_snmpget(), 0);
     EXPECT_EQ(transcript::take(), "open " + command + "\n");

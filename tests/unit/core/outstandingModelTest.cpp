@@ -32,10 +32,10 @@ enum kind_number : size_t {
 struct kind_of_test {
     int32_t trapNum;
     const char* object;
-    int first_column; /**< the row; the name is two columns behind it */
+    int first_column; /**< the row number; the name is two columns later */
     int status_column;
     int index_column;       /**< -1: none */
-    bool is_instance;       /**< only the object's own status is read again, and its index verifies it */
+    bool is_instance;       /**< only the object's status is re-read, and its index verifies it */
     size_t parent = kKinds; /**< kKinds: none */
     int32_t component = 0;
 };
@@ -63,11 +63,11 @@ struct thing {
     uint32_t status = 1;
     bool is_listed = true;
 
-    /** Of a disk it means enclosure 5, which is always there. */
+    /** For a disk, the name refers to enclosure 5, which always exists. */
     string name() const { return "5-" + std::to_string(100 * parent + number); }
 };
 
-/** The array, by kind. Its lists change their order, and objects come and go. */
+/** The objects of the array, by kind. Tests reorder the lists, and remove and add objects. */
 std::vector<thing> things[kKinds] = {
     {{0, 11}, {0, 12}},
     {{0, 5}, {0, 6}, {0, 7}},
@@ -82,7 +82,7 @@ std::vector<thing> things[kKinds] = {
     {{0, 1}},
     {{0, 61}, {0, 62}, {0, 63}},
 };
-bool is_busy = false;  // it answers no request
+bool is_busy = false;  // the array does not respond
 
 bool is_child(size_t kind, int32_t parent_row, const thing& object) {
     if (kinds[kind].parent == ctlr)
@@ -92,7 +92,7 @@ bool is_child(size_t kind, int32_t parent_row, const thing& object) {
            (is_cached(above) && vars[above].uint == static_cast<uint32_t>(object.parent));
 }
 
-// Packs the rows of the listed objects. Rows that are left keep their values.
+// Packs the rows of the listed objects. Unused rows keep their values.
 void refresh_rows(size_t kind, int32_t parent) {
     const kind_of_test& columns = kinds[kind];
     const auto rows = static_cast<int32_t>(std::min(cols[columns.first_column].maxNumOfRows, 5U));
@@ -136,7 +136,7 @@ struct command_of_test {
     }
 };
 
-/** What a command comes upon. */
+/** The object that a command finds. */
 struct sight {
     size_t kind;
     int32_t row;
@@ -158,13 +158,13 @@ struct record_of_model {
     int64_t checked_s;
 };
 
-/** The rules of the memory in their plainest form: a record belongs to an object, whatever its row. Asked
-   behind the daemon, when the tables have been refreshed. */
+/** A simple model of the records: each belongs to an object, whatever its row. Use it after the daemon has
+   processed a command, when the tables have been refreshed. */
 class memory_model {
   public:
     std::vector<record_of_model> records;
 
-    /** Before the daemon: objects that are not known yet are refused without a refresh. */
+    /** Call before the daemon processes a command: it rejects unknown parents without a refresh. */
     void see_what_is_known() {
         known = {ctlrIndexFirst, ctlrIndexSecond};
         for (const thing& each : things[encl]) {
@@ -173,7 +173,7 @@ class memory_model {
         }
     }
 
-    /** None: the command is refused. */
+    /** Returns the object that a command finds; none if the command is rejected. */
     std::optional<sight> reach(const command_of_test& command) const {
         const size_t parent_kind = kinds[command.kind].parent;
         if (parent_kind == kKinds)
@@ -245,14 +245,14 @@ class memory_model {
         return event(record.command, seen->status == 1 ? 5 : record.clearing, now_s);
     }
 
-    // Another object has the row; only an API index can tell.
+    // Returns whether another object has the row, which only an API index can show.
     static bool is_displaced(const record_of_model& record) {
         const kind_of_test& kind = kinds[record.command.kind];
         return kind.is_instance && vars[var_at(kind.index_column, record.row)].uint !=
                                        static_cast<uint32_t>(record.command.object);
     }
 
-    // From 1; 0: none.
+    // Returns the row (from 1), or 0 if there is none.
     static int32_t row_of(size_t kind, int number, int32_t parent = 1) {
         if (kind == ctlr)
             return number == ctlrIndexFirst ? 1 : number == ctlrIndexSecond ? 2 : 0;
@@ -326,7 +326,7 @@ class OutstandingModel : public TrapWorld {
     memory_model model;
     std::vector<command_of_test> commands;
     std::mt19937 random{20240915};
-    string course;            // what the last step called
+    string course;            // the transcript of the last step
     size_t changed_kind = 0;  // of the latest change; an event is likely to follow
 
     size_t below(size_t bound) { return std::uniform_int_distribution<size_t>(0, bound - 1)(random); }
@@ -369,7 +369,7 @@ class OutstandingModel : public TrapWorld {
         tell_states();
     }
 
-    // What the array answers to requests for one object.
+    // Sets the responses of the array to requests for one object.
     static void tell_states() {
         static constexpr const char* kTexts[] = {"", "Up", "Down", "Degraded"};
         for (const size_t kind : {disk, folder, volume, server}) {
@@ -407,7 +407,7 @@ class OutstandingModel : public TrapWorld {
         return look(kSteps_s[below(below(20) == 0 ? 10 : 8)]);
     }
 
-    /** Nothing changes any more: what is not as remembered is notified once, and then nothing. */
+    /** Without further changes, each object whose status differs from its record is notified once. */
     void settle() {
         is_busy = false;
         tell_states();
@@ -420,7 +420,7 @@ class OutstandingModel : public TrapWorld {
             ASSERT_EQ(model.reach(record.command)->status, record.status) << record.command.text();
     }
 
-    // Whether a receiver got this, and no more.
+    // Returns whether a receiver got exactly this.
     bool is_as_expected(const std::optional<notice>& expected) const {
         const size_t sent = course.find("notify ");
         if (sent == string::npos || !expected)

@@ -64,7 +64,7 @@ TEST_F(PostProcess, MakesTextsOfTexts) {
 
 TEST_F(PostProcess, FindsTheArraysAddress) {
     const char* const kNone = "https://www.vorn-lumivant.example/tessera";
-    // This controller's row; cells, a number behind "#"; what comes of them.
+    // The row of this controller; instances, with "#" before a number; the resulting URL.
     const std::tuple<int, std::vector<string>, const char*> rows[] = {
         {0, {"R.29.1.8.1=10.0.0.1", "R.13.1.5.1=10.0.0.2", "R.29.1.12.1#64"}, "https://10.0.0.1"},
         {0, {"R.29.1.8.1=0.0.0.0", "R.29.1.11.1=fd00::1", "R.29.1.12.1#64"}, "https://fd00::1"},
@@ -134,8 +134,7 @@ TEST_F(FolderUsage, IsFetchedForEachFolder) {
     EXPECT_EQ(value_of(var_at(COLID_tsDiskFolderAlertThreshold, 2)), "-");
     EXPECT_EQ(vars[var_at(COLID_tsDiskFolderAlertThreshold, 2)].uint, 0U);
 
-    // Folders that have gone leave the column of the row numbers and their free space, and no other of their
-    // usage.
+    // Rows of removed folders lose their row number and free space, but no other usage value.
     refresh(folder("3"));
     EXPECT_EQ(row(1), "70 6 | 1 10 3 9 2 2 6 0");
     EXPECT_EQ(row(2), "- - | - 10 3 9 2 2 6 0");
@@ -153,7 +152,7 @@ TEST_F(FolderUsage, ThatCannotBeFetchedKeepsItsNumbers) {
               "log 4 xml resp for tsDiskFolderStorageUsage has Error: it failed$\n");
     EXPECT_EQ(row(1), "70 6 | 1 10 3 9 2 2 6 0");
 
-    // An attribute is missing in the middle: no number of the response is used.
+    // If an attribute is missing, no number of the response is used.
     string partly = kUsage;
     partly.replace(partly.find("<AllocatedSpace>"), 40, "");
     fake_api_mgr::documents["Get TsDiskFolderStorageUsage 7.4"] = fake_api_mgr::object_answer(partly);
@@ -186,7 +185,7 @@ TEST_F(PostProcess, GlobalStatusIsTheWorstOfTheAlerts) {
     struct row {
         std::vector<alert> alerts;
         const char* status;
-        const char* worst;  // the row number of the worst alert; "-": not touched
+        const char* worst;  // the row number of the worst alert; "-": unchanged
     };
     const row rows[] = {
         {{}, "3", "-"},
@@ -220,7 +219,8 @@ TEST_F(PostProcess, GlobalStatusIsTheWorstOfTheAlerts) {
         EXPECT_EQ(value_of(var_at(COLID_worstAlertNbr, 1)), each.worst) << what;
         EXPECT_EQ(std::to_string(worstAlertNbr), string(each.worst) == "-" ? "99" : each.worst) << what;
     }
-    // A full first controller, whose last alert is not the worst; a number that no text gives.
+    // The first controller has the maximum number of alerts, and the last is not the worst. Also, an unknown
+    // number.
     for (int32_t i = 0; i < 9001; ++i) {
         store_number(cols[COLID_tsAlertStatus].first_var + i, i == 9000 ? 1 : 7);
         store_number(cols[COLID_tsAlertActive].first_var + i, 1);
@@ -235,7 +235,7 @@ TEST_F(PostProcess, GlobalStatusIsTheWorstOfTheAlerts) {
     EXPECT_EQ(value_of(global), "2");
 }
 
-// ---- numbers in texts ----
+// ---- numbers in strings ----
 
 TEST(NumericText, SaturatesAtTheRangeOfItsColumn) {
     const std::tuple<const char*, uint32_t, int32_t> rows[] = {

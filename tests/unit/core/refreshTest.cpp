@@ -14,7 +14,7 @@ class Refresh : public MibWorld {
   protected:
     Refresh() { verbose = false; }
 
-    // Refreshes the table of a column from these objects; the result and what was logged.
+    // Refreshes the table of a column from these objects. Returns the result and the log.
     static string refresh(int col_id, const string& request, const string& objects) {
         return refresh_from(col_id, request, list_answer(objects));
     }
@@ -54,7 +54,7 @@ TEST_F(Refresh, FillsARowAndLetsRowsLeave) {
     EXPECT_EQ(row_of_values(kDisk, 4), "- - - - - - - - - -");
     EXPECT_EQ(vars[var_at(COLID_tsDiskName, 4)].str, "Disk 01-17");  // the value is kept
     refresh(27, "TsDisk", "<tsDisk/><tsDisk/><tsDisk/><tsDisk/><tsDisk/><tsDisk><Index/></tsDisk>");
-    EXPECT_EQ(value_of(var_at(32, 6)), "0");  // never filled before, and no digits
+    EXPECT_EQ(value_of(var_at(32, 6)), "0");  // not filled before, and no digits
 }
 
 TEST_F(Refresh, KeepsTheOldRowsWhenAnAnswerIsRefused) {
@@ -85,7 +85,7 @@ TEST_F(Refresh, KeepsTheOldRowsWhenAnAnswerIsRefused) {
                   std::to_string(var_at(116, 1)) + "$\n");
     EXPECT_EQ(row_of_values({115, 116, 117, 118, 119}, 1), "1 - \"v\" - \"Empty\"");
     EXPECT_EQ(vars[var_at(COLID_tsVolumeApiIndex, 1)].uint, 666U);
-    EXPECT_EQ(refresh(115, "TsVolume", ""), "0\napi GetList TsVolume\n");  // none at all is legal here
+    EXPECT_EQ(refresh(115, "TsVolume", ""), "0\napi GetList TsVolume\n");  // this table may be empty
     EXPECT_EQ(row_of_values({115, 117, 119}, 1), "- - -");
 }
 
@@ -109,7 +109,7 @@ TEST_F(Refresh, OfTheControllersSaysWhoseRowsTheirPartsAre) {
     EXPECT_EQ(row_of_values({47, 49}, 2, 2), "2 \"c\"");
     EXPECT_EQ(row_of_values({47, 49}, 2, 1), "- -");
 
-    // One controller is left: the second index keeps its value.
+    // If only one controller remains, the second index keeps its value.
     refresh(16, "TsController", controller("5", "6"));
     EXPECT_EQ(ctlrIndexSecond, 9);
     refresh(47, "TsControllerFanSensor", fans);
@@ -127,8 +127,8 @@ TEST_F(Refresh, OfTheControllersSaysWhoseRowsTheirPartsAre) {
     EXPECT_EQ(ctlrIndexSecond, 9);
 }
 
-// Objects go to the first parent that bears their index, in the order of the answer; an object without a
-// parent's tag ends the search for a parent, and what is of nobody is left out.
+// Objects belong to the first parent with their index, in the order of the response. An object without the
+// index of a parent ends the list, and objects of unknown parents are omitted.
 TEST_F(Refresh, OfTheEnclosuresSaysWhoseRowsTheirPartsAre) {
     const auto enclosures = [](std::initializer_list<const char*> indexes) {
         string objects;
@@ -164,8 +164,8 @@ TEST_F(Refresh, OfTheEnclosuresSaysWhoseRowsTheirPartsAre) {
     EXPECT_EQ(names(), R"(- - | 1 "again" | - - | - - | )");
 }
 
-// An attribute feeds several columns, scalars take the first object's, and a post-process sees each text
-// anew.
+// An attribute may fill several columns, scalars take the value of the first object, and a post-process gets
+// each string again.
 TEST_F(Refresh, FeedsEachColumnOfItsMap) {
     const post_process_type post_process = [](int32_t var_index) {
         vars[var_index].str += is_cached(var_index) ? "+" : "-";

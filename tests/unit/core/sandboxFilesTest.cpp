@@ -98,7 +98,7 @@ TEST_F(LogFile, IsCutToItsFirst2000000BytesWhenItIsTooLong) {
     write_file(kLog, text.substr(0, 3000000));
     truncate_subagent_log();
     EXPECT_EQ(std::filesystem::file_size(kLog), 3000000U);
-    subagent_log(0, "f", "o", 1, "%s", "x");  // the line that makes it too long goes with the cut
+    subagent_log(0, "f", "o", 1, "%s", "x");  // truncation also removes the line that makes it too long
     EXPECT_EQ(take(), text.substr(0, 2000000));
     write_file(kLog, text);
     truncate_subagent_log();
@@ -117,7 +117,7 @@ TEST_F(LogFile, ThatCannotBeOpenedLosesTheLineAlone) {
     EXPECT_EQ(take(), "kept\n");
 }
 
-// Standard output is at stake, so it is another process's.
+// In a separate process, because it redirects standard output.
 TEST_F(LogFile, TakesStandardOutputAndFollowsAMovedFile) {
     const auto story = [] {
         redirect_stdout_to_log();
@@ -237,7 +237,7 @@ string settings() {
     return text.str();
 }
 
-// First of all, since it needs the values with which the process starts.
+// Must be the first test, because it needs the initial values of the process.
 TEST(Settings, StayAsTheProcessStartedWithoutAFile) {
     const char* const kStart = "||0||0||1|0|0|0|0|0|0";
     EXPECT_EQ(settings(), kStart);
@@ -286,7 +286,7 @@ TEST(Settings, AreReadAsTheyStand) {
         {"trapPort=162\n", changed(4, "0")},
         {"controllerIndexThis 3\n", kDefaults},
         {string(489, '#') + "trapVer 2\n", changed(6, "2")},  // and 499
-        {string(490, '#') + "trapVer 2\n", kDefaults},        // byte 500 does not count
+        {string(490, '#') + "trapVer 2\n", kDefaults},        // byte 500 is not read
         {string("trapVer 2\n\0trapPort 1\n", 22), changed(6, "2")},
     };
     std::filesystem::remove(kLog);
@@ -300,7 +300,7 @@ TEST(Settings, AreReadAsTheyStand) {
     EXPECT_EQ(log.find('\n'), log.size() - 1) << log;
 }
 
-// Another user was first at the API manager's path. Runs until it is killed; -1 where root is the only user.
+// Starts a process of another user that occupies the API manager's path. Returns -1 without other users.
 pid_t start_impostor() {
     int ready[2];
     EXPECT_EQ(pipe(ready), 0);
@@ -321,7 +321,7 @@ pid_t start_impostor() {
         return child;
     int status = 0;
     waitpid(child, &status, 0);
-    EXPECT_EQ(WEXITSTATUS(status), 1);  // it could not become that user
+    EXPECT_EQ(WEXITSTATUS(status), 1);  // it could not change to that user
     return -1;
 }
 

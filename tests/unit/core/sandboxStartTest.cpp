@@ -1,5 +1,5 @@
-// The daemon's start and end, and that of the master agent, by transcript. They remove and read pid files at
-// fixed paths and bind a port, so this runs in the sandbox alone; each start in a process of its own.
+// Start-up and shutdown of the daemon and of the master agent, by transcript. They use pid files at fixed
+// paths and bind a port, so this runs only in the sandbox. Each start runs in a separate process.
 
 #include <sys/wait.h>
 #include <unistd.h>
@@ -25,7 +25,7 @@ namespace {
 
 using std::string;
 
-// What this gives back in a process of its own, so that every start finds fresh state.
+// Runs `work` in a child process, so that every start begins with fresh state. Returns its result.
 string in_child(const std::function<string()>& work) {
     int channel[2];
     EXPECT_EQ(pipe(channel), 0);
@@ -52,7 +52,7 @@ void write_file(const string& path, const string& text) {
     std::ofstream(path) << text;
 }
 
-// An array with the objects that a start needs, and a master agent that answers.
+// An array with the objects that start-up needs, and a master agent that responds.
 void prepare_world() {
     const std::pair<const char*, const char*> objects[] = {
         {"TsController",
@@ -99,7 +99,7 @@ const string kStartOfSnmpd =
 const char* const kLibrary = "agent init\nagent init_snmp\nsleep 1000000 us\n";
 const char* const kSnmpget = "open /usr/local/bin/snmpget -r 0 -v2c -c [public] localhost OID-OF-10.0 &\n";
 
-// Starts the agents in a world that `change` has changed: the transcript and the result.
+// Starts the agents after `change` has changed the environment. Returns the transcript and the result.
 string start_agents(const std::function<void()>& change) {
     return in_child([&] {
         prepare_world();
@@ -164,7 +164,7 @@ TEST(StartOfAgents, GivesUpAtTheFirstStepThatFails) {
         const string end = each_end + "result 1";
         EXPECT_EQ(course.size() < end.size() ? course : course.substr(course.size() - end.size()), end);
     }
-    // How long it waits: for the session 21 seconds in all, for the self-test 2000 passes.
+    // It waits 21 seconds in all for the session, and 2000 iterations for the self-test.
     const auto count = [](string text, const string& part) {
         const size_t size = text.size();
         ReplaceAll(text, part, "");
@@ -176,7 +176,7 @@ TEST(StartOfAgents, GivesUpAtTheFirstStepThatFails) {
 
 // ---- the daemon ----
 
-// Runs the daemon in the foreground in a world that `change` has changed.
+// Runs the daemon in the foreground after `change` has changed the environment.
 string run_daemon(const std::function<void()>& change) {
     std::filesystem::remove("/etc/snmpSubagent.conf");
     std::filesystem::create_directories("/mnt/root");

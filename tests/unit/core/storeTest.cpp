@@ -36,7 +36,7 @@ TEST_F(Store, BitmapBehavesLikeOneFlagAnEntry) {
         return std::uniform_int_distribution<int32_t>(0, bound - 1)(random);
     };
     for (int i = 0; i < 20000; ++i) {
-        // Near word borders, the ends, and anywhere; ranges from none to thousands.
+        // Near word boundaries, at the ends, and anywhere. Ranges contain none to thousands of entries.
         int32_t first = below(3) == 0 ? below(total_vars) : below(total_vars / 64) * 64 + below(3);
         if (below(20) == 0)
             first = total_vars - 1 - below(130);
@@ -75,7 +75,7 @@ TEST_F(Store, FindsARowByItsValueUpToTheFirstGap) {
         store_number(first + row, 10 * (row + 1));
     EXPECT_EQ(find_row_by_value(first, 2000, 10), 0);
     EXPECT_EQ(find_row_by_value(first, 2000, 30), 2);
-    EXPECT_EQ(find_row_by_value(first, 2000, 50), -1);  // behind the gap
+    EXPECT_EQ(find_row_by_value(first, 2000, 50), -1);  // after the gap
     EXPECT_EQ(find_row_by_value(first, 2, 30), -1);
     EXPECT_EQ(find_row_by_value(first, 3, 30), 2);
     EXPECT_EQ(find_row_by_value(first, 0, 10), -1);
@@ -83,7 +83,7 @@ TEST_F(Store, FindsARowByItsValueUpToTheFirstGap) {
     EXPECT_EQ(find_row_by_value(first + 3, 5, 0xFFFFFFFF), -1);
 }
 
-// ---- refreshing by force: a get_fn of the test writes down its calls ----
+// ---- forced refreshes: a get_fn of the test records its calls ----
 
 int failing_column = -1;
 
@@ -103,7 +103,7 @@ class Force : public Store {
 };
 
 TEST_F(Force, TakesTheTimesOfARefresh) {
-    EXPECT_EQ(force_get_table_info(COLID_tsDiskName, true), 0);  // a table's column stands for the table
+    EXPECT_EQ(force_get_table_info(COLID_tsDiskName, true), 0);  // any column of a table refreshes the table
     EXPECT_EQ(transcript::take(), "get 27 in the background\n");
     EXPECT_EQ(cols[COLID_tsDiskName].last_fetch_time_us, fake_clock::kStart_us);
     EXPECT_EQ(cols[COLID_tsDiskName].last_fetch_duration_us, 2500);
@@ -114,7 +114,7 @@ TEST_F(Force, TakesTheTimesOfARefresh) {
     EXPECT_EQ(cols[COLID_tsDiskName].last_fetch_time_us, fake_clock::kStart_us + 2500);
     EXPECT_EQ(cols[COLID_tsDiskName].last_fetch_duration_us, 2500);
 
-    EXPECT_EQ(force_get_table_info(COLID_tsFolderUsageNbr, false), 0);  // nothing refreshes it by itself
+    EXPECT_EQ(force_get_table_info(COLID_tsFolderUsageNbr, false), 0);  // it is not refreshed separately
     EXPECT_EQ(transcript::take(), "");
 }
 

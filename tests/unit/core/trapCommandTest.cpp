@@ -37,7 +37,7 @@ TEST(TrapCommandText, IsEightNumbersAndARest) {
         EXPECT_EQ(queued(text), result) << text;
     const string command = "1 2 3 4 5 6 7 8 ";
     EXPECT_EQ(queued(command + string(600, 'x')), command + "[" + string(500 - command.size(), 'x') + "]");
-    EXPECT_EQ(queued(command, command.size()), "refused");  // its last blank does not fit
+    EXPECT_EQ(queued(command, command.size()), "refused");  // its last space does not fit
     EXPECT_EQ(queued(command, command.size() + 1), command + "[]");
     EXPECT_EQ(ParseTrapCommand("1 2 3 4 5 6 7 8 ", nullptr, 10), 1);
     EXPECT_TRUE(trapsToSend.empty());
@@ -50,7 +50,7 @@ TEST_F(Command, WritesWhatEveryNotificationSays) {
         {"1 -2 3 200 0 0 0 0 prefix@@@text", "1,-2,3", 2, "text"},
         {"1 2 3 200 0 0 0 5 prefix@@@text", "1,2,3", 1, "Alert Cleared - text"},
         {"1 2 3 200 0 0 0 4 a@@@b@@@c", "1,2,3", 2, "c"},
-        {"1 2 3 999 0 0 0 0 @@@", "1,2,3", 2, ""},  // also when it is refused then
+        {"1 2 3 999 0 0 0 0 @@@", "1,2,3", 2, ""},  // even if it is rejected later
     };
     for (const auto& [command, event_id, state, alert] : rows) {
         trapCompStatusText = "old";
@@ -65,7 +65,7 @@ TEST_F(Command, WritesWhatEveryNotificationSays) {
         EXPECT_EQ(trapCompStatusText, "empty");
         EXPECT_EQ(vars[cols[COLID_trapCompStatusText].first_var].str, "old");
     }
-    // The alert text is taken before the alert string is shortened.
+    // The alert text is copied before the alert string is truncated.
     TrapToSend trap;
     trap.trapNum = 201;
     trap.alertString = string(250, 'x') + "@@@" + string(300, 'y');

@@ -24,7 +24,7 @@ class Objects : public TrapWorld {
         return text + "@@@alert";
     }
 
-    /** Whether the notification shows these bindings in this order. */
+    /** Returns whether the notification has these bindings in this order. */
     static void expect_shown(const string& notification, std::initializer_list<string> bindings) {
         size_t place = 0;
         for (const string& binding : bindings) {
@@ -109,7 +109,7 @@ TEST_F(Objects, EnclosureOfADisk) {
     EXPECT_EQ(shown("9-1"), "1\napi Get TsDisk 64702.40\nlog 4 could not find encl index: enclNum 9$\n");
     answer_status("TsDisk", 40, "Down");
     EXPECT_EQ(shown("9-1")[0], '1');
-    EXPECT_EQ(outstandingTraps.size(), 1U);  // it is remembered all the same
+    EXPECT_EQ(outstandingTraps.size(), 1U);  // it gets a record nevertheless
 }
 
 TEST_F(Objects, DeviceOfAScsiInitiator) {
@@ -119,7 +119,7 @@ TEST_F(Objects, DeviceOfAScsiInitiator) {
     vars[var_at(COLID_tsDiskName, 2)].str = "9-03";
     EXPECT_EQ(run(command(213, 2, 3, 4)),
               "1\nrefresh tsEnclosure\nlog 4 could not find encl index: enclNum 9$\n");
-    // The first row of a table shows that there is no object; another object has the row again afterwards.
+    // Row 1 of a table shows an unknown object; afterwards it shows its own object again.
     vars[var_at(COLID_tsDiskName, 2)].str = "lonely";
     const std::pair<string, std::vector<string>> unknown[] = {
         {command(213, 2, 3, 4), {"R.14.1.2.2 gauge 2", "R.14.1.4.2 \"lonely\""}},
@@ -163,7 +163,7 @@ TEST_F(Objects, ComponentsShowThemselvesWithAdvice) {
         {4, COLID_tsCtlrVoltageStatus, 3, COLID_tsCtlrVoltageCurrent, "12", voltage + "Degraded" + support},
         {4, COLID_tsCtlrVoltageStatus, 3, COLID_tsCtlrVoltageCurrent, " 11.4V",
          voltage + "Degraded: Voltage is too Low" + support},
-        // One threshold that cannot be read silences the other.
+        // If one threshold is not readable, the other is not used either.
         {4, COLID_tsCtlrVoltageStatus, 3, COLID_tsCtlrVoltageWarnUpper, "", voltage + "Degraded" + support},
         {6, COLID_tsEnclAlarmStatus, 2, COLID_tsEnclFanSpeed, "",
          "Enclosure Audible Alarm is Down" + support},

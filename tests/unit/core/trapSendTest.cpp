@@ -56,7 +56,7 @@ TEST_F(Send, SpeaksEachVersion) {
     for (const auto& [number, msg, version, shown] : rows)
         EXPECT_EQ(send(number, msg, version, number == 0 ? kTrapTypeColdStart : kTrapTypeEnterprise),
                   "0\n" + shown + "close session\n");
-    conf_trapVer = 1;  // a change counts from the next notification on
+    conf_trapVer = 1;  // a change applies from the next notification on
     EXPECT_EQ(send(200).substr(0, 11), "0\nnotify 1 ");
     for (const int version : {4, -1}) {
         conf_trapVer = version;
@@ -84,7 +84,7 @@ TEST_F(Send, GoesThroughTheMasterAgentToo) {
 
 TEST_F(Send, NeedsTheAddressOfTheArray) {
     put("R.29.1.8.1", "0.0.0.0");
-    EXPECT_NE(send(8, "", 1).find("agent=0.0.0.0 "), string::npos);  // an IPv6 address has no place there
+    EXPECT_NE(send(8, "", 1).find("agent=0.0.0.0 "), string::npos);  // the field is too short for IPv6
     put("R.29.1.8.1", "192.0.2.300");
     EXPECT_EQ(send(8, "", 1), "1\nlog 4 couldn't parse ip addr string: 192.0.2.300$\nclose session\n");
     EXPECT_EQ(send(8, "", 2)[0], '0');

@@ -16,7 +16,7 @@ void (*on_refresh)(const string& object) = nullptr;
 
 namespace {
 
-// The refresh of a table as the daemon has it, by the table's place among them.
+// The daemon's refresh of a table, by the position of the table.
 template <size_t number>
 int note_refresh(int32_t var_index, bool background) {
     const refresh_operation& operation = refresh_operations[number];
@@ -48,7 +48,7 @@ void put_at(int32_t var_index, uint32_t number) {
     store_number(var_index, number);
 }
 
-// Row number, status and name, which stand in the first columns of every table.
+// Row number, status and name, the first columns of every table.
 void put_object(int first_column, int32_t row, const string& name, int32_t parent = 1) {
     put_at(var_at(first_column, row, parent), static_cast<uint32_t>(row));
     put_at(var_at(first_column + 1, row, parent), 1U);
@@ -60,7 +60,7 @@ void put_component_readings() {
     for (const int col_id : {COLID_tsCtlrFanCurrentRpm, COLID_tsCtlrFanWarnLower, COLID_tsCtlrFanWarnUpper})
         put_at(var_at(col_id, 2, 2), col_id == COLID_tsCtlrFanWarnLower ? 1000U : 5000U);
     put_at(var_at(COLID_tsCtlrFanCurrentRpm, 2, 2), 3000U);
-    // A lookup stops at the first row that is not there.
+    // A lookup stops at the first missing row.
     put_at(var_at(COLID_tsCtlrFanApiIndex, 1, 2), 5U);
     put_at(var_at(COLID_tsCtlrFanApiIndex, 2, 2), 8U);
     put_at(var_at(COLID_tsCtlrTempCurrent, 2, 2), 30U);

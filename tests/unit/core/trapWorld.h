@@ -8,25 +8,25 @@
 /**
  * An array whose notifications go to 192.0.2.9 as version 2c traps: controllers 11 and 12, enclosures 5 and
  * 7, disks 40 and 43 (the second in enclosure 7), one folder, volume, server, cache card and UPS, components
- * in row 2 of controller 2 and of enclosure 2. All is Up. A refresh of a table is a line "refresh OBJECT" of
- * the transcript and changes nothing but what `on_refresh` does.
+ * in row 2 of controller 2 and of enclosure 2. Everything is Up. A refresh of a table is a line
+ * "refresh OBJECT" of the transcript, and only calls `on_refresh`.
  */
 class TrapWorld : public MibWorld {
   protected:
     TrapWorld();
 
-    /** Runs the command in a text: "RESULT\n" and what was called; the log without debug lines. */
+    /** Runs a trap command. Returns "RESULT\n" and the transcript, without debug lines. */
     static std::string run(const std::string& command, bool recheck = false);
 
-    /** The part of that which a receiver sees: the lines of the notification. */
+    /** Returns only the lines of the notification. */
     static std::string notification_of(const std::string& command);
 
-    /** Sets a status as a refresh would: the number with its text. */
+    /** Sets a status like a refresh: the number and the string. */
     static void set_status(int32_t var_index, uint32_t status);
 
-    /** What the API manager answers for the status of an object. */
+    /** Sets the status of an object in responses of the API manager. */
     static void answer_status(const std::string& object, int index, const std::string& status);
 };
 
-/** Called by each refresh with the object's name; null: nothing. */
+/** Called by each refresh with the object's name; null: not called. */
 extern void (*on_refresh)(const std::string& object);

@@ -13,7 +13,7 @@
 /** Serves connections one after the other, each with one exchange, as the API manager does. */
 class FakeApiMgr {
   public:
-    /** Fills the response; returns false to close without one. */
+    /** Fills in the response. Returns false to close the connection without one. */
     using Answer =
         std::function<bool(const protoIPCMsg::GPBIPCMsg& request, protoIPCMsg::GPBIPCMsg& response)>;
 
@@ -27,13 +27,13 @@ class FakeApiMgr {
           }) {}
     ~FakeApiMgr() {
         for (int missing = connections_ - accepted_; missing > 0; --missing) {
-            ADD_FAILURE() << "the API manager was not asked";
-            WireLinkClient{endpoint_};  // so that the thread waits no longer
+            ADD_FAILURE() << "missing request to the API manager";
+            WireLinkClient{endpoint_};  // so that the thread stops waiting
         }
         thread_.join();
     }
 
-    /** What each connection sent; look at it once all have been served. */
+    /** The request of each connection. Read it only when all have been served. */
     std::vector<protoIPCMsg::GPBIPCMsg> requests;
 
   private:
@@ -56,7 +56,7 @@ class FakeApiMgr {
     std::thread thread_;
 };
 
-/** An answer of the API manager with that document. */
+/** Makes `response` a response of the API manager with this document. */
 inline void SetDocument(protoIPCMsg::GPBIPCMsg& response, const std::string& document) {
     response.set_msgtype(protoIPCMsg::APIResp);
     response.mutable_apirespmsg()->set_cmdtype(protoIPCMsg::Command);

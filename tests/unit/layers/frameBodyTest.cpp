@@ -7,7 +7,7 @@
 
 namespace {
 
-/** Fills a body in steps of at most `step` bytes; checks that memory never runs ahead of them. */
+/** Fills a body in steps of at most `step` bytes. Checks that memory is allocated only as they arrive. */
 void Fill(FrameBody& body, const std::string& content, size_t piece, size_t step) {
     size_t filled = 0;
     while (body.missing() > 0) {
@@ -22,7 +22,7 @@ void Fill(FrameBody& body, const std::string& content, size_t piece, size_t step
     ASSERT_EQ(filled, content.size());
 }
 
-/** Reads as a parser does: takes what is offered, gives some of it back, skips some. */
+/** Reads like a parser: takes bytes, backs up over some of them, skips some. */
 std::string ReadWithDetours(FrameBody& body, const std::string& content) {
     std::string read;
     const void* data;
@@ -40,7 +40,7 @@ std::string ReadWithDetours(FrameBody& body, const std::string& content) {
     return read;
 }
 
-TEST(FrameBody, GivesBackWhatArrivedPieceByPiece) {
+TEST(FrameBody, ReturnsWhatArrivedInPieces) {
     std::string content;
     for (int i = 0; i < 600'000; ++i)
         content += static_cast<char>(i * 31 >> 3);

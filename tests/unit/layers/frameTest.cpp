@@ -11,7 +11,7 @@ namespace {
 using namespace std::string_literals;
 using testing::HasSubstr;
 
-// Envelopes as they stand on the wire.
+// Serialised envelopes.
 const std::string kPing =
     "\x08\x02"        // msgType APIRequest
     "\x12\x08"        // apiReqMsg
@@ -35,11 +35,11 @@ TEST(Frame, ABodyThatDoesNotParseThrows) {
         "",                                  // msgType is required
         "\x38\x01",                          // still without it
         "\x08\x02\x12\x00"s,                 // apiReqMsg without its cmdtype
-        "\x08\x63",                          // no value of the enumeration, so that msgType is absent
-        kPing + "\x07",                      // no wire type 7
+        "\x08\x63",                          // not in the enumeration, so that msgType is missing
+        kPing + "\x07",                      // unknown wire type 7
         kPing + "\x12",                      // a field without a value
-        kPing.substr(0, 8),                  // torn inside a field
-        "\x08\x02\x12\xff\xff\xff\x7f\x08",  // a length far beyond the body
+        kPing.substr(0, 8),                  // truncated within a field
+        "\x08\x02\x12\xff\xff\xff\x7f\x08",  // a length far larger than the body
         std::string(100, '\xff'),
         kPing + "\xa3\x06\xa4\x06",  // a group
     };
@@ -51,12 +51,12 @@ TEST(Frame, ABodyThatDoesNotParseThrows) {
     }
 }
 
-TEST(Frame, TheFieldsOfABodyAreCountedWhateverIsInThem) {
+TEST(Frame, CountsTheFieldsOfAnyBody) {
     const std::pair<std::string, FieldCount> rows[] = {
         {kPing, FieldCount::many},  // 6 fields, in three messages
         {"\x08\x02\x12\x06\x08\x02\xa2\x06\x01x", FieldCount::few},
         {"\x08\x02\xa2\x06\x02\xa2\x06\xa0\x06\x01\xa0\x06\x01",
-         FieldCount::few},  // nothing is known within the first
+         FieldCount::few},  // the first is an unknown field
         {"\xa0\x06\x01\xa0\x06\x01\xa0\x06\x01\xa0\x06\x01\xa0\x06\x01", FieldCount::many},
         {"\x08\x02\x12\x03\x08\x02", FieldCount::malformed},
         {"\xa3\x06\xa4\x06", FieldCount::malformed},  // a group
@@ -68,7 +68,7 @@ TEST(Frame, TheFieldsOfABodyAreCountedWhateverIsInThem) {
     }
 }
 
-TEST(Frame, TooLongABodyIsRefusedBeforeAByteOfItIsRead) {
+TEST(Frame, ABodyThatIsTooLongIsRejectedUnread) {
     for (const std::string& length :
          {"\x00\x01\x00\x01"s, "\x01\x00\x00\x00"s, "\x80\x00\x00\x00"s, "\xff\xff\xff\xff"s}) {
         Conversation c;  // 16 * 4096 is 0x10000
@@ -79,7 +79,7 @@ TEST(Frame, TooLongABodyIsRefusedBeforeAByteOfItIsRead) {
     }
 }
 
-TEST(Frame, TheGreatestBodyPassesAndOneByteMoreIsNotSent) {
+TEST(Frame, ABodyOfMaximumSizeIsSentButNotOneByteMore) {
     Conversation c;
     std::thread echo([&c] { c.peer.Write(c.peer.Read(4 + 65'536)); });
     c.connection.SendGPBMsg(MessageOfSize(65'536));
@@ -90,7 +90,7 @@ TEST(Frame, TheGreatestBodyPassesAndOneByteMoreIsNotSent) {
     EXPECT_THROW(c.connection.SendGPBMsg(MessageOfSize(65'537)), WireLinkError);
     EXPECT_THROW(c.connection.SendGPBMsg(protoIPCMsg::GPBIPCMsg()), WireLinkError) << "without msgType";
     char byte;
-    EXPECT_EQ(recv(c.peer.descriptor(), &byte, 1, MSG_DONTWAIT), -1) << "a frame that failed was begun";
+    EXPECT_EQ(recv(c.peer.descriptor(), &byte, 1, MSG_DONTWAIT), -1) << "part of a rejected frame was sent";
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
-"""Includes point down: between directories as the table allows, and between units without a cycle.
+"""Checks that directories include only those that the table allows, and that there is no cycle between units.
 
-A unit is a header with its source. Generated headers do not count: the tables of the MIB name functions of all layers.
+A unit is a header with its source. Generated headers are ignored: the tables of the MIB use functions of all layers.
 """
 
 import collections
@@ -11,7 +11,7 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parents[3]
 
-# Each directory of the programs, and the directories that it may include, which all stand above it.
+# Each directory of the programs, and the directories that it may include, which must precede it.
 LAYERS = """
 apiMgmt/common/platform:
 apiMgmt/common/xmlwrap:
@@ -48,7 +48,7 @@ arraySim/control: faults mgmtSend model platform protocol utils wirelink
 arraySim/scenario: control model utils
 arraySim: commandLine control model protocol scenario utils
 """
-ABOVE_ALL = ("tests", "bench", "fuzz", "docs", "cmake")
+UNRESTRICTED = ("tests", "bench", "fuzz", "docs", "cmake")
 
 
 def read_layers():
@@ -56,14 +56,14 @@ def read_layers():
     names = {}
     for line in LAYERS.replace("\n    ", " ").strip().splitlines():
         directory, allowed = line.split(":")
-        layers[directory] = {names[name] for name in allowed.split()}  # only what stands above: no cycle
+        layers[directory] = {names[name] for name in allowed.split()}  # KeyError unless it precedes
         names[directory.rpartition("/")[2]] = directory
     return layers
 
 
 def read_includes():
-    """Pairs of paths: a file and a header of the repository that it includes."""
-    files = [path.relative_to(ROOT) for top in ("apiMgmt", "arraySim", "tools", *ABOVE_ALL)
+    """Yields pairs of paths: a file and a header of the repository that it includes."""
+    files = [path.relative_to(ROOT) for top in ("apiMgmt", "arraySim", "tools", *UNRESTRICTED)
              for path in (ROOT / top).rglob("*") if path.suffix in (".cpp", ".h")]
     for path in files:
         for header in re.findall(r'#include "([^"]+)"', (ROOT / path).read_text(encoding="utf-8")):
@@ -78,10 +78,10 @@ def main():
     for path, header in read_includes():
         if path.with_suffix("") != header.with_suffix(""):
             units[str(path.with_suffix(""))].add(str(header.with_suffix("")))
-        if path.parent != header.parent and path.parts[0] not in ABOVE_ALL:
+        if path.parent != header.parent and path.parts[0] not in UNRESTRICTED:
             used[str(path.parent)].add(str(header.parent))
     wrong = [f"{one} includes {other}" for one, others in used.items() for other in others - layers.get(one, set())]
-    wrong += [f"{one} includes {other} no longer" for one, others in layers.items() for other in others - used[one]]
+    wrong += [f"{one} no longer includes {other}" for one, others in layers.items() for other in others - used[one]]
     try:
         graphlib.TopologicalSorter(units).prepare()
     except graphlib.CycleError as error:

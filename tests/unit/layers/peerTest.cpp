@@ -14,9 +14,9 @@ namespace {
 
 using testing::HasSubstr;
 
-TEST(Peer, SingleBytesAndSignalsBetweenThemDoNoHarm) {
+TEST(Peer, MaySendSingleBytesWithSignalsInBetween) {
     struct sigaction ignore {};
-    ignore.sa_handler = [](int) {};  // without SA_RESTART, so that system calls are cut short
+    ignore.sa_handler = [](int) {};  // without SA_RESTART, so that system calls are interrupted
     sigaction(SIGUSR1, &ignore, nullptr);
 
     Conversation c;
@@ -32,8 +32,8 @@ TEST(Peer, SingleBytesAndSignalsBetweenThemDoNoHarm) {
     writer.join();
 }
 
-/** Each byte comes in good time, the frame never does. */
-TEST(Peer, ThatDripsDoesNotStretchTheTimeLimit) {
+/** Each byte arrives in time, but not the whole frame. */
+TEST(Peer, CannotExtendTheTimeoutWithSingleBytes) {
     Conversation c(1);
     std::atomic<bool> done = false;
     std::thread writer([&] {
@@ -48,24 +48,24 @@ TEST(Peer, ThatDripsDoesNotStretchTheTimeLimit) {
     writer.join();
 }
 
-TEST(Peer, ThatSaysNothingOrTakesNothingMeetsTheTimeLimit) {
+TEST(Peer, ThatSendsOrReadsNothingCausesATimeout) {
     Conversation c(0, 1'000'000);
     EXPECT_EQ(c.ReceiveError(), "/here: timeout of 0 s expired while receiving a frame");
     ASSERT_TRUE(c.peer.Write("\1"));
     EXPECT_EQ(c.ReceiveError(), "/here: timeout of 0 s expired while receiving a frame");
-    const auto large = MessageOfSize(8'000'000);  // more than the socket holds
+    const auto large = MessageOfSize(8'000'000);  // more than fits in the socket
     EXPECT_EQ(ErrorOf([&] { c.connection.SendGPBMsg(large); }),
               "/here: timeout of 0 s expired while sending a frame");
 }
 
-TEST(Peer, ThatIsGoneIsAnErrorAndNoSignal) {
+TEST(Peer, ThatHasClosedCausesAnErrorAndNoSignal) {
     signal(SIGPIPE, SIG_DFL);
     Conversation c;
     c.peer.Close();
     EXPECT_EQ(ErrorOf([&] { c.connection.SendGPBMsg(MessageOfSize(1000)); }),
               "/here: the peer closed while a frame was sent");
 
-    // It leaves without reading what was sent: between two frames that is still a plain close.
+    // Closing without reading what was sent is no error between two frames.
     Conversation unread;
     unread.connection.SendGPBMsg(MessageOfSize(1000));
     unread.peer.Close();
@@ -99,14 +99,13 @@ TEST_F(Client, CannotConnectWhereNobodyListens) {
     EXPECT_EQ(ErrorOf(connect), path_ + ": cannot connect: Connection refused");
 }
 
-TEST_F(Client, GetsItsAnswerOrAnError) {
+TEST_F(Client, GetsAResponseOrAnError) {
     WireLinkServer server(Endpoint());
-    const std::string answer = Frame(MessageOfSize(1000).SerializeAsString());
+    const std::string frame = Frame(MessageOfSize(1000).SerializeAsString());
     const std::pair<std::string, std::string> cases[] = {
-        {answer, ""},
+        {frame, ""},
         {"", path_ + ": the peer closed without a response"},
-        {answer.substr(0, 500),
-         path_ + ": the peer closed within a frame; 504 bytes of its body are missing"},
+        {frame.substr(0, 500), path_ + ": the peer closed within a frame; 504 bytes of its body are missing"},
     };
     for (const auto& [bytes, error] : cases) {
         std::thread peer([&server, &bytes = bytes] {

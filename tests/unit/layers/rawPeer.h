@@ -14,7 +14,7 @@
 #include "apiMgmt/proto/apiMgrMsg.pb.h"
 #include "tests/unit/errorOf.h"
 
-/** The other end of a connection, byte for byte. */
+/** The other end of a connection, which sends and receives plain bytes. */
 class RawPeer {
   public:
     explicit RawPeer(int descriptor) : descriptor_(descriptor) {}
@@ -22,7 +22,7 @@ class RawPeer {
     RawPeer(const RawPeer&) = delete;
     RawPeer& operator=(const RawPeer&) = delete;
 
-    /** False when our side is gone. */
+    /** Returns false if the other end is closed. */
     bool Write(const std::string& bytes) {
         return send(descriptor_, bytes.data(), bytes.size(), MSG_NOSIGNAL) ==
                static_cast<ssize_t>(bytes.size());
@@ -53,7 +53,7 @@ class Conversation {
     explicit Conversation(long timeout_s = 900, unsigned long size_bytes = 4096)
         : Conversation(WireLinkEndpoint::CreateLocalEndpoint("/here", timeout_s, size_bytes), Pair()) {}
 
-    /** The text of what RecvGPBMsg throws; empty when it does not. */
+    /** Returns the message of the exception that RecvGPBMsg throws, or an empty string. */
     std::string ReceiveError() {
         return ErrorOf([this] { connection.RecvGPBMsg(message); });
     }
@@ -74,7 +74,7 @@ class Conversation {
     }
 };
 
-/** A frame with that body, whatever it holds. */
+/** Returns a frame with any body. */
 inline std::string Frame(const std::string& body) {
     std::string frame;
     for (int shift = 24; shift >= 0; shift -= 8)
@@ -82,7 +82,7 @@ inline std::string Frame(const std::string& body) {
     return frame + body;
 }
 
-/** A good message whose body has exactly that many bytes, some thousands. */
+/** Returns a valid message with this body size, which must be some thousands of bytes. */
 inline protoIPCMsg::GPBIPCMsg MessageOfSize(size_t size) {
     protoIPCMsg::GPBIPCMsg message;
     message.set_msgtype(protoIPCMsg::MGMT);

@@ -19,7 +19,7 @@ class Server : public testing::Test {
         return ErrorOf([&] { WireLinkServer server(EndpointAt(path)); });
     }
 
-    /** Sends a message to the path and takes it from the server. */
+    /** Sends a message to the path and receives it through the server. */
     void ExpectServes(WireLinkServer& server) {
         WireLinkClient client(EndpointAt(path_));
         WireLinkServerConnection connection(EndpointAt(path_), server.Accept(nullptr, nullptr, 0));
@@ -27,7 +27,7 @@ class Server : public testing::Test {
         client.SendGPBMsg(MessageOfSize(1000));
         EXPECT_EQ(connection.RecvGPBMsg(message), 1004u);
         for (int descriptor : {client.descriptor(), connection.descriptor(), server.descriptor()})
-            EXPECT_TRUE(fcntl(descriptor, F_GETFD) & FD_CLOEXEC) << "inherited by started programs";
+            EXPECT_TRUE(fcntl(descriptor, F_GETFD) & FD_CLOEXEC) << "inherited by child processes";
     }
 
     bool Exists() const { return access(path_.c_str(), F_OK) == 0; }
@@ -53,13 +53,13 @@ TEST_F(Server, ReplacesAStaleSocketAndRemovesOnlyItsOwn) {
     std::optional<WireLinkServer> server(EndpointAt(path_));
     ExpectServes(*server);
     old.reset();
-    EXPECT_TRUE(Exists()) << "removed by the server before";
+    EXPECT_TRUE(Exists()) << "removed by the earlier server";
     ExpectServes(*server);
     server.reset();
     EXPECT_FALSE(Exists());
 }
 
-TEST_F(Server, LeavesAPathAloneThatIsNoSocket) {
+TEST_F(Server, LeavesAPathAloneThatIsNotASocket) {
     const std::string file = folder_.Path("file");
     std::ofstream(file) << "data";
     EXPECT_EQ(ErrorAt(file), file + ": exists but is not a socket");

@@ -7,13 +7,13 @@
 #include <stdexcept>
 #include <string>
 
-/** An empty folder, removed with all that is in it. */
+/** A temporary directory. The destructor removes it with its contents. */
 class TemporaryFolder {
   public:
     TemporaryFolder() {
         std::string name = "/tmp/layersXXXXXX";
         if (!mkdtemp(name.data()))
-            throw std::runtime_error("no temporary folder");
+            throw std::runtime_error("cannot create a temporary directory");
         path_ = name;
     }
     ~TemporaryFolder() { std::filesystem::remove_all(path_); }
@@ -22,7 +22,7 @@ class TemporaryFolder {
 
     std::string Path(const std::string& name) const { return path_ + "/" + name; }
 
-    /** Writes a file; returns its path. */
+    /** Writes a file and returns its path. */
     std::string Write(const std::string& name, const std::string& content) const {
         std::ofstream(Path(name)) << content;
         return Path(name);

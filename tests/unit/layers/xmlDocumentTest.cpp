@@ -47,9 +47,9 @@ TEST(XmlDocument, ContentOfTheDocumentElement) {
         {"<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><a>\xe4</a>", "\xc3\xa4"},
         {"\xff\xfe<\0a\0>\0\xac\x20<\0/\0a\0>\0"s, "\xe2\x82\xac"},
         {"\xfe\xff\0<\0a\0>\x20\xac\0<\0/\0a\0>"s, "\xe2\x82\xac"},
-        // Text beside child elements is dropped, before, between and behind them.
+        // Text before, between and after child elements is dropped.
         {"<a>drop<b>1</b>drop<c/>drop</a>", "<b>1</b><c></c>"},
-        // Markup that comes of text reads back as that text.
+        // Escaped markup stays text.
         {"<a><b>&lt;i&gt;&amp;amp;&#13;</b></a>", "<b>&lt;i&gt;&amp;amp;&#13;</b>"},
     };
     XMLParser parser;

@@ -15,7 +15,7 @@ std::string Repeated(const std::string& text, size_t count) {
     return all;
 }
 
-TEST(XmlRefusal, SaysWhyATextIsNoDocument) {
+TEST(XmlRefusal, ReportsTheReason) {
     const std::pair<std::string, std::string> cases[] = {
         {"", "empty"},
         {"text", "line 1, column 1: "},
@@ -76,7 +76,7 @@ std::string WithAttributes(size_t count, size_t elements = 1) {
     return "<r>" + Repeated(text + "/>", elements) + "</r>";
 }
 
-TEST(XmlRefusal, HoldsItsLimits) {
+TEST(XmlRefusal, EnforcesLimits) {
     const Limit limits[] = {
         {Nested(128), Nested(129), "nested too deep"},
         {Nested(128), "<a>" + Repeated("<a>", 127) + "<a/>", "nested too deep"},

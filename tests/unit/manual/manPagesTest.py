@@ -1,7 +1,7 @@
-"""The manual pages against the programs' own help texts, and against the tools that judge pages.
+"""Checks the manual pages against the programs' help texts, and with mandoc and man.
 
-Usage: manPagesTest.py PAGE PROGRAM        the page tells of what --help tells of, and of nothing else
-       manPagesTest.py --lint PAGE...      mandoc and man have nothing to say, and references lead somewhere
+Usage: manPagesTest.py PAGE PROGRAM        the page describes exactly what --help describes
+       manPagesTest.py --lint PAGE...      mandoc and man report nothing, and all references exist
 """
 
 import os
@@ -11,7 +11,7 @@ import sys
 
 # Pages of other packages that ours refer to.
 OTHERS = {("snmpd", "8"), ("snmpd.conf", "5"), ("systemd", "1"), ("syslog", "3")}
-# mandoc looks references up in a database of installed pages, which ours are not in; that is checked here instead.
+# mandoc searches for references in a database of installed pages. Ours are not in it, so this test checks them.
 OF_THE_DATABASE = re.compile(r"referenced manual not found|outdated mandoc\.db|mandoc\.db")
 
 
@@ -26,14 +26,14 @@ def read(path):
 
 
 def help_of(*words):
-    status, output, complaints = run(*words, "--help")
+    status, output, errors = run(*words, "--help")
     if status != 0:
-        raise SystemExit(f"{' '.join(words)} --help: status {status}: {complaints}")
+        raise SystemExit(f"{' '.join(words)} --help: status {status}: {errors}")
     return output
 
 
 def section(text, heading):
-    """The indented lines below a heading of a help text."""
+    """Returns the indented lines below a heading of a help text."""
     found = re.search(rf"^{heading}[^\n]*\n((?:[ \t]+[^\n]*\n|\n)*)", text, re.MULTILINE)
     return found.group(1) if found else ""
 
@@ -43,7 +43,7 @@ def subcommands(text):
 
 
 def told_by_help(program):
-    """Long options, subcommands and exit statuses."""
+    """Returns long options, subcommands and exit statuses."""
     top = help_of(program)
     commands = subcommands(top)
     options = set()
@@ -79,9 +79,9 @@ def lint(pages):
     faults = []
     for page in pages:
         for words in (("mandoc", "-T", "lint", page), ("man", "--warnings", "-E", "UTF-8", "-l", page)):
-            _, output, complaints = run(*words)
-            said = complaints + (output if words[0] == "mandoc" else "")
-            faults += [f"{words[0]}: {line}" for line in said.splitlines() if not OF_THE_DATABASE.search(line)]
+            _, output, errors = run(*words)
+            messages = errors + (output if words[0] == "mandoc" else "")
+            faults += [f"{words[0]}: {line}" for line in messages.splitlines() if not OF_THE_DATABASE.search(line)]
         for reference in re.findall(r"^\.Xr (\S+) (\d)", read(page), re.MULTILINE):
             if reference not in ours | OTHERS:
                 faults.append(f"{page}: refers to {'.'.join(reference)}, which does not exist")

@@ -125,8 +125,8 @@ TEST_F(MgmtSend, BuildsTrapCommands) {
     }
 }
 
-/** There is no daemon, so a mistake that is found too late would give status 1. */
-TEST_F(MgmtSend, RejectsMistakesBeforeSending) {
+/** No daemon is running, so an error that is detected too late would give status 1. */
+TEST_F(MgmtSend, RejectsErrorsBeforeSending) {
     const std::pair<std::string, std::string> cases[] = {
         {"", "missing command; see --help"},
         {"trap", "KIND is required"},

@@ -1,4 +1,4 @@
-// What the MIB says that a text of the array becomes, asked of the daemon.
+// Checks that the daemon converts the array's strings as the MIB module documents.
 #include <algorithm>
 #include <iterator>
 #include <string>
@@ -47,7 +47,7 @@ class Convention : public MibWorld {
     }
 };
 
-TEST_F(Convention, GivesTheNumbersOfTheDaemon) {
+TEST_F(Convention, HasTheNumbersOfTheDaemon) {
     for (const convention& each : all_conventions()) {
         for (const auto& [text, number] : each.texts)
             EXPECT_EQ(ask_daemon(each, text), number) << text;
@@ -55,8 +55,8 @@ TEST_F(Convention, GivesTheNumbersOfTheDaemon) {
     }
 }
 
-// A word that the daemon has learnt must not be missing in the MIB.
-TEST_F(Convention, KnowsEveryWordThatTheDaemonKnows) {
+// Every keyword that the daemon supports must be in the MIB.
+TEST_F(Convention, ContainsEveryKeywordOfTheDaemon) {
     size_t asked = 0;
     for (const convention& each : all_conventions()) {
         if (*each.api == '\0')

@@ -1,5 +1,5 @@
-"""The MIB module against the delivered one: no name, number, type, access or enumeration changes by accident.
-Usage: mibReferenceTest.py FOLDER-OF-THE-MODULES [--accept]"""
+"""Compares the MIB module with the delivered one: no name, number, type, access or enumeration may change accidentally.
+Usage: mibReferenceTest.py MODULE-DIRECTORY [--accept]"""
 
 import difflib
 import os
@@ -13,7 +13,7 @@ import moduleFacts  # noqa: E402  (found through the line above)
 
 REFERENCE = os.path.join(HERE, "reference")
 HEAD = """\
-# What managers depend on in the MIB module, a line each. scripts/accept-mib writes it; see mib/README.md.
+# What managers depend on in the MIB module, one fact per line. scripts/accept-mib writes it; see mib/README.md.
 """
 modules_folder = None
 

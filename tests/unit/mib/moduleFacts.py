@@ -1,4 +1,4 @@
-"""What managers depend on in the MIB module, as smidump reads it: names, numbers, types, rights, indexes,
+"""What managers depend on in the MIB module, according to smidump: names, numbers, types, access, indexes,
 enumerations, notifications."""
 
 import ast
@@ -20,7 +20,7 @@ def dump(path):
 
 
 def type_of(syntax, typedefs):
-    """(name of the type, {number: label} of an enumeration, range)"""
+    """Returns (name of the type, {number: label} of an enumeration, range)."""
     kind = syntax["type"]
     name = kind.get("name") or kind["basetype"]
     whole = typedefs.get(name, kind)
@@ -31,7 +31,7 @@ def type_of(syntax, typedefs):
 
 
 def read(path):
-    """{"nodes": {name: facts}, "types": {name: text}, "notifications": {name: (OID, objects)}}"""
+    """Returns {"nodes": {name: facts}, "types": {name: string}, "notifications": {name: (OID, objects)}}."""
     whole = dump(path)
     typedefs, nodes = whole["typedefs"], {}
     for name, node in whole["nodes"].items():
@@ -54,10 +54,10 @@ def arcs(oid):
 
 
 def reference(facts):
-    """A line for each thing that a manager can depend on."""
+    """Returns one line per fact on which managers can depend."""
     lines = [f"type {name} {text}" for name, text in facts["types"].items()]
     for name, node in sorted(facts["nodes"].items(), key=lambda item: arcs(item[1]["oid"])):
-        # What an enumeration means stands at its type, but a range of its own at the object.
+        # The labels of an enumeration belong to its type, but a range belongs to the object.
         limits = node["limits"] if node["type"] not in facts["types"] else ""
         words = [node["nodetype"], name, node["oid"], node["type"] + limits, node["access"]]
         words += [f"index {' '.join(node['index'])}"] if node["index"] else []

@@ -1,5 +1,5 @@
-"""The files for monitoring systems, each checked by the program that reads it.
-Usage: filesTest.py FOLDER-OF-THE-BUILD"""
+"""Checks the files for monitoring systems with the programs that read them.
+Usage: filesTest.py BUILD-DIRECTORY"""
 
 import json
 import os
@@ -31,7 +31,7 @@ nagios_user=root
 nagios_group=root
 """
 
-# A site's own objects, and a host with a service for one disk as in the document.
+# Objects of a site, and a host with a service for one disk, as in the document.
 NAGIOS_OWN = """\
 define timeperiod {
   timeperiod_name always
@@ -101,7 +101,7 @@ class FilesTest(unittest.TestCase):
     def test_the_exporter_accepts_its_modules(self):
         run("prometheus-snmp-exporter", "--dry-run", f"--config.file={path('prometheus', 'snmp.yml')}")
 
-    def test_the_form_with_auths_says_the_same(self):
+    def test_the_format_with_auths_is_equivalent(self):
         newer = yaml.safe_load(read("prometheus", "snmp-with-auths.yml"))
         for name, auth in (("snmp.yml", "public_v2"), ("snmp-v3.yml", "monitor_v3")):
             older = yaml.safe_load(read("prometheus", name))
@@ -109,7 +109,7 @@ class FilesTest(unittest.TestCase):
                 self.assertEqual({"version": module.pop("version"), **module.pop("auth")}, newer["auths"][auth])
             self.assertEqual(newer["modules"], older)
 
-    def test_the_exporters_own_generator_reads_the_same_out_of_the_mib_module(self):
+    def test_the_exporters_generator_derives_the_same_from_the_mib_module(self):
         facts = moduleFacts.read(os.path.join(build_folder, "mib", moduleFacts.MODULE + ".txt"))
         walked = [name for name, node in facts["nodes"].items() if node["nodetype"] in ("table", "scalar")]
         config, made = os.path.join(self.folder, "generator.yml"), os.path.join(self.folder, "made.yml")
@@ -122,12 +122,12 @@ class FilesTest(unittest.TestCase):
             theirs = {metric["name"]: metric for metric in yaml.safe_load(file)["all"]["metrics"]}
         for metric in (metric for module in modules().values() for metric in module["metrics"]):
             name = metric["name"]
-            if name.startswith("sys"):  # of the system group, which is not in the module
+            if name.startswith("sys"):  # the system group is not in the module
                 continue
             other = theirs[name]
             self.assertEqual(metric["oid"], other["oid"], name)
             self.assertEqual(metric.get("enum_values"), other.get("enum_values"), name)
-            if not name.startswith("tsFolderUsage"):  # which has the labels of the folder's row
+            if not name.startswith("tsFolderUsage"):  # these have the labels of the folder's row
                 self.assertEqual(metric.get("indexes"), other.get("indexes"), name)
 
     def test_prometheus_accepts_its_configuration_and_the_rules_alert(self):
@@ -136,22 +136,22 @@ class FilesTest(unittest.TestCase):
         shutil.copy(os.path.join(HERE, "rulesTest.yml"), self.folder)
         self.assertIn("SUCCESS", run("promtool", "test", "rules", os.path.join(self.folder, "rulesTest.yml")))
 
-    def test_the_dashboard_is_what_grafana_demands(self):
+    def test_the_dashboard_conforms_to_grafanas_schema(self):
         with open(os.path.join(HERE, "dashboardSchema.json"), encoding="utf-8") as file:
             schema = json.load(file)
         problems = jsonschema.Draft7Validator(schema).iter_errors(json.loads(read("grafana", "tessera.json")))
         self.assertEqual([f"{'/'.join(map(str, each.path))}: {each.message}" for each in problems], [])
 
-    def test_nagios_takes_the_commands_and_services(self):
+    def test_nagios_accepts_the_commands_and_services(self):
         main, own = os.path.join(self.folder, "main.cfg"), os.path.join(self.folder, "own.cfg")
         for name, text in ((own, NAGIOS_OWN), (os.path.join(self.folder, "resource.cfg"), "$USER1$=/plugins\n"),
                            (main, NAGIOS_MAIN.format(objects=path("nagios", "tessera.cfg"), own=own,
                                                      folder=self.folder))):
             with open(name, "w", encoding="utf-8") as file:
                 file.write(text)
-        said = run("nagios4", "-v", main)
-        self.assertIn("Total Errors:   0", said)
-        self.assertRegex(said, r"Checked [4-9] services", said)
+        output = run("nagios4", "-v", main)
+        self.assertIn("Total Errors:   0", output)
+        self.assertRegex(output, r"Checked [4-9] services", output)
 
 
 if __name__ == "__main__":

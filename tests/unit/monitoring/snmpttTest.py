@@ -1,5 +1,5 @@
-"""SNMPTT with its file: one line for every notification of the MIB module, with its severity and its variables.
-Usage: snmpttTest.py FOLDER-OF-THE-BUILD"""
+"""Checks that SNMPTT logs one line for every notification of the MIB module, with its severity and variables.
+Usage: snmpttTest.py BUILD-DIRECTORY"""
 
 import os
 import re
@@ -68,7 +68,7 @@ class SnmpttTest(unittest.TestCase):
         for each in self.notifications[name][1]:
             self.assertRegex(lines[0], rf" {each}={re.escape(values.get(each, 'value-of-' + each))}( |$)")
 
-    def test_one_event_matches_whatever_the_state_is(self):
+    def test_exactly_one_event_matches_in_each_state(self):
         for name, (_, objects) in self.notifications.items():
             if "trapAlertState" not in objects:
                 self.assert_one("NORMAL", name)

@@ -1,6 +1,6 @@
-"""The Zabbix templates against Zabbix's limits and against the MIB module as smitools' programs read it. Debian's Zabbix
-imports only the older form: system.zabbix does that.
-Usage: zabbixTest.py FOLDER-OF-THE-BUILD"""
+"""Checks the Zabbix templates against Zabbix's limits and against the MIB module. Debian's Zabbix can import only the
+older format, which system.zabbix does.
+Usage: zabbixTest.py BUILD-DIRECTORY"""
 
 import os
 import re
@@ -15,7 +15,7 @@ sys.path.insert(0, os.path.join(HERE, "../mib"))
 import moduleFacts  # noqa: E402  (found through the line above)
 
 MACRO = re.compile(r"{#\w+}")
-LONGEST_OID = 512
+MAX_OID = 512
 SYSTEM_GROUP = "1.3.6.1.2.1.1."
 build_folder = None
 
@@ -35,18 +35,18 @@ class ZabbixTest(unittest.TestCase):
 
     @staticmethod
     def items(template):
-        """Also the prototypes and the discovery rules."""
+        """Returns the items, including prototypes and discovery rules."""
         for rule in template["discovery_rules"]:
             yield from (rule, *rule["item_prototypes"])
         yield from template["items"]
 
     def test_requests_and_units_are_within_the_limits_of_zabbix(self):
         for item in (*self.items(self.older), *self.items(self.template)):
-            self.assertLessEqual(len(item.get("snmp_oid", "")), LONGEST_OID, item["key"])
+            self.assertLessEqual(len(item.get("snmp_oid", "")), MAX_OID, item["key"])
             if "units" in item:
                 self.assertEqual(item["value_type"], "FLOAT", item["key"])
 
-    def test_items_and_value_maps_are_those_of_the_module(self):
+    def test_items_and_value_maps_match_the_module(self):
         maps = {each["name"]: {int(one["value"]): one["newvalue"] for one in each["mappings"]}
                 for each in self.older["valuemaps"]}
         for item in self.items(self.older):
@@ -59,7 +59,7 @@ class ZabbixTest(unittest.TestCase):
                 self.assertEqual(maps[item["valuemap"]["name"]], column["enumeration"], item["key"])
                 self.assertEqual(item["value_type"], "FLOAT")  # UNSIGNED has no -1
 
-    def test_the_newer_form_takes_everything_out_of_the_walk_of_its_table(self):
+    def test_items_of_the_newer_format_use_the_walk_of_their_table(self):
         for rule in self.template["discovery_rules"]:
             names, places = (rule["preprocessing"][0]["parameters"][first::3] for first in (0, 1))
             self.assertLessEqual(set(MACRO.findall(str(rule["item_prototypes"]))), {*names, "{#SNMPINDEX}"})

@@ -1,4 +1,4 @@
-"""The library as another program gets it: installed, found, linked, and run against the simulated array.
+"""Tests the installed library: other programs find it, link it, and run with the simulated array.
 
 packageTest.py BUILD [unittest arguments]
 """
@@ -24,7 +24,7 @@ EXAMPLES = ("share", "doc", "tesseraApi", "examples")
 def run(*command, check=True):
     result = subprocess.run(command, capture_output=True, text=True, check=False)
     if check and result.returncode != 0:
-        raise AssertionError(f"{' '.join(command)} ended with {result.returncode}:\n{result.stdout}{result.stderr}")
+        raise AssertionError(f"{' '.join(command)} exited with {result.returncode}:\n{result.stdout}{result.stderr}")
     return result
 
 
@@ -47,7 +47,7 @@ class Package(unittest.TestCase):
 
     @classmethod
     def compile(cls, source, program, *options):
-        """Builds a project that knows of the package nothing but its prefix; returns the program's path."""
+        """Builds a project that is given only the prefix of the package. Returns the program's path."""
         build = cls.path("build-" + program)
         run("cmake", "-G", "Ninja", "-S", source, "-B", build, f"-DCMAKE_PREFIX_PATH={cls.prefix}",
             "-DCMAKE_BUILD_TYPE=Debug", *options)
@@ -70,7 +70,7 @@ class Package(unittest.TestCase):
         result = run(self.example, "Down", self.socket, key, check=False)
         return result.returncode, result.stdout, result.stderr
 
-    def test_the_example_lists_disks_with_their_enclosures_or_says_what_went_wrong(self):
+    def test_the_example_lists_disks_or_reports_an_error(self):
         status, output, errors = self.run_example()
         self.assertEqual((status, output), (1, ""))
         self.assertIn(self.socket, errors)
@@ -99,16 +99,15 @@ class Package(unittest.TestCase):
                 self.assertTrue(found, f"{page}: {target}")
         self.assertGreater(checked, 100)
 
-    def test_all_classes_reach_a_program_through_its_own_library(self):
-        """Every installed header compiles by itself, too."""
+    def test_all_classes_are_available_through_another_library(self):
+        """Also checks that every installed header compiles on its own."""
         include = os.path.join(self.prefix, "include", "tesseraApi")
         units = self.path("units")
         os.mkdir(units)
         headers = [os.path.relpath(os.path.join(folder, name), include)
                    for folder, _, names in os.walk(include) for name in names]
         self.assertIn("apiMgmt/apiStub/apiSdk/objects/tessera/src/apiTsDisk.h", headers)
-        # Each is the first of a unit, so that none leans on what stands before it; those of the objects are all made
-        # by one generator, and are included one behind the other.
+        # Each is the first of a unit, so that none depends on another. The generated headers of objects share one unit.
         for header in headers:
             if not header.endswith(".pb.h") and "/tessera/src/apiT" not in header:
                 with open(os.path.join(units, header.replace("/", "_") + ".cpp"), "w", encoding="utf-8") as file:
@@ -118,7 +117,7 @@ class Package(unittest.TestCase):
         consumer = self.compile(os.path.join(HERE, "consumer"), "consumer", f"-DHEADER_UNITS={units}")
         catalogue, _ = catalogueReader.read(Data(os.path.join(ROOT, "data")))
         methods = sum(len(each.commands) for each in catalogue.objects)
-        # The status record of an answer is an object, too.
+        # The status record of a response is an object, too.
         expected = f"{len(catalogue.objects) + 1} {methods} {len(catalogue.method_objects)}\n"
         self.assertEqual(run(consumer).stdout, expected)
 

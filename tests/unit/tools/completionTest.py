@@ -1,4 +1,4 @@
-"""What bash, zsh and fish offer for an unfinished command line, with the real programs.
+"""Checks the completions that bash, zsh and fish offer, with the real programs.
 
 Usage: completionTest.py DIRECTORY PROGRAM...    the directory with the shells' scripts
 """
@@ -9,7 +9,7 @@ import subprocess
 import sys
 import tempfile
 
-# An unfinished command line, and what its last word can become.
+# An unfinished command line, and the completions of its last word.
 ROWS = (
     ("apiClient TsDiskF", "TsDiskFolder", "TsDiskFolderStorageUsage"),
     ("apiClient TsController Modify IndicatorOn=", "IndicatorOn=True", "IndicatorOn=False"),
@@ -24,7 +24,7 @@ ROWS = (
     ("snmpSubagent-checkconf --al", "--allow-warnings"),
 )
 
-# Bash and zsh complete only at a terminal, so these define what surrounds the scripts.
+# Bash and zsh complete only at a terminal, so these scripts replace its functions and variables.
 BASH = """
 source "$1"; shift
 COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1))
@@ -45,7 +45,7 @@ complete --do-complete $argv[2]
 
 
 def split(line):
-    """The words as zsh has them, and as bash has them, which splits at "=" outside quotation marks."""
+    """Returns the words of zsh, and those of bash, which splits at "=" outside quotation marks."""
     before, _, last = line.rpartition(" '" if "'" in line else " ")
     words = before.split() + ["'" + last if "'" in line else last]
     return words, words[:-1] + words[-1].replace("=", " = ").split(" ") if "=" in last and "'" not in line else words

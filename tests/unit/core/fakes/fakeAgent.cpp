@@ -74,7 +74,7 @@ void agent_oid_text(int col_id, char* text, unsigned long size) {
     snprintf(text, size, "OID-OF-%d", col_id);
 }
 
-// A real pipe, since its owner closes it with pclose; what runs in it is cat alone.
+// A real pipe, because its owner closes it with pclose. It only runs cat.
 command_output open_command(const std::string& command) {
     transcript::add("open " + command);
     const char* output = fake_agent::output_of ? fake_agent::output_of(command) : "";
@@ -84,7 +84,7 @@ command_output open_command(const std::string& command) {
     }
     command_output pipe(popen(("cat <<'END'\n" + std::string(output) + "END\n").c_str(), "r"));
     pollfd watched{.fd = fileno(pipe.get()), .events = POLLIN, .revents = 0};
-    poll(&watched, 1, -1);  // so that the reader need not wait
+    poll(&watched, 1, -1);  // so that the reader does not wait
     return pipe;
 }
 

@@ -16,7 +16,7 @@ envelope last_request;
 
 namespace {
 
-std::recursive_mutex lock;  // guards everything of this file; a reaction may come back here
+std::recursive_mutex lock;  // guards all state of this file; callbacks may call its functions
 bool connections_are_refused = false;
 std::function<void(const envelope&, envelope&)> current_meddler;
 
@@ -87,7 +87,7 @@ std::string failure_answer(const std::string& error_code) {
 
 }  // namespace fake_api_mgr
 
-// ---- the channel's symbols ----
+// ---- replacements for functions of the channel ----
 
 std::string ReadAccessKey(const char* /*path*/) {
     return fake_api_mgr::access_key;

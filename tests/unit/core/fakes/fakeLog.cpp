@@ -7,7 +7,7 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/subagentLog.h"
 #include "tests/unit/core/fakes/transcript.h"
 
-// The final newline is shown as "$", so that a text that lacks it is told from one that has it.
+// Writes the final newline as "$", so that messages with and without it can be distinguished.
 void subagent_log(int level, const char*, const char*, int, const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);

@@ -12,7 +12,7 @@ std::string set_up_failure;
 
 namespace {
 
-// Place of the next message; the descriptor of a connection is its number. Listener thread only.
+// Position of the next message. The descriptor of a connection is its number. Listener thread only.
 size_t next_message = 0;
 int next_connection = 0;
 

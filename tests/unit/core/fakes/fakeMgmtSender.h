@@ -7,19 +7,19 @@
 #include "apiMgmt/proto/apiMgrMsg.pb.h"
 
 /**
- * The senders of management messages, in place of the listening side of the message channel. Set before the
- * listener runs; it takes one connection after the other, and waits without end when there are no more.
+ * Senders of management messages, which replace the server side of the message channel. Set before the
+ * listener runs. It accepts one connection after the other, and waits forever after the last.
  */
 namespace fake_mgmt_sender {
 
 struct connection {
     std::vector<protoIPCMsg::GPBIPCMsg> messages;
-    std::optional<std::string> failure; /**< how it ends; none: the sender closes */
+    std::optional<std::string> failure; /**< the error that ends it; none: the sender closes */
 };
 
 extern std::vector<connection> connections;
 
-/** Why the socket cannot be set up; empty: it can. */
+/** Error when the socket is set up; empty: success. */
 extern std::string set_up_failure;
 
 }  // namespace fake_mgmt_sender

@@ -4,9 +4,9 @@
 #include <string>
 
 /**
- * The receiver of notifications, without a network. A notification that is sent becomes lines of the
- * transcript: "notify VERSION KIND PEER COMMUNITY", with the header fields of version 1 behind it, then one
- * line "  NAME TYPE VALUE" for each variable. Main thread only.
+ * A receiver of notifications without a network. A notification becomes lines of the transcript: "notify
+ * VERSION KIND PEER COMMUNITY", followed by the header fields of version 1, then one line
+ * "  NAME TYPE VALUE" for each variable. Main thread only.
  */
 namespace fake_traps {
 
@@ -15,11 +15,11 @@ namespace fake_traps {
 extern std::map<std::string, int> numeric;
 extern std::map<std::string, int> names;
 
-/** What fails. */
+/** The step that fails. */
 enum class failure { none, transport, session, send };
 extern failure failing;
 
-/** Whether notifications go to the master agent, too: "notify master agent". False when a test begins. */
+/** Whether notifications also go to the master agent ("notify master agent"). Initially false. */
 extern bool has_master_agent;
 
 }  // namespace fake_traps

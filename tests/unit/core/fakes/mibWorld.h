@@ -12,22 +12,22 @@
 #include "tests/unit/core/fakes/fakeClock.h"
 #include "tests/unit/core/fakes/transcript.h"
 
-/** An OID from its text; "R" in front stands for the root of the MIB, "OLD" for the old enterprise number. */
+/** Parses an OID. A leading "R" means the root of the MIB, "OLD" the old enterprise number. */
 std::vector<oid> oid_of(const std::string& text);
 
-/** The text of an OID, with R and OLD where they fit. */
+/** Formats an OID, with R and OLD where possible. */
 std::string text_of(const oid* name, size_t length);
 
-/** The text of the OID of a variable; "-" for index -1. */
+/** Formats the OID of a variable; "-" for index -1. */
 std::string name_of(int32_t var_index);
 
-/** The index of a variable by the text of its OID, whether cached or not. */
+/** Returns the index of the variable with this OID, whether it is cached or not. */
 int32_t index_of(const std::string& name);
 
-/** The variable of a table's column by row and parent, both from 1. */
+/** Returns the variable of a column in this row and parent, both from 1. */
 int32_t var_at(int col_id, int32_t row, int32_t parent = 1);
 
-/** The text in quotes of a string column, the number of another; "-" when it is not cached. */
+/** Formats a value: a string in quotes, or a number; "-" if it is not cached. */
 std::string value_of(int32_t var_index);
 
 /** A fresh store and comm object, with nothing cached, `verbose` set and the transcript empty. Its header

@@ -6,7 +6,7 @@
 
 #include "apiMgmt/snmpSubagent/snmpSubagentUtil/netSnmpHeaders.h"
 
-/** One PDU as the agent library hands it over: bindings in one chain, requests for those of a registration.
+/** A PDU as the agent library passes it: all bindings in one chain, and requests for those of a registration.
  */
 class snmp_pdu_of_test {
   public:
@@ -15,37 +15,37 @@ class snmp_pdu_of_test {
     snmp_pdu_of_test(const snmp_pdu_of_test&) = delete;
     snmp_pdu_of_test& operator=(const snmp_pdu_of_test&) = delete;
 
-    /** Adds a binding with its request. Names as oid_of takes them. */
+    /** Adds a binding with its request. Names have the format of oid_of. */
     snmp_pdu_of_test& ask(const std::string& name, bool inclusive = false);
     snmp_pdu_of_test& set(const std::string& name, const std::string& text);
     snmp_pdu_of_test& set_number(const std::string& name, long number);
 
-    /** Adds a binding as the agent library has parsed it, with its request. */
+    /** Adds a binding parsed by the agent library, with its request. */
     snmp_pdu_of_test& add_parsed(const netsnmp_variable_list& parsed);
 
-    /** Where the registration begins whose requests these are; the vendor's subtree when not given. */
+    /** Sets the root of the registration of these requests; by default, it is the vendor's subtree. */
     snmp_pdu_of_test& registered_at(const std::string& name);
 
-    /** Adds a binding of another registration: it stands in the chain and has no request. */
+    /** Adds a binding of another registration, which is in the chain but has no request. */
     snmp_pdu_of_test& foreign(const std::string& name);
 
-    /** Gives a binding another name, as Net-SNMP does that asks the next registration for it. */
+    /** Renames a binding, as Net-SNMP does before it passes it to the next registration. */
     snmp_pdu_of_test& rename(size_t binding, const std::string& name);
 
-    /** What Net-SNMP calls, with all requests. The mode may change from phase to phase. */
+    /** Calls the handler of the registration with all requests. The mode may change from phase to phase. */
     int serve(int mode);
     int serve() { return serve(info_.mode); }
 
-    /** The handler behind it, with the first request and the chain as it stands. */
+    /** Calls central_oid_handler with the first request and the current chain. */
     int call_handler();
 
-    /** A binding: "NAME = VALUE", and " !STATUS" when the request has an error. */
+    /** Formats a binding: "NAME = VALUE", followed by " !STATUS" if the request has an error. */
     std::string answer(size_t binding) const;
 
-    /** All bindings, a line each. */
+    /** Formats all bindings, one per line. */
     std::string answers() const;
 
-    /** How many bindings of the PDU as it came, which an error goes back with, still have their range. */
+    /** Returns how many bindings of the received PDU, which an error repeats, still have their range. */
     size_t ranges() const;
 
     const netsnmp_variable_list* bindings() const { return bindings_; }
@@ -69,6 +69,6 @@ class snmp_pdu_of_test {
  * exception. */
 std::string text_of_value(const netsnmp_variable_list& variable);
 
-/** The answer to a single GET, GETNEXT of one name. */
+/** Return the response to a GET or GETNEXT of one name. */
 std::string get(const std::string& name);
 std::string get_next(const std::string& name);

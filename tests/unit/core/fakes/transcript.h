@@ -5,17 +5,16 @@
 #include <vector>
 
 /**
- * What the fakes of this folder were called with, line by line, in the order of the calls. All fakes of a
- * test program write here; any thread.
+ * The calls of all fakes of a test program, one per line, in their order. Any thread.
  */
 namespace transcript {
 
 void add(const std::string& line);
 
-/** Everything since the last call, a line each. */
+/** Returns all lines since the last call. */
 std::string take();
 
-/** Called after each line that begins with this text, with the line; for tests that act in mid-course. */
+/** Called with each line that begins with this string, so that a test can act in between. */
 void on(const std::string& beginning, std::function<void(const std::string&)> action);
 
 }  // namespace transcript

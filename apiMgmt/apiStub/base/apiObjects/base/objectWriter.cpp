@@ -2,7 +2,8 @@
 
 #include "apiMgmt/apiStub/base/apiObjects/base/elementText.h"
 
-OBJECTWriter::OBJECTWriter(const OBJECTForm* lent) : form(lent == nullptr ? plain : *lent) {}
+OBJECTWriter::OBJECTWriter(const OBJECTForm* object_form)
+    : form(object_form == nullptr ? plain : *object_form) {}
 
 OBJECTWriter::Sort& OBJECTWriter::SortOf(const BASEApiObject& object) {
     const std::string& element = form.ElementOf(object);

@@ -14,8 +14,8 @@
  */
 class OBJECTWriter {
   public:
-    /** If `lent` is null, objects are written as their classes define. */
-    explicit OBJECTWriter(const OBJECTForm* lent);
+    /** If `object_form` is null, objects are written as their classes define. */
+    explicit OBJECTWriter(const OBJECTForm* object_form);
     OBJECTWriter(const OBJECTWriter&) = delete;
     OBJECTWriter& operator=(const OBJECTWriter&) = delete;
 

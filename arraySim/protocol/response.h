@@ -40,9 +40,9 @@ struct ListAlteration {
 };
 
 /** An ObjectStyle for the library's writer. All objects must be of the model. */
-class AnswerForm : public OBJECTForm {
+class ResponseForm : public OBJECTForm {
   public:
-    AnswerForm(const Catalogue& catalogue, const ObjectStyle& style);
+    ResponseForm(const Catalogue& catalogue, const ObjectStyle& style);
 
     const std::string& ElementOf(const BASEApiObject& object) const override;
     const ATTRIBUTEList& AttributesOf(const BASEApiObject& object) const override;
@@ -53,17 +53,17 @@ class AnswerForm : public OBJECTForm {
     std::map<const Kind*, ATTRIBUTEList> thinned_;  ///< by kind, if attributes are omitted
 };
 
-/** The answer to a request. The model owns its objects, so it must be written before the model changes. */
-struct Answer {
+/** The response to a request. The model owns its objects, so it must be written before the model changes. */
+struct Response {
     std::deque<Object> altered;  ///< copies of objects, changed by a fault
-    std::unique_ptr<AnswerForm> form;
+    std::unique_ptr<ResponseForm> form;
     std::unique_ptr<BASEApiMethodReturn> result;  ///< never null
     size_t objects = 0;
 
     bool successful() const { return result->GetSuccessful(); }
 };
 
-/** Returns an answer that reports a failure. The code need not be one of the API: faults use others, too. */
-Answer FailureAnswer(const std::string& code, const std::string& text, const std::string& detail = {});
+/** Returns a response that reports a failure. The code need not be one of the API: faults use others, too. */
+Response FailureResponse(const std::string& code, const std::string& text, const std::string& detail = {});
 
 }  // namespace arraysim

@@ -1,4 +1,4 @@
-#include "arraySim/protocol/answer.h"
+#include "arraySim/protocol/response.h"
 
 #include <algorithm>
 
@@ -26,7 +26,7 @@ ATTRIBUTEList Without(ATTRIBUTEList list, const std::vector<std::string>& omitte
 
 }  // namespace
 
-AnswerForm::AnswerForm(const Catalogue& catalogue, const ObjectStyle& style)
+ResponseForm::ResponseForm(const Catalogue& catalogue, const ObjectStyle& style)
     : spelling_(style.spelling), lite_(style.lite) {
     if (style.omitted.empty()) {
         return;
@@ -36,7 +36,7 @@ AnswerForm::AnswerForm(const Catalogue& catalogue, const ObjectStyle& style)
     }
 }
 
-const std::string& AnswerForm::ElementOf(const BASEApiObject& object) const {
+const std::string& ResponseForm::ElementOf(const BASEApiObject& object) const {
     const Kind& kind = KindOf(object);
     switch (spelling_) {
         case Spelling::kLibrary:
@@ -49,7 +49,7 @@ const std::string& AnswerForm::ElementOf(const BASEApiObject& object) const {
     return kind.element_name;
 }
 
-const ATTRIBUTEList& AnswerForm::AttributesOf(const BASEApiObject& object) const {
+const ATTRIBUTEList& ResponseForm::AttributesOf(const BASEApiObject& object) const {
     const Kind& kind = KindOf(object);
     if (!thinned_.empty()) {
         return thinned_.at(&kind);
@@ -57,15 +57,15 @@ const ATTRIBUTEList& AnswerForm::AttributesOf(const BASEApiObject& object) const
     return lite_ ? kind.reduced : kind.whole;
 }
 
-Answer FailureAnswer(const std::string& code, const std::string& text, const std::string& detail) {
+Response FailureResponse(const std::string& code, const std::string& text, const std::string& detail) {
     const ENUMRow* row = ENUMTable(APIEnumsIDStrList::gErrorStateEnumIdStrList).FindDescription(code);
-    Answer answer;
-    answer.result = std::make_unique<BASEApiMethodReturn>(false, row == nullptr ? kNoState : row->Value, text,
-                                                          text, detail, nullptr);
+    Response response;
+    response.result = std::make_unique<BASEApiMethodReturn>(false, row == nullptr ? kNoState : row->Value,
+                                                            text, text, detail, nullptr);
     if (row == nullptr) {
-        answer.result->SetAttribute(APIApiMethodReturn::ErrorCodeAttribute().GetXmlName(), code);
+        response.result->SetAttribute(APIApiMethodReturn::ErrorCodeAttribute().GetXmlName(), code);
     }
-    return answer;
+    return response;
 }
 
 }  // namespace arraysim

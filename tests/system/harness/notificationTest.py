@@ -1,13 +1,13 @@
-"""The frame of the files about notifications: an array in good health, a daemon that notifies, a receiver."""
+"""The base class of tests about notifications: an array without failures, a daemon that notifies, and a receiver."""
 
 from collections import namedtuple
 
-from . import array, management, machine, story, trapLists, traps
+from . import array, management, machine, systemTest, trapLists, traps
 from .mib import api_kind
 from .receiver import Receiver
 from .traps import Event
 
-# An object of the array with the event that reports it.
+# An object of the array with the event that reports its state.
 Case = namedtuple("Case", "event kind index")
 
 COMMUNITY = "watch.tower"
@@ -17,12 +17,12 @@ MARK = Event((1, 2, 3), 201, text="mark")
 RECEIVED = "Received MGMTCommand_SPECIFIC"
 
 
-# Every so manieth object is enough, and makes the tests quicker.
+# Only every Nth object of these kinds is kept, to make the tests faster.
 SHORTENED = {"TsDisk": 10, "TsDiskConfiguration": 10, "TsVolume": 20, "TsServer": 5, "TsAlert": 50}
 
 
 def healthy(preset):
-    """The objects of a preset, all Up; of long lists a few. A disk's name begins with the index of its enclosure."""
+    """Returns the objects of a preset, all Up, in shortened lists. A disk's name begins with its enclosure's index."""
     objects = array.preset(preset)
     for kind, step in SHORTENED.items():
         objects[kind] = objects[kind][::step]
@@ -33,12 +33,12 @@ def healthy(preset):
     return objects
 
 
-class TrapStory(story.SharedStory):
+class NotificationTest(systemTest.SharedSystemTest):
     PRESET = "typical"
     VERSION = 2
     LISTEN = "127.0.0.1"
     DESTINATION = "127.0.0.1"
-    SETTINGS = {}  # further ones of the daemon
+    SETTINGS = {}  # additional settings of the daemon
 
     @classmethod
     def begin(cls):
@@ -68,15 +68,15 @@ class TrapStory(story.SharedStory):
 
     @classmethod
     def change(cls, kind, index, **values):
-        """Sets attributes of an object, and nothing but these."""
+        """Sets attributes of an object, without further effects."""
         for attribute, value in values.items():
             cls.array.set(kind, index, attribute, value)
 
-    # --- cases: every kind of object and component with its event
+    # --- cases: kinds of objects and components with their events
 
     @classmethod
     def object_case(cls, number, place, text=""):
-        """place: in the array's list of the kind; the last for -1."""
+        """place: in the array's list of this kind; -1 for the last."""
         kind = api_kind(trapLists.OBJECTS[number].kind)
         if number == 211:
             return Case(Event(IDS, number, 1, text=text), kind, "1")
@@ -100,22 +100,22 @@ class TrapStory(story.SharedStory):
         return ([cls.object_case(number, 0) for number in trapLists.OBJECTS] +
                 [cls.component_case(number, component) for number, component in trapLists.COMPONENTS])
 
-    # --- events and what comes of them
+    # --- events and their notifications
 
     @staticmethod
-    def tell(*events):
-        """Over one connection."""
+    def send(*events):
+        """Sends events over one connection."""
         management.send(*(management.trap(event.command()) for event in events))
 
     @classmethod
     def expect(cls, event):
-        """The next notification is that of the event. Returns it."""
+        """Checks that the next notification is that of the event, and returns it."""
         got = cls.receiver.take()
-        if traps.said_by(got) != event.says():
-            raise AssertionError(f"{event}: another notification: {got}")
+        if traps.summary_of(got) != event.summary():
+            raise AssertionError(f"expected {event}, received {got}")
         return got
 
     @classmethod
-    def tell_and_expect(cls, event):
-        cls.tell(event)
+    def send_and_expect(cls, event):
+        cls.send(event)
         return cls.expect(event)

@@ -1,4 +1,4 @@
-"""The frame of a test file: one array, one daemon, one manager for all its tests, or fresh ones for each."""
+"""Base classes of system tests: an array, a daemon and managers, shared by all tests of a class or new for each."""
 
 import sys
 import unittest
@@ -6,8 +6,8 @@ import unittest
 from . import array, daemon, expected, machine, manager, mib
 
 
-class Story(unittest.TestCase):
-    """Each test starts what it needs; afterwards nothing of it is left. A failed test prints the log's end."""
+class SystemTest(unittest.TestCase):
+    """Each test starts what it needs. Afterwards everything is removed. A failed test prints the end of the log."""
 
     def setUp(self):
         self.begin()
@@ -37,13 +37,13 @@ class Story(unittest.TestCase):
             cls.daemon.stop()
         finally:
             cls.array.stop()
-            machine.end_processes_named("snmpSubagent", "snmpd", "arraySim")
+            machine.kill_processes_named("snmpSubagent", "snmpd", "arraySim")
             machine.remove_file(daemon.PID_FILE)
             cls.daemon.check_sanitizers()
 
 
-class SharedStory(Story):
-    """One array and one daemon serve all tests of the class, which must leave them as they found them."""
+class SharedSystemTest(SystemTest):
+    """All tests of the class share one array and one daemon, and must not leave changes behind."""
 
     PRESET = "small"
 
@@ -70,8 +70,8 @@ class SharedStory(Story):
 
     @classmethod
     def wait_until_settled(cls):
-        """What is derived from other tables follows with the schedule, some seconds after the start. Returns what
-        a manager must read from then on: {OID: (type, value)}."""
+        """Waits for the values that are derived from other tables some seconds after the start. Returns what a manager
+        must read from then on: {OID: (type, value)}."""
         values = expected.Expectation(cls.array.dump()).values
         for name in ("globalStatus", "worstAlertNbr", "sysContact", "sysName", "sysLocation"):
             cls.manager.wait_for_value(mib.scalar(name), values[mib.scalar(name)][1], 180)
@@ -82,7 +82,7 @@ class SharedStory(Story):
         cls.end()
 
 
-def tell(*ways):
-    """Runs the tests of the file: what a test file calls at its end. See require_sandbox for the ways."""
-    machine.require_sandbox(*ways)
+def main(*kinds):
+    """Runs the tests of the calling file. See require_sandbox for the kinds."""
+    machine.require_sandbox(*kinds)
     unittest.main(verbosity=2)

@@ -12,7 +12,7 @@ from harness import array, berWriter, daemon, machine, management, mib, receiver
 
 from . import snmp
 from .history import History
-from .judge import Judge
+from .responseChecks import ResponseChecks
 from .notices import COMMUNITY, Notices
 from .spares import with_spares
 from .states import States
@@ -21,30 +21,30 @@ from .violations import ViolationLog
 from .watch import Watch
 
 FOLDER = "/tmp/chaos"
-KEEPER = os.path.join(os.path.dirname(os.path.realpath(__file__)), "keeper.py")
+SUBREAPER = os.path.join(os.path.dirname(os.path.realpath(__file__)), "subreaper.py")
 LOG_FOLDER, LOG_FOLDER_SIZE = "/var/log", "6m"
 RECOVERY_S = 150
 MARK_S = 3
-RECORDS_FOLLOW = "7,7,7: trapNum, "
+RECORDS_HEADING = "7,7,7: trapNum, "
 RECORD = re.compile(r"\d+,\d+,\d+: (\d+), (\d+), .*ownerVar")
 TEXT_SOURCES = {"sysContact": "tsTsContact", "sysName": "tsTsName", "sysLocation": "tsTsLocation"}
 
 
-class World:
+class Testbed:
     def __init__(self, seed, preset):
-        self.random = random.Random(f"{seed} world")
+        self.random = random.Random(f"{seed} testbed")
         self.preset = preset
         self.stopping = threading.Event()
         self.array_lock = threading.RLock()  # held while the array or its objects are changed
         self.timeline, self.log = Timeline(), ViolationLog()
         self.states = States()
         self.history = History(self.timeline, self.states)
-        self.judge = Judge(self.history, self.log)
+        self.checks = ResponseChecks(self.history, self.log)
         self.array, self.objects = array.Array(), None
         self.failures = []  # conditions that did not hold after a fault
-        self.keeper = self.watch = self.receiver = None
-        self.own_kills = set()
-        self.struck = None  # number of exchanges that the latest fault affected; None if unknown
+        self.subreaper = self.watch = self.receiver = None
+        self.killed_by_fault = set()
+        self.affected = None  # number of exchanges that the latest fault affected; None if unknown
 
     # --- start-up and shutdown
 
@@ -61,16 +61,16 @@ class World:
         self.notices = Notices(self.timeline, self.receiver)
         self.start_array(with_spares(array.preset(self.preset)), since=0)
         wallClock.set_to(0)
-        self.keeper = subprocess.Popen([sys.executable, KEEPER], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                                       text=True, env={**daemon.Daemon.environment(), **wallClock.environment()})
+        self.subreaper = subprocess.Popen([sys.executable, SUBREAPER], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                                          text=True, env={**daemon.Daemon.environment(), **wallClock.environment()})
         self.watch = Watch(self)
         self.watch.start()
         waiting.wait_until(self.is_served, "the daemon serves", 60)
         self.served_since = time.monotonic()
 
     def start_daemon(self):
-        self.keeper.stdin.write(machine.DAEMON + "\n")
-        self.keeper.stdin.flush()
+        self.subreaper.stdin.write(machine.DAEMON + "\n")
+        self.subreaper.stdin.flush()
 
     def stop(self):
         """Stops everything that was started."""
@@ -81,10 +81,10 @@ class World:
         with self.array_lock:
             self.array.stop()
         if self.watch:
-            self.keeper.stdin.close()
-            self.keeper.wait(30)
+            self.subreaper.stdin.close()
+            self.subreaper.wait(30)
             self.watch.listener.join(30)
-            self.keeper.stdout.close()
+            self.subreaper.stdout.close()
         if self.receiver:
             self.receiver.close()
 
@@ -95,14 +95,14 @@ class World:
         with self.array_lock:
             since = time.monotonic() if since is None else since
             self.array.start(self.preset, "--events", objects=objects)
-            self.remember(since, told=False)
+            self.remember(since, reported=False)
 
     def change(self, *words):
         """Sends the array a command, and records its new objects."""
         with self.array_lock:
             since = time.monotonic()
             answer = self.array.tell(*words)
-            self.remember(since, told=True)
+            self.remember(since, reported=True)
             return answer
 
     def replace(self, objects):
@@ -110,20 +110,20 @@ class World:
         with self.array_lock:
             since = time.monotonic()
             self.array.load(objects)
-            self.remember(since, told=False)
+            self.remember(since, reported=False)
 
-    def remember(self, since, told):
+    def remember(self, since, reported):
         self.objects = self.array.dump()
         self.history.record(self.objects, since)
-        self.states.record(self.objects, since, told)
+        self.states.record(self.objects, since, reported)
 
     def known_oids(self):
         return self.history.oids()
 
     def set_text(self, name, value, since):
-        """Records that a manager will set the value."""
-        self.history.tell_set(mib.scalar(name), value, since)
-        self.history.tell_set(mib.oid(TEXT_SOURCES[name], 1), value, since)
+        """Records that a manager will set a value."""
+        self.history.record_set(mib.scalar(name), value, since)
+        self.history.record_set(mib.oid(TEXT_SOURCES[name], 1), value, since)
 
     # --- conditions
 
@@ -141,11 +141,11 @@ class World:
         """Returns whether a manager gets a response and an event is notified."""
         if not self.is_served():
             return False
-        marks = self.notices.tell()
+        marks = self.notices.send()
         end = time.monotonic() + MARK_S * waiting.PATIENCE
-        while marks and not marks[0].came and time.monotonic() < end:
+        while marks and not marks[0].notified and time.monotonic() < end:
             time.sleep(waiting.POLL_S)
-        return bool(marks and marks[0].came)
+        return bool(marks and marks[0].notified)
 
     def wait_until_well(self):
         """Waits until everything works three times in a row."""
@@ -153,13 +153,13 @@ class World:
 
     def log_is_written(self):
         """Makes the daemon write a log line, and waits for it."""
-        before = machine.read_file(daemon.LOG).count(RECORDS_FOLLOW)
+        before = machine.read_file(daemon.LOG).count(RECORDS_HEADING)
         management.send(management.message(management.DISPLAY_TRAPS))
-        waiting.wait_until(lambda: machine.read_file(daemon.LOG).count(RECORDS_FOLLOW) > before,
+        waiting.wait_until(lambda: machine.read_file(daemon.LOG).count(RECORDS_HEADING) > before,
                            "the daemon writes its log", 20)
 
     def records(self):
         """Returns (number, first argument) of the daemon's records of unhealthy objects."""
         self.log_is_written()
         self.log_is_written()  # the first list is complete when the second begins
-        return set(RECORD.findall(machine.read_file(daemon.LOG).split(RECORDS_FOLLOW)[-2]))
+        return set(RECORD.findall(machine.read_file(daemon.LOG).split(RECORDS_HEADING)[-2]))

@@ -20,8 +20,8 @@
 
 namespace {
 
-constexpr char kBetweenDocuments = 0x1e;
-constexpr char kOfWords = 1;
+constexpr char kSeparator = 0x1e;
+constexpr char kGenerated = 1;
 
 template <size_t count>
 std::string any_of(FuzzInput& input, const char* const (&words)[count]) {
@@ -49,7 +49,7 @@ std::string any_object(FuzzInput& input, const std::string& tag, const refresh_o
     return element(tag, content);
 }
 
-std::string any_answer(FuzzInput& input, const refresh_operation& operation) {
+std::string any_response(FuzzInput& input, const refresh_operation& operation) {
     static constexpr const char* kServers[] = {"tsPhysicalServer", "TsRemoteTessera", "tsServerCluster",
                                                "TsVirtualServer", "tsSomethingElse"};
     const auto capacity = static_cast<size_t>(cols[operation.col_id].capacity());
@@ -75,9 +75,9 @@ void check_rows(const refresh_operation& operation, const std::string& document)
             if (!is_cached(i))
                 continue;
             if (vars[i].uint != static_cast<uint32_t>(row) + 1)
-                FuzzFail("a row has another's number: " + name_of(i));
+                FuzzFail("wrong row number: " + name_of(i));
             if (row > 0 && !is_cached(i - 1))
-                FuzzFail("a row without the one before it: " + name_of(i));
+                FuzzFail("a row follows a missing row: " + name_of(i));
             ++cached;
         }
     }
@@ -98,15 +98,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     static FuzzMibWorld world;
     verbose = false;
     clear_cached_range(0, total_vars);
-    const std::string pieces(reinterpret_cast<const char*>(data), size);
-    for (size_t begin = 0; begin < pieces.size();) {
-        const size_t end = std::min(pieces.find(kBetweenDocuments, begin), pieces.size());
+    const std::string parts(reinterpret_cast<const char*>(data), size);
+    for (size_t begin = 0; begin < parts.size();) {
+        const size_t end = std::min(parts.find(kSeparator, begin), parts.size());
         const refresh_operation& operation =
-            refresh_operations[static_cast<uint8_t>(pieces[begin] - 'a') % NUMBER_OF_REFRESHES];
-        std::string document = pieces.substr(begin + 1, end - begin - 1);
-        if (document.starts_with(kOfWords)) {
+            refresh_operations[static_cast<uint8_t>(parts[begin] - 'a') % NUMBER_OF_REFRESHES];
+        std::string document = parts.substr(begin + 1, end - begin - 1);
+        if (document.starts_with(kGenerated)) {
             FuzzInput words(reinterpret_cast<const uint8_t*>(document.data()) + 1, document.size() - 1);
-            document = any_answer(words, operation);
+            document = any_response(words, operation);
         }
         if (process_table_info(operation.col_id, operation.apiName, operation.map_size, operation.map,
                                document) == 0)

@@ -11,7 +11,7 @@ ABSENT = tuple(EXCEPTIONS.values())
 
 
 def in_new_form(oid):
-    """Returns a name in the present form."""
+    """Returns a name under the current enterprise number."""
     return mib.ENTERPRISE + oid[len(mib.OLD_ENTERPRISE):] if oid.startswith(mib.OLD_ENTERPRISE + ".") else oid
 
 
@@ -23,7 +23,7 @@ def is_own(oid):
 SYSTEM = {mib.scalar(name) for name in ("sysContact", "sysName", "sysLocation")}
 
 
-class Judge:
+class ResponseChecks:
     def __init__(self, history, log):
         self.history = history
         self.log = log
@@ -40,11 +40,11 @@ class Judge:
         if not self.history.allows(oid, read, exchange.sent, exchange.ended):
             self.add(violations.VALUE, client, exchange, f"{name_of(oid)} is {read}", oid, read)
 
-    def got(self, client, exchange, asked):
+    def got(self, client, exchange, requested):
         """Checks the response to a GET without error: the requested names, with allowed values."""
         found = exchange.response.bindings
-        if [binding.oid for binding in found] != list(asked):
-            self.add(violations.ORDER, client, exchange, f"asked for {asked}, got {[each.oid for each in found]}")
+        if [binding.oid for binding in found] != list(requested):
+            self.add(violations.ORDER, client, exchange, f"requested {requested}, got {[each.oid for each in found]}")
             return
         for binding in found:
             self.value(client, exchange, binding)
@@ -59,16 +59,16 @@ class Judge:
         self.value(client, exchange, binding)
         return True
 
-    def got_bulk(self, client, exchange, asked, non_repeaters):
+    def got_bulk(self, client, exchange, requested, non_repeaters):
         """Checks the response to a GETBULK without error: rows of successors, each column in order."""
         found = exchange.response.bindings
-        single = min(max(non_repeaters, 0), len(asked))
-        columns = len(asked) - single
-        before = list(asked)
+        single = min(max(non_repeaters, 0), len(requested))
+        columns = len(requested) - single
+        before = list(requested)
         for place, binding in enumerate(found):
             column = place if place < single else single + (place - single) % columns if columns else None
             if column is None:
-                self.add(violations.ORDER, client, exchange, f"{len(found)} bindings for {len(asked)} single ones")
+                self.add(violations.ORDER, client, exchange, f"{len(found)} bindings for {len(requested)} single ones")
                 return
             if not self.followed(client, exchange, before[column], binding):
                 return
@@ -76,7 +76,7 @@ class Judge:
 
     def complete(self, client, exchange, seen):
         """Checks that a walk has returned every instance. exchange: its times."""
-        for oid in self.history.steady(exchange.sent, exchange.ended):
+        for oid in self.history.constant_instances(exchange.sent, exchange.ended):
             if oid not in seen and oid.startswith(mib.ENTERPRISE + "."):
                 if not self.history.allows(oid, None, exchange.sent, exchange.ended):
                     self.add(violations.MISSING, client, exchange, f"{name_of(oid)} is missing in a walk", oid)
@@ -84,13 +84,13 @@ class Judge:
     # --- at the end
 
     def confirmed(self, kind):
-        """The violations of a kind that nothing excuses."""
+        """Returns the violations of a kind that nothing excuses."""
         return [each for each in self.log.kept[kind] if not self.is_excused(each)]
 
     def is_excused(self, violation):
         if violation.kind in (violations.VALUE, violations.MISSING):
             return self.history.allows(violation.oid, violation.read, violation.sent, violation.ended)
-        if violation.kind in (violations.UNANSWERED, violations.SLOW, violations.REFUSED):
+        if violation.kind in (violations.UNANSWERED, violations.SLOW, violations.GENERR):
             return self.history.timeline.is_disturbed("requests", violation.sent, violation.ended)
         return False
 

@@ -1,4 +1,4 @@
-"""The frame of the packages' test: a Debian machine, the packages of this build, an array, and what is asked of them."""
+"""The base of package tests: a Debian machine, the packages of this build, and an array."""
 
 import glob
 import unittest
@@ -8,13 +8,14 @@ from . import daemon, debian, machine, manager, mib, waiting
 UNIT = "snmpsubagent.service"
 PACKAGES = "/tmp/packages"
 NEWER = "9.9.9"
-# Where the packages may leave something.
+# Directories in which the packages may leave files.
 PLACES = ("/etc", "/usr", "/lib", "/var/lib/snmpsubagent", "/var/log", "/var/agentx", "/mnt/root", "/mnt/cores", "/run",
           "/tmp/apps")
 
 
-class PackageStory(unittest.TestCase):
-    """The tests of a class run in the order of their names on one machine: each begins where the last one ended."""
+class PackageTest(unittest.TestCase):
+    """The tests of a class share one machine. They run in the order of their names, each in the state that the previous
+    one has left."""
 
     @classmethod
     def setUpClass(cls):
@@ -44,7 +45,7 @@ class PackageStory(unittest.TestCase):
                   f"log\n{self.host.read(daemon.LOG)[-4000:]}", flush=True)
         return result
 
-    # --- verbs
+    # --- operations
 
     def systemctl(self, *words, check=True):
         return self.host.run("systemctl", *words, check=check)
@@ -52,7 +53,7 @@ class PackageStory(unittest.TestCase):
     @classmethod
     def start_array(cls, *options, program="arraySim"):
         cls.array = cls.host.start(program, "serve", "--preset", "small", *options)
-        waiting.wait_until(lambda: cls.host.exists("/tmp/apimgr.sock"), "the array is there")
+        waiting.wait_until(lambda: cls.host.exists("/tmp/apimgr.sock"), "the array listens")
 
     def stop_array(self):
         for pid in self.host.pids("arraySim"):
@@ -61,36 +62,36 @@ class PackageStory(unittest.TestCase):
 
     @classmethod
     def make_newer(cls, package, path):
-        """The same package with a later version."""
+        """Builds the same package with a newer version."""
         cls.host.run("dpkg-deb", "--raw-extract", package, "/tmp/newer")
         cls.host.run("sed", "-i", f"s/^Version: .*/Version: {NEWER}/", "/tmp/newer/DEBIAN/control")
         cls.host.run("dpkg-deb", "-Znone", "--build", "--root-owner-group", "/tmp/newer", path)
 
-    def log_holds(self, text):
+    def log_contains(self, text):
         return text in self.host.read(daemon.LOG)
 
     def wait_for_log(self, text, limit_s=60):
-        waiting.wait_until(lambda: self.log_holds(text), f"the log holds '{text}'", limit_s)
+        waiting.wait_until(lambda: self.log_contains(text), f"the log contains '{text}'", limit_s)
 
-    def ups(self):
+    def start_count(self):
         return self.host.read(daemon.LOG).count(daemon.UP)
 
-    def wait_for_another_start(self, ups, limit_s=180):
-        waiting.wait_until(lambda: self.ups() > ups, "the daemon is up again", limit_s)
+    def wait_for_next_start(self, start_count, limit_s=180):
+        waiting.wait_until(lambda: self.start_count() > start_count, "the daemon is up again", limit_s)
 
     def assert_served_by_one(self):
-        """One daemon, which is the unit's, one snmpd, which is its child, and the array behind them."""
+        """Checks that there is one daemon, started by the unit, with one snmpd, and that it serves the array."""
         self.assertEqual(self.systemctl("is-active", UNIT), "active\n")
         main = int(self.host.unit(UNIT, "MainPID"))
         self.assertEqual(self.host.pids("snmpSubagent"), [main])
         waiting.wait_until(lambda: len(self.host.pids("snmpd")) == 1, "there is one snmpd")
         self.assertLessEqual({"snmpSubagent", "snmpd"}, set(self.host.programs_of(UNIT)))
-        self.assertTrue(self.ask("public").value(mib.oid("tsCtlrName", 1)))
+        self.assertTrue(self.manager_with("public").value(mib.oid("tsCtlrName", 1)))
 
     @staticmethod
-    def ask(community):
+    def manager_with(community):
         return manager.Manager(community=community)
 
     def assert_nothing_runs(self):
         for name in ("snmpSubagent", "snmpd"):
-            waiting.wait_until(lambda wanted=name: not self.host.pids(wanted), f"{name} has ended")
+            waiting.wait_until(lambda wanted=name: not self.host.pids(wanted), f"{name} has exited")
