@@ -1,1 +1,1 @@
-"""Generates everything that follows from data/: C++ tables and classes, MIB modules, monitoring files, references."""
+"""Generates everything derived from data/: C++ tables and classes, MIB modules, monitoring files, references."""

@@ -62,7 +62,7 @@ class Line:
         return found
 
     def add_to(self, known, name, thing, what):
-        """Stores a thing, which must have a place, under a name that must be new. Returns the thing."""
+        """Stores an item, which must have a place, under a name that must be new. Returns the item."""
         if name in known:
             raise self.error(f"duplicate {what} '{name}'; first defined at {known[name].place}")
         known[name] = thing

@@ -24,7 +24,7 @@ struct ExchangePlan {
     std::string faults;  ///< names, for the trace
 };
 
-/** What a fault affects. */
+/** The target of a fault. */
 enum class FaultReach {
     kSocket,      ///< the socket, until the fault is cleared
     kConnection,  ///< connections, before a request is read

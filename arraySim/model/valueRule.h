@@ -15,7 +15,7 @@ class RuleError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-/** How the value of an attribute is made. data/array/objects.def explains the rules. */
+/** The rule by which the value of an attribute is generated; see data/array/objects.def. */
 struct ValueRule {
     enum class Verb { kText, kNumber, kBool, kPick, kSize, kTemperature, kRail, kDate, kSame, kCount };
 
@@ -32,7 +32,7 @@ struct ValueRule {
 /** Parses a rule of data/array/objects.def for an attribute. Throws RuleError. */
 ValueRule ParseRule(const std::string& text, const BASEApiAttribute& attribute);
 
-/** Returns the rule of an attribute without a line of its own: by its name, else by its type. */
+/** Returns the rule of an attribute without a separate line: by its name, else by its type. */
 ValueRule DefaultRule(const BASEApiAttribute& attribute);
 
 }  // namespace arraysim

@@ -4,7 +4,7 @@
 
 namespace arraysim {
 
-/** Answers an association with the objects that its row of the table selects. Throws ApiFailure. */
+/** Returns the objects that an association's row of the table selects. Throws ApiFailure. */
 Response AnswerAssociation(CallContext& context);
 
 }  // namespace arraysim

@@ -205,7 +205,7 @@ Result CreateFolder(CallContext& context, Object&, const Step&) {
 
 // ---- Volumes ----
 
-/** Removes the last volume first, so that the others to be removed do not move. */
+/** Removes the last volume first, so that the indexes of the remaining ones do not change. */
 Result DeleteVolumes(CallContext& context, Object&, const Step&) {
     std::vector<Object*> volumes = ManyVolumes(context);
     std::sort(volumes.begin(), volumes.end(), std::greater<>());

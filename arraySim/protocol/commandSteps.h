@@ -37,11 +37,11 @@ Result Recover(CallContext& context, Object& subject, const Step& step);
 Result Fail(CallContext& context, Object& subject, const Step& step);
 /** Removes the subject. */
 Result Remove(CallContext& context, Object& subject, const Step& step);
-/** KIND [ATTR VALUE]: creates an object, sets each attribute that is an argument, and answers with it. */
+/** KIND [ATTR VALUE]: creates an object, sets each attribute that is an argument, and returns it. */
 Result Create(CallContext& context, Object& subject, const Step& step);
-/** VALUE: answers with a Boolean, a number or a string. */
+/** VALUE: returns a Boolean, a number or a string. */
 Result Reply(CallContext& context, Object& subject, const Step& step);
-/** KIND [ATTR VALUE]: answers with the objects that have this value, as today's record. */
+/** KIND [ATTR VALUE]: returns the objects that have this value, as today's record. */
 Result History(CallContext& context, Object& subject, const Step& step);
 /** STATE TEXT: fails with this error of the API. */
 Result Reject(CallContext& context, Object& subject, const Step& step);

@@ -39,7 +39,7 @@ class Argument:
 
     @property
     def is_required(self):
-        """Returns whether a call without it is rejected. Filters are optional, as the library's checks have it."""
+        """Returns whether a call without it is rejected. Filters are optional, as in the library's checks."""
         return self.needed and "filter" not in self.name.lower()
 
 

@@ -20,13 +20,13 @@ def check_text(line, text):
 
 
 def is_text(line):
-    """Returns whether a line below a thing is part of its description: it has only one word."""
+    """Returns whether a line is part of a description, that is, has only one word."""
     return len(line.words) == 1
 
 
 @dataclass(kw_only=True)
 class Described:
-    """A thing with a description. texts: its parts as entered; an empty one separates two paragraphs."""
+    """An item with a description. texts: its parts as entered; an empty one separates two paragraphs."""
 
     place: Place
     name: str

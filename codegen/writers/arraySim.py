@@ -33,7 +33,7 @@ FOLDER_USAGE = ("tsFolderUsage", "TsDiskFolderStorageUsage",
 PARENT = {"": "kNone", "controller": "kController", "enclosure": "kEnclosure"}
 GOOD_VALUE = {"tsstatus_enum": "Up", "truth_value": "True"}
 
-# What the array sends in an argument of a trap command, by the rule with which the daemon finds the row.
+# The value that the array sends in an argument of a trap command, per rule by which the daemon finds the row.
 SOURCE_OF_FIND = {"index": "kIndex", "bounded-index": "kIndex", "controller": "kIndex", "next-index": "kIndexBefore",
                   "row": "kRow"}
 PARENT_SOURCE_OF_FIND = {"index": "kParentIndex", "row": "kParentRow"}

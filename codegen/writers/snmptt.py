@@ -13,7 +13,7 @@ CLEARED = 1
 
 
 class Events:
-    """lead: what each line begins with, for a program that reads the log."""
+    """lead: prefix of each line, for a program that reads the log."""
 
     def __init__(self, snmp, watches, lead=""):
         self.snmp, self.watches, self.lead = snmp, watches, lead

@@ -67,7 +67,7 @@ def macro(name):
 
 
 def threshold(metric, *words):
-    """The user macro of a limit."""
+    """Returns the user macro of a limit."""
     name = HUMP.sub(".", metric.column.name.removeprefix("ts"))
     return "{$" + ".".join(("TESSERA", name, *words)).upper() + "}"
 

@@ -264,7 +264,7 @@ void check_get(const binding& requested, const netsnmp_variable_list& response, 
         check_value(response, found->second);
 }
 
-// A name that is not an instance only requires progress. A walk in the old form that has ended stays ended.
+// For a name that is not an instance, checks only for progress. A walk in the old form ends only once.
 void check_get_next(const binding& requested, const netsnmp_variable_list& response,
                     const instances& cached) {
     const auto next = cached.upper_bound(requested.full);

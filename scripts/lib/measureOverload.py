@@ -1,4 +1,4 @@
-"""Measures, in the sandbox, how the daemon, snmpd and a second manager fare while a reader requests more than
+"""Measures, in the sandbox, how the daemon, snmpd and a second manager behave while a reader requests more than
 the daemon may serve. --quick only shows that it runs."""
 
 import collections

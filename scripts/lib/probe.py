@@ -160,7 +160,7 @@ class Latencies:
 
 
 def load():
-    """Returns the load average of the last minute, which other work on the machine raises."""
+    """Returns the load average of the last minute, which includes other work on the machine."""
     return os.getloadavg()[0]
 
 

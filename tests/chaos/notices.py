@@ -1,4 +1,4 @@
-"""Received notifications: marks, which must be notified exactly once, and a Notice for each about an object."""
+"""Received notifications: marks, which must be reported exactly once, and a Notice for each about an object."""
 
 import re
 import threading
@@ -23,7 +23,7 @@ ALERT_STATE, ALERT_TEXT, COMPONENT, COMPONENT_STATUS, COMPONENT_NAME = 175, 173,
 
 @dataclass
 class Mark:
-    """An event that must be notified exactly once. accepted: when the daemon received it; None if unknown."""
+    """An event that must be reported exactly once. accepted: when the daemon received it; None if unknown."""
     number: int
     sent: float
     accepted: float = None

@@ -12,7 +12,7 @@ from .notices import DELIVERY_S
 from .states import FETCHED_SINGLY, KINDS, PARTS, UP
 from .timeline import EVENTS, RECORDS
 
-EVENT_S = DELIVERY_S * waiting.PATIENCE  # an event is notified within this time
+EVENT_S = DELIVERY_S * waiting.PATIENCE  # an event is reported within this time
 RECHECK_S = 90 + EVENT_S  # the daemon re-checks a record after 60 s, one record per second
 MINUTE_S = (45, 90)  # between repeats that a re-check sends
 QUOTED = re.compile(r"'(.*)'")
@@ -60,7 +60,7 @@ class NotificationChecks:
                                        f"trapAlertState {notice.alert_state}, '{notice.text}': {what}")
 
     def recent(self, moment):
-        """Returns the earliest time whose status may be notified now. After a failed refresh, old ones are allowed."""
+        """Returns the earliest time whose status may be reported now. After a failed refresh, old ones are allowed."""
         has_old = self.timeline.is_disturbed(RECORDS, self.timeline.undisturbed_before(moment, EVENT_S), moment)
         return self.timeline.undisturbed_before(moment, STALE_S if has_old else EVENT_S)
 
@@ -90,7 +90,7 @@ class NotificationChecks:
 
     def is_new(self, subject, notice, before):
         has_changed = before and before.status != notice.status
-        # The event of a recovery is notified even if a re-check has found the recovery first.
+        # The event of a recovery is reported even if a re-check has found the recovery first.
         if has_changed and notice.status == UP or self.uses_event(subject, notice, before) or has_changed:
             return True
         return bool(before) and len(self.states.between(subject, before.arrival - RECORD_DELAY_S, notice.arrival)) > 1

@@ -34,7 +34,7 @@ def planned(generator, kind):
 @dataclass(frozen=True)
 class Plan:
     """At least as many faults for each part as there is time for, and one for the end of the run (None if none fits).
-    The daemon survives the bearable ones; after bearable_s, any may be injected."""
+    The daemon survives the faults in `bearable`; after bearable_s, any may be injected."""
     bearable: list
     bearable_s: float
     any: list

@@ -84,7 +84,7 @@ class ResponseChecks:
     # --- at the end
 
     def confirmed(self, kind):
-        """Returns the violations of a kind that nothing excuses."""
+        """Returns the unexcused violations of a kind."""
         return [each for each in self.log.kept[kind] if not self.is_excused(each)]
 
     def is_excused(self, violation):

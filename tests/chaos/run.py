@@ -16,7 +16,7 @@ from chaos.testbed import Testbed  # noqa: E402
 
 START_S = 5
 WARM_UP_S = 22  # so that the first daemon is sampled before the first fault
-SETTLE_S = 12  # so that waiting events are notified and the last daemon is sampled
+SETTLE_S = 12  # so that waiting events are reported and the last daemon is sampled
 
 
 def options():

@@ -85,7 +85,7 @@ class CalmRun:
         return self.notify(moment, UP, 1, "Alert Cleared - UPS 'one' is up")
 
     def down(self, moment=1000):
-        """Lets a UPS fail and be notified."""
+        """Lets a UPS fail and its failure be reported."""
         return self.become(moment, status="Down").notify(moment + 1)
 
     def add_violation(self, kind, client="x", times=1):
@@ -136,7 +136,7 @@ PLANTED = (
     (lambda run: run.mark(95).disturb(REQUESTS, end=120).restart(135), None),
     (lambda run: run.do(run.notices.malformed, "append", "x"), "datagrams that are not a notification"),
     (lambda run: run.do(run.notices, "__setattr__", "cold_starts", 2), "cold starts without a daemon"),
-    # changes that must be notified
+    # changes that must be reported
     (lambda run: run.become(1000, status="Down"), "changes of status not notified"),
     (lambda run: run.become(1000, status="Down").disturb(EVENTS, begin=1005, end=1040), None),
     (lambda run: run.become(1000, status="Down").restart(1005), None),
@@ -188,7 +188,7 @@ class Verdict(unittest.TestCase):
 
 class HistoryOfValues(unittest.TestCase):
     def test_values_over_time(self):
-        """At 1000 the first UPS is renamed, and the second one goes."""
+        """At 1000 the first UPS is renamed, and the second one is removed."""
         history, late = CalmRun().become(1000, "new").history, 1000 + STALE_S + 10
         for oid, value, moment, is_good in (
                 (MODEL, b"one", 900, True), (MODEL, b"one", 1200, True), (MODEL, b"one", late, False),

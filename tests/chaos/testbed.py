@@ -138,7 +138,7 @@ class Testbed:
         return bool(response and response.error == "noError" and response.bindings[0].type == "STRING")
 
     def is_well(self):
-        """Returns whether a manager gets a response and an event is notified."""
+        """Returns whether a manager gets a response and an event is reported."""
         if not self.is_served():
             return False
         marks = self.notices.send()

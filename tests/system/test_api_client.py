@@ -13,13 +13,13 @@ LISTED_ONE_BY_ONE = "TsDiskFolderStorageUsage"  # the one object without a list
 
 
 def objects(*words):
-    """What a call responses, as JSON has it."""
+    """Returns the response to a call as parsed JSON."""
     return json.loads(machine.run(PROGRAM, *words, "--format", "json"))
 
 
 @contextlib.contextmanager
 def watched(*words):
-    """The lines that a call prints which is repeated every second until the end of the block."""
+    """Repeats a call every second until the end of the block. Yields the stream of its output."""
     with subprocess.Popen([PROGRAM, *words, "--watch", "1"], stdout=subprocess.PIPE, text=True) as process:
         try:
             yield process.stdout

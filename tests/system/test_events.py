@@ -1,4 +1,4 @@
-"""The management socket, and the order in which events are notified."""
+"""The management socket, and the order in which events are reported."""
 
 import unittest
 
@@ -15,7 +15,7 @@ class Events(NotificationTest):
 
     @classmethod
     def launch(cls):
-        """Events that arrive during start-up are notified later, in the order of arrival."""
+        """Events that arrive during start-up are reported later, in the order of arrival."""
         cls.array.start(objects=cls.objects())
         cls.array.fault("delay", "2000", "on", "TsUps", "for", "1")  # so that start-up takes long enough
         cls.daemon.start(wait=False)

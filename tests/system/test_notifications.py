@@ -45,7 +45,7 @@ class EachForm:
             self.assertEqual(bindings.pop(mib.scalar(name)), ("STRING", value))
         self.assertEqual(bindings.pop(mib.scalar("trapAlertState")), ("INTEGER", 2))
         self.assert_head(got, 202)
-        self.send(case.event, MARK)  # it is notified only once
+        self.send(case.event, MARK)  # it is reported only once
         self.expect(MARK)
         self.change(case.kind, case.index, Status="Up")
         self.send_and_expect(case.event)
@@ -113,7 +113,7 @@ trapsess -Ci -r 20 -t 1 -v 3 -e {cls.ENGINE} -l authPriv -u {name} -a {digest} -
         own = [self.send_and_expect(case.event)]
         broken = (self.array.get(case.kind, case.index, "Name"), "Down", "tsEnclStatusChange")
         waiting.wait_until(lambda: self.unhealthy() == [broken], "mgmtSend status shows the object")
-        # Started late, so that snmpd must repeat.
+        # Started late, so that snmpd must resend.
         trapd = Trapd(f"exactEngineID {self.ENGINE}\ncreateUser {self.USER}\nauthUser log notifier priv", self.trapd_port)
         try:
             self.change(case.kind, case.index, Status="Up")

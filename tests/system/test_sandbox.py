@@ -134,7 +134,7 @@ class WithoutRoot(unittest.TestCase):
 
 
 class ContainerItself(unittest.TestCase):
-    """The third kind of sandbox. A sandbox of namespaces takes the place of the container."""
+    """The third kind of sandbox, a container. A sandbox of namespaces simulates the container."""
 
     PRELUDE = f"""
 export SNMPSUBAGENT_SANDBOX=container

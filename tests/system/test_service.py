@@ -1,4 +1,4 @@
-"""Service that nothing interrupts: while the array hangs, and when there are too many requests."""
+"""Uninterrupted service while the array hangs and while there are too many requests."""
 
 import os
 import socket

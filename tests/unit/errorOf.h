@@ -3,7 +3,7 @@
 #include <exception>
 #include <string>
 
-/** Returns what the exception says that an action throws; an empty string if it throws none. */
+/** Returns the message of the exception that an action throws; an empty string if it throws none. */
 template <class Action>
 std::string ErrorOf(Action&& action) {
     try {

@@ -47,7 +47,7 @@ struct CatalogueObject {
     const CatalogueCommand* FindCommand(std::string_view command) const;
 };
 
-/** Everything that the array's API can be asked for. */
+/** The objects and structured arguments of the array's API. */
 struct Catalogue {
     std::vector<CatalogueObject> objects;
     std::vector<CatalogueObject> method_objects;  ///< structured arguments: attributes only

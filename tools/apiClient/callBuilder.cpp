@@ -20,7 +20,7 @@ namespace {
 
 constexpr char kFilter[] = "Filter";
 
-/** Says which argument the library has rejected, and what is allowed. */
+/** Reports the argument that the library has rejected, and the allowed values. */
 std::string ExplainRejection(const tessera::InvalidArgument& error, const CatalogueCommand& command,
                              const BASEApiMethod& call) {
     const CatalogueAttribute* argument = FindNamed(command.arguments, error.GetAttribute());

@@ -23,7 +23,8 @@ bool IsSymbol(unsigned char c) {
     return std::string_view("<>=").find(static_cast<char>(c)) != std::string_view::npos;
 }
 
-/** Removes the leading characters that belong, and the whitespace after them, and returns the former. */
+/** Removes the leading characters for which `belongs` is true, and whitespace after them. Returns the former.
+ */
 std::string TakeWhile(std::string& text, bool (*belongs)(unsigned char)) {
     const auto end = std::ranges::find_if_not(text, belongs);
     std::string taken(text.begin(), end);

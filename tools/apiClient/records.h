@@ -54,14 +54,14 @@ std::vector<Column> AllColumns(const std::vector<Record>& records);
 
 /**
  * Returns the columns with these case-insensitive names, in the order of the names; "all" stands for all
- * columns. Throws UsageError for a name that neither the records' classes nor their values know. Without
+ * columns. Throws UsageError for a name that neither the records' classes nor their values have. Without
  * records, there are no columns.
  */
 std::vector<Column> NamedColumns(const std::vector<Record>& records, const std::vector<std::string>& names);
 
 /**
  * Sorts the records of each class by an attribute, in the order in which filters compare it, and if they do
- * not, by letters ignoring case. Records without a value come last. Throws UsageError for an unknown
+ * not, in case-insensitive order. Records without a value come last. Throws UsageError for an unknown
  * attribute.
  */
 void SortRecords(std::vector<Record>& records, const std::string& attribute);

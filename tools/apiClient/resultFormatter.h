@@ -17,9 +17,9 @@ struct FormatOptions {
 // All of these throw UsageError for an unknown column.
 
 /**
- * Formats a result for people: a list as a table with labels, a single object with one attribute per line.
- * Columns are at least as wide as their attribute requires. Nothing is truncated: a longer value widens its
- * column.
+ * Formats a human-readable result: a list as a table with labels, a single object with one attribute per
+ * line. Columns are at least as wide as their attribute requires. Nothing is truncated: a longer value widens
+ * its column.
  */
 std::string FormatTable(const Result& result, const FormatOptions& options);
 

@@ -11,7 +11,7 @@ using commandline::UsageError;
 
 namespace {
 
-/** Returns what separates several values of a kind; null if it has only one. */
+/** Returns the separator between the values of a kind; null for a kind with a single value. */
 const char* SeparatorOf(const std::string& kind) {
     if (kind == "INTARRAY" || kind == "ENUMMASK") {
         return " ";

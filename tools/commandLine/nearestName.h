@@ -9,8 +9,8 @@ namespace commandline {
 
 /**
  * Finds the name that `given` is most likely a misspelling of: the one with the fewest letters to change,
- * insert or delete, ignoring case; at most a third of the letters plus one. Returns std::nullopt if no name
- * is that near.
+ * insert or delete, case-insensitively; at most a third of the letters plus one. Returns std::nullopt if no
+ * name is that near.
  */
 std::optional<std::string> NearestName(std::string_view given, const std::vector<std::string>& names);
 

@@ -102,15 +102,15 @@ class Client {
     }
 
     /**
-     * Executes a call and returns the response, which may be a rejection or say that the response is
-     * malformed; null for a success without a result. Throws MalformedAnswer only for a document of another
-     * kind, and never Refused.
+     * Executes a call and returns the response, which may be a rejection or report that the response is
+     * malformed. Returns null if the call succeeded without a result. Throws MalformedAnswer only for a
+     * document of another kind, and never Refused.
      */
     std::unique_ptr<BASEApiMethodReturn> Execute(const BASEApiMethod& call) const;
 
     /**
-     * Makes all calls of this client throw Cancelled, those in progress and those to come. Any thread, also
-     * from a signal handler.
+     * Makes all present and future calls of this client throw Cancelled. May be called by any thread and by a
+     * signal handler.
      */
     void Cancel() noexcept;
 

@@ -10,7 +10,7 @@ namespace {
 /** The mark for a hyphen, which ends a condition. */
 constexpr char kHyphenMark[] = "&hy&";
 
-/** Returns why the array would not read the value as it is; null if it would. */
+/** Returns why the array would misread the value; null if it would not. */
 const char* ProblemOf(const std::string& value) {
     std::string trimmed = value;
     TrimRight(trimmed);

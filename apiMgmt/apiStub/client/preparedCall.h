@@ -10,10 +10,10 @@
 namespace tessera {
 
 /**
- * Returns a call as it is sent: arguments checked, in the spelling of documents, and escaped; so the
- * arguments of `call` must not be escaped. Throws InvalidArgument if an argument is missing, unknown or
- * illegal, also for fields of structured arguments. The arguments of a class that describes none are only
- * escaped.
+ * Returns a copy of a call that is ready to be sent: its arguments are checked, spelled as in documents, and
+ * escaped, so the arguments of `call` must not be escaped. Throws InvalidArgument if an argument, or a field
+ * of a structured argument, is missing, unknown or illegal. The arguments of a class that describes none are
+ * only escaped.
  */
 std::unique_ptr<BASEApiMethod> PrepareCall(const BASEApiMethod& call);
 

@@ -6,8 +6,8 @@
 
 /**
  * Writes lines to syslog, but those of levels "Info" and "Debug" to the debug file if their module is
- * enabled. The constructor reopens the process's connection to syslog and the destructor closes it, whoever
- * else uses it.
+ * enabled. The constructor reopens the process's connection to syslog and the destructor closes it, even if
+ * other code uses it.
  */
 class APPSysLogger : public BASELogger {
   public:

@@ -47,8 +47,9 @@ double ParseDouble(const std::string& text, const char** end = nullptr);
 
 /**
  * Parses the finite decimal number at the start of a string ("-1.5e3") and sets *end to the first character
- * after it. Unlike strtod, it rejects whitespace, a plus sign, hexadecimal digits, nan and inf. Returns
- * std::nullopt, with *end unchanged, for these, without a number and for one out of double's range.
+ * after it. Unlike strtod, it rejects whitespace, a plus sign, hexadecimal digits, nan and inf. If it rejects
+ * the string, finds no number or finds one that a double cannot represent, it returns std::nullopt and leaves
+ * *end unchanged.
  */
 std::optional<double> ParseDecimal(const std::string& text, const char** end);
 
@@ -64,7 +65,7 @@ void ReplaceAll(std::string& text, const std::string& old_text, const std::strin
 /**
  * Splits text at each delimiter and replaces the contents of pieces. A delimiter at the very end yields an
  * empty last piece. If limit is not 0, there are at most that many pieces, the last of which contains the
- * rest. An empty text yields no pieces, an empty delimiter one.
+ * rest. An empty string yields no pieces, and an empty delimiter yields one.
  */
 void Split(const std::string& text, const std::string& delimiter, std::vector<std::string>& pieces,
            size_t limit = 0);

@@ -7,8 +7,8 @@
 std::optional<std::string> ReadTextFile(const std::string& path);
 
 /**
- * Replaces a file in one step, with mode 0600; nobody sees half of it. With `is_durable` it is on the disk
- * afterwards. False, with errno set, if it cannot be written; the old file stays then. Only for directories
- * that nobody else may write.
+ * Replaces a file atomically, with mode 0600. If `is_durable` is set, the file is on the disk afterwards. If
+ * it cannot be written, returns false with errno set and leaves the old file unchanged. Use this only in
+ * directories that nobody else can write to.
  */
 bool ReplaceTextFile(const std::string& path, const std::string& text, bool is_durable);

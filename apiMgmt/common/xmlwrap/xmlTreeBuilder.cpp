@@ -18,8 +18,8 @@ constexpr size_t kMaximumTagLength = 1'048'576;
 constexpr size_t kChunk = 65'536;
 
 /**
- * Returns the length of the next chunk for expat. Ends it after a '>' if possible, because expat copies what
- * it could not parse of a chunk.
+ * Returns the length of the next chunk for expat. Ends it after a '>' if possible, because expat copies the
+ * unparsed rest of a chunk.
  */
 size_t LengthOfNextChunk(std::string_view rest) {
     if (rest.size() <= kChunk)

@@ -30,7 +30,7 @@ bool is_foreground_table(int col_id) {
     return cols[col_id].maxNumOfRows <= kForegroundRowLimit && col_id != COLID_tsObjectCountNbr;
 }
 
-// What the scan does after a column: continue, or end with this column or the next one first in line.
+// Next step of the scan after a column: continue, or stop, with this column or the next one first in line.
 enum class scan { next_column, ends_here, ends_at_next };
 
 scan refresh_in_foreground(int col_id) {

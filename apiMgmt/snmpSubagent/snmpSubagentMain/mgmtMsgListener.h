@@ -13,7 +13,7 @@ class GPBIPCMsg;
 /** Starts the thread, which is never joined. Returns 0, or 1 after logging the error. */
 int StartMgmtMsgListener();
 
-/** The thread's function. Returns only if the socket cannot be set up, after setting abort_snmpSubagent. */
+/** Thread function. Returns only if the socket cannot be set up, after setting abort_snmpSubagent. */
 void* MgmtMsgListenerMain(void* argument);
 
 /**

@@ -8,11 +8,11 @@
  * thread only.
  */
 
-/** Publishes there from now on; without this call, the functions below do nothing. */
+/** Sets the path of the file. Without this call, the functions below do nothing. */
 void open_status_file(const std::string& path);
 
 /** Writes the file if the last version is 10 seconds old. A failure is logged once. */
 void update_status_file();
 
-/** Writes that the daemon does not run any more. */
+/** Records in the file that the daemon is no longer running. */
 void close_status_file();

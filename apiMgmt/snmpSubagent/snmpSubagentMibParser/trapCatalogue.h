@@ -27,7 +27,7 @@ enum class fresh_rule : uint8_t {
     instance,    /**< reads the object's status only */
 };
 
-/** The columns of an object's or component's state, and the strings about it. */
+/** The columns that hold the state of an object or component, and the messages for it. */
 struct state_rule {
     row_rule find;
     int index_column;  /**< searched by row_rule::..index; -1 for other rules */

@@ -2,7 +2,7 @@
 
 /** Functions to call from a debugger. They write raw lines to the subagent log. */
 
-/** Logs registers, segments and flags of the caller. */
+/** Logs the caller's registers, segments and flags. */
 void context_backtrace();
 
 /** Logs `length` bytes in hexadecimal and as characters, 16 per line, below a heading with the title. */

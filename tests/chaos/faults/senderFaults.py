@@ -9,7 +9,7 @@ from ..timeline import EVENTS
 from .kind import NOTHING, Kind, no_arguments
 
 MARK = management.trap("1 2 3 201 0 0 0 0 of a bad sender")
-# What the senders send before they close the connection.
+# The bytes that the senders send before they close the connection.
 TORN = {"half a length": MARK[:2], "half a body": MARK[:-5], "only a length": MARK[:4], "nothing": b"",
         "garbage": management.frame(b"\xff" * 40), "an empty body": management.frame(b""),
         "too large a length": b"\xff\xff\xff\xff", "noise": None}
@@ -37,7 +37,7 @@ def torn(testbed, words):
 
 @contextmanager
 def flood(testbed, words):
-    """Sends many events, each of which must be notified."""
+    """Sends many events, each of which must cause a notification."""
     for _ in range(int(words[0])):
         testbed.notices.send(int(words[1]))
     yield

@@ -111,7 +111,7 @@ def value(tag, contents):
 
 
 def bindings(reader, exceptions=()):
-    """exceptions: {tag: type} of those that may stand in the place of a value."""
+    """exceptions: {tag: type} of those that are allowed in place of a value."""
     found = []
     outer = reader.inner(SEQUENCE)
     while outer.octets:
@@ -159,7 +159,7 @@ def read(datagram):
 
 
 def read_response(datagram):
-    """The Response in a datagram; raises Malformed."""
+    """Returns the Response in a datagram. Raises Malformed."""
     whole = Reader(datagram)
     message = whole.inner(SEQUENCE)
     whole.end()

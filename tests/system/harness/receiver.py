@@ -78,7 +78,7 @@ class Receiver:
 
 
 class SnmpTrapd(machine.Program):
-    """snmptrapd in the foreground, with its files in a directory of its own."""
+    """snmptrapd in the foreground, with its files in a separate directory."""
 
     def __init__(self, home, configuration, place, *options):
         self.output = os.path.join(home, "trapd.log")
@@ -93,7 +93,7 @@ class SnmpTrapd(machine.Program):
 
 
 class Trapd(SnmpTrapd):
-    """Writes what it receives. accepts: the lines of its configuration that say from whom it accepts notifications."""
+    """Logs what it receives. accepts: the configuration lines that select the accepted senders."""
 
     def __init__(self, accepts, port, address="127.0.0.1"):
         place = f"udp6:[{address}]:{port}" if ":" in address else f"udp:{address}:{port}"

@@ -65,7 +65,7 @@ TEST(AttributeMap, GivesBackWhatEntriesThatAreGoneTook) {
     ATTRIBUTEMap map;
     map.Set("Name", std::string(100, 'n'));
     map.Remove("Name");
-    map.Clear();  // and what was wasted is no more
+    map.Clear();  // which also reclaims the wasted space
     map.Set("Kept", "text");
     for (int i = 0; i < 1000; ++i) {
         map.Set("Name", std::string(10000, 'n'));

@@ -13,7 +13,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using Strings = std::vector<std::string>;
 
-/** Each row is a text, and what its value is written as. */
+/** Each row is a string and the form in which its value is written. */
 template <class Attribute>
 void ExpectWritten(const Attribute& attribute,
                    std::initializer_list<std::pair<const char*, const char*>> rows) {

@@ -100,7 +100,7 @@ TEST_F(Services, FaultsOfTheFrameCauseChannelErrorsAndTheNextExchangeSucceeds) {
 }
 
 TEST_F(Services, FaultsOfTheDocument) {
-    // What the document contains and does not contain; without both it must not parse.
+    // Strings that the document must and must not contain; if both are missing, it must not parse.
     const std::tuple<const char*, const char*, const char*> rows[] = {
         {"truncated", "", ""},
         {"unbalanced", "", ""},

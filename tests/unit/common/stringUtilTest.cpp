@@ -62,7 +62,7 @@ TEST(StringUtil, ParseBoolTakesOneOrTrue) {
         EXPECT_TRUE(ParseBool(good)) << good;
     }
     for (const char* bad :
-         {"", "trues", "-1", "- 1", "0", "4294967297"}) {  // the last is 1 when cut to 32 bits
+         {"", "trues", "-1", "- 1", "0", "4294967297"}) {  // the last is 1 if truncated to 32 bits
         EXPECT_FALSE(ParseBool(bad)) << bad;
     }
 }

@@ -407,7 +407,7 @@ class OutstandingModel : public TrapWorld {
         return look(kSteps_s[below(below(20) == 0 ? 10 : 8)]);
     }
 
-    /** Without further changes, each object whose status differs from its record is notified once. */
+    /** Without further changes, each object whose status differs from its record is reported once. */
     void settle() {
         is_busy = false;
         tell_states();

@@ -248,7 +248,7 @@ TEST(NumericText, SaturatesAtTheRangeOfItsColumn) {
         {"2147483647", 2147483647, INT32_MAX},
         {"-2147483649", 0, INT32_MIN},
         {"4294967295", 4294967295, INT32_MAX},
-        {"4294967297", 4294967295, INT32_MAX},  // 1 when cut to 32 bits
+        {"4294967297", 4294967295, INT32_MAX},  // 1 if truncated to 32 bits
         {"-18446744073709551617", 0, INT32_MIN},
         {"9999999999999999999999999999999999", 4294967295, INT32_MAX},
         {"0x10", 0, 0},

@@ -1,4 +1,4 @@
-// What needs the daemon's fixed paths: the log files and the settings. Runs in the sandbox alone.
+// Tests that need the daemon's fixed paths: log files and settings. They run only in the sandbox.
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -199,7 +199,7 @@ TEST_F(DebugFile, IsPutAsideAbove1000000Bytes) {
     EXPECT_EQ(read_file(kOldDebugFile), full);
 }
 
-// The way of a line from subagent_log to the application log.
+// The path of a line from subagent_log to the application log.
 TEST_F(LogFile, PassesItsLinesOnByLevelWithoutTheirNewline) {
     const std::tuple<int, string, int, string> rows[] = {
         {0, "line\n", 8, "line"}, {1, "line", 2, "line"}, {2, "two\n\n", 3, "two\n"},

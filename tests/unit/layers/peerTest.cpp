@@ -65,7 +65,7 @@ TEST(Peer, ThatHasClosedCausesAnErrorAndNoSignal) {
     EXPECT_EQ(ErrorOf([&] { c.connection.SendGPBMsg(MessageOfSize(1000)); }),
               "/here: the peer closed while a frame was sent");
 
-    // Closing without reading what was sent is no error between two frames.
+    // Between two frames, closing without reading the sent data is not an error.
     Conversation unread;
     unread.connection.SendGPBMsg(MessageOfSize(1000));
     unread.peer.Close();

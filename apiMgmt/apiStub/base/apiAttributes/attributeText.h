@@ -25,7 +25,7 @@ Number NumberOfText(const std::string& text) {
     return number;
 }
 
-/** Does the same without a stream, which is much faster: a filter reads a number of each object in a list. */
+/** Does the same without a stream, which is much faster: a filter parses one number per listed object. */
 template <std::signed_integral Number>
 Number NumberOfText(std::string_view text) {
     text.remove_prefix(std::min(text.find_first_not_of(" \t\n\v\f\r"), text.size()));

@@ -13,7 +13,7 @@ extern int gPingListenPort;
 int StartHeartbeatMonitor(int port);
 
 /**
- * The thread. `argument` is the address of the port. If the port is in use, retries every second. Returns
- * only if the argument is null.
+ * Thread function. `argument` points to the port number. If the port is in use, retries every second.
+ * Returns only if the argument is null.
  */
 void* HeartbeatThreadRoutine(void* argument);

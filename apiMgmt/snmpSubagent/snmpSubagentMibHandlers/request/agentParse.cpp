@@ -15,7 +15,7 @@ constexpr u_char kNetworkByteOrder = 0x10;
 constexpr u_char kGet = 5, kTestSet = 8;  // with GetNext and GetBulk between them
 constexpr int kResponse = 18;
 
-// The error response has 8 octets more of header than the request, and must fit as well.
+// The error response's header is 8 octets longer than the request's, and the response must fit as well.
 constexpr size_t kMaximumRequest = kMaximumResponse - 8;
 
 long header_word(const u_char* data, size_t at) {

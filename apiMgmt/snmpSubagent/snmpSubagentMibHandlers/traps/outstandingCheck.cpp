@@ -15,7 +15,7 @@ namespace {
 constexpr int64_t kCheckInterval_s = 60;
 constexpr int64_t kStale_s = 7 * 24 * 3600 + 1;
 
-// What follows the check of a record.
+// The next step after the check of a record.
 enum class scan {
     next_record,   // check the next record
     ends_at_next,  // end; the next call begins at the next record

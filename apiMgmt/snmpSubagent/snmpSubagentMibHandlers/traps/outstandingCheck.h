@@ -9,7 +9,7 @@ extern uint32_t outstandingTrapCursor;
 extern int64_t lastTrapCheckTime_us;
 
 /**
- * Re-checks at most one outstanding object, at most one per second and each once a minute. Notifies a change
+ * Re-checks at most one outstanding object, at most one per second and each once a minute. Reports a change
  * of its status.
  */
 void check_outstanding_traps();

@@ -12,7 +12,7 @@
 
 /**
  * The records of outstanding objects. While an object stays in the same state, no second notification about
- * it is sent; its recovery is detected and notified without an event. Records are lost when the process
+ * it is sent; its recovery is detected and reported without an event. Records are lost when the process
  * exits. Main thread only, apart from the flag.
  */
 
@@ -47,7 +47,7 @@ struct OutstandingTrap {
 /** In order of creation. */
 extern std::vector<std::unique_ptr<OutstandingTrap>> outstandingTraps;
 
-/** Events since the start that were not notified because their object's state had been notified before. */
+/** Events since start-up that were suppressed because their object's state had been reported before. */
 extern uint64_t suppressed_notifications;
 
 /** Set when a management message requests handleDisplayOutstandingTraps. */
@@ -78,7 +78,7 @@ void remove_outstanding_trap(size_t position);
 /**
  * Returns 0 if the notification must be sent and 1 if it is redundant. Maintains the records: the object's
  * record follows it to the row where it was just found; an object that is not Up gets a record; the record of
- * an object that is healthy or gone is removed. If `recheck` is set, the record only follows and the result
+ * a healthy or removed object is deleted. If `recheck` is set, the record only follows and the result
  * is 1.
  */
 int IsRedundantTrap(const TrapToSend& trap, const trap_variables& variables, bool recheck);

@@ -18,8 +18,8 @@ extern notification_counts notification_count;
 /**
  * Sends one notification to trapDest, in the configured version if trapVer is 0, and through the master agent
  * to the receivers in its own configuration. `msg` is the message of a plain notification. Returns 0 if
- * Net-SNMP has accepted it for trapDest. Otherwise returns 1; the notification is lost there, and the log
- * says why.
+ * Net-SNMP has accepted it for trapDest. Otherwise logs the reason and returns 1; trapDest does not receive
+ * the notification.
  */
 int Send_a_Trap(int32_t trapVal, const std::string& msg, int trapVer, int trapType);
 

@@ -41,8 +41,8 @@ bool has_master_agent();
 /**
  * Hands a version 2c notification to the master agent, which sends it to the receivers in its own
  * configuration (trap2sink, informsink, trapsess), with their versions and retries. Never waits: returns
- * false if the master agent does not read what was sent before. The variables stay the caller's. Needs a
- * link.
+ * false if the master agent has not read the previous notifications. The caller keeps ownership of the
+ * variables. Needs a link.
  */
 bool notify_master_agent(netsnmp_variable_list* variables);
 

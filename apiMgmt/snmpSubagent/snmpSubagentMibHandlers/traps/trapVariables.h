@@ -9,9 +9,9 @@
 #include "apiMgmt/snmpSubagent/snmpSubagentMibParser/mibValues.h"
 
 /**
- * The trap variables: what a notification says beyond its object's state. They are process-wide values and
- * scalars of the MIB, so they can be read afterwards. Each function writes the value and its variable in the
- * store. Main thread only.
+ * The trap variables: the contents of a notification other than its object's state. They are process-wide
+ * values and scalars of the MIB, so they can be read afterwards. Each function writes the value and its
+ * variable in the store. Main thread only.
  */
 
 void write_trap_text(std::string& value, int col_id, const std::string& text);

@@ -105,8 +105,7 @@ class COMPObjectMethodReturn : public BASEApiMethodReturn {
     bool isArray;
     /** Whether the objects are deleted when they are replaced and by the destructor. */
     bool ownsObjects = true;
-    /** How many objects of the response have not been read, because the library does not have their classes.
-     */
+    /** Number of objects in the response that were skipped because the library lacks their classes. */
     size_t skippedCount = 0;
 
   private:

@@ -13,7 +13,7 @@ class OBJECTForm {
     virtual const std::string& ElementOf(const BASEApiObject& object) const { return object.GetObjectName(); }
 
     /**
-     * Returns the attributes in the order of output. Must return the same list for all objects of a sort,
+     * Returns the attributes in the order of output. Must return the same list for all objects of a class,
      * because a writer caches per list.
      */
     virtual const ATTRIBUTEList& AttributesOf(const BASEApiObject& object) const {

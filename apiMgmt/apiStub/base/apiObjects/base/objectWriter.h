@@ -8,7 +8,7 @@
 #include "apiMgmt/apiStub/base/apiObjects/base/objectForm.h"
 
 /**
- * Writes the objects of a list. Objects of a sort have the same attributes, mostly in the same positions, so
+ * Writes the objects of a list. Objects of a class have the same attributes, mostly in the same positions, so
  * tags are composed once and positions are remembered: an alert list of a full array has hundreds of
  * thousands of values.
  */
