@@ -18,7 +18,7 @@ class Director:
             self.inject(self.plan.closing)
 
     def inject_all(self, faults, end):
-        """Returns whether everything worked after each."""
+        """Injects the faults one after the other. Returns whether everything worked after each fault."""
         return all(self.inject(planned) for planned in faults if time.monotonic() + planned.total_s() <= end)
 
     def inject(self, planned):

@@ -20,7 +20,7 @@ struct Condition {
 Condition SplitCondition(const std::string& text);
 
 /**
- * Returns the filter of objects that meet all conditions, or with match_any at least one. Throws UsageError
+ * Returns a filter for objects that meet all conditions, or with match_any at least one. Throws UsageError
  * for a condition that the attributes of the object do not support. checked: if false, only the syntax is
  * checked, and object may be null.
  */

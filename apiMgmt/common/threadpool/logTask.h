@@ -28,7 +28,7 @@ class LOGTask : public BASELogTask {
      */
     void Post(const LOGMessage& message) override;
 
-    /** Makes the thread end after the queued lines, and waits 2 seconds for that. */
+    /** Makes the thread exit after it has written the queued lines. Waits up to 2 seconds for it. */
     void Stop();
 
   private:

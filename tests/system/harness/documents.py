@@ -19,7 +19,7 @@ SHORTER = {
     "scripts/bench": "scripts/bench --quick",
 }
 
-# Commands that another test runs: the command, the file of that test, and a string in it that shows this.
+# Commands that another test runs: the command, the file of that test, and a string in it that proves it.
 ELSEWHERE = (
     ("scripts/demo", "tests/system/CMakeLists.txt", "scripts/lib/demo.py"),
     ("scripts/chaos*", "tests/system/test_chaos.py", "Run(MINUTES"),

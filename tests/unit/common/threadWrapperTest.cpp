@@ -38,7 +38,7 @@ TEST(ThreadWrapper, RunsOneThreadThatOutlivesIt) {
         const NoNewThreads none;
         EXPECT_GT(wrapper->Run("second", MakeVisit, &visit), 0);
     }
-    EXPECT_EQ(wrapper->Run("A name that is long", MakeVisit, &visit), 0);  // a failure has not used it up
+    EXPECT_EQ(wrapper->Run("A name that is long", MakeVisit, &visit), 0);  // it works after a failure
     EXPECT_EQ(visit.name.get_future().get().substr(0, 15), "A name that is ");
     EXPECT_EQ(wrapper->Run("again", MakeVisit, &visit), 0);
     EXPECT_EQ(wrapper->Run("again", nullptr, &visit), 0);

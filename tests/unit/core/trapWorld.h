@@ -21,7 +21,7 @@ class TrapWorld : public MibWorld {
     /** Returns only the lines of the notification. */
     static std::string notification_of(const std::string& command);
 
-    /** Sets a status like a refresh: the number and the string. */
+    /** Sets the number and the string of a status, as a refresh does. */
     static void set_status(int32_t var_index, uint32_t status);
 
     /** Sets the status of an object in responses of the API manager. */

@@ -106,7 +106,7 @@ int AccessApi(const std::string& apiName, std::string& response, int iApiIndex, 
         snmpSubagentComm->set_apimgr_state(false);
         return 1;
     }
-    // Moved, because the list of a full array has many megabytes.
+    // Moved, because the list of a full array takes many megabytes.
     response = std::move(*answer.mutable_apirespmsg()->mutable_cmd()->mutable_respdata());
     return 0;
 }

@@ -67,7 +67,7 @@ bool is_good(const variable_entry& status, value_kind kind) {
     return kind == value_kind::text ? status.str == kGoodText : status.uint == kGoodValue;
 }
 
-// Returns the position of the record of the command's object, in whatever row the object was. Does not
+// Returns the position of the record of the command's object, whichever row the object was in. Does not
 // compare rows: when rows are packed again, a record that is verified by its row number keeps its row until
 // its own re-check.
 size_t find_record_of(const TrapToSend& trap) {

@@ -17,7 +17,7 @@ struct METHODDescription {
     /** In the order of the checks. */
     std::vector<std::string> required;
     ATTRIBUTEList attributes;
-    /** The place in the source for the error about a missing argument. */
+    /** Source file and line that the error about a missing argument names. */
     const char* sourceFile = "";
     uint32_t sourceLine = 0;
 };
