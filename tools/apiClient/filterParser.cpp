@@ -23,8 +23,7 @@ bool IsSymbol(unsigned char c) {
     return std::string_view("<>=").find(static_cast<char>(c)) != std::string_view::npos;
 }
 
-/** Removes the leading characters for which `belongs` is true, and whitespace after them. Returns the former.
- */
+/** Removes leading characters for which `belongs` is true and returns them. Removes whitespace after them. */
 std::string TakeWhile(std::string& text, bool (*belongs)(unsigned char)) {
     const auto end = std::ranges::find_if_not(text, belongs);
     std::string taken(text.begin(), end);

@@ -52,8 +52,7 @@ struct ResultReader;
  */
 class Client {
   public:
-    /** Throws InvalidArgument if there is no session key, Unreachable if the process has no free descriptor.
-     */
+    /** Throws InvalidArgument if there is no session key, Unreachable if there is no free descriptor. */
     explicit Client(ClientOptions options = {});
     ~Client();
     Client(const Client&) = delete;
